@@ -1,0 +1,44 @@
+# One interface target that every target of the project links: warnings, sanitizers, large files.
+add_library(brightsweep_options INTERFACE)
+target_compile_options(brightsweep_options INTERFACE
+  -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+  -Wcast-qual -Wformat=2 -Wimplicit-fallthrough)
+target_compile_definitions(brightsweep_options INTERFACE
+  _FILE_OFFSET_BITS=64 QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS
+  QT_NO_CAST_FROM_BYTEARRAY QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+target_include_directories(brightsweep_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+
+if(BRIGHTSWEEP_SANITIZE)
+  target_compile_options(brightsweep_options INTERFACE
+    -fsanitize=${BRIGHTSWEEP_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  target_link_options(brightsweep_options INTERFACE -fsanitize=${BRIGHTSWEEP_SANITIZE})
+else()
+  target_compile_definitions(brightsweep_options INTERFACE
+    $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
+endif()
+
+find_program(BRIGHTSWEEP_CCACHE ccache)
+if(BRIGHTSWEEP_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+    ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+    CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} CCACHE_NOHASHDIR=1 ${BRIGHTSWEEP_CCACHE})
+  if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
+    add_compile_options(-Xclang -fno-pch-timestamp)
+  else()
+    add_compile_options(-fpch-preprocess)
+  endif()
+endif()
+
+# The headers that nearly every file includes, compiled once per target.
+function(brightsweep_precompile target)
+  target_precompile_headers(${target} PRIVATE
+    <QByteArray> <QObject> <QString> <QVariant>
+    <atomic> <cstdint> <filesystem> <functional> <memory> <mutex> <string> <string_view>
+    <system_error> <vector>)
+endfunction()
+
+# g++ 12 sees overruns in its own std::string that are not there.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  target_compile_options(brightsweep_options INTERFACE
+    -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow)
+endif()

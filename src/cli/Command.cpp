@@ -1,0 +1,101 @@
+#include "cli/Command.h"
+
+#include "foundation/Paths.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+
+namespace brightsweep::cli {
+
+namespace {
+
+bool writeAll(int descriptor, std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = ::write(descriptor, text.data(), text.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        text.remove_prefix(std::size_t(written));
+    }
+    return true;
+}
+
+std::string shown(std::string_view cell) {
+    std::string text;
+    for (const QChar character : paths::display(cell)) {
+        if (character.unicode() < 0x20 || character.unicode() == 0x7f)
+            text += "\\x" + QByteArray::number(character.unicode(), 16).toStdString();
+        else
+            text += QString(character).toStdString();
+    }
+    return text;
+}
+
+std::size_t width(const std::string &utf8) { return std::size_t(paths::display(utf8).size()); }
+
+} // namespace
+
+bool Output::data(std::string_view text) {
+    progress({});
+    return writeAll(STDOUT_FILENO, text);
+}
+
+void Output::warning(std::string_view line) {
+    progress({});
+    writeAll(STDERR_FILENO, std::string(line) + "\n");
+}
+
+int Output::usage(std::string_view line) {
+    warning(line);
+    return WrongUsage;
+}
+
+bool Output::showsProgress() const { return !quiet && ::isatty(STDERR_FILENO) == 1; }
+
+void Output::progress(std::string_view text) {
+    if (text.empty() && !m_progressShown)
+        return;
+    if (!showsProgress())
+        return;
+    writeAll(STDERR_FILENO, "\r\033[K" + shown(text));
+    m_progressShown = !text.empty();
+}
+
+std::string Output::emphasised(std::string_view text) const {
+    static const bool colours = ::isatty(STDOUT_FILENO) == 1 && !std::getenv("NO_COLOR");
+    return colours ? "\033[1;33m" + std::string(text) + "\033[0m" : std::string(text);
+}
+
+void Table::row(std::vector<std::string> cells) {
+    for (std::string &cell : cells)
+        cell = shown(cell);
+    m_rows.push_back(std::move(cells));
+}
+
+std::string Table::text() const {
+    std::vector<std::size_t> widths(m_right.size());
+    for (const auto &row : m_rows) {
+        for (std::size_t i = 0; i < row.size(); ++i)
+            widths[i] = std::max(widths[i], width(row[i]));
+    }
+    std::string text;
+    for (const auto &row : m_rows) {
+        std::string line;
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            const std::string padding(widths[i] - width(row[i]), ' ');
+            line += m_right[i] ? padding + row[i] : row[i] + padding;
+            line += "  ";
+        }
+        line.erase(line.find_last_not_of(' ') + 1);
+        text += line + '\n';
+    }
+    return text;
+}
+
+std::string argumentBytes(const QString &argument) { return argument.toLatin1().toStdString(); }
+
+} // namespace brightsweep::cli

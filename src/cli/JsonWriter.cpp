@@ -1,0 +1,109 @@
+#include "cli/JsonWriter.h"
+
+#include "foundation/Paths.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+
+namespace brightsweep::cli {
+
+void JsonWriter::separate() {
+    if (!m_first && !m_afterKey)
+        m_text += ',';
+    m_first = false;
+    m_afterKey = false;
+}
+
+void JsonWriter::raw(std::string_view text) {
+    separate();
+    m_text += text;
+}
+
+void JsonWriter::beginObject() {
+    raw("{");
+    m_first = true;
+}
+
+void JsonWriter::endObject() {
+    m_text += '}';
+    m_first = false;
+}
+
+void JsonWriter::beginArray() {
+    raw("[");
+    m_first = true;
+}
+
+void JsonWriter::endArray() {
+    m_text += ']';
+    m_first = false;
+}
+
+JsonWriter &JsonWriter::key(std::string_view name) {
+    separate();
+    quoted(name);
+    m_text += ':';
+    m_afterKey = true;
+    return *this;
+}
+
+void JsonWriter::value(double number) {
+    if (!std::isfinite(number))
+        return nullValue();
+    char buffer[32];
+    const auto end = std::to_chars(buffer, buffer + sizeof buffer, number).ptr;
+    raw(std::string_view(buffer, std::size_t(end - buffer)));
+}
+
+void JsonWriter::value(const QString &text) {
+    separate();
+    quoted(text.toStdString());
+}
+
+void JsonWriter::value(const char *text) {
+    separate();
+    quoted(text);
+}
+
+void JsonWriter::path(std::string_view name, const std::filesystem::path &path) {
+    bytes(name, path.native());
+}
+
+void JsonWriter::bytes(std::string_view name, std::string_view bytes) {
+    key(name).value(paths::display(bytes));
+    if (!paths::isValidUtf8(bytes)) {
+        const QByteArray exact = QByteArray(bytes.data(), qsizetype(bytes.size())).toBase64();
+        key(std::string(name) + "Base64").value(exact.constData());
+    }
+}
+
+void JsonWriter::pathValue(const std::filesystem::path &path) { value(paths::display(path)); }
+
+void JsonWriter::quoted(std::string_view utf8) {
+    m_text += '"';
+    for (const char byte : utf8) {
+        const auto code = static_cast<unsigned char>(byte);
+        if (byte == '"' || byte == '\\') {
+            m_text += '\\';
+            m_text += byte;
+        } else if (byte == '\n') {
+            m_text += "\\n";
+        } else if (byte == '\t') {
+            m_text += "\\t";
+        } else if (code < 0x20 || code == 0x7f) {
+            char escaped[8];
+            std::snprintf(escaped, sizeof escaped, "\\u%04x", code);
+            m_text += escaped;
+        } else {
+            m_text += byte;
+        }
+    }
+    m_text += '"';
+}
+
+std::string JsonWriter::take() { return takePart() + '\n'; }
+
+std::string JsonWriter::takePart() { return std::exchange(m_text, {}); }
+
+} // namespace brightsweep::cli

@@ -1,0 +1,93 @@
+#include "foundation/Paths.h"
+
+#include <QByteArrayView>
+
+namespace brightsweep::paths {
+
+namespace {
+
+std::string_view withoutTrailingSlashes(std::string_view path) {
+    while (path.size() > 1 && path.back() == '/')
+        path.remove_suffix(1);
+    return path;
+}
+
+} // namespace
+
+QString display(std::string_view bytes) {
+    return QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));
+}
+
+QString display(const std::string &bytes) { return display(std::string_view(bytes)); }
+
+QString display(const std::filesystem::path &path) {
+    return display(std::string_view(path.native()));
+}
+
+bool isValidUtf8(std::string_view bytes) {
+    return QByteArrayView(bytes.data(), qsizetype(bytes.size())).isValidUtf8();
+}
+
+QVariant toVariant(const std::filesystem::path &path) {
+    return QByteArray::fromStdString(path.native());
+}
+
+std::filesystem::path fromVariant(const QVariant &value) {
+    return value.toByteArray().toStdString();
+}
+
+std::filesystem::path fromOption(std::string_view option) {
+    constexpr std::string_view prefix = "base64:";
+    if (!option.starts_with(prefix))
+        return std::string(option);
+    option.remove_prefix(prefix.size());
+    const auto decoded = QByteArray::fromBase64Encoding(
+        QByteArray(option.data(), qsizetype(option.size())),
+        QByteArray::Base64Encoding | QByteArray::AbortOnBase64DecodingErrors);
+    if (!decoded || (*decoded).contains('\0'))
+        return {};
+    return (*decoded).toStdString();
+}
+
+std::filesystem::path join(const std::filesystem::path &directory, std::string_view name) {
+    std::string joined = directory.native();
+    joined.reserve(joined.size() + 1 + name.size());
+    if (!joined.empty() && joined.back() != '/')
+        joined += '/';
+    joined += name;
+    return joined;
+}
+
+std::string lastComponent(const std::filesystem::path &path) {
+    const std::string_view bytes = withoutTrailingSlashes(path.native());
+    if (bytes == "/")
+        return "/";
+    const auto slash = bytes.rfind('/');
+    return std::string(slash == bytes.npos ? bytes : bytes.substr(slash + 1));
+}
+
+std::filesystem::path parent(const std::filesystem::path &path) {
+    const std::string_view bytes = withoutTrailingSlashes(path.native());
+    const auto slash = bytes.rfind('/');
+    if (slash == bytes.npos)
+        return {};
+    return std::string(withoutTrailingSlashes(bytes.substr(0, slash == 0 ? 1 : slash)));
+}
+
+std::string extension(const std::filesystem::path &path) {
+    const std::string name = lastComponent(path);
+    const auto point = name.rfind('.');
+    if (point == name.npos || point == 0 || point + 1 == name.size())
+        return {};
+    return name.substr(point + 1);
+}
+
+bool isSameOrBelow(std::string_view path, std::string_view ancestor) {
+    ancestor = withoutTrailingSlashes(ancestor);
+    if (ancestor == "/")
+        return path.starts_with('/');
+    return path.starts_with(ancestor) &&
+           (path.size() == ancestor.size() || path[ancestor.size()] == '/');
+}
+
+} // namespace brightsweep::paths

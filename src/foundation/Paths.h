@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVariant>
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace brightsweep {
+
+/// Paths are bytes: everything but "/" and NUL may stand in a name. Text is made only for showing.
+namespace paths {
+
+/// The text to show for a path: its UTF-8 reading with each invalid byte as U+FFFD.
+QString display(std::string_view bytes);
+QString display(const std::string &bytes);
+QString display(const std::filesystem::path &path);
+
+/// True when the bytes are valid UTF-8, so that display() loses nothing.
+bool isValidUtf8(std::string_view bytes);
+
+/// The exact bytes, as a notification's payload carries them, and back.
+QVariant toVariant(const std::filesystem::path &path);
+std::filesystem::path fromVariant(const QVariant &value);
+
+/// The exact bytes of a text that names a file ("base64:…" holds the bytes encoded, any other
+/// text is taken as it stands). An empty path where the encoding is wrong or holds a NUL.
+std::filesystem::path fromOption(std::string_view option);
+
+/// `directory` + "/" + `name`, with no second slash where the directory ends in one. The name may
+/// hold any bytes; unlike operator/ a name never replaces the directory.
+std::filesystem::path join(const std::filesystem::path &directory, std::string_view name);
+
+/// The last component without trailing slashes; "/" for the root.
+std::string lastComponent(const std::filesystem::path &path);
+/// The path without its last component; "/" for a direct child of the root.
+std::filesystem::path parent(const std::filesystem::path &path);
+/// The text behind the last point of the last component, without the point; empty where there is
+/// none, where the point comes first or last.
+std::string extension(const std::filesystem::path &path);
+
+/// True when `path` equals `ancestor` or lies below it. Both are absolute and lexically normal; the
+/// test is on components, so "/a/bc" does not lie below "/a/b".
+bool isSameOrBelow(std::string_view path, std::string_view ancestor);
+
+} // namespace paths
+} // namespace brightsweep

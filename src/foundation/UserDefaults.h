@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QMap>
+#include <QString>
+#include <QVariantMap>
+
+#include <cstdint>
+#include <filesystem>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+namespace brightsweep {
+
+/// Typed settings by key: the user's values above a layer of registered defaults.
+///
+/// The store is one text file, a line "key=value" each. Every change is written through at once,
+/// atomically, and merged with what other processes have written meanwhile, key by key. A file
+/// that is damaged gives the values of its intact lines; one that cannot be written leaves the
+/// change in memory until a later synchronize(). Safe from every thread.
+class UserDefaults {
+public:
+    /// The program's own domain, in the user's configuration folder. Reads the file on first use.
+    static UserDefaults &standardUserDefaults();
+    /// Makes the next standardUserDefaults() start afresh; tests change the environment between.
+    static void resetStandardUserDefaults();
+
+    explicit UserDefaults(std::filesystem::path file);
+    UserDefaults(const UserDefaults &) = delete;
+    UserDefaults &operator=(const UserDefaults &) = delete;
+
+    /// Adds to the layer below the user's values; the last registration of a key wins.
+    void registerDefaults(const QVariantMap &defaults);
+
+    /// The user's value, else the registered one, else an invalid variant. A value of the user's
+    /// that came from the file is a string.
+    QVariant objectForKey(const QString &key) const;
+    /// The same value read as one type. A number reads as itself, truth as 1 and 0, a string by
+    /// the number at its start or, as a bool, by its first letter; what is missing or does not
+    /// read is 0, false or empty.
+    std::int64_t integerForKey(const QString &key) const;
+    std::uint64_t unsignedForKey(const QString &key) const;
+    float floatForKey(const QString &key) const;
+    bool boolForKey(const QString &key) const;
+    QString stringForKey(const QString &key) const;
+    /// True when the user has a value of his own.
+    bool hasUserValue(const QString &key) const;
+
+    /// Integers, floats, bools and strings. An invalid variant removes the key.
+    void setObject(const QString &key, const QVariant &value);
+    /// Lets the registered default show again.
+    void removeObject(const QString &key);
+
+    /// Writes what could not be written so far and takes in what others have written. False when
+    /// the store could not be written.
+    bool synchronize();
+
+    const std::filesystem::path &file() const { return m_file; }
+
+    using Values = QMap<QString, QString>;
+    /// The intact lines of a file's text. A line without "=", with an invalid escape or in invalid
+    /// UTF-8 is passed over, and so is a last line without its end: it may have been cut.
+    static Values parse(std::string_view text);
+    static std::string compose(const Values &values);
+
+private:
+    QVariant value(const QString &key) const;
+    bool synchronizeLocked();
+
+    mutable std::mutex m_mutex;
+    std::filesystem::path m_file;
+    Values m_userValues;
+    Values m_unwritten;           // set since the last successful write
+    QMap<QString, bool> m_removed; // removed since then
+    QVariantMap m_registered;
+};
+
+/// The numbers that texts read as, by the rules above.
+std::int64_t integerFromText(const QString &text);
+bool boolFromText(const QString &text);
+
+} // namespace brightsweep

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/FileOperations.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace brightsweep {
+
+enum class RightsOutcome { Granted, Dismissed, Denied, NoAgent, NoBus, Failed };
+
+struct RightsResult {
+    RightsOutcome outcome = RightsOutcome::Failed;
+    int status = 0;      ///< the asking tool's exit status, or an errno
+    std::string message; ///< its words, for the log
+};
+
+/// The portable form in which held rights are handed about.
+using RightsToken = std::array<std::uint8_t, 32>;
+
+struct PrivilegedReply {
+    bool performed = false; ///< false: refused, or the helper is gone; `output` then says why
+    bool gone = false;      ///< after a removal: the name no longer exists
+    std::string output;     ///< what the tool printed, at most 128 bytes
+};
+
+/// Asks the user for administrator rights once and acts with them until they are given up.
+/// All calls are safe from every thread; requests are carried out one after the other.
+class AdministratorRights {
+public:
+    virtual ~AdministratorRights();
+    virtual std::string unavailableReason() const { return {}; }
+
+    /// May show the system's dialog and then blocks until it is answered.
+    virtual RightsResult request() = 0;
+    /// Gives the rights up. 0, or an errno-like number.
+    virtual int release() = 0;
+    /// The token handed out with the rights; all zero when none are held.
+    virtual RightsToken token() const = 0;
+    /// True while whoever acts with the rights is alive and accepts this token.
+    virtual bool accepts(const RightsToken &token) = 0;
+
+    /// Removes one item with all below it.
+    virtual PrivilegedReply removeItem(const RightsToken &token, const RemovalTarget &target) = 0;
+    /// Writes back and drops the page cache, dentries and inodes.
+    virtual PrivilegedReply dropCaches(const RightsToken &token) = 0;
+};
+
+} // namespace brightsweep

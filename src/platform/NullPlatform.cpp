@@ -1,0 +1,158 @@
+#include "platform/AdministratorRights.h"
+#include "platform/Platform.h"
+#include "platform/StandardDirectories.h"
+#include "platform/SystemFacts.h"
+#include "platform/VolumeSource.h"
+#include "platform/Workspace.h"
+
+namespace brightsweep {
+
+namespace {
+
+constexpr auto unsupported = std::errc::function_not_supported;
+
+class NullFileOperations final : public FileOperations {
+public:
+    explicit NullFileOperations(const char *reason) : m_reason(reason) {}
+    std::string unavailableReason() const override { return m_reason; }
+    Result<OpenDirectory> openDirectory(const std::filesystem::path &) override {
+        return unsupported;
+    }
+    Result<OpenDirectory> openDirectoryAt(const OpenDirectory &, const char *) override {
+        return unsupported;
+    }
+    Result<OpenDirectory> openParentOf(const OpenDirectory &, std::uint64_t,
+                                       std::uint64_t) override {
+        return unsupported;
+    }
+    std::error_code readBlock(const OpenDirectory &, DirectoryBlock &block,
+                              WantedAttributes) override {
+        block.fill().clear();
+        block.setAtEnd(true);
+        return std::make_error_code(unsupported);
+    }
+    Result<FileAttributes> attributes(const std::filesystem::path &) override {
+        return unsupported;
+    }
+    Result<FileAttributes> attributesAt(const OpenDirectory &, const char *) override {
+        return unsupported;
+    }
+    Result<FileAttributes> attributesFollowing(const std::filesystem::path &) override {
+        return unsupported;
+    }
+    Result<std::filesystem::path> canonicalPath(const std::filesystem::path &) override {
+        return unsupported;
+    }
+    bool isLockedByAnother(const std::filesystem::path &) override { return false; }
+    Result<FileDescriptor> openFile(const std::filesystem::path &) override { return unsupported; }
+    Result<std::size_t> readAt(const FileDescriptor &, void *, std::size_t,
+                               std::uint64_t) override {
+        return unsupported;
+    }
+    Result<std::size_t> readCachedAt(const FileDescriptor &, void *, std::size_t,
+                                     std::uint64_t) override {
+        return unsupported;
+    }
+    void dropCached(const FileDescriptor &, std::uint64_t, std::uint64_t) override {}
+    Result<std::uint64_t> nextData(const FileDescriptor &, std::uint64_t) override {
+        return unsupported;
+    }
+    Result<RemovalRoot> rememberRoot(const std::filesystem::path &) override {
+        return unsupported;
+    }
+    Result<OpenDirectory> openHolder(const RemovalTarget &) override { return unsupported; }
+    bool isDeletable(const RemovalTarget &) override { return false; }
+    std::error_code removeItem(const RemovalTarget &) override {
+        return std::make_error_code(unsupported);
+    }
+    Result<std::uint32_t> setPermissions(const RemovalTarget &, std::uint32_t) override {
+        return unsupported;
+    }
+
+private:
+    std::string m_reason;
+};
+
+class NullStandardDirectories final : public StandardDirectories {
+public:
+    explicit NullStandardDirectories(const char *reason) : m_reason(reason) {}
+    std::string unavailableReason() const override { return m_reason; }
+    std::vector<std::filesystem::path> paths(StandardDirectory) override { return {}; }
+    std::vector<std::filesystem::path> trashesOfVolume(const std::filesystem::path &) override {
+        return {};
+    }
+    std::filesystem::path systemPath(const std::filesystem::path &path) override { return path; }
+
+private:
+    std::string m_reason;
+};
+
+class NullSystemFacts final : public SystemFacts {
+public:
+    explicit NullSystemFacts(const char *reason) : m_reason(reason) {}
+    std::string unavailableReason() const override { return m_reason; }
+    Result<SystemVersion> version() override { return unsupported; }
+    Result<std::string> kernelValue(std::string_view) override { return unsupported; }
+
+private:
+    std::string m_reason;
+};
+
+class NullVolumeSource final : public VolumeSource {
+public:
+    explicit NullVolumeSource(const char *reason) : m_reason(reason) {}
+    std::string unavailableReason() const override { return m_reason; }
+    std::vector<VolumeFacts> volumes() override { return {}; }
+    void settle(int) override {}
+    EjectResult eject(std::int16_t) override { return {int(unsupported), m_reason, {}}; }
+    void setMountHandler(std::function<void(const MountEvent &)>) override {}
+    void setFactsHandler(std::function<void()>) override {}
+
+private:
+    std::string m_reason;
+};
+
+class NullAdministratorRights final : public AdministratorRights {
+public:
+    explicit NullAdministratorRights(const char *reason) : m_reason(reason) {}
+    std::string unavailableReason() const override { return m_reason; }
+    RightsResult request() override { return {RightsOutcome::Failed, int(unsupported), m_reason}; }
+    int release() override { return 0; }
+    RightsToken token() const override { return {}; }
+    bool accepts(const RightsToken &) override { return false; }
+    PrivilegedReply removeItem(const RightsToken &, const RemovalTarget &) override {
+        return {false, false, m_reason};
+    }
+    PrivilegedReply dropCaches(const RightsToken &) override { return {false, false, m_reason}; }
+
+private:
+    std::string m_reason;
+};
+
+class NullWorkspace final : public Workspace {
+public:
+    explicit NullWorkspace(const char *reason) : m_reason(reason) {}
+    std::string unavailableReason() const override { return m_reason; }
+    QString displayName(const std::filesystem::path &) override { return {}; }
+    bool isPackage(const std::filesystem::path &) override { return false; }
+    QString typeOf(const std::filesystem::path &) override { return {}; }
+    bool open(const std::filesystem::path &) override { return false; }
+
+private:
+    std::string m_reason;
+};
+
+} // namespace
+
+Platform makeNullPlatform(const char *reason) {
+    Platform platform;
+    platform.files = std::make_unique<NullFileOperations>(reason);
+    platform.directories = std::make_unique<NullStandardDirectories>(reason);
+    platform.facts = std::make_unique<NullSystemFacts>(reason);
+    platform.volumes = std::make_unique<NullVolumeSource>(reason);
+    platform.rights = std::make_unique<NullAdministratorRights>(reason);
+    platform.workspace = std::make_unique<NullWorkspace>(reason);
+    return platform;
+}
+
+} // namespace brightsweep

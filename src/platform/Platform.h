@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+
+namespace brightsweep {
+
+class AdministratorRights;
+class FileOperations;
+class StandardDirectories;
+class SystemFacts;
+class VolumeSource;
+class Workspace;
+
+/// One of each of the system's facilities. Set once, before any thread starts, and left alone until
+/// the process ends; a test sets its own in between.
+struct Platform {
+    std::unique_ptr<FileOperations> files;
+    std::unique_ptr<StandardDirectories> directories;
+    std::unique_ptr<SystemFacts> facts;
+    std::unique_ptr<VolumeSource> volumes;
+    std::unique_ptr<AdministratorRights> rights;
+    std::unique_ptr<Workspace> workspace;
+
+    Platform();
+    Platform(Platform &&) noexcept;
+    Platform &operator=(Platform &&) noexcept;
+    ~Platform();
+
+    /// The platform in use; one of Null forms until another is set.
+    static Platform &current();
+    static void setCurrent(Platform platform);
+};
+
+/// Every facility in its Null form: each call fails, and each says why it is not available.
+Platform makeNullPlatform(const char *reason);
+
+} // namespace brightsweep

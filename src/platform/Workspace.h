@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+#include <filesystem>
+#include <string>
+
+namespace brightsweep {
+
+/// What the desktop knows of files. Main thread, except where a call says otherwise.
+class Workspace {
+public:
+    virtual ~Workspace();
+    virtual std::string unavailableReason() const { return {}; }
+
+    /// The text under which the desktop shows the item. Any thread.
+    virtual QString displayName(const std::filesystem::path &path) = 0;
+    /// True for a directory that is shown as one thing. Any thread.
+    virtual bool isPackage(const std::filesystem::path &path) = 0;
+    /// The type of the item, empty for a plain folder and for what does not exist. Any thread.
+    virtual QString typeOf(const std::filesystem::path &path) = 0;
+    /// Opens the item with the user's default program for it; a folder in the file manager.
+    virtual bool open(const std::filesystem::path &path) = 0;
+};
+
+} // namespace brightsweep

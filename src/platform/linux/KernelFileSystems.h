@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string_view>
+
+namespace brightsweep {
+
+/// True for a file system that the kernel makes up and that holds no storage, by the name that the
+/// mount table gives it.
+bool isKernelFileSystem(std::string_view type);
+
+/// The same for an open descriptor.
+bool isOnKernelFileSystem(int descriptor);
+
+} // namespace brightsweep

@@ -1,0 +1,19 @@
+#include "platform/LinuxPlatform.h"
+
+#include "platform/AdministratorRights.h"
+#include "platform/Platform.h"
+#include "platform/StandardDirectories.h"
+#include "platform/SystemFacts.h"
+#include "platform/VolumeSource.h"
+#include "platform/Workspace.h"
+#include "platform/linux/LinuxFileOperations.h"
+
+namespace brightsweep {
+
+Platform makeLinuxPlatform() {
+    Platform platform = makeNullPlatform("not built yet");
+    platform.files = std::make_unique<LinuxFileOperations>();
+    return platform;
+}
+
+} // namespace brightsweep

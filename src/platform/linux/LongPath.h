@@ -1,0 +1,22 @@
+#pragma once
+
+#include "foundation/FileDescriptor.h"
+#include "foundation/Result.h"
+
+#include <string>
+#include <string_view>
+
+namespace brightsweep {
+
+/// A directory descriptor and a name relative to it that one system call takes.
+struct ShortPath {
+    FileDescriptor directory; ///< empty: the name is taken from the working directory
+    std::string name;
+
+    int base() const;
+};
+
+/// Shortens a path of any length by opening its leading directories step by step.
+Result<ShortPath> shortenPath(std::string_view path);
+
+} // namespace brightsweep
