@@ -7,12 +7,14 @@
 #include "platform/VolumeSource.h"
 #include "platform/Workspace.h"
 #include "platform/linux/LinuxFileOperations.h"
+#include "platform/linux/LinuxSystemFacts.h"
 
 namespace brightsweep {
 
 Platform makeLinuxPlatform() {
     Platform platform = makeNullPlatform("not built yet");
     platform.files = std::make_unique<LinuxFileOperations>();
+    platform.facts = std::make_unique<LinuxSystemFacts>();
     return platform;
 }
 

@@ -1,0 +1,203 @@
+#include "core/ThreadWorker.h"
+
+#include "core/TaskStopper.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <future>
+#include <stdexcept>
+#include <thread>
+
+namespace brightsweep {
+namespace {
+
+// A target with one job of each shape, which counts without locks on purpose: what the work wrote
+// must be there in the end call.
+struct Target {
+    ~Target() {
+        if (worker)
+            worker->abandon();
+    }
+    void work(const std::string &argument, ThreadWorker *given) {
+        seenArgument = argument;
+        seenWorker = given;
+        workThread = std::this_thread::get_id();
+        if (hold)
+            hold->wait();
+        ++works;
+        sawCancel = given->cancelled();
+    }
+    void workWithArgumentAlone(std::filesystem::path argument) {
+        seenArgument = argument.native();
+        ++works;
+    }
+    void failingWork(int, ThreadWorker *) {
+        entered = true;
+        throw std::runtime_error("as told");
+    }
+    void didEnd() {
+        endThread = std::this_thread::get_id();
+        worksAtEnd = works;
+        ++ends;
+        if (dieInEnd) {
+            worker->abandon();
+            worker.reset();
+        }
+    }
+
+    std::shared_ptr<ThreadWorker> worker;
+    std::shared_future<void> *hold = nullptr;
+    std::string seenArgument;
+    ThreadWorker *seenWorker = nullptr;
+    std::thread::id workThread;
+    std::thread::id endThread;
+    int works = 0;
+    int worksAtEnd = 0;
+    int ends = 0;
+    bool sawCancel = false;
+    bool dieInEnd = false;
+    std::atomic<bool> entered{false};
+};
+
+template <typename Condition>
+bool processUntil(Condition condition) {
+    QDeadlineTimer deadline(20'000);
+    while (!condition() && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+    return condition();
+}
+
+TEST(ThreadWorker, EndCallComesOnTheStartingThread) {
+    Target target;
+    target.worker =
+        ThreadWorker::workOn(&target, &Target::work, std::string("what"), &Target::didEnd);
+    ASSERT_TRUE(target.worker);
+    ASSERT_TRUE(processUntil([&] { return target.ends > 0; }));
+    EXPECT_EQ(target.ends, 1);
+    EXPECT_EQ(target.worksAtEnd, 1);
+    EXPECT_EQ(target.seenArgument, "what");
+    EXPECT_EQ(target.seenWorker, target.worker.get());
+    EXPECT_EQ(target.endThread, std::this_thread::get_id());
+    EXPECT_NE(target.workThread, std::this_thread::get_id());
+}
+
+TEST(ThreadWorker, WorkMayTakeTheArgumentAlone) {
+    Target target;
+    target.worker =
+        ThreadWorker::workOn(&target, &Target::workWithArgumentAlone, "/a", &Target::didEnd);
+    ASSERT_TRUE(processUntil([&] { return target.ends > 0; }));
+    EXPECT_EQ(target.seenArgument, "/a");
+}
+
+TEST(ThreadWorker, MissingWorkStartsNothing) {
+    Target target;
+    void (Target::*missing)(int) = nullptr;
+    EXPECT_FALSE(ThreadWorker::workOn(&target, missing, 1, &Target::didEnd));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(target.ends, 0);
+}
+
+TEST(ThreadWorker, CancellingOnlyRaisesAFlag) {
+    std::promise<void> go;
+    auto hold = go.get_future().share();
+    Target target;
+    target.hold = &hold;
+    target.worker = ThreadWorker::workOn(&target, &Target::work, "", &Target::didEnd);
+    EXPECT_FALSE(target.worker->cancelled());
+    target.worker->markAsCancelled();
+    target.worker->markAsCancelled();
+    go.set_value();
+    ASSERT_TRUE(processUntil([&] { return target.ends > 0; }));
+    EXPECT_TRUE(target.sawCancel);
+    EXPECT_EQ(target.works, 1);
+}
+
+TEST(ThreadWorker, RunsWithoutAnEndCallAndWithoutAnOwner) {
+    Target target;
+    std::weak_ptr<ThreadWorker> watched;
+    {
+        const auto worker =
+            ThreadWorker::workOn(&target, &Target::workWithArgumentAlone, "/b", nullptr);
+        watched = worker;
+        worker->abandon(); // only waits here
+    }
+    EXPECT_EQ(target.works, 1);
+    EXPECT_EQ(target.ends, 0);
+    // The thread lets go of it by itself, with no help of an event loop.
+    QDeadlineTimer deadline(20'000);
+    while (!watched.expired() && !deadline.hasExpired())
+        std::this_thread::yield();
+    EXPECT_TRUE(watched.expired());
+}
+
+TEST(ThreadWorker, ExceptionEndsItWithoutEndCall) {
+    Target target;
+    std::weak_ptr<ThreadWorker> watched =
+        ThreadWorker::workOn(&target, &Target::failingWork, 1, &Target::didEnd);
+    ASSERT_TRUE(processUntil([&] { return watched.expired(); }));
+    EXPECT_TRUE(target.entered);
+    EXPECT_EQ(target.ends, 0);
+}
+
+TEST(ThreadWorker, AbandonedWorkIsWaitedForAndEndsSilently) {
+    int ends = 0;
+    for (int round = 0; round < 200; ++round) {
+        std::promise<void> go;
+        auto hold = go.get_future().share();
+        auto target = std::make_unique<Target>();
+        target->hold = &hold;
+        target->worker = ThreadWorker::workOn(target.get(), &Target::work, "", &Target::didEnd);
+        go.set_value();
+        if (round % 2) // half of them while the end call is on its way
+            std::this_thread::yield();
+        target->worker->abandon();
+        EXPECT_EQ(target->works, 1);
+        ends += target->ends;
+        target.reset();
+        QCoreApplication::processEvents();
+    }
+    EXPECT_EQ(ends, 0);
+}
+
+TEST(ThreadWorker, OwnerMayGoInTheEndCall) {
+    auto target = std::make_unique<Target>();
+    target->dieInEnd = true;
+    target->worker = ThreadWorker::workOn(target.get(), &Target::work, "", &Target::didEnd);
+    const std::weak_ptr<ThreadWorker> watched = target->worker;
+    ASSERT_TRUE(processUntil([&] { return target->ends > 0; }));
+    target.reset();
+    ASSERT_TRUE(processUntil([&] { return watched.expired(); }));
+}
+
+TEST(ThreadWorker, ManyAtOnceKeepNoDescriptors) {
+    const auto openDescriptors = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+    };
+    std::vector<std::unique_ptr<Target>> targets;
+    const auto before = openDescriptors();
+    for (int i = 0; i < 50; ++i) {
+        auto &target = *targets.emplace_back(std::make_unique<Target>());
+        target.worker =
+            ThreadWorker::workOn(&target, &Target::workWithArgumentAlone, "/", &Target::didEnd);
+    }
+    for (const auto &target : targets) {
+        EXPECT_TRUE(processUntil([&] { return target->ends > 0; }));
+        EXPECT_EQ(target->ends, 1);
+    }
+    EXPECT_TRUE(processUntil([&] { return openDescriptors() == before; }));
+}
+
+TEST(TaskStopper, OneFlagForAll) {
+    EXPECT_FALSE(TaskStopper::sharedTaskStopper().getStopFlags());
+    TaskStopper::sharedTaskStopper().setStopFlags(true);
+    EXPECT_TRUE(TaskStopper::sharedTaskStopper().flag());
+    TaskStopper::sharedTaskStopper().setStopFlags(false);
+    EXPECT_FALSE(TaskStopper::sharedTaskStopper().getStopFlags());
+}
+
+} // namespace
+} // namespace brightsweep
