@@ -5,7 +5,6 @@
 #include "platform/Platform.h"
 #include "platform/SystemFacts.h"
 
-#include <QByteArray>
 #include <QStringList>
 
 #include <algorithm>
@@ -46,9 +45,14 @@ float leadingFloat(const QString &text) {
         return 0;
     float number = 0;
     const auto read = std::from_chars(position, end, number);
-    // Too large is infinite, too small is 0.
-    if (read.ec == std::errc::result_out_of_range)
-        return QByteArray(position, read.ptr - position).toFloat();
+    if (read.ec == std::errc::result_out_of_range) {
+        const std::string_view matched(position, std::size_t(read.ptr - position));
+        const auto exponent = matched.find_first_of("eE");
+        const bool tiny = exponent == matched.npos ? *digits == '0' || *digits == '.'
+                                                   : matched.find('-', exponent) != matched.npos;
+        const float limit = std::numeric_limits<float>::infinity();
+        return tiny ? 0 : *position == '-' ? -limit : limit;
+    }
     return number;
 }
 

@@ -4,10 +4,10 @@
 #include "platform/Platform.h"
 #include "platform/SystemFacts.h"
 #include "platform/linux/LinuxSystemFacts.h"
+#include "support/CommaLocale.h"
 
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cstring>
 #include <map>
 #include <stdexcept>
@@ -129,12 +129,11 @@ TEST(SizeText, GigabytesKnowTheirOwnToken) {
 }
 
 TEST(SizeText, IsTheSameInEveryLocale) {
-    const std::string before = std::setlocale(LC_NUMERIC, nullptr);
-    if (!std::setlocale(LC_NUMERIC, "de_DE.UTF-8"))
-        GTEST_SKIP() << "the locale de_DE.UTF-8 is not installed";
+    const test::CommaLocale locale;
+    if (!locale)
+        GTEST_SKIP() << "no locale with a decimal comma can be made here";
     EXPECT_EQ(U::convertVolSpace(1'500'000), QStringLiteral("1.50 MB"));
     EXPECT_EQ(U::getVolSpaceFromString(QStringLiteral("1.50 MB")), 1'500'000u);
-    std::setlocale(LC_NUMERIC, before.c_str());
 }
 
 TEST(DateText, DropsTheZone) {

@@ -72,6 +72,8 @@ TestEnvironment::~TestEnvironment() {
     removeTree(m_root);
 }
 
-TestEnvironment &TestEnvironment::current() { return *currentEnvironment; }
+TestEnvironment &TestEnvironment::current() {
+    return *currentEnvironment;
+}
 
 } // namespace brightsweep::test

@@ -32,7 +32,6 @@ class EnvironmentPerTest : public testing::EmptyTestEventListener {
 int main(int argc, char **argv) {
     testing::InitGoogleTest(&argc, argv);
     QCoreApplication application(argc, argv);
-    testing::UnitTest::GetInstance()->listeners().Append(
-        new brightsweep::test::EnvironmentPerTest);
+    testing::UnitTest::GetInstance()->listeners().Append(new brightsweep::test::EnvironmentPerTest);
     return RUN_ALL_TESTS();
 }
