@@ -1,0 +1,277 @@
+#include "support/WrappedPlatform.h"
+
+#include "foundation/Paths.h"
+#include "platform/AdministratorRights.h"
+#include "platform/FileOperations.h"
+#include "platform/StandardDirectories.h"
+#include "platform/SystemFacts.h"
+#include "platform/VolumeSource.h"
+#include "platform/Workspace.h"
+
+#include <utility>
+
+namespace brightsweep::test {
+
+namespace {
+
+template <typename Interface>
+class Wrapped : public Interface {
+public:
+    Wrapped(std::unique_ptr<Interface> wrapped, PlatformHook hook)
+        : m_wrapped(std::move(wrapped)), m_hook(std::move(hook)) {}
+    std::string unavailableReason() const override { return m_wrapped->unavailableReason(); }
+
+protected:
+    // The call's result, unless the hook has an error: then what `failed` makes of it.
+    template <typename Call, typename Failed>
+    auto ask(std::string_view name, const std::filesystem::path &argument, Call call,
+             Failed failed) const -> decltype(call()) {
+        if (const std::error_code error = m_hook(name, argument))
+            return failed(error);
+        return call();
+    }
+    template <typename Call>
+    auto ask(std::string_view name, const std::filesystem::path &argument, Call call) const {
+        return ask(name, argument, std::move(call),
+                   [](std::error_code error) -> decltype(call()) { return error; });
+    }
+
+    std::unique_ptr<Interface> m_wrapped;
+    PlatformHook m_hook;
+};
+
+std::filesystem::path pathOf(const FileDescriptor &descriptor) {
+    std::error_code ignored;
+    return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor.get()),
+                                         ignored);
+}
+std::filesystem::path pathOf(const OpenDirectory &directory) {
+    return pathOf(directory.descriptor);
+}
+
+class WrappedFiles final : public Wrapped<FileOperations> {
+public:
+    using Wrapped::Wrapped;
+    Result<OpenDirectory> openDirectory(const std::filesystem::path &path) override {
+        return ask("openDirectory", path, [&] { return m_wrapped->openDirectory(path); });
+    }
+    Result<OpenDirectory> openDirectoryAt(const OpenDirectory &parent, const char *name) override {
+        return ask("openDirectoryAt", paths::join(pathOf(parent), name),
+                   [&] { return m_wrapped->openDirectoryAt(parent, name); });
+    }
+    Result<OpenDirectory> openParentOf(const OpenDirectory &directory, std::uint64_t device,
+                                       std::uint64_t inode) override {
+        return ask("openParentOf", pathOf(directory),
+                   [&] { return m_wrapped->openParentOf(directory, device, inode); });
+    }
+    std::error_code readBlock(const OpenDirectory &directory, DirectoryBlock &block,
+                              WantedAttributes wanted) override {
+        return ask(
+            "readBlock", pathOf(directory),
+            [&] { return m_wrapped->readBlock(directory, block, wanted); },
+            [&](std::error_code error) {
+                block.fill().clear();
+                block.setAtEnd(true);
+                return error;
+            });
+    }
+    Result<FileAttributes> attributes(const std::filesystem::path &path) override {
+        return ask("attributes", path, [&] { return m_wrapped->attributes(path); });
+    }
+    Result<FileAttributes> attributesAt(const OpenDirectory &directory, const char *name) override {
+        return ask("attributesAt", paths::join(pathOf(directory), name),
+                   [&] { return m_wrapped->attributesAt(directory, name); });
+    }
+    Result<FileAttributes> attributesFollowing(const std::filesystem::path &path) override {
+        return ask("attributesFollowing", path,
+                   [&] { return m_wrapped->attributesFollowing(path); });
+    }
+    Result<std::filesystem::path> canonicalPath(const std::filesystem::path &path) override {
+        return ask("canonicalPath", path, [&] { return m_wrapped->canonicalPath(path); });
+    }
+    bool isLockedByAnother(const std::filesystem::path &path) override {
+        return ask(
+            "isLockedByAnother", path, [&] { return m_wrapped->isLockedByAnother(path); },
+            [](std::error_code) { return true; });
+    }
+    Result<FileDescriptor> openFile(const std::filesystem::path &path) override {
+        return ask("openFile", path, [&] { return m_wrapped->openFile(path); });
+    }
+    Result<std::size_t> readAt(const FileDescriptor &file, void *data, std::size_t size,
+                               std::uint64_t offset) override {
+        return ask("readAt", pathOf(file),
+                   [&] { return m_wrapped->readAt(file, data, size, offset); });
+    }
+    Result<std::size_t> readCachedAt(const FileDescriptor &file, void *data, std::size_t size,
+                                     std::uint64_t offset) override {
+        return ask("readCachedAt", pathOf(file),
+                   [&] { return m_wrapped->readCachedAt(file, data, size, offset); });
+    }
+    void dropCached(const FileDescriptor &file, std::uint64_t offset,
+                    std::uint64_t length) override {
+        ask(
+            "dropCached", pathOf(file), [&] { m_wrapped->dropCached(file, offset, length); },
+            [](std::error_code) {});
+    }
+    Result<std::uint64_t> nextData(const FileDescriptor &file, std::uint64_t offset) override {
+        return ask("nextData", pathOf(file), [&] { return m_wrapped->nextData(file, offset); });
+    }
+    Result<RemovalRoot> rememberRoot(const std::filesystem::path &folder) override {
+        return ask("rememberRoot", folder, [&] { return m_wrapped->rememberRoot(folder); });
+    }
+    Result<OpenDirectory> openHolder(const RemovalTarget &target) override {
+        return ask("openHolder", target.path(), [&] { return m_wrapped->openHolder(target); });
+    }
+    bool isDeletable(const RemovalTarget &target) override {
+        return ask(
+            "isDeletable", target.path(), [&] { return m_wrapped->isDeletable(target); },
+            [](std::error_code) { return false; });
+    }
+    std::error_code removeItem(const RemovalTarget &target) override {
+        return ask("removeItem", target.path(), [&] { return m_wrapped->removeItem(target); });
+    }
+    Result<std::uint32_t> setPermissions(const RemovalTarget &target, std::uint32_t mode) override {
+        return ask("setPermissions", target.path(),
+                   [&] { return m_wrapped->setPermissions(target, mode); });
+    }
+};
+
+class WrappedDirectories final : public Wrapped<StandardDirectories> {
+public:
+    using Wrapped::Wrapped;
+    std::vector<std::filesystem::path> paths(StandardDirectory directory) override {
+        return ask(
+            "paths", std::to_string(int(directory)), [&] { return m_wrapped->paths(directory); },
+            none);
+    }
+    std::vector<std::filesystem::path> trashesOfVolume(const std::filesystem::path &top) override {
+        return ask(
+            "trashesOfVolume", top, [&] { return m_wrapped->trashesOfVolume(top); }, none);
+    }
+    std::filesystem::path systemPath(const std::filesystem::path &path) override {
+        return ask(
+            "systemPath", path, [&] { return m_wrapped->systemPath(path); },
+            [&](std::error_code) { return path; });
+    }
+
+private:
+    static std::vector<std::filesystem::path> none(std::error_code) { return {}; }
+};
+
+class WrappedFacts final : public Wrapped<SystemFacts> {
+public:
+    using Wrapped::Wrapped;
+    Result<SystemVersion> version() override {
+        return ask("version", {}, [&] { return m_wrapped->version(); });
+    }
+    Result<std::string> kernelValue(std::string_view name) override {
+        return ask("kernelValue", name, [&] { return m_wrapped->kernelValue(name); });
+    }
+};
+
+class WrappedVolumes final : public Wrapped<VolumeSource> {
+public:
+    using Wrapped::Wrapped;
+    std::vector<VolumeFacts> volumes() override {
+        return ask(
+            "volumes", {}, [&] { return m_wrapped->volumes(); },
+            [](std::error_code) { return std::vector<VolumeFacts>(); });
+    }
+    void settle(int milliseconds) override {
+        ask(
+            "settle", std::to_string(milliseconds), [&] { m_wrapped->settle(milliseconds); },
+            [](std::error_code) {});
+    }
+    EjectResult eject(std::int16_t refNumber) override {
+        return ask(
+            "eject", std::to_string(refNumber), [&] { return m_wrapped->eject(refNumber); },
+            [](std::error_code error) {
+                return EjectResult{error.value(), error.message(), {}};
+            });
+    }
+    void setMountHandler(std::function<void(const MountEvent &)> handler) override {
+        m_wrapped->setMountHandler(std::move(handler));
+    }
+    void setFactsHandler(std::function<void()> handler) override {
+        m_wrapped->setFactsHandler(std::move(handler));
+    }
+};
+
+class WrappedRights final : public Wrapped<AdministratorRights> {
+public:
+    using Wrapped::Wrapped;
+    RightsResult request() override {
+        return ask(
+            "request", {}, [&] { return m_wrapped->request(); },
+            [](std::error_code error) {
+                return RightsResult{RightsOutcome::Failed, error.value(), error.message()};
+            });
+    }
+    int release() override {
+        return ask(
+            "release", {}, [&] { return m_wrapped->release(); },
+            [](std::error_code error) { return error.value(); });
+    }
+    RightsToken token() const override { return m_wrapped->token(); }
+    bool accepts(const RightsToken &token) override {
+        return ask(
+            "accepts", {}, [&] { return m_wrapped->accepts(token); },
+            [](std::error_code) { return false; });
+    }
+    PrivilegedReply removeItem(const RightsToken &token, const RemovalTarget &target) override {
+        return ask(
+            "rights.removeItem", target.path(),
+            [&] { return m_wrapped->removeItem(token, target); }, refused);
+    }
+    PrivilegedReply dropCaches(const RightsToken &token) override {
+        return ask(
+            "dropCaches", {}, [&] { return m_wrapped->dropCaches(token); }, refused);
+    }
+
+private:
+    static PrivilegedReply refused(std::error_code error) {
+        return {false, false, error.message()};
+    }
+};
+
+class WrappedWorkspace final : public Wrapped<Workspace> {
+public:
+    using Wrapped::Wrapped;
+    QString displayName(const std::filesystem::path &path) override {
+        return ask(
+            "displayName", path, [&] { return m_wrapped->displayName(path); }, noText);
+    }
+    bool isPackage(const std::filesystem::path &path) override {
+        return ask(
+            "isPackage", path, [&] { return m_wrapped->isPackage(path); },
+            [](std::error_code) { return false; });
+    }
+    QString typeOf(const std::filesystem::path &path) override {
+        return ask(
+            "typeOf", path, [&] { return m_wrapped->typeOf(path); }, noText);
+    }
+    bool open(const std::filesystem::path &path) override {
+        return ask(
+            "open", path, [&] { return m_wrapped->open(path); },
+            [](std::error_code) { return false; });
+    }
+
+private:
+    static QString noText(std::error_code) { return {}; }
+};
+
+} // namespace
+
+Platform wrapPlatform(Platform wrapped, PlatformHook hook) {
+    Platform platform;
+    platform.files = std::make_unique<WrappedFiles>(std::move(wrapped.files), hook);
+    platform.directories =
+        std::make_unique<WrappedDirectories>(std::move(wrapped.directories), hook);
+    platform.facts = std::make_unique<WrappedFacts>(std::move(wrapped.facts), hook);
+    platform.volumes = std::make_unique<WrappedVolumes>(std::move(wrapped.volumes), hook);
+    platform.rights = std::make_unique<WrappedRights>(std::move(wrapped.rights), hook);
+    platform.workspace = std::make_unique<WrappedWorkspace>(std::move(wrapped.workspace), hook);
+    return platform;
+}
+
+} // namespace brightsweep::test
