@@ -41,4 +41,8 @@ endfunction()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   target_compile_options(brightsweep_options INTERFACE
     -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow)
+  # With sanitizers it takes the inactive members of a std::variant for uninitialised ones.
+  if(BRIGHTSWEEP_SANITIZE)
+    target_compile_options(brightsweep_options INTERFACE -Wno-maybe-uninitialized)
+  endif()
 endif()
