@@ -1,9 +1,14 @@
 #include "cli/CommandLine.h"
 
+#include "core/MacLog.h"
+#include "foundation/Identity.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
+#include "preferences/PreferenceViewController.h"
 
 int main(int argc, char **argv) {
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
+    brightsweep::MacLog::setLogFileForCommandLine(brightsweep::logFileName);
+    brightsweep::registerAllDefaults();
     return brightsweep::cli::runCommandLine(argc, argv);
 }

@@ -9,6 +9,8 @@ inline constexpr const char bundleIdentifier[] = "com.norvmac.DeskSweeperPro";
 inline constexpr const char programVersion[] = "4.0";
 /// The folder of the program's own data below the user's application support folder.
 inline constexpr const char supportFolderName[] = "Brightsweep";
+/// The file of the log in that folder.
+inline constexpr const char logFileName[] = "norvex.log";
 
 /// The user's home: $HOME where it is absolute, else the account's.
 std::filesystem::path homeFolder();

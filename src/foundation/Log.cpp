@@ -1,5 +1,6 @@
 #include "foundation/Log.h"
 
+#include <locale.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -58,11 +59,28 @@ Conversion readConversion(const char *position) {
     return conversion;
 }
 
+// Numbers look the same whatever locale the toolkit has set.
+class PlainNumbers {
+public:
+    PlainNumbers() : m_before(::uselocale(plain())) {}
+    ~PlainNumbers() { ::uselocale(m_before); }
+    PlainNumbers(const PlainNumbers &) = delete;
+    PlainNumbers &operator=(const PlainNumbers &) = delete;
+
+private:
+    static locale_t plain() {
+        static const locale_t locale = ::newlocale(LC_ALL_MASK, "C", nullptr);
+        return locale;
+    }
+    locale_t m_before;
+};
+
 template <typename Number>
 void appendNumber(std::string &text, const Conversion &conversion, const char *length,
                   Number number) {
     const std::string format = "%" + conversion.flags + length + conversion.letter;
     char buffer[512];
+    const PlainNumbers plain;
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
     const int written = std::snprintf(buffer, sizeof buffer, format.c_str(), number);
@@ -164,14 +182,18 @@ std::string line(std::string_view message) {
     return whole;
 }
 
-void setDescriptor(int descriptor) { logDescriptor = descriptor; }
+void setDescriptor(int descriptor) {
+    logDescriptor = descriptor;
+}
 
-int descriptor() { return logDescriptor; }
+int descriptor() {
+    return logDescriptor;
+}
 
 void write(std::string_view lines) {
     const int descriptor = logDescriptor;
-    if (descriptor >= 0)
-        [[maybe_unused]] const auto written = ::write(descriptor, lines.data(), lines.size());
+    if (descriptor >= 0) [[maybe_unused]]
+        const auto written = ::write(descriptor, lines.data(), lines.size());
 }
 
 } // namespace Log

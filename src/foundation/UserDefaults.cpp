@@ -10,6 +10,7 @@
 #include <sys/file.h>
 
 #include <cerrno>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -104,6 +105,16 @@ std::int64_t integerFromText(const QString &text) {
     return std::strtoll(text.toLatin1().constData(), nullptr, 10);
 }
 
+float floatFromText(const QString &text) {
+    const QByteArray bytes = text.trimmed().toLatin1();
+    const char *begin = bytes.constData();
+    if (*begin == '+')
+        ++begin;
+    float number = 0;
+    const auto read = std::from_chars(begin, bytes.constEnd(), number);
+    return read.ec == std::errc() && std::isfinite(number) ? number : 0;
+}
+
 bool boolFromText(const QString &text) {
     const QByteArray bytes = text.trimmed().toLatin1();
     const char *position = bytes.constData();
@@ -170,7 +181,7 @@ std::uint64_t UserDefaults::unsignedForKey(const QString &key) const {
 float UserDefaults::floatForKey(const QString &key) const {
     const QVariant object = objectForKey(key);
     if (object.typeId() == QMetaType::QString)
-        return std::strtof(object.toString().toLatin1().constData(), nullptr);
+        return floatFromText(object.toString());
     return object.toFloat();
 }
 

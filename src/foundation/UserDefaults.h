@@ -70,13 +70,14 @@ private:
     mutable std::mutex m_mutex;
     std::filesystem::path m_file;
     Values m_userValues;
-    Values m_unwritten;           // set since the last successful write
+    Values m_unwritten;            // set since the last successful write
     QMap<QString, bool> m_removed; // removed since then
     QVariantMap m_registered;
 };
 
-/// The numbers that texts read as, by the rules above.
+/// The numbers that texts read as, by the rules above; the same in every locale.
 std::int64_t integerFromText(const QString &text);
+float floatFromText(const QString &text);
 bool boolFromText(const QString &text);
 
 } // namespace brightsweep

@@ -2,6 +2,7 @@
 
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
+#include "preferences/PreferenceViewController.h"
 
 #include <QCoreApplication>
 
@@ -12,11 +13,12 @@
 namespace brightsweep::test {
 namespace {
 
-// Gives each test its own home and a fresh platform, and takes both away again.
+// Gives each test its own home, a fresh platform and the defaults, and takes both away again.
 class EnvironmentPerTest : public testing::EmptyTestEventListener {
     void OnTestStart(const testing::TestInfo &) override {
         m_environment = std::make_unique<TestEnvironment>();
         Platform::setCurrent(makeLinuxPlatform());
+        registerAllDefaults();
     }
     void OnTestEnd(const testing::TestInfo &) override {
         Platform::setCurrent(makeNullPlatform("between two tests"));
