@@ -65,6 +65,12 @@ bool ThreadWorker::runPrimaryTask() {
 }
 
 void ThreadWorker::callEnd() {
+    {
+        // An abandoned queue may still run what waits in it before it goes.
+        const std::lock_guard lock(m_mutex);
+        if (m_abandoned)
+            return;
+    }
     m_didEnd();
     closeQueue();
 }
