@@ -5,7 +5,6 @@
 
 #include <QCoreApplication>
 
-#include <array>
 #include <csignal>
 #include <string>
 
@@ -28,7 +27,10 @@ void installInterruptHandlers() {
     sigaction(SIGPIPE, &action, nullptr);
 }
 
-constexpr std::array<const Command *, 0> commands = {};
+constexpr const Command *commands[] = {
+    &settingsCommand,
+    &historyCommand,
+};
 
 std::string overview() {
     std::string text = "Usage: brightsweep-cli [--json] [--quiet] COMMAND [options]\n\nCommands:\n";

@@ -5,5 +5,7 @@
 namespace brightsweep::cli {
 
 // One file per command.
+extern const Command historyCommand;
+extern const Command settingsCommand;
 
 } // namespace brightsweep::cli
