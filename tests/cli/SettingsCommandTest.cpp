@@ -1,0 +1,130 @@
+#include "core/SettingKeys.h"
+#include "foundation/UserDefaults.h"
+#include "support/ChildProcess.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gtest/gtest.h>
+
+namespace brightsweep {
+namespace {
+
+test::ChildResult settings(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {BRIGHTSWEEP_CLI, "settings"});
+    return test::runProgram(arguments);
+}
+
+QJsonObject document(const test::ChildResult &result) {
+    return QJsonDocument::fromJson(QByteArray::fromStdString(result.output)).object();
+}
+
+TEST(SettingsCommand, ListsEveryKeyWithValueDefaultAndType) {
+    EXPECT_EQ(settings({"set", "DSDiskUsageShowStyle", "YES"}).status, 0);
+    const auto result = settings({"--json"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_TRUE(result.output.starts_with(R"({"schema":1,"command":"settings",)"));
+    const QJsonArray list = document(result)[QStringLiteral("settings")].toArray();
+    ASSERT_EQ(list.size(), int(std::size(settingKeys)));
+    const struct {
+        const char *key;
+        QJsonValue value;
+        QJsonValue standard;
+        const char *type;
+    } rows[] = {
+        {"DisplayType", 0, QJsonValue::Null, "integer"},
+        {"SpaceAlarm", 0.1, 0.1, "float"},
+        {"SystemCaches", 1, 1, "integer"},
+        {"UserLogs", 1, 1, "integer"},
+        {"UserTrash", 0, 0, "integer"},
+        {"UserDownloads", 0, 0, "integer"},
+        {"DSDuplicationLimit", 1, 1, "integer"},
+        {"DSDuplicatesUnit", 2, 2, "integer"},
+        {"DSDiskUsageShowStyle", true, false, "bool"},
+        {"SUEnableAutomaticChecks", false, QJsonValue::Null, "bool"},
+        {"fade", QStringLiteral("YES"), QStringLiteral("YES"), "string"},
+    };
+    for (const auto &row : rows) {
+        bool found = false;
+        for (const QJsonValue &entry : list) {
+            if (entry[QStringLiteral("key")].toString() != QLatin1String(row.key))
+                continue;
+            found = true;
+            EXPECT_EQ(entry[QStringLiteral("value")], row.value) << row.key;
+            EXPECT_EQ(entry[QStringLiteral("default")], row.standard) << row.key;
+            EXPECT_EQ(entry[QStringLiteral("type")].toString(), QLatin1String(row.type));
+        }
+        EXPECT_TRUE(found) << row.key;
+    }
+    const std::string table = settings({}).output;
+    EXPECT_EQ(std::size_t(std::count(table.begin(), table.end(), '\n')),
+              1 + std::size(settingKeys));
+}
+
+TEST(SettingsCommand, SetsGetsAndResets) {
+    const struct {
+        const char *key;
+        const char *set;
+        const char *shown;
+        const char *standard;
+    } rows[] = {
+        {"MemoryAlarm", "0.35", "0.35\n", "0.1\n"},
+        {"DSDuplicationLimit", "9223372036854775807", "9223372036854775807\n", "1\n"},
+        {"DSHidenDuplication", "true", "YES\n", "NO\n"},
+        {"UserTrash", "1", "1\n", "0\n"},
+        {"fade", "a = b\\n", "a = b\\n\n", "YES\n"},
+    };
+    for (const auto &row : rows) {
+        EXPECT_EQ(settings({"set", row.key, row.set}).status, 0) << row.key;
+        EXPECT_EQ(settings({"get", row.key}).output, row.shown);
+        EXPECT_TRUE(UserDefaults::standardUserDefaults().synchronize());
+        EXPECT_TRUE(UserDefaults::standardUserDefaults().hasUserValue(QLatin1String(row.key)));
+        EXPECT_EQ(settings({"reset", row.key}).status, 0);
+        EXPECT_EQ(settings({"get", row.key}).output, row.standard);
+    }
+    EXPECT_TRUE(settings({"--json", "get", "MemoryAlarm"})
+                    .output.starts_with(
+                        R"({"schema":1,"command":"settings","key":"MemoryAlarm","value":0.1,)"));
+}
+
+TEST(SettingsCommand, WrongUsageSaysWhatToWriteAndChangesNothing) {
+    const std::vector<std::string> rows[] = {
+        {"set", "SystemCaches", "5"},
+        {"set", "SystemCaches", "yes"},
+        {"set", "SystemCaches", ""},
+        {"set", "SpaceAlarm", "nan"},
+        {"set", "SpaceAlarm", "0,5"},
+        {"set", "DSHidenDuplication", "maybe"},
+        {"set", "DSDuplicationLimit", "1 MB"},
+        {"set", "--", "DSDuplicationLimit", "-1"},
+        {"set", "DSDuplicationLimit", "9223372036854775808"},
+        {"set", "SpaceAlarm"},
+        {"get"},
+        {"get", "SpaceAlarm", "more"},
+        {"get", "NoSuchKey"},
+        {"reset", "NoSuchKey"},
+        {"list"},
+        {"--unknown"},
+    };
+    for (const auto &row : rows) {
+        const auto result = settings(row);
+        const std::string name = testing::PrintToString(row);
+        EXPECT_EQ(result.status, 2) << name;
+        EXPECT_EQ(result.output, "") << name;
+        EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << name;
+    }
+    EXPECT_FALSE(std::filesystem::exists(UserDefaults::standardUserDefaults().file()));
+}
+
+TEST(SettingsCommand, AStoreThatCannotBeWrittenFails) {
+    const auto file = UserDefaults::standardUserDefaults().file();
+    std::filesystem::create_directories(file); // a folder in its place
+    const auto result = settings({"set", "SpaceAlarm", "0.5"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.errors.find(file.native()), std::string::npos);
+}
+
+} // namespace
+} // namespace brightsweep

@@ -1,0 +1,227 @@
+#include "foundation/UserDefaults.h"
+
+#include "foundation/SmallFile.h"
+#include "support/ChildProcess.h"
+#include "support/CommaLocale.h"
+#include "support/TestTree.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <thread>
+
+namespace brightsweep {
+namespace {
+
+const QString key = QStringLiteral("Key");
+
+QString text(const char *latin1) {
+    return QString::fromLatin1(latin1);
+}
+
+TEST(UserDefaults, UsersValueStandsAboveTheLastRegistration) {
+    test::TestTree tree;
+    UserDefaults defaults(tree.path("settings"));
+    EXPECT_FALSE(defaults.objectForKey(key).isValid());
+    EXPECT_EQ(defaults.integerForKey(key), 0);
+    defaults.registerDefaults({{key, true}});
+    defaults.registerDefaults({{key, false}, {text("Other"), 7}});
+    EXPECT_FALSE(defaults.boolForKey(key));
+    defaults.setObject(key, 5);
+    defaults.registerDefaults({{key, 9}});
+    EXPECT_EQ(defaults.integerForKey(key), 5);
+    EXPECT_TRUE(defaults.hasUserValue(key));
+    EXPECT_FALSE(defaults.hasUserValue(text("Other")));
+    defaults.removeObject(key);
+    EXPECT_EQ(defaults.integerForKey(key), 9);
+    defaults.setObject(key, 6);
+    defaults.setObject(key, QVariant());
+    EXPECT_EQ(defaults.integerForKey(key), 9);
+    EXPECT_EQ(UserDefaults(tree.path("settings")).objectForKey(key), QVariant());
+}
+
+TEST(UserDefaults, ReadsEveryTypeAsEveryOther) {
+    const struct {
+        QVariant stored;
+        std::int64_t integer;
+        float real;
+        bool truth;
+        const char *string;
+    } rows[] = {
+        {text("YES"), 0, 0, true, "YES"},
+        {text("no"), 0, 0, false, "no"},
+        {text("true"), 0, 0, true, "true"},
+        {text("12"), 12, 12, true, "12"},
+        {text(" -12abc"), -12, -12, true, " -12abc"},
+        {text("000"), 0, 0, false, "000"},
+        {text("0.25"), 0, 0.25f, false, "0.25"},
+        {text("+1e2"), 1, 100, true, "+1e2"},
+        {text("99999999999999999999"), INT64_MAX, 1e20f, true, "99999999999999999999"},
+        {text("inf"), 0, 0, false, "inf"},
+        {text(""), 0, 0, false, ""},
+        {true, 1, 1, true, "1"},
+        {false, 0, 0, false, "0"},
+        {-3, -3, -3, true, "-3"},
+        {0.1f, 0, 0.1f, true, "0.100000001"},
+        {2.9, 2, 2.9f, true, "2.8999999999999999"},
+    };
+    test::TestTree tree;
+    for (const auto &row : rows) {
+        const auto check = [&](const UserDefaults &defaults) {
+            const std::string name = row.stored.toString().toStdString();
+            EXPECT_EQ(defaults.integerForKey(key), row.integer) << name;
+            EXPECT_EQ(defaults.floatForKey(key), row.real) << name;
+            EXPECT_EQ(defaults.stringForKey(key).toStdString(), row.string) << name;
+        };
+        UserDefaults registered(tree.path("unused"));
+        registered.registerDefaults({{key, row.stored}});
+        check(registered);
+        EXPECT_EQ(registered.boolForKey(key), row.truth);
+        // Once written, it reads back the same from the file.
+        UserDefaults(tree.path("settings")).setObject(key, row.stored);
+        check(UserDefaults(tree.path("settings")));
+    }
+}
+
+TEST(UserDefaults, FractionsReadInEveryLocale) {
+    const test::CommaLocale locale;
+    if (!locale)
+        GTEST_SKIP() << "no locale with a decimal comma can be made here";
+    test::TestTree tree;
+    UserDefaults defaults(tree.path("settings"));
+    defaults.setObject(key, 0.25f);
+    EXPECT_EQ(defaults.floatForKey(key), 0.25f);
+    EXPECT_EQ(*readSmallFile(defaults.file()), "Key=0.25\n");
+}
+
+TEST(UserDefaults, AnyTextSurvivesTheFile) {
+    test::TestTree tree;
+    const QString hostile = QStringLiteral("a=b\\n\n\r\\\t\u00e4\U0001f600") + QChar(0);
+    UserDefaults(tree.path("settings")).setObject(hostile, hostile);
+    EXPECT_EQ(UserDefaults(tree.path("settings")).stringForKey(hostile), hostile);
+}
+
+TEST(UserDefaults, DamagedFileGivesItsIntactLines) {
+    test::TestTree tree;
+    const struct {
+        std::string_view file;
+        QList<QString> keys;
+    } rows[] = {
+        {"", {}},
+        {"a=1\nb=2\n", {text("a"), text("b")}},
+        {"a=1\nb=2", {text("a")}}, // cut short
+        {"a=1\n=2\nno\n\nc=3\n", {text("a"), text("c")}},
+        {"a=1\nb=\\x\nc\\=1\nd=\xff\xfe\ne=5\n", {text("a"), text("e")}},
+        {std::string_view("a=1\0\nb=2\n", 9), {text("b")}},
+        {"a=1\na=2\n", {text("a")}},
+    };
+    for (const auto &row : rows) {
+        UserDefaults defaults(tree.file("settings", row.file));
+        EXPECT_EQ(UserDefaults::parse(row.file).keys(), row.keys) << row.file;
+        // The next change keeps them and writes a sound file.
+        defaults.setObject(text("z"), 1);
+        EXPECT_EQ(UserDefaults::parse(*readSmallFile(defaults.file())).size(), row.keys.size() + 1);
+    }
+}
+
+TEST(UserDefaults, ReadOnlyFolderKeepsTheChangeInMemory) {
+    test::TestTree tree;
+    const auto folder = tree.directory("config");
+    const auto file = tree.file("config/settings", "Old=1\n");
+    tree.mode("config", 0555);
+    const int status = test::runInChild([&] {
+        if (!test::becomeUnprivileged())
+            return 1;
+        UserDefaults defaults(file);
+        defaults.setObject(key, 2);
+        return defaults.synchronize() || defaults.integerForKey(key) != 2 ||
+                       defaults.integerForKey(text("Old")) != 1
+                   ? 2
+                   : 0;
+    });
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(*readSmallFile(file), "Old=1\n");
+}
+
+TEST(UserDefaults, FullDiskLosesNothing) {
+    test::TestTree tree;
+    const auto folder = tree.directory("small");
+    const int status = test::runInChild([&] {
+        if (!test::mountSmallFileSystem(folder.native(), 32 * 1024))
+            return 1;
+        UserDefaults defaults(folder / "settings");
+        defaults.setObject(text("Old"), 1);
+        if (writeSmallFile(folder / "filler", std::string(24 * 1024, 'f')))
+            return 2;
+        defaults.setObject(key, QString(16 * 1024, QLatin1Char('v')));
+        if (UserDefaults(folder / "settings").integerForKey(text("Old")) != 1)
+            return 3;
+        if (defaults.stringForKey(key).size() != 16 * 1024 || defaults.synchronize())
+            return 4;
+        std::filesystem::remove(folder / "filler");
+        if (!defaults.synchronize())
+            return 5;
+        const UserDefaults again(folder / "settings");
+        return again.stringForKey(key).size() == 16 * 1024 && again.integerForKey(text("Old")) == 1
+                   ? 0
+                   : 6;
+    });
+    EXPECT_EQ(status, 0);
+}
+
+TEST(UserDefaults, TwoProcessesLoseNoKey) {
+    constexpr int each = 500;
+    test::TestTree tree;
+    const auto file = tree.path("config/settings");
+    const auto write = [&](const char *who) {
+        return test::runInChild([&] {
+            UserDefaults defaults(file);
+            for (int i = 0; i < each; ++i)
+                defaults.setObject(text(who) + QString::number(i), i);
+            return defaults.synchronize() ? 0 : 1;
+        });
+    };
+    int statuses[2] = {-1, -1};
+    std::thread other([&] { statuses[0] = write("a"); });
+    statuses[1] = write("b");
+    other.join();
+    EXPECT_EQ(statuses[0], 0);
+    EXPECT_EQ(statuses[1], 0);
+    const UserDefaults defaults(file);
+    for (int i = 0; i < each; ++i) {
+        ASSERT_EQ(defaults.objectForKey(text("a") + QString::number(i)), QString::number(i));
+        ASSERT_EQ(defaults.objectForKey(text("b") + QString::number(i)), QString::number(i));
+    }
+}
+
+TEST(UserDefaults, TakesInWhatOthersWrite) {
+    test::TestTree tree;
+    UserDefaults mine(tree.path("settings"));
+    mine.setObject(key, 1);
+    UserDefaults(tree.path("settings")).setObject(key, 2);
+    EXPECT_EQ(mine.integerForKey(key), 1);
+    EXPECT_TRUE(mine.synchronize());
+    EXPECT_EQ(mine.integerForKey(key), 2);
+}
+
+TEST(UserDefaults, ManyThreadsShareIt) {
+    test::TestTree tree;
+    UserDefaults defaults(tree.path("settings"));
+    std::vector<std::thread> threads;
+    for (int who = 0; who < 4; ++who) {
+        threads.emplace_back([&, who] {
+            for (int i = 0; i < 50; ++i) {
+                defaults.setObject(QString::number(who), i);
+                defaults.registerDefaults({{key, i}});
+                defaults.integerForKey(key);
+            }
+        });
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+    for (int who = 0; who < 4; ++who)
+        EXPECT_EQ(defaults.integerForKey(QString::number(who)), 49);
+}
+
+} // namespace
+} // namespace brightsweep

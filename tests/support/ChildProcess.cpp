@@ -1,0 +1,127 @@
+#include "support/ChildProcess.h"
+
+#include "foundation/FileDescriptor.h"
+
+#include <fcntl.h>
+#include <grp.h>
+#include <poll.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+
+namespace brightsweep::test {
+
+namespace {
+
+constexpr unsigned nobody = 65'534;
+
+int statusOf(pid_t child) {
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+struct Pipe {
+    FileDescriptor readEnd;
+    FileDescriptor writeEnd;
+    Pipe() {
+        int ends[2];
+        if (::pipe2(ends, O_CLOEXEC) != 0)
+            throw std::runtime_error("pipe2");
+        readEnd = FileDescriptor(ends[0]);
+        writeEnd = FileDescriptor(ends[1]);
+    }
+};
+
+// Reads both to their ends, whichever speaks first.
+void drain(Pipe &first, std::string &firstText, Pipe &second, std::string &secondText) {
+    struct Source {
+        FileDescriptor &end;
+        std::string &text;
+    } sources[] = {{first.readEnd, firstText}, {second.readEnd, secondText}};
+    while (sources[0].end || sources[1].end) {
+        pollfd waits[2];
+        for (int i = 0; i < 2; ++i)
+            waits[i] = {sources[i].end.get(), POLLIN, 0};
+        if (::poll(waits, 2, -1) < 0)
+            continue;
+        for (int i = 0; i < 2; ++i) {
+            if (!waits[i].revents)
+                continue;
+            char block[4096];
+            const ssize_t got = ::read(sources[i].end.get(), block, sizeof block);
+            if (got > 0)
+                sources[i].text.append(block, std::size_t(got));
+            else
+                sources[i].end.reset();
+        }
+    }
+}
+
+} // namespace
+
+ChildResult runProgram(const std::vector<std::string> &arguments,
+                       const std::map<std::string, std::string> &environment) {
+    std::vector<char *> vector;
+    for (const std::string &argument : arguments)
+        vector.push_back(const_cast<char *>(argument.c_str()));
+    vector.push_back(nullptr);
+    Pipe output;
+    Pipe errors;
+    const pid_t child = ::fork();
+    if (child < 0)
+        throw std::runtime_error("fork");
+    if (child == 0) {
+        ::dup2(output.writeEnd.get(), STDOUT_FILENO);
+        ::dup2(errors.writeEnd.get(), STDERR_FILENO);
+        for (const auto &[name, value] : environment)
+            ::setenv(name.c_str(), value.c_str(), 1);
+        ::execvp(vector[0], vector.data());
+        ::_exit(127);
+    }
+    output.writeEnd.reset();
+    errors.writeEnd.reset();
+    ChildResult result;
+    drain(output, result.output, errors, result.errors);
+    result.status = statusOf(child);
+    return result;
+}
+
+int runInChild(const std::function<int()> &function) {
+    std::fflush(nullptr);
+    const pid_t child = ::fork();
+    if (child < 0)
+        throw std::runtime_error("fork");
+    if (child == 0) {
+        int status = 125;
+        try {
+            status = function();
+        } catch (...) {
+        }
+        ::_exit(status);
+    }
+    return statusOf(child);
+}
+
+bool becomeUnprivileged() {
+    if (::geteuid() != 0)
+        return true;
+    return ::setgroups(0, nullptr) == 0 && ::setresgid(nobody, nobody, nobody) == 0 &&
+           ::setresuid(nobody, nobody, nobody) == 0;
+}
+
+bool mountSmallFileSystem(const std::string &folder, unsigned long bytes) {
+    const std::string size = "size=" + std::to_string(bytes);
+    return ::unshare(CLONE_NEWNS) == 0 &&
+           ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           ::mount("small", folder.c_str(), "tmpfs", 0, size.c_str()) == 0;
+}
+
+} // namespace brightsweep::test
