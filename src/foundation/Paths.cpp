@@ -4,21 +4,13 @@
 
 namespace brightsweep::paths {
 
-namespace {
-
-std::string_view withoutTrailingSlashes(std::string_view path) {
-    while (path.size() > 1 && path.back() == '/')
-        path.remove_suffix(1);
-    return path;
-}
-
-} // namespace
-
 QString display(std::string_view bytes) {
     return QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));
 }
 
-QString display(const std::string &bytes) { return display(std::string_view(bytes)); }
+QString display(const std::string &bytes) {
+    return display(std::string_view(bytes));
+}
 
 QString display(const std::filesystem::path &path) {
     return display(std::string_view(path.native()));
@@ -80,14 +72,6 @@ std::string extension(const std::filesystem::path &path) {
     if (point == name.npos || point == 0 || point + 1 == name.size())
         return {};
     return name.substr(point + 1);
-}
-
-bool isSameOrBelow(std::string_view path, std::string_view ancestor) {
-    ancestor = withoutTrailingSlashes(ancestor);
-    if (ancestor == "/")
-        return path.starts_with('/');
-    return path.starts_with(ancestor) &&
-           (path.size() == ancestor.size() || path[ancestor.size()] == '/');
 }
 
 } // namespace brightsweep::paths

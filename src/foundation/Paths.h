@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/PathBytes.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QVariant>
@@ -40,10 +42,6 @@ std::filesystem::path parent(const std::filesystem::path &path);
 /// The text behind the last point of the last component, without the point; empty where there is
 /// none, where the point comes first or last.
 std::string extension(const std::filesystem::path &path);
-
-/// True when `path` equals `ancestor` or lies below it. Both are absolute and lexically normal; the
-/// test is on components, so "/a/bc" does not lie below "/a/b".
-bool isSameOrBelow(std::string_view path, std::string_view ancestor);
 
 } // namespace paths
 } // namespace brightsweep

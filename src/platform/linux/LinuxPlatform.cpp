@@ -6,6 +6,7 @@
 #include "platform/SystemFacts.h"
 #include "platform/VolumeSource.h"
 #include "platform/Workspace.h"
+#include "platform/linux/LinuxAdministratorRights.h"
 #include "platform/linux/LinuxFileOperations.h"
 #include "platform/linux/LinuxSystemFacts.h"
 
@@ -15,6 +16,7 @@ Platform makeLinuxPlatform() {
     Platform platform = makeNullPlatform("not built yet");
     platform.files = std::make_unique<LinuxFileOperations>();
     platform.facts = std::make_unique<LinuxSystemFacts>();
+    platform.rights = std::make_unique<LinuxAdministratorRights>();
     return platform;
 }
 

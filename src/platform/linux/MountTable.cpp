@@ -1,6 +1,6 @@
 #include "platform/linux/MountTable.h"
 
-#include "foundation/Paths.h"
+#include "foundation/PathBytes.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,0 +1,167 @@
+#include "helper/Frame.h"
+
+namespace brightsweep::helper {
+
+namespace {
+
+constexpr std::size_t lengthSize = 4;
+constexpr char helloMark = 'H';
+constexpr char replyMark = 'R';
+
+template <typename Number>
+void put(std::string &payload, Number number) {
+    for (std::size_t i = 0; i < sizeof(Number); ++i)
+        payload += char((number >> (8 * i)) & 0xff);
+}
+
+void putText(std::string &payload, std::string_view text) {
+    put(payload, std::uint32_t(text.size()));
+    payload += text;
+}
+
+// Takes one field after the other; the first that is not there makes all later ones fail too.
+class Fields {
+public:
+    explicit Fields(std::string_view payload) : m_rest(payload) {}
+
+    template <typename Number>
+    Number number() {
+        const std::string_view bytes = take(sizeof(Number));
+        Number value = 0;
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+            value = Number(value | Number(Number(static_cast<unsigned char>(bytes[i])) << (8 * i)));
+        return value;
+    }
+    std::string text() { return std::string(take(number<std::uint32_t>())); }
+    Token token() {
+        Token token{};
+        const std::string_view bytes = take(token.size());
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+            token[i] = static_cast<std::uint8_t>(bytes[i]);
+        return token;
+    }
+    /// True when every field was there and nothing is left.
+    bool complete() const { return m_valid && m_rest.empty(); }
+
+private:
+    std::string_view take(std::size_t size) {
+        m_valid = m_valid && size <= m_rest.size();
+        if (!m_valid)
+            return {};
+        const std::string_view bytes = m_rest.substr(0, size);
+        m_rest.remove_prefix(size);
+        return bytes;
+    }
+
+    std::string_view m_rest;
+    bool m_valid = true;
+};
+
+std::string_view bytesOf(const Token &token) {
+    return {reinterpret_cast<const char *>(token.data()), token.size()};
+}
+
+std::size_t announcedLength(std::string_view bytes) {
+    return Fields(bytes.substr(0, lengthSize)).number<std::uint32_t>();
+}
+
+} // namespace
+
+std::string RemovePath::path() const {
+    return root.ends_with('/') ? root + relative : root + '/' + relative;
+}
+
+std::string frame(std::string_view payload) {
+    std::string framed;
+    if (payload.size() <= maximumPayload)
+        putText(framed, payload);
+    return framed;
+}
+
+std::string encodeHello(const Token &token) {
+    return helloMark + std::string(bytesOf(token));
+}
+
+std::string encodeRequest(const Request &request) {
+    std::string payload(bytesOf(request.token));
+    put(payload, std::uint8_t(request.verb));
+    if (request.verb == Verb::RemovePath) {
+        put(payload, request.remove.device);
+        put(payload, request.remove.inode);
+        putText(payload, request.remove.root);
+        putText(payload, request.remove.relative);
+    }
+    return payload;
+}
+
+std::string encodeReply(const Reply &reply) {
+    std::string payload(1, replyMark);
+    put(payload, std::uint8_t(reply.performed));
+    put(payload, std::uint8_t(reply.gone));
+    putText(payload, std::string_view(reply.output).substr(0, maximumOutput));
+    return payload;
+}
+
+std::optional<Token> decodeHello(std::string_view payload) {
+    if (!payload.starts_with(helloMark))
+        return std::nullopt;
+    Fields fields(payload.substr(1));
+    const Token token = fields.token();
+    return fields.complete() ? std::optional(token) : std::nullopt;
+}
+
+std::string_view decodeRequest(std::string_view payload, Request &request) {
+    Fields fields(payload);
+    request.token = fields.token();
+    request.verb = Verb(fields.number<std::uint8_t>());
+    switch (request.verb) {
+    case Verb::RemovePath:
+        request.remove.device = fields.number<std::uint64_t>();
+        request.remove.inode = fields.number<std::uint64_t>();
+        request.remove.root = fields.text();
+        request.remove.relative = fields.text();
+        break;
+    case Verb::DropCaches:
+        break;
+    default:
+        return "unknown verb";
+    }
+    return fields.complete() ? std::string_view() : "malformed request";
+}
+
+std::optional<Reply> decodeReply(std::string_view payload) {
+    if (!payload.starts_with(replyMark))
+        return std::nullopt;
+    Fields fields(payload.substr(1));
+    Reply reply;
+    reply.performed = fields.number<std::uint8_t>() != 0;
+    reply.gone = fields.number<std::uint8_t>() != 0;
+    reply.output = fields.text();
+    if (!fields.complete() || reply.output.size() > maximumOutput)
+        return std::nullopt;
+    return reply;
+}
+
+bool sameToken(const Token &one, const Token &other) {
+    unsigned difference = 0;
+    for (std::size_t i = 0; i < one.size(); ++i)
+        difference |= unsigned(one[i] ^ other[i]);
+    return difference == 0;
+}
+
+std::optional<std::string> FrameBuffer::next() {
+    if (m_bytes.size() < lengthSize || isOversized())
+        return std::nullopt;
+    const std::size_t length = announcedLength(m_bytes);
+    if (m_bytes.size() - lengthSize < length)
+        return std::nullopt;
+    std::string payload = m_bytes.substr(lengthSize, length);
+    m_bytes.erase(0, lengthSize + length);
+    return payload;
+}
+
+bool FrameBuffer::isOversized() const {
+    return m_bytes.size() >= lengthSize && announcedLength(m_bytes) > maximumPayload;
+}
+
+} // namespace brightsweep::helper

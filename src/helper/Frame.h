@@ -1,0 +1,76 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// What the program and the process that acts as administrator say to each other: frames of a
+/// length (four bytes, lowest first) and a payload, over one stream in each direction. The helper
+/// begins with a hello that carries the token; then each request is answered by one reply.
+namespace brightsweep::helper {
+
+/// The longest payload. Above any path that a user could have made, and far below what hurts.
+inline constexpr std::size_t maximumPayload = std::size_t(1) << 20;
+/// So much of a tool's output is sent back.
+inline constexpr std::size_t maximumOutput = 128;
+
+using Token = std::array<std::uint8_t, 32>;
+
+enum class Verb : std::uint8_t { RemovePath = 1, DropCaches = 2 };
+
+struct RemovePath {
+    std::string root;         ///< absolute path of the directory that the way starts from
+    std::uint64_t device = 0; ///< what the root was when it was chosen
+    std::uint64_t inode = 0;
+    std::string relative; ///< the way down from it, the item last
+
+    /// The whole path; it serves checks and messages, never an access.
+    std::string path() const;
+};
+
+struct Request {
+    Token token{};
+    Verb verb = Verb::RemovePath;
+    RemovePath remove; ///< only with Verb::RemovePath
+};
+
+struct Reply {
+    bool performed = false; ///< false: refused, and `output` says why
+    bool gone = false;
+    std::string output; ///< at most maximumOutput bytes
+};
+
+/// The payload with its length before it. An empty string for a payload above the limit.
+std::string frame(std::string_view payload);
+
+std::string encodeHello(const Token &token);
+std::string encodeRequest(const Request &request);
+std::string encodeReply(const Reply &reply);
+
+std::optional<Token> decodeHello(std::string_view payload);
+/// Empty, or what is wrong with the payload. The token is filled in whenever it is there.
+std::string_view decodeRequest(std::string_view payload, Request &request);
+std::optional<Reply> decodeReply(std::string_view payload);
+
+/// Equal without telling by its duration where the first difference lies.
+bool sameToken(const Token &one, const Token &other);
+
+/// Cuts a stream into payloads, however its bytes arrive.
+class FrameBuffer {
+public:
+    void append(std::string_view bytes) { m_bytes += bytes; }
+    /// The next payload that has arrived whole. Nothing while bytes are missing, and never again
+    /// once the stream has announced a payload above the limit.
+    std::optional<std::string> next();
+    bool isOversized() const;
+    /// True between two frames.
+    bool isEmpty() const { return m_bytes.empty(); }
+
+private:
+    std::string m_bytes;
+};
+
+} // namespace brightsweep::helper
