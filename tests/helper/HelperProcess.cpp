@@ -1,0 +1,94 @@
+#include "helper/HelperProcess.h"
+
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <stdexcept>
+
+namespace brightsweep::test {
+
+HelperProcess::HelperProcess(const std::vector<std::string> &environment) {
+    int streams[2];
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, streams) != 0)
+        throw std::runtime_error("socketpair");
+    m_stream = FileDescriptor(streams[0]);
+    const FileDescriptor others(streams[1]);
+    m_process = ::fork();
+    if (m_process == 0) {
+        for (const std::string &variable : environment) {
+            const auto equals = variable.find('=');
+            ::setenv(variable.substr(0, equals).c_str(), variable.substr(equals + 1).c_str(), 1);
+        }
+        ::dup2(others.get(), 0);
+        ::dup2(others.get(), 1);
+        ::execl(BRIGHTSWEEP_TEST_HELPER, BRIGHTSWEEP_TEST_HELPER, nullptr);
+        ::_exit(127);
+    }
+    if (const auto hello = payload())
+        m_token = helper::decodeHello(*hello).value_or(helper::Token{});
+}
+
+void HelperProcess::sendBytes(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t sent = ::send(m_stream.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        if (sent <= 0)
+            return;
+        bytes.remove_prefix(std::size_t(sent));
+    }
+}
+
+std::optional<std::string> HelperProcess::payload() {
+    for (;;) {
+        if (auto payload = m_received.next())
+            return payload;
+        char block[4096];
+        const ssize_t got = ::read(m_stream.get(), block, sizeof block);
+        if (got <= 0)
+            return std::nullopt;
+        m_received.append({block, std::size_t(got)});
+    }
+}
+
+std::optional<helper::Reply> HelperProcess::reply() {
+    const auto answer = payload();
+    return answer ? helper::decodeReply(*answer) : std::nullopt;
+}
+
+helper::Reply HelperProcess::remove(const helper::RemovePath &removal) {
+    sendBytes(helper::frame(helper::encodeRequest({m_token, helper::Verb::RemovePath, removal})));
+    return reply().value_or(helper::Reply{false, false, "no reply"});
+}
+
+helper::Reply HelperProcess::remove(const std::filesystem::path &root,
+                                    const std::string &relative) {
+    return remove(removalBelow(root, relative));
+}
+
+int HelperProcess::finish() {
+    if (m_process == 0)
+        return -1;
+    ::shutdown(m_stream.get(), SHUT_WR);
+    int status = 0;
+    ::waitpid(m_process, &status, 0);
+    m_process = 0;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+helper::RemovePath removalBelow(const std::filesystem::path &root, const std::string &relative) {
+    struct stat status {};
+    ::stat(root.c_str(), &status);
+    return {root.native(), status.st_dev, status.st_ino, relative};
+}
+
+void enterPrivateMounts() {
+    static const bool entered = ::unshare(CLONE_NEWNS) == 0 &&
+                                ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+    if (!entered)
+        throw std::runtime_error("this test needs mounts of its own, and so root");
+}
+
+} // namespace brightsweep::test
