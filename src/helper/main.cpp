@@ -39,7 +39,7 @@ ProtectedPlaces placesOfCaller() {
     if (const char *text = std::getenv("PKEXEC_UID")) {
         uid_t user = 0;
         std::from_chars(text, text + std::strlen(text), user);
-        return ProtectedPlaces({}, {homeOf(user)});
+        return ProtectedPlaces({}, {homeOf(user), homeOf(::getuid())});
     }
     const auto variable = [](const char *name) {
         const char *value = std::getenv(name);

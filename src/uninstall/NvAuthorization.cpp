@@ -114,12 +114,6 @@ bool NvAuthorization::allocAuthorization() {
     // What is left of rights whose process has died.
     freeAuthorization();
 
-    const auto setValid = [this](const RightsToken &form) {
-        const std::lock_guard lock(m_mutex);
-        isValidAuth = true;
-        authForm = form;
-        authorizationRef = AuthorizationReference{form};
-    };
     if (const std::string reason = rights().unavailableReason(); !reason.empty()) {
         NSLog("Error Creating Initial Authorization: %d", ENOSYS);
         NSLog("Administrator rights: %s", reason);
@@ -137,7 +131,10 @@ bool NvAuthorization::allocAuthorization() {
         rights().release();
         return false;
     }
-    setValid(form);
+    const std::lock_guard lock(m_mutex);
+    isValidAuth = true;
+    authForm = form;
+    authorizationRef = AuthorizationReference{form};
     return true;
 }
 

@@ -79,6 +79,24 @@ TEST(Rights, AreLostWithTheirProcessAndCanBeGotAnew) {
     EXPECT_TRUE(rights.removeItem(rights.token(), target).gone);
 }
 
+TEST(Rights, AProcessThatDiesOverARequestKeepsNobodyWaiting) {
+    TestTree tree;
+    tree.file("folder/item");
+    LinuxAdministratorRights rights;
+    ASSERT_EQ(rights.request().outcome, RightsOutcome::Granted);
+    const pid_t helper = childProcess();
+    ASSERT_GT(helper, 0);
+    ::kill(helper, SIGSTOP);
+    PrivilegedReply reply{true, true, {}};
+    std::thread asking(
+        [&] { reply = rights.removeItem(rights.token(), targetIn(tree.path("folder"), "item")); });
+    ::kill(helper, SIGKILL);
+    asking.join();
+    EXPECT_FALSE(reply.performed);
+    EXPECT_TRUE(tree.exists("folder/item"));
+    EXPECT_EQ(rights.token(), RightsToken{});
+}
+
 TEST(Rights, ServeSixThreads) {
     TestTree tree;
     constexpr int threads = 6;

@@ -1,6 +1,6 @@
 #include "uninstall/NvAuthorization.h"
 
-#include "core/UtilityObject.h"
+#include "platform/StandardDirectories.h"
 #include "support/FaultPlatform.h"
 #include "support/RecordingPlatform.h"
 #include "uninstall/FakeRights.h"
@@ -223,6 +223,50 @@ TEST_F(Authorization, WhatIsBusyStaysBusy) {
     EXPECT_TRUE(rights.removals.empty());
     EXPECT_TRUE(tree.exists("folder/item"));
     EXPECT_THAT(log.text(), HasSubstr("item-Device or resource busy\n"));
+}
+
+// The system's places below the test's own folder.
+class PrefixedDirectories final : public StandardDirectories {
+public:
+    std::vector<std::filesystem::path> paths(StandardDirectory) override { return {}; }
+    std::vector<std::filesystem::path> trashesOfVolume(const std::filesystem::path &) override {
+        return {};
+    }
+    std::filesystem::path systemPath(const std::filesystem::path &path) override {
+        return test::TestEnvironment::current().system().native() + path.native();
+    }
+};
+
+TEST_F(Authorization, AnArchiveThatAptHoldsIsBusyEvenForRoot) {
+    Platform::current().directories = std::make_unique<PrefixedDirectories>();
+    TestTree system(test::TestEnvironment::current().system());
+    const auto lockFile = system.file("var/cache/apt/archives/lock", "");
+    const auto package = system.file("var/cache/apt/archives/one.deb");
+    const auto other = system.file("var/cache/man/index");
+    ASSERT_TRUE(shared.allocAuthorization());
+    int ready[2];
+    int done[2];
+    ASSERT_EQ(::pipe2(ready, O_CLOEXEC), 0);
+    ASSERT_EQ(::pipe2(done, O_CLOEXEC), 0);
+    const pid_t holder = ::fork();
+    char byte = 0;
+    if (holder == 0) {
+        ::close(done[1]);
+        const int file = ::open(lockFile.c_str(), O_RDWR);
+        struct flock lock {};
+        lock.l_type = F_WRLCK;
+        const bool held = ::fcntl(file, F_SETLK, &lock) == 0 && ::write(ready[1], "x", 1) == 1;
+        ::_exit(held && ::read(done[0], &byte, 1) == 0 ? 0 : 1);
+    }
+    ASSERT_EQ(::read(ready[0], &byte, 1), 1);
+    EXPECT_EQ(NvAuthorization::removeWithOutcome(package).error,
+              std::errc::device_or_resource_busy);
+    EXPECT_TRUE(NvAuthorization::synFastRemovePath(other));
+    EXPECT_TRUE(std::filesystem::exists(package));
+    EXPECT_TRUE(rights.removals.empty());
+    ::close(done[1]);
+    ::waitpid(holder, nullptr, 0);
+    EXPECT_TRUE(NvAuthorization::synFastRemovePath(package));
 }
 
 TEST_F(Authorization, SaysWhyAnItemStayed) {
