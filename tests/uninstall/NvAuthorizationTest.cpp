@@ -2,6 +2,7 @@
 
 #include "platform/StandardDirectories.h"
 #include "support/FaultPlatform.h"
+#include "support/LockHolder.h"
 #include "support/RecordingPlatform.h"
 #include "uninstall/FakeRights.h"
 #include "uninstall/PadlockController.h"
@@ -9,9 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 namespace brightsweep {
 namespace {
@@ -244,28 +243,13 @@ TEST_F(Authorization, AnArchiveThatAptHoldsIsBusyEvenForRoot) {
     const auto package = system.file("var/cache/apt/archives/one.deb");
     const auto other = system.file("var/cache/man/index");
     ASSERT_TRUE(shared.allocAuthorization());
-    int ready[2];
-    int done[2];
-    ASSERT_EQ(::pipe2(ready, O_CLOEXEC), 0);
-    ASSERT_EQ(::pipe2(done, O_CLOEXEC), 0);
-    const pid_t holder = ::fork();
-    char byte = 0;
-    if (holder == 0) {
-        ::close(done[1]);
-        const int file = ::open(lockFile.c_str(), O_RDWR);
-        struct flock lock {};
-        lock.l_type = F_WRLCK;
-        const bool held = ::fcntl(file, F_SETLK, &lock) == 0 && ::write(ready[1], "x", 1) == 1;
-        ::_exit(held && ::read(done[0], &byte, 1) == 0 ? 0 : 1);
-    }
-    ASSERT_EQ(::read(ready[0], &byte, 1), 1);
+    auto holder = std::make_unique<test::LockHolder>(lockFile);
     EXPECT_EQ(NvAuthorization::removeWithOutcome(package).error,
               std::errc::device_or_resource_busy);
     EXPECT_TRUE(NvAuthorization::synFastRemovePath(other));
     EXPECT_TRUE(std::filesystem::exists(package));
     EXPECT_TRUE(rights.removals.empty());
-    ::close(done[1]);
-    ::waitpid(holder, nullptr, 0);
+    holder.reset();
     EXPECT_TRUE(NvAuthorization::synFastRemovePath(package));
 }
 
