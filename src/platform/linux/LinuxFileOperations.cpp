@@ -34,7 +34,9 @@ struct KernelEntry {
     char name[1];
 };
 
-std::error_code lastError() { return {errno, std::generic_category()}; }
+std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
 
 EntryType typeOfMode(mode_t mode) {
     switch (mode & S_IFMT) {
@@ -123,8 +125,7 @@ Result<OpenDirectory> LinuxFileOperations::openDirectoryAt(const OpenDirectory &
 }
 
 Result<OpenDirectory> LinuxFileOperations::openParentOf(const OpenDirectory &directory,
-                                                        std::uint64_t device,
-                                                        std::uint64_t inode) {
+                                                        std::uint64_t device, std::uint64_t inode) {
     auto parent = opened(::openat(directory.descriptor.get(), "..", directoryFlags), &directory);
     if (parent && (parent->device != device || parent->inode != inode))
         return std::errc::no_such_file_or_directory;
@@ -175,8 +176,7 @@ Result<FileAttributes> LinuxFileOperations::attributes(const std::filesystem::pa
     return attributesOfPath(path, AT_SYMLINK_NOFOLLOW);
 }
 
-Result<FileAttributes>
-LinuxFileOperations::attributesFollowing(const std::filesystem::path &path) {
+Result<FileAttributes> LinuxFileOperations::attributesFollowing(const std::filesystem::path &path) {
     return attributesOfPath(path, 0);
 }
 
@@ -205,9 +205,8 @@ bool LinuxFileOperations::isLockedByAnother(const std::filesystem::path &path) {
     if (!file)
         return false;
     char identity[64];
-    std::snprintf(identity, sizeof identity, " %02x:%02x:%llu ",
-                  major(file->device), minor(file->device),
-                  static_cast<unsigned long long>(file->inode));
+    std::snprintf(identity, sizeof identity, " %02x:%02x:%llu ", major(file->device),
+                  minor(file->device), static_cast<unsigned long long>(file->inode));
     std::ifstream locks("/proc/locks");
     const std::string own = " " + std::to_string(::getpid()) + " ";
     for (std::string line; std::getline(locks, line);) {
@@ -223,8 +222,8 @@ Result<FileDescriptor> LinuxFileOperations::openFile(const std::filesystem::path
     if (!shortened)
         return shortened.error();
     // Opened as a place first: opening a device or a pipe for reading may already do something.
-    const FileDescriptor place(::openat(shortened->base(), shortened->name.c_str(),
-                                        O_PATH | O_NOFOLLOW | O_CLOEXEC));
+    const FileDescriptor place(
+        ::openat(shortened->base(), shortened->name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
     struct stat status;
     if (!place || ::fstat(place.get(), &status) != 0)
         return lastError();

@@ -35,8 +35,7 @@ public:
     Result<OpenDirectory> openHolder(const RemovalTarget &target) override;
     bool isDeletable(const RemovalTarget &target) override;
     std::error_code removeItem(const RemovalTarget &target) override;
-    Result<std::uint32_t> setPermissions(const RemovalTarget &target,
-                                         std::uint32_t mode) override;
+    Result<std::uint32_t> setPermissions(const RemovalTarget &target, std::uint32_t mode) override;
 };
 
 } // namespace brightsweep

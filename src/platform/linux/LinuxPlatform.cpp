@@ -8,7 +8,9 @@
 #include "platform/Workspace.h"
 #include "platform/linux/LinuxAdministratorRights.h"
 #include "platform/linux/LinuxFileOperations.h"
+#include "platform/linux/LinuxStandardDirectories.h"
 #include "platform/linux/LinuxSystemFacts.h"
+#include "platform/linux/LinuxWorkspace.h"
 
 namespace brightsweep {
 
@@ -17,6 +19,8 @@ Platform makeLinuxPlatform() {
     platform.files = std::make_unique<LinuxFileOperations>();
     platform.facts = std::make_unique<LinuxSystemFacts>();
     platform.rights = std::make_unique<LinuxAdministratorRights>();
+    platform.directories = std::make_unique<LinuxStandardDirectories>();
+    platform.workspace = std::make_unique<LinuxWorkspace>();
     return platform;
 }
 

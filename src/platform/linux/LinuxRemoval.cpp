@@ -19,7 +19,9 @@ namespace {
 // So many directories on the way down are kept open; those above are found again by "..".
 constexpr std::size_t maximumOpen = 64;
 
-std::error_code lastError() { return {errno, std::generic_category()}; }
+std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
 
 const auto busy = std::make_error_code(std::errc::device_or_resource_busy);
 
@@ -43,8 +45,8 @@ std::string currentPath(const OpenDirectory &directory) {
 // mount between them, also one of the same file system.
 Result<std::uint64_t> mountOf(int descriptor) {
     struct statx status;
-    if (::statx(descriptor, "", AT_EMPTY_PATH | AT_STATX_DONT_SYNC, STATX_BASIC_STATS | STATX_MNT_ID,
-                &status) != 0)
+    if (::statx(descriptor, "", AT_EMPTY_PATH | AT_STATX_DONT_SYNC,
+                STATX_BASIC_STATS | STATX_MNT_ID, &status) != 0)
         return lastError();
     if (!(status.stx_mask & STATX_MNT_ID))
         return (std::uint64_t(status.stx_dev_major) << 32) | status.stx_dev_minor;
@@ -92,8 +94,7 @@ private:
             return busy;
         Level level{std::move(directory), std::move(name), {}};
         do {
-            if (const auto error =
-                    m_files.readBlock(level.open, m_block, WantedAttributes::None))
+            if (const auto error = m_files.readBlock(level.open, m_block, WantedAttributes::None))
                 return error;
             for (const DirectoryEntry &entry : m_block.entries()) {
                 if (entry.type == EntryType::Directory)
@@ -140,8 +141,7 @@ private:
         if (!m_levels.empty()) {
             Level &level = m_levels.back();
             if (!level.open.descriptor) {
-                auto parent =
-                    m_files.openParentOf(done.open, level.open.device, level.open.inode);
+                auto parent = m_files.openParentOf(done.open, level.open.device, level.open.inode);
                 if (!parent)
                     return parent.error();
                 level.open = std::move(*parent);

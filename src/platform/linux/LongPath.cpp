@@ -7,7 +7,9 @@
 
 namespace brightsweep {
 
-int ShortPath::base() const { return directory ? directory.get() : AT_FDCWD; }
+int ShortPath::base() const {
+    return directory ? directory.get() : AT_FDCWD;
+}
 
 Result<ShortPath> shortenPath(std::string_view path) {
     ShortPath shortened;

@@ -11,7 +11,9 @@ namespace brightsweep {
 
 namespace {
 
-bool isOctal(char digit) { return digit >= '0' && digit <= '7'; }
+bool isOctal(char digit) {
+    return digit >= '0' && digit <= '7';
+}
 
 // The kernel writes blanks, tabs, line ends and backslashes as a backslash and three octal digits.
 std::string unescape(std::string_view text) {

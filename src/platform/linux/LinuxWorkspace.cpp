@@ -1,0 +1,74 @@
+#include "platform/linux/LinuxWorkspace.h"
+
+#include "foundation/Paths.h"
+
+#include <QMimeDatabase>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <strings.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <array>
+
+extern char **environ;
+
+namespace brightsweep {
+
+namespace {
+
+constexpr std::array packageExtensions = {"app", "bundle", "framework", "plugin"};
+
+bool isDirectory(const std::filesystem::path &path) {
+    struct stat status;
+    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool isThere(const std::filesystem::path &path) {
+    struct stat status;
+    return ::stat(path.c_str(), &status) == 0;
+}
+
+} // namespace
+
+QString LinuxWorkspace::displayName(const std::filesystem::path &path) {
+    return paths::display(paths::lastComponent(path));
+}
+
+bool LinuxWorkspace::isPackage(const std::filesystem::path &path) {
+    const std::string extension = paths::extension(path);
+    const auto matches = [&](const char *candidate) {
+        return ::strcasecmp(candidate, extension.c_str()) == 0;
+    };
+    return std::any_of(packageExtensions.begin(), packageExtensions.end(), matches) &&
+           isDirectory(path);
+}
+
+QString LinuxWorkspace::typeOf(const std::filesystem::path &path) {
+    if (isPackage(path))
+        return QString::fromLatin1("application/x-bundle");
+    if (isDirectory(path) || !isThere(path))
+        return {};
+    const QMimeDatabase database;
+    return database
+        .mimeTypeForFile(paths::display(paths::lastComponent(path)), QMimeDatabase::MatchExtension)
+        .name();
+}
+
+bool LinuxWorkspace::open(const std::filesystem::path &path) {
+    // An absolute path never reads as an option of the opener.
+    if (!path.is_absolute() || !isThere(path))
+        return false;
+    std::string opener = "xdg-open";
+    std::string place = path.native();
+    char *arguments[] = {opener.data(), place.data(), nullptr};
+    pid_t child = 0;
+    if (::posix_spawnp(&child, opener.c_str(), nullptr, nullptr, arguments, environ) != 0)
+        return false;
+    int status = 0;
+    return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+} // namespace brightsweep
