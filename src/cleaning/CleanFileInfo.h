@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QMetaType>
+#include <QString>
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+namespace brightsweep {
+
+/// One found item: a direct child of the folder that was listed, never a file deeper down. A value.
+struct CleanFileInfo {
+    CleanFileInfo() = default;
+    CleanFileInfo(QString itemIcon, std::string itemName, std::filesystem::path itemPath,
+                  QString itemSize, std::uint64_t bytes);
+
+    /// Below 0 when this item is the larger one. It compares the sizes in words, so that items that
+    /// show the same size are equal.
+    int compareBySize(const CleanFileInfo &other) const;
+    /// A copy that is not ticked and counts nothing, whatever this one is.
+    CleanFileInfo copyWithZone() const;
+
+    QString icon; ///< its name, for the screen to load
+    std::string name;
+    std::filesystem::path path;
+    std::uint64_t count = 0;
+    QString size; ///< in words
+    std::uint64_t fileSizeNum = 0;
+    std::int8_t bIsSelected = 0;
+};
+
+} // namespace brightsweep
+
+Q_DECLARE_METATYPE(brightsweep::CleanFileInfo)
