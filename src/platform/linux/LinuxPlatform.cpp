@@ -8,6 +8,7 @@
 #include "platform/Workspace.h"
 #include "platform/linux/LinuxFileOperations.h"
 #include "platform/linux/LinuxSystemFacts.h"
+#include "platform/linux/LinuxVolumeSource.h"
 
 namespace brightsweep {
 
@@ -15,6 +16,7 @@ Platform makeLinuxPlatform() {
     Platform platform = makeNullPlatform("not built yet");
     platform.files = std::make_unique<LinuxFileOperations>();
     platform.facts = std::make_unique<LinuxSystemFacts>();
+    platform.volumes = std::make_unique<LinuxVolumeSource>();
     return platform;
 }
 
