@@ -17,6 +17,7 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
+#include <fstream>
 #include <stdexcept>
 #include <thread>
 
@@ -63,6 +64,16 @@ pid_t start(const std::vector<const char *> &candidates, std::vector<const char 
         ::_exit(127);
     }
     return process;
+}
+
+void waitForDisks() {
+    const bool up = eventually([] {
+        return shell("dbus-send --system --print-reply --dest=org.freedesktop.DBus / "
+                     "org.freedesktop.DBus.GetNameOwner string:org.freedesktop.UDisks2 2>&1")
+                   .status == 0;
+    });
+    if (!up)
+        throw std::runtime_error("the disks service does not come up");
 }
 
 } // namespace
@@ -121,16 +132,16 @@ void PrivateMachine::startDisks() {
             throw std::runtime_error("the device manager does not come up");
         shell("udevadm trigger --subsystem-match=block --action=add --settle");
     }
-    if (m_disks > 0)
-        return;
-    m_disks = start({"/usr/libexec/udisks2/udisksd", "/usr/lib/udisks2/udisksd"}, {});
-    const bool up = eventually([] {
-        return shell("dbus-send --system --print-reply --dest=org.freedesktop.UDisks2 "
-                     "/org/freedesktop/UDisks2/Manager org.freedesktop.DBus.Peer.Ping 2>&1")
-                   .status == 0;
-    });
-    if (!up)
-        throw std::runtime_error("the disks service does not come up");
+    if (m_disks <= 0)
+        m_disks = start({"/usr/libexec/udisks2/udisksd", "/usr/lib/udisks2/udisksd"}, {});
+    waitForDisks();
+}
+
+void PrivateMachine::startDisks(const std::vector<const char *> &program) {
+    stopDisks();
+    startBus();
+    m_disks = start({program.front()}, {program.begin() + 1, program.end()});
+    waitForDisks();
 }
 
 void PrivateMachine::stopDisks() {
@@ -152,6 +163,23 @@ std::string PrivateMachine::makeDisk(const std::string &label) {
     m_devices.push_back(device);
     if (m_deviceManager > 0)
         shell("udevadm settle");
+    return device;
+}
+
+std::string PrivateMachine::makeMemoryDisk() {
+    std::ifstream("/sys/class/zram-control/hot_add") >> m_memoryDisk;
+    if (m_memoryDisk.empty())
+        return {};
+    const std::string name = "zram" + m_memoryDisk;
+    std::ofstream("/sys/block/" + name + "/disksize") << "32M";
+    std::string number;
+    std::ifstream("/sys/block/" + name + "/dev") >> number;
+    const auto colon = number.find(':');
+    const std::string device = "/dev/" + name;
+    ::mknod(
+        device.c_str(), S_IFBLK | 0600,
+        ::makedev(unsigned(std::stoul(number)), unsigned(std::stoul(number.substr(colon + 1)))));
+    shell("mkfs.ext4 -q -F " + device);
     return device;
 }
 
@@ -178,6 +206,11 @@ void PrivateMachine::clear() {
             shell("losetup -d " + quoted(device));
     }
     m_devices.clear();
+    if (!m_memoryDisk.empty()) {
+        shell("echo 1 >/sys/block/zram" + m_memoryDisk + "/reset; echo " + m_memoryDisk +
+              " >/sys/class/zram-control/hot_remove; rm -f /dev/zram" + m_memoryDisk);
+        m_memoryDisk.clear();
+    }
     if (m_deviceManager > 0)
         shell("udevadm settle");
 }

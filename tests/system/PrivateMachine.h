@@ -20,11 +20,16 @@ public:
     /// Starts the service, if it is not running, and waits until it answers.
     void startBus();
     void startDisks();
+    /// The same with a program of the test's own in place of the disks service.
+    void startDisks(const std::vector<const char *> &program);
     void stopDisks();
     void stopBus();
 
     /// A loop device with a fresh ext4 of 64 MiB; empty where that failed.
     std::string makeDisk(const std::string &label);
+    /// A block device in memory, with a fresh ext4, that is no loop device; empty where the kernel
+    /// has none.
+    std::string makeMemoryDisk();
     /// Mounts a device, making the mount point.
     void mountDisk(const std::string &device, const std::filesystem::path &place);
     bool isAttached(const std::string &device) const;
@@ -40,6 +45,7 @@ private:
 
     std::filesystem::path m_images;
     std::vector<std::string> m_devices;
+    std::string m_memoryDisk; ///< its number among its kind
     pid_t m_bus = -1;
     pid_t m_deviceManager = -1;
     pid_t m_disks = -1;

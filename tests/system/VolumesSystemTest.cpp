@@ -1,6 +1,6 @@
 #include "platform/Platform.h"
 #include "platform/VolumeSource.h"
-#include "support/TestTree.h"
+#include "support/TestEnvironment.h"
 #include "system/PrivateMachine.h"
 #include "system/SilentServer.h"
 
@@ -12,11 +12,13 @@
 #include <gtest/gtest.h>
 
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <sys/statvfs.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <optional>
@@ -208,6 +210,52 @@ TEST_F(VolumesSystemTest, FindsTheServiceWhenItComesBack) {
         machine().startDisks();
         fs::remove_all("/dev/disk");
     }
+}
+
+TEST_F(VolumesSystemTest, TheServiceSaysWhatADriveIs) {
+    machine().stopDisks();
+    machine().stopBus();
+    const std::string disk = machine().makeMemoryDisk();
+    ASSERT_FALSE(disk.empty()) << "the kernel makes no block device of memory";
+    machine().mountDisk(disk, "/media/stick");
+    struct stat status;
+    ASSERT_EQ(::stat(disk.c_str(), &status), 0);
+    const std::string number = std::to_string(status.st_rdev);
+    const std::string log = TestEnvironment::current().work() / "calls";
+
+    int changes = 0;
+    source().setFactsHandler([&] { ++changes; });
+    EXPECT_EQ(factsOf("/media/stick")->extendedAttributes, 0u);
+    source().settle(30'000);
+    EXPECT_EQ(source().eject(factsOf("/media/stick")->refNumber).status, EPERM);
+    machine().startDisks({BRIGHTSWEEP_FAKE_DISKS, number.c_str(), log.c_str()});
+    EXPECT_TRUE(eventually([&] {
+        source().volumes();
+        QCoreApplication::processEvents();
+        return changes > 0;
+    }));
+    source().volumes();
+    source().settle(30'000);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(changes, 1);
+    const auto volume = listed("/media/stick").value_or(QJsonObject());
+    EXPECT_EQ(volume[QStringLiteral("type")].toInt(), 1);
+    EXPECT_EQ(volume[QStringLiteral("name")].toString(), QStringLiteral("Stick"));
+    EXPECT_TRUE(volume[QStringLiteral("canEject")].toBool());
+
+    const auto calls = [&] {
+        return shell("cat " + quoted(log) + "; rm -f " + quoted(log)).output;
+    };
+    std::ofstream(log + ".refuse") << "now";
+    EXPECT_EQ(source().eject(factsOf("/media/stick")->refNumber).status, EBUSY);
+    EXPECT_EQ(calls(), "Filesystem.Unmount\n") << "nothing is let go of what stays";
+    fs::remove(log + ".refuse");
+    const auto result = source().eject(factsOf("/media/stick")->refNumber);
+    EXPECT_EQ(result.status, 0) << result.message;
+    EXPECT_EQ(calls(), "Filesystem.Unmount\nEncrypted.Lock\nDrive.Eject\nDrive.PowerOff\n");
+    EXPECT_FALSE(factsOf("/media/stick"));
+    source().setFactsHandler(nullptr);
+    machine().stopDisks();
 }
 
 TEST_F(VolumesSystemTest, ASilentServerDelaysNobody) {
