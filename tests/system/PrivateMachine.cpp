@@ -18,6 +18,7 @@
 #include <chrono>
 #include <cstdio>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <thread>
 
@@ -36,6 +37,7 @@ constexpr struct {
     {"null", 1, 3, S_IFCHR},    {"zero", 1, 5, S_IFCHR},    {"random", 1, 8, S_IFCHR},
     {"urandom", 1, 9, S_IFCHR}, {"fuse", 10, 229, S_IFCHR}, {"loop-control", 10, 237, S_IFCHR},
 };
+constexpr const char wordsFile[] = "/run/words";
 constexpr unsigned loopMajor = 7;
 constexpr unsigned loopCount = 16;
 
@@ -56,9 +58,10 @@ pid_t start(const std::vector<const char *> &candidates, std::vector<const char 
     const pid_t process = ::fork();
     if (process == 0) {
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        const int nowhere = ::open("/dev/null", O_RDWR);
-        for (const int descriptor : {0, 1, 2})
-            ::dup2(nowhere, descriptor);
+        ::dup2(::open("/dev/null", O_RDONLY), 0);
+        const int words = ::open(wordsFile, O_CREAT | O_APPEND | O_WRONLY, 0600);
+        for (const int descriptor : {1, 2})
+            ::dup2(words, descriptor);
         if (::getppid() == parent)
             ::execv(*program, const_cast<char *const *>(arguments.data()));
         ::_exit(127);
@@ -142,6 +145,11 @@ void PrivateMachine::startDisks(const std::vector<const char *> &program) {
     startBus();
     m_disks = start({program.front()}, {program.begin() + 1, program.end()});
     waitForDisks();
+}
+
+std::string PrivateMachine::wordsOfDisks() const {
+    std::ifstream file(wordsFile);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 void PrivateMachine::stopDisks() {

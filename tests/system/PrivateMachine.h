@@ -24,6 +24,8 @@ public:
     void startDisks(const std::vector<const char *> &program);
     void stopDisks();
     void stopBus();
+    /// What the disks service has logged.
+    std::string wordsOfDisks() const;
 
     /// A loop device with a fresh ext4 of 64 MiB; empty where that failed.
     std::string makeDisk(const std::string &label);

@@ -157,6 +157,8 @@ TEST_F(VolumesSystemTest, EjectsThroughTheService) {
     EXPECT_FALSE(listed("/media/disk"));
     EXPECT_FALSE(listed("/media/bind")) << "every mount of the drive goes";
     EXPECT_FALSE(machine().isAttached(disk));
+    EXPECT_NE(machine().wordsOfDisks().find("Unmounted " + disk), std::string::npos)
+        << machine().wordsOfDisks();
     EXPECT_NE(cli("volumes eject " + std::to_string(referenceOf("/"))).status, 0);
     EXPECT_TRUE(listed("/"));
 }
@@ -271,6 +273,11 @@ TEST_F(VolumesSystemTest, ASilentServerDelaysNobody) {
         EXPECT_TRUE(listed("/media/alive")) << "the process has listed and ended";
         const auto result = cli("volumes eject " + std::to_string(referenceOf("/media/alive")));
         EXPECT_EQ(result.status, 0) << result.output;
+        // A question that the server has taken holds its volume; all others are taken back.
+        const auto silent = source().eject(factsOf("/media/silent")->refNumber);
+        const bool held = manner == SilentServer::Manner::Swallows;
+        EXPECT_EQ(silent.status, held ? EBUSY : 0) << silent.message;
+        EXPECT_EQ(factsOf("/media/silent").has_value(), held);
         machine().clear();
     }
 }

@@ -3,7 +3,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -40,46 +40,64 @@ std::vector<char *> pointers(std::vector<std::string> &texts) {
     return result;
 }
 
+struct Start {
+    char *const *arguments;
+    char *const *environment;
+    int nowhere;
+    int output;
+    bool isQuestion;
+};
+
+// Shares the memory until the tool has taken over: nothing is copied, however large this process.
+// Gives the process, or why there is none.
+std::pair<pid_t, int> startBeside(const Start &start) {
+    volatile int error = 0;
+    const pid_t process = ::vfork();
+    if (process < 0)
+        return {-1, errno};
+    if (process == 0) {
+        if (start.isQuestion)
+            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        sigset_t none;
+        sigemptyset(&none);
+        ::sigprocmask(SIG_SETMASK, &none, nullptr);
+        ::dup2(start.nowhere, STDIN_FILENO);
+        ::dup2(start.output, STDOUT_FILENO);
+        ::dup2(start.isQuestion ? start.nowhere : start.output, STDERR_FILENO);
+        ::execvpe(start.arguments[0], start.arguments, start.environment);
+        error = errno;
+        ::_exit(127);
+    }
+    if (error == 0)
+        return {process, 0};
+    while (::waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
+    }
+    return {-1, error};
+}
+
 } // namespace
 
 Result<ChildProcess> ChildProcess::start(const std::vector<std::string> &arguments,
-                                         bool withErrors) {
+                                         Purpose purpose) {
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC) != 0)
         return lastError(errno);
     ChildProcess child;
     child.m_output = FileDescriptor(ends[0]);
     const FileDescriptor writeEnd(ends[1]);
-    ::fcntl(ends[0], F_SETFL, O_NONBLOCK);
-
-    posix_spawn_file_actions_t actions;
-    ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    ::posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-    if (withErrors)
-        ::posix_spawn_file_actions_adddup2(&actions, ends[1], STDERR_FILENO);
-    else
-        ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-
-    posix_spawnattr_t attributes;
-    ::posix_spawnattr_init(&attributes);
-    sigset_t signals;
-    sigemptyset(&signals);
-    ::posix_spawnattr_setsigmask(&attributes, &signals);
-    sigaddset(&signals, SIGPIPE);
-    ::posix_spawnattr_setsigdefault(&attributes, &signals);
-    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-
+    const FileDescriptor nowhere(::open("/dev/null", O_RDWR | O_CLOEXEC));
+    if (!nowhere || ::fcntl(ends[0], F_SETFL, O_NONBLOCK) != 0)
+        return lastError(errno);
     std::vector<std::string> texts = arguments;
     std::vector<std::string> environment = environmentInC();
-    const int error = ::posix_spawnp(&child.m_process, texts[0].c_str(), &actions, &attributes,
-                                     pointers(texts).data(), pointers(environment).data());
-    ::posix_spawnattr_destroy(&attributes);
-    ::posix_spawn_file_actions_destroy(&actions);
-    if (error != 0) {
-        child.m_process = -1;
+    const auto argumentPointers = pointers(texts);
+    const auto environmentPointers = pointers(environment);
+    const Start start = {argumentPointers.data(), environmentPointers.data(), nowhere.get(),
+                         writeEnd.get(), purpose == Purpose::Question};
+    const auto [process, error] = startBeside(start);
+    if (error != 0)
         return lastError(error);
-    }
+    child.m_process = process;
     return child;
 }
 
@@ -112,6 +130,10 @@ bool ChildProcess::read(std::string &text) {
     }
 }
 
+void ChildProcess::kill() {
+    ::kill(m_process, SIGKILL);
+}
+
 int ChildProcess::wait() {
     int status = 0;
     while (::waitpid(m_process, &status, 0) < 0) {
@@ -123,7 +145,7 @@ int ChildProcess::wait() {
 }
 
 Result<ToolResult> runTool(const std::vector<std::string> &arguments) {
-    auto child = ChildProcess::start(arguments, true);
+    auto child = ChildProcess::start(arguments, ChildProcess::Purpose::Act);
     if (!child)
         return child.error();
     ToolResult result;

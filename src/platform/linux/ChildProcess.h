@@ -17,9 +17,13 @@ namespace brightsweep {
 /// signal ends, delays nobody.
 class ChildProcess {
 public:
-    /// The tool is looked for as the shell does. `withErrors` sends its standard error down the
-    /// same pipe; else it goes nowhere.
-    static Result<ChildProcess> start(const std::vector<std::string> &arguments, bool withErrors);
+    enum class Purpose {
+        Question, ///< its words of failure are dropped; it ends with the thread that started it
+        Act,      ///< its words of failure come through the pipe; it goes on whatever happens here
+    };
+
+    /// The tool is looked for as the shell does; one that is not there is ENOENT.
+    static Result<ChildProcess> start(const std::vector<std::string> &arguments, Purpose purpose);
 
     ChildProcess(ChildProcess &&other) noexcept;
     ChildProcess &operator=(ChildProcess &&other) noexcept;
@@ -29,6 +33,8 @@ public:
     int output() const { return m_output.get(); }
     /// Takes what has arrived; false once the tool has closed its end.
     bool read(std::string &text);
+    /// Ends the tool as soon as the kernel lets go of it; its pipe then closes.
+    void kill();
     /// Blocks until the tool has ended; its exit status, or 128 and the signal.
     int wait();
 

@@ -184,7 +184,13 @@ EjectResult LinuxVolumeSource::eject(std::int16_t refNumber) {
             continue;
         if (!isEjectable(volume.facts))
             return {EPERM, "the volume is not one to be ejected", {}};
-        return ejectVolume(volume.selected);
+        if (volume.selected.kind == VolumeKind::BlockDevice)
+            return ejectVolume(volume.selected);
+        // A question for its figures that is still open would hold the volume.
+        m_figures.pause(volume.identity);
+        const EjectResult result = ejectVolume(volume.selected);
+        m_figures.resume(volume.identity);
+        return result;
     }
     return {ENODEV, "there is no such volume", {}};
 }

@@ -16,6 +16,7 @@ using std::chrono::steady_clock;
 
 // The figures of a server are asked for less often than those of a disk.
 constexpr std::chrono::seconds renewal(5);
+constexpr std::chrono::seconds takingBack(2);
 
 struct Question {
     MountIdentity mount;
@@ -62,7 +63,7 @@ std::optional<VolumeFigures> RemoteFigures::ask(MountIdentity mount,
     const std::lock_guard lock(m_mutex);
     Volume &volume = m_volumes[mount];
     const bool old = !volume.figures || steady_clock::now() - volume.answered >= renewal;
-    if (!volume.asked && !volume.wanted && old) {
+    if (!volume.asked && !volume.wanted && !volume.paused && old) {
         volume.mountPoint = mountPoint;
         volume.wanted = true;
         if (!m_thread.joinable())
@@ -76,6 +77,23 @@ void RemoteFigures::keepOnly(const std::vector<MountIdentity> &mounts) {
     const std::lock_guard lock(m_mutex);
     const std::set<MountIdentity> kept(mounts.begin(), mounts.end());
     std::erase_if(m_volumes, [&](const auto &entry) { return !kept.contains(entry.first); });
+}
+
+void RemoteFigures::pause(MountIdentity mount) {
+    std::unique_lock lock(m_mutex);
+    m_volumes[mount].paused = true;
+    m_volumes[mount].wanted = false;
+    m_wake.wake();
+    m_answer.wait_for(lock, takingBack, [&] {
+        const auto volume = m_volumes.find(mount);
+        return volume == m_volumes.end() || !volume->second.asked;
+    });
+}
+
+void RemoteFigures::resume(MountIdentity mount) {
+    const std::lock_guard lock(m_mutex);
+    if (const auto volume = m_volumes.find(mount); volume != m_volumes.end())
+        volume->second.paused = false;
 }
 
 void RemoteFigures::wait(steady_clock::time_point until) {
@@ -94,11 +112,17 @@ void RemoteFigures::run() {
             const std::lock_guard lock(m_mutex);
             if (m_stop)
                 return;
+            for (Question &question : questions) {
+                const auto volume = m_volumes.find(question.mount);
+                if (volume == m_volumes.end() || volume->second.paused)
+                    question.process.kill();
+            }
             for (auto &[mount, volume] : m_volumes) {
                 if (!std::exchange(volume.wanted, false))
                     continue;
-                auto process = ChildProcess::start(
-                    {"stat", "-f", "-c", "%S %b %a", "--", volume.mountPoint}, false);
+                auto process =
+                    ChildProcess::start({"stat", "-f", "-c", "%S %b %a", "--", volume.mountPoint},
+                                        ChildProcess::Purpose::Question);
                 volume.asked = bool(process);
                 if (process)
                     questions.push_back({mount, *std::move(process), {}});

@@ -39,6 +39,10 @@ public:
     std::optional<VolumeFigures> ask(MountIdentity mount, const std::string &mountPoint);
     /// Forgets every volume but these.
     void keepOnly(const std::vector<MountIdentity> &mounts);
+    /// Takes back an open question, which would hold the volume, and puts none before resume().
+    /// Waits a little for it; a question that the server has taken cannot be taken back.
+    void pause(MountIdentity mount);
+    void resume(MountIdentity mount);
     /// Waits until each question asked so far has been answered, or until the time has come.
     void wait(std::chrono::steady_clock::time_point until);
 
@@ -49,6 +53,7 @@ private:
         std::chrono::steady_clock::time_point answered;
         bool wanted = false; ///< to be asked
         bool asked = false;  ///< the answer is not there yet
+        bool paused = false; ///< not to be asked, and an open question is to end
     };
 
     void run();
