@@ -28,6 +28,7 @@ void installInterruptHandlers() {
 }
 
 constexpr const Command *commands[] = {
+    &volumesCommand,
     &settingsCommand,
     &historyCommand,
 };

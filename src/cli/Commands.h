@@ -7,5 +7,6 @@ namespace brightsweep::cli {
 // One file per command.
 extern const Command historyCommand;
 extern const Command settingsCommand;
+extern const Command volumesCommand;
 
 } // namespace brightsweep::cli

@@ -30,6 +30,7 @@ struct VolumeFacts {
     std::string deviceId;            ///< such as "sda1"; empty without a block device
     OpticalMedia optical = OpticalMedia::Unknown;
     bool parametersKnown = true; ///< false: the attributes could not be read
+    int parametersError = 0;     ///< why not, on the scale of VolumesInfo; 0 while they are known
 };
 
 struct EjectResult {
@@ -64,7 +65,8 @@ public:
 
     /// Called on the thread that set them, through its event loop. Null stops watching.
     virtual void setMountHandler(std::function<void(const MountEvent &)> handler) = 0;
-    /// Called when later facts changed the class or the eject flag of a listed volume.
+    /// Called when later facts changed the class or the eject flag of a listed volume, or gave one
+    /// its first figures.
     virtual void setFactsHandler(std::function<void()> handler) = 0;
 };
 

@@ -1,0 +1,279 @@
+#include "platform/linux/LinuxVolumeSource.h"
+
+#include "foundation/Identity.h"
+#include "foundation/Paths.h"
+#include "platform/linux/VolumeEject.h"
+
+#include <QThread>
+
+#include <arpa/inet.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+
+namespace brightsweep {
+
+namespace {
+
+VolumeScope currentScope() {
+    VolumeScope scope;
+    scope.home = homeFolder().native();
+    const char *const prefix = std::getenv("BRIGHTSWEEP_SYSTEM_ROOT");
+    if (!prefix || *prefix != '/')
+        return scope;
+    std::error_code error;
+    const auto canonical = std::filesystem::canonical(prefix, error);
+    scope.prefix = error ? prefix : canonical.native();
+    return scope;
+}
+
+// The address that the mount names; of a server that is named by a word alone, a number made of
+// the word.
+std::uint32_t serverAddress(const Mount &mount) {
+    in_addr address = {};
+    const std::string named(mountOption(mount.superOptions, "addr"));
+    if (::inet_pton(AF_INET, named.c_str(), &address) == 1 && address.s_addr != 0)
+        return ntohl(address.s_addr);
+    std::uint32_t hash = 0x811c9dc5;
+    for (const char byte : mount.source)
+        hash = (hash ^ static_cast<unsigned char>(byte)) * 0x01000193;
+    return hash | 1;
+}
+
+void readFigures(const std::string &mountPoint, VolumeFacts &facts) {
+    struct statvfs status;
+    if (::statvfs(mountPoint.c_str(), &status) != 0)
+        return;
+    facts.totalBytes = std::uint64_t(status.f_blocks) * status.f_frsize;
+    facts.freeBytes = std::uint64_t(status.f_bavail) * status.f_frsize;
+    facts.attributes = std::uint32_t(status.f_flag);
+}
+
+void readDevice(const Mount &mount, const UDisksSnapshot *snapshot, VolumeFacts &facts) {
+    const auto device = deviceOfMount(mount);
+    if (!device)
+        return;
+    facts.deviceId = device->name;
+    facts.name = labelOfDevice(device->name);
+    const UDisksBlock *const block = snapshot ? snapshot->block(device->number) : nullptr;
+    if (facts.name.empty() && block)
+        facts.name = block->label;
+
+    bool ejectable = device->removable;
+    bool removable = device->removable;
+    bool external = device->external;
+    bool optical = device->optical;
+    if (device->image) {
+        ejectable = removable = true;
+    } else if (const auto *drive = snapshot ? snapshot->drive(device->diskNumber) : nullptr) {
+        ejectable = drive->ejectable;
+        removable = drive->removable;
+        external = drive->external;
+        optical = drive->optical;
+    }
+    facts.optical = optical ? OpticalMedia::Yes : OpticalMedia::No;
+    facts.extendedAttributes = (ejectable ? volumeIsEjectableBit : 0) |
+                               (removable ? volumeIsRemovableBit : 0) |
+                               (external ? volumeIsOnExternalBusBit : 0);
+}
+
+// What this program offers for ejecting, by the same facts.
+bool isEjectable(const VolumeFacts &facts) {
+    return facts.serverAddress != 0 || facts.optical == OpticalMedia::Yes ||
+           (facts.extendedAttributes & (volumeIsEjectableBit | volumeIsOnExternalBusBit)) != 0;
+}
+
+std::uint64_t combined(const std::vector<MountIdentity> &identities) {
+    std::uint64_t hash = 0xcbf29ce484222325;
+    for (const MountIdentity identity : identities)
+        hash = (hash ^ identity) * 0x100000001b3;
+    return hash;
+}
+
+} // namespace
+
+template <typename... Arguments>
+void LinuxVolumeSource::Receiver<Arguments...>::set(std::function<void(Arguments...)> function) {
+    // The queue stays where it can: the call may come from within one of its functions.
+    handler.reset();
+    if (!function)
+        return;
+    if (!queue || queue->thread() != QThread::currentThread())
+        queue = std::make_unique<CallQueue>();
+    handler = std::make_shared<std::function<void(Arguments...)>>(std::move(function));
+}
+
+LinuxVolumeSource::LinuxVolumeSource()
+    : m_figures([this] { announceFacts(); }), m_disks([this] { factsChanged(); }) {}
+
+LinuxVolumeSource::~LinuxVolumeSource() {
+    m_watch.reset();
+}
+
+std::vector<LinuxVolumeSource::Volume> LinuxVolumeSource::mounted(const UDisksSnapshot *snapshot) {
+    const auto selected = selectVolumes(currentMounts(), currentScope());
+    const auto identities = mountIdentities(selected);
+    const auto numbers = m_numbers.assign(identities);
+    std::vector<Volume> volumes;
+    for (std::size_t i = 0; i < selected.size(); ++i) {
+        const Mount &mount = selected[i].mount;
+        Volume volume{selected[i], identities[i], {}, true};
+        VolumeFacts &facts = volume.facts;
+        facts.refNumber = numbers[i];
+        facts.root = mount.mountPoint;
+        if (selected[i].kind == VolumeKind::BlockDevice) {
+            // A single file can be a mount point too; that is nobody's volume.
+            struct stat status;
+            volume.isDirectory =
+                ::stat(mount.mountPoint.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+            readDevice(mount, snapshot, facts);
+        } else {
+            facts.optical = OpticalMedia::No;
+            if (selected[i].kind == VolumeKind::Network)
+                facts.serverAddress = serverAddress(mount);
+            else if (ownerOfUserFileSystem(mount) == long(::getuid()))
+                facts.extendedAttributes = volumeIsEjectableBit;
+        }
+        if (facts.name.empty())
+            facts.name = paths::lastComponent(facts.root);
+        if (volume.isDirectory)
+            volumes.push_back(std::move(volume));
+    }
+    return volumes;
+}
+
+std::vector<VolumeFacts> LinuxVolumeSource::volumes() {
+    const auto snapshot = m_disks.snapshot();
+    std::vector<VolumeFacts> result;
+    std::vector<MountIdentity> identities;
+    std::map<MountIdentity, Class> shown;
+    for (Volume &volume : mounted(snapshot.get())) {
+        identities.push_back(volume.identity);
+        if (volume.selected.kind == VolumeKind::BlockDevice) {
+            readFigures(volume.selected.mount.mountPoint, volume.facts);
+        } else if (const auto figures =
+                       m_figures.ask(volume.identity, volume.selected.mount.mountPoint)) {
+            volume.facts.totalBytes = figures->totalBytes;
+            volume.facts.freeBytes = figures->freeBytes;
+        }
+        shown[volume.identity] = {volume.facts.extendedAttributes, volume.facts.optical};
+        result.push_back(std::move(volume.facts));
+    }
+    m_figures.keepOnly(identities);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_shown = std::move(shown);
+    }
+    m_disks.request(combined(identities));
+    return result;
+}
+
+void LinuxVolumeSource::settle(int milliseconds) {
+    const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+    m_disks.wait(until);
+    m_figures.wait(until);
+}
+
+EjectResult LinuxVolumeSource::eject(std::int16_t refNumber) {
+    const auto snapshot = m_disks.snapshot();
+    for (const Volume &volume : mounted(snapshot.get())) {
+        if (volume.facts.refNumber != refNumber)
+            continue;
+        if (!isEjectable(volume.facts))
+            return {EPERM, "the volume is not one to be ejected", {}};
+        if (volume.selected.kind == VolumeKind::BlockDevice)
+            return ejectVolume(volume.selected);
+        // A question for its figures that is still open would hold the volume.
+        m_figures.pause(volume.identity);
+        const EjectResult result = ejectVolume(volume.selected);
+        m_figures.resume(volume.identity);
+        return result;
+    }
+    return {ENODEV, "there is no such volume", {}};
+}
+
+void LinuxVolumeSource::setMountHandler(std::function<void(const MountEvent &)> handler) {
+    m_watch.reset();
+    const bool watches = bool(handler);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_mountReceiver.set(std::move(handler));
+    }
+    if (!watches)
+        return;
+    // Watching begins before the state to compare with is read, and comparing waits for it.
+    const std::lock_guard order(m_watchMutex);
+    m_announced.clear();
+    m_watch = std::make_unique<MountWatch>([this] { mountsChanged(); });
+    const auto snapshot = m_disks.snapshot();
+    for (const Volume &volume : mounted(snapshot.get()))
+        m_announced[volume.identity] = {false, volume.facts.name, volume.facts.root};
+}
+
+void LinuxVolumeSource::setFactsHandler(std::function<void()> handler) {
+    const std::lock_guard lock(m_mutex);
+    m_factsReceiver.set(std::move(handler));
+}
+
+void LinuxVolumeSource::mountsChanged() {
+    const std::lock_guard order(m_watchMutex);
+    const auto snapshot = m_disks.snapshot();
+    std::map<MountIdentity, MountEvent> now;
+    std::vector<MountEvent> events;
+    std::vector<MountEvent> added;
+    for (const Volume &volume : mounted(snapshot.get())) {
+        const MountEvent event{false, volume.facts.name, volume.facts.root};
+        now[volume.identity] = event;
+        if (!m_announced.contains(volume.identity))
+            added.push_back({true, event.name, event.root});
+    }
+    for (const auto &[identity, event] : m_announced) {
+        if (!now.contains(identity))
+            events.push_back(event);
+    }
+    events.insert(events.end(), added.begin(), added.end());
+    m_announced = std::move(now);
+
+    const std::lock_guard lock(m_mutex);
+    const std::weak_ptr handler = m_mountReceiver.handler;
+    for (const MountEvent &event : events) {
+        m_mountReceiver.queue->post([handler, event] {
+            if (const auto held = handler.lock())
+                (*held)(event);
+        });
+    }
+}
+
+void LinuxVolumeSource::factsChanged() {
+    const auto snapshot = m_disks.snapshot();
+    bool changed = false;
+    const auto volumes = mounted(snapshot.get());
+    {
+        const std::lock_guard lock(m_mutex);
+        for (const Volume &volume : volumes) {
+            const auto shown = m_shown.find(volume.identity);
+            const Class now{volume.facts.extendedAttributes, volume.facts.optical};
+            if (shown == m_shown.end() || shown->second == now)
+                continue;
+            shown->second = now;
+            changed = true;
+        }
+    }
+    if (changed)
+        announceFacts();
+}
+
+void LinuxVolumeSource::announceFacts() {
+    const std::lock_guard lock(m_mutex);
+    if (!m_factsReceiver.handler)
+        return;
+    m_factsReceiver.queue->post([handler = std::weak_ptr(m_factsReceiver.handler)] {
+        if (const auto held = handler.lock())
+            (*held)();
+    });
+}
+
+} // namespace brightsweep
