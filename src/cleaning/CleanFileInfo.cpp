@@ -6,11 +6,13 @@
 
 namespace brightsweep {
 
-CleanFileInfo::CleanFileInfo(QString itemIcon, std::string itemName,
-                             std::filesystem::path itemPath, QString itemSize,
-                             std::uint64_t bytes)
-    : icon(std::move(itemIcon)), name(std::move(itemName)), path(std::move(itemPath)),
-      size(std::move(itemSize)), fileSizeNum(bytes) {}
+CleanFileInfo::CleanFileInfo(QString itemIcon, std::string itemName, std::filesystem::path itemPath,
+                             QString itemSize, std::uint64_t bytes)
+    : icon(std::move(itemIcon)),
+      name(std::move(itemName)),
+      path(std::move(itemPath)),
+      size(std::move(itemSize)),
+      fileSizeNum(bytes) {}
 
 int CleanFileInfo::compareBySize(const CleanFileInfo &other) const {
     const std::uint64_t own = UtilityFunction::getVolSpaceFromString(size);
@@ -18,6 +20,8 @@ int CleanFileInfo::compareBySize(const CleanFileInfo &other) const {
     return others < own ? -1 : others > own ? 1 : 0;
 }
 
-CleanFileInfo CleanFileInfo::copyWithZone() const { return {icon, name, path, size, fileSizeNum}; }
+CleanFileInfo CleanFileInfo::copyWithZone() const {
+    return {icon, name, path, size, fileSizeNum};
+}
 
 } // namespace brightsweep

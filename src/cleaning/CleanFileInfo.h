@@ -1,10 +1,13 @@
 #pragma once
 
+#include "platform/FileOperations.h"
+
 #include <QMetaType>
 #include <QString>
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 namespace brightsweep {
@@ -20,14 +23,21 @@ struct CleanFileInfo {
     int compareBySize(const CleanFileInfo &other) const;
     /// A copy that is not ticked and counts nothing, whatever this one is.
     CleanFileInfo copyWithZone() const;
+    /// The item as removals take it; only of an item with a root.
+    RemovalTarget target() const { return {*root, name}; }
 
-    QString icon; ///< its name, for the screen to load
+    QString icon; ///< its name, for the screen to load; the path itself stands for its own icon
     std::string name;
     std::filesystem::path path;
     std::uint64_t count = 0;
     QString size; ///< in words
     std::uint64_t fileSizeNum = 0;
     std::int8_t bIsSelected = 0;
+
+    /// The folder as it was when it was listed.
+    std::shared_ptr<const RemovalRoot> root;
+    /// Why the last attempt to remove the item failed, for its row; empty when there was none.
+    QString failure;
 };
 
 } // namespace brightsweep

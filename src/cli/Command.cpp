@@ -27,15 +27,21 @@ bool writeAll(int descriptor, std::string_view text) {
 std::string shown(std::string_view cell) {
     std::string text;
     for (const QChar character : paths::display(cell)) {
-        if (character.unicode() < 0x20 || character.unicode() == 0x7f)
-            text += "\\x" + QByteArray::number(character.unicode(), 16).toStdString();
+        if (character == QLatin1Char('\n'))
+            text += "\\n";
+        else if (character.unicode() < 0x20 || character.unicode() == 0x7f)
+            text +=
+                "\\x" +
+                QByteArray::number(character.unicode(), 16).rightJustified(2, '0').toStdString();
         else
             text += QString(character).toStdString();
     }
     return text;
 }
 
-std::size_t width(const std::string &utf8) { return std::size_t(paths::display(utf8).size()); }
+std::size_t width(const std::string &utf8) {
+    return std::size_t(paths::display(utf8).size());
+}
 
 } // namespace
 
@@ -54,7 +60,9 @@ int Output::usage(std::string_view line) {
     return WrongUsage;
 }
 
-bool Output::showsProgress() const { return !quiet && ::isatty(STDERR_FILENO) == 1; }
+bool Output::showsProgress() const {
+    return !quiet && ::isatty(STDERR_FILENO) == 1;
+}
 
 void Output::progress(std::string_view text) {
     if (text.empty() && !m_progressShown)
@@ -96,6 +104,8 @@ std::string Table::text() const {
     return text;
 }
 
-std::string argumentBytes(const QString &argument) { return argument.toLatin1().toStdString(); }
+std::string argumentBytes(const QString &argument) {
+    return argument.toLatin1().toStdString();
+}
 
 } // namespace brightsweep::cli

@@ -15,7 +15,9 @@ namespace {
 std::atomic<bool> interruptRequested{false};
 static_assert(std::atomic<bool>::is_always_lock_free);
 
-extern "C" void requestInterrupt(int) { interruptRequested.store(true); }
+extern "C" void requestInterrupt(int) {
+    interruptRequested.store(true);
+}
 
 void installInterruptHandlers() {
     struct sigaction action {};
@@ -28,9 +30,7 @@ void installInterruptHandlers() {
 }
 
 constexpr const Command *commands[] = {
-    &volumesCommand,
-    &settingsCommand,
-    &historyCommand,
+    &scanCommand, &cleanCommand, &volumesCommand, &settingsCommand, &historyCommand,
 };
 
 std::string overview() {
@@ -72,7 +72,9 @@ QStringList argumentTexts(int argc, char **argv, const char *command) {
 
 } // namespace
 
-const std::atomic<bool> &interrupted() { return interruptRequested; }
+const std::atomic<bool> &interrupted() {
+    return interruptRequested;
+}
 
 int runCommandLine(int argc, char **argv) {
     QCoreApplication application(argc, argv);

@@ -5,7 +5,9 @@
 namespace brightsweep::cli {
 
 // One file per command.
+extern const Command cleanCommand;
 extern const Command historyCommand;
+extern const Command scanCommand;
 extern const Command settingsCommand;
 extern const Command volumesCommand;
 

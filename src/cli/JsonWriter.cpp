@@ -78,7 +78,9 @@ void JsonWriter::bytes(std::string_view name, std::string_view bytes) {
     }
 }
 
-void JsonWriter::pathValue(const std::filesystem::path &path) { value(paths::display(path)); }
+void JsonWriter::pathValue(const std::filesystem::path &path) {
+    value(paths::display(path));
+}
 
 void JsonWriter::quoted(std::string_view utf8) {
     m_text += '"';
@@ -102,8 +104,12 @@ void JsonWriter::quoted(std::string_view utf8) {
     m_text += '"';
 }
 
-std::string JsonWriter::take() { return takePart() + '\n'; }
+std::string JsonWriter::take() {
+    return takePart() + '\n';
+}
 
-std::string JsonWriter::takePart() { return std::exchange(m_text, {}); }
+std::string JsonWriter::takePart() {
+    return std::exchange(m_text, {});
+}
 
 } // namespace brightsweep::cli

@@ -26,7 +26,9 @@ constexpr std::chrono::milliseconds callerPollInterval(20);
 DirectoryWalk::Visitor::~Visitor() = default;
 void DirectoryWalk::Visitor::read(Directory &, std::error_code) {}
 void DirectoryWalk::Visitor::left(Directory &) {}
-bool DirectoryWalk::Visitor::nextRoot(DirectoryWalk &) { return false; }
+bool DirectoryWalk::Visitor::nextRoot(DirectoryWalk &) {
+    return false;
+}
 void DirectoryWalk::Visitor::between() {}
 
 struct DirectoryWalk::State {
@@ -59,9 +61,7 @@ struct DirectoryWalk::State {
         maximumThreads = options.threads ? options.threads : processors;
     }
 
-    bool stopped() const {
-        return options.stop && options.stop->load(std::memory_order_relaxed);
-    }
+    bool stopped() const { return options.stop && options.stop->load(std::memory_order_relaxed); }
 
     void work(bool isCaller);
     Directory *take(bool isCaller);
@@ -322,7 +322,9 @@ DirectoryWalk::State::openOnce(Directory &directory, const OpenDirectory &parent
     return std::make_shared<const OpenDirectory>(std::move(*child));
 }
 
-void DirectoryWalk::State::opened(Directory &directory) { noLongerNeeded(directory.m_parent); }
+void DirectoryWalk::State::opened(Directory &directory) {
+    noLongerNeeded(directory.m_parent);
+}
 
 void DirectoryWalk::State::noLongerNeeded(Directory *directory) {
     if (!directory || directory->m_notOpened.fetch_sub(1, std::memory_order_acq_rel) != 1)

@@ -54,8 +54,7 @@ public:
     /// Adds an open directory as a root. Before run() or within nextRoot().
     void addRoot(std::shared_ptr<const OpenDirectory> directory, void *context);
     /// Adds a child of an open directory as a root, to be opened when its turn comes.
-    void addRoot(std::shared_ptr<const OpenDirectory> parent, std::string_view name,
-                 void *context);
+    void addRoot(std::shared_ptr<const OpenDirectory> parent, std::string_view name, void *context);
     /// Within entries(): enters a child of that directory. Children are walked in the order in
     /// which one block's were entered, the first one first, each to its depths before the next.
     void enter(Directory &directory, std::string_view name, void *context);
@@ -93,7 +92,7 @@ private:
     std::uint64_t m_inode = 0;
     std::shared_ptr<const OpenDirectory> m_rootParent; // of a root that was not added open
     std::shared_ptr<const OpenDirectory> m_open;       // empty while closed
-    Directory *m_newer = nullptr; // neighbours in the list of open directories
+    Directory *m_newer = nullptr;                      // neighbours in the list of open directories
     Directory *m_older = nullptr;
     bool m_listed = false;
     std::atomic<std::uint32_t> m_notLeft{1};   // itself and the entered children not yet left

@@ -3,6 +3,7 @@
 #include "foundation/FileDescriptor.h"
 #include "foundation/Result.h"
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <span>
@@ -18,13 +19,13 @@ enum class EntryType : std::uint8_t { Unknown, File, Directory, Link, Other };
 /// What one name stands for, never what a link in its place leads to.
 struct FileAttributes {
     EntryType type = EntryType::Unknown;
-    std::uint32_t mode = 0;          ///< permission bits only
-    std::uint32_t owner = 0;         ///< user number
-    std::uint64_t links = 0;         ///< names of the file
-    std::uint64_t size = 0;          ///< logical bytes; of a link its own
+    std::uint32_t mode = 0;  ///< permission bits only
+    std::uint32_t owner = 0; ///< user number
+    std::uint64_t links = 0; ///< names of the file
+    std::uint64_t size = 0;  ///< logical bytes; of a link its own
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
-    std::int64_t modified = 0;       ///< nanoseconds since the epoch
+    std::int64_t modified = 0; ///< nanoseconds since the epoch
 };
 
 /// An open directory and what it is. The descriptor closes with it.
@@ -44,9 +45,9 @@ struct DirectoryEntry {
     /// True where attributes were asked for and could be read.
     bool hasAttributes = false;
     std::uint64_t inode = 0;
-    std::uint64_t size = 0;     ///< only with attributes
-    std::uint64_t device = 0;   ///< only with attributes
-    std::int64_t modified = 0;  ///< nanoseconds since the epoch; only with attributes
+    std::uint64_t size = 0;    ///< only with attributes
+    std::uint64_t device = 0;  ///< only with attributes
+    std::int64_t modified = 0; ///< nanoseconds since the epoch; only with attributes
 
     std::string_view nameView() const { return {name, nameLength}; }
 };
@@ -76,7 +77,7 @@ enum class WantedAttributes { None, NonDirectories, All };
 
 /// A folder that removals start from: canonicalised once, and recognised later by what it is.
 struct RemovalRoot {
-    std::filesystem::path path;   ///< absolute, without links
+    std::filesystem::path path; ///< absolute, without links
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
 };
@@ -111,8 +112,8 @@ public:
     virtual Result<OpenDirectory> openDirectoryAt(const OpenDirectory &parent,
                                                   const char *name) = 0;
     /// Opens the directory that holds this one, which must be the one of the given identity.
-    virtual Result<OpenDirectory> openParentOf(const OpenDirectory &directory,
-                                               std::uint64_t device, std::uint64_t inode) = 0;
+    virtual Result<OpenDirectory> openParentOf(const OpenDirectory &directory, std::uint64_t device,
+                                               std::uint64_t inode) = 0;
     /// Fills the block with the next entries. An entry that vanishes meanwhile has no attributes.
     virtual std::error_code readBlock(const OpenDirectory &directory, DirectoryBlock &block,
                                       WantedAttributes wanted) = 0;
@@ -158,10 +159,15 @@ public:
     /// The parent is writable and searchable, its sticky rule allows it, and the item itself is
     /// writable or a link.
     virtual bool isDeletable(const RemovalTarget &target) = 0;
+    /// The error that a removal would meet before anything of the item goes: what keeps its name in
+    /// its folder, or a mount at or below it. Empty when nothing does.
+    virtual std::error_code checkRemoval(const RemovalTarget &target) = 0;
     /// Removes the item with all below it. Nothing is removed across a mount, and an item with a
     /// mount anywhere below is left whole. Ends at the first error: what was removed before it
     /// stays removed, the item itself is then still there.
-    virtual std::error_code removeItem(const RemovalTarget &target) = 0;
+    /// `stop`, when given, ends it so too, as `errc::operation_canceled`.
+    virtual std::error_code removeItem(const RemovalTarget &target,
+                                       const std::atomic<bool> *stop = nullptr) = 0;
     /// Sets the permission bits of a directory, or of a file that has no other name; of anything
     /// else it refuses to. Gives the bits that were set before.
     virtual Result<std::uint32_t> setPermissions(const RemovalTarget &target,

@@ -57,12 +57,13 @@ public:
     Result<std::uint64_t> nextData(const FileDescriptor &, std::uint64_t) override {
         return unsupported;
     }
-    Result<RemovalRoot> rememberRoot(const std::filesystem::path &) override {
-        return unsupported;
-    }
+    Result<RemovalRoot> rememberRoot(const std::filesystem::path &) override { return unsupported; }
     Result<OpenDirectory> openHolder(const RemovalTarget &) override { return unsupported; }
     bool isDeletable(const RemovalTarget &) override { return false; }
-    std::error_code removeItem(const RemovalTarget &) override {
+    std::error_code checkRemoval(const RemovalTarget &) override {
+        return std::make_error_code(unsupported);
+    }
+    std::error_code removeItem(const RemovalTarget &, const std::atomic<bool> *) override {
         return std::make_error_code(unsupported);
     }
     Result<std::uint32_t> setPermissions(const RemovalTarget &, std::uint32_t) override {

@@ -37,6 +37,8 @@ Platform &Platform::current() {
     return *platform;
 }
 
-void Platform::setCurrent(Platform platform) { current() = std::move(platform); }
+void Platform::setCurrent(Platform platform) {
+    current() = std::move(platform);
+}
 
 } // namespace brightsweep

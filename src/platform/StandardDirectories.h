@@ -12,11 +12,11 @@ enum class StandardDirectory {
     Library,            ///< the user's
     Preferences,        ///< the user's
     UserCaches,
-    LocalCaches,        ///< whose direct children may go; those that exist
-    UserLogs,           ///< likewise
-    LocalLogs,          ///< likewise
-    Downloads,          ///< the user's
-    HomeTrash,          ///< the folder that holds the trashed items themselves
+    LocalCaches, ///< whose direct children may go; those that exist
+    UserLogs,    ///< likewise
+    LocalLogs,   ///< likewise
+    Downloads,   ///< the user's
+    HomeTrash,   ///< the folder that holds the trashed items themselves
     Applications,
     Home,
     Temporary,
@@ -36,7 +36,8 @@ public:
 
     /// The folders of the user's trashed items on a volume, by the rules of the freedesktop
     /// document: `$top/.Trash/$uid/files`, then `$top/.Trash-$uid/files`; those that are sound.
-    virtual std::vector<std::filesystem::path> trashesOfVolume(const std::filesystem::path &top) = 0;
+    virtual std::vector<std::filesystem::path>
+    trashesOfVolume(const std::filesystem::path &top) = 0;
 
     /// The path on this machine of a system-wide path: below the prefix that
     /// BRIGHTSWEEP_SYSTEM_ROOT names, if any.

@@ -34,8 +34,8 @@ struct VolumeFacts {
 };
 
 struct EjectResult {
-    int status = 0;      ///< 0: gone; else an errno-like number
-    std::string message; ///< the system's words, for the log
+    int status = 0;                   ///< 0: gone; else an errno-like number
+    std::string message;              ///< the system's words, for the log
     std::vector<std::string> holders; ///< names of the programs that hold the volume, if known
 };
 

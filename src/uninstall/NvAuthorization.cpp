@@ -117,9 +117,15 @@ bool NvAuthorization::allocAuthorization() {
     if (const std::string reason = rights().unavailableReason(); !reason.empty()) {
         NSLog("Error Creating Initial Authorization: %d", ENOSYS);
         NSLog("Administrator rights: %s", reason);
+        const std::lock_guard lock(m_mutex);
+        m_lastResult = {RightsOutcome::Failed, ENOSYS, reason};
         return false;
     }
     const RightsResult result = rights().request();
+    {
+        const std::lock_guard lock(m_mutex);
+        m_lastResult = result;
+    }
     if (result.outcome != RightsOutcome::Granted) {
         NSLog("Copy Rights Unsuccessful: %d", result.status);
         logOutcome(result);
@@ -136,6 +142,11 @@ bool NvAuthorization::allocAuthorization() {
     authForm = form;
     authorizationRef = AuthorizationReference{form};
     return true;
+}
+
+RightsResult NvAuthorization::lastResult() {
+    const std::lock_guard lock(m_mutex);
+    return m_lastResult;
 }
 
 bool NvAuthorization::freeAuthorization() {
@@ -205,24 +216,33 @@ bool NvAuthorization::removeItemAtPath(const std::filesystem::path &path) {
     return target && removeItemAtPath(*target);
 }
 
-RemovalOutcome NvAuthorization::removeWithOutcome(const RemovalTarget &target) {
+RemovalOutcome NvAuthorization::removeWithoutRights(const RemovalTarget &target,
+                                                    const std::atomic<bool> *stop) {
     RemovalOutcome outcome;
     const auto record = TrashRecord::of(files(), target);
     if (isLockedByApt(target)) {
         outcome.error = std::make_error_code(std::errc::device_or_resource_busy);
     } else {
         OpenedMode mode(target);
-        outcome.error = files().removeItem(target);
-        if (!outcome.error) {
+        outcome.error = files().removeItem(target, stop);
+        if (outcome.error)
+            mode.putBack();
+        else
             forget(record);
-            outcome.removed = true;
-            return outcome;
-        }
-        mode.putBack();
     }
+    outcome.removed = !outcome.error;
     outcome.neededRights = isForWantOfPermission(outcome.error);
+    return outcome;
+}
+
+RemovalOutcome NvAuthorization::removeWithOutcome(const RemovalTarget &target,
+                                                  const std::atomic<bool> *stop) {
+    const auto record = TrashRecord::of(files(), target);
+    RemovalOutcome outcome = removeWithoutRights(target, stop);
+    if (outcome.removed)
+        return outcome;
     // What is in use stays in use for an administrator too.
-    if (!isBusy(outcome.error)) {
+    if (!isBusy(outcome.error) && outcome.error != std::errc::operation_canceled) {
         const PrivilegedReply reply = removePrivileged(target);
         outcome.removed = isSuccess(reply);
         outcome.words = reply.output;
@@ -232,6 +252,11 @@ RemovalOutcome NvAuthorization::removeWithOutcome(const RemovalTarget &target) {
     // Logged whichever way the second attempt ended.
     NSLog("Clean deletable file failed: %@-%@", target.path(), outcome.error);
     return outcome;
+}
+
+std::error_code NvAuthorization::checkRemoval(const RemovalTarget &target) {
+    return isLockedByApt(target) ? std::make_error_code(std::errc::device_or_resource_busy)
+                                 : files().checkRemoval(target);
 }
 
 RemovalOutcome NvAuthorization::removeWithOutcome(const std::filesystem::path &path) {

@@ -48,6 +48,8 @@ public:
 
     /// True if rights are held afterwards. May show the system's dialog, and blocks meanwhile.
     bool allocAuthorization();
+    /// How the last request for rights was answered; granted before the first.
+    RightsResult lastResult();
     /// Gives the rights up. Always true.
     bool freeAuthorization();
     /// A reference for one act, or none. Having one proves only that rights were got and not given
@@ -62,8 +64,16 @@ public:
     static bool synFastRemovePath(const RemovalTarget &target);
     static bool synFastRemovePath(const std::filesystem::path &path);
     /// The same, told in full.
-    static RemovalOutcome removeWithOutcome(const RemovalTarget &target);
+    /// `stop`, when given, ends the normal way within the item; the privileged way is then not
+    /// tried.
+    static RemovalOutcome removeWithOutcome(const RemovalTarget &target,
+                                            const std::atomic<bool> *stop = nullptr);
     static RemovalOutcome removeWithOutcome(const std::filesystem::path &path);
+    /// The normal way alone. Logs nothing.
+    static RemovalOutcome removeWithoutRights(const RemovalTarget &target,
+                                              const std::atomic<bool> *stop = nullptr);
+    /// The error that the normal way would meet before anything of the item goes.
+    static std::error_code checkRemoval(const RemovalTarget &target);
 
     /// An item by its path alone: its folder, as it is now, is the root.
     static Result<RemovalTarget> targetOf(const std::filesystem::path &path);
@@ -77,6 +87,7 @@ private:
 
     std::mutex m_asking; // held while the dialog may be up
     std::mutex m_mutex;  // guards the fields below
+    RightsResult m_lastResult{RightsOutcome::Granted, 0, {}};
     std::optional<AuthorizationReference> authorizationRef;
     bool isValidAuth = false;
     RightsToken authForm{};

@@ -127,8 +127,13 @@ public:
             "isDeletable", target.path(), [&] { return m_wrapped->isDeletable(target); },
             [](std::error_code) { return false; });
     }
-    std::error_code removeItem(const RemovalTarget &target) override {
-        return ask("removeItem", target.path(), [&] { return m_wrapped->removeItem(target); });
+    std::error_code checkRemoval(const RemovalTarget &target) override {
+        return ask("checkRemoval", target.path(), [&] { return m_wrapped->checkRemoval(target); });
+    }
+    std::error_code removeItem(const RemovalTarget &target,
+                               const std::atomic<bool> *stop) override {
+        return ask("removeItem", target.path(),
+                   [&] { return m_wrapped->removeItem(target, stop); });
     }
     Result<std::uint32_t> setPermissions(const RemovalTarget &target, std::uint32_t mode) override {
         return ask("setPermissions", target.path(),

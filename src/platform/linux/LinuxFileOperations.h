@@ -34,7 +34,9 @@ public:
     Result<RemovalRoot> rememberRoot(const std::filesystem::path &folder) override;
     Result<OpenDirectory> openHolder(const RemovalTarget &target) override;
     bool isDeletable(const RemovalTarget &target) override;
-    std::error_code removeItem(const RemovalTarget &target) override;
+    std::error_code checkRemoval(const RemovalTarget &target) override;
+    std::error_code removeItem(const RemovalTarget &target,
+                               const std::atomic<bool> *stop) override;
     Result<std::uint32_t> setPermissions(const RemovalTarget &target, std::uint32_t mode) override;
 };
 

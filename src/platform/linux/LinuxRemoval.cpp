@@ -1,7 +1,6 @@
 #include "platform/linux/LinuxFileOperations.h"
 
 #include "foundation/Paths.h"
-#include "platform/linux/KernelFileSystems.h"
 #include "platform/linux/MountTable.h"
 
 #include <fcntl.h>
@@ -23,6 +22,7 @@ std::error_code lastError() {
     return {errno, std::generic_category()};
 }
 
+const auto canceled = std::make_error_code(std::errc::operation_canceled);
 const auto busy = std::make_error_code(std::errc::device_or_resource_busy);
 
 bool isPlainName(std::string_view name) {
@@ -56,8 +56,8 @@ Result<std::uint64_t> mountOf(int descriptor) {
 // Removes what lies in one directory, depth first, and the directory itself last.
 class TreeRemoval {
 public:
-    explicit TreeRemoval(LinuxFileOperations &files, std::uint64_t mount)
-        : m_files(files), m_mount(mount) {}
+    TreeRemoval(LinuxFileOperations &files, std::uint64_t mount, const std::atomic<bool> *stop)
+        : m_files(files), m_mount(mount), m_stop(stop) {}
 
     std::error_code run(const OpenDirectory &holder, const char *name) {
         auto top = m_files.openDirectoryAt(holder, name);
@@ -66,6 +66,8 @@ public:
         if (const auto error = enter(std::move(*top), name))
             return error;
         while (!m_levels.empty()) {
+            if (isStopped())
+                return canceled;
             Level &level = m_levels.back();
             if (!level.children.empty()) {
                 if (const auto error = descend(level))
@@ -96,6 +98,8 @@ private:
         do {
             if (const auto error = m_files.readBlock(level.open, m_block, WantedAttributes::None))
                 return error;
+            if (isStopped())
+                return canceled;
             for (const DirectoryEntry &entry : m_block.entries()) {
                 if (entry.type == EntryType::Directory)
                     level.children.emplace_back(entry.nameView());
@@ -154,11 +158,37 @@ private:
         return {};
     }
 
+    bool isStopped() const { return m_stop && m_stop->load(std::memory_order_relaxed); }
+
     LinuxFileOperations &m_files;
     std::uint64_t m_mount;
+    const std::atomic<bool> *m_stop;
     DirectoryBlock m_block;
     std::vector<Level> m_levels;
 };
+
+// Why a name may not be taken out of its folder, by the folder's rights and its sticky rule; also
+// fills in what the name stands for.
+std::error_code keptInFolder(const OpenDirectory &holder, const std::string &name,
+                             struct stat &item) {
+    const int descriptor = holder.descriptor.get();
+    struct stat folder;
+    if (::fstatat(descriptor, name.c_str(), &item, AT_SYMLINK_NOFOLLOW) != 0 ||
+        ::fstat(descriptor, &folder) != 0 ||
+        ::faccessat(descriptor, ".", W_OK | X_OK, AT_EACCESS) != 0)
+        return lastError();
+    const uid_t user = ::geteuid();
+    if ((folder.st_mode & S_ISVTX) && user != 0 && user != item.st_uid && user != folder.st_uid)
+        return std::make_error_code(std::errc::operation_not_permitted);
+    return {};
+}
+
+bool holdsMount(const RemovalTarget &target, const OpenDirectory &holder, const std::string &name) {
+    std::string path = currentPath(holder);
+    if (path.empty())
+        path = paths::parent(target.path()).native();
+    return holdsMountPoint(currentMounts(), paths::join(path, name).native());
+}
 
 } // namespace
 
@@ -203,22 +233,26 @@ bool LinuxFileOperations::isDeletable(const RemovalTarget &target) {
     const auto holder = openHolder(target);
     if (!holder)
         return false;
-    const int descriptor = holder->descriptor.get();
     const std::string name = paths::lastComponent(target.relative);
-    struct stat parent;
     struct stat item;
-    if (::faccessat(descriptor, ".", W_OK | X_OK, AT_EACCESS) != 0 ||
-        ::fstat(descriptor, &parent) != 0 ||
-        ::fstatat(descriptor, name.c_str(), &item, AT_SYMLINK_NOFOLLOW) != 0)
-        return false;
-    const uid_t user = ::geteuid();
-    if ((parent.st_mode & S_ISVTX) && user != 0 && user != item.st_uid && user != parent.st_uid)
-        return false;
-    return S_ISLNK(item.st_mode) ||
-           ::faccessat(descriptor, name.c_str(), W_OK, AT_EACCESS | AT_SYMLINK_NOFOLLOW) == 0;
+    return !keptInFolder(*holder, name, item) &&
+           (S_ISLNK(item.st_mode) || ::faccessat(holder->descriptor.get(), name.c_str(), W_OK,
+                                                 AT_EACCESS | AT_SYMLINK_NOFOLLOW) == 0);
 }
 
-std::error_code LinuxFileOperations::removeItem(const RemovalTarget &target) {
+std::error_code LinuxFileOperations::checkRemoval(const RemovalTarget &target) {
+    const auto holder = openHolder(target);
+    if (!holder)
+        return holder.error();
+    const std::string name = paths::lastComponent(target.relative);
+    struct stat item;
+    if (const auto error = keptInFolder(*holder, name, item))
+        return error;
+    return holdsMount(target, *holder, name) ? busy : std::error_code();
+}
+
+std::error_code LinuxFileOperations::removeItem(const RemovalTarget &target,
+                                                const std::atomic<bool> *stop) {
     const auto holder = openHolder(target);
     if (!holder)
         return holder.error();
@@ -226,19 +260,19 @@ std::error_code LinuxFileOperations::removeItem(const RemovalTarget &target) {
     struct stat item;
     if (::fstatat(holder->descriptor.get(), name.c_str(), &item, AT_SYMLINK_NOFOLLOW) != 0)
         return lastError();
+    if (holdsMount(target, *holder, name))
+        return busy;
     if (!S_ISDIR(item.st_mode)) {
         return ::unlinkat(holder->descriptor.get(), name.c_str(), 0) == 0 ? std::error_code()
                                                                           : lastError();
     }
-    std::string path = currentPath(*holder);
-    if (path.empty())
-        path = paths::parent(target.path()).native();
-    if (holdsMountPoint(currentMounts(), paths::join(path, name).native()))
-        return busy;
+    // What may not leave its folder is not emptied either.
+    if (const auto error = keptInFolder(*holder, name, item))
+        return error;
     const auto mount = mountOf(holder->descriptor.get());
     if (!mount)
         return mount.error();
-    return TreeRemoval(*this, *mount).run(*holder, name.c_str());
+    return TreeRemoval(*this, *mount, stop).run(*holder, name.c_str());
 }
 
 Result<std::uint32_t> LinuxFileOperations::setPermissions(const RemovalTarget &target,

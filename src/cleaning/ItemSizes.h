@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/FileOperations.h"
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace brightsweep {
+
+/// An entry of a folder whose size is wanted.
+struct SizedItem {
+    std::string name;
+    EntryType type = EntryType::Unknown;
+    std::uint64_t size = 0; ///< bytes; filled in by sizeItems() for a directory
+};
+
+/// Sizes the items of an open folder, several directories at once, and hands each over on the
+/// calling thread in the order of the list, as soon as it and all before it are known. An item that
+/// a stop cut short is not handed over, and none behind it: what was handed over is a prefix.
+/// Returns false when the stop flag (which may be null) ended it.
+bool sizeItems(std::shared_ptr<const OpenDirectory> folder, std::vector<SizedItem> &items,
+               const std::atomic<bool> *stop, const std::function<void(const SizedItem &)> &ready);
+
+/// Everything below an open directory; nothing when a stop cut it short.
+std::optional<std::uint64_t> sizeOfOpenDirectory(OpenDirectory directory,
+                                                 const std::atomic<bool> *stop);
+
+/// One removable item, reached as removals reach it. 0 for what cannot be read or has gone, nothing
+/// when a stop cut it short.
+std::optional<std::uint64_t> sizeOfTarget(const RemovalTarget &target,
+                                          const std::atomic<bool> *stop);
+
+/// What an entry that is not a directory adds; 0 while the TaskStopper's flag is set.
+std::uint64_t sizeOfOneFile(const FileAttributes &attributes);
+
+/// Sums stay at the largest value instead of starting over.
+std::uint64_t addSaturating(std::uint64_t sum, std::uint64_t more);
+
+} // namespace brightsweep

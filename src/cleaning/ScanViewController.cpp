@@ -1,0 +1,257 @@
+#include "cleaning/ScanViewController.h"
+
+#include "cleaning/FolderUtilities.h"
+#include "cleaning/ItemSizes.h"
+#include "core/ThreadWorker.h"
+#include "core/UtilityFunction.h"
+#include "foundation/Log.h"
+#include "foundation/NotificationCenter.h"
+#include "foundation/Paths.h"
+#include "platform/Platform.h"
+#include "uninstall/NvAuthorization.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace brightsweep {
+
+namespace {
+
+// The entries of a folder in system order, without those that are its owner's.
+bool listItems(const OpenDirectory &folder, const std::filesystem::path &path,
+               std::vector<SizedItem> &items, const std::atomic<bool> &stop) {
+    DirectoryBlock block;
+    do {
+        if (stop ||
+            Platform::current().files->readBlock(folder, block, WantedAttributes::NonDirectories))
+            return !stop;
+        for (const DirectoryEntry &entry : block.entries()) {
+            if (!FolderUtilities::isReserved(path, entry.nameView()))
+                items.push_back({std::string(entry.nameView()), entry.type,
+                                 entry.hasAttributes ? entry.size : 0});
+        }
+    } while (!block.atEnd());
+    return true;
+}
+
+QString failureText(const RemovalOutcome &outcome) {
+    QString text = QString::fromStdString(outcome.error.message());
+    if (!outcome.words.empty())
+        text += QStringLiteral(" (") + paths::display(outcome.words).trimmed() + QLatin1Char(')');
+    return text;
+}
+
+} // namespace
+
+ScanViewController::ScanViewController(QObject *parent) : QObject(parent) {}
+
+ScanViewController::~ScanViewController() {
+    bIsStopTask = true;
+    for (const auto &worker : {twScan, twFastClean}) {
+        if (worker) {
+            worker->markAsCancelled();
+            worker->abandon();
+        }
+    }
+}
+
+void ScanViewController::beginScanTask(std::vector<std::filesystem::path> folders) {
+    refreshTableView();
+    folderPaths = std::move(folders);
+    twScan = ThreadWorker::workOn(this, &ScanViewController::scanFolder, nullptr,
+                                  &ScanViewController::scanTaskFinished);
+}
+
+void ScanViewController::scanFolder(std::nullptr_t, ThreadWorker *) {
+    std::vector<CleanFileInfo> found;
+    std::uint64_t total = 0;
+    for (const std::filesystem::path &folder : folderPaths) {
+        if (bIsStopTask)
+            break;
+        NSLog("Scan folder: %@", folder);
+        total = scanDirectory(folder, total, found);
+    }
+    {
+        const std::lock_guard lock(m_mutex);
+        m_scanFiles = std::move(found);
+    }
+    Q_EMIT scanFilesChanged();
+}
+
+std::uint64_t ScanViewController::scanDirectory(const std::filesystem::path &directory,
+                                                std::uint64_t totalSize,
+                                                std::vector<CleanFileInfo> &withArray) {
+    FileOperations &files = *Platform::current().files;
+    auto root = files.rememberRoot(directory);
+    if (!root)
+        return totalSize;
+    auto open = files.openDirectory(root->path);
+    if (!open || open->device != root->device || open->inode != root->inode)
+        return totalSize;
+    const auto folder = std::make_shared<const OpenDirectory>(std::move(*open));
+    const auto sharedRoot = std::make_shared<const RemovalRoot>(std::move(*root));
+
+    std::vector<SizedItem> items;
+    if (!listItems(*folder, sharedRoot->path, items, bIsStopTask))
+        return totalSize;
+    sizeItems(folder, items, &bIsStopTask, [&](const SizedItem &item) {
+        const std::filesystem::path path = paths::join(directory, item.name);
+        CleanFileInfo &row =
+            withArray.emplace_back(paths::display(path), item.name, path,
+                                   UtilityFunction::convertVolSpace(item.size), item.size);
+        row.root = sharedRoot;
+        totalSize = addSaturating(totalSize, item.size);
+        m_totalSize = totalSize;
+        setFilesSize(UtilityFunction::convertVolSpace(totalSize));
+    });
+    return totalSize;
+}
+
+void ScanViewController::scanTaskFinished() {
+    NotificationCenter::defaultCenter().post(QStringLiteral("cleanShowSelectNumInBottom"));
+    twScan.reset();
+    Q_EMIT scanFinishedChanged(true);
+}
+
+void ScanViewController::cancelScanTask() {
+    if (twScan)
+        twScan->markAsCancelled();
+}
+
+void ScanViewController::refreshTableView() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_scanFiles.clear();
+        m_filesSize.clear();
+    }
+    m_totalSize = 0;
+    Q_EMIT scanFilesChanged();
+}
+
+// A non-empty reason, as at the start of a clean, would also turn off the list's header check box,
+// which is the view's.
+void ScanViewController::getSelectPath(const QString &) {
+    const std::lock_guard lock(m_mutex);
+    selDelFiles.clear();
+    std::copy_if(m_scanFiles.begin(), m_scanFiles.end(), std::back_inserter(selDelFiles),
+                 [](const CleanFileInfo &row) { return row.bIsSelected != 0; });
+}
+
+void ScanViewController::beginCleanTask() {
+    iCleanSize = 0;
+    twFastClean = ThreadWorker::workOn(this, &ScanViewController::fastClean, nullptr,
+                                       &ScanViewController::cleanFinished);
+}
+
+void ScanViewController::fastClean(std::nullptr_t, ThreadWorker *worker) {
+    getSelectPath(QStringLiteral("clean"));
+    std::vector<CleanFileInfo> selected;
+    {
+        const std::lock_guard lock(m_mutex);
+        selected.swap(selDelFiles);
+        m_removedFiles.clear();
+    }
+    std::unordered_map<std::string, QString> failures;
+    std::unordered_set<std::string> removed;
+    for (CleanFileInfo &row : selected) {
+        if (worker->cancelled())
+            break;
+        if (removeRow(row, worker->cancelledFlag()))
+            removed.insert(row.path.native());
+        else
+            failures[row.path.native()] = row.failure;
+    }
+    {
+        const std::lock_guard lock(m_mutex);
+        std::erase_if(m_scanFiles, [&](const CleanFileInfo &row) {
+            return removed.contains(row.path.native());
+        });
+        for (CleanFileInfo &row : m_scanFiles) {
+            if (const auto failure = failures.find(row.path.native()); failure != failures.end())
+                row.failure = failure->second;
+        }
+    }
+    Q_EMIT scanFilesChanged();
+}
+
+bool ScanViewController::removeRow(CleanFileInfo &row, const std::atomic<bool> &stop) {
+    const std::uint64_t total = UtilityFunction::getVolSpaceFromString(filesSize());
+    // Measured afresh: what the row says may have grown or gone since the scan.
+    const auto measured = sizeOfTarget(row.target(), &stop);
+    if (!measured) {
+        row.failure =
+            QString::fromStdString(std::make_error_code(std::errc::operation_canceled).message());
+        return false;
+    }
+    const RemovalOutcome outcome = NvAuthorization::removeWithOutcome(row.target(), &stop);
+    if (!outcome.removed) {
+        NSLog("Clean deletable file failed: %@-%@", row.path, outcome.error);
+        row.failure = failureText(outcome);
+        return false;
+    }
+    row.fileSizeNum = *measured;
+    row.size = UtilityFunction::convertVolSpace(*measured);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_removedFiles.push_back(row);
+    }
+    iCleanSize = addSaturating(iCleanSize, *measured);
+    m_totalSize = m_totalSize > *measured ? m_totalSize - *measured : 0;
+    setFilesSize(UtilityFunction::convertVolSpace(total > *measured ? total - *measured : 0));
+    return true;
+}
+
+void ScanViewController::cleanFinished() {
+    twFastClean.reset();
+    Q_EMIT cleanFinishedChanged(true);
+}
+
+void ScanViewController::cancelFastClean() {
+    if (twFastClean)
+        twFastClean->markAsCancelled();
+}
+
+std::vector<CleanFileInfo> ScanViewController::scanFiles() const {
+    const std::lock_guard lock(m_mutex);
+    return m_scanFiles;
+}
+
+std::size_t ScanViewController::rowCount() const {
+    const std::lock_guard lock(m_mutex);
+    return m_scanFiles.size();
+}
+
+void ScanViewController::setSelected(std::size_t row, bool selected) {
+    const std::lock_guard lock(m_mutex);
+    if (row < m_scanFiles.size())
+        m_scanFiles[row].bIsSelected = selected ? 1 : 0;
+    else
+        NSLog("There is no row %llu to select", row);
+}
+
+void ScanViewController::selectAll(bool selected) {
+    const std::lock_guard lock(m_mutex);
+    for (CleanFileInfo &row : m_scanFiles)
+        row.bIsSelected = selected ? 1 : 0;
+}
+
+std::vector<CleanFileInfo> ScanViewController::removedFiles() const {
+    const std::lock_guard lock(m_mutex);
+    return m_removedFiles;
+}
+
+QString ScanViewController::filesSize() const {
+    const std::lock_guard lock(m_mutex);
+    return m_filesSize;
+}
+
+void ScanViewController::setFilesSize(const QString &text) {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_filesSize = text;
+    }
+    Q_EMIT filesSizeChanged(text);
+}
+
+} // namespace brightsweep

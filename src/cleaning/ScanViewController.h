@@ -1,0 +1,99 @@
+#pragma once
+
+#include "cleaning/CleanFileInfo.h"
+
+#include <QObject>
+
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace brightsweep {
+
+class ThreadWorker;
+
+/// Scans and cleans one category: a row for each direct child of its folders.
+///
+/// Belongs to the thread that made it, whose event loop brings the two end calls. The work itself
+/// runs on a ThreadWorker; filesSizeChanged and scanFilesChanged are emitted there, in order, while
+/// the two finish signals come on the owner's thread. Rows may be read and ticked from any thread.
+/// Nothing is reported as an error while it happens: what cannot be read counts 0, what cannot be
+/// removed stays and stays ticked, with its reason.
+class ScanViewController : public QObject {
+    Q_OBJECT
+
+public:
+    explicit ScanViewController(QObject *parent = nullptr);
+    /// Stops what runs and waits for it.
+    ~ScanViewController() override;
+
+    // -- Scanning
+
+    /// Starts a run over the folders. One at a time.
+    void beginScanTask(std::vector<std::filesystem::path> folders);
+    /// Marks the worker as cancelled, which does not end the run; the stop flag does.
+    void cancelScanTask();
+    /// Empties the rows.
+    void refreshTableView();
+    /// Ends a running scan after the item under way, whose row does not come. It is never cleared:
+    /// every later scan of this object ends at once, without rows.
+    void stopScan() { bIsStopTask = true; }
+
+    // -- Cleaning
+
+    /// Rebuilds the list of the ticked rows, in row order.
+    void getSelectPath(const QString &reason);
+    /// Starts to remove the ticked rows. One at a time, and not during a scan.
+    void beginCleanTask();
+    /// Asks a clean to end: at the item under way, which is then not told as removed.
+    void cancelFastClean();
+
+    // -- Results
+
+    std::vector<CleanFileInfo> scanFiles() const;
+    std::size_t rowCount() const;
+    void setSelected(std::size_t row, bool selected);
+    void selectAll(bool selected);
+    /// The rows that the last clean removed, each with the size that it had then.
+    std::vector<CleanFileInfo> removedFiles() const;
+    /// The running total in words.
+    QString filesSize() const;
+    /// The same as a number, which the words round.
+    std::uint64_t totalSize() const { return m_totalSize; }
+    /// Bytes that the last clean removed.
+    std::uint64_t cleanSize() const { return iCleanSize; }
+
+Q_SIGNALS:
+    void filesSizeChanged(const QString &filesSize);
+    void scanFilesChanged();
+    void scanFinishedChanged(bool scanFinished);
+    void cleanFinishedChanged(bool cleanFinished);
+
+private:
+    void scanFolder(std::nullptr_t argument, ThreadWorker *worker);
+    std::uint64_t scanDirectory(const std::filesystem::path &directory, std::uint64_t totalSize,
+                                std::vector<CleanFileInfo> &withArray);
+    void scanTaskFinished();
+    void fastClean(std::nullptr_t argument, ThreadWorker *worker);
+    bool removeRow(CleanFileInfo &row, const std::atomic<bool> &stop);
+    void cleanFinished();
+    void setFilesSize(const QString &text);
+
+    std::vector<std::filesystem::path> folderPaths;
+    std::shared_ptr<ThreadWorker> twScan;
+    std::shared_ptr<ThreadWorker> twFastClean;
+    std::atomic<bool> bIsStopTask{false};
+    std::atomic<std::uint64_t> iCleanSize{0};
+    std::atomic<std::uint64_t> m_totalSize{0};
+
+    mutable std::mutex m_mutex; // guards what follows
+    std::vector<CleanFileInfo> m_scanFiles;
+    std::vector<CleanFileInfo> selDelFiles;
+    std::vector<CleanFileInfo> m_removedFiles;
+    QString m_filesSize;
+};
+
+} // namespace brightsweep

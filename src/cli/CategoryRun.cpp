@@ -1,0 +1,119 @@
+#include "cli/CategoryRun.h"
+
+#include "cleaning/CleanCategories.h"
+#include "cleaning/FolderUtilities.h"
+#include "core/UtilityFunction.h"
+#include "foundation/UserDefaults.h"
+#include "platform/Platform.h"
+#include "platform/VolumeSource.h"
+
+#include <QEventLoop>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace brightsweep::cli {
+
+namespace {
+
+constexpr unsigned trashCategory = 4;
+constexpr int settleMilliseconds = 500;
+constexpr int pollMilliseconds = 50;
+
+using Start = void (*)(CategoryRun &);
+using Signal = void (ScanViewController::*)(bool);
+using Stop = void (ScanViewController::*)();
+using Amount = std::uint64_t (ScanViewController::*)() const;
+
+// Starts all, waits for the finish signal of each, and hands Ctrl-C on to the engine's own stop.
+bool runAll(std::vector<CategoryRun> &runs, Output &output, const char *verb, Start start,
+            Signal finished, Stop stop, Amount amount) {
+    QEventLoop loop;
+    std::size_t running = runs.size();
+    for (CategoryRun &run : runs) {
+        QObject::connect(run.controller.get(), finished, &loop, [&] {
+            if (--running == 0)
+                loop.quit();
+        });
+        start(run);
+    }
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+        std::uint64_t bytes = 0;
+        for (const CategoryRun &run : runs) {
+            if (interrupted())
+                (run.controller.get()->*stop)();
+            bytes += (run.controller.get()->*amount)();
+        }
+        output.progress(verb + UtilityFunction::convertVolSpace(bytes).toStdString());
+    });
+    poll.start(pollMilliseconds);
+    if (running > 0)
+        loop.exec();
+    output.progress({});
+    for (CategoryRun &run : runs)
+        run.controller->disconnect(&loop);
+    return !interrupted();
+}
+
+} // namespace
+
+void addCategoryOption(QCommandLineParser &parser) {
+    parser.addOption({QStringLiteral("category"),
+                      QStringLiteral("A category, 0 to 5; may be given several times."),
+                      QStringLiteral("N")});
+}
+
+std::optional<std::vector<unsigned>> categoriesOf(const QCommandLineParser &parser,
+                                                  Output &output) {
+    std::vector<unsigned> indices;
+    for (const QString &value : parser.values(QStringLiteral("category"))) {
+        bool isNumber = false;
+        const unsigned index = value.toUInt(&isNumber);
+        if (!isNumber || index >= categoryCount) {
+            output.usage("Write `--category N` with N from 0 to 5, not \"" + argumentBytes(value) +
+                         "\".");
+            return {};
+        }
+        indices.push_back(index);
+    }
+    std::sort(indices.begin(), indices.end());
+    indices.erase(std::unique(indices.begin(), indices.end()), indices.end());
+    return indices;
+}
+
+bool scanCategories(std::vector<CategoryRun> &runs, const std::vector<unsigned> &indices,
+                    Output &output) {
+    VolumeSource &volumes = *Platform::current().volumes;
+    // Which further volumes carry a trash depends on what they are.
+    if (std::find(indices.begin(), indices.end(), trashCategory) != indices.end() &&
+        volumes.volumes().size() > 1)
+        volumes.settle(settleMilliseconds);
+    for (const unsigned index : indices) {
+        runs.push_back(
+            {index, FolderUtilities::getFolderPath(index), std::make_unique<ScanViewController>()});
+    }
+    return runAll(
+        runs, output,
+        "Scanning: ", [](CategoryRun &run) { run.controller->beginScanTask(run.folders); },
+        &ScanViewController::scanFinishedChanged, &ScanViewController::stopScan,
+        &ScanViewController::totalSize);
+}
+
+bool removeCategories(std::vector<CategoryRun> &runs, Output &output) {
+    return runAll(
+        runs, output, "Cleaning: ",
+        [](CategoryRun &run) {
+            run.controller->selectAll(true);
+            run.controller->beginCleanTask();
+        },
+        &ScanViewController::cleanFinishedChanged, &ScanViewController::cancelFastClean,
+        &ScanViewController::cleanSize);
+}
+
+int storedSelection(unsigned index) {
+    return int(UserDefaults::standardUserDefaults().integerForKey(
+        brightsweep::cleanCategories[index].key));
+}
+
+} // namespace brightsweep::cli

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "cleaning/ScanViewController.h"
+#include "cli/Command.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace brightsweep::cli {
+
+class JsonWriter;
+
+/// One clean category of a command, with its scanner.
+struct CategoryRun {
+    unsigned index = 0;
+    std::vector<std::filesystem::path> folders;
+    std::unique_ptr<ScanViewController> controller;
+};
+
+/// The option --category, which may be given several times.
+void addCategoryOption(QCommandLineParser &parser);
+/// The categories named, in their order and each once; nothing, after the line of a wrong usage,
+/// where one is no number from 0 to 5.
+std::optional<std::vector<unsigned>> categoriesOf(const QCommandLineParser &parser, Output &output);
+
+/// Scans the categories, all at once. False when it was interrupted; what had been found by then
+/// is there.
+bool scanCategories(std::vector<CategoryRun> &runs, const std::vector<unsigned> &indices,
+                    Output &output);
+/// Removes every row of every category. False when it was interrupted.
+bool removeCategories(std::vector<CategoryRun> &runs, Output &output);
+
+/// The stored selection of a category: 0 none, 1 all, 2 part.
+int storedSelection(unsigned index);
+
+} // namespace brightsweep::cli

@@ -1,0 +1,206 @@
+#include "cleaning/CleanCategories.h"
+#include "cleaning/ItemSizes.h"
+#include "cli/CategoryRun.h"
+#include "cli/Commands.h"
+#include "cli/JsonWriter.h"
+#include "core/ParseFileLog.h"
+#include "core/UtilityFunction.h"
+#include "foundation/Paths.h"
+#include "platform/AdministratorRights.h"
+#include "uninstall/NvAuthorization.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+namespace brightsweep::cli {
+
+namespace {
+
+struct FailedItem {
+    std::filesystem::path path;
+    QString error;
+};
+
+/// What went, or would go, in one category.
+struct CategoryResult {
+    unsigned index = 0;
+    std::uint64_t bytes = 0;
+    std::vector<CleanFileInfo> removed;
+    std::vector<FailedItem> failed;
+};
+
+struct RefusalWords {
+    RightsOutcome outcome;
+    const char *words;
+};
+
+constexpr std::array refusalWords = {
+    RefusalWords{RightsOutcome::Dismissed, "the question was dismissed"},
+    RefusalWords{RightsOutcome::Denied, "they were denied"},
+    RefusalWords{RightsOutcome::NoAgent, "nothing here can ask for a password"},
+    RefusalWords{RightsOutcome::NoBus, "the system's authority cannot be reached"},
+    RefusalWords{RightsOutcome::Failed, "asking for them failed"},
+};
+
+void configure(QCommandLineParser &parser) {
+    addCategoryOption(parser);
+    parser.addOption({QStringLiteral("apply"),
+                      QStringLiteral("Really remove; without it only what would go is shown.")});
+    parser.addOption({QStringLiteral("admin"),
+                      QStringLiteral("Ask for administrator rights once, before removing.")});
+}
+
+std::vector<unsigned> storedCategories() {
+    std::vector<unsigned> indices;
+    for (unsigned index = 0; index < categoryCount; ++index) {
+        if (storedSelection(index) != 0)
+            indices.push_back(index);
+    }
+    return indices;
+}
+
+// The checks that a removal makes first, without removing. With rights, want of permission is none.
+CategoryResult wouldGo(const CategoryRun &run, bool withRights) {
+    CategoryResult result{run.index, 0, {}, {}};
+    for (const CleanFileInfo &item : run.controller->scanFiles()) {
+        const std::error_code error = NvAuthorization::checkRemoval(item.target());
+        const bool needsRights =
+            error == std::errc::permission_denied || error == std::errc::operation_not_permitted;
+        if (error && !(needsRights && withRights)) {
+            result.failed.push_back({item.path, QString::fromStdString(error.message())});
+            continue;
+        }
+        result.bytes = addSaturating(result.bytes, item.fileSizeNum);
+        result.removed.push_back(item);
+    }
+    return result;
+}
+
+CategoryResult wentAway(const CategoryRun &run) {
+    CategoryResult result{
+        run.index, run.controller->cleanSize(), run.controller->removedFiles(), {}};
+    for (const CleanFileInfo &item : run.controller->scanFiles()) {
+        if (!item.failure.isEmpty())
+            result.failed.push_back({item.path, item.failure});
+    }
+    return result;
+}
+
+std::string jsonDocument(const std::vector<CategoryResult> &results, bool applied,
+                         std::uint64_t bytes) {
+    JsonWriter json;
+    json.beginObject();
+    json.key("schema").value(1);
+    json.key("command").value("clean");
+    json.key("applied").value(applied);
+    json.key("bytes").value(bytes);
+    json.key("categories").beginArray();
+    for (const CategoryResult &result : results) {
+        json.beginObject();
+        json.key("index").value(result.index);
+        json.key("name").value(brightsweep::cleanCategories[result.index].name);
+        json.key("bytes").value(result.bytes);
+        json.key("removed").beginArray();
+        for (const CleanFileInfo &item : result.removed) {
+            json.beginObject();
+            json.path("path", item.path);
+            json.key("bytes").value(item.fileSizeNum);
+            json.endObject();
+        }
+        json.endArray();
+        json.key("failed").beginArray();
+        for (const FailedItem &item : result.failed) {
+            json.beginObject();
+            json.path("path", item.path);
+            json.key("error").value(item.error);
+            json.endObject();
+        }
+        json.endArray();
+        json.endObject();
+    }
+    json.endArray();
+    json.endObject();
+    return json.take();
+}
+
+std::string text(const std::vector<CategoryResult> &results, bool applied, std::uint64_t bytes) {
+    Table table({false, true, false});
+    for (const CategoryResult &result : results) {
+        table.row({brightsweep::cleanCategories[result.index].name,
+                   UtilityFunction::convertVolSpace(result.bytes).toStdString(), ""});
+        for (const CleanFileInfo &item : result.removed) {
+            table.row({"  " + item.path.native(),
+                       UtilityFunction::convertVolSpace(item.fileSizeNum).toStdString(), ""});
+        }
+        for (const FailedItem &item : result.failed)
+            table.row({"  " + item.path.native(), "stays", item.error.toStdString()});
+    }
+    const std::string size = UtilityFunction::convertVolSpace(bytes).toStdString();
+    return table.text() +
+           (applied ? size + " is cleaned\n" : size + " would go; --apply removes it\n");
+}
+
+int refused(Output &output) {
+    const RightsResult result = NvAuthorization::shareNvAuthorization().lastResult();
+    for (const RefusalWords &row : refusalWords) {
+        if (row.outcome == result.outcome)
+            output.warning(std::string("No administrator rights: ") + row.words +
+                           ". Nothing was removed.");
+    }
+    return RightsRefused;
+}
+
+void recordHistory(std::uint64_t bytes) {
+    constexpr auto most = std::uint64_t(std::numeric_limits<std::int64_t>::max());
+    ParseFileLog().setSize(std::int64_t(std::min(bytes, most)), QDateTime::currentDateTime());
+}
+
+int run(const QCommandLineParser &parser, Output &output) {
+    if (!parser.positionalArguments().isEmpty())
+        return output.usage("Write `clean --category N --apply`; it takes nothing else behind it.");
+    auto indices = categoriesOf(parser, output);
+    if (!indices)
+        return WrongUsage;
+    if (indices->empty())
+        indices = storedCategories();
+    const bool apply = parser.isSet(QStringLiteral("apply"));
+    const bool admin = parser.isSet(QStringLiteral("admin"));
+
+    std::vector<CategoryRun> runs;
+    bool whole = scanCategories(runs, *indices, output);
+    // What an interrupted scan found is told, but nothing of it is removed.
+    const bool removing = apply && whole;
+    const bool anything = std::any_of(runs.begin(), runs.end(), [](const CategoryRun &run) {
+        return run.controller->rowCount() > 0;
+    });
+    if (removing && admin && anything &&
+        !NvAuthorization::shareNvAuthorization().allocAuthorization())
+        return refused(output);
+    if (removing)
+        whole = removeCategories(runs, output);
+
+    std::vector<CategoryResult> results;
+    std::uint64_t bytes = 0;
+    bool failed = false;
+    for (const CategoryRun &run : runs) {
+        results.push_back(removing ? wentAway(run) : wouldGo(run, admin));
+        bytes = addSaturating(bytes, results.back().bytes);
+        failed = failed || !results.back().failed.empty();
+    }
+    if (removing)
+        recordHistory(bytes);
+    NvAuthorization::shareNvAuthorization().freeAuthorization();
+    if (!output.data(output.json ? jsonDocument(results, removing, bytes)
+                                 : text(results, removing, bytes)))
+        return Failed;
+    return !whole ? Interrupted : failed ? PartlyFailed : Done;
+}
+
+} // namespace
+
+const Command cleanCommand = {"clean", "Removes what the clean categories hold", configure, run};
+
+} // namespace brightsweep::cli
