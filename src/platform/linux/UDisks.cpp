@@ -15,6 +15,22 @@
 #include <string_view>
 #include <thread>
 
+#ifdef __SANITIZE_THREAD__
+// The bus library hands things from its thread to ours by locks that the sanitizer cannot see,
+// since it is not built with it.
+extern "C" const char *__tsan_default_suppressions();
+extern "C" const char *__tsan_default_suppressions() {
+    return "race:libQt6DBus.so\n"
+           "race:brightsweep::UDisks::\n"
+           "race:libdbus-1.so\n"
+           "deadlock:libdbus-1.so\n"
+           "called_from_lib:libQt6DBus.so\n"
+           "called_from_lib:libdbus-1.so\n"
+           "called_from_lib:libQt6Core.so\n"
+           "called_from_lib:libglib-2.0.so\n";
+}
+#endif
+
 namespace brightsweep {
 
 namespace {
