@@ -1,0 +1,161 @@
+#include "cleaning/FolderUtilities.h"
+
+#include "cleaning/CleanCategories.h"
+#include "cleaning/CleanFileInfo.h"
+#include "cleaning/ItemSizes.h"
+#include "core/TaskStopper.h"
+#include "core/UtilityFunction.h"
+#include "platform/Platform.h"
+#include "support/FaultPlatform.h"
+#include "support/TestEnvironment.h"
+#include "support/TestTree.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <limits>
+#include <random>
+
+namespace brightsweep {
+namespace {
+
+using test::TestEnvironment;
+using test::TestTree;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(FolderUtilities, AnIndexBehindTheLastCategoryHasNoFolders) {
+    EXPECT_THAT(FolderUtilities::getFolderPath(6), IsEmpty());
+    EXPECT_THAT(FolderUtilities::getFolderPath(~0u), IsEmpty());
+}
+
+TEST(FolderUtilities, TheHomeTrashComesFirst) {
+    TestTree home(TestEnvironment::current().home());
+    home.directory(".local/share/Trash/files");
+    EXPECT_THAT(FolderUtilities::getFolderPath(4),
+                ElementsAre(home.path(".local/share/Trash/files")));
+}
+
+TEST(FolderUtilities, ShowsAPlainFolderItselfAndElseWhatHoldsIt) {
+    TestTree tree;
+    tree.directory("folder");
+    tree.directory("Program.app/Contents");
+    tree.file("folder/file");
+    EXPECT_EQ(FolderUtilities::getFolderFromFile(tree.path("folder")), tree.path("folder"));
+    EXPECT_EQ(FolderUtilities::getFolderFromFile(tree.path("Program.app")), tree.top());
+    EXPECT_EQ(FolderUtilities::getFolderFromFile(tree.path("folder/file")), tree.path("folder"));
+    EXPECT_EQ(FolderUtilities::getFolderFromFile(tree.path("folder/gone")), tree.path("folder"));
+}
+
+TEST(FolderUtilities, OnlyThePackageCacheHasReservedNames) {
+    TestTree system(TestEnvironment::current().system());
+    const auto cache = system.directory("var/cache/apt/archives");
+    const auto other = system.directory("var/cache/man");
+    for (const char *name : {"lock", "partial"}) {
+        EXPECT_TRUE(FolderUtilities::isReserved(cache, name));
+        EXPECT_FALSE(FolderUtilities::isReserved(other, name));
+    }
+    EXPECT_FALSE(FolderUtilities::isReserved(cache, "lock.deb"));
+}
+
+TEST(ItemSizes, CountLogicalBytesOfEveryNameAndFollowNoLink) {
+    TestTree tree;
+    tree.file("outside/big", std::string(5000, 'x'));
+    tree.file("item/a", std::string(10, 'x'));
+    tree.hardLink("item/b", tree.path("item/a"));
+    tree.link("item/link", tree.path("outside"));
+    tree.sparseFile("item/deep/sparse", 1ull << 33);
+    tree.socket("item/socket");
+    tree.fifo("item/fifo");
+    tree.file("item/line\nend/bad\xff", "12345");
+    tree.link("link", tree.path("outside"));
+    const std::uint64_t link = tree.path("outside").native().size();
+    EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("item")),
+              10 + 10 + link + (1ull << 33) + 5);
+    EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("item/a")), 10u);
+    EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("link")), link);
+    EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("gone")), 0u);
+}
+
+TEST(ItemSizes, AreThoseOfAPlainWalkOnRandomTrees) {
+    for (unsigned seed = 1; seed <= 5; ++seed) {
+        TestTree tree(TestEnvironment::current().work() / std::to_string(seed));
+        std::mt19937 random(seed);
+        std::vector<std::string> folders = {"item"};
+        std::uint64_t expected = 0;
+        for (int i = 0; i < 300; ++i) {
+            const std::string name = folders[random() % folders.size()] + "/" + std::to_string(i);
+            if (random() % 3 == 0) {
+                tree.directory(name);
+                folders.push_back(name);
+            } else {
+                const std::uint64_t size = random() % (1u << (random() % 31));
+                tree.sparseFile(name, size);
+                expected += size;
+            }
+        }
+        EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("item")), expected) << seed;
+    }
+}
+
+TEST(ItemSizes, StayAtTheLargestValue) {
+    constexpr auto most = std::numeric_limits<std::uint64_t>::max();
+    EXPECT_EQ(addSaturating(most - 1, 1), most);
+    EXPECT_EQ(addSaturating(most, most), most);
+    EXPECT_EQ(addSaturating(1, 2), 3u);
+}
+
+TEST(ItemSizes, KernelFileSystemsAndUnreadableFoldersCountNothing) {
+    TestTree tree;
+    tree.file("item/secret/file", "12345");
+    tree.file("item/open", "123");
+    test::FaultPlatform fault;
+    fault.setFault([&](std::string_view call, const std::filesystem::path &path) {
+        return call == "openDirectoryAt" && path.filename() == "secret"
+                   ? std::make_error_code(std::errc::permission_denied)
+                   : std::error_code();
+    });
+    EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("item")), 3u);
+    EXPECT_EQ(FolderUtilities::sizeOfItemAtPath("/proc"), 0u);
+}
+
+TEST(ItemSizes, AreNothingWhileTheTaskStopperIsSet) {
+    TestTree tree;
+    tree.file("item/a", "12345");
+    TaskStopper::sharedTaskStopper().setStopFlags(true);
+    EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("item")), 0u);
+    EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("item/a")), 0u);
+    TaskStopper::sharedTaskStopper().setStopFlags(false);
+    EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("item")), 5u);
+}
+
+TEST(CleanFileInfo, ACopyIsNotTickedAndSortingGoesByTheWords) {
+    CleanFileInfo item(QString(), "a", "/a", UtilityFunction::convertVolSpace(2'000'000),
+                       2'000'000);
+    item.bIsSelected = 1;
+    item.count = 7;
+    const CleanFileInfo copy = item.copyWithZone();
+    EXPECT_EQ(copy.bIsSelected, 0);
+    EXPECT_EQ(copy.count, 0u);
+    EXPECT_EQ(copy.path, item.path);
+    // 2,000,001 bytes show the same words, so the two are equal.
+    const CleanFileInfo alike(QString(), "b", "/b", UtilityFunction::convertVolSpace(2'000'001),
+                              2'000'001);
+    const CleanFileInfo small(QString(), "c", "/c", UtilityFunction::convertVolSpace(900), 900);
+    EXPECT_EQ(item.compareBySize(alike), 0);
+    EXPECT_LT(item.compareBySize(small), 0);
+    EXPECT_GT(small.compareBySize(item), 0);
+}
+
+TEST(CleanCategories, ReadTheirSelectionFromTheSettings) {
+    EXPECT_EQ(getDefaultsValue().join(QLatin1Char(' ')), QStringLiteral("1 1 1 1 0 0"));
+    cleanCategories[5].setClicked(2);
+    cleanCategories[0].setClicked(0);
+    EXPECT_EQ(getDefaultsValue().join(QLatin1Char(' ')), QStringLiteral("0 1 1 1 0 2"));
+}
+
+} // namespace
+} // namespace brightsweep

@@ -1,0 +1,159 @@
+#include "cleaning/BrowseFolderOperation.h"
+#include "cleaning/CleanNotifications.h"
+#include "cleaning/DeleteFolderOperation.h"
+
+#include "foundation/NotificationCenter.h"
+#include "foundation/Paths.h"
+#include "platform/Platform.h"
+#include "support/FaultPlatform.h"
+#include "support/TestTree.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace brightsweep {
+namespace {
+
+using test::TestTree;
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+
+// Every notification of the quick clean, in words: name, last component of the path, size.
+class Heard : public QObject {
+public:
+    Heard() {
+        for (const QLatin1String name :
+             {DSScanSingleFolder, DSScanOperationFinish, DSBeginFastClean, DSDeleteFileSuccess,
+              DSDeleteFileFailed, DSFastCleanFinish, DSCleanCanceled}) {
+            NotificationCenter::defaultCenter().addObserver(
+                this, name, [this](const Notification &notification) { note(notification); });
+        }
+    }
+    ~Heard() override { NotificationCenter::defaultCenter().removeObserver(this); }
+
+    std::vector<std::string> words;
+
+private:
+    void note(const Notification &notification) {
+        std::string text = notification.name.toStdString();
+        for (const char *key : {"FolderPath", "FilePath"}) {
+            const QVariant path = notification.userInfo.value(QLatin1String(key));
+            if (path.isValid())
+                text += " " + paths::lastComponent(paths::fromVariant(path));
+        }
+        for (const char *key : {"FolderSize", "FileCount", "FileSize"}) {
+            const QVariant number = notification.userInfo.value(QLatin1String(key));
+            if (number.isValid())
+                text += " " + number.toString().toStdString();
+        }
+        words.push_back(text);
+    }
+};
+
+TEST(BrowseFolderOperation, CountsEveryObjectFoldersIncluded) {
+    TestTree tree;
+    tree.file("one/a", "12345");
+    tree.file("one/sub/b", "123");
+    tree.file("file", "1234567");
+    Heard heard;
+    BrowseFolderOperation operation({tree.path("one"), tree.path("file")});
+    operation.main();
+    // A plain file in the place of a folder counts 0.
+    EXPECT_THAT(heard.words, ElementsAre("ScanSingleFolder one", "ScanSingleFolder file",
+                                         "ScanOperationFinish 8 3"));
+}
+
+TEST(BrowseFolderOperation, TellsOfACancelAtEveryLevel) {
+    TestTree tree;
+    tree.file("one/sub/b", "123");
+    {
+        Heard heard;
+        BrowseFolderOperation operation({tree.path("one")});
+        operation.cancel();
+        operation.main();
+        EXPECT_THAT(heard.words, ElementsAre("FastCleanCanceled"));
+    }
+    Heard heard;
+    BrowseFolderOperation operation({tree.path("one"), tree.path("one")});
+    QObject context;
+    NotificationCenter::defaultCenter().addObserver(
+        &context, DSScanSingleFolder, [&](const Notification &) { operation.cancel(); });
+    operation.main();
+    EXPECT_EQ(heard.words.front(), "ScanSingleFolder one");
+    EXPECT_EQ(heard.words.back(), "FastCleanCanceled");
+    EXPECT_EQ(std::count(heard.words.begin(), heard.words.end(), "ScanSingleFolder one"), 1);
+}
+
+TEST(DeleteFolderOperation, EmptiesFoldersAndKeepsThem) {
+    TestTree tree;
+    tree.file("folder/a", "12345");
+    tree.file("folder/sub/b/c", "123");
+    tree.file("outside/kept", "precious");
+    tree.link("folder/link", tree.path("outside"));
+    const auto outside = tree.snapshot("outside");
+    Heard heard;
+    DeleteFolderOperation({tree.path("folder"), tree.path("missing")}).main();
+    EXPECT_TRUE(tree.exists("folder"));
+    EXPECT_TRUE(tree.snapshot("folder").empty());
+    EXPECT_EQ(tree.snapshot("outside"), outside);
+    EXPECT_EQ(heard.words.front(), "BeginFastClean");
+    EXPECT_EQ(heard.words.back(), "FastCleanFinish");
+    // A folder goes whole and tells only of itself, so three entries in all; without rights a
+    // folder that is not there is told as failed, without a size.
+    EXPECT_EQ(heard.words.size(), 2u + 3 + 1);
+    EXPECT_THAT(heard.words, testing::Contains("DeleteFileSuccess a 5"));
+    EXPECT_THAT(heard.words, testing::Contains("DeleteFileFailed missing"));
+}
+
+TEST(DeleteFolderOperation, WithoutRightsAFolderThatMayNotBeTouchedIsToldOnce) {
+    TestTree tree;
+    tree.file("folder/a");
+    tree.file("folder/b");
+    const auto before = tree.snapshot();
+    test::FaultPlatform fault;
+    fault.setFault([](std::string_view call, const std::filesystem::path &) {
+        return call == "isDeletable" || call == "removeItem"
+                   ? std::make_error_code(std::errc::permission_denied)
+                   : std::error_code();
+    });
+    Heard heard;
+    DeleteFolderOperation({tree.path("folder")}).main();
+    EXPECT_THAT(heard.words,
+                ElementsAre("BeginFastClean", "DeleteFileFailed folder", "FastCleanFinish"));
+    EXPECT_EQ(tree.snapshot(), before);
+}
+
+// What lies in a folder that would not go whole is tried on its own.
+TEST(DeleteFolderOperation, DescendsIntoWhatStays) {
+    TestTree tree;
+    tree.file("folder/stays/inner", "1");
+    test::FaultPlatform fault;
+    fault.setFault([](std::string_view call, const std::filesystem::path &path) {
+        return call == "removeItem" && path.filename() == "stays"
+                   ? std::make_error_code(std::errc::permission_denied)
+                   : std::error_code();
+    });
+    Heard heard;
+    DeleteFolderOperation operation({tree.path("folder")});
+    EXPECT_FALSE(operation.cleanDeletableFolder(tree.path("folder")));
+    EXPECT_THAT(heard.words, ElementsAre("DeleteFileSuccess inner 1"));
+    EXPECT_TRUE(tree.exists("folder/stays"));
+}
+
+TEST(DeleteFolderOperation, ACancelEndsItBetweenTwoEntries) {
+    TestTree tree;
+    for (int i = 0; i < 10; ++i)
+        tree.file("folder/" + std::to_string(i));
+    Heard heard;
+    DeleteFolderOperation operation({tree.path("folder"), tree.path("folder")});
+    QObject context;
+    NotificationCenter::defaultCenter().addObserver(
+        &context, DSDeleteFileSuccess, [&](const Notification &) { operation.cancel(); });
+    operation.main();
+    EXPECT_EQ(tree.snapshot("folder").size(), 9u);
+    EXPECT_EQ(std::count(heard.words.begin(), heard.words.end(), "FastCleanFinish"), 0);
+    EXPECT_THAT(heard.words, testing::Contains("FastCleanCanceled"));
+}
+
+} // namespace
+} // namespace brightsweep

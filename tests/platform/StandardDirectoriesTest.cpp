@@ -1,0 +1,127 @@
+#include "platform/StandardDirectories.h"
+
+#include "platform/Platform.h"
+#include "support/TestEnvironment.h"
+#include "support/TestTree.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+namespace brightsweep {
+namespace {
+
+using test::TestEnvironment;
+using test::TestTree;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::vector<std::filesystem::path> pathsOf(StandardDirectory directory) {
+    return Platform::current().directories->paths(directory);
+}
+
+TEST(StandardDirectories, SystemFoldersMustBeRealRootOwnedAndClosed) {
+    TestTree system(TestEnvironment::current().system());
+    system.directory("var/cache/apt/archives");
+    system.directory("var/cache/man");
+    system.mode("var/cache/man", 0777);
+    system.directory("var/cache/dnf");
+    system.mode("var/cache/dnf", 01777);
+    system.directory("elsewhere");
+    system.link("var/cache/yum", system.path("elsewhere"));
+    system.directory("var/cache/fontconfig");
+    ASSERT_EQ(::chown(system.path("var/cache/fontconfig").c_str(), 1234, 1234), 0);
+    system.directory("var/log/apt");
+    EXPECT_THAT(pathsOf(StandardDirectory::LocalCaches),
+                ElementsAre(system.path("var/cache/apt/archives"), system.path("var/cache/dnf")));
+    EXPECT_THAT(pathsOf(StandardDirectory::LocalLogs), ElementsAre(system.path("var/log/apt")));
+}
+
+TEST(StandardDirectories, LogFoldersHoldNothingButLogs) {
+    TestTree home(TestEnvironment::current().home());
+    home.file(".local/state/log/anything");
+    home.file(".npm/_logs/x");
+    home.file(".config/good/logs/main.log");
+    home.file(".config/good/logs/main.log.12");
+    home.file(".config/good/logs/old.log.gz");
+    home.directory(".config/good/logs/2026-01-31");
+    home.file(".local/share/app/Logs/a.log.xz");
+    home.file(".config/chat/logs/talk.txt");
+    home.file(".config/chat/logs/a.log");
+    home.file(".config/linked/logs/a.log");
+    home.link(".config/linked/logs/b.log", home.path(".config/good"));
+    home.directory(".config/named/logs/notadate");
+    home.file(".config/a/b/logs/deep.log");
+    home.directory(".config/empty/log");
+    EXPECT_THAT(pathsOf(StandardDirectory::UserLogs),
+                ElementsAre(home.path(".local/state/log"), home.path(".npm/_logs"),
+                            home.path(".config/empty/log"), home.path(".config/good/logs"),
+                            home.path(".local/share/app/Logs")));
+}
+
+TEST(StandardDirectories, DownloadsAreWhereTheUserSaysUnlessThatIsTooMuch) {
+    TestTree home(TestEnvironment::current().home());
+    home.directory("Downloads");
+    home.directory("My Files");
+    home.directory("q\"uote");
+    home.link("homelink", home.top());
+    const struct {
+        const char *line;
+        std::vector<std::filesystem::path> folders;
+    } rows[] = {
+        {"", {home.path("Downloads")}},
+        {"XDG_DOWNLOAD_DIR=\"$HOME/My Files\"\n", {home.path("My Files")}},
+        {"# XDG_DOWNLOAD_DIR=\"$HOME/My Files\"\n", {home.path("Downloads")}},
+        {"XDG_DOWNLOAD_DIR=\"$HOME/q\\\"uote\"\n", {home.path("q\"uote")}},
+        {"XDG_DOWNLOAD_DIR=\"relative\"\n", {home.path("Downloads")}},
+        {"XDG_DOWNLOAD_DIR=\"$HOME\"\n", {}},
+        {"XDG_DOWNLOAD_DIR=\"$HOME/\"\n", {}},
+        {"XDG_DOWNLOAD_DIR=\"$HOME/homelink\"\n", {}},
+        {"XDG_DOWNLOAD_DIR=\"/\"\n", {}},
+        {"XDG_DOWNLOAD_DIR=\"$HOME/.config\"\n", {}},
+        {"XDG_DOWNLOAD_DIR=\"$HOME/.local\"\n", {}},
+        {"XDG_DOWNLOAD_DIR=\"/proc\"\n", {}},
+        {"XDG_DOWNLOAD_DIR=\"$HOME/missing\"\n", {}},
+    };
+    for (const auto &row : rows) {
+        home.file(".config/user-dirs.dirs", row.line);
+        EXPECT_EQ(pathsOf(StandardDirectory::Downloads), row.folders) << row.line;
+    }
+}
+
+TEST(StandardDirectories, RelativeVariablesCountAsMissing) {
+    TestTree home(TestEnvironment::current().home());
+    ::setenv("XDG_CACHE_HOME", "relative", 1);
+    EXPECT_THAT(pathsOf(StandardDirectory::UserCaches), ElementsAre(home.path(".cache")));
+    ::setenv("XDG_CACHE_HOME", home.top().c_str(), 1);
+    EXPECT_THAT(pathsOf(StandardDirectory::UserCaches), IsEmpty());
+}
+
+TEST(StandardDirectories, TrashesOfAVolumeMustBeSound) {
+    TestTree tree;
+    const std::string user = std::to_string(::getuid());
+    const auto trashes = [&] {
+        return Platform::current().directories->trashesOfVolume(tree.path("volume"));
+    };
+    tree.directory("volume/.Trash/" + user + "/files");
+    tree.directory("volume/.Trash-" + user + "/files");
+    tree.mode("volume/.Trash/" + user, 0700);
+    tree.mode("volume/.Trash-" + user, 0700);
+    const auto shared = tree.path("volume/.Trash/" + user + "/files");
+    const auto own = tree.path("volume/.Trash-" + user + "/files");
+    EXPECT_THAT(trashes(), ElementsAre(own)) << "the shared one has no sticky bit";
+    tree.mode("volume/.Trash", 01777);
+    EXPECT_THAT(trashes(), ElementsAre(shared, own));
+    tree.mode("volume/.Trash-" + user, 0755);
+    EXPECT_THAT(trashes(), ElementsAre(shared)) << "open to others";
+    std::filesystem::rename(tree.path("volume/.Trash"), tree.path("elsewhere"));
+    tree.link("volume/.Trash", tree.path("elsewhere"));
+    EXPECT_THAT(trashes(), IsEmpty()) << "a link";
+}
+
+} // namespace
+} // namespace brightsweep
