@@ -10,9 +10,6 @@
 #include <cstring>
 #include <ctime>
 
-#ifdef __linux__
-#include <sys/syscall.h>
-#endif
 
 namespace brightsweep {
 
@@ -122,13 +119,11 @@ std::int64_t nowMilliseconds() {
     return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
-long threadNumber() {
-#ifdef __linux__
-    thread_local const long number = ::syscall(SYS_gettid);
+// Threads are numbered in the order in which they first log.
+unsigned threadNumber() {
+    static std::atomic<unsigned> last{0};
+    thread_local const unsigned number = ++last;
     return number;
-#else
-    return 0;
-#endif
 }
 
 const char *processName() {
@@ -174,7 +169,7 @@ std::string line(std::string_view message) {
     char stamp[32];
     std::strftime(stamp, sizeof stamp, "%Y-%m-%d %H:%M:%S", &local);
     char head[128];
-    std::snprintf(head, sizeof head, "%s.%03ld %.60s[%ld:%ld] ", stamp, now.tv_nsec / 1'000'000,
+    std::snprintf(head, sizeof head, "%s.%03ld %.60s[%ld:%u] ", stamp, now.tv_nsec / 1'000'000,
                   processName(), long(::getpid()), threadNumber());
     std::string whole = head;
     whole += message;

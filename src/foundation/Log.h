@@ -53,8 +53,8 @@ namespace Log {
 /// stands; arguments without a conversion are ignored.
 std::string format(const char *format, std::span<const LogArgument> arguments);
 
-/// A whole line for the message: "2026-01-31 10:00:00.123 brightsweep[12:34] message\n", in local
-/// time, with the numbers of the process and of the thread.
+/// A whole line for the message: "2026-01-31 10:00:00.123 brightsweep[12:3] message\n", in local
+/// time, with the numbers of the process and of the thread in it.
 std::string line(std::string_view message);
 
 /// Where lines go: standard error unless set, nowhere with -1. The descriptor stays the caller's.
