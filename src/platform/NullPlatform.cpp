@@ -43,8 +43,11 @@ public:
     Result<std::filesystem::path> canonicalPath(const std::filesystem::path &) override {
         return unsupported;
     }
+    bool isMountPoint(const std::filesystem::path &) override { return false; }
     bool isLockedByAnother(const std::filesystem::path &) override { return false; }
     Result<FileDescriptor> openFile(const std::filesystem::path &) override { return unsupported; }
+    Result<OpenFile> openListedFile(const std::filesystem::path &) override { return unsupported; }
+    void fetchOnlyWhatIsRead(const FileDescriptor &) override {}
     Result<std::size_t> readAt(const FileDescriptor &, void *, std::size_t,
                                std::uint64_t) override {
         return unsupported;

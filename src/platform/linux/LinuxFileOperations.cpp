@@ -198,6 +198,15 @@ LinuxFileOperations::canonicalPath(const std::filesystem::path &path) {
     return canonical;
 }
 
+bool LinuxFileOperations::isMountPoint(const std::filesystem::path &path) {
+    const auto shortened = shortenPath(path.native());
+    struct statx status;
+    return shortened &&
+           ::statx(shortened->base(), shortened->name.c_str(),
+                   AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, 0, &status) == 0 &&
+           (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
+}
+
 // By /proc/locks, which tells of every process's locks also where the file cannot be opened; its
 // lines are "1: POSIX  ADVISORY  WRITE 123 08:01:4567 0 EOF", see proc(5).
 bool LinuxFileOperations::isLockedByAnother(const std::filesystem::path &path) {
@@ -237,6 +246,27 @@ Result<FileDescriptor> LinuxFileOperations::openFile(const std::filesystem::path
     if (::fstat(file.get(), &after) != 0 || !S_ISREG(after.st_mode))
         return std::errc::invalid_argument;
     return file;
+}
+
+Result<OpenFile> LinuxFileOperations::openListedFile(const std::filesystem::path &path) {
+    const auto shortened = shortenPath(path.native());
+    if (!shortened)
+        return shortened.error();
+    OpenFile file;
+    file.descriptor =
+        FileDescriptor(::openat(shortened->base(), shortened->name.c_str(),
+                                O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status;
+    if (!file.descriptor || ::fstat(file.descriptor.get(), &status) != 0)
+        return lastError();
+    if (!S_ISREG(status.st_mode))
+        return std::errc::invalid_argument;
+    file.attributes = attributesOf(status);
+    return file;
+}
+
+void LinuxFileOperations::fetchOnlyWhatIsRead(const FileDescriptor &file) {
+    ::posix_fadvise(file.get(), 0, 0, POSIX_FADV_RANDOM);
 }
 
 Result<std::size_t> LinuxFileOperations::readAt(const FileDescriptor &file, void *data,
