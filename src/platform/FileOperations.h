@@ -144,9 +144,10 @@ public:
     /// Opens a regular file for reading, never waiting for a writer and never through a link in
     /// the last place; anything but a regular file is refused unread.
     virtual Result<FileDescriptor> openFile(const std::filesystem::path &path) = 0;
-    /// The same for a file that a listing has just shown to be regular, which spares the look before
-    /// the opening; should it have turned into something else meanwhile, it is closed again unread.
-    virtual Result<OpenFile> openListedFile(const std::filesystem::path &path) = 0;
+    /// The same for a file that a listing has just shown to be regular, which spares the look
+    /// before the opening; should it have turned into something else meanwhile, it is closed again
+    /// unread. It is called for every file of a search, hence the plain bytes.
+    virtual Result<OpenFile> openListedFile(const std::string &path) = 0;
     /// Has the system fetch no more of the file than what is asked for.
     virtual void fetchOnlyWhatIsRead(const FileDescriptor &file) = 0;
     /// Reads up to `size` bytes at `offset`; fewer only at the end of the file.

@@ -248,14 +248,18 @@ Result<FileDescriptor> LinuxFileOperations::openFile(const std::filesystem::path
     return file;
 }
 
-Result<OpenFile> LinuxFileOperations::openListedFile(const std::filesystem::path &path) {
-    const auto shortened = shortenPath(path.native());
-    if (!shortened)
-        return shortened.error();
+Result<OpenFile> LinuxFileOperations::openListedFile(const std::string &path) {
+    constexpr int flags = O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
     OpenFile file;
-    file.descriptor =
-        FileDescriptor(::openat(shortened->base(), shortened->name.c_str(),
-                                O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (path.size() < PATH_MAX) {
+        file.descriptor = FileDescriptor(::open(path.c_str(), flags));
+    } else {
+        const auto shortened = shortenPath(path);
+        if (!shortened)
+            return shortened.error();
+        file.descriptor =
+            FileDescriptor(::openat(shortened->base(), shortened->name.c_str(), flags));
+    }
     struct stat status;
     if (!file.descriptor || ::fstat(file.descriptor.get(), &status) != 0)
         return lastError();

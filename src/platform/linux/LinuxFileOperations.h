@@ -24,7 +24,7 @@ public:
     bool isLockedByAnother(const std::filesystem::path &path) override;
 
     Result<FileDescriptor> openFile(const std::filesystem::path &path) override;
-    Result<OpenFile> openListedFile(const std::filesystem::path &path) override;
+    Result<OpenFile> openListedFile(const std::string &path) override;
     void fetchOnlyWhatIsRead(const FileDescriptor &file) override;
     Result<std::size_t> readAt(const FileDescriptor &file, void *data, std::size_t size,
                                std::uint64_t offset) override;

@@ -1,0 +1,157 @@
+#include "duplicates/ContentReader.h"
+
+#include "duplicates/crc.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace brightsweep {
+
+namespace {
+
+// Stays within a processor's second-level cache; one that has to be fetched is better larger.
+constexpr std::size_t cachedBlockSize = 256 * 1024;
+constexpr std::size_t fetchedBlockSize = 1024 * 1024;
+constexpr std::uint64_t pageSize = 4096;
+
+bool isAllZero(const unsigned char *bytes, std::size_t size) {
+    return bytes[0] == 0 && std::memcmp(bytes, bytes + 1, size - 1) == 0;
+}
+
+} // namespace
+
+ContentReader::ContentReader(FileOperations &files, const std::atomic<bool> *stop)
+    : m_files(files), m_stop(stop), m_buffer(fetchedBlockSize) {}
+
+Result<ContentReader::FirstBlock> ContentReader::firstBlock(const fileAttrbItem &item) {
+    if (const auto error = open(item))
+        return error;
+    FirstBlock block;
+    block.empty = m_size == 0;
+    const auto size = std::size_t(std::min<std::uint64_t>(m_size, firstReadSize));
+    if (const auto error = read(size, 0))
+        return error;
+    const std::size_t head = std::min(size, headSize);
+    block.md5_1k = crc::foldZeros(crc::fold(crc::start, m_buffer.data(), head), headSize - head);
+    if (!block.empty && size == m_size)
+        block.md5 = crc::fold(crc::start, m_buffer.data(), size);
+    return block;
+}
+
+Result<std::uint64_t> ContentReader::wholeFile(const fileAttrbItem &item) {
+    if (const auto error = open(item))
+        return error;
+    return fold();
+}
+
+std::error_code ContentReader::open(const fileAttrbItem &item) {
+    if (stopped())
+        return std::make_error_code(std::errc::operation_canceled);
+    m_file = {};
+    if (item.kind == fileAttrbItem::Kind::Special)
+        return std::make_error_code(std::errc::invalid_argument);
+    if (item.kind == fileAttrbItem::Kind::Link) {
+        const auto target = m_files.attributesFollowing(item.filePathName);
+        if (target && target->type != EntryType::File)
+            return std::make_error_code(std::errc::invalid_argument);
+        auto path = m_files.canonicalPath(item.filePathName);
+        if (!path)
+            return path.error();
+        auto file = m_files.openListedFile(path->native());
+        if (!file)
+            return file.error();
+        m_file = std::move(*file);
+    } else {
+        auto file = m_files.openListedFile(item.filePathName);
+        if (!file)
+            return file.error();
+        if (file->attributes.size != item.fileSize)
+            return std::make_error_code(std::errc::io_error);
+        m_file = std::move(*file);
+    }
+    m_size = m_file.attributes.size;
+    m_blockSize = cachedBlockSize;
+    m_cacheTold = true;
+    return {};
+}
+
+Result<std::uint64_t> ContentReader::fold() {
+    std::uint64_t value = crc::start;
+    for (std::uint64_t offset = 0; offset < m_size;) {
+        const auto size = std::size_t(std::min<std::uint64_t>(m_size - offset, m_blockSize));
+        if (const auto error = read(size, offset))
+            return error;
+        value = crc::fold(value, m_buffer.data(), size);
+        offset += size;
+        // A block of zeros may be the beginning of a hole, and a hole may be a terabyte long.
+        if (offset < m_size && isAllZero(m_buffer.data(), size)) {
+            const auto data = m_files.nextData(m_file.descriptor, offset);
+            if (!data)
+                return data.error();
+            if (*data > offset) {
+                const std::uint64_t end = std::min(*data, m_size);
+                value = crc::foldZeros(value, end - offset);
+                offset = end;
+            }
+        }
+    }
+    return value;
+}
+
+// Fills the buffer with exactly that many bytes.
+std::error_code ContentReader::read(std::size_t size, std::uint64_t offset) {
+    if (stopped())
+        return std::make_error_code(std::errc::operation_canceled);
+    std::size_t done = 0;
+    while (done < size) {
+        Result<std::size_t> got = std::errc::operation_would_block;
+        if (m_cacheTold) {
+            got = m_files.readCachedAt(m_file.descriptor, m_buffer.data() + done, size - done,
+                                       offset + done);
+            if (!got && got.error() != std::errc::operation_would_block)
+                m_cacheTold = false;
+        }
+        if (!got)
+            got = fetch(done, size, offset);
+        if (!got)
+            return got.error();
+        if (*got == 0)
+            return std::make_error_code(std::errc::io_error);
+        done += *got;
+    }
+    return {};
+}
+
+// Reads what is not cached at that place, up to the next page that is, and gives it up again.
+Result<std::size_t> ContentReader::fetch(std::size_t done, std::size_t size, std::uint64_t offset) {
+    const std::uint64_t begin = offset + done;
+    if (!m_cacheTold)
+        return m_files.readAt(m_file.descriptor, m_buffer.data() + done, size - done, begin);
+    if (m_blockSize != fetchedBlockSize) {
+        // Read ahead, the next pages would look as if they had been cached before.
+        m_files.fetchOnlyWhatIsRead(m_file.descriptor);
+        m_blockSize = fetchedBlockSize;
+    }
+    const std::uint64_t firstPage = begin - begin % pageSize;
+    std::uint64_t end = firstPage + pageSize;
+    while (end < offset + size && !isCached(end))
+        end += pageSize;
+    const bool nextIsCached = end < offset + size;
+    end = std::min(end, offset + size);
+    const auto got =
+        m_files.readAt(m_file.descriptor, m_buffer.data() + done, std::size_t(end - begin), begin);
+    // A single page between cached ones is the mark where the system would read ahead: it is
+    // cached and only does not say so.
+    const bool isMark = done > 0 && nextIsCached && end - firstPage == pageSize;
+    if (!isMark)
+        m_files.dropCached(m_file.descriptor, firstPage, end == m_size ? 0 : end - firstPage);
+    return got;
+}
+
+bool ContentReader::isCached(std::uint64_t offset) {
+    unsigned char byte;
+    const auto got = m_files.readCachedAt(m_file.descriptor, &byte, 1, offset);
+    return bool(got);
+}
+
+} // namespace brightsweep
