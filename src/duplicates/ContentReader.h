@@ -5,8 +5,8 @@
 
 #include <atomic>
 #include <cstddef>
+#include <memory>
 #include <optional>
-#include <vector>
 
 namespace brightsweep {
 
@@ -42,9 +42,13 @@ private:
     bool isCached(std::uint64_t offset);
     bool stopped() const { return m_stop && m_stop->load(std::memory_order_relaxed); }
 
+    struct Release {
+        void operator()(unsigned char *buffer) const;
+    };
+
     FileOperations &m_files;
     const std::atomic<bool> *m_stop;
-    std::vector<unsigned char> m_buffer;
+    std::unique_ptr<unsigned char[], Release> m_buffer;
     OpenFile m_file;
     std::uint64_t m_size = 0;
     std::size_t m_blockSize = 0;
