@@ -80,7 +80,8 @@ std::error_code ContentReader::open(const fileAttrbItem &item) {
     }
     m_size = m_file.attributes.size;
     m_blockSize = cachedBlockSize;
-    m_cacheTold = true;
+    m_cacheCounted = true;
+    m_cacheTried = true;
     return {};
 }
 
@@ -95,9 +96,7 @@ Result<std::uint64_t> ContentReader::fold() {
         // A block of zeros may be the beginning of a hole, and a hole may be a terabyte long.
         if (offset < m_size && isAllZero(m_buffer.get(), size)) {
             const auto data = m_files.nextData(m_file.descriptor, offset);
-            if (!data)
-                return data.error();
-            if (*data > offset) {
+            if (data && *data > offset) {
                 const std::uint64_t end = std::min(*data, m_size);
                 value = crc::foldZeros(value, end - offset);
                 offset = end;
@@ -111,14 +110,59 @@ Result<std::uint64_t> ContentReader::fold() {
 std::error_code ContentReader::read(std::size_t size, std::uint64_t offset) {
     if (stopped())
         return std::make_error_code(std::errc::operation_canceled);
+    return findMissing(size, offset) ? readAndGiveUpMissing(size, offset)
+                                     : readByTrial(size, offset);
+}
+
+// Notes which pages of the range are not cached. False where the system does not count them.
+bool ContentReader::findMissing(std::size_t size, std::uint64_t offset) {
+    m_missing.clear();
+    if (!m_cacheCounted || size == 0)
+        return m_cacheCounted;
+    const std::uint64_t first = offset - offset % pageSize;
+    const std::uint64_t end = offset + size;
+    const auto cached = m_files.cachedPages(m_file.descriptor, first, end - first);
+    m_cacheCounted = bool(cached);
+    if (!cached || *cached >= (end - first + pageSize - 1) / pageSize)
+        return m_cacheCounted;
+    if (*cached == 0) {
+        m_missing.emplace_back(first, end);
+        return true;
+    }
+    for (std::uint64_t page = first; page < end; page += pageSize) {
+        const auto one = m_files.cachedPages(m_file.descriptor, page, pageSize);
+        if (one && *one > 0)
+            continue;
+        const std::uint64_t next = std::min(page + pageSize, end);
+        if (!m_missing.empty() && m_missing.back().second == page)
+            m_missing.back().second = next;
+        else
+            m_missing.emplace_back(page, next);
+    }
+    return true;
+}
+
+std::error_code ContentReader::readAndGiveUpMissing(std::size_t size, std::uint64_t offset) {
+    if (!m_missing.empty())
+        willFetch();
+    const auto got = m_files.readAt(m_file.descriptor, m_buffer.get(), size, offset);
+    for (const auto &[begin, end] : m_missing)
+        m_files.dropCached(m_file.descriptor, begin, end == m_size ? 0 : end - begin);
+    if (!got)
+        return got.error();
+    return *got == size ? std::error_code() : std::make_error_code(std::errc::io_error);
+}
+
+// Where nothing counts the pages, a read that does not wait tells what is cached.
+std::error_code ContentReader::readByTrial(std::size_t size, std::uint64_t offset) {
     std::size_t done = 0;
     while (done < size) {
         Result<std::size_t> got = std::errc::operation_would_block;
-        if (m_cacheTold) {
+        if (m_cacheTried) {
             got = m_files.readCachedAt(m_file.descriptor, m_buffer.get() + done, size - done,
                                        offset + done);
             if (!got && got.error() != std::errc::operation_would_block)
-                m_cacheTold = false;
+                m_cacheTried = false;
         }
         if (!got)
             got = fetch(done, size, offset);
@@ -131,16 +175,20 @@ std::error_code ContentReader::read(std::size_t size, std::uint64_t offset) {
     return {};
 }
 
+// Read ahead, the next pages would look as if they had been cached before.
+void ContentReader::willFetch() {
+    if (m_blockSize == fetchedBlockSize)
+        return;
+    m_files.fetchOnlyWhatIsRead(m_file.descriptor);
+    m_blockSize = fetchedBlockSize;
+}
+
 // Reads what is not cached at that place, up to the next page that is, and gives it up again.
 Result<std::size_t> ContentReader::fetch(std::size_t done, std::size_t size, std::uint64_t offset) {
     const std::uint64_t begin = offset + done;
-    if (!m_cacheTold)
+    if (!m_cacheTried)
         return m_files.readAt(m_file.descriptor, m_buffer.get() + done, size - done, begin);
-    if (m_blockSize != fetchedBlockSize) {
-        // Read ahead, the next pages would look as if they had been cached before.
-        m_files.fetchOnlyWhatIsRead(m_file.descriptor);
-        m_blockSize = fetchedBlockSize;
-    }
+    willFetch();
     const std::uint64_t firstPage = begin - begin % pageSize;
     std::uint64_t end = firstPage + pageSize;
     while (end < offset + size && !isCached(end))

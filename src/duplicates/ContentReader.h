@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 namespace brightsweep {
 
@@ -38,8 +40,12 @@ private:
     std::error_code open(const fileAttrbItem &item);
     Result<std::uint64_t> fold();
     std::error_code read(std::size_t size, std::uint64_t offset);
+    bool findMissing(std::size_t size, std::uint64_t offset);
+    std::error_code readAndGiveUpMissing(std::size_t size, std::uint64_t offset);
+    std::error_code readByTrial(std::size_t size, std::uint64_t offset);
     Result<std::size_t> fetch(std::size_t done, std::size_t size, std::uint64_t offset);
     bool isCached(std::uint64_t offset);
+    void willFetch();
     bool stopped() const { return m_stop && m_stop->load(std::memory_order_relaxed); }
 
     struct Release {
@@ -52,7 +58,9 @@ private:
     OpenFile m_file;
     std::uint64_t m_size = 0;
     std::size_t m_blockSize = 0;
-    bool m_cacheTold = true; // the file system tells what is cached
+    bool m_cacheCounted = true; // the system tells how much of a range is cached
+    bool m_cacheTried = true;   // a read can be confined to what is cached
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> m_missing; // pages to be given up again
 };
 
 } // namespace brightsweep

@@ -105,6 +105,11 @@ public:
     Result<OpenFile> openListedFile(const std::string &path) override {
         return ask("openListedFile", path, [&] { return m_wrapped->openListedFile(path); });
     }
+    Result<std::uint64_t> cachedPages(const FileDescriptor &file, std::uint64_t offset,
+                                      std::uint64_t length) override {
+        return ask("cachedPages", pathOf(file),
+                   [&] { return m_wrapped->cachedPages(file, offset, length); });
+    }
     void fetchOnlyWhatIsRead(const FileDescriptor &file) override {
         ask(
             "fetchOnlyWhatIsRead", pathOf(file), [&] { m_wrapped->fetchOnlyWhatIsRead(file); },

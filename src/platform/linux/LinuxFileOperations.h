@@ -25,6 +25,8 @@ public:
 
     Result<FileDescriptor> openFile(const std::filesystem::path &path) override;
     Result<OpenFile> openListedFile(const std::string &path) override;
+    Result<std::uint64_t> cachedPages(const FileDescriptor &file, std::uint64_t offset,
+                                      std::uint64_t length) override;
     void fetchOnlyWhatIsRead(const FileDescriptor &file) override;
     Result<std::size_t> readAt(const FileDescriptor &file, void *data, std::size_t size,
                                std::uint64_t offset) override;
