@@ -309,9 +309,10 @@ void ComparisonRun::chainGroups(const SizeClass &files) {
 void ComparisonRun::advance() {
     for (; !m_ended && m_frontier < m_candidates.size(); ++m_frontier) {
         const Index item = m_frontier;
-        if (m_state[item] == Gone)
-            continue;
+        // The state belongs to the reading thread until the size is complete.
         const bool mustWait = m_classOf[item] != none && !m_classes[m_classOf[item]].isComplete;
+        if (!mustWait && m_state[item] == Gone)
+            continue;
         if (mustWait || m_left == 1)
             m_listener->passBegan(*m_candidates[item]);
         if (mustWait)
