@@ -30,7 +30,8 @@ void installInterruptHandlers() {
 }
 
 constexpr const Command *commands[] = {
-    &scanCommand, &cleanCommand, &volumesCommand, &settingsCommand, &historyCommand,
+    &scanCommand,    &cleanCommand,    &duplicatesCommand,
+    &volumesCommand, &settingsCommand, &historyCommand,
 };
 
 std::string overview() {

@@ -6,6 +6,7 @@ namespace brightsweep::cli {
 
 // One file per command.
 extern const Command cleanCommand;
+extern const Command duplicatesCommand;
 extern const Command historyCommand;
 extern const Command scanCommand;
 extern const Command settingsCommand;

@@ -37,6 +37,12 @@ struct OpenDirectory {
     explicit operator bool() const { return bool(descriptor); }
 };
 
+/// A regular file open for reading, and what it was when it was opened.
+struct OpenFile {
+    FileDescriptor descriptor;
+    FileAttributes attributes;
+};
+
 /// One entry of a block. The name is NUL-terminated and lives until the block is filled again.
 struct DirectoryEntry {
     const char *name = nullptr;
@@ -128,6 +134,8 @@ public:
     virtual Result<FileAttributes> attributesFollowing(const std::filesystem::path &path) = 0;
     /// Absolute, without links; of what exists only.
     virtual Result<std::filesystem::path> canonicalPath(const std::filesystem::path &path) = 0;
+    /// True where something is mounted on the very item, a single file included.
+    virtual bool isMountPoint(const std::filesystem::path &path) = 0;
     /// True while another process holds a record lock on the file.
     virtual bool isLockedByAnother(const std::filesystem::path &path) = 0;
 
@@ -136,6 +144,15 @@ public:
     /// Opens a regular file for reading, never waiting for a writer and never through a link in
     /// the last place; anything but a regular file is refused unread.
     virtual Result<FileDescriptor> openFile(const std::filesystem::path &path) = 0;
+    /// The same for a file that a listing has just shown to be regular, which spares the look
+    /// before the opening; should it have turned into something else meanwhile, it is closed again
+    /// unread. It is called for every file of a search, hence the plain bytes.
+    virtual Result<OpenFile> openListedFile(const std::string &path) = 0;
+    /// How many pages of a range of the file are in memory; an error where the system does not tell.
+    virtual Result<std::uint64_t> cachedPages(const FileDescriptor &file, std::uint64_t offset,
+                                              std::uint64_t length) = 0;
+    /// Has the system fetch no more of the file than what is asked for.
+    virtual void fetchOnlyWhatIsRead(const FileDescriptor &file) = 0;
     /// Reads up to `size` bytes at `offset`; fewer only at the end of the file.
     virtual Result<std::size_t> readAt(const FileDescriptor &file, void *data, std::size_t size,
                                        std::uint64_t offset) = 0;

@@ -43,8 +43,15 @@ public:
     Result<std::filesystem::path> canonicalPath(const std::filesystem::path &) override {
         return unsupported;
     }
+    bool isMountPoint(const std::filesystem::path &) override { return false; }
     bool isLockedByAnother(const std::filesystem::path &) override { return false; }
     Result<FileDescriptor> openFile(const std::filesystem::path &) override { return unsupported; }
+    Result<OpenFile> openListedFile(const std::string &) override { return unsupported; }
+    Result<std::uint64_t> cachedPages(const FileDescriptor &, std::uint64_t,
+                                      std::uint64_t) override {
+        return unsupported;
+    }
+    void fetchOnlyWhatIsRead(const FileDescriptor &) override {}
     Result<std::size_t> readAt(const FileDescriptor &, void *, std::size_t,
                                std::uint64_t) override {
         return unsupported;

@@ -89,6 +89,11 @@ public:
     Result<std::filesystem::path> canonicalPath(const std::filesystem::path &path) override {
         return ask("canonicalPath", path, [&] { return m_wrapped->canonicalPath(path); });
     }
+    bool isMountPoint(const std::filesystem::path &path) override {
+        return ask(
+            "isMountPoint", path, [&] { return m_wrapped->isMountPoint(path); },
+            [](std::error_code) { return true; });
+    }
     bool isLockedByAnother(const std::filesystem::path &path) override {
         return ask(
             "isLockedByAnother", path, [&] { return m_wrapped->isLockedByAnother(path); },
@@ -96,6 +101,19 @@ public:
     }
     Result<FileDescriptor> openFile(const std::filesystem::path &path) override {
         return ask("openFile", path, [&] { return m_wrapped->openFile(path); });
+    }
+    Result<OpenFile> openListedFile(const std::string &path) override {
+        return ask("openListedFile", path, [&] { return m_wrapped->openListedFile(path); });
+    }
+    Result<std::uint64_t> cachedPages(const FileDescriptor &file, std::uint64_t offset,
+                                      std::uint64_t length) override {
+        return ask("cachedPages", pathOf(file),
+                   [&] { return m_wrapped->cachedPages(file, offset, length); });
+    }
+    void fetchOnlyWhatIsRead(const FileDescriptor &file) override {
+        ask(
+            "fetchOnlyWhatIsRead", pathOf(file), [&] { m_wrapped->fetchOnlyWhatIsRead(file); },
+            [](std::error_code) {});
     }
     Result<std::size_t> readAt(const FileDescriptor &file, void *data, std::size_t size,
                                std::uint64_t offset) override {

@@ -198,6 +198,15 @@ LinuxFileOperations::canonicalPath(const std::filesystem::path &path) {
     return canonical;
 }
 
+bool LinuxFileOperations::isMountPoint(const std::filesystem::path &path) {
+    const auto shortened = shortenPath(path.native());
+    struct statx status;
+    return shortened &&
+           ::statx(shortened->base(), shortened->name.c_str(),
+                   AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, 0, &status) == 0 &&
+           (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
+}
+
 // By /proc/locks, which tells of every process's locks also where the file cannot be opened; its
 // lines are "1: POSIX  ADVISORY  WRITE 123 08:01:4567 0 EOF", see proc(5).
 bool LinuxFileOperations::isLockedByAnother(const std::filesystem::path &path) {
@@ -237,6 +246,47 @@ Result<FileDescriptor> LinuxFileOperations::openFile(const std::filesystem::path
     if (::fstat(file.get(), &after) != 0 || !S_ISREG(after.st_mode))
         return std::errc::invalid_argument;
     return file;
+}
+
+Result<OpenFile> LinuxFileOperations::openListedFile(const std::string &path) {
+    constexpr int flags = O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    OpenFile file;
+    if (path.size() < PATH_MAX) {
+        file.descriptor = FileDescriptor(::open(path.c_str(), flags));
+    } else {
+        const auto shortened = shortenPath(path);
+        if (!shortened)
+            return shortened.error();
+        file.descriptor =
+            FileDescriptor(::openat(shortened->base(), shortened->name.c_str(), flags));
+    }
+    struct stat status;
+    if (!file.descriptor || ::fstat(file.descriptor.get(), &status) != 0)
+        return lastError();
+    if (!S_ISREG(status.st_mode))
+        return std::errc::invalid_argument;
+    file.attributes = attributesOf(status);
+    return file;
+}
+
+// By cachestat(2), which is younger than the oldest kernel that is served and than many headers.
+Result<std::uint64_t> LinuxFileOperations::cachedPages(const FileDescriptor &file,
+                                                       std::uint64_t offset, std::uint64_t length) {
+    constexpr long cachestatCall = 451;
+    struct Range {
+        std::uint64_t offset;
+        std::uint64_t length;
+    } range = {offset, length};
+    struct Counts {
+        std::uint64_t cached, dirty, writeback, evicted, recentlyEvicted;
+    } counts = {};
+    if (::syscall(cachestatCall, file.get(), &range, &counts, 0) != 0)
+        return lastError();
+    return counts.cached;
+}
+
+void LinuxFileOperations::fetchOnlyWhatIsRead(const FileDescriptor &file) {
+    ::posix_fadvise(file.get(), 0, 0, POSIX_FADV_RANDOM);
 }
 
 Result<std::size_t> LinuxFileOperations::readAt(const FileDescriptor &file, void *data,

@@ -20,9 +20,14 @@ public:
     Result<FileAttributes> attributesAt(const OpenDirectory &directory, const char *name) override;
     Result<FileAttributes> attributesFollowing(const std::filesystem::path &path) override;
     Result<std::filesystem::path> canonicalPath(const std::filesystem::path &path) override;
+    bool isMountPoint(const std::filesystem::path &path) override;
     bool isLockedByAnother(const std::filesystem::path &path) override;
 
     Result<FileDescriptor> openFile(const std::filesystem::path &path) override;
+    Result<OpenFile> openListedFile(const std::string &path) override;
+    Result<std::uint64_t> cachedPages(const FileDescriptor &file, std::uint64_t offset,
+                                      std::uint64_t length) override;
+    void fetchOnlyWhatIsRead(const FileDescriptor &file) override;
     Result<std::size_t> readAt(const FileDescriptor &file, void *data, std::size_t size,
                                std::uint64_t offset) override;
     Result<std::size_t> readCachedAt(const FileDescriptor &file, void *data, std::size_t size,

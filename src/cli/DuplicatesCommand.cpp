@@ -1,0 +1,231 @@
+#include "cli/Commands.h"
+#include "cli/JsonWriter.h"
+#include "core/SettingKeys.h"
+#include "core/SizeLimit.h"
+#include "core/ThreadWorker.h"
+#include "core/UtilityFunction.h"
+#include "duplicates/DuplicateFilesOpt.h"
+#include "duplicates/FileClasses.h"
+#include "foundation/Paths.h"
+#include "foundation/UserDefaults.h"
+#include "platform/FileOperations.h"
+#include "platform/Platform.h"
+
+#include <QDateTime>
+#include <QEventLoop>
+#include <QTimer>
+
+#include <algorithm>
+#include <chrono>
+#include <optional>
+
+namespace brightsweep::cli {
+
+namespace {
+
+constexpr std::chrono::milliseconds pollInterval(100);
+
+void configure(QCommandLineParser &parser) {
+    parser.addPositionalArgument(QStringLiteral("PATH"),
+                                 QStringLiteral("The folder to search, or base64:…"));
+    parser.addOption({QStringLiteral("limit"), QStringLiteral("Only files larger than this count."),
+                      QStringLiteral("N")});
+    parser.addOption({QStringLiteral("unit"),
+                      QStringLiteral("What the limit counts: 0 bytes, 1 KB, 2 MB, 3 GB, 4 TB."),
+                      QStringLiteral("T")});
+    parser.addOption({QStringLiteral("hidden"), QStringLiteral("Search hidden items too.")});
+    parser.addOption(
+        {QStringLiteral("system"), QStringLiteral("Search the system's directories below / too.")});
+}
+
+struct Request {
+    std::filesystem::path root;
+    std::uint64_t limitBytes = 0;
+    DuplicateFilesOpt::SearchOption option;
+};
+
+// An option's number, else the setting's; nothing where the option is no number.
+std::optional<std::uint64_t> number(const QCommandLineParser &parser, const char *option,
+                                    QLatin1String key) {
+    const QString name = QLatin1String(option);
+    if (!parser.isSet(name))
+        return UserDefaults::standardUserDefaults().unsignedForKey(key);
+    bool isNumber = false;
+    const std::uint64_t value = parser.value(name).toULongLong(&isNumber);
+    return isNumber ? std::optional(value) : std::nullopt;
+}
+
+// Absolute, so that "." and ".." on the way are not taken for hidden folders.
+Result<std::filesystem::path> searchRoot(const std::string &argument) {
+    std::error_code error;
+    const auto path = std::filesystem::absolute(paths::fromOption(argument), error);
+    if (error)
+        return error;
+    if (std::any_of(path.begin(), path.end(), [](const auto &part) { return part == ".."; }))
+        return Platform::current().files->canonicalPath(path);
+    auto normal = path.lexically_normal().native();
+    while (normal.size() > 1 && normal.ends_with('/'))
+        normal.pop_back();
+    return std::filesystem::path(normal);
+}
+
+// The search on a thread of its own, while this one shows its progress and listens for Ctrl-C.
+class Search {
+public:
+    Search(const Request &request, Output &output) : m_request(request), m_output(output) {
+        m_search.setSearchOption(request.option);
+    }
+
+    bool run() {
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, &timer, [this] { poll(); });
+        timer.start(pollInterval);
+        const auto worker = ThreadWorker::workOn(this, &Search::work, 0, &Search::ended);
+        if (!worker)
+            return false;
+        m_loop.exec();
+        m_output.progress({});
+        return true;
+    }
+    DuplicateFilesOpt &search() { return m_search; }
+
+private:
+    void work(int) { m_search.beginSearchAtPath(m_request.root, m_request.limitBytes); }
+    void ended() { m_loop.quit(); }
+    void poll() {
+        if (interrupted())
+            m_search.stopSearch();
+        if (m_output.showsProgress())
+            m_output.progress(std::to_string(m_search.getProgress()) + "% " +
+                              m_search.getCurrentSearchFile());
+    }
+
+    const Request &m_request;
+    Output &m_output;
+    DuplicateFilesOpt m_search;
+    QEventLoop m_loop;
+};
+
+SimpleNodeData &dataOf(const TreeNode::Pointer &node) {
+    return static_cast<SimpleNodeData &>(*node->nodeData());
+}
+
+bool isBundleGroup(const TreeNode::Pointer &group) {
+    // Members of a bundle group have no date of their own.
+    return !dataOf(group->firstChild()).ModificationDate();
+}
+
+bool writeJson(const Request &request, const TreeNode::List &groups, Output &output) {
+    JsonWriter json;
+    json.beginObject();
+    json.key("schema").value(1);
+    json.key("command").value("duplicates");
+    json.path("path", request.root);
+    json.key("limitBytes").value(request.limitBytes);
+    json.key("groups").beginArray();
+    for (const auto &group : groups) {
+        const SimpleNodeData &data = dataOf(group);
+        json.beginObject();
+        json.bytes("name", data.name());
+        json.bytes("extendName", data.extendName());
+        json.key("kind").value(isBundleGroup(group) ? "bundle" : "file");
+        json.key("fileType").value(fileTypeOfExtension(data.extendName()));
+        json.key("bytes").value(data.fileSize());
+        json.key("items").beginArray();
+        for (const auto &leaf : group->children()) {
+            const SimpleNodeData &item = dataOf(leaf);
+            json.beginObject();
+            json.path("path", item.name());
+            json.key("bytes").value(item.fileSize());
+            json.key("modified");
+            if (const auto date = item.ModificationDate())
+                json.value(
+                    QDateTime::fromSecsSinceEpoch(
+                        std::chrono::floor<std::chrono::seconds>(*date).time_since_epoch().count(),
+                        Qt::UTC)
+                        .toString(Qt::ISODate));
+            else
+                json.nullValue();
+            json.endObject();
+        }
+        json.endArray();
+        json.endObject();
+    }
+    json.endArray();
+    json.endObject();
+    return output.data(json.take());
+}
+
+std::string words(std::uint64_t bytes) {
+    return UtilityFunction::convertVolSpace(bytes).toStdString();
+}
+
+bool writeColumns(const TreeNode::List &groups, Output &output) {
+    std::string text;
+    for (const auto &group : groups) {
+        const SimpleNodeData &data = dataOf(group);
+        text += output.emphasised(words(data.fileSize())) + "  " +
+                std::to_string(group->numberOfChildren()) +
+                (isBundleGroup(group) ? " bundles\n" : " files\n");
+        Table table({true, false});
+        for (const auto &leaf : group->children())
+            table.row({"  " + words(dataOf(leaf).fileSize()), dataOf(leaf).name()});
+        text += table.text();
+    }
+    return output.data(text.empty() ? "No duplicates.\n" : text);
+}
+
+int run(const QCommandLineParser &parser, Output &output) {
+    const QStringList arguments = parser.positionalArguments();
+    if (arguments.size() != 1)
+        return output.usage("Write `duplicates PATH` with one folder.");
+    const auto limit = number(parser, "limit", DSDuplicationLimit);
+    if (!limit)
+        return output.usage("Write a whole number behind --limit.");
+    const auto unit = number(parser, "unit", DSDuplicatesUnit);
+    if (!unit || *unit >= std::size(sizeUnits))
+        return output.usage("Write 0 bytes, 1 KB, 2 MB, 3 GB or 4 TB behind --unit.");
+
+    const UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    Request request;
+    request.limitBytes = limitInBytes(*limit, int(*unit));
+    request.option.hidden =
+        parser.isSet(QStringLiteral("hidden")) || defaults.boolForKey(DSHidenDuplication);
+    request.option.system =
+        parser.isSet(QStringLiteral("system")) || defaults.boolForKey(DSSystemDuplication);
+    const std::string argument = argumentBytes(arguments[0]);
+    auto root = searchRoot(argument);
+    if (root) {
+        request.root = std::move(*root);
+        const auto directory = Platform::current().files->openDirectory(request.root);
+        if (!directory)
+            root = directory.error();
+    }
+    if (!root) {
+        output.warning("The folder " + argument + " cannot be searched: " + root.error().message() +
+                       ".");
+        return Failed;
+    }
+
+    Search search(request, output);
+    if (!search.run()) {
+        output.warning("The search cannot be started.");
+        return Failed;
+    }
+    std::shared_ptr<SimpleTreeNode> tree;
+    TreeNode::List groups;
+    if (search.search().getDuplicateFiles(tree))
+        groups = tree->children();
+    const bool written =
+        output.json ? writeJson(request, groups, output) : writeColumns(groups, output);
+    if (!written)
+        return Failed;
+    return interrupted() ? Interrupted : Done;
+}
+
+} // namespace
+
+const Command duplicatesCommand = {"duplicates", "Finds files and applications that exist twice",
+                                   configure, run};
+
+} // namespace brightsweep::cli

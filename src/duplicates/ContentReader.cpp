@@ -1,0 +1,214 @@
+#include "duplicates/ContentReader.h"
+
+#include "duplicates/crc.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+namespace brightsweep {
+
+namespace {
+
+// Stays within a processor's second-level cache; one that has to be fetched is better larger.
+constexpr std::size_t cachedBlockSize = 256 * 1024;
+constexpr std::size_t fetchedBlockSize = 1024 * 1024;
+constexpr std::uint64_t pageSize = 4096;
+// The kernel copies several times faster to an aligned place.
+constexpr std::align_val_t bufferAlignment{pageSize};
+
+bool isAllZero(const unsigned char *bytes, std::size_t size) {
+    return bytes[0] == 0 && std::memcmp(bytes, bytes + 1, size - 1) == 0;
+}
+
+} // namespace
+
+ContentReader::ContentReader(FileOperations &files, const std::atomic<bool> *stop)
+    : m_files(files),
+      m_stop(stop),
+      m_buffer(static_cast<unsigned char *>(::operator new(fetchedBlockSize, bufferAlignment))) {}
+
+void ContentReader::Release::operator()(unsigned char *buffer) const {
+    ::operator delete(buffer, bufferAlignment);
+}
+
+Result<ContentReader::FirstBlock> ContentReader::firstBlock(const fileAttrbItem &item) {
+    if (const auto error = open(item))
+        return error;
+    FirstBlock block;
+    block.empty = m_size == 0;
+    const auto size = std::size_t(std::min<std::uint64_t>(m_size, firstReadSize));
+    if (const auto error = read(size, 0))
+        return error;
+    const std::size_t head = std::min(size, headSize);
+    block.md5_1k = crc::foldZeros(crc::fold(crc::start, m_buffer.get(), head), headSize - head);
+    if (!block.empty && size == m_size)
+        block.md5 = crc::fold(crc::start, m_buffer.get(), size);
+    return block;
+}
+
+Result<std::uint64_t> ContentReader::wholeFile(const fileAttrbItem &item) {
+    if (const auto error = open(item))
+        return error;
+    return fold();
+}
+
+std::error_code ContentReader::open(const fileAttrbItem &item) {
+    if (stopped())
+        return std::make_error_code(std::errc::operation_canceled);
+    m_file = {};
+    if (item.kind == fileAttrbItem::Kind::Special)
+        return std::make_error_code(std::errc::invalid_argument);
+    if (item.kind == fileAttrbItem::Kind::Link) {
+        const auto target = m_files.attributesFollowing(item.filePathName);
+        if (target && target->type != EntryType::File)
+            return std::make_error_code(std::errc::invalid_argument);
+        auto path = m_files.canonicalPath(item.filePathName);
+        if (!path)
+            return path.error();
+        auto file = m_files.openListedFile(path->native());
+        if (!file)
+            return file.error();
+        m_file = std::move(*file);
+    } else {
+        auto file = m_files.openListedFile(item.filePathName);
+        if (!file)
+            return file.error();
+        if (file->attributes.size != item.fileSize)
+            return std::make_error_code(std::errc::io_error);
+        m_file = std::move(*file);
+    }
+    m_size = m_file.attributes.size;
+    m_blockSize = cachedBlockSize;
+    m_cacheCounted = true;
+    m_cacheTried = true;
+    return {};
+}
+
+Result<std::uint64_t> ContentReader::fold() {
+    std::uint64_t value = crc::start;
+    for (std::uint64_t offset = 0; offset < m_size;) {
+        const auto size = std::size_t(std::min<std::uint64_t>(m_size - offset, m_blockSize));
+        if (const auto error = read(size, offset))
+            return error;
+        value = crc::fold(value, m_buffer.get(), size);
+        offset += size;
+        // A block of zeros may be the beginning of a hole, and a hole may be a terabyte long.
+        if (offset < m_size && isAllZero(m_buffer.get(), size)) {
+            const auto data = m_files.nextData(m_file.descriptor, offset);
+            if (data && *data > offset) {
+                const std::uint64_t end = std::min(*data, m_size);
+                value = crc::foldZeros(value, end - offset);
+                offset = end;
+            }
+        }
+    }
+    return value;
+}
+
+// Fills the buffer with exactly that many bytes.
+std::error_code ContentReader::read(std::size_t size, std::uint64_t offset) {
+    if (stopped())
+        return std::make_error_code(std::errc::operation_canceled);
+    return findMissing(size, offset) ? readAndGiveUpMissing(size, offset)
+                                     : readByTrial(size, offset);
+}
+
+// Notes which pages of the range are not cached. False where the system does not count them.
+bool ContentReader::findMissing(std::size_t size, std::uint64_t offset) {
+    m_missing.clear();
+    if (!m_cacheCounted || size == 0)
+        return m_cacheCounted;
+    const std::uint64_t first = offset - offset % pageSize;
+    const std::uint64_t end = offset + size;
+    const auto cached = m_files.cachedPages(m_file.descriptor, first, end - first);
+    m_cacheCounted = bool(cached);
+    if (!cached || *cached >= (end - first + pageSize - 1) / pageSize)
+        return m_cacheCounted;
+    if (*cached == 0) {
+        m_missing.emplace_back(first, end);
+        return true;
+    }
+    for (std::uint64_t page = first; page < end; page += pageSize) {
+        const auto one = m_files.cachedPages(m_file.descriptor, page, pageSize);
+        if (one && *one > 0)
+            continue;
+        const std::uint64_t next = std::min(page + pageSize, end);
+        if (!m_missing.empty() && m_missing.back().second == page)
+            m_missing.back().second = next;
+        else
+            m_missing.emplace_back(page, next);
+    }
+    return true;
+}
+
+std::error_code ContentReader::readAndGiveUpMissing(std::size_t size, std::uint64_t offset) {
+    if (!m_missing.empty())
+        willFetch();
+    const auto got = m_files.readAt(m_file.descriptor, m_buffer.get(), size, offset);
+    for (const auto &[begin, end] : m_missing)
+        m_files.dropCached(m_file.descriptor, begin, end == m_size ? 0 : end - begin);
+    if (!got)
+        return got.error();
+    return *got == size ? std::error_code() : std::make_error_code(std::errc::io_error);
+}
+
+// Where nothing counts the pages, a read that does not wait tells what is cached.
+std::error_code ContentReader::readByTrial(std::size_t size, std::uint64_t offset) {
+    std::size_t done = 0;
+    while (done < size) {
+        Result<std::size_t> got = std::errc::operation_would_block;
+        if (m_cacheTried) {
+            got = m_files.readCachedAt(m_file.descriptor, m_buffer.get() + done, size - done,
+                                       offset + done);
+            if (!got && got.error() != std::errc::operation_would_block)
+                m_cacheTried = false;
+        }
+        if (!got)
+            got = fetch(done, size, offset);
+        if (!got)
+            return got.error();
+        if (*got == 0)
+            return std::make_error_code(std::errc::io_error);
+        done += *got;
+    }
+    return {};
+}
+
+// Read ahead, the next pages would look as if they had been cached before.
+void ContentReader::willFetch() {
+    if (m_blockSize == fetchedBlockSize)
+        return;
+    m_files.fetchOnlyWhatIsRead(m_file.descriptor);
+    m_blockSize = fetchedBlockSize;
+}
+
+// Reads what is not cached at that place, up to the next page that is, and gives it up again.
+Result<std::size_t> ContentReader::fetch(std::size_t done, std::size_t size, std::uint64_t offset) {
+    const std::uint64_t begin = offset + done;
+    if (!m_cacheTried)
+        return m_files.readAt(m_file.descriptor, m_buffer.get() + done, size - done, begin);
+    willFetch();
+    const std::uint64_t firstPage = begin - begin % pageSize;
+    std::uint64_t end = firstPage + pageSize;
+    while (end < offset + size && !isCached(end))
+        end += pageSize;
+    const bool nextIsCached = end < offset + size;
+    end = std::min(end, offset + size);
+    const auto got =
+        m_files.readAt(m_file.descriptor, m_buffer.get() + done, std::size_t(end - begin), begin);
+    // A single page between cached ones is the mark where the system would read ahead: it is
+    // cached and only does not say so.
+    const bool isMark = done > 0 && nextIsCached && end - firstPage == pageSize;
+    if (!isMark)
+        m_files.dropCached(m_file.descriptor, firstPage, end == m_size ? 0 : end - firstPage);
+    return got;
+}
+
+bool ContentReader::isCached(std::uint64_t offset) {
+    unsigned char byte;
+    const auto got = m_files.readCachedAt(m_file.descriptor, &byte, 1, offset);
+    return bool(got);
+}
+
+} // namespace brightsweep

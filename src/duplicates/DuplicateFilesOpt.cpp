@@ -1,0 +1,129 @@
+#include "duplicates/DuplicateFilesOpt.h"
+
+#include "duplicates/QrxLog.h"
+#include "duplicates/duplicateFind.h"
+#include "foundation/Paths.h"
+
+namespace brightsweep {
+
+namespace {
+
+constexpr char beginMethod[] = "-[DuplicateFilesOpt beginSearchAtPath:withLimitSize:]";
+
+void append(TreeNode &parent, const std::shared_ptr<TreeNode> &child) {
+    parent.insertChild(child, parent.numberOfChildren());
+}
+
+std::shared_ptr<SimpleTreeNode> groupNode(const std::string &name, const std::string &extension) {
+    auto data = SimpleNodeData::groupDataWithName(name);
+    data->setExtendName(extension);
+    data->setIconRep(extension);
+    return SimpleTreeNode::nodeWithData(std::move(data));
+}
+
+// Adds a member to a group, and its size to the group's.
+void appendLeaf(SimpleTreeNode &group, std::shared_ptr<SimpleNodeData> leaf) {
+    group.data().setFileSize(group.data().fileSize() + leaf->fileSize());
+    append(group, SimpleTreeNode::nodeWithData(std::move(leaf)));
+}
+
+std::shared_ptr<SimpleTreeNode> bundleGroup(const AppList &bundles) {
+    auto group = groupNode(bundles.back()->DirectoryName, "APP");
+    for (const auto &bundle : bundles) {
+        auto leaf = SimpleNodeData::leafDataWithName(bundle->DirectoryPathName);
+        // The icon of a bundle goes by its bare name.
+        leaf->setIconRep(bundle->DirectoryName);
+        leaf->setFileSize(bundle->DirectorySize);
+        appendLeaf(*group, std::move(leaf));
+    }
+    return group;
+}
+
+std::shared_ptr<SimpleNodeData> fileLeaf(const fileAttrbItem &file) {
+    auto leaf = SimpleNodeData::leafDataWithName(file.filePathName);
+    leaf->setIconRep(file.filePathName);
+    leaf->setFileSize(file.fileSize);
+    leaf->setModificationDate(file.ModificationDate);
+    return leaf;
+}
+
+} // namespace
+
+DuplicateFilesOpt::DuplicateFilesOpt(unsigned threads) : m_threads(threads) {}
+
+DuplicateFilesOpt::~DuplicateFilesOpt() = default;
+
+void DuplicateFilesOpt::beginSearchAtPath(const std::filesystem::path &path,
+                                          std::uint64_t withLimitSize) {
+    const auto search = std::make_shared<duplicateFind>(m_threads);
+    search->setSearchOption(m_option.hidden, m_option.system);
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_findDuplicate) {
+            QRX_LOG(beginMethod, " error need reinit");
+            return;
+        }
+        m_findDuplicate = search;
+        m_CurrentSearchPath = path.native();
+    }
+    QRX_LOG(beginMethod, " -INFO:search Path:%@  limitedsize:%llu", path, withLimitSize);
+    search->searchDuplicateFileAtPath(path, withLimitSize);
+}
+
+std::shared_ptr<duplicateFind> DuplicateFilesOpt::find() {
+    const std::lock_guard lock(m_mutex);
+    return m_findDuplicate;
+}
+
+std::uint32_t DuplicateFilesOpt::getProgress() {
+    const auto search = find();
+    return search ? search->getProgress() : 0;
+}
+
+std::string DuplicateFilesOpt::getCurrentSearchFile() {
+    const auto search = find();
+    std::string path = search ? search->getCurrentSearchPath() : std::string();
+    const std::lock_guard lock(m_mutex);
+    if (!path.empty())
+        m_CurrentSearchPath = std::move(path);
+    return m_CurrentSearchPath;
+}
+
+void DuplicateFilesOpt::stopSearch() {
+    if (const auto search = find())
+        search->stopSearch();
+}
+
+bool DuplicateFilesOpt::getDuplicateFiles(std::shared_ptr<SimpleTreeNode> &root) {
+    const auto search = find();
+    if (!search)
+        return false;
+    FileList files;
+    std::vector<AppList> bundles;
+    search->getAllDuplicateFile(files);
+    search->getAllAppDuplicateDir(bundles);
+    if (files.empty() && bundles.empty())
+        return false;
+    m_Index = m_findArray.size();
+    m_findArray.insert(m_findArray.end(), files.begin(), files.end());
+    m_findAppArray.insert(m_findAppArray.end(), bundles.begin(), bundles.end());
+
+    auto tree = SimpleTreeNode::nodeWithData(SimpleNodeData::groupDataWithName("Root"));
+    for (const AppList &group : m_findAppArray)
+        append(*tree, bundleGroup(group));
+    // Groups are told apart by the checksum of the whole file alone. The first of a group names it
+    // and becomes its last leaf.
+    for (std::size_t begin = 0, end = 0; begin < m_findArray.size(); begin = end) {
+        const fileAttrbItem &held = *m_findArray[begin];
+        const std::string name(held.fileName());
+        const auto group = groupNode(name, paths::extension(name));
+        for (end = begin + 1; end < m_findArray.size() && m_findArray[end]->md5 == held.md5; ++end)
+            appendLeaf(*group, fileLeaf(*m_findArray[end]));
+        appendLeaf(*group, fileLeaf(held));
+        append(*tree, group);
+    }
+    root = std::move(tree);
+    return true;
+}
+
+} // namespace brightsweep

@@ -1,0 +1,300 @@
+#include "duplicates/ContentReader.h"
+#include "duplicates/SearchSupport.h"
+#include "duplicates/algorithm.h"
+#include "duplicates/crc.h"
+#include "platform/Platform.h"
+#include "support/FaultPlatform.h"
+#include "support/RecordingPlatform.h"
+#include "support/TestTree.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace brightsweep::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::shared_ptr<fileAttrbItem> itemFor(const std::filesystem::path &path) {
+    auto item = std::make_shared<fileAttrbItem>();
+    item->filePathName = path.native();
+    item->fileSize = std::filesystem::file_size(path);
+    return item;
+}
+
+TEST(Content, ChecksumsOfFilesAroundTheBlocks) {
+    TestTree tree;
+    for (const std::size_t size :
+         {1, 1023, 1024, 1025, 16'384, 16'385, 262'144, 262'145, 4'194'304, 4'194'305}) {
+        const std::string data = bytes(size, unsigned(size));
+        const auto item = itemFor(tree.file("f" + std::to_string(size), data));
+        ContentReader reader(*Platform::current().files);
+        const auto whole = reader.wholeFile(*item);
+        ASSERT_TRUE(whole);
+        EXPECT_EQ(*whole, crc::foldByBytes(crc::start, data.data(), size)) << size;
+        algorithm plain;
+        EXPECT_TRUE(plain.getMD5(*item));
+        EXPECT_EQ(item->md5, *whole);
+        const auto block = reader.firstBlock(*item);
+        ASSERT_TRUE(block);
+        std::string head = data.substr(0, 1024);
+        head.resize(1024);
+        EXPECT_EQ(block->md5_1k, crc::foldByBytes(crc::start, head.data(), 1024)) << size;
+        if (block->md5) {
+            EXPECT_EQ(*block->md5, *whole);
+        }
+    }
+}
+
+TEST(Content, PlainDefinition) {
+    TestTree tree;
+    const auto one = itemFor(tree.file("1", "same"));
+    const auto two = itemFor(tree.file("2", "same"));
+    const auto other = itemFor(tree.file("3", "oTHe"));
+    const auto gone = itemFor(tree.file("4", "same"));
+    std::filesystem::remove(tree.path("4"));
+    algorithm plain;
+    FileList result;
+    EXPECT_TRUE(plain.getDuplicateFile(one, {other, gone, two}, result));
+    EXPECT_THAT(result, ElementsAre(two, one));
+    result.clear();
+    EXPECT_FALSE(plain.getDuplicateFile(gone, {two}, result));
+    EXPECT_TRUE(plain.getDuplicateFile(other, {one, two}, result));
+    EXPECT_FALSE(plain.getDuplicateFile(itemFor(tree.file("5", "alone")), {one}, result));
+    EXPECT_THAT(result, IsEmpty());
+    EXPECT_TRUE(fileAttrbItem::isEqual(one.get(), two.get()));
+    EXPECT_FALSE(fileAttrbItem::isEqual(gone.get(), gone.get()));
+    EXPECT_EQ(plain.getFileSize(tree.path("missing")), 0u);
+    EXPECT_TRUE(plain.compareWholeFile(tree.path("1"), tree.path("2")));
+    EXPECT_FALSE(plain.compareWholeFile(tree.path("1"), tree.path("3")));
+    tree.file("d1/a/b", "x");
+    tree.file("d2/a/b", "y");
+    EXPECT_TRUE(plain.CompareDirectory(tree.path("d1"), tree.path("d2")));
+    tree.file("d2/a/c", "y");
+    EXPECT_FALSE(plain.CompareDirectory(tree.path("d1"), tree.path("d2")));
+}
+
+// Systems that do not count cached pages, and such as do not confine a read to them either.
+TEST(Content, WithoutKnowledgeOfTheCache) {
+    TestTree tree;
+    const std::string data = bytes(700'000, 2);
+    for (const char *name : {"a", "b"})
+        tree.file(name, data);
+    tree.file("c", data.substr(1) + "x");
+    FaultPlatform platform;
+    for (const std::string_view missing : {"cachedPages", "cachedPages readCachedAt"}) {
+        unsigned drops = 0;
+        platform.setFault([&](std::string_view call, const std::filesystem::path &) {
+            drops += call == "dropCached";
+            return missing.find(call) != missing.npos
+                       ? std::make_error_code(std::errc::operation_not_supported)
+                       : std::error_code();
+        });
+        EXPECT_EQ(unordered(search(tree.top())), (Groups{{tree.path("a"), tree.path("b")}}));
+        EXPECT_EQ(drops, 0u) << missing;
+    }
+}
+
+// Sizes of a terabyte are gone through in no time where the file system tells of the holes.
+TEST(Content, SparseFiles) {
+    TestTree tree;
+    const std::uint64_t size = std::uint64_t(1) << 40;
+    for (const char *name : {"a", "b", "c"})
+        tree.sparseFile(name, size);
+    const int file = ::open(tree.path("c").c_str(), O_WRONLY | O_CLOEXEC);
+    ASSERT_EQ(::pwrite(file, "x", 1, off_t(size / 2)), 1);
+    ::close(file);
+    RecordingPlatform platform;
+    EXPECT_EQ(unordered(search(tree.top())), (Groups{{tree.path("a"), tree.path("b")}}));
+    EXPECT_LT(platform.count("readCachedAt") + platform.count("readAt"), 5000u);
+}
+
+TEST(Content, MoreThanAGibibyteAndAHoleInBetween) {
+    TestTree tree;
+    const std::uint64_t size = (std::uint64_t(1) << 30) + 12'345;
+    const std::string end = bytes(100'000, 3);
+    const auto path = tree.sparseFile("f", size);
+    const int file = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    ASSERT_EQ(::pwrite(file, "head", 4, 0), 4);
+    ASSERT_EQ(::pwrite(file, end.data(), end.size(), off_t(size - end.size())),
+              ssize_t(end.size()));
+    ::close(file);
+    std::uint64_t expected = crc::fold(crc::start, "head", 4);
+    expected = crc::foldZeros(expected, size - 4 - end.size());
+    expected = crc::fold(expected, end.data(), end.size());
+    FaultPlatform platform;
+    for (const bool tells : {true, false}) {
+        platform.setFault([&](std::string_view call, const std::filesystem::path &) {
+            return call == "nextData" && !tells ? std::make_error_code(std::errc::io_error)
+                                                : std::error_code();
+        });
+        ContentReader reader(*Platform::current().files);
+        const auto whole = reader.wholeFile(*itemFor(path));
+        ASSERT_TRUE(whole);
+        EXPECT_EQ(*whole, expected);
+    }
+}
+
+std::vector<bool> cachedPages(const std::filesystem::path &path) {
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    const auto size = std::filesystem::file_size(path);
+    void *map = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, file, 0);
+    std::vector<unsigned char> pages((size + 4095) / 4096);
+    ::mincore(map, size, pages.data());
+    ::munmap(map, size);
+    ::close(file);
+    std::vector<bool> cached;
+    for (const unsigned char page : pages)
+        cached.push_back(page & 1);
+    return cached;
+}
+
+// What was cached stays, what had to be fetched is given up.
+TEST(Content, ThePageCacheIsLeftAsItWas) {
+    TestTree tree;
+    const std::string data = bytes(3'000'000, 4);
+    std::vector<std::filesystem::path> files;
+    for (const char *name : {"a", "b", "c"}) {
+        files.push_back(tree.file(name, data));
+        const int file = ::open(files.back().c_str(), O_RDWR | O_CLOEXEC);
+        ::fsync(file);
+        ::posix_fadvise(file, 0, 0, POSIX_FADV_DONTNEED);
+        ::posix_fadvise(file, 0, 0, POSIX_FADV_RANDOM);
+        std::string some(40'000, 'x');
+        // Of the second a part is cached, of the third all.
+        if (files.size() == 2) {
+            ASSERT_GT(::pread(file, some.data(), some.size(), 500'000), 0);
+        }
+        for (off_t at = 0; files.size() == 3 && at < off_t(data.size()); at += 40'000)
+            ASSERT_GT(::pread(file, some.data(), some.size(), at), 0);
+        ::close(file);
+    }
+    std::vector<std::vector<bool>> before;
+    for (const auto &file : files)
+        before.push_back(cachedPages(file));
+    const auto count = [](const std::vector<bool> &pages) {
+        return std::count(pages.begin(), pages.end(), true);
+    };
+    if (count(before[0]) != 0 || count(before[1]) == 0)
+        GTEST_SKIP() << "the file system keeps its pages by rules of its own";
+    EXPECT_EQ(search(tree.top()).size(), 1u);
+    for (std::size_t i = 0; i < files.size(); ++i)
+        EXPECT_EQ(cachedPages(files[i]), before[i]) << files[i];
+}
+
+// A file that is not, or no longer, what the walk found is nobody's duplicate.
+TEST(Content, FilesThatChangeDuringTheSearch) {
+    struct Case {
+        const char *name;
+        std::function<void(const std::filesystem::path &)> change;
+    };
+    const Case cases[] = {
+        {"shrinks", [](const auto &path) { std::filesystem::resize_file(path, 50'000); }},
+        {"grows", [](const auto &path) { std::filesystem::resize_file(path, 200'000); }},
+        {"vanishes", [](const auto &path) { std::filesystem::remove(path); }},
+        {"turns into a directory",
+         [](const auto &path) {
+             std::filesystem::remove(path);
+             std::filesystem::create_directory(path);
+         }},
+        {"turns into a pipe",
+         [](const auto &path) {
+             std::filesystem::remove(path);
+             ::mkfifo(path.c_str(), 0600);
+         }},
+        {"turns into a link",
+         [](const auto &path) {
+             std::filesystem::rename(path, path.native() + "2");
+             std::filesystem::create_symlink(path.native() + "2", path);
+         }},
+    };
+    for (const Case &each : cases) {
+        TestTree tree(std::filesystem::path(TestTree().top()) / each.name);
+        const std::string data = bytes(100'000, 5);
+        for (const char *name : {"a/1", "a/2", "a/3"})
+            tree.file(name, data);
+        FaultPlatform platform;
+        bool isChanged = false;
+        platform.setFault([&](std::string_view call, const std::filesystem::path &path) {
+            if (call == "openListedFile" && path.filename() == "2" && !isChanged) {
+                isChanged = true;
+                each.change(path);
+            }
+            return std::error_code();
+        });
+        EXPECT_EQ(unordered(search(tree.top())), (Groups{{tree.path("a/1"), tree.path("a/3")}}))
+            << each.name;
+        EXPECT_TRUE(isChanged);
+    }
+}
+
+TEST(Content, AReadErrorAnywhereInAFile) {
+    for (const char *call : {"openListedFile", "readAt"}) {
+        for (const int good : {0, 1}) {
+            TestTree tree(TestTree().top() / (call + std::to_string(good)));
+            for (const char *name : {"1", "2", "3", "B.app/m", "C.app/m"})
+                tree.file(name, bytes(800'000, 6));
+            FaultPlatform platform;
+            int calls = 0;
+            platform.setFault([&](std::string_view made, const std::filesystem::path &path) {
+                const bool isHit = std::string_view(call).find(made) != std::string_view::npos &&
+                                   (path.filename() == "2" || path.native().ends_with("C.app/m")) &&
+                                   calls++ >= good;
+                return isHit ? std::make_error_code(std::errc::io_error) : std::error_code();
+            });
+            if (std::string_view(call) == "openListedFile" && good)
+                continue;
+            EXPECT_EQ(unordered(search(tree.top(), {.threads = 1})),
+                      (Groups{{tree.path("1"), tree.path("3")}}))
+                << call << good;
+        }
+    }
+}
+
+TEST(Content, OnlyWhatCanMatterIsReadAndOnce) {
+    TestTree tree;
+    const std::string data = bytes(500'000, 7);
+    std::string otherTail = data;
+    otherTail.back() = char(otherTail.back() ^ 1);
+    tree.file("unique", bytes(400'000, 8));
+    tree.file("otherhead", bytes(500'000, 9));
+    tree.file("1", data);
+    tree.file("2", data);
+    tree.file("tail", otherTail);
+    tree.hardLink("link", tree.path("1"));
+    tree.fifo("fifo");
+    RecordingPlatform platform;
+    const auto groups = search(tree.top());
+    EXPECT_EQ(unordered(groups), (Groups{{tree.path("1"), tree.path("2"), tree.path("link")}}));
+    std::map<std::string, int> opened;
+    for (const auto &path : platform.argumentsOf("openListedFile"))
+        ++opened[path.filename()];
+    EXPECT_EQ(opened.count("unique") + opened.count("fifo"), 0u);
+    EXPECT_EQ(opened["otherhead"], 1);
+    EXPECT_EQ(opened["2"], 2);
+    EXPECT_EQ(opened["tail"], 2);
+    EXPECT_EQ(opened["1"] + opened["link"], 2);
+}
+
+// The reads grow with the candidates, not with their square.
+TEST(Content, ReadsGrowLinearly) {
+    TestTree tree;
+    for (unsigned i = 0; i < 3000; ++i)
+        tree.file("d" + std::to_string(i % 7) + "/" + std::to_string(i),
+                  i % 3 ? "content " + std::to_string(10'000 + i) : "equal content!");
+    RecordingPlatform platform;
+    const auto groups = search(tree.top());
+    ASSERT_EQ(groups.size(), 1u);
+    EXPECT_EQ(groups[0].size(), 1000u);
+    EXPECT_LE(platform.count("openListedFile"), 3000u);
+    EXPECT_LE(platform.count("readCachedAt") + platform.count("readAt"), 6000u);
+}
+
+} // namespace
+} // namespace brightsweep::test

@@ -1,0 +1,207 @@
+#include "duplicates/DuplicateFilesOpt.h"
+#include "duplicates/FindDuplicateApp.h"
+#include "duplicates/SearchSupport.h"
+#include "support/FaultPlatform.h"
+#include "support/TestEnvironment.h"
+#include "support/TestTree.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace brightsweep::test {
+namespace {
+
+void buildStages(TestTree &tree) {
+    for (unsigned i = 0; i < 30; ++i) {
+        for (const char *copy : {"a", "b"}) {
+            tree.file(copy + std::string("/f") + std::to_string(i), bytes(20'000 + i, i));
+            tree.file(copy + std::to_string(i) + ".app/m", bytes(30'000 + i, i));
+        }
+    }
+}
+
+// A stop at any call leaves the first groups of the full result, and nothing more is opened.
+TEST(Stages, AStopAnywhereLeavesAPrefix) {
+    TestTree tree;
+    buildStages(tree);
+    const Groups full = search(tree.top());
+    ASSERT_EQ(full.size(), 60u);
+    FaultPlatform platform;
+    std::size_t longest = 0;
+    for (const unsigned threads : {1u, 3u}) {
+        unsigned all = 0;
+        platform.setFault([&](std::string_view, const std::filesystem::path &) {
+            ++all;
+            return std::error_code();
+        });
+        search(tree.top());
+        for (unsigned stopAt = 1; stopAt < all; stopAt += all / 25) {
+            duplicateFind stopped(threads);
+            stopped.setSearchOption(true, true);
+            unsigned calls = 0;
+            unsigned late = 0;
+            platform.setFault([&](std::string_view call, const std::filesystem::path &) {
+                if (++calls == stopAt)
+                    stopped.stopSearch();
+                else if (calls > stopAt && call == "openListedFile")
+                    ++late;
+                return std::error_code();
+            });
+            stopped.searchDuplicateFileAtPath(tree.top(), 0);
+            const Groups groups = groupsOf(stopped);
+            ASSERT_LE(groups.size(), full.size());
+            EXPECT_TRUE(std::equal(groups.begin(), groups.end(), full.begin())) << stopAt;
+            EXPECT_LE(late, threads) << stopAt;
+            if (groups.size() < full.size())
+                longest = std::max(longest, groups.size());
+        }
+    }
+    EXPECT_GT(longest, 30u) << "no stop came in the compare stage";
+    EXPECT_LT(longest, 60u);
+}
+
+// Where the file system does not tell of the hole, the stop comes between two blocks.
+TEST(Stages, AStopWithinALargeFile) {
+    TestTree tree;
+    tree.sparseFile("a", std::uint64_t(1) << 40);
+    tree.sparseFile("b", std::uint64_t(1) << 40);
+    tree.sparseFile("A.app/m", std::uint64_t(1) << 40);
+    tree.sparseFile("B.app/m", std::uint64_t(1) << 40);
+    FaultPlatform platform;
+    for (const bool inBundles : {true, false}) {
+        if (!inBundles)
+            removeTree(tree.path("B.app"));
+        duplicateFind search;
+        search.setSearchOption(true, true);
+        unsigned reads = 0;
+        platform.setFault([&](std::string_view call, const std::filesystem::path &) {
+            if (call == "nextData" && ++reads == 20)
+                search.stopSearch();
+            return call == "nextData" ? std::make_error_code(std::errc::not_supported)
+                                      : std::error_code();
+        });
+        search.searchDuplicateFileAtPath(tree.top(), 0);
+        EXPECT_EQ(groupsOf(search), Groups());
+        EXPECT_LT(reads, 40u);
+    }
+}
+
+TEST(Stages, ProgressAndPath) {
+    TestTree tree;
+    for (const char *name : {"A.app/m", "B.app/m", "C.app/m"})
+        tree.file(name, "bundle");
+    for (unsigned i = 0; i < 4; ++i)
+        tree.file("d/" + std::to_string(i), bytes(20'000, i / 2));
+    DuplicateFilesOpt opt(1);
+    EXPECT_EQ(opt.getProgress(), 0u);
+    EXPECT_EQ(opt.getCurrentSearchFile(), "");
+    std::vector<std::uint32_t> bundles;
+    std::vector<std::uint32_t> files;
+    FaultPlatform platform;
+    platform.setFault([&](std::string_view call, const std::filesystem::path &path) {
+        if (call == "openDirectoryAt") {
+            EXPECT_EQ(opt.getProgress(), 0u);
+        } else if (call == "openListedFile" && path.filename() == "m") {
+            bundles.push_back(opt.getProgress());
+            EXPECT_TRUE(opt.getCurrentSearchFile().ends_with(".app"));
+        } else if (call == "openListedFile") {
+            files.push_back(opt.getProgress());
+            EXPECT_EQ(std::filesystem::path(opt.getCurrentSearchFile()).parent_path(),
+                      tree.path("d"));
+        }
+        return std::error_code();
+    });
+    opt.beginSearchAtPath(tree.top(), 0);
+    EXPECT_THAT(bundles, testing::Each(0u));
+    EXPECT_THAT(files, testing::Each(50u));
+    EXPECT_EQ(opt.getProgress(), 100u);
+    // One object serves one search.
+    const std::string path = opt.getCurrentSearchFile();
+    opt.beginSearchAtPath("/", 0);
+    EXPECT_EQ(opt.getCurrentSearchFile(), path);
+}
+
+TEST(Stages, BundleProgressFalls) {
+    TestTree tree;
+    for (const char *name : {"A.app/m", "B.app/m", "C.app/n", "D.app/o"})
+        tree.file(name, name);
+    std::vector<std::string> paths;
+    for (const char *name : {"A.app", "B.app", "C.app", "D.app"})
+        paths.push_back(tree.path(name));
+    FaultPlatform platform;
+    FindDuplicateApp finder(1);
+    std::vector<std::uint32_t> seen;
+    platform.setFault([&](std::string_view call, const std::filesystem::path &) {
+        if (call == "openListedFile")
+            seen.push_back(finder.m_Progress());
+        return std::error_code();
+    });
+    std::vector<AppList> groups;
+    finder.FindAppInArray(paths, groups);
+    EXPECT_THAT(groups, testing::IsEmpty());
+    ASSERT_FALSE(seen.empty());
+    EXPECT_EQ(seen.front(), 0u);
+    EXPECT_TRUE(std::is_sorted(seen.begin() + 4, seen.end(), std::greater<>()));
+    EXPECT_EQ(finder.m_Progress(), 0u);
+}
+
+TEST(Stages, Bundles) {
+    TestTree tree;
+    tree.file("1/A.app/Contents/x", "xxx");
+    tree.file("1/A.app/Contents/y", "yy");
+    tree.file("1/A.app/empty", "");
+    tree.file("2/Rearranged.app/y2", "xxx");
+    tree.file("2/Rearranged.app/deep/x2", "yy");
+    tree.file("2/Rearranged.app/deep/empty", "");
+    tree.file("3/SameSize.app/x", "xxxy");
+    tree.file("3/SameSize.app/y", "y");
+    tree.file("3/SameSize.app/empty", "");
+    tree.file("4/Fifo.app/x", "xxx");
+    tree.file("4/Fifo.app/y", "yy");
+    tree.fifo("4/Fifo.app/empty");
+    tree.link("again", tree.path("1"));
+    const auto groups = unordered(search(tree.top(), {.limit = 2}));
+    ASSERT_EQ(groups.size(), 1u);
+    EXPECT_EQ(groups[0].size(), 2u);
+    EXPECT_EQ(groups[0][groups[0][1].ends_with("A.app") ? 0 : 1], tree.path("2/Rearranged.app"));
+}
+
+TEST(Stages, TheTree) {
+    TestTree tree;
+    tree.file("A.app/m", "bundle");
+    tree.file("B.app/m", "bundle");
+    for (const char *name : {"one.tar.gz", "two.TXT", "three"})
+        tree.file(std::string("d/") + name, bytes(5000, 1));
+    DuplicateFilesOpt opt;
+    std::shared_ptr<SimpleTreeNode> root;
+    EXPECT_FALSE(opt.getDuplicateFiles(root));
+    opt.beginSearchAtPath(tree.top(), 2);
+    const Groups groups = search(tree.top(), {.limit = 2});
+    ASSERT_TRUE(opt.getDuplicateFiles(root));
+    EXPECT_EQ(root->data().name(), "Root");
+    ASSERT_EQ(root->numberOfChildren(), 2);
+    const auto data = [](const TreeNode::Pointer &node) {
+        return static_cast<SimpleTreeNode &>(*node).data();
+    };
+    const auto bundles = root->childAtIndex(0);
+    EXPECT_EQ(data(bundles).extendName(), "APP");
+    EXPECT_EQ(data(bundles).fileSize(), 12u);
+    EXPECT_EQ(tree.path(data(bundles).name()).native(), groups[0].back());
+    EXPECT_EQ(data(bundles->firstChild()).iconRep().find('/'), std::string::npos);
+    // The first entry of the list names the group and is its last leaf.
+    const auto files = root->childAtIndex(1);
+    EXPECT_EQ(tree.path("d/" + data(files).name()).native(), groups[1].front());
+    EXPECT_EQ(data(files->lastChild()).name(), groups[1].front());
+    EXPECT_EQ(data(files->firstChild()).name(), groups[1][1]);
+    EXPECT_EQ(data(files).fileSize(), 15'000u);
+    EXPECT_TRUE(data(files->firstChild()).ModificationDate().has_value());
+
+    DuplicateFilesOpt none;
+    none.beginSearchAtPath(tree.path("d/three"), 0);
+    auto untouched = root;
+    EXPECT_FALSE(none.getDuplicateFiles(untouched));
+    EXPECT_EQ(untouched, root);
+}
+
+} // namespace
+} // namespace brightsweep::test
