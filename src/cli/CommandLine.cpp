@@ -32,6 +32,7 @@ void installInterruptHandlers() {
 constexpr const Command *commands[] = {
     &scanCommand,    &cleanCommand,    &duplicatesCommand,
     &volumesCommand, &settingsCommand, &historyCommand,
+    &scanCommand, &cleanCommand, &usageCommand, &volumesCommand, &settingsCommand, &historyCommand,
 };
 
 std::string overview() {

@@ -10,6 +10,7 @@ extern const Command duplicatesCommand;
 extern const Command historyCommand;
 extern const Command scanCommand;
 extern const Command settingsCommand;
+extern const Command usageCommand;
 extern const Command volumesCommand;
 
 } // namespace brightsweep::cli
