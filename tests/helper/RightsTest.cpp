@@ -152,8 +152,8 @@ TEST_P(Pkexec, AsksTheRealAuthority) {
     const auto folder = tree.directory("stage");
 
     const auto bin = std::filesystem::path(BRIGHTSWEEP_TEST_PROBE).parent_path();
-    std::vector<std::string> words = {BRIGHTSWEEP_TEST_STAGE, GetParam().name, folder, bin,
-                                      BRIGHTSWEEP_TEST_POLICY};
+    std::vector<std::string> words = {BRIGHTSWEEP_TEST_STAGE,  GetParam().name, folder, bin,
+                                      BRIGHTSWEEP_TEST_POLICY, "rights-probe"};
     words.insert(words.end(), items.begin(), items.end());
     std::vector<char *> arguments;
     for (std::string &word : words)

@@ -1,7 +1,5 @@
 #include "support/ChildProcess.h"
 
-#include "foundation/FileDescriptor.h"
-
 #include <fcntl.h>
 #include <grp.h>
 #include <poll.h>
@@ -11,15 +9,17 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
+#include <thread>
+#include <utility>
 
 namespace brightsweep::test {
 
 namespace {
-
-constexpr unsigned nobody = 65'534;
 
 int statusOf(pid_t child) {
     int status = 0;
@@ -41,11 +41,12 @@ struct Pipe {
 };
 
 // Reads both to their ends, whichever speaks first.
-void drain(Pipe &first, std::string &firstText, Pipe &second, std::string &secondText) {
+void drain(FileDescriptor &first, std::string &firstText, FileDescriptor &second,
+           std::string &secondText) {
     struct Source {
         FileDescriptor &end;
         std::string &text;
-    } sources[] = {{first.readEnd, firstText}, {second.readEnd, secondText}};
+    } sources[] = {{first, firstText}, {second, secondText}};
     while (sources[0].end || sources[1].end) {
         pollfd waits[2];
         for (int i = 0; i < 2; ++i)
@@ -67,31 +68,73 @@ void drain(Pipe &first, std::string &firstText, Pipe &second, std::string &secon
 
 } // namespace
 
-ChildResult runProgram(const std::vector<std::string> &arguments,
-                       const std::map<std::string, std::string> &environment) {
+RunningProgram::RunningProgram(const std::vector<std::string> &arguments,
+                               const std::map<std::string, std::string> &environment, RunAs user) {
     std::vector<char *> vector;
     for (const std::string &argument : arguments)
         vector.push_back(const_cast<char *>(argument.c_str()));
     vector.push_back(nullptr);
     Pipe output;
     Pipe errors;
-    const pid_t child = ::fork();
-    if (child < 0)
+    m_process = ::fork();
+    if (m_process < 0)
         throw std::runtime_error("fork");
-    if (child == 0) {
+    if (m_process == 0) {
         ::dup2(output.writeEnd.get(), STDOUT_FILENO);
         ::dup2(errors.writeEnd.get(), STDERR_FILENO);
         for (const auto &[name, value] : environment)
             ::setenv(name.c_str(), value.c_str(), 1);
-        ::execvp(vector[0], vector.data());
+        if (user == RunAs::Caller) {
+            ::execvp(vector[0], vector.data());
+        } else {
+            const int program = ::open(vector[0], O_RDONLY | O_CLOEXEC);
+            if (becomeUnprivileged())
+                ::fexecve(program, vector.data(), environ);
+        }
         ::_exit(127);
     }
-    output.writeEnd.reset();
-    errors.writeEnd.reset();
+    m_output = std::move(output.readEnd);
+    m_errors = std::move(errors.readEnd);
+}
+
+RunningProgram::~RunningProgram() {
+    signal(SIGKILL);
+    if (m_process > 0)
+        statusOf(m_process);
+}
+
+void RunningProgram::signal(int number) {
+    if (m_process > 0)
+        ::kill(m_process, number);
+}
+
+bool RunningProgram::hasEnded() const {
+    siginfo_t info{};
+    return m_process <= 0 ||
+           (::waitid(P_PID, id_t(m_process), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+            info.si_pid != 0);
+}
+
+ChildResult RunningProgram::finish() {
     ChildResult result;
-    drain(output, result.output, errors, result.errors);
-    result.status = statusOf(child);
+    drain(m_output, result.output, m_errors, result.errors);
+    result.status = statusOf(std::exchange(m_process, -1));
     return result;
+}
+
+ChildResult runProgram(const std::vector<std::string> &arguments,
+                       const std::map<std::string, std::string> &environment, RunAs user) {
+    return RunningProgram(arguments, environment, user).finish();
+}
+
+bool eventually(const std::function<bool()> &condition) {
+    const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > until)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
 }
 
 int runInChild(const std::function<int()> &function) {
@@ -113,8 +156,9 @@ int runInChild(const std::function<int()> &function) {
 bool becomeUnprivileged() {
     if (::geteuid() != 0)
         return true;
-    return ::setgroups(0, nullptr) == 0 && ::setresgid(nobody, nobody, nobody) == 0 &&
-           ::setresuid(nobody, nobody, nobody) == 0;
+    return ::setgroups(0, nullptr) == 0 &&
+           ::setresgid(unprivilegedUser, unprivilegedUser, unprivilegedUser) == 0 &&
+           ::setresuid(unprivilegedUser, unprivilegedUser, unprivilegedUser) == 0;
 }
 
 bool mountSmallFileSystem(const std::string &folder, unsigned long bytes) {

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "foundation/FileDescriptor.h"
+
 #include <functional>
 #include <map>
 #include <string>
 #include <vector>
+
+#include <sys/types.h>
 
 namespace brightsweep::test {
 
@@ -14,9 +18,40 @@ struct ChildResult {
     std::string errors;
 };
 
-/// Runs a program to its end, with the test's environment and the given additions to it.
+/// The user "nobody", who owns nothing but what a test gives him.
+inline constexpr unsigned unprivilegedUser = 65'534;
+
+enum class RunAs { Caller, Unprivileged };
+
+/// A program that runs beside the test, with the test's environment and the given additions to it.
+/// Without rights it may lie where that user has no way to. Killed at the end of the scope.
+class RunningProgram {
+public:
+    explicit RunningProgram(const std::vector<std::string> &arguments,
+                            const std::map<std::string, std::string> &environment = {},
+                            RunAs user = RunAs::Caller);
+    ~RunningProgram();
+    RunningProgram(const RunningProgram &) = delete;
+    RunningProgram &operator=(const RunningProgram &) = delete;
+
+    void signal(int number);
+    bool hasEnded() const;
+    /// Reads what it says to the end and waits for it; once.
+    ChildResult finish();
+
+private:
+    FileDescriptor m_output;
+    FileDescriptor m_errors;
+    pid_t m_process = -1;
+};
+
+/// Runs a program to its end.
 ChildResult runProgram(const std::vector<std::string> &arguments,
-                       const std::map<std::string, std::string> &environment = {});
+                       const std::map<std::string, std::string> &environment = {},
+                       RunAs user = RunAs::Caller);
+
+/// Tries until it holds; false after half a minute.
+bool eventually(const std::function<bool()> &condition);
 
 /// Runs a function in a forked child, which ends with its result. The function makes no thread and
 /// reports by its result alone. A child that is root can give its rights up first.

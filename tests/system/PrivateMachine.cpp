@@ -15,12 +15,10 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
-#include <thread>
 
 namespace brightsweep::test {
 
@@ -241,16 +239,6 @@ std::string quoted(const std::string &text) {
     for (const char byte : text)
         word += byte == '\'' ? std::string("'\\''") : std::string(1, byte);
     return word + "'";
-}
-
-bool eventually(const std::function<bool()> &condition) {
-    const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > until)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return true;
 }
 
 } // namespace brightsweep::test

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "support/ChildProcess.h"
+
 #include <sys/types.h>
 
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -63,8 +64,5 @@ CommandResult shell(const std::string &command);
 
 /// The text as one word for the shell.
 std::string quoted(const std::string &text);
-
-/// Tries until it holds; false after half a minute.
-bool eventually(const std::function<bool()> &condition);
 
 } // namespace brightsweep::test

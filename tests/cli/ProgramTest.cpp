@@ -1,0 +1,57 @@
+#include "support/ChildProcess.h"
+#include "support/CleanableMachine.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+namespace brightsweep::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr char log[] = ".local/share/Brightsweep/norvex.log";
+
+std::string textOf(const std::filesystem::path &file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+TEST(Program, FirstRunMakesItsFolderAndTheSecondLogsThere) {
+    CleanableMachine machine;
+    TestTree &home = machine.home;
+    const auto before = machine.state();
+    const auto first = runProgram({BRIGHTSWEEP_PROGRAM});
+    EXPECT_EQ(first.status, 0);
+    EXPECT_THAT(first.errors, HasSubstr("hardware info\n"));
+    EXPECT_THAT(first.output, HasSubstr("System Caches"));
+    EXPECT_TRUE(home.exists(".local/share/Brightsweep"));
+    EXPECT_FALSE(home.exists(log));
+
+    const auto second = runProgram({BRIGHTSWEEP_PROGRAM});
+    EXPECT_EQ(second.status, 0);
+    EXPECT_EQ(second.errors, "");
+    EXPECT_EQ(second.output, first.output);
+    EXPECT_THAT(textOf(home.path(log)), HasSubstr("hardware info\n"));
+
+    // With a folder, a command to free memory is logged there.
+    EXPECT_EQ(runProgram({BRIGHTSWEEP_PROGRAM, "x", "fr", "1"}).errors, "");
+    EXPECT_THAT(textOf(home.path(log)), HasSubstr("freeMemoy size=1\n"));
+
+    // The largest log that is kept, and the smallest that makes room for a new one.
+    home.sparseFile(log, 20'971'520);
+    EXPECT_EQ(runProgram({BRIGHTSWEEP_PROGRAM, "fr", "1024"}).status, 0);
+    EXPECT_EQ(std::filesystem::file_size(home.path(log)) > 20'971'520, true);
+    EXPECT_THAT(textOf(home.path(log)), Not(HasSubstr("hardware info\n")));
+    home.sparseFile(log, 20'971'521);
+    EXPECT_EQ(runProgram({BRIGHTSWEEP_PROGRAM, "fr", "1024"}).status, 0);
+    EXPECT_THAT(textOf(home.path(log)), HasSubstr("hardware info\n"));
+    EXPECT_THAT(textOf(home.path(log)), HasSubstr("freeMemoy size=1024\n"));
+    EXPECT_THAT(changes(before, machine.state()), testing::IsEmpty());
+}
+
+} // namespace
+} // namespace brightsweep::test

@@ -1,0 +1,488 @@
+#include "support/ChildProcess.h"
+#include "support/CleanableMachine.h"
+#include "support/LockHolder.h"
+
+#include <QJsonArray>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <stdexcept>
+#include <system_error>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brightsweep::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::UnorderedElementsAreArray;
+
+using Words = std::vector<std::string>;
+
+const Words everyCategory = {"--category", "0", "--category", "1", "--category", "2",
+                             "--category", "3", "--category", "4", "--category", "5"};
+
+Words together(Words words, const Words &more) {
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
+ChildResult cli(const Words &words, RunAs user = RunAs::Caller) {
+    return runProgram(together({BRIGHTSWEEP_CLI}, words), {}, user);
+}
+
+QJsonArray categoriesIn(const QJsonObject &document) {
+    return document[QStringLiteral("categories")].toArray();
+}
+
+std::vector<int> indicesIn(const QJsonObject &document) {
+    std::vector<int> indices;
+    for (const auto &category : categoriesIn(document))
+        indices.push_back(category[QStringLiteral("index")].toInt());
+    return indices;
+}
+
+Words sorted(Words words) {
+    std::sort(words.begin(), words.end());
+    return words;
+}
+
+bool isThere(const std::string &path) {
+    struct stat status;
+    return ::lstat(path.c_str(), &status) == 0;
+}
+
+class ScanClean : public testing::Test {
+protected:
+    QJsonObject scan(const Words &words = {}) {
+        return documentOf(cli(together({"--json", "scan"}, words)).output, "scan");
+    }
+    QJsonObject clean(const Words &words, int status = 0, RunAs user = RunAs::Caller) {
+        const auto result = cli(together({"--json", "clean"}, words), user);
+        EXPECT_EQ(result.status, status) << result.errors;
+        EXPECT_EQ(result.errors, "");
+        return documentOf(result.output, "clean");
+    }
+    // What a clean of one category would take.
+    Words itemsOf(const char *category) {
+        return pathsIn(clean({"--category", category}), "removed");
+    }
+    Words foldersOf(int category) {
+        Words folders;
+        const auto document = scan({"--category", std::to_string(category)});
+        for (const auto &folder :
+             categoriesIn(document)[0].toObject()[QStringLiteral("folders")].toArray())
+            folders.push_back(folder.toString().toStdString());
+        return folders;
+    }
+
+    CleanableMachine machine;
+};
+
+TEST_F(ScanClean, WithoutApplyTellsWhatApplyRemoves) {
+    const auto before = machine.state();
+    const auto told = clean(everyCategory);
+    EXPECT_EQ(told[QStringLiteral("applied")], false);
+    EXPECT_THAT(changes(before, machine.state()), IsEmpty());
+    EXPECT_EQ(cli({"--json", "history"}).output.find(R"("logName":"SIZE")"), std::string::npos);
+
+    auto done = clean(together(everyCategory, {"--apply"}));
+    EXPECT_EQ(done[QStringLiteral("applied")], true);
+    EXPECT_EQ(changes(before, machine.state()), machine.changesOf({0, 1, 2, 3, 4, 5}));
+    done[QStringLiteral("applied")] = false;
+    EXPECT_EQ(done, told) << "the same items, bytes and words";
+
+    Words expected;
+    for (const auto &items : machine.items)
+        expected.insert(expected.end(), items.begin(), items.end());
+    EXPECT_THAT(pathsIn(done, "removed"), UnorderedElementsAreArray(expected));
+    std::int64_t sum = 0;
+    for (const auto &category : categoriesIn(done)) {
+        std::int64_t ofCategory = 0;
+        for (const auto &item : category[QStringLiteral("removed")].toArray())
+            ofCategory += item[QStringLiteral("bytes")].toInteger();
+        EXPECT_EQ(category[QStringLiteral("bytes")].toInteger(), ofCategory);
+        sum += ofCategory;
+    }
+    EXPECT_GT(sum, 3000 + 2000 + 9000);
+    EXPECT_EQ(done[QStringLiteral("bytes")].toInteger(), sum);
+    const auto history = documentOf(cli({"--json", "history"}).output, "history");
+    EXPECT_EQ(history[QStringLiteral("bytes")].toInteger(), sum);
+    EXPECT_EQ(history[QStringLiteral("logName")].toString(), QStringLiteral("SIZE"));
+    EXPECT_THAT(pathsIn(clean(together(everyCategory, {"--apply"})), "removed"), IsEmpty());
+}
+
+TEST_F(ScanClean, ScanListsTheSameItemsAndChangesNothing) {
+    const auto before = machine.state();
+    const auto document = scan();
+    EXPECT_THAT(indicesIn(document), ElementsAre(0, 1, 2, 3, 4, 5));
+    EXPECT_EQ(pathsIn(document, "items"), pathsIn(clean(everyCategory), "removed"));
+    for (const auto &category : categoriesIn(document)) {
+        std::int64_t sum = 0;
+        for (const auto &item : category[QStringLiteral("items")].toArray()) {
+            sum += item[QStringLiteral("bytes")].toInteger();
+            EXPECT_EQ(item[QStringLiteral("selected")].toBool(),
+                      category[QStringLiteral("selection")].toInt() != 0);
+        }
+        EXPECT_EQ(category[QStringLiteral("bytes")].toInteger(), sum);
+    }
+    EXPECT_THAT(changes(before, machine.state()), IsEmpty());
+}
+
+TEST_F(ScanClean, WordsForPeopleKeepOneLinePerItem) {
+    const auto told = cli({"clean", "--category", "1"});
+    EXPECT_EQ(told.status, 0);
+    EXPECT_THAT(told.output, HasSubstr(".cache/two\\nlines"));
+    EXPECT_THAT(told.output, HasSubstr(".cache/bad\xef\xbf\xbdname"));
+    EXPECT_THAT(told.output, HasSubstr(" would go; --apply removes it\n"));
+    EXPECT_EQ(std::count(told.output.begin(), told.output.end(), '\n'),
+              std::ptrdiff_t(machine.items[1].size()) + 2);
+    EXPECT_THAT(cli({"clean", "--category", "1", "--apply"}).output, HasSubstr(" is cleaned\n"));
+}
+
+TEST_F(ScanClean, WithoutACategoryTheStoredSelectionDecides) {
+    const auto set = [](const char *key, const char *value) {
+        EXPECT_EQ(cli({"settings", "set", key, value}).status, 0) << key;
+    };
+    const auto before = machine.state();
+    EXPECT_THAT(indicesIn(clean({})), ElementsAre(0, 1, 2, 3));
+    set("SystemCaches", "0");
+    set("SystemLogs", "0");
+    set("UserCaches", "0");
+    set("UserDownloads", "2");
+    EXPECT_THAT(indicesIn(clean({})), ElementsAre(3, 5));
+    EXPECT_THAT(indicesIn(clean({"--category", "4", "--category", "1", "--category", "4"})),
+                ElementsAre(1, 4));
+    EXPECT_THAT(indicesIn(clean({"--apply"})), ElementsAre(3, 5));
+    EXPECT_EQ(changes(before, machine.state()), machine.changesOf({3, 5}));
+    set("UserLogs", "0");
+    set("UserDownloads", "0");
+    EXPECT_THAT(indicesIn(clean({"--apply"})), IsEmpty());
+    EXPECT_EQ(changes(before, machine.state()), machine.changesOf({3, 5}));
+}
+
+TEST_F(ScanClean, WrongUsageIsToldInALineAndRemovesNothing) {
+    const auto before = machine.state();
+    for (const Words &words : std::vector<Words>{
+             {"clean", "--apply", "--category", "6"},
+             {"clean", "--apply", "--category", "-1"},
+             {"clean", "--apply", "--category", "one"},
+             {"clean", "--apply", "--category", ""},
+             {"clean", "--apply", "--category", "1", "--category", "9"},
+             {"clean", "--apply", "--category", "4294967297"},
+             {"clean", "--apply", "1"},
+             {"clean", "--apply", "--category"},
+             {"clean", "--apply=yes"},
+             {"clean", "--apply", "--all"},
+             {"clean", "--apply", "--category", "1", "two\nlines"},
+             {"scan", "--apply"},
+             {"scan", "1"},
+             {"scan", "--category", "six\nseven"},
+             {"cleanse", "--apply"},
+             {"--apply"},
+         }) {
+        const auto result = cli(words);
+        const auto name = testing::PrintToString(words);
+        EXPECT_EQ(result.status, 2) << name;
+        EXPECT_EQ(result.output, "") << name;
+        EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1)
+            << name << result.errors;
+    }
+    EXPECT_THAT(changes(before, machine.state()), IsEmpty());
+}
+
+TEST_F(ScanClean, WhatNeedsRightsStaysAndIsTold) {
+    ASSERT_EQ(::geteuid(), 0u) << "this test gives its rights up and so needs root";
+    machine.giveHome(unprivilegedUser);
+    const std::string report = machine.system.file("var/crash/own.crash", "own");
+    ASSERT_EQ(::chown(report.c_str(), unprivilegedUser, 0), 0);
+    // The user's own, though closed; a stranger's, in the user's own folder.
+    const std::string closed = machine.home.directory(".cache/closed");
+    machine.home.file(".cache/closed/file");
+    const std::string foreign = machine.home.file(".cache/foreign/kept").parent_path();
+    ASSERT_EQ(::chown(closed.c_str(), unprivilegedUser, 0), 0);
+    machine.home.mode(".cache/closed", 0500);
+    const auto before = machine.state();
+
+    std::set<std::string> gone = {report, closed, closed + "/file"};
+    for (const unsigned category : {1u, 3u, 4u, 5u})
+        gone.insert(machine.items[category].begin(), machine.items[category].end());
+    Words staying(machine.items[0].begin(), machine.items[0].end());
+    staying.insert(staying.end(), machine.items[2].begin(), machine.items[2].end());
+
+    const auto told = clean(everyCategory, 3, RunAs::Unprivileged);
+    EXPECT_THAT(pathsIn(told, "failed"), UnorderedElementsAreArray(staying));
+    EXPECT_THAT(changes(before, machine.state()), IsEmpty());
+    // With rights that are only asked for when it counts, nothing would be in the way.
+    EXPECT_THAT(
+        pathsIn(clean(together(everyCategory, {"--admin"}), 0, RunAs::Unprivileged), "failed"),
+        IsEmpty());
+
+    const auto done = clean(together(everyCategory, {"--apply"}), 3, RunAs::Unprivileged);
+    staying.push_back(foreign);
+    EXPECT_THAT(pathsIn(done, "failed"), UnorderedElementsAreArray(staying));
+    for (const auto &category : categoriesIn(done)) {
+        for (const auto &item : category[QStringLiteral("failed")].toArray())
+            EXPECT_FALSE(item[QStringLiteral("error")].toString().isEmpty());
+    }
+    auto expected = machine.changesOfItems(gone);
+    expected.insert(expected.end(), {"- " + report, "- " + closed, "- " + closed + "/file"});
+    EXPECT_EQ(changes(before, machine.state()), sorted(expected));
+    EXPECT_THAT(cli({"clean", "--category", "0", "--apply"}, RunAs::Unprivileged).output,
+                HasSubstr("stays"));
+}
+
+TEST_F(ScanClean, ADownloadsFolderThatIsTooMuchIsDropped) {
+    TestTree &home = machine.home;
+    home.directory("Bay/in");
+    home.link("Link", "Documents");
+    home.link("HomeLink", home.top());
+    const std::string top = home.top();
+    const struct {
+        std::string value;
+        Words folders;
+    } rows[] = {
+        {"$HOME", {}},
+        {"$HOME/", {}},
+        {"$HOME/.", {}},
+        {"$HOME/Documents/..", {}},
+        {"$HOME/HomeLink", {}},
+        {"/", {}},
+        {top + "/..", {}},
+        {"/proc", {}},
+        {"$HOME/.config", {}},
+        {"$HOME/.local", {}},
+        {"$HOME/.local/share", {}},
+        {"$HOME/missing", {}},
+        {"$HOME/.cachefile", {}},
+        {"$HOME/Bay", {top + "/Bay"}},
+        {"$HOME/Link", {top + "/Link"}},
+        {top + "/Bay/in", {top + "/Bay/in"}},
+        // Relative values and those of other forms count as not configured.
+        {"Bay", {top + "/Downloads"}},
+        {"../home", {top + "/Downloads"}},
+        {"$HOMEBay", {top + "/Downloads"}},
+        {"", {top + "/Downloads"}},
+    };
+    for (const auto &row : rows) {
+        home.file(".config/user-dirs.dirs", "# comment\nXDG_DOWNLOAD_DIR=\"" + row.value + "\"\n");
+        EXPECT_EQ(foldersOf(5), row.folders) << row.value;
+    }
+    home.file(".config/user-dirs.dirs", "XDG_DOWNLOAD_DIR=\"$HOME\"\n");
+    const auto before = machine.state();
+    clean({"--category", "5", "--apply"});
+    EXPECT_THAT(changes(before, machine.state()), IsEmpty());
+}
+
+TEST_F(ScanClean, RelativeOrEmptyBaseFoldersAreIgnored) {
+    for (const char *value : {"", "relative", "./.cache", "~/.cache"}) {
+        std::map<std::string, std::string> environment;
+        for (const char *name :
+             {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME"})
+            environment[name] = value;
+        const auto result =
+            runProgram(together({BRIGHTSWEEP_CLI, "--json", "clean"}, everyCategory), environment);
+        EXPECT_EQ(pathsIn(documentOf(result.output, "clean"), "removed"),
+                  pathsIn(clean(everyCategory), "removed"))
+            << value;
+    }
+    // A caches folder that holds the home or one of the others is none.
+    for (const char *folder : {"", "/..", "/.config", "/.local", "/.local/share/../state"}) {
+        const auto result = runProgram({BRIGHTSWEEP_CLI, "--json", "clean", "--category", "1"},
+                                       {{"XDG_CACHE_HOME", machine.home.top().native() + folder}});
+        EXPECT_THAT(pathsIn(documentOf(result.output, "clean"), "removed"), IsEmpty()) << folder;
+    }
+}
+
+TEST_F(ScanClean, OnlyFoldersOfNothingButLogsAreLogFolders) {
+    const struct {
+        const char *entry; // a directory where it ends in "/", a link where it starts with "@"
+        bool isLog;
+    } rows[] = {
+        {"a.log", true},       {"a.log.12", true},
+        {"a.log.gz", true},    {"a.log.xz", true},
+        {"2026-01-31/", true}, {"20260131T101500/", true},
+        {"a.log.bz2", false},  {"a.txt", false},
+        {"log", false},        {".log", false},
+        {"a.log.", false},     {"a.log.1x", false},
+        {"2026-01-31", false}, {"old/", false},
+        {"a.log/", false},     {"2026-01-31-chat/", false},
+        {"@a.log", false},     {"a.LOG", false},
+    };
+    TestTree &home = machine.home;
+    for (const char *base : {".config", ".local/share", ".local/state"}) {
+        for (const auto &row : rows) {
+            std::string folder = std::string(base) + "/program/logs";
+            std::string entry = row.entry;
+            home.file(folder + "/first.log");
+            if (entry.ends_with('/'))
+                home.directory(folder + "/" + entry);
+            else if (entry.starts_with('@'))
+                home.link(folder + "/" + entry.substr(1), "first.log");
+            else
+                home.file(folder + "/" + entry);
+            EXPECT_EQ(testing::Value(foldersOf(3), testing::Contains(home.path(folder).native())),
+                      row.isLog)
+                << base << " " << row.entry;
+            std::filesystem::remove_all(home.path(std::string(base) + "/program"));
+        }
+    }
+    home.file(".config/a/Logs/x.log");
+    home.file(".config/a/log/x.log");
+    home.file(".config/a/LOGS/x.log");
+    home.file(".config/a/deeper/logs/x.log");
+    home.link(".config/linked", "a");
+    home.file(".local/share/xorg/Xorg.0.log");
+    home.file(".local/share/sddm/anything");
+    const std::string top = home.top();
+    EXPECT_THAT(foldersOf(3), ElementsAre(top + "/.local/state/log", top + "/.local/share/xorg",
+                                          top + "/.npm/_logs", top + "/.local/share/sddm",
+                                          top + "/.config/a/Logs", top + "/.config/a/log",
+                                          top + "/.config/editor/logs"));
+}
+
+TEST_F(ScanClean, SystemFoldersOfOthersAreNone) {
+    TestTree &system = machine.system;
+    const auto listed = [&](const char *folder) {
+        return testing::Value(foldersOf(0), testing::Contains(system.path(folder).native()));
+    };
+    EXPECT_TRUE(listed("var/cache/man"));
+    system.mode("var/cache/man", 0777);
+    EXPECT_FALSE(listed("var/cache/man")) << "writable by others";
+    system.mode("var/cache/man", 01777);
+    EXPECT_TRUE(listed("var/cache/man")) << "sticky";
+    ASSERT_EQ(::chown(system.path("var/cache/man").c_str(), unprivilegedUser, 0), 0);
+    EXPECT_FALSE(listed("var/cache/man")) << "owned by another";
+    system.directory("elsewhere");
+    system.link("var/cache/dnf", system.path("elsewhere"));
+    EXPECT_FALSE(listed("var/cache/dnf")) << "a link";
+}
+
+TEST_F(ScanClean, WhileThePackageManagerWorksItsCacheIsBusy) {
+    const auto before = machine.state();
+    const std::string package = machine.system.path("var/cache/apt/archives/a_1.0_all.deb");
+    {
+        const LockHolder lock(machine.system.path("var/cache/apt/archives/lock"));
+        for (const Words &more : {Words{}, Words{"--apply"}, Words{"--apply", "--admin"}}) {
+            const auto document = clean(together({"--category", "0"}, more), 3);
+            EXPECT_THAT(pathsIn(document, "failed"), ElementsAre(package));
+            const auto failed = categoriesIn(document)[0][QStringLiteral("failed")][0];
+            EXPECT_EQ(failed[QStringLiteral("error")].toString().toStdString(),
+                      std::make_error_code(std::errc::device_or_resource_busy).message());
+        }
+        auto others = machine.items[0];
+        others.erase(package);
+        EXPECT_EQ(changes(before, machine.state()), machine.changesOfItems(others));
+    }
+    clean({"--category", "0", "--apply"});
+    EXPECT_EQ(changes(before, machine.state()), machine.changesOf({0}));
+}
+
+// Enough below the caches that a scan and a clean take a while.
+class Interrupted : public ScanClean {
+protected:
+    static constexpr int folders = 200;
+    static constexpr int files = 400;
+
+    Interrupted() {
+        std::filesystem::remove_all(machine.home.path(".cache"));
+        for (int folder = 0; folder < folders; ++folder) {
+            const std::string place =
+                machine.home.directory(".cache/" + std::to_string(folder)).native() + "/";
+            for (int file = 0; file < files; ++file) {
+                if (::mknod((place + std::to_string(file)).c_str(), S_IFREG | 0600, 0) != 0)
+                    throw std::runtime_error("mknod");
+            }
+        }
+        // The log, which is written only where its folder is, tells when a scan is under way.
+        machine.home.directory(".local/share/Brightsweep");
+    }
+
+    bool scanIsUnderWay() const {
+        const auto log = machine.home.snapshot(".local/share/Brightsweep");
+        return !log.empty() && log.begin()->second.find("Scan folder: ") != std::string::npos;
+    }
+
+    // Runs until the condition holds, interrupts, and starts again where it came too late.
+    template <typename Condition>
+    ChildResult interrupt(const Words &words, int signal, Condition condition) {
+        ChildResult result;
+        for (int attempt = 0; attempt < 20; ++attempt) {
+            std::filesystem::remove(machine.home.path(".local/share/Brightsweep/norvex.log"));
+            RunningProgram program(together({BRIGHTSWEEP_CLI, "--json"}, words));
+            EXPECT_TRUE(eventually([&] { return condition() || program.hasEnded(); }));
+            program.signal(signal);
+            result = program.finish();
+            if (result.status != 0)
+                break;
+        }
+        EXPECT_EQ(result.status, 130);
+        return result;
+    }
+};
+
+TEST_F(Interrupted, AScanTellsWhatItHasFoundSoFar) {
+    const Words all = pathsIn(scan({"--category", "1"}), "items");
+    ASSERT_EQ(all.size(), std::size_t(folders));
+    const auto before = machine.state();
+    for (const Words &words : {Words{"scan", "--category", "1"}, Words{"clean", "--category", "1"},
+                               Words{"clean", "--category", "1", "--apply"}}) {
+        for (const int signal : {SIGINT, SIGTERM}) {
+            const auto result = interrupt(words, signal, [this] { return scanIsUnderWay(); });
+            const auto document = documentOf(result.output, words[0]);
+            const Words found = pathsIn(document, words[0] == "scan" ? "items" : "removed");
+            EXPECT_LE(found.size(), all.size());
+            EXPECT_TRUE(std::equal(found.begin(), found.end(), all.begin()));
+            EXPECT_NE(document[QStringLiteral("applied")], true);
+        }
+    }
+    EXPECT_THAT(changes(before, machine.state()), IsEmpty());
+}
+
+TEST_F(Interrupted, ACleanTellsWhatHasGoneSoFar) {
+    const Words all = itemsOf("1");
+    const auto before = machine.state();
+    const auto some = [this] {
+        const std::filesystem::directory_iterator entries(machine.home.path(".cache"));
+        return std::distance(begin(entries), end(entries)) < folders;
+    };
+    const auto result = interrupt({"clean", "--category", "1", "--apply"}, SIGINT, some);
+    const auto document = documentOf(result.output, "clean");
+    const Words gone = pathsIn(document, "removed");
+    const Words failed = pathsIn(document, "failed");
+    EXPECT_EQ(document[QStringLiteral("applied")], true);
+    EXPECT_LT(gone.size(), all.size());
+    EXPECT_TRUE(std::equal(gone.begin(), gone.end(), all.begin()));
+    // The item under way may have lost something; those behind it have not.
+    ASSERT_LE(failed.size(), 1u);
+    if (!failed.empty())
+        EXPECT_EQ(failed[0], all[gone.size()]);
+    auto expected = machine.changesOfItems({});
+    for (const auto &[path, facts] : before) {
+        if (std::any_of(gone.begin(), gone.end(), [&path = path](const std::string &item) {
+                return path == item || path.starts_with(item + "/");
+            }))
+            expected.push_back("- " + path);
+    }
+    Words changed = changes(before, machine.state());
+    for (const std::string &item : failed) {
+        EXPECT_TRUE(isThere(item));
+        std::erase_if(changed,
+                      [&](const std::string &line) { return line.find(item + "/") != line.npos; });
+    }
+    EXPECT_EQ(changed, sorted(expected));
+    std::int64_t sum = 0;
+    for (const auto &item : categoriesIn(document)[0][QStringLiteral("removed")].toArray())
+        sum += item[QStringLiteral("bytes")].toInteger();
+    const auto history = documentOf(cli({"--json", "history"}).output, "history");
+    EXPECT_EQ(history[QStringLiteral("bytes")].toInteger(), sum);
+}
+
+} // namespace
+} // namespace brightsweep::test

@@ -1,0 +1,99 @@
+#include "support/ChildProcess.h"
+#include "support/CleanableMachine.h"
+#include "support/TestEnvironment.h"
+#include "system/PrivateMachine.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/mount.h>
+#include <unistd.h>
+
+namespace brightsweep::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+// A volume below the system root, unmounted at the end.
+class Volume {
+public:
+    Volume(const std::string &device, std::filesystem::path place) : m_place(std::move(place)) {
+        PrivateMachine::current().mountDisk(device, m_place);
+    }
+    ~Volume() { ::umount2(m_place.c_str(), UMOUNT_NOFOLLOW); }
+    Volume(const Volume &) = delete;
+    Volume &operator=(const Volume &) = delete;
+
+private:
+    std::filesystem::path m_place;
+};
+
+ChildResult cleanTrash(const std::vector<std::string> &more = {}) {
+    std::vector<std::string> arguments = {BRIGHTSWEEP_CLI, "--json", "clean", "--category", "4"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return runProgram(arguments, {}, RunAs::Unprivileged);
+}
+
+TEST(VolumeTrash, OnlySoundTrashesOfFurtherVolumesAreEmptied) {
+    ASSERT_EQ(::geteuid(), 0u) << "this test mounts a volume and so needs root";
+    auto &machine = PrivateMachine::current();
+    const std::string disk = machine.makeMemoryDisk();
+    ASSERT_FALSE(disk.empty()) << "the kernel makes no block device of memory";
+    TestTree home(TestEnvironment::current().home());
+    const std::string own = home.file(".local/share/Trash/files/own");
+    ASSERT_EQ(::chown(home.path(".local/share/Trash/files").c_str(), unprivilegedUser, 0), 0);
+    {
+        const auto place = TestEnvironment::current().system() / "media/disk";
+        const Volume mounted(disk, place);
+        TestTree volume(place);
+        const std::string user = std::to_string(unprivilegedUser);
+        const std::string shared = ".Trash/" + user;
+        const std::string single = ".Trash-" + user;
+        const auto inShared = volume.file(shared + "/files/a", "aa").native();
+        volume.file(shared + "/info/a.trashinfo");
+        const auto inSingle = volume.file(single + "/files/b", "b").native();
+        volume.file(".Trash-1/files/of another");
+        volume.file("kept");
+        for (const std::string &trash : {shared, single}) {
+            for (const char *folder : {"", "/files", "/info"}) {
+                if (volume.exists(trash + folder)) {
+                    ASSERT_EQ(::chown(volume.path(trash + folder).c_str(), unprivilegedUser,
+                                      unprivilegedUser),
+                              0);
+                }
+            }
+            volume.mode(trash, 0700);
+        }
+        volume.mode(".Trash", 01777);
+        const auto before = volume.snapshot();
+        const auto listed = [] {
+            return pathsIn(documentOf(cleanTrash().output, "clean"), "removed");
+        };
+
+        EXPECT_THAT(listed(), ElementsAre(own, inShared, inSingle));
+        volume.mode(".Trash", 0777);
+        EXPECT_THAT(listed(), ElementsAre(own, inSingle)) << "not sticky";
+        volume.mode(".Trash", 01777);
+        volume.mode(single, 0755);
+        EXPECT_THAT(listed(), ElementsAre(own, inShared)) << "open to others";
+        ASSERT_EQ(::rename(volume.path(single).c_str(), volume.path("elsewhere").c_str()), 0);
+        volume.mode("elsewhere", 0700);
+        volume.link(single, "elsewhere");
+        EXPECT_THAT(listed(), ElementsAre(own, inShared)) << "a link";
+        ASSERT_EQ(::unlink(volume.path(single).c_str()), 0);
+        ASSERT_EQ(::rename(volume.path("elsewhere").c_str(), volume.path(single).c_str()), 0);
+        EXPECT_THAT(changes(before, volume.snapshot()), IsEmpty());
+
+        EXPECT_EQ(cleanTrash({"--apply"}).status, 0);
+        EXPECT_THAT(changes(before, volume.snapshot()),
+                    UnorderedElementsAre("- " + shared + "/files/a",
+                                         "- " + shared + "/info/a.trashinfo",
+                                         "- " + single + "/files/b"));
+    }
+    machine.clear();
+}
+
+} // namespace
+} // namespace brightsweep::test
