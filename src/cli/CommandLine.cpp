@@ -30,9 +30,8 @@ void installInterruptHandlers() {
 }
 
 constexpr const Command *commands[] = {
-    &scanCommand,    &cleanCommand,    &duplicatesCommand,
+    &scanCommand,    &cleanCommand,    &duplicatesCommand, &usageCommand,
     &volumesCommand, &settingsCommand, &historyCommand,
-    &scanCommand, &cleanCommand, &usageCommand, &volumesCommand, &settingsCommand, &historyCommand,
 };
 
 std::string overview() {

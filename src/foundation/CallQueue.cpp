@@ -41,8 +41,8 @@ void CallQueue::post(std::function<void()> function) {
     const std::lock_guard lock(m_state->mutex);
     m_state->waiting.push_back(std::move(function));
     // One byte wakes the loop for all that waits; a full pipe is awake already.
-    if (m_state->waiting.size() == 1)
-        [[maybe_unused]] const auto written = ::write(m_state->writeEnd.get(), "", 1);
+    if (m_state->waiting.size() == 1) [[maybe_unused]]
+        const auto written = ::write(m_state->writeEnd.get(), "", 1);
 }
 
 void CallQueue::run() {

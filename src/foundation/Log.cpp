@@ -10,7 +10,6 @@
 #include <cstring>
 #include <ctime>
 
-
 namespace brightsweep {
 
 namespace {

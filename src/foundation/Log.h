@@ -28,14 +28,12 @@ public:
             m_value = std::uint64_t(value);
     }
     LogArgument(double value) : m_value(value) {}
-    LogArgument(const char *text)
-        : m_value(text ? std::string(text) : std::string("(null)")) {}
+    LogArgument(const char *text) : m_value(text ? std::string(text) : std::string("(null)")) {}
     LogArgument(std::string_view text) : m_value(std::string(text)) {}
     LogArgument(const std::string &text) : m_value(text) {}
     LogArgument(const QString &text) : m_value(text.toStdString()) {}
     LogArgument(const std::filesystem::path &path) : m_value(path.native()) {}
-    LogArgument(std::error_code error)
-        : m_value(error ? error.message() : std::string("(null)")) {}
+    LogArgument(std::error_code error) : m_value(error ? error.message() : std::string("(null)")) {}
 
     const std::variant<std::int64_t, std::uint64_t, double, std::string> &value() const {
         return m_value;

@@ -68,8 +68,8 @@ void NotificationCenter::addObserver(QObject *context, const QString &name, Hand
     observer->name = name;
     observer->object = object;
     observer->handler = std::move(handler);
-    observer->contextDestroyed =
-        QObject::connect(context, &QObject::destroyed, [this, context] { removeObserver(context); });
+    observer->contextDestroyed = QObject::connect(context, &QObject::destroyed,
+                                                  [this, context] { removeObserver(context); });
     const std::lock_guard lock(m_mutex);
     m_observers.push_back(std::move(observer));
 }

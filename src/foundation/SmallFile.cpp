@@ -14,7 +14,9 @@ namespace brightsweep {
 
 namespace {
 
-std::error_code lastError() { return {errno, std::generic_category()}; }
+std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
 
 std::error_code writeAll(int descriptor, std::string_view text) {
     while (!text.empty()) {

@@ -148,7 +148,8 @@ public:
     /// before the opening; should it have turned into something else meanwhile, it is closed again
     /// unread. It is called for every file of a search, hence the plain bytes.
     virtual Result<OpenFile> openListedFile(const std::string &path) = 0;
-    /// How many pages of a range of the file are in memory; an error where the system does not tell.
+    /// How many pages of a range of the file are in memory; an error where the system does not
+    /// tell.
     virtual Result<std::uint64_t> cachedPages(const FileDescriptor &file, std::uint64_t offset,
                                               std::uint64_t length) = 0;
     /// Has the system fetch no more of the file than what is asked for.

@@ -40,8 +40,7 @@ public:
     Result<OpenDirectory> openHolder(const RemovalTarget &target) override;
     bool isDeletable(const RemovalTarget &target) override;
     std::error_code checkRemoval(const RemovalTarget &target) override;
-    std::error_code removeItem(const RemovalTarget &target,
-                               const std::atomic<bool> *stop) override;
+    std::error_code removeItem(const RemovalTarget &target, const std::atomic<bool> *stop) override;
     Result<std::uint32_t> setPermissions(const RemovalTarget &target, std::uint32_t mode) override;
 };
 
