@@ -5,6 +5,8 @@
 #include "platform/Platform.h"
 #include "preferences/PreferenceViewController.h"
 
+#include <cstdlib>
+
 namespace {
 
 // The terminal form of the program: the same scan, printed.
@@ -20,5 +22,5 @@ int applicationMain(char *program) {
 
 int main(int argc, char **argv) {
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
-    return brightsweep::runEntry(argc, argv, [argv] { return applicationMain(argv[0]); });
+    std::_Exit(brightsweep::runEntry(argc, argv, [argv] { return applicationMain(argv[0]); }));
 }

@@ -78,7 +78,9 @@ const std::atomic<bool> &interrupted() {
 }
 
 int runCommandLine(int argc, char **argv) {
-    QCoreApplication application(argc, argv);
+    // Never destroyed: a thread of the platform may be waiting for a service that does not answer.
+    static int arguments = argc;
+    new QCoreApplication(arguments, argv);
     QCoreApplication::setApplicationName(QStringLiteral("brightsweep-cli"));
     QCoreApplication::setApplicationVersion(QLatin1String(programVersion));
     installInterruptHandlers();

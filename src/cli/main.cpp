@@ -6,9 +6,11 @@
 #include "platform/Platform.h"
 #include "preferences/PreferenceViewController.h"
 
+#include <cstdlib>
+
 int main(int argc, char **argv) {
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
     brightsweep::MacLog::setLogFileForCommandLine(brightsweep::logFileName);
     brightsweep::registerAllDefaults();
-    return brightsweep::cli::runCommandLine(argc, argv);
+    std::_Exit(brightsweep::cli::runCommandLine(argc, argv));
 }

@@ -333,7 +333,7 @@ TEST_F(VolumesSystemTest, HostileNamesAreShownAndEjected) {
     ASSERT_TRUE(facts);
     const auto result = cli("--json volumes");
     EXPECT_NE(result.output.find("rootBase64"), std::string::npos);
-    EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), 1);
+    EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), 1) << result.output;
     EXPECT_EQ(cli("volumes eject " + std::to_string(facts->refNumber)).status, 0);
     EXPECT_FALSE(factsOf(place.native()));
 }
