@@ -325,6 +325,13 @@ TEST_F(VolumesSystemTest, MountsAreAnnounced) {
     EXPECT_EQ(events.size(), 3u);
 }
 
+// The process ends while its threads may still talk to the services.
+TEST_F(VolumesSystemTest, TheCommandEndsWellAtAnyMomentOfItsThreads) {
+    machine().mountDisk(machine().makeDisk("disk"), "/media/disk");
+    for (int round = 0; round < 30; ++round)
+        EXPECT_EQ(cli("--quiet scan --category 4").status, 0);
+}
+
 TEST_F(VolumesSystemTest, HostileNamesAreShownAndEjected) {
     const fs::path place = "/media/line\nend \\040 \xff\xfe $(touch x) '\"";
     const std::string disk = machine().makeDisk("a\nb");
