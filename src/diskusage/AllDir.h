@@ -85,7 +85,7 @@ protected:
     struct Children;
 
     AllDir() = default;
-    ~AllDir() = default;
+    ~AllDir() override = default;
 
     NodeArena &arena() const;
     /// Makes this the first node of a tree that owns the arena.

@@ -14,7 +14,7 @@ protected:
     Displayer() = default;
     Displayer(const Displayer &) = delete;
     Displayer &operator=(const Displayer &) = delete;
-    ~Displayer() = default;
+    virtual ~Displayer() = default;
 };
 
 } // namespace brightsweep

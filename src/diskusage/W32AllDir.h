@@ -17,7 +17,7 @@ public:
 
 private:
     W32AllDir() = default;
-    ~W32AllDir() = default;
+    ~W32AllDir() override = default;
 };
 
 } // namespace brightsweep

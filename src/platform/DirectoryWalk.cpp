@@ -21,6 +21,20 @@ constexpr unsigned aloneFor = 32;
 
 constexpr std::chrono::milliseconds callerPollInterval(20);
 
+// Every mutex of a walk is held for a few instructions only: to sleep and to be woken costs many
+// times as much as to try again.
+constexpr int triesBeforeSleep = 200;
+
+std::unique_lock<std::mutex> lockShortly(std::mutex &mutex) {
+    std::unique_lock lock(mutex, std::defer_lock);
+    for (int i = 0; i < triesBeforeSleep; ++i) {
+        if (lock.try_lock())
+            return lock;
+    }
+    lock.lock();
+    return lock;
+}
+
 } // namespace
 
 DirectoryWalk::Visitor::~Visitor() = default;
@@ -156,7 +170,7 @@ void DirectoryWalk::State::work(bool isCaller) {
 }
 
 DirectoryWalk::Directory *DirectoryWalk::State::take(bool isCaller) {
-    std::unique_lock lock(mutex);
+    auto lock = lockShortly(mutex);
     for (;;) {
         if (!waiting.empty()) {
             Directory *directory = waiting.back();
@@ -206,7 +220,7 @@ void DirectoryWalk::State::process(Directory &directory, DirectoryBlock &block,
     }
     noLongerNeeded(&directory);
     leave(&directory);
-    const std::lock_guard lock(mutex);
+    const auto lock = lockShortly(mutex);
     if (--working == 0 && waiting.empty())
         changed.notify_all();
 }
@@ -230,7 +244,7 @@ std::error_code DirectoryWalk::State::readAll(Directory &directory, DirectoryBlo
 void DirectoryWalk::State::push(std::vector<Directory *> &entered) {
     if (entered.empty())
         return;
-    const std::lock_guard lock(mutex);
+    const auto lock = lockShortly(mutex);
     waiting.insert(waiting.end(), entered.rbegin(), entered.rend());
     if (entered.size() == 1)
         changed.notify_one();
@@ -253,7 +267,7 @@ void DirectoryWalk::State::leave(Directory *directory) {
 Result<std::shared_ptr<const OpenDirectory>> DirectoryWalk::State::open(Directory &directory) {
     std::shared_ptr<const OpenDirectory> parent;
     {
-        const std::lock_guard lock(openMutex);
+        const auto lock = lockShortly(openMutex);
         if (directory.m_open)
             return directory.m_open;
         if (directory.m_parent)
@@ -269,7 +283,7 @@ Result<std::shared_ptr<const OpenDirectory>> DirectoryWalk::State::open(Director
     }
     auto open = openOnce(directory, *parent);
     if (open) {
-        const std::lock_guard lock(openMutex);
+        const auto lock = lockShortly(openMutex);
         keepOpen(directory, *open);
     }
     return open;
@@ -309,7 +323,7 @@ DirectoryWalk::State::openOnce(Directory &directory, const OpenDirectory &parent
     auto child = files.openDirectoryAt(parent, directory.m_name.c_str());
     if (!child && child.error() == std::errc::too_many_files_open) {
         {
-            const std::lock_guard lock(openMutex);
+            const auto lock = lockShortly(openMutex);
             while (oldestOpen)
                 close(*oldestOpen);
         }
@@ -329,7 +343,7 @@ void DirectoryWalk::State::opened(Directory &directory) {
 void DirectoryWalk::State::noLongerNeeded(Directory *directory) {
     if (!directory || directory->m_notOpened.fetch_sub(1, std::memory_order_acq_rel) != 1)
         return;
-    const std::lock_guard lock(openMutex);
+    const auto lock = lockShortly(openMutex);
     if (directory->m_listed)
         close(*directory);
 }
