@@ -1,0 +1,106 @@
+#include "diskusage/NodeTreeOperator.h"
+
+#include "core/SizeLimit.h"
+#include "core/TaskStopper.h"
+#include "foundation/Paths.h"
+#include "platform/DirectoryWalk.h"
+#include "platform/Platform.h"
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <utility>
+
+namespace brightsweep {
+
+namespace {
+
+std::uint64_t plusSaturating(std::uint64_t sum, std::uint64_t value) {
+    return sum + value < sum ? std::numeric_limits<std::uint64_t>::max() : sum + value;
+}
+
+// Fills one node. A directory's node is touched by the thread that reads the directory, and again
+// once everything below it is complete; no lock is needed.
+class ListWalk final : public DirectoryWalk::Visitor {
+public:
+    ListWalk(FSNode &root, std::uint64_t limit)
+        : m_root(root), m_limit(limit),
+          m_walk(*Platform::current().files, *this,
+                 {WantedAttributes::NonDirectories, 0,
+                  &TaskStopper::sharedTaskStopper().flag()}) {}
+
+    std::uint64_t run(OpenDirectory directory) {
+        const std::uint64_t before = m_root.size;
+        const std::size_t childrenBefore = m_root.children.size();
+        m_root.size = 0;
+        m_firstOwnChild = childrenBefore;
+        m_walk.addRoot(std::make_shared<const OpenDirectory>(std::move(directory)), &m_root);
+        m_walk.run();
+        return std::exchange(m_root.size, before);
+    }
+
+    // The size of a node is meanwhile that of its own files.
+    void entries(DirectoryWalk::Directory &directory, const DirectoryBlock &block) override {
+        FSNode &node = *static_cast<FSNode *>(directory.context());
+        for (const DirectoryEntry &entry : block.entries()) {
+            if (entry.type == EntryType::Directory) {
+                FSNode &child = node.addChild(entry.nameView(), true, 0);
+                m_walk.enter(directory, entry.nameView(), &child);
+                continue;
+            }
+            node.size = plusSaturating(node.size, entry.size);
+            if (entry.size >= m_limit)
+                node.addChild(entry.nameView(), false, entry.size);
+        }
+    }
+
+    void left(DirectoryWalk::Directory &directory) override {
+        FSNode &node = *static_cast<FSNode *>(directory.context());
+        const std::size_t first = &node == &m_root ? m_firstOwnChild : 0;
+        for (std::size_t i = first; i < node.children.size(); ++i) {
+            if (node.children[i]->_isDirectory)
+                node.size = plusSaturating(node.size, node.children[i]->size);
+        }
+        const auto begin = node.children.begin() + std::ptrdiff_t(first);
+        node.children.erase(std::remove_if(begin, node.children.end(),
+                                           [this](const auto &child) {
+                                               return child->_isDirectory && child->size < m_limit;
+                                           }),
+                            node.children.end());
+        node.children.shrink_to_fit();
+    }
+
+private:
+    FSNode &m_root;
+    const std::uint64_t m_limit;
+    DirectoryWalk m_walk;
+    std::size_t m_firstOwnChild = 0;
+};
+
+} // namespace
+
+std::uint64_t NodeTreeOperator::getFistListTree(const std::filesystem::path &path, FSNode &root,
+                                                std::uint64_t limit) {
+    if (TaskStopper::sharedTaskStopper().getStopFlags())
+        return 0;
+    FileOperations &files = *Platform::current().files;
+    const auto attributes = files.attributes(path);
+    if (!attributes)
+        return 0;
+    if (attributes->type != EntryType::Directory) {
+        if (attributes->size < limit)
+            return 0;
+        root.addChild(paths::lastComponent(path), false, attributes->size);
+        return attributes->size;
+    }
+    auto directory = files.openDirectory(path);
+    if (!directory)
+        return 0;
+    return ListWalk(root, limit).run(std::move(*directory));
+}
+
+std::uint64_t getLimitSize() {
+    return storedLimitInBytes(DSDiskUsageLimit, DSDiskUsageUnit);
+}
+
+} // namespace brightsweep

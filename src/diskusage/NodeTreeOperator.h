@@ -1,0 +1,26 @@
+#pragma once
+
+#include "diskusage/FSNode.h"
+
+#include <cstdint>
+#include <filesystem>
+
+namespace brightsweep {
+
+/// Builds the list mode's trees. A walk runs on the calling thread, with helpers that live for the
+/// call only, and ends early when the flag of TaskStopper is set; what was found so far stays.
+class NodeTreeOperator {
+public:
+    /// Adds to `root` what lies below the path and is at least `limit` bytes large, folders with
+    /// all below them, in system order. Returns the bytes of everything there, kept or not. A path
+    /// that is no folder becomes itself a child of `root`, unless it is smaller than the limit,
+    /// which gives 0. Links are never followed; what cannot be read counts 0.
+    std::uint64_t getFistListTree(const std::filesystem::path &path, FSNode &root,
+                                  std::uint64_t limit);
+};
+
+/// The size in bytes below which the list leaves items out, from the settings. It wraps: a limit in
+/// the largest unit is larger than any file.
+std::uint64_t getLimitSize();
+
+} // namespace brightsweep
