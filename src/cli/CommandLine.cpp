@@ -30,7 +30,7 @@ void installInterruptHandlers() {
 }
 
 constexpr const Command *commands[] = {
-    &scanCommand, &cleanCommand, &volumesCommand, &settingsCommand, &historyCommand,
+    &scanCommand, &cleanCommand, &usageCommand, &volumesCommand, &settingsCommand, &historyCommand,
 };
 
 std::string overview() {

@@ -9,6 +9,7 @@ extern const Command cleanCommand;
 extern const Command historyCommand;
 extern const Command scanCommand;
 extern const Command settingsCommand;
+extern const Command usageCommand;
 extern const Command volumesCommand;
 
 } // namespace brightsweep::cli

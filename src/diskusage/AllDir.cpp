@@ -67,7 +67,9 @@ int AllDir::Find(std::string_view path, AllDir **out) const {
     return -1;
 }
 
-void AllDir::setActivity() { tActivity = std::time(nullptr); }
+void AllDir::setActivity() {
+    tActivity = std::time(nullptr);
+}
 
 std::string AllDir::szPath() const {
     if (!*m_name)
@@ -101,7 +103,9 @@ NodeArena &AllDir::arena() const {
     return *static_cast<NodeArena *>(node->m_upper);
 }
 
-void AllDir::becomeRoot(NodeArena *arena) { m_upper = arena; }
+void AllDir::becomeRoot(NodeArena *arena) {
+    m_upper = arena;
+}
 
 void AllDir::becomeChildOf(W32AllDir &parent) {
     const AllDir &upper = parent;

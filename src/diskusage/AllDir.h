@@ -31,9 +31,10 @@ public:
     /// A new, empty node below this one; it gets no slot by that.
     virtual AllDir *newAllDir() = 0;
 
-    /// Scans the directory into this node, a new root, and returns its bytes, at most 2^63 - 1. `path` ends in "/". At the top of a scan, a directory named "Volumes" is left out
-    /// and the progress is posted: "GetDirTotalLevel" once, with the number of top-level directories
-    /// under "DirLevels", and "NeedUpdateProgress" as each of them is finished, all on the calling
+    /// Scans the directory into this node, a new root, and returns its bytes, at most 2^63 - 1.
+    /// `path` ends in "/". At the top of a scan, a directory named "Volumes" is left out and the
+    /// progress is posted: "GetDirTotalLevel" once, with the number of top-level directories under
+    /// "DirLevels", and "NeedUpdateProgress" as each of them is finished, all on the calling
     /// thread. A directory that cannot be opened has no children and size 0. While bStopScan is
     /// set nothing more is read, and the result is what was counted so far.
     std::int64_t ListAllDir(std::string_view path, bool isTop);

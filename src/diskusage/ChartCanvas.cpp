@@ -12,11 +12,15 @@ thread_local ChartCanvas *canvasInUse = nullptr;
 
 ChartCanvas::~ChartCanvas() = default;
 
-ChartCanvas *ChartCanvas::current() { return canvasInUse; }
+ChartCanvas *ChartCanvas::current() {
+    return canvasInUse;
+}
 
 void ChartCanvas::beginSector(const AllDir &) {}
 
 ChartCanvas::Use::Use(ChartCanvas &canvas) : m_before(std::exchange(canvasInUse, &canvas)) {}
-ChartCanvas::Use::~Use() { canvasInUse = m_before; }
+ChartCanvas::Use::~Use() {
+    canvasInUse = m_before;
+}
 
 } // namespace brightsweep

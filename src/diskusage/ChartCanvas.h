@@ -7,8 +7,8 @@ namespace brightsweep {
 class AllDir;
 
 /// What the ring chart is drawn on: colours, quadrics and the matrix stacks, in the terms of OpenGL
-/// and GLU. The node of the size tree draws on the canvas in use, as it would on the context in use.
-/// Each thread has its own.
+/// and GLU. The node of the size tree draws on the canvas in use, as it would on the context in
+/// use. Each thread has its own.
 class ChartCanvas {
 public:
     enum class DrawStyle { Silhouette, Fill };

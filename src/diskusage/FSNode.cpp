@@ -43,7 +43,9 @@ std::filesystem::path FSNode::_path() const {
     return path;
 }
 
-std::string FSNode::displayName() const { return father ? m_name : paths::lastComponent(m_name); }
+std::string FSNode::displayName() const {
+    return father ? m_name : paths::lastComponent(m_name);
+}
 
 int FSNode::compareSize(const FSNode &other) const {
     return other.size < size ? -1 : other.size > size ? 1 : 0;

@@ -16,7 +16,9 @@ constexpr std::size_t largePiece = firstChunk / 4;
 
 } // namespace
 
-void *NodeArena::allocate(std::size_t size) { return grab(size, alignof(std::uint64_t)); }
+void *NodeArena::allocate(std::size_t size) {
+    return grab(size, alignof(std::uint64_t));
+}
 
 const char *NodeArena::copy(std::string_view text) {
     char *copied = grab(text.size() + 1, 1);
@@ -44,8 +46,7 @@ char *NodeArena::grab(std::size_t size, std::size_t alignment) {
         m_chunkSize = std::min(std::max(2 * m_chunkSize, firstChunk), largestChunk);
     const std::size_t taken = ownChunk ? size : m_chunkSize;
     // new[] aligns for every fundamental type.
-    char *const chunk =
-        m_chunks.emplace_back(std::make_unique_for_overwrite<char[]>(taken)).get();
+    char *const chunk = m_chunks.emplace_back(std::make_unique_for_overwrite<char[]>(taken)).get();
     m_taken += taken;
     if (!ownChunk) {
         m_next = chunk + size;

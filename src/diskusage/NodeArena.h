@@ -8,7 +8,8 @@
 
 namespace brightsweep {
 
-/// The storage of one size tree: nodes, names and child arrays, given out in pieces of large chunks.
+/// The storage of one size tree: nodes, names and child arrays, given out in pieces of large
+/// chunks.
 ///
 /// Nothing is given back singly. The whole goes at once, in time that depends on the number of
 /// chunks and not of nodes, and without a destructor being called. allocate() is safe from every

@@ -1,5 +1,6 @@
 #include "diskusage/NodeTreeOperator.h"
 
+#include "core/SettingKeys.h"
 #include "core/SizeLimit.h"
 #include "core/TaskStopper.h"
 #include "foundation/Paths.h"
@@ -24,10 +25,10 @@ std::uint64_t plusSaturating(std::uint64_t sum, std::uint64_t value) {
 class ListWalk final : public DirectoryWalk::Visitor {
 public:
     ListWalk(FSNode &root, std::uint64_t limit)
-        : m_root(root), m_limit(limit),
+        : m_root(root),
+          m_limit(limit),
           m_walk(*Platform::current().files, *this,
-                 {WantedAttributes::NonDirectories, 0,
-                  &TaskStopper::sharedTaskStopper().flag()}) {}
+                 {WantedAttributes::NonDirectories, 0, &TaskStopper::sharedTaskStopper().flag()}) {}
 
     std::uint64_t run(OpenDirectory directory) {
         const std::uint64_t before = m_root.size;

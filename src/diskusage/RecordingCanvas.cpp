@@ -26,7 +26,9 @@ ChartCanvas::Quadric *RecordingCanvas::newQuadric() {
 }
 
 void RecordingCanvas::deleteQuadric(Quadric *) {}
-void RecordingCanvas::quadricDrawStyle(Quadric *, DrawStyle style) { m_style = style; }
+void RecordingCanvas::quadricDrawStyle(Quadric *, DrawStyle style) {
+    m_style = style;
+}
 void RecordingCanvas::quadricWithoutNormals(Quadric *) {}
 
 void RecordingCanvas::partialDisk(Quadric *, double inner, double outer, int slices, int loops,
@@ -56,7 +58,9 @@ void RecordingCanvas::color3d(double red, double green, double blue) {
 }
 
 void RecordingCanvas::matrixMode(MatrixMode) {}
-void RecordingCanvas::pushMatrix() { ++pushed; }
+void RecordingCanvas::pushMatrix() {
+    ++pushed;
+}
 
 void RecordingCanvas::popMatrix() {
     if (pushed > 0)

@@ -20,7 +20,9 @@ constexpr std::string_view leftOutAtTheTop = "Volumes";
 thread_local std::vector<AllDir *> childrenFound;
 
 // "." and ".." do not count, and with them no name that ends in a point.
-bool counts(const DirectoryEntry &entry) { return entry.name[entry.nameLength - 1] != '.'; }
+bool counts(const DirectoryEntry &entry) {
+    return entry.name[entry.nameLength - 1] != '.';
+}
 
 std::uint64_t plusSaturating(std::uint64_t sum, std::uint64_t value) {
     const std::uint64_t result = sum + value;
@@ -34,7 +36,9 @@ AllDir &nodeOf(DirectoryWalk::Directory &directory) {
 } // namespace
 
 SizeScan::SizeScan(AllDir &root, bool isTop)
-    : m_root(root), m_isTop(isTop), m_arena(root.arena()),
+    : m_root(root),
+      m_isTop(isTop),
+      m_arena(root.arena()),
       m_walk(*Platform::current().files, *this,
              {WantedAttributes::NonDirectories, 0, &AllDir::bStopScan}) {}
 
