@@ -96,6 +96,8 @@ AllDir::Slots AllDir::ppChildren() const {
     return children ? Slots(children->slots(), std::size_t(children->count)) : Slots();
 }
 
+std::size_t AllDir::storage() const { return arena().bytesUsed(); }
+
 NodeArena &AllDir::arena() const {
     const AllDir *node = this;
     while (node->pParent)

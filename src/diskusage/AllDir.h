@@ -69,6 +69,8 @@ public:
     const char *name() const { return m_name; }
     std::int64_t iChildCount() const;
     Slots ppChildren() const;
+    /// Bytes of storage that the whole tree uses.
+    std::size_t storage() const;
 
     /// Program-wide: stops the scan and, as long as it is set, painting below the node painted.
     static std::atomic<bool> bStopScan;

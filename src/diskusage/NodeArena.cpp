@@ -27,9 +27,9 @@ const char *NodeArena::copy(std::string_view text) {
     return copied;
 }
 
-std::size_t NodeArena::bytesTaken() const {
+std::size_t NodeArena::bytesUsed() const {
     const std::lock_guard lock(m_mutex);
-    return m_taken;
+    return m_taken - m_left;
 }
 
 char *NodeArena::grab(std::size_t size, std::size_t alignment) {

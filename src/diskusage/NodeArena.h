@@ -25,8 +25,8 @@ public:
     /// A copy of the text with a NUL behind it.
     const char *copy(std::string_view text);
 
-    /// Bytes taken from the system so far.
-    std::size_t bytesTaken() const;
+    /// Bytes given out so far, with what was lost between and behind them.
+    std::size_t bytesUsed() const;
 
 private:
     char *grab(std::size_t size, std::size_t alignment);

@@ -1,0 +1,392 @@
+#include "diskusage/RingChart.h"
+
+#include "core/UtilityFunction.h"
+#include "diskusage/ChartCanvas.h"
+#include "foundation/Log.h"
+#include "foundation/NotificationCenter.h"
+#include "foundation/Paths.h"
+#include "platform/FileOperations.h"
+#include "platform/Platform.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <unordered_map>
+
+namespace brightsweep {
+
+namespace {
+
+// The chart reaches so far from its centre along the short side of the view.
+constexpr float chartReach = 3;
+constexpr double chartDepth = -0.9;
+constexpr int centreLevel = 1;
+constexpr int lastLevel = 5;
+
+struct HalfExtent {
+    double x;
+    double y;
+};
+
+HalfExtent halfExtent(int width, int height) {
+    if (width > height)
+        return {chartReach * (float(width) / float(height)), chartReach};
+    return {chartReach, chartReach * (float(height) / float(width))};
+}
+
+std::string withSlash(std::string path) {
+    if (!path.ends_with('/'))
+        path += '/';
+    return path;
+}
+
+std::uint64_t sizeOf(const AllDir &node) {
+    return std::uint64_t(node.iSize.load(std::memory_order_relaxed));
+}
+
+bool isSameOrAncestor(const AllDir *ancestor, const AllDir *node) {
+    while (node && node != ancestor)
+        node = node->pParent;
+    return node != nullptr;
+}
+
+std::vector<CleanFileInfo>
+itemsOf(const std::filesystem::path &folder,
+        const std::unordered_map<std::string, std::uint64_t> &directorySizes) {
+    std::vector<CleanFileInfo> items;
+    FileOperations &files = *Platform::current().files;
+    const auto directory = files.openDirectory(folder);
+    if (!directory)
+        return items;
+    DirectoryBlock block;
+    do {
+        if (files.readBlock(*directory, block, WantedAttributes::NonDirectories))
+            break;
+        for (const DirectoryEntry &entry : block.entries()) {
+            std::uint64_t bytes = entry.size;
+            if (entry.type == EntryType::Directory) {
+                const auto known = directorySizes.find(std::string(entry.nameView()));
+                bytes = known == directorySizes.end() ? 0 : known->second;
+            }
+            items.emplace_back(QString(), std::string(entry.nameView()),
+                               paths::join(folder, entry.nameView()),
+                               UtilityFunction::convertVolSpace(bytes), bytes);
+        }
+    } while (!block.atEnd());
+    return items;
+}
+
+// By the sizes in words, each of which is read once and not at every comparison.
+RingChart::CleanFileInfoList sortedBySize(std::vector<CleanFileInfo> items) {
+    std::vector<std::pair<std::uint64_t, std::size_t>> order;
+    for (const CleanFileInfo &item : items)
+        order.emplace_back(UtilityFunction::getVolSpaceFromString(item.size), order.size());
+    std::stable_sort(order.begin(), order.end(), [](const auto &first, const auto &second) {
+        return second.first < first.first;
+    });
+    RingChart::CleanFileInfoList sorted;
+    sorted.reserve(items.size());
+    for (const auto &[size, index] : order)
+        sorted.push_back(std::move(items[index]));
+    return sorted;
+}
+
+} // namespace
+
+RingChart::RingChart(QObject *parent) : QObject(parent) {}
+
+RingChart::~RingChart() {
+    if (icAllDir)
+        icAllDir->FreeAll();
+}
+
+void RingChart::contructPieTree(const std::filesystem::path &path) {
+    // Before the new tree can be seen: a stop that comes from then on is meant for this scan.
+    AllDir::bStopScan = false;
+    m_scanning = true;
+    W32AllDir *const root = W32AllDir::newRoot();
+    W32AllDir *before = nullptr;
+    {
+        const std::lock_guard lock(m_mutex);
+        before = std::exchange(icAllDir, root);
+        icCurrentPtr = root;
+        icFoundPtr = nullptr;
+    }
+    if (before)
+        before->FreeAll();
+    NSLog("Construct pie tree for: %@", path);
+    const std::string folder = withSlash(path.native());
+    root->ListAllDir(folder, true);
+    m_scanning = false;
+    updateLeftView(folder, sizeOf(*root));
+}
+
+void RingChart::cancelTask() {
+    const std::lock_guard lock(m_mutex);
+    if (icCurrentPtr)
+        AllDir::bStopScan = true;
+}
+
+// -- Drawing
+
+void RingChart::drawRect(int width, int height) {
+    ChartCanvas *const canvas = ChartCanvas::current();
+    if (!canvas || width <= 0 || height <= 0)
+        return;
+    canvas->viewport(0, 0, width, height);
+    canvas->matrixMode(ChartCanvas::MatrixMode::Projection);
+    canvas->loadIdentity();
+    const HalfExtent half = halfExtent(width, height);
+    canvas->ortho2D(-half.x, half.x, -half.y, half.y);
+    canvas->matrixMode(ChartCanvas::MatrixMode::ModelView);
+    drawScene();
+    canvas->flush();
+}
+
+void RingChart::drawScene() {
+    ChartCanvas &canvas = *ChartCanvas::current();
+    canvas.clearColor(0, 0, 0, 0);
+    canvas.clear();
+    canvas.pushMatrix();
+    canvas.translated(0, 0, chartDepth);
+    const std::lock_guard lock(m_mutex);
+    if (icCurrentPtr)
+        icCurrentPtr->Paint(360.0, 0.0, centreLevel, 0, false);
+    canvas.popMatrix();
+    if (!icCurrentPtr)
+        return;
+    const std::string path = icCurrentPtr->szPath();
+    if (icFoundPtr) {
+        icFoundPtr->Repaint(true, "", "");
+        icFoundPtr->StatusMessage(path.c_str(), icCurrentPtr == icAllDir ? " " : "UP");
+    } else {
+        icCurrentPtr->StatusMessage(path.c_str(), " ");
+    }
+}
+
+QPointF RingChart::chartPoint(QPointF point, int width, int height) {
+    if (width <= 0 || height <= 0)
+        return {};
+    const HalfExtent half = halfExtent(width, height);
+    return {(2 * point.x() / width - 1) * half.x, (2 * point.y() / height - 1) * half.y};
+}
+
+// -- The mouse
+
+// The place's y grows downwards, and with it the angle is 0 at the top and grows clockwise.
+void RingChart::mouseMoved(QPointF place, QPointF screen) {
+    const double angle =
+        360 + 360 * (std::atan2(place.x(), place.y()) + std::numbers::pi) / (-2 * std::numbers::pi);
+    const double radius = std::hypot(place.x(), place.y());
+    QVariantMap bubble;
+    bool hit = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        AllDir *found = nullptr;
+        hit = icCurrentPtr && icCurrentPtr->Find(radius, angle, &found) > 0;
+        icFoundPtr = static_cast<W32AllDir *>(hit ? found : nullptr);
+        if (hit && !icFoundPtr->bHidden) {
+            bubble = {
+                {QStringLiteral("CurrentDir"),
+                 paths::display(paths::lastComponent(icFoundPtr->szPath()))},
+                {QStringLiteral("DirSize"), UtilityFunction::convertVolSpace(sizeOf(*icFoundPtr))},
+                {QStringLiteral("MouseXPos"), float(screen.x())},
+                {QStringLiteral("MouseYPos"), float(screen.y())}};
+        }
+    }
+    if (!bubble.isEmpty()) {
+        NotificationCenter::defaultCenter().post(QStringLiteral("ShowBubble"), this, bubble);
+        bShowBubble = true;
+    } else if (!hit && bShowBubble) {
+        NotificationCenter::defaultCenter().post(QStringLiteral("HideBubble"), this);
+        bShowBubble = false;
+    }
+    Q_EMIT redrawNeeded();
+}
+
+void RingChart::mouseDown(QPointF place, QPointF screen, int clickCount) {
+    mouseMoved(place, screen);
+    if (clickCount == 0)
+        return;
+    std::string path;
+    std::uint64_t size = 0;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!icCurrentPtr)
+            return;
+        if (icFoundPtr && icFoundPtr->iLevel != centreLevel) {
+            if (!icFoundPtr->bHidden) {
+                icCurrentPtr = icFoundPtr;
+                clearHiddenFlagsLocked();
+            }
+        } else if (icFoundPtr) {
+            if (!icFoundPtr->pParent) {
+                // The top of the scan: there is nowhere to go, and nothing changes.
+                icCurrentPtr = icAllDir;
+                icFoundPtr = nullptr;
+                return;
+            }
+            icCurrentPtr = icFoundPtr->pParent;
+        }
+        icFoundPtr = nullptr;
+        path = icCurrentPtr->szPath();
+        size = sizeOf(*icCurrentPtr);
+    }
+    NSLog("Current Directory: %@", path);
+    updateLeftView(path, size);
+    Q_EMIT redrawNeeded();
+}
+
+// -- Navigation
+
+void RingChart::clearHiddenFlags() {
+    const std::lock_guard lock(m_mutex);
+    clearHiddenFlagsLocked();
+}
+
+// Breadth first. The directory's own flag stays.
+void RingChart::clearHiddenFlagsLocked() {
+    std::vector<AllDir *> level;
+    if (icCurrentPtr)
+        level.push_back(icCurrentPtr);
+    while (!level.empty()) {
+        std::vector<AllDir *> next;
+        for (const AllDir *node : level) {
+            if (node->iLevel > lastLevel)
+                return;
+            for (const std::atomic<AllDir *> &slot : node->ppChildren()) {
+                if (AllDir *const child = slot.load(std::memory_order_relaxed)) {
+                    child->bHidden = false;
+                    next.push_back(child);
+                }
+            }
+        }
+        level = std::move(next);
+    }
+}
+
+void RingChart::updateLeftView(const std::filesystem::path &path, std::uint64_t size) {
+    std::unordered_map<std::string, std::uint64_t> directorySizes;
+    std::unique_lock lock(m_mutex);
+    if (icCurrentPtr && icCurrentPtr->szPath() == withSlash(path.native())) {
+        for (const std::atomic<AllDir *> &slot : icCurrentPtr->ppChildren()) {
+            if (const AllDir *const child = slot.load(std::memory_order_relaxed))
+                directorySizes.emplace(child->name(), sizeOf(*child));
+        }
+    }
+    lock.unlock();
+    const CleanFileInfo folder(QString(), paths::lastComponent(path), path,
+                               UtilityFunction::convertVolSpace(size), size);
+    NotificationCenter::defaultCenter().post(
+        QStringLiteral("RefreshLeftView"), this,
+        {{QStringLiteral("RootPath"), QVariant::fromValue(folder)},
+         {QStringLiteral("DecendingItem"),
+          QVariant::fromValue(sortedBySize(itemsOf(path, directorySizes)))}});
+}
+
+void RingChart::SeekDirectory(std::string_view path) {
+    std::string shown;
+    std::uint64_t size = 0;
+    {
+        const std::lock_guard lock(m_mutex);
+        icFoundPtr = nullptr;
+        if (!icCurrentPtr)
+            return;
+        AllDir *found = nullptr;
+        if (icCurrentPtr->Find(path, &found) > 0) {
+            if (found->iLevel != centreLevel) {
+                icCurrentPtr = static_cast<W32AllDir *>(found);
+                clearHiddenFlagsLocked();
+            }
+        } else {
+            for (AllDir *node = icCurrentPtr->pParent; node && !found; node = node->pParent)
+                node->Find(path, &found);
+            if (!found)
+                found = icAllDir;
+            icCurrentPtr = static_cast<W32AllDir *>(found);
+        }
+        shown = found->szPath();
+        size = sizeOf(*found);
+    }
+    updateLeftView(shown, size);
+    Q_EMIT redrawNeeded();
+}
+
+AllDir *RingChart::searchFile(std::string_view path) const {
+    const std::lock_guard lock(m_mutex);
+    return searchFileLocked(path);
+}
+
+AllDir *RingChart::searchFileLocked(std::string_view path) const {
+    if (!icAllDir)
+        return nullptr;
+    const std::string top = icAllDir->szPath();
+    if (top.empty() || !path.starts_with(top))
+        return nullptr;
+    path.remove_prefix(top.size());
+    AllDir *node = icAllDir;
+    while (node && !path.empty()) {
+        const auto slash = path.find('/');
+        if (slash == path.npos)
+            return nullptr;
+        AllDir *next = nullptr;
+        for (const std::atomic<AllDir *> &slot : node->ppChildren()) {
+            AllDir *const child = slot.load(std::memory_order_relaxed);
+            if (child && child->name() == path.substr(0, slash)) {
+                next = child;
+                break;
+            }
+        }
+        node = next;
+        path.remove_prefix(slash + 1);
+    }
+    return node;
+}
+
+std::string RingChart::getCurrentDirectory() const {
+    const std::lock_guard lock(m_mutex);
+    return icCurrentPtr ? icCurrentPtr->szPath() : std::string();
+}
+
+// -- Removal
+
+void RingChart::removeFile(const CleanFileInfo &item, bool isDirectory) {
+    std::string path = item.path.native();
+    if (isDirectory)
+        path = withSlash(std::move(path));
+    else
+        path.resize(path.rfind('/') + 1);
+    const std::lock_guard lock(m_mutex);
+    if (m_scanning) {
+        NSLog("Not taken out of the chart during a scan: %@", item.path);
+        return;
+    }
+    AllDir *const node = searchFileLocked(path);
+    if (!node)
+        return;
+    // A size text shorter than a unit is none.
+    const std::uint64_t bytes =
+        item.size.size() < 2 ? 0 : UtilityFunction::getVolSpaceFromString(item.size);
+    for (AllDir *above = node; above; above = above->pParent) {
+        const std::uint64_t size = sizeOf(*above);
+        above->iSize.store(bytes < size ? std::int64_t(size - bytes) : 0,
+                           std::memory_order_relaxed);
+    }
+    if (!isDirectory)
+        return;
+    if (icFoundPtr && isSameOrAncestor(node, icFoundPtr))
+        icFoundPtr = nullptr;
+    if (!node->pParent) {
+        // The scanned folder itself is gone: an empty centre remains.
+        icCurrentPtr = icAllDir;
+        icAllDir->iSize = 0;
+        for (std::atomic<AllDir *> &slot : icAllDir->ppChildren())
+            slot.store(nullptr, std::memory_order_relaxed);
+        return;
+    }
+    if (isSameOrAncestor(node, icCurrentPtr))
+        icCurrentPtr = node->pParent;
+    node->FreeAll();
+}
+
+} // namespace brightsweep

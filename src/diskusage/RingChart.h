@@ -1,0 +1,95 @@
+#pragma once
+
+#include "cleaning/CleanFileInfo.h"
+#include "diskusage/W32AllDir.h"
+
+#include <QObject>
+#include <QPointF>
+
+#include <atomic>
+#include <filesystem>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brightsweep {
+
+/// The ring chart without its screen: owns the size tree, turns places into nodes, navigates, and
+/// keeps the tree right after removals. It draws on the ChartCanvas in use on the calling thread.
+///
+/// contructPieTree() runs on a worker; every other call belongs to the main thread and may come
+/// while the scan runs: the chart then grows from frame to frame. The lock between the two is held
+/// for a frame at most, and never during a scan. Nodes handed out live until the next
+/// contructPieTree(). Destroy it only when no scan runs.
+///
+/// Posts, with itself as the object: "RefreshLeftView" ("RootPath": a CleanFileInfo,
+/// "DecendingItem": a CleanFileInfoList, largest first), on the thread that scanned or navigated;
+/// "ShowBubble" ("CurrentDir", "DirSize", "MouseXPos", "MouseYPos"); "HideBubble".
+class RingChart : public QObject {
+    Q_OBJECT
+
+public:
+    using CleanFileInfoList = std::vector<CleanFileInfo>;
+
+    explicit RingChart(QObject *parent = nullptr);
+    ~RingChart() override;
+
+    /// Replaces the tree by the one of that folder, and lists it. Returns when the scan has ended.
+    void contructPieTree(const std::filesystem::path &path);
+    /// Stops the scan, if there is a tree.
+    void cancelTask();
+
+    /// One frame for a view of that size.
+    void drawRect(int width, int height);
+    /// The chart's place of a point of a view of that size, y growing downwards.
+    static QPointF chartPoint(QPointF point, int width, int height);
+
+    /// The mouse is at that place of the chart, and there on the screen.
+    void mouseMoved(QPointF place, QPointF screen);
+    /// A click on a ring goes into the directory, one on the centre up; one beside the chart lists
+    /// the current directory again.
+    void mouseDown(QPointF place, QPointF screen, int clickCount);
+
+    /// Lists the directory: its items with their sizes in words, child directories with what the
+    /// tree says of them.
+    void updateLeftView(const std::filesystem::path &path, std::uint64_t size);
+    /// Goes to a directory, given with a trailing "/": a child of the current one or of one of its
+    /// ancestors; to the root when there is none such.
+    void SeekDirectory(std::string_view path);
+    /// Takes what has just been deleted out of the tree, by the size in words that it was listed
+    /// with. Of the root itself an empty chart remains. Does nothing while a scan runs.
+    void removeFile(const CleanFileInfo &item, bool isDirectory);
+    /// The node of a path with a trailing "/", null when there is none.
+    AllDir *searchFile(std::string_view path) const;
+    /// Makes what was too narrow below the current directory a candidate for the mouse again, until
+    /// it is painted.
+    void clearHiddenFlags();
+    /// Empty without a tree.
+    std::string getCurrentDirectory() const;
+
+    W32AllDir *root() const { return icAllDir; }
+    W32AllDir *found() const { return icFoundPtr; }
+    W32AllDir *current() const { return icCurrentPtr; }
+
+Q_SIGNALS:
+    /// Something that a frame shows has changed. On the main thread.
+    void redrawNeeded();
+
+private:
+    void drawScene();
+    void clearHiddenFlagsLocked();
+    AllDir *searchFileLocked(std::string_view path) const;
+
+    // For the three pointers and for the life of what they point at.
+    mutable std::mutex m_mutex;
+    W32AllDir *icAllDir = nullptr;
+    W32AllDir *icFoundPtr = nullptr;
+    W32AllDir *icCurrentPtr = nullptr;
+    std::atomic<bool> m_scanning{false};
+    bool bShowBubble = false;
+};
+
+} // namespace brightsweep
+
+Q_DECLARE_METATYPE(brightsweep::RingChart::CleanFileInfoList)
