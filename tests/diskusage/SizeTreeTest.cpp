@@ -114,7 +114,7 @@ TEST(SizeTree, IsTheDefinedOneForRandomTreesAndUsesLittleStorage) {
 
 TEST(SizeTree, ReadsFoldersOfManyEntriesAndOfManyLevels) {
     TestTree tree;
-    constexpr unsigned many = 5000;
+    constexpr unsigned many = 3000;
     for (unsigned i = 0; i < many; ++i) {
         tree.directory("wide/d" + std::to_string(i));
         tree.sparseFile("wide/f" + std::to_string(i), 2);

@@ -1,0 +1,130 @@
+#include "support/TestTree.h"
+
+#include <gtest/gtest.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+
+namespace brightsweep {
+namespace {
+
+using test::TestTree;
+
+struct Ran {
+    int exit = -1;
+    QByteArray out;
+    QByteArray err;
+    QJsonObject json() const { return QJsonDocument::fromJson(out).object(); }
+};
+
+Ran run(const QStringList &arguments) {
+    QProcess process;
+    process.start(QStringLiteral(BRIGHTSWEEP_CLI), arguments);
+    EXPECT_TRUE(process.waitForFinished(60'000));
+    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+QString text(const std::filesystem::path &path) { return QString::fromStdString(path.native()); }
+
+TEST(UsageCommand, ShowsTheTreeToTheDepthAskedFor) {
+    TestTree tree;
+    tree.sparseFile("a/b/c/file", 60);
+    tree.sparseFile("d/file", 30);
+    tree.sparseFile("bad \xff/file", 10);
+    const QString top = text(tree.top());
+    const Ran one = run({QStringLiteral("--json"), QStringLiteral("usage"), top});
+    EXPECT_EQ(one.exit, 0);
+    EXPECT_TRUE(one.out.startsWith("{\"schema\":1,\"command\":\"usage\",\"path\":"));
+    EXPECT_TRUE(one.out.endsWith("}\n"));
+    EXPECT_TRUE(one.err.isEmpty());
+    const QJsonObject json = one.json();
+    EXPECT_EQ(json[QStringLiteral("path")].toString(), top + QLatin1Char('/'));
+    EXPECT_EQ(json[QStringLiteral("bytes")].toInt(), 100);
+    EXPECT_EQ(json[QStringLiteral("directories")].toInt(), 6);
+    const QJsonArray children = json[QStringLiteral("children")].toArray();
+    ASSERT_EQ(children.size(), 3);
+    EXPECT_EQ(children[0][QStringLiteral("path")].toString(), top + QStringLiteral("/a/"));
+    EXPECT_TRUE(children[0][QStringLiteral("children")].toArray().isEmpty());
+    EXPECT_EQ(QByteArray::fromBase64(children[2][QStringLiteral("pathBase64")].toString().toUtf8()),
+              QByteArray((tree.top().native() + "/bad \xff/").c_str()));
+    EXPECT_FALSE(json.contains(QStringLiteral("rings")));
+
+    const QJsonObject deep = run({QStringLiteral("--json"), QStringLiteral("usage"), top,
+                                  QStringLiteral("--depth"), QStringLiteral("9")})
+                                 .json();
+    const QJsonValue c = deep[QStringLiteral("children")][0][QStringLiteral("children")][0]
+                             [QStringLiteral("children")][0];
+    EXPECT_EQ(c[QStringLiteral("path")].toString(), top + QStringLiteral("/a/b/c/"));
+    EXPECT_EQ(c[QStringLiteral("bytes")].toInt(), 60);
+    const Ran people = run({QStringLiteral("usage"), top, QStringLiteral("--rings")});
+    EXPECT_TRUE(people.out.contains("0.06 KB    a/\n")) << people.out.constData();
+}
+
+TEST(UsageCommand, ShowsTheSectorsInDrawingOrder) {
+    TestTree tree;
+    tree.sparseFile("a/b/file", 75);
+    tree.sparseFile("d/file", 25);
+    const QJsonArray rings = run({QStringLiteral("--json"), QStringLiteral("usage"),
+                                  text(tree.top()), QStringLiteral("--rings")})
+                                 .json()[QStringLiteral("rings")]
+                                 .toArray();
+    ASSERT_EQ(rings.size(), 4);
+    EXPECT_EQ(rings[0][QStringLiteral("rgb")].toArray(), (QJsonArray{39, 41, 51}));
+    EXPECT_EQ(rings[2][QStringLiteral("level")].toInt(), 3);
+    EXPECT_EQ(rings[2][QStringLiteral("sweep")].toDouble(), 270);
+    EXPECT_EQ(rings[3][QStringLiteral("start")].toDouble(), 270);
+    EXPECT_EQ(rings[3][QStringLiteral("inner")].toDouble(),
+              rings[0][QStringLiteral("outer")].toDouble());
+}
+
+TEST(UsageCommand, ListsWhatReachesTheLimit) {
+    TestTree tree;
+    tree.sparseFile("folder/large", 5000);
+    tree.sparseFile("folder/small", 10);
+    tree.sparseFile("file", 6000);
+    const QJsonArray items =
+        run({QStringLiteral("--json"), QStringLiteral("usage"), text(tree.top()),
+             QStringLiteral("--list"), QStringLiteral("--limit"), QStringLiteral("5"),
+             QStringLiteral("--unit"), QStringLiteral("1")})
+            .json()[QStringLiteral("items")]
+            .toArray();
+    ASSERT_EQ(items.size(), 2);
+    EXPECT_EQ(items[0][QStringLiteral("name")].toString(), QStringLiteral("file"));
+    EXPECT_EQ(items[1][QStringLiteral("bytes")].toInt(), 5010);
+    EXPECT_TRUE(items[1][QStringLiteral("directory")].toBool());
+    const QJsonArray inner = items[1][QStringLiteral("items")].toArray();
+    ASSERT_EQ(inner.size(), 1);
+    EXPECT_EQ(inner[0][QStringLiteral("path")].toString(),
+              text(tree.path("folder/large")));
+}
+
+TEST(UsageCommand, SaysWhatIsWrong) {
+    TestTree tree;
+    const QString file = text(tree.file("file"));
+    const QString top = text(tree.top());
+    const struct {
+        QStringList arguments;
+        int exit;
+    } rows[] = {
+        {{}, 2},
+        {{top, top}, 2},
+        {{top, QStringLiteral("--depth"), QStringLiteral("-1")}, 2},
+        {{top, QStringLiteral("--limit"), QStringLiteral("5")}, 2},
+        {{top, QStringLiteral("--list"), QStringLiteral("--rings")}, 2},
+        {{top, QStringLiteral("--list"), QStringLiteral("--unit"), QStringLiteral("7")}, 2},
+        {{top + QStringLiteral("/missing")}, 1},
+        {{file}, 1},
+        {{QStringLiteral("/proc")}, 1},
+    };
+    for (const auto &row : rows) {
+        const Ran ran = run(QStringList{QStringLiteral("usage")} + row.arguments);
+        EXPECT_EQ(ran.exit, row.exit) << row.arguments.join(QLatin1Char(' ')).toStdString();
+        EXPECT_EQ(ran.err.count('\n'), 1) << ran.err.constData();
+        EXPECT_TRUE(ran.out.isEmpty());
+    }
+}
+
+} // namespace
+} // namespace brightsweep
