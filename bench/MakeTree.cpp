@@ -29,8 +29,8 @@ bool parse(const char *text, std::uint64_t &value) {
 }
 
 std::string name(std::mt19937_64 &random, const char *kind, std::uint64_t number) {
-    static constexpr const char *stems[] = {"photo", "report", "cache", "lib", "index", "object",
-                                            "module", "thumbnail"};
+    static constexpr const char *stems[] = {"photo", "report", "cache",  "lib",
+                                            "index", "object", "module", "thumbnail"};
     return std::string(stems[random() % std::size(stems)]) + "-" + std::to_string(number) + kind;
 }
 

@@ -93,8 +93,7 @@ TEST(ListMode, SortsAndFreesTreesOfAnyDepth) {
     const Built built(tree.top(), 0);
     EXPECT_EQ(built.total, 0u);
     std::size_t depth = 0;
-    for (const FSNode *node = &built.root; !node->children.empty();
-         node = node->children[0].get())
+    for (const FSNode *node = &built.root; !node->children.empty(); node = node->children[0].get())
         ++depth;
     EXPECT_GE(depth, 5000u);
 }

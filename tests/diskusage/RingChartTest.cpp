@@ -1,6 +1,6 @@
+#include "diskusage/RingChart.h"
 #include "core/UtilityFunction.h"
 #include "diskusage/RecordingCanvas.h"
-#include "diskusage/RingChart.h"
 #include "diskusage/Trees.h"
 #include "foundation/NotificationCenter.h"
 #include "support/FaultPlatform.h"
@@ -105,11 +105,11 @@ TEST_F(RingChartTest, BubblesFollowTheMouse) {
     build();
     chart.mouseMoved(place(2, 100), {7, 8});
     ASSERT_EQ(posted.size(), 1u);
-    EXPECT_EQ(posted[0].userInfo, (QVariantMap{{QStringLiteral("CurrentDir"), QStringLiteral("a")},
-                                               {QStringLiteral("DirSize"),
-                                                QStringLiteral("60.00 KB")},
-                                               {QStringLiteral("MouseXPos"), 7.0f},
-                                               {QStringLiteral("MouseYPos"), 8.0f}}));
+    EXPECT_EQ(posted[0].userInfo,
+              (QVariantMap{{QStringLiteral("CurrentDir"), QStringLiteral("a")},
+                           {QStringLiteral("DirSize"), QStringLiteral("60.00 KB")},
+                           {QStringLiteral("MouseXPos"), 7.0f},
+                           {QStringLiteral("MouseYPos"), 8.0f}}));
     // The found sector is drawn again, with what lies outside it.
     EXPECT_EQ(draw().size(), 5u + 3u);
     posted.clear();
@@ -164,9 +164,8 @@ TEST_F(RingChartTest, SeeksChildrenAndThenUpwards) {
     constexpr struct {
         const char *seek;
         const char *then;
-    } rows[] = {{"a/", "a/"},     {"a/b/", "a/b/"}, {"d/", "d/"}, {"a/b/c/", ""},
-                {"a/", "a/"},     {"a/", "a/"},     {"", ""},     {"d/", "d/"},
-                {"nothing/", ""}, {"d", ""}};
+    } rows[] = {{"a/", "a/"}, {"a/b/", "a/b/"}, {"d/", "d/"}, {"a/b/c/", ""},   {"a/", "a/"},
+                {"a/", "a/"}, {"", ""},         {"d/", "d/"}, {"nothing/", ""}, {"d", ""}};
     for (const auto &row : rows) {
         posted.clear();
         chart.SeekDirectory(at("") + "/" + row.seek);

@@ -122,10 +122,10 @@ TEST(RingPaint, ColoursFollowThePlaceInTheCircle) {
     const auto sectors = paint(*root);
     ASSERT_EQ(sectors.size(), 7u);
     const Color expected[] = {
-        {39, 41, 51},                                       // the centre
-        {226, 110, 115}, {228, 111, 116}, {228, 111, 116},  // palette 0 and what lies outside it
-        {115, 115, 167}, {116, 116, 168},                   // 180 degrees: palette 14
-        {116, 113, 229},                                    // 270 degrees: palette 21
+        {39, 41, 51},                                      // the centre
+        {226, 110, 115}, {228, 111, 116}, {228, 111, 116}, // palette 0 and what lies outside it
+        {115, 115, 167}, {116, 116, 168},                  // 180 degrees: palette 14
+        {116, 113, 229},                                   // 270 degrees: palette 21
     };
     for (std::size_t i = 0; i < sectors.size(); ++i) {
         EXPECT_EQ(color(sectors[i]), expected[i]) << i;

@@ -84,8 +84,8 @@ TEST(SizeTree, CountsWhatTheDefinitionCounts) {
     EXPECT_EQ(sizesOf(*root), defined(tree));
     AllDir *plain = nullptr;
     ASSERT_EQ(root->Find(tree.path("plain").native() + "/", &plain), 1);
-    EXPECT_EQ(plain->iSize, std::int64_t(1000 + 20 + 300 + 1000 +
-                                         tree.path("plain").native().size()));
+    EXPECT_EQ(plain->iSize,
+              std::int64_t(1000 + 20 + 300 + 1000 + tree.path("plain").native().size()));
     EXPECT_EQ(root->ppChildren()[0].load(), plain);
     AllDir *none = nullptr;
     for (const char *wrong : {"plain", "plain/.hidden/", "nothing/", "Volumes/", ""})
@@ -248,8 +248,8 @@ public:
             return std::error_code();
         });
         AllDir::bStopScan = false;
-        m_thread = std::thread(
-            [this, path = tree.top().native() + "/"] { root->ListAllDir(path, true); });
+        m_thread =
+            std::thread([this, path = tree.top().native() + "/"] { root->ListAllDir(path, true); });
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [this] { return m_held; });
     }

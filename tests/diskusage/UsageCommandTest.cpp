@@ -26,7 +26,9 @@ Ran run(const QStringList &arguments) {
     return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
-QString text(const std::filesystem::path &path) { return QString::fromStdString(path.native()); }
+QString text(const std::filesystem::path &path) {
+    return QString::fromStdString(path.native());
+}
 
 TEST(UsageCommand, ShowsTheTreeToTheDepthAskedFor) {
     TestTree tree;
@@ -96,8 +98,7 @@ TEST(UsageCommand, ListsWhatReachesTheLimit) {
     EXPECT_TRUE(items[1][QStringLiteral("directory")].toBool());
     const QJsonArray inner = items[1][QStringLiteral("items")].toArray();
     ASSERT_EQ(inner.size(), 1);
-    EXPECT_EQ(inner[0][QStringLiteral("path")].toString(),
-              text(tree.path("folder/large")));
+    EXPECT_EQ(inner[0][QStringLiteral("path")].toString(), text(tree.path("folder/large")));
 }
 
 TEST(UsageCommand, SaysWhatIsWrong) {
