@@ -106,8 +106,10 @@ void RingChart::contructPieTree(const std::filesystem::path &path) {
     m_scanning = true;
     W32AllDir *const root = W32AllDir::newRoot();
     W32AllDir *before = nullptr;
+    auto scannedFolder = Platform::current().files->rememberRoot(path);
     {
         const std::lock_guard lock(m_mutex);
+        m_scannedFolder = std::move(scannedFolder);
         before = std::exchange(icAllDir, root);
         icCurrentPtr = root;
         icFoundPtr = nullptr;
@@ -349,6 +351,39 @@ std::string RingChart::getCurrentDirectory() const {
 }
 
 // -- Removal
+
+Result<RemovalTarget> RingChart::removalTarget(const std::filesystem::path &item) const {
+    const std::lock_guard lock(m_mutex);
+    if (!m_scannedFolder)
+        return m_scannedFolder.error();
+    const std::string top = icAllDir->szPath();
+    std::string_view relative = item.native();
+    if (top.empty() || !relative.starts_with(top))
+        return std::errc::invalid_argument;
+    relative.remove_prefix(top.size());
+    while (relative.ends_with('/'))
+        relative.remove_suffix(1);
+    const std::filesystem::path way(relative);
+    for (const std::filesystem::path &name : way) {
+        if (name.empty() || name == "." || name == "..")
+            return std::errc::invalid_argument;
+    }
+    if (way.empty())
+        return std::errc::invalid_argument;
+    return RemovalTarget{*m_scannedFolder, way};
+}
+
+bool RingChart::removeItem(const CleanFileInfo &item, bool isDirectory, const Remover &remove) {
+    const auto target = removalTarget(item.path);
+    if (!target) {
+        NSLog("Not removed: %@-%@", item.path, target.error());
+        return false;
+    }
+    if (!remove(*target))
+        return false;
+    removeFile(item, isDirectory);
+    return true;
+}
 
 void RingChart::removeFile(const CleanFileInfo &item, bool isDirectory) {
     std::string path = item.path.native();

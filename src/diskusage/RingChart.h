@@ -2,12 +2,15 @@
 
 #include "cleaning/CleanFileInfo.h"
 #include "diskusage/W32AllDir.h"
+#include "foundation/Result.h"
+#include "platform/FileOperations.h"
 
 #include <QObject>
 #include <QPointF>
 
 #include <atomic>
 #include <filesystem>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -57,6 +60,14 @@ public:
     /// Goes to a directory, given with a trailing "/": a child of the current one or of one of its
     /// ancestors; to the root when there is none such.
     void SeekDirectory(std::string_view path);
+    /// The item as removals take it: its way down from the scanned folder, which was remembered
+    /// when the scan began. An error for what does not lie below that folder, and for the folder
+    /// itself.
+    Result<RemovalTarget> removalTarget(const std::filesystem::path &item) const;
+    /// Removes an item by the given operation, and where that says that it has gone takes it out of
+    /// the tree. False when it stays.
+    using Remover = std::function<bool(const RemovalTarget &)>;
+    bool removeItem(const CleanFileInfo &item, bool isDirectory, const Remover &remove);
     /// Takes what has just been deleted out of the tree, by the size in words that it was listed
     /// with. Of the root itself an empty chart remains. Does nothing while a scan runs.
     void removeFile(const CleanFileInfo &item, bool isDirectory);
@@ -81,11 +92,12 @@ private:
     void clearHiddenFlagsLocked();
     AllDir *searchFileLocked(std::string_view path) const;
 
-    // For the three pointers and for the life of what they point at.
+    // For the three pointers, the life of what they point at, and the scanned folder.
     mutable std::mutex m_mutex;
     W32AllDir *icAllDir = nullptr;
     W32AllDir *icFoundPtr = nullptr;
     W32AllDir *icCurrentPtr = nullptr;
+    Result<RemovalRoot> m_scannedFolder = std::errc::no_such_file_or_directory;
     std::atomic<bool> m_scanning{false};
     bool bShowBubble = false;
 };

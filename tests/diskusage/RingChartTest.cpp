@@ -2,7 +2,9 @@
 #include "core/UtilityFunction.h"
 #include "diskusage/RecordingCanvas.h"
 #include "diskusage/Trees.h"
+#include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
+#include "platform/Platform.h"
 #include "support/FaultPlatform.h"
 #include "support/TestTree.h"
 
@@ -34,9 +36,13 @@ protected:
                 &chart);
         }
     }
-    ~RingChartTest() override { NotificationCenter::defaultCenter().removeObserver(&context); }
+    ~RingChartTest() override {
+        NotificationCenter::defaultCenter().removeObserver(&context);
+        Log::setDescriptor(m_log);
+    }
 
     void build() {
+        Log::setDescriptor(-1);
         chart.contructPieTree(tree.top());
         draw();
         posted.clear();
@@ -83,6 +89,7 @@ protected:
     const std::string all = "[work 100.00 KB, a 60.00 KB, d 30.00 KB, own 9.00 KB, "
                             "narrow 0.60 KB, small 0.40 KB]";
     TestTree tree;
+    const int m_log = Log::descriptor();
     QObject context;
     RingChart chart;
     std::vector<Notification> posted;
@@ -229,9 +236,42 @@ TEST_F(RingChartTest, RemovingTheCentreMovesTheChartToItsParent) {
     EXPECT_EQ(chart.searchFile(at("d/")), nullptr);
 }
 
+TEST_F(RingChartTest, RemovesFromTheScannedFolderOnly) {
+    build();
+    const auto outside = tree.top().parent_path() / "outside";
+    FileOperations &files = *Platform::current().files;
+    unsigned asked = 0;
+    const auto remove = [&](const RemovalTarget &target) {
+        ++asked;
+        return !files.removeItem(target);
+    };
+    auto left = tree.snapshot();
+    for (const auto &path : {outside, tree.top(), tree.path("../outside"), tree.path("a/../d"),
+                             std::filesystem::path("/")}) {
+        const CleanFileInfo wrong({}, "", path, QStringLiteral("1.00 KB"), 1000);
+        EXPECT_FALSE(chart.removeItem(wrong, true, remove)) << path;
+    }
+    EXPECT_EQ(asked, 0u);
+    EXPECT_FALSE(
+        chart.removeItem(item("a/b", 60000), true, [](const RemovalTarget &) { return false; }));
+    EXPECT_EQ(chart.root()->iSize, 100000);
+    EXPECT_TRUE(tree.snapshot() == left);
+    EXPECT_TRUE(chart.removeItem(item("a/b", 60000), true, remove));
+    EXPECT_EQ(chart.root()->iSize, 40000);
+    EXPECT_EQ(chart.searchFile(at("a/b/")), nullptr);
+    // The parent lost a link; all else is what it was.
+    auto now = tree.snapshot();
+    EXPECT_TRUE(now.erase("a"));
+    std::erase_if(left, [](const auto &entry) {
+        return entry.first == "a" || entry.first.starts_with("a/b");
+    });
+    EXPECT_TRUE(now == left);
+}
+
 // A new scan, the painter and the mouse meet; a stop ends the scan, and nothing is taken out of a
 // tree that is being filled.
 TEST_F(RingChartTest, IsUsedWhileItIsBuiltAnew) {
+    Log::setDescriptor(-1);
     for (int i = 0; i < 300; ++i)
         tree.sparseFile("more/" + std::to_string(i % 20) + "/" + std::to_string(i) + "/file", i);
     std::atomic<bool> done{false};
