@@ -7,6 +7,7 @@
 #include "foundation/Paths.h"
 #include "platform/FileOperations.h"
 #include "platform/Platform.h"
+#include "uninstall/NvAuthorization.h"
 
 #include <algorithm>
 #include <cmath>
@@ -379,7 +380,7 @@ bool RingChart::removeItem(const CleanFileInfo &item, bool isDirectory, const Re
         NSLog("Not removed: %@-%@", item.path, target.error());
         return false;
     }
-    if (!remove(*target))
+    if (!(remove ? remove(*target) : NvAuthorization::synFastRemovePath(*target)))
         return false;
     removeFile(item, isDirectory);
     return true;

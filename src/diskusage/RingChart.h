@@ -64,10 +64,10 @@ public:
     /// when the scan began. An error for what does not lie below that folder, and for the folder
     /// itself.
     Result<RemovalTarget> removalTarget(const std::filesystem::path &item) const;
-    /// Removes an item by the given operation, and where that says that it has gone takes it out of
-    /// the tree. False when it stays.
+    /// Removes an item, by NvAuthorization unless another operation is given, and where that says
+    /// that it has gone takes it out of the tree. False when it stays.
     using Remover = std::function<bool(const RemovalTarget &)>;
-    bool removeItem(const CleanFileInfo &item, bool isDirectory, const Remover &remove);
+    bool removeItem(const CleanFileInfo &item, bool isDirectory, const Remover &remove = {});
     /// Takes what has just been deleted out of the tree, by the size in words that it was listed
     /// with. Of the root itself an empty chart remains. Does nothing while a scan runs.
     void removeFile(const CleanFileInfo &item, bool isDirectory);
