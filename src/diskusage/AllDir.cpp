@@ -5,7 +5,6 @@
 #include "diskusage/W32AllDir.h"
 
 #include <algorithm>
-#include <cstring>
 #include <ctime>
 #include <limits>
 #include <vector>
@@ -36,7 +35,7 @@ void addSaturating(std::atomic<std::int64_t> &sum, std::uint64_t value) {
 std::int64_t AllDir::ListAllDir(std::string_view path, bool isTop) {
     if (bStopScan.load(std::memory_order_relaxed) || pParent)
         return 0;
-    m_name = arena().copy(path);
+    m_name.store(arena().copy(path), std::memory_order_release);
     SizeScan(*this, isTop).run(path);
     return iSize.load(std::memory_order_relaxed);
 }
@@ -59,7 +58,7 @@ int AllDir::Find(std::string_view path, AllDir **out) const {
     const std::string_view wanted = path.substr(own.size(), path.size() - own.size() - 1);
     for (const std::atomic<AllDir *> &slot : ppChildren()) {
         AllDir *const child = slot.load(std::memory_order_relaxed);
-        if (child && child->m_name == wanted) {
+        if (child && child->name() == wanted) {
             *out = child;
             return 1;
         }
@@ -72,17 +71,20 @@ void AllDir::setActivity() {
 }
 
 std::string AllDir::szPath() const {
-    if (!*m_name)
-        return {};
+    // A root may get its name at this very moment: each node is asked once.
+    std::vector<std::string_view> names;
     std::size_t length = 0;
-    for (const AllDir *node = this; node; node = node->pParent)
-        length += std::strlen(node->m_name) + (node->pParent ? 1 : 0);
-    std::string path(length, '/');
     for (const AllDir *node = this; node; node = node->pParent) {
-        const std::size_t own = std::strlen(node->m_name);
-        length -= own + (node->pParent ? 1 : 0);
-        std::memcpy(path.data() + length, node->m_name, own);
+        names.push_back(node->name());
+        length += names.back().size() + (node->pParent ? 1 : 0);
     }
+    if (names.front().empty())
+        return {};
+    std::string path;
+    path.reserve(length);
+    path += names.back();
+    for (auto name = names.rbegin() + 1; name != names.rend(); ++name)
+        path.append(*name) += '/';
     return path;
 }
 
@@ -96,7 +98,9 @@ AllDir::Slots AllDir::ppChildren() const {
     return children ? Slots(children->slots(), std::size_t(children->count)) : Slots();
 }
 
-std::size_t AllDir::storage() const { return arena().bytesUsed(); }
+std::size_t AllDir::storage() const {
+    return arena().bytesUsed();
+}
 
 NodeArena &AllDir::arena() const {
     const AllDir *node = this;

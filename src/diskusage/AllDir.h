@@ -66,7 +66,7 @@ public:
     /// The absolute path with a trailing "/". Empty for a node that no scan has named.
     std::string szPath() const;
     /// The name in the parent, without a slash; for a root as szPath().
-    const char *name() const { return m_name; }
+    const char *name() const { return m_name.load(std::memory_order_acquire); }
     std::int64_t iChildCount() const;
     Slots ppChildren() const;
     /// Bytes of storage that the whole tree uses.
@@ -104,7 +104,8 @@ private:
 
     std::uint8_t m_depth = 0; // no more than lastGrowingDepth + 1
     std::atomic<Children *> m_children{nullptr};
-    const char *m_name = "";
+    // A scan names its root while the painter may see it.
+    std::atomic<const char *> m_name{""};
     // The root's arena; the root, of a node whose size grows at once; the nearest such node of
     // every other.
     void *m_upper = nullptr;

@@ -65,7 +65,7 @@ void SizeScan::entries(DirectoryWalk::Directory &directory, const DirectoryBlock
             bytes = plusSaturating(bytes, entry.size);
         } else if (!atTop || entry.nameView() != leftOutAtTheTop) {
             AllDir *const child = node.newAllDir();
-            child->m_name = m_arena.copy(entry.nameView());
+            child->m_name.store(m_arena.copy(entry.nameView()), std::memory_order_relaxed);
             childrenFound.push_back(child);
             m_walk.enter(directory, entry.nameView(), child);
         }
