@@ -8,9 +8,14 @@
 #include "platform/linux/LinuxVolumeSource.h"
 #include "platform/linux/LinuxWorkspace.h"
 
+#include <QThread>
+
 namespace brightsweep {
 
 Platform makeLinuxPlatform() {
+    // Qt takes the first thread that it meets for the main one. That must not be the watch of the
+    // volumes, which starts with the first log, before there is an application object.
+    QThread::currentThread();
     Platform platform;
     platform.files = std::make_unique<LinuxFileOperations>();
     platform.directories = std::make_unique<LinuxStandardDirectories>();
