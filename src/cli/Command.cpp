@@ -56,7 +56,8 @@ void Output::warning(std::string_view line) {
 }
 
 int Output::usage(std::string_view line) {
-    warning(line);
+    // What the user wrote may be repeated in it, and must not break the line.
+    warning(shown(line));
     return WrongUsage;
 }
 
