@@ -17,6 +17,12 @@ else()
     $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
 endif()
 
+if(BRIGHTSWEEP_FUZZ)
+  # What is fuzzed tells the fuzzer which of its branches an input reached.
+  target_compile_options(brightsweep_options INTERFACE -fsanitize=fuzzer-no-link)
+  target_link_options(brightsweep_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 find_program(BRIGHTSWEEP_CCACHE ccache)
 if(BRIGHTSWEEP_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER
