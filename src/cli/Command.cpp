@@ -1,6 +1,7 @@
 #include "cli/Command.h"
 
 #include "foundation/Paths.h"
+#include "foundation/SmallFile.h"
 
 #include <unistd.h>
 
@@ -11,18 +12,6 @@
 namespace brightsweep::cli {
 
 namespace {
-
-bool writeAll(int descriptor, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = ::write(descriptor, text.data(), text.size());
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return false;
-        text.remove_prefix(std::size_t(written));
-    }
-    return true;
-}
 
 std::string shown(std::string_view cell) {
     std::string text;
@@ -47,7 +36,7 @@ std::size_t width(const std::string &utf8) {
 
 bool Output::data(std::string_view text) {
     progress({});
-    return writeAll(STDOUT_FILENO, text);
+    return !writeAll(STDOUT_FILENO, text);
 }
 
 void Output::warning(std::string_view line) {

@@ -18,6 +18,13 @@ std::error_code lastError() {
     return {errno, std::generic_category()};
 }
 
+// What cannot be synchronised, such as a pipe in the place of a file, needs no synchronising.
+std::error_code synchronise(int descriptor) {
+    return ::fsync(descriptor) == 0 || errno == EINVAL ? std::error_code() : lastError();
+}
+
+} // namespace
+
 std::error_code writeAll(int descriptor, std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = ::write(descriptor, text.data(), text.size());
@@ -27,10 +34,8 @@ std::error_code writeAll(int descriptor, std::string_view text) {
             return lastError();
         text.remove_prefix(std::size_t(written));
     }
-    return ::fsync(descriptor) == 0 || errno == EINVAL ? std::error_code() : lastError();
+    return {};
 }
-
-} // namespace
 
 Result<std::string> readSmallFile(const std::filesystem::path &path, std::size_t limit) {
     // Non-blocking, so that a FIFO in the place of the file holds nobody up.
@@ -68,6 +73,8 @@ std::error_code writeSmallFile(const std::filesystem::path &path, std::string_vi
     struct stat existing {};
     const bool exists = ::stat(target.c_str(), &existing) == 0;
     std::error_code error = writeAll(file.get(), text);
+    if (!error)
+        error = synchronise(file.get());
     if (!error && exists && ::fchmod(file.get(), existing.st_mode & 07777) != 0)
         error = lastError();
     file.reset();

@@ -14,6 +14,9 @@ namespace brightsweep {
 Result<std::string> readSmallFile(const std::filesystem::path &path,
                                   std::size_t limit = std::size_t(1) << 20);
 
+/// Writes the whole text, however many calls that takes.
+std::error_code writeAll(int descriptor, std::string_view text);
+
 /// Replaces a file's contents in one step: whoever reads it sees the old text or the new one, also
 /// after a crash or in a full file system. A link in its place is followed, so that a settings file
 /// kept elsewhere stays there; the mode of an existing file is kept.

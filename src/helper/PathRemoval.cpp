@@ -32,17 +32,6 @@ std::string words(int error) {
     return std::strerror(error);
 }
 
-// Where the directory is now. Empty where the kernel cannot say, as for paths longer than a page.
-std::string currentPath(int directory) {
-    const std::string link = "/proc/self/fd/" + std::to_string(directory);
-    std::string path(PATH_MAX, '\0');
-    const ssize_t length = ::readlink(link.c_str(), path.data(), path.size());
-    if (length <= 0 || std::size_t(length) >= path.size())
-        return {};
-    path.resize(std::size_t(length));
-    return path;
-}
-
 bool isGone(int parent, const char *name) {
     struct stat status;
     return ::fstatat(parent, name, &status, AT_SYMLINK_NOFOLLOW) != 0 && errno == ENOENT;

@@ -1,6 +1,7 @@
 #include "uninstall/TrashRecord.h"
 
 #include "foundation/Paths.h"
+#include "foundation/SmallFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -55,16 +56,8 @@ Result<std::string> readAll(int descriptor) {
     }
 }
 
-bool writeAll(int descriptor, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = ::write(descriptor, text.data(), text.size());
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return false;
-        text.remove_prefix(std::size_t(written));
-    }
-    return ::fsync(descriptor) == 0;
+bool writeAndSynchronise(int descriptor, std::string_view text) {
+    return !writeAll(descriptor, text) && ::fsync(descriptor) == 0;
 }
 
 // The third field of a line, empty where there is none.
@@ -161,7 +154,7 @@ std::error_code TrashRecord::forgetSize() const {
     const bool owned = ::fchown(replacement.get(), status.st_uid, status.st_gid) == 0 ||
                        ::geteuid() == status.st_uid;
     if (!owned || ::fchmod(replacement.get(), status.st_mode & 07777) != 0 ||
-        !writeAll(replacement.get(), kept) ||
+        !writeAndSynchronise(replacement.get(), kept) ||
         ::renameat(trash, newSizesFile, trash, sizesFile) != 0) {
         const auto error = lastError();
         ::unlinkat(trash, newSizesFile, 0);

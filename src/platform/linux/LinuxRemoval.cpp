@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxFileOperations.h"
 
 #include "foundation/Paths.h"
+#include "platform/linux/LongPath.h"
 #include "platform/linux/MountTable.h"
 
 #include <fcntl.h>
@@ -27,18 +28,6 @@ const auto busy = std::make_error_code(std::errc::device_or_resource_busy);
 
 bool isPlainName(std::string_view name) {
     return !name.empty() && name != "." && name != ".." && name.find('\0') == name.npos;
-}
-
-// Where the directory is now, whatever it was called when it was opened. Empty where the kernel
-// cannot say, as for paths longer than a page.
-std::string currentPath(const OpenDirectory &directory) {
-    const std::string link = "/proc/self/fd/" + std::to_string(directory.descriptor.get());
-    std::string path(PATH_MAX, '\0');
-    const ssize_t length = ::readlink(link.c_str(), path.data(), path.size());
-    if (length <= 0 || std::size_t(length) >= path.size())
-        return {};
-    path.resize(std::size_t(length));
-    return path;
 }
 
 // The number of the mount that a descriptor lies on: two directories with different numbers have a
@@ -184,7 +173,7 @@ std::error_code keptInFolder(const OpenDirectory &holder, const std::string &nam
 }
 
 bool holdsMount(const RemovalTarget &target, const OpenDirectory &holder, const std::string &name) {
-    std::string path = currentPath(holder);
+    std::string path = currentPath(holder.descriptor.get());
     if (path.empty())
         path = paths::parent(target.path()).native();
     return holdsMountPoint(currentMounts(), paths::join(path, name).native());

@@ -32,4 +32,14 @@ Result<ShortPath> shortenPath(std::string_view path) {
     return shortened;
 }
 
+std::string currentPath(int directory) {
+    const std::string link = "/proc/self/fd/" + std::to_string(directory);
+    std::string path(PATH_MAX, '\0');
+    const ssize_t length = ::readlink(link.c_str(), path.data(), path.size());
+    if (length <= 0 || std::size_t(length) >= path.size())
+        return {};
+    path.resize(std::size_t(length));
+    return path;
+}
+
 } // namespace brightsweep

@@ -19,4 +19,8 @@ struct ShortPath {
 /// Shortens a path of any length by opening its leading directories step by step.
 Result<ShortPath> shortenPath(std::string_view path);
 
+/// Where an open directory is now, whatever it was called when it was opened. Empty where the
+/// kernel cannot say, as for paths longer than a page.
+std::string currentPath(int directory);
+
 } // namespace brightsweep
