@@ -35,12 +35,12 @@ if(BRIGHTSWEEP_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   endif()
 endif()
 
-# The headers that nearly every file includes, compiled once per target.
+# The headers that nearly every file includes, compiled once per target; further ones may follow.
 function(brightsweep_precompile target)
   target_precompile_headers(${target} PRIVATE
     <QByteArray> <QObject> <QString> <QVariant>
     <atomic> <cstdint> <filesystem> <functional> <memory> <mutex> <string> <string_view>
-    <system_error> <vector>)
+    <system_error> <vector> ${ARGN})
 endfunction()
 
 # g++ 12 sees overruns in its own std::string that are not there.

@@ -1,6 +1,6 @@
 # What `run` and `test` share: the Debian packages, installing those that are missing, building.
 
-build_packages=(g++ cmake ninja-build ccache qt6-base-dev)
+build_packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-svg-dev)
 run_packages=(pkexec polkitd udisks2 fuse3)
 test_packages=(libgtest-dev libgmock-dev clang-format python3 util-linux locales jdupes
     dbus dbus-daemon udev e2fsprogs python3-dbus python3-gi libfuse3-dev)

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+
+class QApplication;
+
+namespace brightsweep::theme {
+
+/// How everything looks: dark graphite, flat, or black and white where the desktop asks for high
+/// contrast. Main thread. A colour is asked for when something is painted, never kept: the
+/// desktop's hints may change it at any time.
+enum class Role {
+    Window,
+    Raised,
+    Hover,
+    Hairline,
+    Text,
+    Secondary,
+    Accent,
+    Selection,
+    Danger,
+    Ok,
+};
+inline constexpr int roleCount = 10;
+
+QColor color(Role role);
+
+inline QColor window() {
+    return color(Role::Window);
+}
+inline QColor raised() {
+    return color(Role::Raised);
+}
+inline QColor hover() {
+    return color(Role::Hover);
+}
+inline QColor hairline() {
+    return color(Role::Hairline);
+}
+inline QColor text() {
+    return color(Role::Text);
+}
+inline QColor secondary() {
+    return color(Role::Secondary);
+}
+inline QColor accent() {
+    return color(Role::Accent);
+}
+inline QColor selection() {
+    return color(Role::Selection);
+}
+inline QColor danger() {
+    return color(Role::Danger);
+}
+inline QColor ok() {
+    return color(Role::Ok);
+}
+
+/// Of every raised surface, and the unit of every distance.
+inline constexpr int radius = 8;
+inline constexpr int grid = 4;
+inline constexpr int focusWidth = 2;
+/// The height of a row in every list, before height().
+inline constexpr int rowHeight = 36;
+
+/// What the desktop asked for.
+struct Appearance {
+    bool highContrast = false;
+    bool reducedMotion = false;
+    double textScale = 1.0; // 0.5 to 3
+    bool operator==(const Appearance &) const = default;
+};
+const Appearance &appearance();
+
+/// `size`/12 of the desktop's font: 12 is plain text.
+QFont font(double size, bool bold = false);
+/// A stated height, or more where the desktop's text would not fit: stated heights are minima.
+int height(int stated);
+
+/// Gives the program its palette, font and style sheet; again with another appearance.
+void apply(QApplication &application, const Appearance &appearance = {});
+
+} // namespace brightsweep::theme
