@@ -1,6 +1,11 @@
 #include "platform/AdministratorRights.h"
+#include "platform/DesktopHints.h"
+#include "platform/DesktopNotifier.h"
+#include "platform/MemorySource.h"
 #include "platform/Platform.h"
+#include "platform/SingleInstance.h"
 #include "platform/StandardDirectories.h"
+#include "platform/StatusItem.h"
 #include "platform/SystemFacts.h"
 #include "platform/VolumeSource.h"
 #include "platform/Workspace.h"
@@ -145,6 +150,67 @@ public:
     bool isPackage(const std::filesystem::path &) override { return false; }
     QString typeOf(const std::filesystem::path &) override { return {}; }
     bool open(const std::filesystem::path &) override { return false; }
+    bool reveal(const std::filesystem::path &) override { return false; }
+
+private:
+    std::string m_reason;
+};
+
+class NullMemorySource final : public MemorySource {
+public:
+    explicit NullMemorySource(const char *reason) : m_reason(reason) {}
+    std::string unavailableReason() const override { return m_reason; }
+    Result<MemoryCounts> counts() override { return unsupported; }
+    Result<std::uint64_t> availableBytes() override { return unsupported; }
+
+private:
+    std::string m_reason;
+};
+
+class NullStatusItem final : public StatusItem {
+public:
+    explicit NullStatusItem(const char *reason) : m_reason(reason) {}
+    std::string unavailableReason() const override { return m_reason; }
+    bool hostPresent() const override { return false; }
+    void setShown(bool) override {}
+    void setImages(std::vector<StatusImage>) override {}
+    void setTitle(const QString &) override {}
+    void setToolTip(const QString &, const QString &) override {}
+    void setActivatedHandler(std::function<void(const StatusActivation &)>) override {}
+    void setHostHandler(std::function<void(bool)>) override {}
+
+private:
+    std::string m_reason;
+};
+
+class NullDesktopNotifier final : public DesktopNotifier {
+public:
+    explicit NullDesktopNotifier(const char *reason) : m_reason(reason) {}
+    std::string unavailableReason() const override { return m_reason; }
+    bool available() override { return false; }
+    void show(const DesktopNotification &) override {}
+
+private:
+    std::string m_reason;
+};
+
+class NullSingleInstance final : public SingleInstance {
+public:
+    explicit NullSingleInstance(const char *reason) : m_reason(reason) {}
+    std::string unavailableReason() const override { return m_reason; }
+    InstanceOutcome claim(bool, const std::string &) override { return InstanceOutcome::Failed; }
+    void setActivateHandler(std::function<void(const std::string &)>) override {}
+
+private:
+    std::string m_reason;
+};
+
+class NullDesktopHints final : public DesktopHints {
+public:
+    explicit NullDesktopHints(const char *reason) : m_reason(reason) {}
+    std::string unavailableReason() const override { return m_reason; }
+    Hints hints() const override { return {}; }
+    void setChangedHandler(std::function<void()>) override {}
 
 private:
     std::string m_reason;
@@ -160,6 +226,11 @@ Platform makeNullPlatform(const char *reason) {
     platform.volumes = std::make_unique<NullVolumeSource>(reason);
     platform.rights = std::make_unique<NullAdministratorRights>(reason);
     platform.workspace = std::make_unique<NullWorkspace>(reason);
+    platform.memory = std::make_unique<NullMemorySource>(reason);
+    platform.statusItem = std::make_unique<NullStatusItem>(reason);
+    platform.notifier = std::make_unique<NullDesktopNotifier>(reason);
+    platform.instance = std::make_unique<NullSingleInstance>(reason);
+    platform.hints = std::make_unique<NullDesktopHints>(reason);
     return platform;
 }
 

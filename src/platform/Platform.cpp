@@ -2,8 +2,13 @@
 
 #include "foundation/Paths.h"
 #include "platform/AdministratorRights.h"
+#include "platform/DesktopHints.h"
+#include "platform/DesktopNotifier.h"
 #include "platform/FileOperations.h"
+#include "platform/MemorySource.h"
+#include "platform/SingleInstance.h"
 #include "platform/StandardDirectories.h"
+#include "platform/StatusItem.h"
 #include "platform/SystemFacts.h"
 #include "platform/VolumeSource.h"
 #include "platform/Workspace.h"
@@ -11,8 +16,13 @@
 namespace brightsweep {
 
 AdministratorRights::~AdministratorRights() = default;
+DesktopHints::~DesktopHints() = default;
+DesktopNotifier::~DesktopNotifier() = default;
 FileOperations::~FileOperations() = default;
+MemorySource::~MemorySource() = default;
+SingleInstance::~SingleInstance() = default;
 StandardDirectories::~StandardDirectories() = default;
+StatusItem::~StatusItem() = default;
 SystemFacts::~SystemFacts() = default;
 VolumeSource::~VolumeSource() = default;
 Workspace::~Workspace() = default;

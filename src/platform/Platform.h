@@ -5,8 +5,13 @@
 namespace brightsweep {
 
 class AdministratorRights;
+class DesktopHints;
+class DesktopNotifier;
 class FileOperations;
+class MemorySource;
+class SingleInstance;
 class StandardDirectories;
+class StatusItem;
 class SystemFacts;
 class VolumeSource;
 class Workspace;
@@ -20,6 +25,11 @@ struct Platform {
     std::unique_ptr<VolumeSource> volumes;
     std::unique_ptr<AdministratorRights> rights;
     std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<MemorySource> memory;
+    std::unique_ptr<StatusItem> statusItem;
+    std::unique_ptr<DesktopNotifier> notifier;
+    std::unique_ptr<SingleInstance> instance;
+    std::unique_ptr<DesktopHints> hints;
 
     Platform();
     Platform(Platform &&) noexcept;

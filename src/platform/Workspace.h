@@ -21,6 +21,9 @@ public:
     virtual QString typeOf(const std::filesystem::path &path) = 0;
     /// Opens the item with the user's default program for it; a folder in the file manager.
     virtual bool open(const std::filesystem::path &path) = 0;
+    /// Shows the item in its folder, in the file manager; where that cannot be, opens the folder.
+    /// Does not wait; false for an item that does not exist.
+    virtual bool reveal(const std::filesystem::path &path) = 0;
 };
 
 } // namespace brightsweep

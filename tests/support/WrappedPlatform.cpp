@@ -2,8 +2,13 @@
 
 #include "foundation/Paths.h"
 #include "platform/AdministratorRights.h"
+#include "platform/DesktopHints.h"
+#include "platform/DesktopNotifier.h"
 #include "platform/FileOperations.h"
+#include "platform/MemorySource.h"
+#include "platform/SingleInstance.h"
 #include "platform/StandardDirectories.h"
+#include "platform/StatusItem.h"
 #include "platform/SystemFacts.h"
 #include "platform/VolumeSource.h"
 #include "platform/Workspace.h"
@@ -278,9 +283,101 @@ public:
             "open", path, [&] { return m_wrapped->open(path); },
             [](std::error_code) { return false; });
     }
+    bool reveal(const std::filesystem::path &path) override {
+        return ask(
+            "reveal", path, [&] { return m_wrapped->reveal(path); },
+            [](std::error_code) { return false; });
+    }
 
 private:
     static QString noText(std::error_code) { return {}; }
+};
+
+class WrappedMemory final : public Wrapped<MemorySource> {
+public:
+    using Wrapped::Wrapped;
+    Result<MemoryCounts> counts() override {
+        return ask("memory.counts", {}, [&] { return m_wrapped->counts(); });
+    }
+    Result<std::uint64_t> availableBytes() override {
+        return ask("memory.availableBytes", {}, [&] { return m_wrapped->availableBytes(); });
+    }
+};
+
+class WrappedStatusItem final : public Wrapped<StatusItem> {
+public:
+    using Wrapped::Wrapped;
+    bool hostPresent() const override { return m_wrapped->hostPresent(); }
+    void setShown(bool shown) override {
+        ask(
+            "statusItem.setShown", shown ? "1" : "0", [&] { m_wrapped->setShown(shown); }, nothing);
+    }
+    void setImages(std::vector<StatusImage> images) override {
+        ask(
+            "statusItem.setImages", std::to_string(images.size()),
+            [&] { m_wrapped->setImages(std::move(images)); }, nothing);
+    }
+    void setTitle(const QString &title) override {
+        ask(
+            "statusItem.setTitle", title.toStdString(), [&] { m_wrapped->setTitle(title); },
+            nothing);
+    }
+    void setToolTip(const QString &title, const QString &text) override {
+        ask(
+            "statusItem.setToolTip", text.toStdString(),
+            [&] { m_wrapped->setToolTip(title, text); }, nothing);
+    }
+    void setActivatedHandler(std::function<void(const StatusActivation &)> handler) override {
+        m_wrapped->setActivatedHandler(std::move(handler));
+    }
+    void setHostHandler(std::function<void(bool)> handler) override {
+        m_wrapped->setHostHandler(std::move(handler));
+    }
+
+private:
+    static void nothing(std::error_code) {}
+};
+
+class WrappedNotifier final : public Wrapped<DesktopNotifier> {
+public:
+    using Wrapped::Wrapped;
+    bool available() override {
+        return ask(
+            "notifier.available", {}, [&] { return m_wrapped->available(); },
+            [](std::error_code) { return false; });
+    }
+    void show(const DesktopNotification &notification) override {
+        ask(
+            "notifier.show", notification.body.toStdString(),
+            [&] { m_wrapped->show(notification); }, [](std::error_code) {});
+    }
+};
+
+class WrappedInstance final : public Wrapped<SingleInstance> {
+public:
+    using Wrapped::Wrapped;
+    InstanceOutcome claim(bool activate, const std::string &activationToken) override {
+        return ask(
+            "instance.claim", activationToken,
+            [&] { return m_wrapped->claim(activate, activationToken); },
+            [](std::error_code) { return InstanceOutcome::Failed; });
+    }
+    void setActivateHandler(std::function<void(const std::string &)> handler) override {
+        m_wrapped->setActivateHandler(std::move(handler));
+    }
+};
+
+class WrappedHints final : public Wrapped<DesktopHints> {
+public:
+    using Wrapped::Wrapped;
+    Hints hints() const override {
+        return ask(
+            "hints", {}, [&] { return m_wrapped->hints(); },
+            [](std::error_code) { return Hints(); });
+    }
+    void setChangedHandler(std::function<void()> handler) override {
+        m_wrapped->setChangedHandler(std::move(handler));
+    }
 };
 
 } // namespace
@@ -294,6 +391,11 @@ Platform wrapPlatform(Platform wrapped, PlatformHook hook) {
     platform.volumes = std::make_unique<WrappedVolumes>(std::move(wrapped.volumes), hook);
     platform.rights = std::make_unique<WrappedRights>(std::move(wrapped.rights), hook);
     platform.workspace = std::make_unique<WrappedWorkspace>(std::move(wrapped.workspace), hook);
+    platform.memory = std::make_unique<WrappedMemory>(std::move(wrapped.memory), hook);
+    platform.statusItem = std::make_unique<WrappedStatusItem>(std::move(wrapped.statusItem), hook);
+    platform.notifier = std::make_unique<WrappedNotifier>(std::move(wrapped.notifier), hook);
+    platform.instance = std::make_unique<WrappedInstance>(std::move(wrapped.instance), hook);
+    platform.hints = std::make_unique<WrappedHints>(std::move(wrapped.hints), hook);
     return platform;
 }
 

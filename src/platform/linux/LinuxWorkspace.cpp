@@ -71,4 +71,8 @@ bool LinuxWorkspace::open(const std::filesystem::path &path) {
     return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
+bool LinuxWorkspace::reveal(const std::filesystem::path &path) {
+    return isThere(path) && open(paths::parent(path));
+}
+
 } // namespace brightsweep

@@ -11,6 +11,7 @@ public:
     bool isPackage(const std::filesystem::path &path) override;
     QString typeOf(const std::filesystem::path &path) override;
     bool open(const std::filesystem::path &path) override;
+    bool reveal(const std::filesystem::path &path) override;
 };
 
 } // namespace brightsweep
