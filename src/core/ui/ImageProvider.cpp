@@ -39,8 +39,6 @@ QSvgRenderer *drawing(const QString &name) {
         made = std::make_unique<QSvgRenderer>(file);
     if (made && !made->isValid())
         made.reset();
-    if (made)
-        made->setAspectRatioMode(Qt::KeepAspectRatio);
     return drawings.emplace(name, std::move(made)).first->second.get();
 }
 
@@ -112,9 +110,11 @@ bool paintImage(QPainter &painter, const QString &name, const QRectF &area) {
         return false;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    if (QSvgRenderer *renderer = drawing(name))
-        renderer->render(&painter, fitted(size, area));
-    else
+    if (QSvgRenderer *renderer = drawing(name)) {
+        const bool fills = renderer->elementExists(QStringLiteral("stretch"));
+        renderer->setAspectRatioMode(fills ? Qt::IgnoreAspectRatio : Qt::KeepAspectRatio);
+        renderer->render(&painter, fills ? area : fitted(size, area));
+    } else
         paintDrawnImage(painter, name, fitted(size, area));
     painter.restore();
     return true;

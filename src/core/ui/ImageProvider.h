@@ -10,6 +10,7 @@ namespace brightsweep {
 
 /// The program's images by name. "option_yes.png" finds images/option_yes.svg, with or without the
 /// ending; families of numbered images ("42_progress_bar.png") are drawn by code. Main thread.
+/// An image with an element "stretch" is a surface: it fills whatever area it is given.
 /// Everything is drawn anew for each size and device pixel ratio, and kept in Qt's pixmap cache.
 
 /// An icon that paints itself sharply at any size; a null icon where the name has no image.

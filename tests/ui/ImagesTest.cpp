@@ -1,0 +1,145 @@
+#include "core/ui/ImageNames.h"
+#include "core/ui/ImageProvider.h"
+
+#include <QImage>
+#include <QPainter>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <set>
+
+namespace brightsweep {
+namespace {
+
+QImage drawn(const QString &name, qreal ratio = 1.0) {
+    return pixmapNamed(name, imageSize(name), ratio)
+        .toImage()
+        .convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+bool isBlank(const QImage &image) {
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (qAlpha(image.pixel(x, y)) != 0)
+                return false;
+    return true;
+}
+
+/// Pixels of the image that are neither clear nor the colour of what lies under it.
+int visiblePixels(const QImage &image, const QColor &ground) {
+    QImage tray(image.size(), QImage::Format_RGB32);
+    tray.fill(ground);
+    QPainter painter(&tray);
+    QImage flat = image;
+    flat.setDevicePixelRatio(1);
+    painter.drawImage(0, 0, flat);
+    painter.end();
+    int count = 0;
+    for (int y = 0; y < tray.height(); ++y)
+        for (int x = 0; x < tray.width(); ++x) {
+            const QColor pixel = tray.pixelColor(x, y);
+            const int apart = std::abs(pixel.red() - ground.red()) +
+                              std::abs(pixel.green() - ground.green()) +
+                              std::abs(pixel.blue() - ground.blue());
+            count += apart > 180 ? 1 : 0;
+        }
+    return count;
+}
+
+TEST(Images, EveryNameHasADrawing) {
+    std::set<std::string> seen;
+    for (const char *name : imageNames) {
+        const QString text = QString::fromLatin1(name);
+        EXPECT_TRUE(seen.insert(name).second) << name << " is listed twice";
+        EXPECT_TRUE(imageExists(text)) << name;
+        EXPECT_FALSE(imageNamed(text).isNull()) << name;
+        EXPECT_FALSE(isBlank(drawn(text))) << name;
+    }
+}
+
+TEST(Images, NamesWithoutADrawingAreNull) {
+    for (const char *name : {"", ".png", "nothing.png", "../images/Lock.png", "101.png", "-1.png",
+                             "1-2.png", "clean_0.png", "clean_19.png", "loading_13.png", "+5.png",
+                             "101%.png", "x%.png", "_progress_bar.png", "99999999999.png"}) {
+        const QString text = QString::fromLatin1(name);
+        EXPECT_FALSE(imageExists(text)) << name;
+        EXPECT_TRUE(imageNamed(text).isNull()) << name;
+        EXPECT_TRUE(pixmapNamed(text, QSize(20, 20), 1).isNull()) << name;
+    }
+    EXPECT_TRUE(pixmapNamed(QStringLiteral("Lock.png"), QSize(0, 20), 1).isNull());
+}
+
+TEST(Images, FamiliesHaveEveryNumberAndTwoForms) {
+    struct Family {
+        const char *usual;
+        const char *other; // looks different, "" for none
+        int first;
+        int last;
+    };
+    for (const Family &family :
+         {Family{"%1%.png", "%1%-1.png", 0, 100}, Family{"%1.png", "%1-1.png", 1, 100},
+          Family{"%1_progress_bar.png", "", 0, 100}, Family{"clean_%1.png", "", 1, 18},
+          Family{"loading_%1.png", "", 1, 12}}) {
+        QImage last;
+        for (int number = family.first; number <= family.last; ++number) {
+            const QString name = QString::fromLatin1(family.usual).arg(number);
+            const QImage image = drawn(name, 2);
+            ASSERT_FALSE(isBlank(image)) << name.toStdString();
+            // The round end of a bar hides its first few numbers.
+            if (number > family.first && number > 5) {
+                EXPECT_NE(image, last) << name.toStdString() << " looks like the one before";
+            }
+            last = image;
+            if (std::strlen(family.other) > 0) {
+                EXPECT_NE(image, drawn(QString::fromLatin1(family.other).arg(number), 2));
+            }
+        }
+    }
+}
+
+TEST(Images, AreDrawnAnewForEachPixelRatio) {
+    const QSize size(24, 24);
+    const QImage doubled = pixmapNamed(QStringLiteral("Lock.png"), size, 2).toImage();
+    EXPECT_EQ(doubled.size(), QSize(48, 48));
+    EXPECT_EQ(doubled.devicePixelRatio(), 2.0);
+    const QImage single = pixmapNamed(QStringLiteral("Lock.png"), size, 1).toImage();
+    const QImage blown = single.scaled(48, 48, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QImage flat = doubled;
+    flat.setDevicePixelRatio(1);
+    EXPECT_NE(flat, blown.convertToFormat(flat.format()));
+}
+
+TEST(Images, TheGaugeIsLegibleOnEveryTray) {
+    for (const int side : {16, 22, 24, 44})
+        for (const char *form : {"42%.png", "93%-1.png"})
+            for (const QColor &tray : {QColor(Qt::white), QColor(242, 242, 242), QColor(40, 40, 40),
+                                       QColor(Qt::black)}) {
+                const QImage image = pixmapNamed(QString::fromLatin1(form), QSize(side, side), 1)
+                                         .toImage()
+                                         .convertToFormat(QImage::Format_ARGB32_Premultiplied);
+                EXPECT_GT(visiblePixels(image, tray), side * side / 8)
+                    << form << " " << side << " on " << tray.name().toStdString();
+            }
+}
+
+TEST(Images, SurfacesFillTheirAreaAndOthersKeepTheirProportions) {
+    const QImage surface = pixmapNamed(QStringLiteral("list.png"), QSize(40, 90), 1).toImage();
+    EXPECT_EQ(qAlpha(surface.pixel(1, 1)), 255);
+    EXPECT_EQ(qAlpha(surface.pixel(38, 88)), 255);
+    const QImage mark = pixmapNamed(QStringLiteral("option_yes.png"), QSize(24, 96), 1).toImage();
+    EXPECT_EQ(qAlpha(mark.pixel(12, 12)), 0);
+    EXPECT_EQ(qAlpha(mark.pixel(12, 48)), 255);
+}
+
+TEST(Images, ADisabledIconIsFainter) {
+    const QIcon icon = imageNamed(QStringLiteral("option_yes.png"));
+    const QImage usual = icon.pixmap(QSize(24, 24)).toImage();
+    const QImage faint = icon.pixmap(QSize(24, 24), QIcon::Disabled).toImage();
+    EXPECT_GT(qAlpha(usual.pixel(5, 12)), 250);
+    EXPECT_LT(qAlpha(faint.pixel(5, 12)), 120);
+    EXPECT_GT(qAlpha(faint.pixel(5, 12)), 60);
+}
+
+} // namespace
+} // namespace brightsweep
