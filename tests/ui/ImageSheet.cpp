@@ -1,4 +1,5 @@
-// Draws every image of the program on one sheet, for the eye: image_sheet FILE.png PIXEL_RATIO.
+// Draws every image of the program on one sheet, for the eye: image_sheet FILE.png PIXEL_RATIO
+// [NAME…].
 #include "core/ui/ImageNames.h"
 #include "core/ui/ImageProvider.h"
 #include "core/ui/Theme.h"
@@ -34,11 +35,13 @@ QStringList everyName() {
 
 int main(int argc, char **argv) {
     QApplication application(argc, argv);
-    if (argc != 3)
+    if (argc < 3)
         return 2;
     brightsweep::theme::apply(application);
     const qreal ratio = QByteArray(argv[2]).toDouble();
-    const QStringList names = everyName();
+    QStringList names = everyName();
+    if (argc > 3)
+        names = application.arguments().mid(3);
     const int rows = static_cast<int>(names.size() + columns - 1) / columns;
     QImage sheet(QSize(columns * cell.width(), rows * cell.height()) * ratio,
                  QImage::Format_ARGB32_Premultiplied);
@@ -53,13 +56,14 @@ int main(int argc, char **argv) {
         QSize size = brightsweep::imageSize(name);
         size = size.isEmpty() ? QSize() : size.boundedTo(QSize(120, 70));
         // The gauge of the tray has to stand out on light as well.
-        if (name.contains(QLatin1Char('%')))
-            painter.fillRect(QRect(place.center() - QPoint(0, 40), QSize(70, 50)),
+        const bool onLight = name.contains(QLatin1Char('%'));
+        if (onLight)
+            painter.fillRect(QRect(place.center() + QPoint(20, -40), QSize(50, 50)),
                              QColor(240, 240, 240));
         const QPixmap pixmap = brightsweep::pixmapNamed(name, size, ratio);
         painter.drawPixmap(place.center() - QPoint(size.width(), size.height() + 16) / 2, pixmap);
-        if (name.contains(QLatin1Char('%')))
-            painter.drawPixmap(place.center() + QPoint(30, -size.height() / 2 - 8), pixmap);
+        if (onLight)
+            painter.drawPixmap(place.center() + QPoint(34, -size.height() / 2 - 8), pixmap);
         painter.setPen(brightsweep::theme::secondary());
         painter.drawText(place.adjusted(0, 74, 0, 0), Qt::AlignHCenter, name);
     }

@@ -1,5 +1,6 @@
 #include "core/ui/Theme.h"
 #include "core/ui/StyleSheet.h"
+#include "platform/Platform.h"
 
 #include <QApplication>
 #include <QPushButton>
@@ -8,13 +9,15 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 namespace brightsweep {
 namespace {
 
 /// Puts the usual look back.
 class ThemeTest : public testing::Test {
 protected:
-    void apply(const theme::Appearance &appearance) { theme::apply(*qApp, appearance); }
+    void apply(const Hints &hints) { theme::apply(*qApp, hints); }
     void TearDown() override { theme::apply(*qApp, {}); }
 };
 
@@ -54,6 +57,29 @@ TEST_F(ThemeTest, FontsAreShareOfTheDesktopsAndGrowWithItsText) {
     EXPECT_NEAR(theme::font(12).pointSizeF(), plain * 2, 0.01);
     apply({false, false, 900.0});
     EXPECT_NEAR(theme::font(12).pointSizeF(), plain * 3, 0.01);
+}
+
+/// A desktop whose user changes his mind.
+class ChangingHints : public DesktopHints {
+public:
+    Hints hints() const override { return now; }
+    void setChangedHandler(std::function<void()> handler) override { changed = std::move(handler); }
+
+    Hints now;
+    std::function<void()> changed;
+};
+
+TEST_F(ThemeTest, FollowsTheDesktopsHints) {
+    auto made = std::make_unique<ChangingHints>();
+    ChangingHints &desktop = *made;
+    Platform::current().hints = std::move(made);
+    desktop.now.reducedMotion = true;
+    theme::follow(*qApp);
+    EXPECT_TRUE(theme::appearance().reducedMotion);
+    desktop.now.highContrast = true;
+    desktop.changed();
+    EXPECT_EQ(theme::window(), QColor(Qt::black));
+    EXPECT_EQ(QApplication::palette().color(QPalette::Window), QColor(Qt::black));
 }
 
 TEST_F(ThemeTest, RowsKeepTheirHeightAndFocusMovesNothing) {

@@ -55,9 +55,9 @@ void paintGauge(QPainter &painter, int percentage, bool warns) {
     painter.setBrush(warns ? alarm : QColor(39, 41, 51));
     painter.drawEllipse(disk);
 
-    const QRectF ring = disk.adjusted(2.4, 2.4, -2.4, -2.4);
+    const QRectF ring = disk.adjusted(1.6, 1.6, -1.6, -1.6);
     painter.setBrush(Qt::NoBrush);
-    QPen pen(warns ? QColor(255, 255, 255, 80) : QColor(86, 90, 108), 2.4, Qt::SolidLine,
+    QPen pen(warns ? QColor(255, 255, 255, 80) : QColor(86, 90, 108), 1.9, Qt::SolidLine,
              Qt::FlatCap);
     painter.setPen(pen);
     painter.drawEllipse(ring);
@@ -72,6 +72,7 @@ void paintGauge(QPainter &painter, int percentage, bool warns) {
         return;
     QFont font = theme::font(12, true);
     font.setPixelSize(percentage < 100 ? 9 : 7);
+    font.setLetterSpacing(QFont::PercentageSpacing, 92);
     painter.setFont(font);
     painter.setPen(Qt::white);
     painter.drawText(disk, Qt::AlignCenter, QString::number(percentage));
@@ -80,7 +81,7 @@ void paintGauge(QPainter &painter, int percentage, bool warns) {
 /// A comet of dots on a circle, with grains that fall into its middle.
 void paintSweep(QPainter &painter, int frame) {
     constexpr int frames = 18;
-    constexpr int dots = 11;
+    constexpr int dots = 22;
     constexpr qreal circle = 11;
     painter.setPen(Qt::NoPen);
     const QPointF middle(15, 15);
@@ -94,8 +95,8 @@ void paintSweep(QPainter &painter, int frame) {
         const qreal rest = 1.0 - qreal(dot) / dots;
         color.setAlphaF(static_cast<float>(rest));
         painter.setBrush(color);
-        const qreal radius = 0.5 + 1.7 * rest;
-        painter.drawEllipse(at(turn - dot * 0.036, circle), radius, radius);
+        const qreal radius = 0.4 + 1.7 * rest;
+        painter.drawEllipse(at(turn - dot * 0.02, circle), radius, radius);
     }
     for (int grain = 0; grain < 3; ++grain) {
         const qreal path = std::fmod(turn + grain / 3.0, 1.0);

@@ -1,6 +1,7 @@
 #include "core/ui/Theme.h"
 
 #include "core/ui/StyleSheet.h"
+#include "platform/Platform.h"
 
 #include <QApplication>
 #include <QFontMetrics>
@@ -32,7 +33,7 @@ const QColor contrast[roleCount] = {
 constexpr double usualLine = 19.0;
 
 struct State {
-    Appearance appearance;
+    Hints appearance;
     QFont desktopFont;
     bool desktopFontKnown = false;
 };
@@ -91,7 +92,7 @@ QColor color(Role role) {
     return state().appearance.highContrast ? contrast[index] : graphite[index];
 }
 
-const Appearance &appearance() {
+const Hints &appearance() {
     return state().appearance;
 }
 
@@ -111,16 +112,25 @@ int height(int stated) {
     return line <= usualLine ? stated : static_cast<int>(std::ceil(stated * line / usualLine));
 }
 
-void apply(QApplication &application, const Appearance &appearance) {
+void apply(QApplication &application, const Hints &hints) {
     desktopFont();
-    state().appearance = appearance;
-    state().appearance.textScale = std::clamp(appearance.textScale, 0.5, 3.0);
+    state().appearance = hints;
+    state().appearance.textScale = std::clamp(hints.textScale, 0.5, 3.0);
     QPixmapCache::clear();
     if (QStyle *style = QStyleFactory::create(QStringLiteral("Fusion")))
         QApplication::setStyle(style);
     QApplication::setPalette(palette());
     QApplication::setFont(font(12));
     application.setStyleSheet(styleSheet());
+}
+
+void follow(QApplication &application) {
+    DesktopHints &desktop = *Platform::current().hints;
+    apply(application, desktop.hints());
+    desktop.setChangedHandler([&application, &desktop] {
+        if (desktop.hints() != appearance())
+            apply(application, desktop.hints());
+    });
 }
 
 } // namespace brightsweep::theme

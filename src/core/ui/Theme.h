@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/DesktopHints.h"
+
 #include <QColor>
 #include <QFont>
 
@@ -64,21 +66,19 @@ inline constexpr int focusWidth = 2;
 /// The height of a row in every list, before height().
 inline constexpr int rowHeight = 36;
 
-/// What the desktop asked for.
-struct Appearance {
-    bool highContrast = false;
-    bool reducedMotion = false;
-    double textScale = 1.0; // 0.5 to 3
-    bool operator==(const Appearance &) const = default;
-};
-const Appearance &appearance();
+/// What the desktop asked for, as the look has it now.
+const Hints &appearance();
 
 /// `size`/12 of the desktop's font: 12 is plain text.
 QFont font(double size, bool bold = false);
 /// A stated height, or more where the desktop's text would not fit: stated heights are minima.
 int height(int stated);
 
-/// Gives the program its palette, font and style sheet; again with another appearance.
-void apply(QApplication &application, const Appearance &appearance = {});
+/// Gives the program its palette, font and style sheet. May be called again: every widget then gets
+/// its changes of palette, font and style as events. A text scale is held between 0.5 and 3.
+void apply(QApplication &application, const Hints &hints = {});
+
+/// Applies the desktop's hints now and whenever they change.
+void follow(QApplication &application);
 
 } // namespace brightsweep::theme
