@@ -1,9 +1,10 @@
 #include "cli/CommandLine.h"
 #include "core/Entry.h"
 #include "core/MacLog.h"
+#include "core/app/RegisterDefaults.h"
+#include "memory/ClearMemory.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
-#include "preferences/PreferenceViewController.h"
 
 #include <cstdlib>
 
@@ -22,5 +23,6 @@ int applicationMain(char *program) {
 
 int main(int argc, char **argv) {
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
-    std::_Exit(brightsweep::runEntry(argc, argv, [argv] { return applicationMain(argv[0]); }));
+    std::_Exit(brightsweep::runEntry(argc, argv, brightsweep::ClearMemory::freeMemory,
+                                     [argv] { return applicationMain(argv[0]); }));
 }

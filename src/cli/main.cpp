@@ -1,10 +1,10 @@
 #include "cli/CommandLine.h"
 
 #include "core/MacLog.h"
+#include "core/app/RegisterDefaults.h"
 #include "foundation/Identity.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
-#include "preferences/PreferenceViewController.h"
 
 #include <cstdlib>
 

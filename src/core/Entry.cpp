@@ -1,17 +1,17 @@
 #include "core/Entry.h"
 
-#include "core/ClearMemory.h"
 #include "core/MacLog.h"
 #include "core/UtilityFunction.h"
 #include "foundation/Identity.h"
 
 namespace brightsweep {
 
-int runEntry(int argc, char **argv, const std::function<int()> &applicationMain) {
+int runEntry(int argc, char **argv, EntryCommand freeMemory,
+             const std::function<int()> &applicationMain) {
     if (UtilityFunction::isBelowSystemVer(10, 6, 0))
         return 0;
     MacLog::setLogFile(logFileName);
-    const int status = ClearMemory::freeMemory(argc, argv);
+    const int status = freeMemory(argc, argv);
     return status != -1 ? status : applicationMain();
 }
 

@@ -3,6 +3,7 @@
 #include "foundation/FileDescriptor.h"
 #include "foundation/Identity.h"
 #include "foundation/Log.h"
+#include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
 
@@ -37,6 +38,11 @@ QString textOf(const QVariant &value) {
     if (value.typeId() == QMetaType::Double)
         return QString::number(value.toDouble(), 'g', std::numeric_limits<double>::max_digits10);
     return value.toString();
+}
+
+void tellChange(const QString &key) {
+    NotificationCenter::defaultCenter().post(UserDefaultsDidChangeNotification, nullptr,
+                                             {{QStringLiteral("key"), key}});
 }
 
 void appendEscaped(std::string &line, const QString &text, bool isKey) {
@@ -204,20 +210,26 @@ bool UserDefaults::hasUserValue(const QString &key) const {
 void UserDefaults::setObject(const QString &key, const QVariant &object) {
     if (!object.isValid())
         return removeObject(key);
-    const std::lock_guard lock(m_mutex);
-    const QString text = textOf(object);
-    m_userValues.insert(key, text);
-    m_unwritten.insert(key, text);
-    m_removed.remove(key);
-    synchronizeLocked();
+    {
+        const std::lock_guard lock(m_mutex);
+        const QString text = textOf(object);
+        m_userValues.insert(key, text);
+        m_unwritten.insert(key, text);
+        m_removed.remove(key);
+        synchronizeLocked();
+    }
+    tellChange(key);
 }
 
 void UserDefaults::removeObject(const QString &key) {
-    const std::lock_guard lock(m_mutex);
-    m_userValues.remove(key);
-    m_unwritten.remove(key);
-    m_removed.insert(key, true);
-    synchronizeLocked();
+    {
+        const std::lock_guard lock(m_mutex);
+        m_userValues.remove(key);
+        m_unwritten.remove(key);
+        m_removed.insert(key, true);
+        synchronizeLocked();
+    }
+    tellChange(key);
 }
 
 bool UserDefaults::synchronize() {

@@ -12,6 +12,10 @@
 
 namespace brightsweep {
 
+/// Posted after a value was set or removed in this process, on the thread that did it. User info:
+/// "key".
+inline constexpr QLatin1String UserDefaultsDidChangeNotification("UserDefaultsDidChange");
+
 /// Typed settings by key: the user's values above a layer of registered defaults.
 ///
 /// The store is one text file, a line "key=value" each. Every change is written through at once,

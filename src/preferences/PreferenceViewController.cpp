@@ -1,6 +1,5 @@
 #include "preferences/PreferenceViewController.h"
 
-#include "core/AppController.h"
 #include "core/SettingKeys.h"
 #include "foundation/UserDefaults.h"
 
@@ -107,12 +106,6 @@ void PreferenceViewController::setHiddenStatusItem(bool hidden) {
 }
 bool PreferenceViewController::getHiddenStatusItem() {
     return defaults().boolForKey(hiddenStatusItemKey);
-}
-
-void registerAllDefaults() {
-    PreferenceViewController::initialize();
-    defaults().registerDefaults({{DSDiskUsageShowStyle, false}});
-    AppController::initialize();
 }
 
 } // namespace brightsweep

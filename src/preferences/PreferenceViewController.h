@@ -40,8 +40,4 @@ public:
     static bool getHiddenStatusItem();
 };
 
-/// Registers every default of the program, in the order in which the last one of a key holds. Both
-/// front ends call it first.
-void registerAllDefaults();
-
 } // namespace brightsweep

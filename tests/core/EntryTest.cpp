@@ -1,9 +1,9 @@
 #include "core/Entry.h"
-#include "core/ClearMemory.h"
 #include "core/MacLog.h"
 #include "foundation/FileDescriptor.h"
 #include "foundation/Identity.h"
 #include "foundation/Log.h"
+#include "memory/ClearMemory.h"
 #include "platform/Platform.h"
 #include "platform/StandardDirectories.h"
 #include "platform/SystemFacts.h"
@@ -212,13 +212,13 @@ TEST_F(MacLogTest, GateComesFirst) {
         return 7;
     };
     facts->running = {10, 5, 19};
-    EXPECT_EQ(runEntry(3, arguments, application), 0);
+    EXPECT_EQ(runEntry(3, arguments, ClearMemory::freeMemory, application), 0);
     EXPECT_FALSE(tree.exists(log));
     facts->running = {10, 6, 0};
-    EXPECT_EQ(runEntry(3, arguments, application), 0);
+    EXPECT_EQ(runEntry(3, arguments, ClearMemory::freeMemory, application), 0);
     EXPECT_EQ(messages(contents(tree.path(log))).back(), "freeMemoy size=1024");
     EXPECT_EQ(runs, 0);
-    EXPECT_EQ(runEntry(2, arguments, application), 7);
+    EXPECT_EQ(runEntry(2, arguments, ClearMemory::freeMemory, application), 7);
     EXPECT_EQ(runs, 1);
 }
 

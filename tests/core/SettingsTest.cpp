@@ -2,6 +2,7 @@
 #include "core/SettingKeys.h"
 #include "core/SizeLimit.h"
 #include "core/UtilityFunctionOfData.h"
+#include "core/app/RegisterDefaults.h"
 #include "foundation/UserDefaults.h"
 #include "preferences/PreferenceViewController.h"
 

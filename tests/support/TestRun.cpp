@@ -2,9 +2,9 @@
 
 #include "support/TestEnvironment.h"
 
+#include "core/app/RegisterDefaults.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
-#include "preferences/PreferenceViewController.h"
 
 #include <gtest/gtest.h>
 

@@ -84,6 +84,7 @@ constexpr struct {
     {"hw.machine", [] { return unameField(&utsname::machine); }},
     {"hw.model", productName},
     {"hw.memsize", memorySize},
+    {"hw.physmem", memorySize},
     {"hw.pagesize", pageSize},
     {"machdep.cpu.vendor", [] { return lineOf("/proc/cpuinfo", "vendor_id"); }},
     {"machdep.cpu.brand_string", [] { return lineOf("/proc/cpuinfo", "model name"); }},

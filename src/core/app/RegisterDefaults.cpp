@@ -1,0 +1,16 @@
+#include "core/app/RegisterDefaults.h"
+
+#include "core/SettingKeys.h"
+#include "core/app/AppController.h"
+#include "foundation/UserDefaults.h"
+#include "preferences/PreferenceViewController.h"
+
+namespace brightsweep {
+
+void registerAllDefaults() {
+    PreferenceViewController::initialize();
+    UserDefaults::standardUserDefaults().registerDefaults({{DSDiskUsageShowStyle, false}});
+    AppController::initialize();
+}
+
+} // namespace brightsweep

@@ -1,0 +1,135 @@
+#include "memory/ClearMemory.h"
+
+#include "foundation/Log.h"
+#include "foundation/Paths.h"
+#include "platform/Platform.h"
+#include "platform/StandardDirectories.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string_view>
+
+extern char **environ;
+
+namespace brightsweep {
+
+namespace {
+
+constexpr char systemTool[] = "/usr/bin/purge";
+constexpr char ownTool[] = "purge";
+constexpr int endedBySignal = 128;
+
+std::string programPath() {
+    const QByteArray bytes = QFile::encodeName(QCoreApplication::applicationFilePath());
+    return {bytes.constData(), std::size_t(bytes.size())};
+}
+
+// What the tool says goes where this process's own troubles go, never into its output.
+int launch(std::vector<std::string> command, pid_t &child) {
+    std::vector<char *> arguments;
+    for (std::string &argument : command)
+        arguments.push_back(argument.data());
+    arguments.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, STDERR_FILENO, STDOUT_FILENO);
+    const int error =
+        ::posix_spawn(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    return error;
+}
+
+} // namespace
+
+std::filesystem::path releaseToolPath() {
+    const auto beside = paths::join(paths::parent(programPath()), ownTool);
+    if (::access(beside.c_str(), X_OK) == 0)
+        return beside;
+    return BRIGHTSWEEP_PURGE_PATH;
+}
+
+int ClearMemory::freeMemory(int argc, const char *const *argv) {
+    for (int i = 1; i + 1 < argc; ++i) {
+        if (argv[i] == std::string_view("fr")) {
+            NSLog("freeMemoy size=%s", argv[i + 1]);
+            return 0;
+        }
+    }
+    return -1;
+}
+
+int ClearMemory::getMemoryInfo(MemoryInfo *info) {
+    // A name that cannot be read leaves its field; the others count.
+    brightsweep::getMemoryInfo(&meminfo);
+    if (info)
+        *info = meminfo;
+    if (isRunFree && !taskRuns()) {
+        NSLog("Task finished. status = %d", m_endStatus);
+        m_status = m_endStatus;
+        isRunFree = false;
+        task = 0;
+    }
+    return 0;
+}
+
+int ClearMemory::clearMemory() {
+    if (isRunFree) {
+        getMemoryInfo(nullptr);
+        if (isRunFree)
+            return 1;
+    }
+    const std::vector<std::string> command = releaseCommand();
+    if (const int error = launch(command, task)) {
+        NSLog("%@ cannot be started: %@", command[0],
+              std::error_code(error, std::generic_category()));
+        return -1;
+    }
+    m_ended = false;
+    isRunFree = true;
+    return 0;
+}
+
+bool ClearMemory::isRuning() {
+    return isRunFree && taskRuns();
+}
+
+void ClearMemory::stop() {
+    if (isRunFree && taskRuns())
+        ::kill(task, SIGTERM);
+}
+
+std::vector<std::string> ClearMemory::releaseCommand() const {
+    const auto system = Platform::current().directories->systemPath(systemTool);
+    if (::access(system.c_str(), F_OK) == 0)
+        return {system.native()};
+    const auto own = releaseToolPath();
+    NSLog("purge = %@", own);
+    if (::access(own.c_str(), X_OK) == 0)
+        return {own.native()};
+    return {programPath(), "fr", std::to_string(meminfo.freeMem + meminfo.inactiveMem)};
+}
+
+bool ClearMemory::taskRuns() {
+    if (m_ended)
+        return false;
+    int status = 0;
+    const pid_t waited = ::waitpid(task, &status, WNOHANG);
+    if (waited == 0 || (waited < 0 && errno == EINTR))
+        return true;
+    m_ended = true;
+    m_endStatus = waited == task && WIFEXITED(status) ? WEXITSTATUS(status)
+                  : waited == task                    ? endedBySignal + WTERMSIG(status)
+                                                      : 0;
+    return false;
+}
+
+} // namespace brightsweep
