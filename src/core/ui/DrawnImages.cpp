@@ -51,11 +51,12 @@ constexpr QSize spinnerSize(24, 24);
 void paintGauge(QPainter &painter, int percentage, bool warns) {
     const QRectF disk(0.75, 0.75, 20.5, 20.5);
     const QColor alarm(215, 38, 32);
-    painter.setPen(QPen(QColor(255, 255, 255, 150), 0.8));
+    painter.setPen(warns ? QPen(alarm, 0.8) : QPen(QColor(255, 255, 255, 150), 0.8));
     painter.setBrush(warns ? alarm : QColor(39, 41, 51));
     painter.drawEllipse(disk);
 
-    const QRectF ring = disk.adjusted(1.6, 1.6, -1.6, -1.6);
+    const qreal inset = warns ? 2.4 : 1.6;
+    const QRectF ring = disk.adjusted(inset, inset, -inset, -inset);
     painter.setBrush(Qt::NoBrush);
     QPen pen(warns ? QColor(255, 255, 255, 80) : QColor(86, 90, 108), 1.9, Qt::SolidLine,
              Qt::FlatCap);

@@ -1,0 +1,360 @@
+#include "core/ui/ImageProvider.h"
+#include "core/ui/Theme.h"
+#include "effects/Animation.h"
+#include "effects/AnimationCleanLayer.h"
+#include "effects/AnimationHoverImageView.h"
+#include "effects/AnimationLayer.h"
+#include "effects/HoverButton.h"
+#include "effects/PathAnimation.h"
+
+#include <QApplication>
+#include <QEnterEvent>
+#include <QPushButton>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace brightsweep {
+namespace {
+
+/// A bar on a track of width 200.
+class BarTest : public testing::Test {
+protected:
+    BarTest() {
+        m_bar.setBottomImage(QStringLiteral("0.png"));
+        m_bar.setPrograssImage(QStringLiteral("100.png"));
+        m_bar.showStyle();
+    }
+    double x() const { return m_bar.prograssFrame().x(); }
+
+    Animation m_bar;
+};
+
+TEST_F(BarTest, StartsEmptyAndShowsPercentagesWithoutLimit) {
+    EXPECT_EQ(m_bar.bottomFrame().width(), 200);
+    EXPECT_EQ(x(), -200);
+    struct Case {
+        std::uint64_t value;
+        double x;
+    };
+    for (const Case &one :
+         {Case{0, -200}, Case{50, -100}, Case{100, 0}, Case{250, 300}, Case{1, -198}})
+        EXPECT_EQ((m_bar.baseNumberSetPrograss(one.value), x()), one.x) << one.value;
+    m_bar.baseNumberSetPrograss(std::numeric_limits<std::uint64_t>::max());
+    EXPECT_TRUE(std::isfinite(x()));
+    m_bar.grab();
+    m_bar.initZeroPrograss();
+    EXPECT_EQ(m_bar.prograssFrame(), QRectF(-200, 0, 200, 6));
+}
+
+TEST_F(BarTest, StepsGoLeftInTenthsWhateverTheMaximum) {
+    for (const std::uint64_t maximum : {0, 7, 10}) {
+        m_bar.baseNumberSetPrograssMax(maximum, 3);
+        EXPECT_EQ(x(), -60);
+    }
+    m_bar.baseNumberSetPrograssMax(10, 0);
+    EXPECT_EQ(x(), 0);
+}
+
+TEST_F(BarTest, AmountsAddUpAndOnlyTheExactTotalBeginsAnew) {
+    m_bar.prograssMax = 400;
+    m_bar.prograssShowDependChangeSize(100);
+    EXPECT_EQ(x(), -150);
+    m_bar.prograssShowDependChangeSize(300);
+    EXPECT_EQ(x(), 0);
+    EXPECT_EQ(m_bar.addNumber, 0U);
+    m_bar.prograssShowDependChangeSize(500);
+    EXPECT_EQ(x(), 50);
+    EXPECT_EQ(m_bar.addNumber, 500U);
+    m_bar.prograssMax = 0;
+    m_bar.prograssShowDependChangeSize(1);
+    EXPECT_EQ(x(), -200) << "nothing has no share";
+}
+
+TEST_F(BarTest, SweepsOutOfSightAndWraps) {
+    ASSERT_EQ(static_cast<std::int64_t>(m_bar.goPrograss), -310);
+    for (int tick = 1; tick < 62; ++tick) {
+        m_bar.updateprograss();
+        EXPECT_GT(x(), 1e19) << tick;
+    }
+    EXPECT_EQ(static_cast<std::int64_t>(m_bar.goPrograss), -5);
+    m_bar.updateprograss();
+    EXPECT_EQ(static_cast<std::int64_t>(m_bar.goPrograss), -100) << "half a width to the left";
+    for (int tick = 0; tick < 20; ++tick)
+        m_bar.updateprograss();
+    EXPECT_EQ(static_cast<std::int64_t>(m_bar.goPrograss), -100);
+    m_bar.grab();
+}
+
+TEST_F(BarTest, RunsDownToItsFloorAndEndsThereWhenAsked) {
+    m_bar.minishPrograss();
+    EXPECT_TRUE(m_bar.isRunning());
+    EXPECT_EQ(m_bar.goPrograss, 0U);
+    for (int tick = 0; tick < 200; ++tick)
+        m_bar.updateprograss();
+    EXPECT_EQ(static_cast<std::int64_t>(m_bar.goPrograss), -290);
+    EXPECT_TRUE(m_bar.isRunning());
+    m_bar.isFinished = true;
+    m_bar.updateprograss();
+    EXPECT_FALSE(m_bar.isRunning());
+    EXPECT_FALSE(m_bar.isFinished);
+    EXPECT_TRUE(m_bar.isAdd);
+    EXPECT_EQ(static_cast<std::int64_t>(m_bar.goPrograss), -310);
+}
+
+TEST_F(BarTest, OneTimerAtATime) {
+    m_bar.stopTimer();
+    int asked = 0;
+    m_bar.target = [&] {
+        if (++asked == 3)
+            m_bar.stopTimer();
+    };
+    m_bar.timeSize = 0.001F;
+    m_bar.startUpdatePrograss();
+    m_bar.start(); // the one that runs stays
+    EXPECT_EQ(m_bar.findChildren<QTimer *>().size(), 0);
+    while (m_bar.isRunning())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(asked, 3);
+    EXPECT_EQ(static_cast<std::int64_t>(m_bar.goPrograss), -310);
+    m_bar.stop();
+    EXPECT_EQ(x(), -200);
+}
+
+TEST(Padlock, BlinksInEitherPhaseAndEndsClosed) {
+    Animation first;
+    Animation second;
+    ImageView view(QStringLiteral("Lock.png"));
+    QPushButton button;
+    first.startUnlockAnimation(&view);
+    first.startUnlockAnimation(&button); // one blink at a time
+    second.startUnlockAnimation(&button);
+    first.changeUnlockImage();
+    const QString begun = view.imageName();
+    first.changeUnlockImage();
+    EXPECT_NE(view.imageName(), begun);
+    // The phase is shared: a tick of another padlock turns this one's around.
+    second.changeUnlockImage();
+    EXPECT_EQ(button.icon().name(), begun);
+    first.changeUnlockImage();
+    EXPECT_NE(view.imageName(), begun);
+    for (int tick = 0; tick < 2; ++tick) {
+        first.changeUnlockImage();
+        first.stopUnlockAnimation(&view);
+        EXPECT_EQ(view.imageName(), QStringLiteral("Lock.png"));
+        EXPECT_FALSE(first.isBlinking());
+    }
+    second.stopUnlockAnimation(&button);
+    EXPECT_EQ(button.icon().name(), QStringLiteral("Lock.png"));
+}
+
+TEST(Padlock, MayGoWhileItBlinks) {
+    Animation bar;
+    auto *view = new ImageView;
+    bar.startUnlockAnimation(view);
+    delete view;
+    bar.changeUnlockImage();
+    EXPECT_TRUE(bar.isBlinking());
+}
+
+/// Two buttons in their own parents, on a page of 640 by 400.
+class FlightTest : public testing::Test {
+protected:
+    FlightTest() {
+        m_page.resize(640, 400);
+        m_list.setGeometry(0, 30, 200, 300);
+        m_bottom.setGeometry(200, 350, 440, 50);
+        m_row.setGeometry(10, 40, 20, 20);
+        m_button.setGeometry(100, 10, 80, 28);
+        m_icon = pixmapNamed(QStringLiteral("file1.png"), QSize(32, 32), 1);
+        QObject::connect(&m_flight, &PathAnimation::callBackDeleteItemWithIndex,
+                         [this] { ++m_told; });
+        m_page.show();
+    }
+
+    QWidget m_page;
+    QWidget m_list{&m_page};
+    QWidget m_bottom{&m_page};
+    QWidget m_row{&m_list};
+    QWidget m_button{&m_bottom};
+    QPixmap m_icon;
+    PathAnimation m_flight;
+    int m_told = 0;
+};
+
+TEST_F(FlightTest, TheArcSwingsOutToTheRight) {
+    const QPainterPath path =
+        m_flight.flightPath(QRectF(10, 40, 20, 20), QRectF(100, 12, 80, 28), 70, 400);
+    ASSERT_EQ(path.elementCount(), 4);
+    EXPECT_EQ(QPointF(path.elementAt(0)), QPointF(160, 390)); // 70 - 40 - 20 + 400 - 20
+    EXPECT_EQ(QPointF(path.elementAt(1)), QPointF(360, 390));
+    EXPECT_EQ(QPointF(path.elementAt(2)), QPointF(520, 34));
+    EXPECT_EQ(QPointF(path.elementAt(3)), QPointF(320, 34));
+}
+
+TEST_F(FlightTest, EveryEntryFliesOneSecondFromItsPlaceAndTellsItsEnd) {
+    // The list's lower edge is 70 above the page's; the button's is 12 above its bar's.
+    struct Entry {
+        std::function<void()> fly;
+        QPointF start;
+    };
+    const Entry entries[] = {
+        {[&] { m_flight.animateButtonSEL(&m_row, &m_button, m_icon, &m_page); }, {160, 390}},
+        {[&] { m_flight.animateStartBtn(&m_row, &m_button, m_icon, &m_page); }, {160, 390}},
+        {[&] {
+             m_flight.animateBrowserSEL(&m_list, 2, &m_button, m_icon, &m_page,
+                                        QRectF(0, 60, 60, 20));
+         },
+         {270, 370}},
+        {[&] { m_flight.animateTableView(&m_list, &m_button, QPointF(5, 80), m_icon, 7, &m_page); },
+         {155, 370}},
+    };
+    for (const Entry &entry : entries) {
+        entry.fly();
+        const ImageView *icon = m_flight.animatedIconView();
+        ASSERT_NE(icon, nullptr);
+        EXPECT_TRUE(icon->isVisible());
+        EXPECT_FALSE(m_flight.isFly());
+        EXPECT_EQ(m_flight.flight().duration(), 1000);
+        EXPECT_EQ(
+            icon->geometry(),
+            QRect(QPoint(int(entry.start.x()), 400 - int(entry.start.y()) - 32), QSize(32, 32)));
+        const int began = icon->x();
+        m_flight.flight().setCurrentTime(200);
+        EXPECT_LT(icon->x() - began, 120) << "slow at first";
+        m_flight.flight().setCurrentTime(1000);
+        EXPECT_EQ(icon->pos(), QPoint(320, 400 - 34 - 32));
+        EXPECT_FALSE(icon->isVisible());
+    }
+    EXPECT_EQ(m_told, 4);
+    EXPECT_EQ(m_flight.animatedIconView()->property("tag").toInt(), 7);
+    EXPECT_EQ(m_page.findChildren<ImageView *>().size(), 1) << "each flight takes its icon along";
+}
+
+TEST_F(FlightTest, StopHidesAndStillTells) {
+    m_flight.animateButtonSEL(&m_row, &m_button, m_icon, &m_page);
+    m_flight.stopAnimation();
+    EXPECT_FALSE(m_flight.animatedIconView()->isVisible());
+    EXPECT_EQ(m_told, 0);
+    m_flight.flight().setCurrentTime(1000);
+    EXPECT_EQ(m_told, 1);
+}
+
+TEST_F(FlightTest, ReducedMotionShowsNothingAndKeepsItsTime) {
+    theme::apply(*qApp, {false, true, 1.0});
+    m_flight.animateButtonSEL(&m_row, &m_button, m_icon, &m_page);
+    EXPECT_FALSE(m_flight.animatedIconView()->isVisible());
+    m_flight.flight().setCurrentTime(999);
+    EXPECT_EQ(m_told, 0);
+    m_flight.flight().setCurrentTime(1000);
+    EXPECT_EQ(m_told, 1);
+    theme::apply(*qApp, {});
+}
+
+TEST_F(FlightTest, ThePageMayGoFirst) {
+    auto page = std::make_unique<QWidget>();
+    m_flight.animateButtonSEL(&m_row, &m_button, m_icon, page.get());
+    page.reset();
+    EXPECT_EQ(m_flight.animatedIconView(), nullptr);
+    m_flight.flight().setCurrentTime(1000);
+    EXPECT_EQ(m_told, 1);
+}
+
+TEST(AnimationLayer, FliesAgainAfterItsPauseUntilStopped) {
+    AnimationLayer layer;
+    int told = 0;
+    QObject::connect(&layer, &AnimationLayer::callBackDeleteItemWithIndex, [&] { ++told; });
+    EXPECT_EQ(layer.iconOrigin(), QPointF(380, 190));
+    layer.startAnimation();
+    EXPECT_TRUE(layer.isAning());
+    EXPECT_EQ(layer.flight().duration(), 1500);
+    layer.flight().setCurrentTime(750);
+    EXPECT_LT(layer.iconOrigin().x(), 380);
+    EXPECT_GT(layer.iconOrigin().x(), 240) << "slow at first";
+    EXPECT_EQ(layer.iconOrigin().y(), 190);
+    layer.flight().setCurrentTime(1500);
+    EXPECT_EQ(layer.iconOrigin(), QPointF(380, 200));
+    EXPECT_TRUE(layer.pause().isActive());
+    EXPECT_EQ(layer.pause().interval(), 300);
+    EXPECT_EQ(told, 0);
+    layer.pause().setInterval(0);
+    while (told == 0)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(layer.flight().state(), QAbstractAnimation::Running);
+    layer.stopAnimation();
+    EXPECT_EQ(layer.flight().state(), QAbstractAnimation::Running) << "this one still ends";
+    layer.flight().setCurrentTime(1500);
+    while (told == 1)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(layer.flight().state(), QAbstractAnimation::Stopped);
+    EXPECT_FALSE(layer.pause().isActive());
+}
+
+TEST(AnimationCleanLayer, TellsOnceACycleAndSharesItsFrames) {
+    AnimationCleanLayer first;
+    AnimationCleanLayer second;
+    EXPECT_EQ(first.imageName(), QStringLiteral("clean_1.png"));
+    first.stopTimer();
+    first.start();
+    first.start();
+    EXPECT_TRUE(first.isAning());
+    first.stopTimer();
+    EXPECT_FALSE(first.isAning());
+    int told = 0;
+    const auto note = [&] { ++told; };
+    QObject::connect(&first, &AnimationCleanLayer::callBackDeleteItemWithIndex, note);
+    QObject::connect(&second, &AnimationCleanLayer::callBackDeleteItemWithIndex, note);
+    for (int tick = 1; tick <= 36; ++tick) {
+        AnimationCleanLayer &layer = tick % 2 == 1 ? first : second;
+        layer.changeImage();
+        EXPECT_EQ(layer.imageName(),
+                  QStringLiteral("clean_%1.png").arg(tick <= 18 ? tick : tick - 18));
+        EXPECT_EQ(told, tick / 18) << tick;
+    }
+    theme::apply(*qApp, {false, true, 1.0});
+    const QString still = first.imageName();
+    for (int tick = 0; tick < 18; ++tick)
+        first.changeImage();
+    EXPECT_EQ(first.imageName(), still);
+    EXPECT_EQ(told, 3);
+    theme::apply(*qApp, {});
+}
+
+void enter(QWidget &widget) {
+    QEnterEvent event(QPointF(1, 1), QPointF(1, 1), QPointF(1, 1));
+    QCoreApplication::sendEvent(&widget, &event);
+}
+
+void leave(QWidget &widget) {
+    QEvent event(QEvent::Leave);
+    QCoreApplication::sendEvent(&widget, &event);
+}
+
+template <typename View>
+void followsTheMouse() {
+    View view;
+    view.setNormalImage(QStringLiteral("hover.png"));
+    view.setHoverImage(QStringLiteral("highthover.png"));
+    EXPECT_EQ(view.imageName(), QStringLiteral("hover.png"));
+    enter(view);
+    EXPECT_EQ(view.imageName(), QStringLiteral("highthover.png"));
+    view.setEnabled(false);
+    leave(view);
+    EXPECT_EQ(view.imageName(), QStringLiteral("highthover.png")) << "kept while disabled";
+    view.setEnabled(true);
+    leave(view);
+    EXPECT_EQ(view.imageName(), QStringLiteral("hover.png"));
+    view.setEnabled(false);
+    enter(view);
+    EXPECT_EQ(view.imageName(), QStringLiteral("hover.png"));
+}
+
+TEST(Hover, ButtonsAndImagesFollowTheMouse) {
+    followsTheMouse<HoverButton>();
+    followsTheMouse<AnimationHoverImageView>();
+}
+
+} // namespace
+} // namespace brightsweep
