@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QDialog>
+#include <QString>
+
+#include <functional>
+#include <vector>
+
+class QHBoxLayout;
+
+namespace brightsweep {
+
+/// What an alert says and may be answered with.
+struct AlertButton {
+    QString label;
+    bool removes = false; ///< the act takes something away: never the default button
+    std::function<void()> act;
+};
+
+struct AlertContent {
+    QString imageName; ///< none where empty
+    QString text;
+    QString informativeText;
+    /// From right to left; the first that removes nothing is the default. "OK" where there are
+    /// none.
+    std::vector<AlertButton> buttons;
+    /// Esc and closing: the act is called off.
+    std::function<void()> calledOff;
+};
+
+/// A question or a word to the user: a sheet of the window it belongs to, or a window of its own
+/// where that is not on show. It never blocks, and deletes itself when answered. Texts are plain.
+/// Main thread.
+class AlertSheet : public QDialog {
+    Q_OBJECT
+
+public:
+    static AlertSheet *show(AlertContent content, QWidget *window);
+
+private:
+    AlertSheet(AlertContent content, QWidget *window);
+    void addButtons(QHBoxLayout &row);
+
+    AlertContent m_content;
+    std::function<void()> m_answer;
+};
+
+} // namespace brightsweep
