@@ -1,0 +1,78 @@
+#include "volumes/ui/BubbleView.h"
+
+#include "core/ui/Theme.h"
+#include "volumes/BubbleController.h"
+#include "volumes/ui/MAAttachedWindow.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QScreen>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int distance = 5;
+constexpr int sideMargin = 12;
+constexpr int wrapping = Qt::TextWordWrap | Qt::TextWrapAnywhere;
+
+} // namespace
+
+BubbleText::BubbleText(const Bubble &content, QWidget *parent)
+    : QWidget(parent), m_text(content.text()) {
+    setObjectName(QStringLiteral("bubble.text"));
+    setAccessibleName(m_text);
+    setFixedSize(content.width(), Bubble::height);
+}
+
+QString BubbleText::fitted(const QString &text, const QRect &area, const QFont &font) {
+    const QFontMetrics metrics(font);
+    const auto fits = [&](const QString &candidate) {
+        return metrics.boundingRect(area, wrapping, candidate).height() <= area.height();
+    };
+    if (fits(text))
+        return text;
+    const auto cut = [&](qsizetype kept) {
+        return text.left(kept - kept / 2) + u'…' + text.right(kept / 2);
+    };
+    qsizetype least = 0;
+    qsizetype most = text.size();
+    while (most - least > 1) {
+        const qsizetype middle = (least + most) / 2;
+        (fits(cut(middle)) ? least : most) = middle;
+    }
+    return cut(least);
+}
+
+void BubbleText::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    const QFont font = theme::font(12, true);
+    const QRect area = rect().adjusted(sideMargin, 0, -sideMargin, 0);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter | wrapping, fitted(m_text, area, font));
+}
+
+BubbleView::BubbleView(BubbleController &controller, QObject *parent) : QObject(parent) {
+    connect(&controller, &BubbleController::bubbleShown, this, &BubbleView::show);
+    connect(&controller, &BubbleController::bubbleGone, this,
+            [this](int bubble) { m_windows.erase(bubble); });
+}
+
+BubbleView::~BubbleView() = default;
+
+void BubbleView::show(int bubble, const Bubble &content, int place) {
+    const QScreen *const screen = QGuiApplication::primaryScreen();
+    const QRect available = screen ? screen->availableGeometry() : QRect();
+    auto window = std::make_unique<MAAttachedWindow>(new BubbleText(content), QPointF(), nullptr,
+                                                     MAAttachedWindow::Below, distance);
+    window->setHasArrow(false);
+    window->setAccessibleName(content.text());
+    window->setObjectName(QStringLiteral("bubble"));
+    const QPoint corner = BubbleController::topLeft(available, window->size(), place);
+    window->setPoint(QPointF(corner) + QPointF(window->width() / 2.0, -distance));
+    window->show();
+    m_windows[bubble] = std::move(window);
+}
+
+} // namespace brightsweep

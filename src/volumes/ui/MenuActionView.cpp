@@ -1,0 +1,86 @@
+#include "volumes/ui/MenuActionView.h"
+
+#include "core/ui/ImageProvider.h"
+#include "core/ui/Theme.h"
+#include "volumes/StatusMenu.h"
+#include "volumes/ui/PopupMetrics.h"
+
+#include <QKeySequence>
+#include <QPainter>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int actionHeight = 32;
+constexpr int textLeft = 48;
+constexpr int tickLeft = 18;
+constexpr int tickSide = 16;
+constexpr int textRight = 16;
+constexpr float disabledOpacity = 0.35F;
+
+} // namespace
+
+MenuActionView::MenuActionView(StatusMenu &menu, std::size_t entry, QWidget *parent)
+    : PopupButton(parent), m_menu(menu), m_entry(entry) {
+    const MenuEntry &source = m_menu.entries()[m_entry];
+    setObjectName(QStringLiteral("action.") + source.text);
+    setCheckable(source.action == MenuAction::LaunchAtLogin);
+    setAccessibleName(source.text);
+    if (!source.key.isEmpty()) {
+        const QKeySequence keys(QStringLiteral("Ctrl+") + source.key.toUpper());
+        setShortcut(keys);
+        m_shortcut = keys.toString(QKeySequence::NativeText);
+    }
+    connect(this, &QAbstractButton::clicked, this, [this] {
+        updateFromEntry();
+        Q_EMIT activated();
+    });
+    updateFromEntry();
+}
+
+void MenuActionView::updateFromEntry() {
+    const MenuEntry &entry = m_menu.entries()[m_entry];
+    setEnabled(entry.enabled);
+    setChecked(entry.checked);
+    update();
+}
+
+QSize MenuActionView::sizeHint() const {
+    return {popup::width(), theme::height(actionHeight)};
+}
+
+void MenuActionView::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF box = QRectF(rect()).adjusted(4, 1, -4, -1);
+    const bool lit = isEnabled() && (underMouse() || isDown());
+    if (lit) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(theme::selection());
+        painter.drawRoundedRect(box, popup::rowRadius, popup::rowRadius);
+    }
+    if (hasFocus()) {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(theme::accent(), theme::focusWidth));
+        painter.drawRoundedRect(box, popup::rowRadius, popup::rowRadius);
+    }
+    if (isChecked()) {
+        const double side = popup::scaled(tickSide);
+        paintImage(painter, QStringLiteral("tick.png"),
+                   QRectF(popup::scaled(tickLeft), (height() - side) / 2, side, side));
+    }
+    const QRect text = rect().adjusted(popup::scaled(textLeft), 0, -popup::scaled(textRight), 0);
+    painter.setFont(theme::font(12));
+    QColor color = theme::text();
+    if (!isEnabled())
+        color.setAlphaF(disabledOpacity);
+    painter.setPen(color);
+    painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter, m_menu.entries()[m_entry].text);
+    painter.setFont(theme::font(11));
+    painter.setPen(lit ? theme::text() : theme::secondary());
+    if (isEnabled())
+        painter.drawText(text, Qt::AlignRight | Qt::AlignVCenter, m_shortcut);
+}
+
+} // namespace brightsweep

@@ -1,0 +1,149 @@
+#include "volumes/ui/MenuItemView.h"
+
+#include "core/ui/ImageProvider.h"
+#include "core/ui/Theme.h"
+#include "volumes/StatusMenu.h"
+#include "volumes/ui/PopupMetrics.h"
+
+#include <QPainter>
+
+#include <iterator>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int rowHeight = 50;
+constexpr int iconSide = 24;
+constexpr int iconLeft = 14;
+constexpr int columnLeft = 48;
+constexpr int columnWidth = 192;
+constexpr int buttonSide = 28;
+constexpr int barHeight = 6;
+
+// Own images by the row's storage, so that the rows are of one family.
+constexpr const char *storageImages[] = {"volume_local.png",   "volume_external.png",
+                                         "volume_optical.png", "volume_network.png",
+                                         "volume_image.png",   "freememory.png"};
+
+} // namespace
+
+MenuItemView::MenuItemView(StatusMenu &menu, std::size_t row, QWidget *parent)
+    : PopupButton(parent), m_menu(menu), m_row(row), backButton(new PopupImageButton(this)) {
+    setObjectName(QStringLiteral("row.") + item().title);
+    backButton->setObjectName(
+        (item().isMemory() ? QStringLiteral("free.") : QStringLiteral("eject.")) + item().title);
+    connect(this, &QAbstractButton::clicked, this, [this] { m_menu.clickRow(m_row); });
+    connect(backButton, &QAbstractButton::clicked, this, [this] {
+        if (item().isMemory())
+            m_menu.cleanMemoryButtonClick();
+        else
+            m_menu.backDisk(m_row);
+    });
+    updateFromRow();
+}
+
+const MenuItem &MenuItemView::item() const {
+    return m_menu.rows()[m_row];
+}
+
+QSize MenuItemView::sizeHint() const {
+    return {popup::width(), theme::height(rowHeight)};
+}
+
+void MenuItemView::updateFromRow() {
+    const MenuItem &row = item();
+    setAccessibleName(QStringLiteral("%1, %2 free of %3")
+                          .arg(row.volumeSize, row.stateText(), row.u64TotalSpace));
+    // A tool tip that began like a tag would be read as markup.
+    setToolTip(row.toolTip.isEmpty()
+                   ? QString()
+                   : QStringLiteral("<qt>%1</qt>")
+                         .arg(row.toolTip.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>"))));
+    const bool pressable = row.isMemory() || row.bCanEject;
+    backButton->setVisible(pressable);
+    backButton->setEnabled(pressable && !row.isEjecting);
+    backButton->setImageName(row.isMemory() ? QStringLiteral("clean_memory.png")
+                                            : row.ejectImage());
+    const QString does = row.isMemory() ? QStringLiteral("Free Memory")
+                                        : QStringLiteral("Eject %1").arg(row.volumeSize);
+    backButton->setAccessibleName(does);
+    update();
+}
+
+void MenuItemView::resizeEvent(QResizeEvent *) {
+    const int side = popup::scaled(buttonSide);
+    backButton->setGeometry(width() - side - popup::scaled(10), (height() - side) / 2, side, side);
+}
+
+void MenuItemView::enterEvent(QEnterEvent *event) {
+    m_menu.mouseEntered(m_row);
+    PopupButton::enterEvent(event);
+}
+
+void MenuItemView::leaveEvent(QEvent *event) {
+    m_menu.mouseExited(m_row);
+    PopupButton::leaveEvent(event);
+}
+
+void MenuItemView::paintFigures(QPainter &painter, const QRectF &place, bool lit) const {
+    const MenuItem &row = item();
+    const QFont figure = theme::font(11, true);
+    const QFont words = theme::font(11);
+    const QString state = row.stateText();
+    const QColor red = theme::danger();
+    painter.setFont(figure);
+    painter.setPen(row.warns() && !lit ? red : row.isEjecting ? theme::text() : theme::accent());
+    painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, state);
+    if (row.isEjecting)
+        return;
+    const double used = QFontMetricsF(figure).horizontalAdvance(state);
+    painter.setFont(words);
+    painter.setPen(lit ? theme::text() : theme::secondary());
+    const QRectF rest = place.adjusted(used + theme::grid, 0, 0, 0);
+    painter.drawText(rest, Qt::AlignLeft | Qt::AlignVCenter,
+                     QStringLiteral("free of %1").arg(row.u64TotalSpace));
+}
+
+void MenuItemView::paintEvent(QPaintEvent *) {
+    const MenuItem &row = item();
+    const bool lit = row.clicked && isEnabled();
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF box = QRectF(rect()).adjusted(4, 1, -4, -1);
+    if (lit) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(theme::selection());
+        painter.drawRoundedRect(box, popup::rowRadius, popup::rowRadius);
+    }
+    const double side = popup::scaled(iconSide);
+    if (row.myStorage >= 0 && std::size_t(row.myStorage) < std::size(storageImages))
+        paintImage(painter, QLatin1String(storageImages[row.myStorage]),
+                   QRectF(popup::scaled(iconLeft), (height() - side) / 2, side, side));
+
+    const double left = popup::scaled(columnLeft);
+    const double width = popup::scaled(columnWidth);
+    const QFont bold = theme::font(12, true);
+    const double nameHeight = QFontMetricsF(bold).height();
+    const double figuresHeight = QFontMetricsF(theme::font(11)).height();
+    const double bar = popup::scaled(barHeight);
+    const double rest = height() - nameHeight - figuresHeight - bar;
+    const double gap = rest / 6;
+    double top = rest / 3;
+    painter.setFont(bold);
+    painter.setPen(row.warns() && !lit ? theme::danger() : theme::text());
+    painter.drawText(
+        QRectF(left, top, width, nameHeight), Qt::AlignLeft | Qt::AlignVCenter,
+        QFontMetricsF(bold).elidedText(popup::oneLine(row.volumeSize), Qt::ElideMiddle, width));
+    top += nameHeight + gap;
+    paintImage(painter, row.prograssImage, QRectF(left, top, width, bar));
+    top += bar + gap;
+    paintFigures(painter, QRectF(left, top, width, figuresHeight), lit);
+    if (hasFocus()) {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(theme::accent(), theme::focusWidth));
+        painter.drawRoundedRect(box, popup::rowRadius, popup::rowRadius);
+    }
+}
+
+} // namespace brightsweep

@@ -1,0 +1,128 @@
+#include "volumes/ui/TrayStatusItem.h"
+
+#include <QGuiApplication>
+#include <QImage>
+#include <QPixmap>
+#include <QScreen>
+#include <QSystemTrayIcon>
+#include <QtEndian>
+
+#include <chrono>
+
+namespace brightsweep {
+
+namespace {
+
+// The look for a tray costs no message: the toolkit hears of a new one and remembers it.
+constexpr std::chrono::seconds watchInterval{2};
+
+QImage imageOf(const StatusImage &image) {
+    if (image.width <= 0 || image.height <= 0 ||
+        image.argb.size() != std::size_t(image.width) * std::size_t(image.height) * 4)
+        return {};
+    QImage result(image.width, image.height, QImage::Format_ARGB32);
+    const char *source = image.argb.data();
+    for (int y = 0; y < image.height; ++y, source += image.width * 4)
+        qFromBigEndian<quint32>(source, image.width, result.scanLine(y));
+    return result;
+}
+
+} // namespace
+
+TrayStatusItem::TrayStatusItem(QObject *parent) : QObject(parent) {
+    m_watch.setInterval(watchInterval);
+    m_watch.setTimerType(Qt::VeryCoarseTimer);
+    connect(&m_watch, &QTimer::timeout, this, &TrayStatusItem::renew);
+}
+
+TrayStatusItem::~TrayStatusItem() = default;
+
+bool TrayStatusItem::hostPresent() const {
+    return QSystemTrayIcon::isSystemTrayAvailable();
+}
+
+void TrayStatusItem::setShown(bool shown) {
+    m_shown = shown;
+    renew();
+    if (shown)
+        m_watch.start();
+    else
+        m_watch.stop();
+}
+
+void TrayStatusItem::renew() {
+    const bool present = m_shown && hostPresent();
+    if (present && !m_tray && !m_icon.isNull()) {
+        m_tray = std::make_unique<QSystemTrayIcon>(m_icon);
+        m_tray->setToolTip(toolTip());
+        connect(m_tray.get(), &QSystemTrayIcon::activated, this, &TrayStatusItem::activated);
+        m_tray->show();
+    } else if (!present) {
+        m_tray.reset();
+    }
+    if (m_shown && present != m_hostSeen) {
+        m_hostSeen = present;
+        if (m_hostChanged)
+            m_hostChanged(present);
+    }
+}
+
+void TrayStatusItem::activated() {
+    StatusActivation activation;
+    const QRect place = m_tray->geometry();
+    const QScreen *const screen =
+        place.isValid() ? QGuiApplication::screenAt(place.center()) : nullptr;
+    if (screen) {
+        // The edge of the icon that faces the middle of the screen: what opens stands beside it.
+        const bool below = place.center().y() > screen->geometry().center().y();
+        activation = {place.center().x(), below ? place.top() : place.bottom() + 1, true, {}};
+    }
+    if (m_activated)
+        m_activated(activation);
+}
+
+void TrayStatusItem::setImages(std::vector<StatusImage> images) {
+    m_icon = QIcon();
+    for (const StatusImage &image : images) {
+        const QImage drawn = imageOf(image);
+        if (!drawn.isNull())
+            m_icon.addPixmap(QPixmap::fromImage(drawn));
+    }
+    if (m_tray && !m_icon.isNull())
+        m_tray->setIcon(m_icon);
+    else
+        renew();
+}
+
+QString TrayStatusItem::toolTip() const {
+    QStringList lines{m_toolTipTitle.isEmpty() ? m_title : m_toolTipTitle, m_toolTipText};
+    lines.removeAll(QString());
+    // A tool tip that begins like a tag would be read as markup.
+    return QStringLiteral("<qt>%1</qt>")
+        .arg(lines.join(u'\n').toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")));
+}
+
+void TrayStatusItem::setTitle(const QString &title) {
+    m_title = title;
+    if (m_tray)
+        m_tray->setToolTip(toolTip());
+}
+
+void TrayStatusItem::setToolTip(const QString &title, const QString &text) {
+    if (title == m_toolTipTitle && text == m_toolTipText)
+        return;
+    m_toolTipTitle = title;
+    m_toolTipText = text;
+    if (m_tray)
+        m_tray->setToolTip(toolTip());
+}
+
+void TrayStatusItem::setActivatedHandler(std::function<void(const StatusActivation &)> handler) {
+    m_activated = std::move(handler);
+}
+
+void TrayStatusItem::setHostHandler(std::function<void(bool present)> handler) {
+    m_hostChanged = std::move(handler);
+}
+
+} // namespace brightsweep
