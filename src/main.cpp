@@ -1,28 +1,47 @@
 #include "cli/CommandLine.h"
+#ifdef BRIGHTSWEEP_GUI
+#include "core/app/ui/ApplicationStart.h"
+#endif
 #include "core/Entry.h"
 #include "core/MacLog.h"
 #include "core/app/RegisterDefaults.h"
+#include "foundation/FileDescriptor.h"
 #include "memory/ClearMemory.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
+
+#include <fcntl.h>
+#include <unistd.h>
 
 #include <cstdlib>
 
 namespace {
 
 // The terminal form of the program: the same scan, printed.
-int applicationMain(char *program) {
-    brightsweep::registerAllDefaults();
+int terminalMain(char *program) {
     brightsweep::MacLog::createSupportFolder();
     char command[] = "scan";
     char *arguments[] = {program, command, nullptr};
     return brightsweep::cli::runCommandLine(2, arguments);
 }
 
+int applicationMain(int argc, char **argv, int terminal) {
+    brightsweep::registerAllDefaults();
+#ifdef BRIGHTSWEEP_GUI
+    if (brightsweep::hasDisplay())
+        return brightsweep::runApplication(argc, argv, terminal);
+#endif
+    static_cast<void>(argc);
+    static_cast<void>(terminal);
+    return terminalMain(argv[0]);
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
+    // The log takes the place of standard error.
+    const brightsweep::FileDescriptor terminal(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3));
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
     std::_Exit(brightsweep::runEntry(argc, argv, brightsweep::ClearMemory::freeMemory,
-                                     [argv] { return applicationMain(argv[0]); }));
+                                     [&] { return applicationMain(argc, argv, terminal.get()); }));
 }

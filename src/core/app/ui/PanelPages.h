@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QWidget;
+
+namespace brightsweep {
+
+/// What the pages ask for beyond themselves.
+struct PanelActs {
+    std::function<void()> showVolumes; ///< opens the list of volumes
+};
+
+/// The page of a panel of the main window. Panels that have no page yet say what they are for.
+QWidget *makePanelPage(const QString &identifier, const PanelActs &acts, QWidget *parent);
+
+} // namespace brightsweep
