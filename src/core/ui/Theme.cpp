@@ -23,9 +23,10 @@ const QColor graphite[roleCount] = {
     QColor(255, 214, 10),    QColor(46, 87, 199),   QColor(255, 69, 58),
     QColor(48, 209, 88),
 };
+// The accent stays, so that the focus ring differs from every other edge.
 const QColor contrast[roleCount] = {
-    QColor(0, 0, 0),       QColor(0, 0, 0),       QColor(51, 51, 51),    QColor(255, 255, 255),
-    QColor(255, 255, 255), QColor(255, 255, 255), QColor(255, 255, 255), QColor(0, 0, 160),
+    QColor(0, 0, 0),       QColor(0, 0, 0),       QColor(51, 51, 51),   QColor(255, 255, 255),
+    QColor(255, 255, 255), QColor(255, 255, 255), QColor(255, 214, 10), QColor(0, 0, 160),
     QColor(255, 255, 255), QColor(255, 255, 255),
 };
 

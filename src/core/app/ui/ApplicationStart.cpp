@@ -1,5 +1,6 @@
 #include "core/app/ui/ApplicationStart.h"
 
+#include "core/Guide.h"
 #include "core/MacLog.h"
 #include "core/app/AppController.h"
 #include "core/app/AppDelegate.h"
@@ -120,6 +121,7 @@ int runApplication(int argc, char **argv, int terminal) {
     auto *const statusItem =
         new CustomStatusItemView(*Platform::current().statusItem, *new TrayStatusItem);
     AppDelegateParts parts;
+    parts.guide = guidePath();
     parts.statusItem = statusItem;
     parts.renderStatusImage = CustomStatusItemView::drawnImages;
     auto *const delegate = new AppDelegate(std::move(parts));
