@@ -63,7 +63,7 @@ MainWindow::MainWindow(DBPrefsWindowController &controller, PanelMaker panelMake
       m_menu(new QMenu(this)),
       contentSubview(new QWidget(this)),
       m_panels(new QStackedLayout(contentSubview)),
-      viewAnimation(new QPropertyAnimation(this, "geometry", this)),
+      viewAnimation(new QPropertyAnimation(this, "size", this)),
       m_sizeSettled(new QTimer(this)) {
     setObjectName(QStringLiteral("mainWindow"));
     setWindowTitle(m_controller.title());
@@ -169,22 +169,22 @@ QSize MainWindow::fittingScreen(const QSize &panel) const {
 }
 
 void MainWindow::resizeToPanel(const QSize &least, bool animate) {
-    const QSize wanted =
-        (isVisible() ? contentSubview->size() : fittingScreen(storedSize())).expandedTo(least);
-    contentSubview->setMinimumSize(least);
-    const QSize content = isVisible() ? contentSubview->size() : wanted;
     const QSize bar(0, m_toolbar->sizeHint().height());
+    const QSize present = isVisible() ? size() - bar : fittingScreen(storedSize());
+    const QSize wanted = present.expandedTo(least);
+    const QSize content = isVisible() ? present : wanted;
     const QRect now = isVisible() ? geometry() : QRect(pos(), content + bar);
+    contentSubview->setMinimumSize(least.expandedTo({0, 0}));
     const QRect frame = DBPrefsWindowController::frameForView(now, content, wanted);
     viewAnimation->stop();
-    if (!isVisible() || !animate || theme::appearance().reducedMotion || frame == geometry()) {
+    if (!isVisible() || !animate || theme::appearance().reducedMotion || frame.size() == size()) {
         resize(frame.size());
         return;
     }
     const bool shift = QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ShiftModifier);
     viewAnimation->setDuration(int(m_controller.crossFadeDuration(shift).count()));
-    viewAnimation->setStartValue(geometry());
-    viewAnimation->setEndValue(frame);
+    viewAnimation->setStartValue(size());
+    viewAnimation->setEndValue(frame.size());
     viewAnimation->start();
 }
 

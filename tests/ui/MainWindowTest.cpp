@@ -1,0 +1,218 @@
+#include "core/app/ui/MainWindow.h"
+#include "core/app/AppPrefsWindowController.h"
+#include "core/app/ui/PanelPages.h"
+#include "core/ui/AboutPanel.h"
+#include "core/ui/AlertSheet.h"
+#include "core/ui/PanelToolBar.h"
+#include "foundation/UserDefaults.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QSignalSpy>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace brightsweep {
+namespace {
+
+using testing::ElementsAre;
+
+void press(QWidget *widget, int key) {
+    QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(widget, &down);
+    QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier);
+    QApplication::sendEvent(widget, &up);
+}
+
+class MainWindowTest : public testing::Test {
+protected:
+    void SetUp() override { open(); }
+    void open() {
+        window = std::make_unique<MainWindow>(
+            controller, [this](const QString &identifier, QWidget *parent) {
+                made += identifier;
+                return makePanelPage(identifier, {[this] { ++volumesAsked; }}, parent);
+            });
+    }
+    PanelToolBarItem *item(const char *identifier) {
+        return window->findChild<PanelToolBarItem *>(QStringLiteral("toolbar.") +
+                                                     QLatin1String(identifier));
+    }
+
+    AppPrefsWindowController controller;
+    std::unique_ptr<MainWindow> window;
+    QStringList made;
+    int volumesAsked = 0;
+};
+
+TEST_F(MainWindowTest, TheToolbarStandsInTheOrderOfTheTable) {
+    controller.showWindow();
+    QCoreApplication::processEvents();
+    auto items = window->findChildren<PanelToolBarItem *>();
+    std::sort(items.begin(), items.end(),
+              [](const QWidget *a, const QWidget *b) { return a->x() < b->x(); });
+    QStringList names;
+    for (const PanelToolBarItem *each : items) {
+        if (each->isVisible())
+            names += each->text() + u'|' + each->accessibleName();
+        EXPECT_NE(each->focusPolicy() & Qt::TabFocus, 0);
+    }
+    EXPECT_THAT(
+        names,
+        ElementsAre(
+            QStringLiteral("Fast Clean|Fast Clean"), QStringLiteral("Duplicates|Duplicates"),
+            QStringLiteral("Disk Usage|Disk Usage"), QStringLiteral("Uninstall|Uninstall"),
+            QStringLiteral("Free Memory|Free Memory"), QStringLiteral("Login Items|Login Items"),
+            QStringLiteral("|Preferences"), QStringLiteral("|Help"), QStringLiteral("|Menu")));
+    const int gap = item("preferences")->x() - item("login_items")->geometry().right();
+    EXPECT_GT(gap, 40) << "the flexible space";
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Brightsweep"));
+}
+
+TEST_F(MainWindowTest, PanelsAreMadeWhenFirstShownAndKept) {
+    controller.showWindow();
+    EXPECT_THAT(made, ElementsAre(QStringLiteral("Scan")));
+    EXPECT_TRUE(item("Scan")->isChecked());
+    const QWidget *const first = window->currentPanel();
+    item("memory")->click();
+    EXPECT_THAT(made, ElementsAre(QStringLiteral("Scan"), QStringLiteral("memory")));
+    EXPECT_TRUE(item("memory")->isChecked());
+    EXPECT_FALSE(item("Scan")->isChecked());
+    press(item("Scan"), Qt::Key_Return);
+    EXPECT_EQ(window->currentPanel(), first);
+    EXPECT_EQ(made.size(), 2);
+    item("Scan")->click();
+    EXPECT_TRUE(item("Scan")->isChecked()) << "a second press leaves it checked";
+    QSignalSpy help(&controller, &DBPrefsWindowController::helpRequested);
+    item("Help")->click();
+    EXPECT_EQ(help.size(), 1);
+    EXPECT_EQ(window->currentPanel(), first);
+    EXPECT_TRUE(item("Scan")->isChecked()) << "help is no panel";
+}
+
+TEST_F(MainWindowTest, ASecondWindowComesBackToThePageAndTheSizeLastUsed) {
+    controller.showWindow();
+    item("disk_usage")->click();
+    window->resize(window->size() + QSize(0, 40));
+    QCoreApplication::processEvents();
+    const QSize size = window->size();
+    window->close();
+    EXPECT_FALSE(controller.isVisible());
+    made.clear();
+    window.reset();
+    UserDefaults::resetStandardUserDefaults();
+    AppPrefsWindowController second;
+    MainWindow again(second, [this](const QString &identifier, QWidget *parent) {
+        made += identifier;
+        return makePanelPage(identifier, {}, parent);
+    });
+    second.showWindow();
+    EXPECT_THAT(made, ElementsAre(QStringLiteral("disk_usage")));
+    EXPECT_EQ(again.size(), size);
+}
+
+TEST_F(MainWindowTest, APanelLargerThanTheWindowMovesNoUpperEdge) {
+    struct Large : QWidget {
+        using QWidget::QWidget;
+        QSize sizeHint() const override { return {700, 480}; }
+    };
+    MainWindow small(controller, [](const QString &identifier, QWidget *parent) {
+        QWidget *const panel = identifier == QStringLiteral("Scan")
+                                   ? new QWidget(parent)
+                                   : static_cast<QWidget *>(new Large(parent));
+        return panel;
+    });
+    controller.showWindow();
+    controller.setCrossFade(false);
+    small.resize(600, 300);
+    const QPoint corner = small.pos();
+    controller.displayViewForIdentifier(QStringLiteral("memory"), true);
+    EXPECT_EQ(small.pos(), corner);
+    EXPECT_GE(small.width(), 700);
+    EXPECT_GE(small.height(), 480);
+}
+
+TEST_F(MainWindowTest, WithoutATrayTheToolbarHasThePopup) {
+    controller.showWindow();
+    EXPECT_FALSE(item("popup")->isVisible());
+    window->setPopupButtonShown(true);
+    EXPECT_TRUE(item("popup")->isVisible());
+    QSignalSpy asked(window.get(), &MainWindow::popupRequested);
+    item("popup")->click();
+    EXPECT_EQ(asked.size(), 1);
+    controller.toggleActivePreferenceView(QStringLiteral("disk_usage"));
+    window->currentPanel()->findChild<QPushButton *>(QStringLiteral("empty.act"))->click();
+    EXPECT_EQ(volumesAsked, 1);
+}
+
+TEST_F(MainWindowTest, EveryPanelSaysWhatItIsForAndHasAnAct) {
+    controller.showWindow();
+    for (const QString &identifier : controller.toolbarIdentifiers()) {
+        if (!controller.hasPanel(identifier))
+            continue;
+        controller.displayViewForIdentifier(identifier, false);
+        QWidget *const panel = window->currentPanel();
+        EXPECT_EQ(panel->objectName(), QStringLiteral("panel.") + identifier);
+        const auto *sentence = panel->findChild<QLabel *>(QStringLiteral("empty.sentence"));
+        ASSERT_NE(sentence, nullptr);
+        EXPECT_TRUE(sentence->text().contains(u' ')) << "a text, not its key";
+        QCoreApplication::processEvents();
+        EXPECT_GE(sentence->height(), sentence->heightForWidth(sentence->width()));
+        EXPECT_NE(panel->findChild<QPushButton *>(QStringLiteral("empty.act")), nullptr);
+    }
+}
+
+TEST(AlertSheetTest, EscapeCallsOffAndEnterRemovesNothing) {
+    const struct {
+        int key;
+        const char *answer;
+    } cases[] = {{Qt::Key_Escape, "off"}, {Qt::Key_Return, "cancel"}, {Qt::Key_Enter, "cancel"}};
+    for (const bool removingHasFocus : {false, true}) {
+        for (const auto &each : cases) {
+            std::string answer;
+            AlertSheet *const sheet =
+                AlertSheet::show({{},
+                                  QStringLiteral("<b>Sure</b> & certain?"),
+                                  {},
+                                  {{QStringLiteral("Cancel"), false, [&] { answer = "cancel"; }},
+                                   {QStringLiteral("R&move"), true, [&] { answer = "removed"; }}},
+                                  [&] { answer = "off"; }},
+                                 nullptr);
+            for (const QLabel *label : sheet->findChildren<QLabel *>())
+                EXPECT_EQ(label->textFormat(), Qt::PlainText);
+            auto *const remove = sheet->findChild<QPushButton *>(QStringLiteral("alert.R&move"));
+            EXPECT_EQ(remove->text(), QStringLiteral("R&&move"));
+            if (removingHasFocus)
+                remove->setFocus();
+            press(removingHasFocus ? static_cast<QWidget *>(remove) : sheet, each.key);
+            EXPECT_EQ(answer, each.answer) << removingHasFocus;
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+    }
+}
+
+TEST(AlertSheetTest, TheAnswerGivenIsTheOneCarriedOut) {
+    int removed = 0;
+    bool calledOff = false;
+    AlertSheet *const sheet =
+        AlertSheet::show({{},
+                          QStringLiteral("Sure?"),
+                          {},
+                          {{QStringLiteral("Cancel"), false, {}},
+                           {QStringLiteral("Remove"), true, [&] { ++removed; }}},
+                          [&] { calledOff = true; }},
+                         nullptr);
+    sheet->findChild<QPushButton *>(QStringLiteral("alert.Remove"))->click();
+    EXPECT_EQ(removed, 1);
+    EXPECT_FALSE(calledOff);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+} // namespace
+} // namespace brightsweep

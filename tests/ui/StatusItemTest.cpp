@@ -1,0 +1,170 @@
+#include "volumes/BubbleController.h"
+#include "volumes/ui/BubbleView.h"
+#include "volumes/ui/CustomStatusItemView.h"
+#include "volumes/ui/MAAttachedWindow.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <QSignalSpy>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace brightsweep {
+namespace {
+
+struct FakeStatusItem : StatusItem {
+    bool hostPresent() const override { return host; }
+    void setShown(bool value) override { shown = value; }
+    void setImages(std::vector<StatusImage> value) override { images = std::move(value); }
+    void setTitle(const QString &value) override { title = value; }
+    void setToolTip(const QString &, const QString &value) override { toolTip = value; }
+    void setActivatedHandler(std::function<void(const StatusActivation &)> value) override {
+        activated = std::move(value);
+    }
+    void setHostHandler(std::function<void(bool)> value) override {
+        hostChanged = std::move(value);
+    }
+
+    void comes(bool present) {
+        host = present;
+        hostChanged(present);
+    }
+
+    bool host = false;
+    bool shown = false;
+    std::vector<StatusImage> images;
+    QString title;
+    QString toolTip;
+    std::function<void(const StatusActivation &)> activated;
+    std::function<void(bool)> hostChanged;
+};
+
+TEST(StatusItemViewTest, TakesTheTrayOnlyWhileTheDesktopShowsNoItems) {
+    FakeStatusItem desktop;
+    FakeStatusItem tray;
+    tray.host = true;
+    CustomStatusItemView view(desktop, tray);
+    QSignalSpy hosts(&view, &CustomStatusItemView::hostChanged);
+    view.setShown(true);
+    EXPECT_TRUE(desktop.shown);
+    EXPECT_FALSE(tray.shown) << "the desktop has not answered yet";
+    ASSERT_TRUE(hosts.wait());
+    EXPECT_TRUE(tray.shown);
+    desktop.comes(true);
+    EXPECT_FALSE(tray.shown);
+    desktop.comes(false);
+    EXPECT_TRUE(tray.shown);
+    EXPECT_EQ(hosts.size(), 1);
+    tray.comes(false);
+    EXPECT_EQ(hosts.size(), 2);
+    EXPECT_FALSE(view.hostPresent());
+    view.setShown(false);
+    EXPECT_FALSE(tray.shown || desktop.shown);
+}
+
+TEST(StatusItemViewTest, BothFormsGetEverything) {
+    FakeStatusItem desktop;
+    FakeStatusItem tray;
+    CustomStatusItemView view(desktop, tray);
+    int activations = 0;
+    view.setActivatedHandler([&](const StatusActivation &) { ++activations; });
+    view.setTitle(QStringLiteral("title"));
+    view.setToolTip({}, QStringLiteral("tip"));
+    view.setImages(CustomStatusItemView::drawnImages(QStringLiteral("42%.png")));
+    for (FakeStatusItem *item : {&desktop, &tray}) {
+        EXPECT_EQ(item->title, QStringLiteral("title"));
+        EXPECT_EQ(item->toolTip, QStringLiteral("tip"));
+        EXPECT_EQ(item->images.size(), 5U);
+        item->activated({});
+    }
+    EXPECT_EQ(activations, 2);
+}
+
+TEST(StatusItemViewTest, ImagesAreAlphaFirstAndNotPremultiplied) {
+    const auto images = CustomStatusItemView::drawnImages(QStringLiteral("42%-1.png"));
+    ASSERT_EQ(images.size(), 5U);
+    EXPECT_EQ(images.front().width, 16);
+    EXPECT_EQ(images.back().height, 48);
+    const StatusImage &image = images.back();
+    ASSERT_EQ(image.argb.size(), std::size_t(48 * 48 * 4));
+    const auto byte = [&](std::size_t at) { return unsigned(std::uint8_t(image.argb[at])); };
+    std::size_t red = 0;
+    for (std::size_t at = 0; at < image.argb.size(); at += 4)
+        red += byte(at) == 255 && byte(at + 1) > 200 && byte(at + 2) < 80 && byte(at + 3) < 80;
+    EXPECT_GT(red, 100U) << "the warning form is red";
+    EXPECT_EQ(byte(0), 0U) << "the corner is empty";
+    EXPECT_TRUE(CustomStatusItemView::drawnImages(QStringLiteral("none")).empty());
+}
+
+TEST(BubbleViewTest, StacksAtTheRightEdgeAndNeverTakesTheFocus) {
+    BubbleController controller;
+    const BubbleView view(controller);
+    std::vector<int> numbers;
+    for (const Bubble &bubble :
+         {Bubble{QStringLiteral("One is mounted successfully!"), {}},
+          Bubble{QStringLiteral("Two cannot be ejected."), QStringLiteral("In use by vi")},
+          Bubble{QStringLiteral("<b>&Three</b>"), {}}})
+        numbers.push_back(controller.initBubbleViewWith(bubble));
+    std::vector<QWidget *> windows;
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->objectName() == QStringLiteral("bubble"))
+            windows.push_back(window);
+    }
+    ASSERT_EQ(windows.size(), 3U);
+    std::sort(windows.begin(), windows.end(),
+              [](const QWidget *a, const QWidget *b) { return a->y() < b->y(); });
+    const QRect available = QApplication::primaryScreen()->availableGeometry();
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        EXPECT_EQ(windows[i]->geometry().right() + 1, available.right() + 1 - 10);
+        EXPECT_EQ(windows[i]->y(), windows[0]->y() + 60 * int(i));
+        EXPECT_TRUE(windows[i]->testAttribute(Qt::WA_ShowWithoutActivating));
+        EXPECT_TRUE(windows[i]->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus));
+        EXPECT_FALSE(windows[i]->isActiveWindow());
+    }
+    EXPECT_EQ(windows[2]->accessibleName(), QStringLiteral("<b>&Three</b>"));
+    for (const int number : numbers)
+        controller.deleteBubbleView(number);
+    for (const QWidget *window : QApplication::topLevelWidgets())
+        EXPECT_NE(window->objectName(), QStringLiteral("bubble"));
+}
+
+TEST(BubbleViewTest, ALongNameIsCutInItsMiddle) {
+    const QString text = QString(200, u'W') + QStringLiteral(" is mounted successfully!");
+    const QRect area(0, 0, 196, 50);
+    const QFont font = QApplication::font();
+    const QString fitted = BubbleText::fitted(text, area, font);
+    EXPECT_TRUE(fitted.endsWith(QStringLiteral("successfully!")));
+    EXPECT_TRUE(fitted.contains(u'…'));
+    EXPECT_LT(fitted.size(), text.size());
+    EXPECT_EQ(BubbleText::fitted(QStringLiteral("short"), area, font), QStringLiteral("short"));
+}
+
+TEST(AttachedWindowTest, StandsOnTheSideOfThePointThatHasRoom) {
+    const QRectF screen(0, 0, 1000, 800);
+    const QSizeF size(200, 100);
+    const struct {
+        QPointF point;
+        int side;
+    } cases[] = {
+        {{500, 400}, MAAttachedWindow::Below}, {{500, 790}, MAAttachedWindow::Above},
+        {{10, 400}, MAAttachedWindow::Right},  {{990, 400}, MAAttachedWindow::Left},
+        {{0, 0}, MAAttachedWindow::Below},
+    };
+    for (const auto &each : cases)
+        EXPECT_EQ(MAAttachedWindow::bestSideForAutomaticPosition(each.point, size, screen),
+                  each.side)
+            << each.point.x();
+
+    auto *const view = new QWidget;
+    view->resize(100, 40);
+    MAAttachedWindow window(view, QPointF(300, 200), nullptr, MAAttachedWindow::Below, 5);
+    EXPECT_EQ(window.width(), 100 + 2 * (2 + 1 + 16));
+    EXPECT_EQ(window.y(), 205);
+    window.setHasArrow(false);
+    EXPECT_EQ(window.width(), 100 + 2 * (2 + 1));
+    EXPECT_EQ(window.geometry().center().x(), 299);
+}
+
+} // namespace
+} // namespace brightsweep
