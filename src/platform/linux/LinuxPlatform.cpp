@@ -2,12 +2,17 @@
 
 #include "platform/Platform.h"
 #include "platform/linux/LinuxAdministratorRights.h"
+#include "platform/linux/LinuxDesktopHints.h"
+#include "platform/linux/LinuxDesktopNotifier.h"
 #include "platform/linux/LinuxFileOperations.h"
 #include "platform/linux/LinuxMemorySource.h"
+#include "platform/linux/LinuxSingleInstance.h"
 #include "platform/linux/LinuxStandardDirectories.h"
+#include "platform/linux/LinuxStatusItem.h"
 #include "platform/linux/LinuxSystemFacts.h"
 #include "platform/linux/LinuxVolumeSource.h"
 #include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/SessionBus.h"
 
 #include <QThread>
 
@@ -17,14 +22,19 @@ Platform makeLinuxPlatform() {
     // Qt takes the first thread that it meets for the main one. That must not be the watch of the
     // volumes, which starts with the first log, before there is an application object.
     QThread::currentThread();
-    Platform platform = makeNullPlatform("not on this desktop");
+    const auto bus = std::make_shared<SessionBus>();
+    Platform platform;
     platform.files = std::make_unique<LinuxFileOperations>();
     platform.directories = std::make_unique<LinuxStandardDirectories>();
     platform.facts = std::make_unique<LinuxSystemFacts>();
     platform.volumes = std::make_unique<LinuxVolumeSource>();
     platform.rights = std::make_unique<LinuxAdministratorRights>();
-    platform.workspace = std::make_unique<LinuxWorkspace>();
+    platform.workspace = std::make_unique<LinuxWorkspace>(bus);
     platform.memory = std::make_unique<LinuxMemorySource>();
+    platform.statusItem = std::make_unique<LinuxStatusItem>(bus);
+    platform.notifier = std::make_unique<LinuxDesktopNotifier>(bus);
+    platform.instance = std::make_unique<LinuxSingleInstance>(bus);
+    platform.hints = std::make_unique<LinuxDesktopHints>(bus);
     return platform;
 }
 

@@ -1,8 +1,10 @@
 #include "platform/linux/LinuxWorkspace.h"
 
 #include "foundation/Paths.h"
+#include "platform/linux/SessionBus.h"
 
 #include <QMimeDatabase>
+#include <QStringList>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -12,6 +14,8 @@
 
 #include <algorithm>
 #include <array>
+#include <thread>
+#include <utility>
 
 extern char **environ;
 
@@ -31,7 +35,26 @@ bool isThere(const std::filesystem::path &path) {
     return ::stat(path.c_str(), &status) == 0;
 }
 
+bool runOpener(const std::filesystem::path &path) {
+    std::string opener = "xdg-open";
+    std::string place = path.native();
+    char *arguments[] = {opener.data(), place.data(), nullptr};
+    pid_t child = 0;
+    if (::posix_spawnp(&child, opener.c_str(), nullptr, nullptr, arguments, environ) != 0)
+        return false;
+    int status = 0;
+    return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+// The exact bytes of the path, whatever they are.
+QString uriOf(const std::filesystem::path &path) {
+    const QByteArray bytes = QByteArray::fromStdString(path.native());
+    return QStringLiteral("file://") + QString::fromLatin1(bytes.toPercentEncoding("/"));
+}
+
 } // namespace
+
+LinuxWorkspace::LinuxWorkspace(std::shared_ptr<SessionBus> bus) : m_bus(std::move(bus)) {}
 
 QString LinuxWorkspace::displayName(const std::filesystem::path &path) {
     return paths::display(paths::lastComponent(path));
@@ -61,18 +84,35 @@ bool LinuxWorkspace::open(const std::filesystem::path &path) {
     // An absolute path never reads as an option of the opener.
     if (!path.is_absolute() || !isThere(path))
         return false;
-    std::string opener = "xdg-open";
-    std::string place = path.native();
-    char *arguments[] = {opener.data(), place.data(), nullptr};
-    pid_t child = 0;
-    if (::posix_spawnp(&child, opener.c_str(), nullptr, nullptr, arguments, environ) != 0)
-        return false;
-    int status = 0;
-    return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    return runOpener(path);
 }
 
 bool LinuxWorkspace::reveal(const std::filesystem::path &path) {
-    return isThere(path) && open(paths::parent(path));
+    struct stat status;
+    // A link that leads nowhere can be shown all the same.
+    if (!path.is_absolute() || ::lstat(path.c_str(), &status) != 0)
+        return false;
+    // The opener may last as long as what it opens.
+    const auto openFolder = [folder = paths::parent(path)] {
+        std::thread(runOpener, folder).detach();
+    };
+    auto message = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.FileManager1"),
+                                                  QStringLiteral("/org/freedesktop/FileManager1"),
+                                                  QStringLiteral("org.freedesktop.FileManager1"),
+                                                  QStringLiteral("ShowItems"));
+    message << QStringList(uriOf(path)) << QString();
+    m_bus->open();
+    m_bus->whenSettled(this, [this, message, openFolder] {
+        if (!m_bus->isConnected()) {
+            openFolder();
+            return;
+        }
+        m_bus->call(message, this, [openFolder](const QDBusMessage &reply) {
+            if (reply.type() == QDBusMessage::ErrorMessage)
+                openFolder();
+        });
+    });
+    return true;
 }
 
 } // namespace brightsweep
