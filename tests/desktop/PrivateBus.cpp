@@ -1,14 +1,15 @@
 #include "desktop/PrivateBus.h"
 
+#include "foundation/FileDescriptor.h"
 #include "support/TestEnvironment.h"
 
 #include <QCoreApplication>
 #include <QDBusPendingCall>
 
-#include <stdlib.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <fstream>
 #include <stdexcept>
 
@@ -29,6 +30,15 @@ constexpr char configuration[] = R"(<!DOCTYPE busconfig PUBLIC
   </policy>
 </busconfig>
 )";
+
+bool accepts(const std::filesystem::path &path) {
+    const FileDescriptor caller(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.native().copy(address.sun_path, sizeof address.sun_path - 1);
+    return ::connect(caller.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) ==
+           0;
+}
 
 QString newName() {
     static int number = 0;
@@ -61,7 +71,7 @@ void PrivateBus::start() {
     m_daemon = std::make_unique<RunningProgram>(std::vector<std::string>{
         "dbus-daemon", "--nofork", "--nopidfile", "--config-file=" + m_configuration.native(),
         "--address=" + address()});
-    if (!eventually([this] { return std::filesystem::exists(m_socket); }))
+    if (!eventually([this] { return accepts(m_socket); }))
         throw std::runtime_error("the bus does not come up");
 }
 
