@@ -11,12 +11,12 @@
 #include "platform/FileOperations.h"
 #include "platform/Platform.h"
 
-#include <QDateTime>
 #include <QEventLoop>
 #include <QTimer>
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <optional>
 
 namespace brightsweep::cli {
@@ -115,6 +115,20 @@ bool isBundleGroup(const TreeNode::Pointer &group) {
     return !dataOf(group->firstChild()).ModificationDate();
 }
 
+// By hand: there may be a million of them.
+std::string isoText(FileTime time) {
+    const auto second = std::chrono::floor<std::chrono::seconds>(time);
+    const auto day = std::chrono::floor<std::chrono::days>(second);
+    const std::chrono::year_month_day date(day);
+    const std::chrono::hh_mm_ss clock(second - day);
+    char text[64];
+    const int size =
+        std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02dZ", int(date.year()),
+                      unsigned(date.month()), unsigned(date.day()), int(clock.hours().count()),
+                      int(clock.minutes().count()), int(clock.seconds().count()));
+    return std::string(text, std::size_t(size));
+}
+
 bool writeJson(const Request &request, const TreeNode::List &groups, Output &output) {
     JsonWriter json;
     json.beginObject();
@@ -139,11 +153,7 @@ bool writeJson(const Request &request, const TreeNode::List &groups, Output &out
             json.key("bytes").value(item.fileSize());
             json.key("modified");
             if (const auto date = item.ModificationDate())
-                json.value(
-                    QDateTime::fromSecsSinceEpoch(
-                        std::chrono::floor<std::chrono::seconds>(*date).time_since_epoch().count(),
-                        Qt::UTC)
-                        .toString(Qt::ISODate));
+                json.value(isoText(*date));
             else
                 json.nullValue();
             json.endObject();

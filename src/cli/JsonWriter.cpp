@@ -61,7 +61,7 @@ void JsonWriter::value(const QString &text) {
     quoted(text.toStdString());
 }
 
-void JsonWriter::value(const char *text) {
+void JsonWriter::value(std::string_view text) {
     separate();
     quoted(text);
 }
@@ -71,8 +71,10 @@ void JsonWriter::path(std::string_view name, const std::filesystem::path &path) 
 }
 
 void JsonWriter::bytes(std::string_view name, std::string_view bytes) {
-    key(name).value(paths::display(bytes));
-    if (!paths::isValidUtf8(bytes)) {
+    if (paths::isValidUtf8(bytes)) {
+        key(name).value(bytes);
+    } else {
+        key(name).value(paths::display(bytes));
         const QByteArray exact = QByteArray(bytes.data(), qsizetype(bytes.size())).toBase64();
         key(std::string(name) + "Base64").value(exact.constData());
     }
@@ -84,8 +86,15 @@ void JsonWriter::pathValue(const std::filesystem::path &path) {
 
 void JsonWriter::quoted(std::string_view utf8) {
     m_text += '"';
-    for (const char byte : utf8) {
+    const char *plain = utf8.data(); // what stands as it is, up to the place looked at
+    const char *const end = plain + utf8.size();
+    for (const char *place = plain; place != end; ++place) {
+        const char byte = *place;
         const auto code = static_cast<unsigned char>(byte);
+        if (code >= 0x20 && code != 0x7f && byte != '"' && byte != '\\')
+            continue;
+        m_text.append(plain, place);
+        plain = place + 1;
         if (byte == '"' || byte == '\\') {
             m_text += '\\';
             m_text += byte;
@@ -93,14 +102,13 @@ void JsonWriter::quoted(std::string_view utf8) {
             m_text += "\\n";
         } else if (byte == '\t') {
             m_text += "\\t";
-        } else if (code < 0x20 || code == 0x7f) {
+        } else {
             char escaped[8];
             std::snprintf(escaped, sizeof escaped, "\\u%04x", code);
             m_text += escaped;
-        } else {
-            m_text += byte;
         }
     }
+    m_text.append(plain, end);
     m_text += '"';
 }
 

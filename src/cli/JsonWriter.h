@@ -32,12 +32,15 @@ public:
     /// Finite numbers; anything else becomes null. The shortest form that reads back the same.
     void value(double number);
     void value(const QString &text);
-    void value(const char *text);
+    void value(const char *text) { value(std::string_view(text)); }
+    /// UTF-8.
+    void value(std::string_view text);
     void nullValue() { raw("null"); }
 
     /// Members for a path: `name` with its text, and `nameBase64` with the exact bytes where the
     /// text cannot show them.
     void path(std::string_view name, const std::filesystem::path &path);
+    void path(std::string_view name, const std::string &path) { bytes(name, path); }
     /// The same for a single name.
     void bytes(std::string_view name, std::string_view bytes);
     /// An element of an array of paths: its text.

@@ -5,6 +5,7 @@
 #include "duplicates/SameFiles.h"
 
 #include <algorithm>
+#include <array>
 #include <tuple>
 
 namespace brightsweep {
@@ -14,7 +15,10 @@ namespace {
 // What one thread takes at a time.
 constexpr std::uint32_t headsAtOnce = 64;
 constexpr std::size_t wholesAtOnce = 32;
-constexpr std::uint64_t wholeBytesAtOnce = 1024 * 1024;
+constexpr std::uint64_t bytesAtOnce = 1024 * 1024;
+// A size up to these is worked on by one thread, which keeps its files open in between.
+constexpr std::uint32_t openAtOnce = 32;
+constexpr std::uint64_t classBytesAtOnce = 4 * 1024 * 1024;
 // Below this, helpers cost more than they bring.
 constexpr std::uint64_t aloneUpTo = 512 * 1024;
 // What opening a file counts for, in bytes.
@@ -150,7 +154,7 @@ void ComparisonRun::work() {
         if (!m_wholes.empty()) {
             taken.clear();
             std::uint64_t bytes = 0;
-            while (!m_wholes.empty() && taken.size() < wholesAtOnce && bytes < wholeBytesAtOnce) {
+            while (!m_wholes.empty() && taken.size() < wholesAtOnce && bytes < bytesAtOnce) {
                 taken.push_back(m_wholes.front());
                 bytes += m_candidates[m_wholes.front()]->fileSize;
                 m_wholes.pop_front();
@@ -158,7 +162,7 @@ void ComparisonRun::work() {
             ++m_working;
             lock.unlock();
             for (const Index file : taken)
-                readWhole(file, reader, log);
+                readWhole(file, reader.wholeFile(*m_candidates[file]), log);
             lock.lock();
             --m_working;
             if (m_stop)
@@ -169,7 +173,7 @@ void ComparisonRun::work() {
             }
         } else if (m_nextHead < m_order.size()) {
             const Index begin = m_nextHead;
-            const Index end = std::min(begin + headsAtOnce, Index(m_order.size()));
+            const Index end = endOfPortion(begin);
             m_nextHead = end;
             ++m_working;
             lock.unlock();
@@ -189,40 +193,100 @@ void ComparisonRun::work() {
         } else if (m_working == 0) {
             break;
         } else {
+            ++m_waiting;
             m_changed.wait(lock);
+            --m_waiting;
             continue;
         }
-        m_changed.notify_all();
+        if (m_waiting > 0)
+            m_changed.notify_all();
     }
     m_changed.notify_all();
 }
 
-void ComparisonRun::readHeads(Index begin, Index end, ContentReader &reader, ObjectLog &log) {
-    for (Index i = begin; i < end && !m_stop; ++i) {
-        const Index file = m_order[i];
-        fileAttrbItem &item = *m_candidates[file];
-        if (i > begin && isSameInode(file, m_order[i - 1])) {
-            const Index before = m_order[i - 1];
-            item.md5_1k = m_candidates[before]->md5_1k;
-            item.md5 = m_candidates[before]->md5;
-            m_state[file] = m_state[before];
-            continue;
-        }
-        const auto block = reader.firstBlock(item);
-        if (!block) {
-            fail(file, block.error(), log);
-        } else if (block->empty) {
-            m_state[file] = Failed;
+// Sizes that are read at once are not divided.
+ComparisonRun::Index ComparisonRun::endOfPortion(Index begin) const {
+    Index end = begin;
+    std::uint64_t bytes = 0;
+    while (end < m_order.size() && end - begin < headsAtOnce && bytes < bytesAtOnce) {
+        const Index sizeClass = m_classOf[m_order[end]];
+        const std::uint64_t size = m_candidates[m_order[end]]->fileSize;
+        if (isReadAtOnce(sizeClass)) {
+            bytes += size * (m_classes[sizeClass].end - end);
+            end = m_classes[sizeClass].end;
         } else {
-            item.md5_1k = block->md5_1k;
-            item.md5 = block->md5.value_or(0);
-            m_state[file] = block->md5 ? WholeKnown : HeadKnown;
+            bytes += std::min<std::uint64_t>(size, ContentReader::firstReadSize);
+            ++end;
+        }
+    }
+    return end;
+}
+
+bool ComparisonRun::isReadAtOnce(Index sizeClass) const {
+    const SizeClass &files = m_classes[sizeClass];
+    const Index count = files.end - files.begin;
+    return count <= openAtOnce &&
+           m_candidates[m_order[files.begin]]->fileSize <= classBytesAtOnce / count;
+}
+
+void ComparisonRun::readHeads(Index begin, Index end, ContentReader &reader, ObjectLog &log) {
+    bool isFirst = true;
+    for (Index i = begin; i < end && !m_stop; isFirst = false) {
+        const Index sizeClass = m_classOf[m_order[i]];
+        if (isReadAtOnce(sizeClass)) {
+            readClass(m_classes[sizeClass], reader, log);
+            i = m_classes[sizeClass].end;
+        } else {
+            readHead(i++, isFirst, reader, log);
         }
     }
 }
 
-void ComparisonRun::readWhole(Index file, ContentReader &reader, ObjectLog &log) {
-    const auto value = reader.wholeFile(*m_candidates[file]);
+// Reads the files that have the same first block as another to their ends too.
+void ComparisonRun::readClass(const SizeClass &files, ContentReader &reader, ObjectLog &log) {
+    std::array<ContentReader::Reading, openAtOnce> rests;
+    for (Index i = files.begin; i < files.end && !m_stop; ++i)
+        readHead(i, i == files.begin, reader, log, &rests[i - files.begin]);
+    for (Index i = files.begin; i < files.end && !m_stop; ++i) {
+        const Index file = m_order[i];
+        ContentReader::Reading &rest = rests[i - files.begin];
+        if (m_state[file] != HeadKnown || !rest.file.descriptor)
+            continue;
+        const bool hasEqual = std::any_of(
+            m_order.begin() + files.begin, m_order.begin() + files.end, [&](Index other) {
+                return other != file && m_state[other] != Failed &&
+                       m_candidates[other]->md5_1k == m_candidates[file]->md5_1k;
+            });
+        if (hasEqual)
+            readWhole(file, reader.wholeFile(std::move(rest)), log);
+    }
+}
+
+// Unless it is the first, the one before has been read by the same thread.
+void ComparisonRun::readHead(Index place, bool isFirst, ContentReader &reader, ObjectLog &log,
+                             ContentReader::Reading *rest) {
+    const Index file = m_order[place];
+    fileAttrbItem &item = *m_candidates[file];
+    if (!isFirst && isSameInode(file, m_order[place - 1])) {
+        const Index before = m_order[place - 1];
+        item.md5_1k = m_candidates[before]->md5_1k;
+        item.md5 = m_candidates[before]->md5;
+        m_state[file] = m_state[before];
+        return;
+    }
+    const auto block = reader.firstBlock(item, rest);
+    if (!block) {
+        fail(file, block.error(), log);
+    } else if (block->empty) {
+        m_state[file] = Failed;
+    } else {
+        item.md5_1k = block->md5_1k;
+        item.md5 = block->md5.value_or(0);
+        m_state[file] = block->md5 ? WholeKnown : HeadKnown;
+    }
+}
+
+void ComparisonRun::readWhole(Index file, Result<std::uint64_t> value, ObjectLog &log) {
     if (!value) {
         fail(file, value.error(), log);
         return;

@@ -56,8 +56,13 @@ private:
     void dropRepeated(std::vector<Index> &sameSize);
     std::uint64_t bytesToRead() const;
     void work();
+    Index endOfPortion(Index begin) const;
+    bool isReadAtOnce(Index sizeClass) const;
     void readHeads(Index begin, Index end, ContentReader &reader, ObjectLog &log);
-    void readWhole(Index file, ContentReader &reader, ObjectLog &log);
+    void readClass(const SizeClass &files, ContentReader &reader, ObjectLog &log);
+    void readHead(Index place, bool isFirst, ContentReader &reader, ObjectLog &log,
+                  ContentReader::Reading *rest = nullptr);
+    void readWhole(Index file, Result<std::uint64_t> value, ObjectLog &log);
     void fail(Index file, std::error_code error, ObjectLog &log);
     bool isSameInode(Index a, Index b) const;
     void headsRead(Index sizeClass);
@@ -83,7 +88,8 @@ private:
     Index m_nextHead = 0;
     std::deque<Index> m_wholes; // files to be read whole
     unsigned m_working = 0;
-    Index m_frontier = 0; // the candidate whose pass is next
+    unsigned m_waiting = 0; // threads
+    Index m_frontier = 0;   // the candidate whose pass is next
     std::uint64_t m_count = 0;
     std::uint64_t m_left = 0;
     bool m_ended = false;

@@ -32,18 +32,28 @@ void ContentReader::Release::operator()(unsigned char *buffer) const {
     ::operator delete(buffer, bufferAlignment);
 }
 
-Result<ContentReader::FirstBlock> ContentReader::firstBlock(const fileAttrbItem &item) {
+Result<ContentReader::FirstBlock> ContentReader::firstBlock(const fileAttrbItem &item,
+                                                            Reading *rest) {
     if (const auto error = open(item))
         return error;
     FirstBlock block;
-    block.empty = m_size == 0;
-    const auto size = std::size_t(std::min<std::uint64_t>(m_size, firstReadSize));
+    block.empty = m_now.size == 0;
+    const auto size = std::size_t(std::min<std::uint64_t>(m_now.size, firstReadSize));
     if (const auto error = read(size, 0))
         return error;
     const std::size_t head = std::min(size, headSize);
-    block.md5_1k = crc::foldZeros(crc::fold(crc::start, m_buffer.get(), head), headSize - head);
-    if (!block.empty && size == m_size)
-        block.md5 = crc::fold(crc::start, m_buffer.get(), size);
+    const std::uint64_t value = crc::fold(crc::start, m_buffer.get(), head);
+    block.md5_1k = value;
+    if (head < headSize) {
+        static constexpr unsigned char zeros[headSize] = {};
+        block.md5_1k = crc::fold(value, zeros, headSize - head);
+    }
+    m_now.value = crc::fold(value, m_buffer.get() + head, size - head);
+    m_now.offset = size;
+    if (!block.empty && size == m_now.size)
+        block.md5 = m_now.value;
+    else if (rest)
+        *rest = std::move(m_now);
     return block;
 }
 
@@ -53,10 +63,15 @@ Result<std::uint64_t> ContentReader::wholeFile(const fileAttrbItem &item) {
     return fold();
 }
 
+Result<std::uint64_t> ContentReader::wholeFile(Reading rest) {
+    m_now = std::move(rest);
+    return fold();
+}
+
 std::error_code ContentReader::open(const fileAttrbItem &item) {
     if (stopped())
         return std::make_error_code(std::errc::operation_canceled);
-    m_file = {};
+    m_now = {};
     if (item.kind == fileAttrbItem::Kind::Special)
         return std::make_error_code(std::errc::invalid_argument);
     if (item.kind == fileAttrbItem::Kind::Link) {
@@ -69,35 +84,35 @@ std::error_code ContentReader::open(const fileAttrbItem &item) {
         auto file = m_files.openListedFile(path->native());
         if (!file)
             return file.error();
-        m_file = std::move(*file);
+        m_now.file = std::move(*file);
     } else {
         auto file = m_files.openListedFile(item.filePathName);
         if (!file)
             return file.error();
         if (file->attributes.size != item.fileSize)
             return std::make_error_code(std::errc::io_error);
-        m_file = std::move(*file);
+        m_now.file = std::move(*file);
     }
-    m_size = m_file.attributes.size;
-    m_blockSize = cachedBlockSize;
-    m_cacheCounted = true;
-    m_cacheTried = true;
+    m_now.size = m_now.file.attributes.size;
+    m_now.value = crc::start;
+    m_now.blockSize = cachedBlockSize;
     return {};
 }
 
 Result<std::uint64_t> ContentReader::fold() {
-    std::uint64_t value = crc::start;
-    for (std::uint64_t offset = 0; offset < m_size;) {
-        const auto size = std::size_t(std::min<std::uint64_t>(m_size - offset, m_blockSize));
+    std::uint64_t value = m_now.value;
+    for (std::uint64_t offset = m_now.offset; offset < m_now.size;) {
+        const auto size =
+            std::size_t(std::min<std::uint64_t>(m_now.size - offset, m_now.blockSize));
         if (const auto error = read(size, offset))
             return error;
         value = crc::fold(value, m_buffer.get(), size);
         offset += size;
         // A block of zeros may be the beginning of a hole, and a hole may be a terabyte long.
-        if (offset < m_size && isAllZero(m_buffer.get(), size)) {
-            const auto data = m_files.nextData(m_file.descriptor, offset);
+        if (offset < m_now.size && isAllZero(m_buffer.get(), size)) {
+            const auto data = m_files.nextData(m_now.file.descriptor, offset);
             if (data && *data > offset) {
-                const std::uint64_t end = std::min(*data, m_size);
+                const std::uint64_t end = std::min(*data, m_now.size);
                 value = crc::foldZeros(value, end - offset);
                 offset = end;
             }
@@ -117,20 +132,20 @@ std::error_code ContentReader::read(std::size_t size, std::uint64_t offset) {
 // Notes which pages of the range are not cached. False where the system does not count them.
 bool ContentReader::findMissing(std::size_t size, std::uint64_t offset) {
     m_missing.clear();
-    if (!m_cacheCounted || size == 0)
-        return m_cacheCounted;
+    if (!m_now.cacheCounted || size == 0)
+        return m_now.cacheCounted;
     const std::uint64_t first = offset - offset % pageSize;
     const std::uint64_t end = offset + size;
-    const auto cached = m_files.cachedPages(m_file.descriptor, first, end - first);
-    m_cacheCounted = bool(cached);
+    const auto cached = m_files.cachedPages(m_now.file.descriptor, first, end - first);
+    m_now.cacheCounted = bool(cached);
     if (!cached || *cached >= (end - first + pageSize - 1) / pageSize)
-        return m_cacheCounted;
+        return m_now.cacheCounted;
     if (*cached == 0) {
         m_missing.emplace_back(first, end);
         return true;
     }
     for (std::uint64_t page = first; page < end; page += pageSize) {
-        const auto one = m_files.cachedPages(m_file.descriptor, page, pageSize);
+        const auto one = m_files.cachedPages(m_now.file.descriptor, page, pageSize);
         if (one && *one > 0)
             continue;
         const std::uint64_t next = std::min(page + pageSize, end);
@@ -145,9 +160,9 @@ bool ContentReader::findMissing(std::size_t size, std::uint64_t offset) {
 std::error_code ContentReader::readAndGiveUpMissing(std::size_t size, std::uint64_t offset) {
     if (!m_missing.empty())
         willFetch();
-    const auto got = m_files.readAt(m_file.descriptor, m_buffer.get(), size, offset);
+    const auto got = m_files.readAt(m_now.file.descriptor, m_buffer.get(), size, offset);
     for (const auto &[begin, end] : m_missing)
-        m_files.dropCached(m_file.descriptor, begin, end == m_size ? 0 : end - begin);
+        m_files.dropCached(m_now.file.descriptor, begin, end == m_now.size ? 0 : end - begin);
     if (!got)
         return got.error();
     return *got == size ? std::error_code() : std::make_error_code(std::errc::io_error);
@@ -158,11 +173,11 @@ std::error_code ContentReader::readByTrial(std::size_t size, std::uint64_t offse
     std::size_t done = 0;
     while (done < size) {
         Result<std::size_t> got = std::errc::operation_would_block;
-        if (m_cacheTried) {
-            got = m_files.readCachedAt(m_file.descriptor, m_buffer.get() + done, size - done,
+        if (m_now.cacheTried) {
+            got = m_files.readCachedAt(m_now.file.descriptor, m_buffer.get() + done, size - done,
                                        offset + done);
             if (!got && got.error() != std::errc::operation_would_block)
-                m_cacheTried = false;
+                m_now.cacheTried = false;
         }
         if (!got)
             got = fetch(done, size, offset);
@@ -177,17 +192,17 @@ std::error_code ContentReader::readByTrial(std::size_t size, std::uint64_t offse
 
 // Read ahead, the next pages would look as if they had been cached before.
 void ContentReader::willFetch() {
-    if (m_blockSize == fetchedBlockSize)
+    if (m_now.blockSize == fetchedBlockSize)
         return;
-    m_files.fetchOnlyWhatIsRead(m_file.descriptor);
-    m_blockSize = fetchedBlockSize;
+    m_files.fetchOnlyWhatIsRead(m_now.file.descriptor);
+    m_now.blockSize = fetchedBlockSize;
 }
 
 // Reads what is not cached at that place, up to the next page that is, and gives it up again.
 Result<std::size_t> ContentReader::fetch(std::size_t done, std::size_t size, std::uint64_t offset) {
     const std::uint64_t begin = offset + done;
-    if (!m_cacheTried)
-        return m_files.readAt(m_file.descriptor, m_buffer.get() + done, size - done, begin);
+    if (!m_now.cacheTried)
+        return m_files.readAt(m_now.file.descriptor, m_buffer.get() + done, size - done, begin);
     willFetch();
     const std::uint64_t firstPage = begin - begin % pageSize;
     std::uint64_t end = firstPage + pageSize;
@@ -195,19 +210,20 @@ Result<std::size_t> ContentReader::fetch(std::size_t done, std::size_t size, std
         end += pageSize;
     const bool nextIsCached = end < offset + size;
     end = std::min(end, offset + size);
-    const auto got =
-        m_files.readAt(m_file.descriptor, m_buffer.get() + done, std::size_t(end - begin), begin);
+    const auto got = m_files.readAt(m_now.file.descriptor, m_buffer.get() + done,
+                                    std::size_t(end - begin), begin);
     // A single page between cached ones is the mark where the system would read ahead: it is
     // cached and only does not say so.
     const bool isMark = done > 0 && nextIsCached && end - firstPage == pageSize;
     if (!isMark)
-        m_files.dropCached(m_file.descriptor, firstPage, end == m_size ? 0 : end - firstPage);
+        m_files.dropCached(m_now.file.descriptor, firstPage,
+                           end == m_now.size ? 0 : end - firstPage);
     return got;
 }
 
 bool ContentReader::isCached(std::uint64_t offset) {
     unsigned char byte;
-    const auto got = m_files.readCachedAt(m_file.descriptor, &byte, 1, offset);
+    const auto got = m_files.readCachedAt(m_now.file.descriptor, &byte, 1, offset);
     return bool(got);
 }
 

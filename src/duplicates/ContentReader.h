@@ -31,10 +31,24 @@ public:
         bool empty = false;               ///< only a link may lead to an empty file
     };
 
+    /// A file that has been read in part and is kept open.
+    struct Reading {
+        OpenFile file;
+        std::uint64_t size = 0;
+        std::uint64_t offset = 0; ///< read so far
+        std::uint64_t value = 0;  ///< the checksum of that
+        std::size_t blockSize = 0;
+        bool cacheCounted = true; ///< the system tells how much of a range is cached
+        bool cacheTried = true;   ///< a read can be confined to what is cached
+    };
+
     explicit ContentReader(FileOperations &files, const std::atomic<bool> *stop = nullptr);
 
-    Result<FirstBlock> firstBlock(const fileAttrbItem &item);
+    /// Hands over in `rest`, where given, a file that is longer than the first read.
+    Result<FirstBlock> firstBlock(const fileAttrbItem &item, Reading *rest = nullptr);
     Result<std::uint64_t> wholeFile(const fileAttrbItem &item);
+    /// Reads on to the end; the checksum of the whole.
+    Result<std::uint64_t> wholeFile(Reading rest);
 
 private:
     std::error_code open(const fileAttrbItem &item);
@@ -55,11 +69,7 @@ private:
     FileOperations &m_files;
     const std::atomic<bool> *m_stop;
     std::unique_ptr<unsigned char[], Release> m_buffer;
-    OpenFile m_file;
-    std::uint64_t m_size = 0;
-    std::size_t m_blockSize = 0;
-    bool m_cacheCounted = true; // the system tells how much of a range is cached
-    bool m_cacheTried = true;   // a read can be confined to what is cached
+    Reading m_now;
     std::vector<std::pair<std::uint64_t, std::uint64_t>> m_missing; // pages to be given up again
 };
 

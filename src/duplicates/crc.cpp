@@ -96,6 +96,30 @@ __attribute__((target("sse4.1"))) inline __m128i load(const unsigned char *bytes
     return _mm_loadu_si128(reinterpret_cast<const __m128i *>(bytes));
 }
 
+// The same for two blocks side by side.
+template <unsigned bits>
+__attribute__((target("vpclmulqdq,avx2"))) inline __m256i moved(__m256i blocks) {
+    constexpr auto first = static_cast<long long>(Move<bits>::first);
+    constexpr auto second = static_cast<long long>(Move<bits>::second);
+    const __m256i weights = _mm256_set_epi64x(second, first, second, first);
+    return _mm256_xor_si256(_mm256_clmulepi64_epi128(blocks, weights, 0x00),
+                            _mm256_clmulepi64_epi128(blocks, weights, 0x11));
+}
+
+__attribute__((target("avx2"))) inline __m256i loadTwo(const unsigned char *bytes) {
+    return _mm256_loadu_si256(reinterpret_cast<const __m256i *>(bytes));
+}
+
+// Folds in the rest of the bytes; the block that came to this stands for a message of sixteen.
+__attribute__((target("pclmul,sse4.1"))) inline std::uint64_t
+foldRest(__m128i block, const unsigned char *bytes, std::size_t size) {
+    for (; size >= 16; bytes += 16, size -= 16)
+        block = _mm_xor_si128(moved<128>(block), load(bytes));
+    unsigned char left[16];
+    _mm_storeu_si128(reinterpret_cast<__m128i *>(left), block);
+    return crc::foldByBytes(crc::foldBySixteen(0, left, sizeof left), bytes, size);
+}
+
 #endif
 
 } // namespace
@@ -157,13 +181,37 @@ crc::foldCarryless(std::uint64_t value, const void *data, std::size_t size) {
     }
     b = _mm_xor_si128(moved<128>(a), b);
     c = _mm_xor_si128(moved<128>(b), c);
-    d = _mm_xor_si128(moved<128>(c), d);
-    for (; size >= 16; bytes += 16, size -= 16)
-        d = _mm_xor_si128(moved<128>(d), load(bytes));
-    // The block left over stands for a message of sixteen bytes.
-    unsigned char rest[16];
-    _mm_storeu_si128(reinterpret_cast<__m128i *>(rest), d);
-    return foldByBytes(foldBySixteen(0, rest, sizeof rest), bytes, size);
+    return foldRest(_mm_xor_si128(moved<128>(c), d), bytes, size);
+}
+
+bool crc::hasWide() {
+    static const bool has =
+        hasCarryless() && __builtin_cpu_supports("vpclmulqdq") && __builtin_cpu_supports("avx2");
+    return has;
+}
+
+__attribute__((target("vpclmulqdq,avx2,pclmul"))) std::uint64_t
+crc::foldWide(std::uint64_t value, const void *data, std::size_t size) {
+    const auto *bytes = static_cast<const unsigned char *>(data);
+    if (size < 256)
+        return foldCarryless(value, data, size);
+    __m256i a =
+        _mm256_xor_si256(loadTwo(bytes), _mm256_set_epi64x(0, 0, 0, static_cast<long long>(value)));
+    __m256i b = loadTwo(bytes + 32);
+    __m256i c = loadTwo(bytes + 64);
+    __m256i d = loadTwo(bytes + 96);
+    for (bytes += 128, size -= 128; size >= 128; bytes += 128, size -= 128) {
+        a = _mm256_xor_si256(moved<1024>(a), loadTwo(bytes));
+        b = _mm256_xor_si256(moved<1024>(b), loadTwo(bytes + 32));
+        c = _mm256_xor_si256(moved<1024>(c), loadTwo(bytes + 64));
+        d = _mm256_xor_si256(moved<1024>(d), loadTwo(bytes + 96));
+    }
+    b = _mm256_xor_si256(moved<256>(a), b);
+    c = _mm256_xor_si256(moved<256>(b), c);
+    d = _mm256_xor_si256(moved<256>(c), d);
+    const __m128i low = _mm256_castsi256_si128(d);
+    const __m128i high = _mm256_extracti128_si256(d, 1);
+    return foldRest(_mm_xor_si128(moved<128>(low), high), bytes, size);
 }
 
 #else
@@ -176,9 +224,19 @@ std::uint64_t crc::foldCarryless(std::uint64_t value, const void *data, std::siz
     return foldBySixteen(value, data, size);
 }
 
+bool crc::hasWide() {
+    return false;
+}
+
+std::uint64_t crc::foldWide(std::uint64_t value, const void *data, std::size_t size) {
+    return foldBySixteen(value, data, size);
+}
+
 #endif
 
 std::uint64_t crc::fold(std::uint64_t value, const void *data, std::size_t size) {
+    if (hasWide())
+        return foldWide(value, data, size);
     return hasCarryless() ? foldCarryless(value, data, size) : foldBySixteen(value, data, size);
 }
 

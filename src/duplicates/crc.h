@@ -30,6 +30,9 @@ public:
     /// By carry-less multiplication; only where hasCarryless().
     static std::uint64_t foldCarryless(std::uint64_t value, const void *data, std::size_t size);
     static bool hasCarryless();
+    /// The same in registers of twice the width; only where hasWide().
+    static std::uint64_t foldWide(std::uint64_t value, const void *data, std::size_t size);
+    static bool hasWide();
 };
 
 } // namespace brightsweep

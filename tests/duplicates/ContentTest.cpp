@@ -257,29 +257,42 @@ TEST(Content, AReadErrorAnywhereInAFile) {
     }
 }
 
+// Files of a few megabytes stay open between their first block and the rest; larger ones, which
+// several threads share, are opened again.
 TEST(Content, OnlyWhatCanMatterIsReadAndOnce) {
+    struct Case {
+        std::size_t size;
+        int timesOpened;
+        std::size_t reads; // one of each, and the rest of three files by the block
+    };
     TestTree tree;
-    const std::string data = bytes(500'000, 7);
-    std::string otherTail = data;
-    otherTail.back() = char(otherTail.back() ^ 1);
-    tree.file("unique", bytes(400'000, 8));
-    tree.file("otherhead", bytes(500'000, 9));
-    tree.file("1", data);
-    tree.file("2", data);
-    tree.file("tail", otherTail);
-    tree.hardLink("link", tree.path("1"));
-    tree.fifo("fifo");
-    RecordingPlatform platform;
-    const auto groups = search(tree.top());
-    EXPECT_EQ(unordered(groups), (Groups{{tree.path("1"), tree.path("2"), tree.path("link")}}));
-    std::map<std::string, int> opened;
-    for (const auto &path : platform.argumentsOf("openListedFile"))
-        ++opened[path.filename()];
-    EXPECT_EQ(opened.count("unique") + opened.count("fifo"), 0u);
-    EXPECT_EQ(opened["otherhead"], 1);
-    EXPECT_EQ(opened["2"], 2);
-    EXPECT_EQ(opened["tail"], 2);
-    EXPECT_EQ(opened["1"] + opened["link"], 2);
+    for (const auto &[size, timesOpened, reads] :
+         {Case{500'000, 1, 4 + 3 * 2}, Case{1'500'000, 2, 4 + 3 * 6}}) {
+        const std::string top = std::to_string(size) + "/";
+        const std::string data = bytes(size, 7);
+        std::string otherTail = data;
+        otherTail.back() = char(otherTail.back() ^ 1);
+        tree.file(top + "unique", bytes(400'000, 8));
+        tree.file(top + "otherhead", bytes(size, 9));
+        tree.file(top + "1", data);
+        tree.file(top + "2", data);
+        tree.file(top + "tail", otherTail);
+        tree.hardLink(top + "link", tree.path(top + "1"));
+        tree.fifo(top + "fifo");
+        RecordingPlatform platform;
+        const auto groups = search(tree.path(top));
+        EXPECT_EQ(unordered(groups),
+                  (Groups{{tree.path(top + "1"), tree.path(top + "2"), tree.path(top + "link")}}));
+        std::map<std::string, int> opened;
+        for (const auto &path : platform.argumentsOf("openListedFile"))
+            ++opened[path.filename()];
+        EXPECT_EQ(opened.count("unique") + opened.count("fifo"), 0u);
+        EXPECT_EQ(opened["otherhead"], 1);
+        EXPECT_EQ(opened["2"], timesOpened);
+        EXPECT_EQ(opened["tail"], timesOpened);
+        EXPECT_EQ(opened["1"] + opened["link"], timesOpened);
+        EXPECT_EQ(platform.count("readAt"), reads);
+    }
 }
 
 // The reads grow with the candidates, not with their square.

@@ -24,7 +24,8 @@ TEST(Crc, AllFormsAgreeAtAllLengthsAndAlignments) {
     };
     const Form forms[] = {{"dispatched", crc::fold},
                           {"sixteen", crc::foldBySixteen},
-                          {"carry-less", crc::hasCarryless() ? crc::foldCarryless : crc::fold}};
+                          {"carry-less", crc::hasCarryless() ? crc::foldCarryless : crc::fold},
+                          {"wide", crc::hasWide() ? crc::foldWide : crc::fold}};
     const std::string data = bytes(70'000, 1);
     const auto check = [&](std::size_t begin, std::size_t size, std::uint64_t from) {
         const std::uint64_t expected = crc::foldByBytes(from, data.data() + begin, size);
