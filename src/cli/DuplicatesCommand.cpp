@@ -16,7 +16,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <optional>
 
 namespace brightsweep::cli {
@@ -121,12 +120,19 @@ std::string isoText(FileTime time) {
     const auto day = std::chrono::floor<std::chrono::days>(second);
     const std::chrono::year_month_day date(day);
     const std::chrono::hh_mm_ss clock(second - day);
-    char text[64];
-    const int size =
-        std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02dZ", int(date.year()),
-                      unsigned(date.month()), unsigned(date.day()), int(clock.hours().count()),
-                      int(clock.minutes().count()), int(clock.seconds().count()));
-    return std::string(text, std::size_t(size));
+    std::string text;
+    const auto add = [&](long number, std::size_t digits, char end) {
+        const std::string written = std::to_string(number);
+        text.append(digits - std::min(digits, written.size()), '0') += written;
+        text += end;
+    };
+    add(int(date.year()), 4, '-');
+    add(unsigned(date.month()), 2, '-');
+    add(unsigned(date.day()), 2, 'T');
+    add(clock.hours().count(), 2, ':');
+    add(clock.minutes().count(), 2, ':');
+    add(clock.seconds().count(), 2, 'Z');
+    return text;
 }
 
 bool writeJson(const Request &request, const TreeNode::List &groups, Output &output) {

@@ -41,7 +41,7 @@ std::shared_ptr<SimpleTreeNode> bundleGroup(const AppList &bundles) {
 
 std::shared_ptr<SimpleNodeData> fileLeaf(const fileAttrbItem &file) {
     auto leaf = SimpleNodeData::leafDataWithName(file.filePathName);
-    leaf->setIconRep(file.filePathName);
+    leaf->setIconRepToName();
     leaf->setFileSize(file.fileSize);
     leaf->setModificationDate(file.ModificationDate);
     return leaf;

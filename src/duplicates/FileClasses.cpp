@@ -1,7 +1,5 @@
 #include "duplicates/FileClasses.h"
 
-#include <QString>
-
 #include <algorithm>
 #include <string>
 
@@ -45,8 +43,10 @@ std::span<const FileClass> fileClasses() {
 std::int32_t fileTypeOfExtension(std::string_view extension) {
     if (extension.empty())
         return 0;
-    const std::string lower =
-        QString::fromUtf8(extension.data(), qsizetype(extension.size())).toLower().toStdString();
+    // The names in the table have no other letters.
+    std::string lower(extension);
+    for (char &letter : lower)
+        letter = letter >= 'A' && letter <= 'Z' ? char(letter - 'A' + 'a') : letter;
     for (const FileClass &fileClass : classes) {
         if (fileClass.extensions.empty() ||
             std::find(fileClass.extensions.begin(), fileClass.extensions.end(), lower) !=

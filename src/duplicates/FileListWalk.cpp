@@ -3,6 +3,7 @@
 #include "foundation/Paths.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace brightsweep {
@@ -22,8 +23,24 @@ FileTime fileTime(std::int64_t nanoseconds) {
     return FileTime(std::chrono::nanoseconds(nanoseconds));
 }
 
+// Items come from small arrays, which live as long as one of their items: an allocation for each
+// would take longer than reading its entry. Each thread has an array of its own.
+std::shared_ptr<fileAttrbItem> newItem() {
+    using Array = std::array<fileAttrbItem, 16>;
+    thread_local std::shared_ptr<Array> array;
+    thread_local std::size_t used = 0;
+    if (!array) {
+        array = std::make_shared<Array>();
+        used = 0;
+    }
+    fileAttrbItem *item = &(*array)[used++];
+    if (used == array->size())
+        return {std::move(array), item};
+    return {array, item};
+}
+
 std::shared_ptr<fileAttrbItem> makeItem(std::string path, const DirectoryEntry &entry) {
-    auto item = std::make_shared<fileAttrbItem>();
+    auto item = newItem();
     item->filePathName = std::move(path);
     item->fileSize = entry.size;
     item->ModificationDate = fileTime(entry.modified);

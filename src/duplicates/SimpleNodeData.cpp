@@ -30,10 +30,13 @@ SimpleNodeData::SimpleNodeData(std::string name, bool isLeaf)
     : m_name(std::move(name)), m_isLeaf(isLeaf), m_isExpandable(!isLeaf) {}
 
 void SimpleNodeData::setName(std::string name) {
+    if (std::exchange(m_iconIsName, false))
+        m_iconRep = m_name;
     setIfChanged(m_name, std::move(name));
 }
 
 void SimpleNodeData::setIconRep(std::string icon) {
+    m_iconIsName = false;
     setIfChanged(m_iconRep, std::move(icon));
 }
 

@@ -20,8 +20,10 @@ public:
 
     const std::string &name() const { return m_name; }
     void setName(std::string name);
-    const std::string &iconRep() const { return m_iconRep; }
+    const std::string &iconRep() const { return m_iconIsName ? m_name : m_iconRep; }
     void setIconRep(std::string icon);
+    /// The icon goes by the present name, which is not kept twice.
+    void setIconRepToName() { m_iconIsName = true; }
     bool isLeaf() const { return m_isLeaf; }
     void setIsLeaf(bool value) { m_isLeaf = value; }
     bool isGroup() const { return !m_isLeaf; }
@@ -66,6 +68,7 @@ private:
     bool m_isLeaf = true;
     bool m_isExpandable = false;
     bool m_mark = false;
+    bool m_iconIsName = false;
 };
 
 } // namespace brightsweep
