@@ -1,6 +1,7 @@
 #include "core/ui/ImageNames.h"
 #include "core/ui/ImageProvider.h"
 
+#include <QDir>
 #include <QImage>
 #include <QPainter>
 
@@ -56,6 +57,17 @@ TEST(Images, EveryNameHasADrawing) {
         EXPECT_FALSE(imageNamed(text).isNull()) << name;
         EXPECT_FALSE(isBlank(drawn(text))) << name;
     }
+}
+
+TEST(Images, EveryDrawingHasAName) {
+    imageExists(QStringLiteral("Lock.png"));
+    QStringList named;
+    for (const char *name : imageNames)
+        named.append(QString::fromLatin1(name).section(QLatin1Char('.'), 0, 0));
+    const QStringList files = QDir(QStringLiteral(":/images")).entryList();
+    EXPECT_GT(files.size(), 100);
+    for (const QString &file : files)
+        EXPECT_TRUE(named.contains(file.section(QLatin1Char('.'), 0, 0))) << file.toStdString();
 }
 
 TEST(Images, NamesWithoutADrawingAreNull) {

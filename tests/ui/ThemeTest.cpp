@@ -1,9 +1,11 @@
 #include "core/ui/Theme.h"
+#include "core/ui/ImageProvider.h"
 #include "core/ui/StyleSheet.h"
 #include "platform/Platform.h"
 
 #include <QApplication>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QStyle>
 #include <QTreeWidget>
 
@@ -31,12 +33,25 @@ TEST_F(ThemeTest, StatesEveryColorAndMeasureOfTheSheet) {
     }
 }
 
+TEST_F(ThemeTest, EveryImageOfTheSheetExists) {
+    const QRegularExpression place(QStringLiteral("url\\(:/images/(\\w+)\\.svg\\)"));
+    auto matches = place.globalMatch(theme::styleSheet());
+    int count = 0;
+    for (; matches.hasNext(); ++count) {
+        const QString name = matches.next().captured(1);
+        EXPECT_TRUE(imageExists(name)) << name.toStdString();
+    }
+    EXPECT_GT(count, 10);
+    EXPECT_EQ(count, theme::styleSheet().count(QLatin1String("url(")));
+}
+
 TEST_F(ThemeTest, HighContrastHasNoTransparencyAndStandsOut) {
     apply({true, false, 1.0});
     for (int role = 0; role < theme::roleCount; ++role)
         EXPECT_EQ(theme::color(static_cast<theme::Role>(role)).alpha(), 255) << role;
     EXPECT_EQ(theme::window(), QColor(Qt::black));
     EXPECT_EQ(theme::text(), QColor(Qt::white));
+    EXPECT_NE(theme::accent(), theme::hairline()) << "the focus ring is like every edge";
     EXPECT_EQ(QApplication::palette().color(QPalette::Window), QColor(Qt::black));
     apply({});
     EXPECT_EQ(theme::window(), QColor(39, 41, 51));
