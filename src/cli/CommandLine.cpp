@@ -30,8 +30,8 @@ void installInterruptHandlers() {
 }
 
 constexpr const Command *commands[] = {
-    &scanCommand,    &cleanCommand,    &duplicatesCommand, &usageCommand,
-    &volumesCommand, &settingsCommand, &historyCommand,
+    &scanCommand,    &cleanCommand,  &duplicatesCommand, &usageCommand,
+    &volumesCommand, &memoryCommand, &settingsCommand,   &historyCommand,
 };
 
 std::string overview() {

@@ -1,0 +1,127 @@
+#include "memory/ClearMemory.h"
+#include "memory/cleanMemoryInfo.h"
+#include "platform/Platform.h"
+#include "platform/SystemFacts.h"
+#include "support/ChildProcess.h"
+#include "support/FakeDesktop.h"
+#include "support/TestEnvironment.h"
+#include "support/TestTree.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <csignal>
+#include <cstring>
+#include <set>
+
+namespace brightsweep::test {
+namespace {
+
+class FixedFacts final : public SystemFacts {
+public:
+    Result<SystemVersion> version() override { return std::errc::not_supported; }
+    Result<std::string> kernelValue(std::string_view name) override {
+        if (unreadable.contains(std::string(name)))
+            return name == "hw.physmem" ? std::errc::permission_denied
+                                        : std::errc::no_such_file_or_directory;
+        const std::uint64_t number = name == "hw.pagesize" ? 16'384 : 1'000'000'000;
+        std::string bytes(sizeof number, '\0');
+        std::memcpy(bytes.data(), &number, sizeof number);
+        return bytes;
+    }
+    std::set<std::string> unreadable;
+};
+
+class Memory : public testing::Test {
+protected:
+    Memory() {
+        Platform::current().facts.reset(facts);
+        Platform::current().memory.reset(memory);
+    }
+    // A release tool of the system's that runs this script.
+    void install(const std::string &script) {
+        TestTree tree(TestEnvironment::current().system());
+        tree.file("usr/bin/purge", "#!/bin/sh\n" + script + "\n");
+        tree.mode("usr/bin/purge", 0755);
+    }
+    static bool ends(ClearMemory &clear) {
+        return eventually([&] { return !clear.isRuning(); });
+    }
+
+    FixedFacts *facts = new FixedFacts;
+    FakeMemory *memory = new FakeMemory;
+};
+
+TEST_F(Memory, ReadsPagesAsBytes) {
+    MemoryInfo info;
+    EXPECT_EQ(getMemoryInfo(nullptr), -1);
+    EXPECT_EQ(getMemoryInfo(&info), 0);
+    EXPECT_EQ(info.freeMem, 100u * 16'384);
+    EXPECT_EQ(info.wiredMem, 20u * 16'384);
+    EXPECT_EQ(info.vMem, 9u * 16'384);
+    EXPECT_EQ(info.totalMem, 1'000'000'000u);
+    EXPECT_EQ(info.usedMem, info.totalMem - info.freeMem);
+    EXPECT_EQ(info.swap, 0u);
+    const cleanMemoryInfo words(info);
+    EXPECT_EQ(words.freeMem, QStringLiteral("1.56 MB"));
+    EXPECT_EQ(words.totalMem, QStringLiteral("953.67 MB"));
+}
+
+TEST_F(Memory, KeepsWhatCannotBeRead) {
+    MemoryInfo info;
+    info.totalMem = 500;
+    info.freeMem = 100;
+    info.activeMem = 77;
+    facts->unreadable = {"hw.pagesize", "hw.memsize"};
+    memory->figures = std::errc::io_error;
+    EXPECT_EQ(getMemoryInfo(&info), ENOENT);
+    EXPECT_EQ(info.usedMem, 400u);
+    EXPECT_EQ(info.activeMem, 77u);
+    // The usual page size stands in, and the last failure is the one told.
+    memory->figures = MemoryCounts{.free = 2};
+    facts->unreadable = {"hw.pagesize", "hw.physmem"};
+    EXPECT_EQ(getMemoryInfo(&info), EACCES);
+    EXPECT_EQ(info.freeMem, 8192u);
+}
+
+TEST_F(Memory, OneReleaseAtATime) {
+    install("read line < \"$FIFO\"; exit 7");
+    TestTree tree;
+    const auto fifo = tree.fifo("fifo");
+    ::setenv("FIFO", fifo.c_str(), 1);
+    ClearMemory clear;
+    EXPECT_FALSE(clear.isRuning());
+    EXPECT_EQ(clear.clearMemory(), 0);
+    EXPECT_TRUE(clear.isRuning());
+    EXPECT_EQ(clear.clearMemory(), 1);
+    EXPECT_EQ(clear.terminationStatus(), std::nullopt);
+    tree.file("fifo", "go\n");
+    EXPECT_TRUE(ends(clear));
+    EXPECT_EQ(clear.terminationStatus(), std::nullopt) << "nobody has collected it";
+    // Starting anew collects, also when the end was not seen before.
+    EXPECT_EQ(clear.clearMemory(), 0);
+    EXPECT_EQ(clear.terminationStatus(), 7);
+    clear.stop();
+    EXPECT_TRUE(ends(clear));
+    EXPECT_EQ(clear.getMemoryInfo(nullptr), 0);
+    EXPECT_EQ(clear.terminationStatus(), 128 + SIGTERM);
+    clear.stop();
+    ::unsetenv("FIFO");
+}
+
+TEST_F(Memory, ChoosesTheSystemsToolFirst) {
+    ClearMemory clear;
+    EXPECT_EQ(std::filesystem::path(clear.releaseCommand()[0]).filename(), "purge");
+    EXPECT_NE(clear.releaseCommand()[0].find("/bin/purge"), std::string::npos)
+        << "the program's own, which is built beside the tests";
+    install("exit 0");
+    EXPECT_EQ(clear.releaseCommand(),
+              std::vector<std::string>{TestEnvironment::current().system() / "usr/bin/purge"});
+    ::chmod((TestEnvironment::current().system() / "usr/bin/purge").c_str(), 0);
+    EXPECT_EQ(clear.clearMemory(), -1);
+    EXPECT_FALSE(clear.isRuning());
+}
+
+} // namespace
+} // namespace brightsweep::test

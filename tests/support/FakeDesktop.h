@@ -1,0 +1,110 @@
+#pragma once
+
+#include "core/LoginItemRegistry.h"
+#include "platform/DesktopNotifier.h"
+#include "platform/MemorySource.h"
+#include "platform/SingleInstance.h"
+#include "platform/StatusItem.h"
+#include "platform/Workspace.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+// The desktop's facilities as a test says; each notes what it is told.
+namespace brightsweep::test {
+
+class FakeStatusItem final : public StatusItem {
+public:
+    bool hostPresent() const override { return host; }
+    void setShown(bool value) override { note(shown, value); }
+    void setImages(std::vector<StatusImage> value) override { note(images, std::move(value)); }
+    void setTitle(const QString &value) override { note(title, value); }
+    void setToolTip(const QString &first, const QString &text) override {
+        note(toolTip, first + QLatin1Char('\n') + text);
+    }
+    void setActivatedHandler(std::function<void(const StatusActivation &)> handler) override {
+        activated = std::move(handler);
+    }
+    void setHostHandler(std::function<void(bool)> handler) override {
+        hostHandler = std::move(handler);
+    }
+
+    bool host = true;
+    bool shown = false;
+    std::vector<StatusImage> images;
+    QString title;
+    QString toolTip;
+    int changes = 0; ///< calls that a desktop would have to be told of or not
+    std::function<void(const StatusActivation &)> activated;
+    std::function<void(bool)> hostHandler;
+
+private:
+    template <typename Value>
+    void note(Value &field, Value value) {
+        field = std::move(value);
+        ++changes;
+    }
+};
+
+class FakeNotifier final : public DesktopNotifier {
+public:
+    bool available() override { return true; }
+    void show(const DesktopNotification &notification) override { shown.push_back(notification); }
+
+    std::vector<DesktopNotification> shown;
+};
+
+class FakeInstance final : public SingleInstance {
+public:
+    InstanceOutcome claim(bool, const std::string &) override { return InstanceOutcome::First; }
+    void setActivateHandler(std::function<void(const std::string &)> handler) override {
+        activate = std::move(handler);
+    }
+
+    std::function<void(const std::string &)> activate;
+};
+
+class FakeMemory final : public MemorySource {
+public:
+    Result<MemoryCounts> counts() override { return figures; }
+    Result<std::uint64_t> availableBytes() override { return available; }
+
+    Result<MemoryCounts> figures = MemoryCounts{100, 50, 30, 20, 7, 8, 9};
+    std::uint64_t available = 2'147'483'648;
+};
+
+class FakeWorkspace final : public Workspace {
+public:
+    QString displayName(const std::filesystem::path &) override { return {}; }
+    bool isPackage(const std::filesystem::path &) override { return false; }
+    QString typeOf(const std::filesystem::path &) override { return {}; }
+    bool open(const std::filesystem::path &path) override {
+        opened.push_back(path);
+        return works;
+    }
+    bool reveal(const std::filesystem::path &path) override { return open(path); }
+
+    bool works = true;
+    std::vector<std::filesystem::path> opened;
+};
+
+class FakeLoginItems final : public LoginItemRegistry {
+public:
+    int indexForLoginItemWithPath(const std::filesystem::path &path) override {
+        const auto found = std::find(items.begin(), items.end(), path);
+        return found == items.end() ? -1 : int(found - items.begin());
+    }
+    bool removeLoginItemAtIndex(int index) override {
+        items.erase(items.begin() + index);
+        return true;
+    }
+    bool addLoginItemWithPath(const std::filesystem::path &path, bool) override {
+        items.push_back(path);
+        return true;
+    }
+
+    std::vector<std::filesystem::path> items;
+};
+
+} // namespace brightsweep::test
