@@ -19,7 +19,8 @@ public:
     virtual bool isPackage(const std::filesystem::path &path) = 0;
     /// The type of the item, empty for a plain folder and for what does not exist. Any thread.
     virtual QString typeOf(const std::filesystem::path &path) = 0;
-    /// Opens the item with the user's default program for it; a folder in the file manager.
+    /// Opens the item with the user's default program for it; a folder in the file manager. Does
+    /// not wait for that program; false where nothing can be started for the item.
     virtual bool open(const std::filesystem::path &path) = 0;
     /// Shows the item in its folder, in the file manager; where that cannot be, opens the folder.
     /// Does not wait; false for an item that does not exist.

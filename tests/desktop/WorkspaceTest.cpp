@@ -28,7 +28,8 @@ protected:
         fs::create_directories(programs);
         std::ofstream(programs / "xdg-open")
             << "#!/bin/sh\nprintf %s \"$1\" >'" << m_opened.native() << ".new'\nmv '"
-            << m_opened.native() << ".new' '" << m_opened.native() << "'\n";
+            << m_opened.native() << ".new' '" << m_opened.native() << "'\n"
+            << "while [ -e '" << m_holding.native() << "' ]; do sleep 0.01; done\n";
         fs::permissions(programs / "xdg-open", fs::perms::owner_all);
         m_path = ::getenv("PATH");
         ::setenv("PATH", (programs.native() + ":" + m_path).c_str(), 1);
@@ -45,6 +46,7 @@ protected:
 
     const fs::path m_work = test::TestEnvironment::current().work();
     const fs::path m_opened = m_work / "opened";
+    const fs::path m_holding = m_work / "holding"; // keeps the opener running
     std::string m_path;
 };
 
@@ -79,6 +81,16 @@ TEST_F(WorkspaceTest, OpensTheFolderWithoutABus) {
     fs::create_symlink("nowhere", m_work / "item");
     EXPECT_TRUE(Platform::current().workspace->reveal(m_work / "item"));
     EXPECT_EQ(opened(), m_work.native());
+}
+
+TEST_F(WorkspaceTest, OpeningDoesNotWaitForTheProgram) {
+    std::ofstream(m_holding) << "x";
+    EXPECT_TRUE(Platform::current().workspace->open(m_work));
+    EXPECT_EQ(opened(), m_work.native());
+    fs::remove(m_holding);
+    EXPECT_FALSE(Platform::current().workspace->open(m_work / "none"));
+    ::setenv("PATH", "/nowhere", 1);
+    EXPECT_FALSE(Platform::current().workspace->open(m_work));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxWorkspace.h"
 
+#include "foundation/Log.h"
 #include "foundation/Paths.h"
 #include "platform/linux/SessionBus.h"
 
@@ -35,15 +36,20 @@ bool isThere(const std::filesystem::path &path) {
     return ::stat(path.c_str(), &status) == 0;
 }
 
-bool runOpener(const std::filesystem::path &path) {
+// The opener may last as long as what it opens, so that only its start is waited for.
+bool startOpener(const std::filesystem::path &path) {
     std::string opener = "xdg-open";
     std::string place = path.native();
     char *arguments[] = {opener.data(), place.data(), nullptr};
     pid_t child = 0;
     if (::posix_spawnp(&child, opener.c_str(), nullptr, nullptr, arguments, environ) != 0)
         return false;
-    int status = 0;
-    return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    std::thread([child, place] {
+        int status = 0;
+        if (::waitpid(child, &status, 0) == child && status != 0)
+            NSLog("cannot open %@", place);
+    }).detach();
+    return true;
 }
 
 // The exact bytes of the path, whatever they are.
@@ -84,7 +90,7 @@ bool LinuxWorkspace::open(const std::filesystem::path &path) {
     // An absolute path never reads as an option of the opener.
     if (!path.is_absolute() || !isThere(path))
         return false;
-    return runOpener(path);
+    return startOpener(path);
 }
 
 bool LinuxWorkspace::reveal(const std::filesystem::path &path) {
@@ -92,10 +98,7 @@ bool LinuxWorkspace::reveal(const std::filesystem::path &path) {
     // A link that leads nowhere can be shown all the same.
     if (!path.is_absolute() || ::lstat(path.c_str(), &status) != 0)
         return false;
-    // The opener may last as long as what it opens.
-    const auto openFolder = [folder = paths::parent(path)] {
-        std::thread(runOpener, folder).detach();
-    };
+    const auto openFolder = [folder = paths::parent(path)] { startOpener(folder); };
     auto message = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.FileManager1"),
                                                   QStringLiteral("/org/freedesktop/FileManager1"),
                                                   QStringLiteral("org.freedesktop.FileManager1"),

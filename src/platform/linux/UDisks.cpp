@@ -22,6 +22,7 @@ extern "C" const char *__tsan_default_suppressions();
 extern "C" const char *__tsan_default_suppressions() {
     return "race:libQt6DBus.so\n"
            "race:brightsweep::UDisks::\n"
+           "race:brightsweep::SessionBus::metaObject\n"
            "race:libdbus-1.so\n"
            "deadlock:libdbus-1.so\n"
            "called_from_lib:libQt6DBus.so\n"
