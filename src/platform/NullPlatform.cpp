@@ -1,6 +1,7 @@
 #include "platform/AdministratorRights.h"
 #include "platform/DesktopHints.h"
 #include "platform/DesktopNotifier.h"
+#include "platform/FileHolders.h"
 #include "platform/MemorySource.h"
 #include "platform/Platform.h"
 #include "platform/SingleInstance.h"
@@ -167,6 +168,16 @@ private:
     std::string m_reason;
 };
 
+class NullFileHolders final : public FileHolders {
+public:
+    explicit NullFileHolders(const char *reason) : m_reason(reason) {}
+    std::string unavailableReason() const override { return m_reason; }
+    std::vector<HeldFile> heldFiles() override { return {}; }
+
+private:
+    std::string m_reason;
+};
+
 class NullStatusItem final : public StatusItem {
 public:
     explicit NullStatusItem(const char *reason) : m_reason(reason) {}
@@ -231,6 +242,7 @@ Platform makeNullPlatform(const char *reason) {
     platform.notifier = std::make_unique<NullDesktopNotifier>(reason);
     platform.instance = std::make_unique<NullSingleInstance>(reason);
     platform.hints = std::make_unique<NullDesktopHints>(reason);
+    platform.holders = std::make_unique<NullFileHolders>(reason);
     return platform;
 }
 

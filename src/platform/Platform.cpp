@@ -4,6 +4,7 @@
 #include "platform/AdministratorRights.h"
 #include "platform/DesktopHints.h"
 #include "platform/DesktopNotifier.h"
+#include "platform/FileHolders.h"
 #include "platform/FileOperations.h"
 #include "platform/MemorySource.h"
 #include "platform/SingleInstance.h"
@@ -18,6 +19,7 @@ namespace brightsweep {
 AdministratorRights::~AdministratorRights() = default;
 DesktopHints::~DesktopHints() = default;
 DesktopNotifier::~DesktopNotifier() = default;
+FileHolders::~FileHolders() = default;
 FileOperations::~FileOperations() = default;
 MemorySource::~MemorySource() = default;
 SingleInstance::~SingleInstance() = default;

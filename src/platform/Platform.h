@@ -7,6 +7,7 @@ namespace brightsweep {
 class AdministratorRights;
 class DesktopHints;
 class DesktopNotifier;
+class FileHolders;
 class FileOperations;
 class MemorySource;
 class SingleInstance;
@@ -30,6 +31,7 @@ struct Platform {
     std::unique_ptr<DesktopNotifier> notifier;
     std::unique_ptr<SingleInstance> instance;
     std::unique_ptr<DesktopHints> hints;
+    std::unique_ptr<FileHolders> holders;
 
     Platform();
     Platform(Platform &&) noexcept;

@@ -4,6 +4,7 @@
 #include "platform/AdministratorRights.h"
 #include "platform/DesktopHints.h"
 #include "platform/DesktopNotifier.h"
+#include "platform/FileHolders.h"
 #include "platform/FileOperations.h"
 #include "platform/MemorySource.h"
 #include "platform/SingleInstance.h"
@@ -304,6 +305,16 @@ public:
     }
 };
 
+class WrappedHolders final : public Wrapped<FileHolders> {
+public:
+    using Wrapped::Wrapped;
+    std::vector<HeldFile> heldFiles() override {
+        return ask(
+            "heldFiles", {}, [&] { return m_wrapped->heldFiles(); },
+            [](std::error_code) { return std::vector<HeldFile>(); });
+    }
+};
+
 class WrappedStatusItem final : public Wrapped<StatusItem> {
 public:
     using Wrapped::Wrapped;
@@ -396,6 +407,7 @@ Platform wrapPlatform(Platform wrapped, PlatformHook hook) {
     platform.notifier = std::make_unique<WrappedNotifier>(std::move(wrapped.notifier), hook);
     platform.instance = std::make_unique<WrappedInstance>(std::move(wrapped.instance), hook);
     platform.hints = std::make_unique<WrappedHints>(std::move(wrapped.hints), hook);
+    platform.holders = std::make_unique<WrappedHolders>(std::move(wrapped.holders), hook);
     return platform;
 }
 

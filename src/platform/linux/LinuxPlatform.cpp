@@ -4,6 +4,7 @@
 #include "platform/linux/LinuxAdministratorRights.h"
 #include "platform/linux/LinuxDesktopHints.h"
 #include "platform/linux/LinuxDesktopNotifier.h"
+#include "platform/linux/LinuxFileHolders.h"
 #include "platform/linux/LinuxFileOperations.h"
 #include "platform/linux/LinuxMemorySource.h"
 #include "platform/linux/LinuxSingleInstance.h"
@@ -30,6 +31,7 @@ Platform makeLinuxPlatform() {
     platform.volumes = std::make_unique<LinuxVolumeSource>();
     platform.rights = std::make_unique<LinuxAdministratorRights>();
     platform.workspace = std::make_unique<LinuxWorkspace>(bus);
+    platform.holders = std::make_unique<LinuxFileHolders>();
     platform.memory = std::make_unique<LinuxMemorySource>();
     platform.statusItem = std::make_unique<LinuxStatusItem>(bus);
     platform.notifier = std::make_unique<LinuxDesktopNotifier>(bus);
