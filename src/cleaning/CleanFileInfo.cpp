@@ -12,7 +12,8 @@ CleanFileInfo::CleanFileInfo(QString itemIcon, std::string itemName, std::filesy
       name(std::move(itemName)),
       path(std::move(itemPath)),
       size(std::move(itemSize)),
-      fileSizeNum(bytes) {}
+      fileSizeNum(bytes),
+      shownSize(size.size() < 2 ? 0 : UtilityFunction::getVolSpaceFromString(size)) {}
 
 int CleanFileInfo::compareBySize(const CleanFileInfo &other) const {
     const std::uint64_t own = UtilityFunction::getVolSpaceFromString(size);

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace brightsweep {
@@ -33,6 +34,10 @@ struct CleanFileInfo {
     QString size; ///< in words
     std::uint64_t fileSizeNum = 0;
     std::int8_t bIsSelected = 0;
+    /// The bytes that the words in `size` read as, which is what pages add up.
+    std::uint64_t shownSize = 0;
+    /// Nanoseconds since the epoch; none where it could not be read.
+    std::optional<std::int64_t> modified;
 
     /// The folder as it was when it was listed.
     std::shared_ptr<const RemovalRoot> root;

@@ -17,6 +17,7 @@ struct SizedItem {
     std::string name;
     EntryType type = EntryType::Unknown;
     std::uint64_t size = 0; ///< bytes; filled in by sizeItems() for a directory
+    std::optional<std::int64_t> modified = std::nullopt; ///< nanoseconds since the epoch
 };
 
 /// Sizes the items of an open folder, several directories at once, and hands each over on the

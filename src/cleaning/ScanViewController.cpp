@@ -10,6 +10,8 @@
 #include "platform/Platform.h"
 #include "uninstall/NvAuthorization.h"
 
+#include <QTimer>
+
 #include <algorithm>
 #include <unordered_map>
 #include <unordered_set>
@@ -23,16 +25,29 @@ bool listItems(const OpenDirectory &folder, const std::filesystem::path &path,
                std::vector<SizedItem> &items, const std::atomic<bool> &stop) {
     DirectoryBlock block;
     do {
-        if (stop ||
-            Platform::current().files->readBlock(folder, block, WantedAttributes::NonDirectories))
+        if (stop || Platform::current().files->readBlock(folder, block, WantedAttributes::All))
             return !stop;
         for (const DirectoryEntry &entry : block.entries()) {
-            if (!FolderUtilities::isReserved(path, entry.nameView()))
-                items.push_back({std::string(entry.nameView()), entry.type,
-                                 entry.hasAttributes ? entry.size : 0});
+            if (FolderUtilities::isReserved(path, entry.nameView()))
+                continue;
+            SizedItem item{std::string(entry.nameView()), entry.type};
+            if (entry.hasAttributes) {
+                item.size = entry.type == EntryType::Directory ? 0 : entry.size;
+                item.modified = entry.modified;
+            }
+            items.push_back(std::move(item));
         }
     } while (!block.atEnd());
     return true;
+}
+
+// True for an item that is no longer in the folder that it was found in.
+bool hasGone(const RemovalTarget &target) {
+    FileOperations &files = *Platform::current().files;
+    const auto holder = files.openHolder(target);
+    return holder &&
+           files.attributesAt(*holder, paths::lastComponent(target.relative).c_str()).error() ==
+               std::errc::no_such_file_or_directory;
 }
 
 QString failureText(const RemovalOutcome &outcome) {
@@ -61,6 +76,8 @@ void ScanViewController::beginScanTask(std::vector<std::filesystem::path> folder
     folderPaths = std::move(folders);
     twScan = ThreadWorker::workOn(this, &ScanViewController::scanFolder, nullptr,
                                   &ScanViewController::scanTaskFinished);
+    if (!twScan)
+        QTimer::singleShot(0, this, &ScanViewController::scanTaskFinished);
 }
 
 void ScanViewController::scanFolder(std::nullptr_t, ThreadWorker *) {
@@ -75,6 +92,7 @@ void ScanViewController::scanFolder(std::nullptr_t, ThreadWorker *) {
     {
         const std::lock_guard lock(m_mutex);
         m_scanFiles = std::move(found);
+        rowsChanged();
     }
     Q_EMIT scanFilesChanged();
 }
@@ -101,6 +119,7 @@ std::uint64_t ScanViewController::scanDirectory(const std::filesystem::path &dir
             withArray.emplace_back(paths::display(path), item.name, path,
                                    UtilityFunction::convertVolSpace(item.size), item.size);
         row.root = sharedRoot;
+        row.modified = item.modified;
         totalSize = addSaturating(totalSize, item.size);
         m_totalSize = totalSize;
         setFilesSize(UtilityFunction::convertVolSpace(totalSize));
@@ -124,6 +143,7 @@ void ScanViewController::refreshTableView() {
         const std::lock_guard lock(m_mutex);
         m_scanFiles.clear();
         m_filesSize.clear();
+        rowsChanged();
     }
     m_totalSize = 0;
     Q_EMIT scanFilesChanged();
@@ -142,6 +162,8 @@ void ScanViewController::beginCleanTask() {
     iCleanSize = 0;
     twFastClean = ThreadWorker::workOn(this, &ScanViewController::fastClean, nullptr,
                                        &ScanViewController::cleanFinished);
+    if (!twFastClean)
+        QTimer::singleShot(0, this, &ScanViewController::cleanFinished);
 }
 
 void ScanViewController::fastClean(std::nullptr_t, ThreadWorker *worker) {
@@ -167,6 +189,7 @@ void ScanViewController::fastClean(std::nullptr_t, ThreadWorker *worker) {
         std::erase_if(m_scanFiles, [&](const CleanFileInfo &row) {
             return removed.contains(row.path.native());
         });
+        rowsChanged();
         for (CleanFileInfo &row : m_scanFiles) {
             if (const auto failure = failures.find(row.path.native()); failure != failures.end())
                 row.failure = failure->second;
@@ -185,7 +208,7 @@ bool ScanViewController::removeRow(CleanFileInfo &row, const std::atomic<bool> &
         return false;
     }
     const RemovalOutcome outcome = NvAuthorization::removeWithOutcome(row.target(), &stop);
-    if (!outcome.removed) {
+    if (!outcome.removed && !hasGone(row.target())) {
         NSLog("Clean deletable file failed: %@-%@", row.path, outcome.error);
         row.failure = failureText(outcome);
         return false;
@@ -228,6 +251,69 @@ void ScanViewController::setSelected(std::size_t row, bool selected) {
         m_scanFiles[row].bIsSelected = selected ? 1 : 0;
     else
         NSLog("There is no row %llu to select", row);
+}
+
+// With the lock held.
+std::optional<std::size_t> ScanViewController::findRow(const std::string &path) const {
+    if (m_rowOfPath.empty()) {
+        m_rowOfPath.reserve(m_scanFiles.size());
+        for (std::size_t row = 0; row < m_scanFiles.size(); ++row)
+            m_rowOfPath.emplace(m_scanFiles[row].path.native(), row);
+    }
+    const auto found = m_rowOfPath.find(path);
+    return found == m_rowOfPath.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<std::size_t> ScanViewController::rowOf(const std::string &path) const {
+    const std::lock_guard lock(m_mutex);
+    return findRow(path);
+}
+
+bool ScanViewController::setSelected(const std::string &path, bool selected) {
+    const std::lock_guard lock(m_mutex);
+    const auto row = findRow(path);
+    if (row)
+        m_scanFiles[*row].bIsSelected = selected ? 1 : 0;
+    return row.has_value();
+}
+
+void ScanViewController::sortRows(const RowOrder &before) {
+    {
+        const std::lock_guard lock(m_mutex);
+        std::stable_sort(m_scanFiles.begin(), m_scanFiles.end(), before);
+        rowsChanged();
+    }
+    Q_EMIT scanFilesChanged();
+}
+
+ScanViewController::Counts ScanViewController::counts() const {
+    const std::lock_guard lock(m_mutex);
+    Counts counts;
+    counts.rows = m_scanFiles.size();
+    for (const CleanFileInfo &row : m_scanFiles) {
+        if (row.bIsSelected == 0)
+            continue;
+        ++counts.ticked;
+        counts.shownBytes = addSaturating(counts.shownBytes, row.shownSize);
+    }
+    return counts;
+}
+
+void ScanViewController::visitRows(const RowVisitor &visit) const {
+    const std::lock_guard lock(m_mutex);
+    for (const CleanFileInfo &row : m_scanFiles)
+        visit(row);
+}
+
+std::optional<CleanFileInfo> ScanViewController::rowAt(std::size_t row) const {
+    const std::lock_guard lock(m_mutex);
+    return row < m_scanFiles.size() ? std::optional(m_scanFiles[row]) : std::nullopt;
+}
+
+// With the lock held.
+void ScanViewController::rowsChanged() {
+    m_rowOfPath.clear();
+    ++m_generation;
 }
 
 void ScanViewController::selectAll(bool selected) {

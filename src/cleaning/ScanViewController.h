@@ -7,8 +7,13 @@
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace brightsweep {
@@ -56,7 +61,27 @@ public:
     std::vector<CleanFileInfo> scanFiles() const;
     std::size_t rowCount() const;
     void setSelected(std::size_t row, bool selected);
+    /// The row of that exact path; false where there is none.
+    bool setSelected(const std::string &path, bool selected);
     void selectAll(bool selected);
+
+    struct Counts {
+        std::size_t ticked = 0;
+        std::size_t rows = 0;
+        std::uint64_t shownBytes = 0; ///< the ticked rows' sizes as their words read, added up
+    };
+    Counts counts() const;
+    std::optional<CleanFileInfo> rowAt(std::size_t row) const;
+    /// The place of the row of that exact path.
+    std::optional<std::size_t> rowOf(const std::string &path) const;
+    /// Every row in order, without copies. The visitor calls nothing of this object.
+    using RowVisitor = std::function<void(const CleanFileInfo &)>;
+    void visitRows(const RowVisitor &visit) const;
+    /// Puts the rows into another order; equal ones stay as they are.
+    using RowOrder = std::function<bool(const CleanFileInfo &, const CleanFileInfo &)>;
+    void sortRows(const RowOrder &before);
+    /// Another number whenever rows came, went or changed places; ticks do not count.
+    std::uint64_t generation() const { return m_generation; }
     /// The rows that the last clean removed, each with the size that it had then.
     std::vector<CleanFileInfo> removedFiles() const;
     /// The running total in words.
@@ -78,6 +103,8 @@ private:
                                 std::vector<CleanFileInfo> &withArray);
     void scanTaskFinished();
     void fastClean(std::nullptr_t argument, ThreadWorker *worker);
+    void rowsChanged();
+    std::optional<std::size_t> findRow(const std::string &path) const;
     bool removeRow(CleanFileInfo &row, const std::atomic<bool> &stop);
     void cleanFinished();
     void setFilesSize(const QString &text);
@@ -88,9 +115,11 @@ private:
     std::atomic<bool> bIsStopTask{false};
     std::atomic<std::uint64_t> iCleanSize{0};
     std::atomic<std::uint64_t> m_totalSize{0};
+    std::atomic<std::uint64_t> m_generation{0};
 
     mutable std::mutex m_mutex; // guards what follows
     std::vector<CleanFileInfo> m_scanFiles;
+    mutable std::unordered_map<std::string_view, std::size_t> m_rowOfPath; // made when first needed
     std::vector<CleanFileInfo> selDelFiles;
     std::vector<CleanFileInfo> m_removedFiles;
     QString m_filesSize;
