@@ -1,0 +1,206 @@
+#include "cleaning/CategoryListModel.h"
+
+#include "cleaning/CleanCategories.h"
+#include "cleaning/FolderUtilities.h"
+#include "cleaning/ScanViewController.h"
+#include "foundation/Log.h"
+#include "foundation/NotificationCenter.h"
+#include "foundation/Paths.h"
+#include "platform/Platform.h"
+#include "platform/Workspace.h"
+
+namespace brightsweep {
+
+namespace {
+
+constexpr double fontSize = 12;
+constexpr double selectedFontSize = 13.5;
+
+void postCount(const QVariant &object, const QVariantMap &more = {}) {
+    QVariantMap userInfo = more;
+    userInfo.insert(QStringLiteral("object"), object);
+    NotificationCenter::defaultCenter().post(QStringLiteral("cleanShowSelectNumInBottom"), nullptr,
+                                             userInfo);
+}
+
+} // namespace
+
+CategoryListModel::CategoryListModel(ScanViewController &controller, QObject *parent)
+    : QAbstractTableModel(parent), m_controller(controller), m_rows(int(controller.rowCount())) {}
+
+void CategoryListModel::reload() {
+    const int rows = int(m_controller.rowCount());
+    if (rows != m_rows) {
+        beginResetModel();
+        m_rows = rows;
+        endResetModel();
+    } else if (rows > 0) {
+        Q_EMIT dataChanged(index(0, 0), index(rows - 1, columns - 1));
+    }
+}
+
+int CategoryListModel::CellClick(int row, int state) {
+    if (state != 1)
+        return 1;
+    const auto item = m_controller.rowAt(std::size_t(row));
+    NotificationCenter::defaultCenter().post(
+        QStringLiteral("selectedRowInFastClean"), nullptr,
+        {{QStringLiteral("object"), row},
+         {QStringLiteral("isSelect"), isSlected},
+         {QStringLiteral("iconImage"), item ? item->icon : QString()}});
+    NSLog("CellClick=%d", row);
+    return 0;
+}
+
+bool CategoryListModel::openFinder(int row) {
+    const auto item = m_controller.rowAt(std::size_t(row));
+    return item &&
+           Platform::current().workspace->open(FolderUtilities::getFolderFromFile(item->path));
+}
+
+void CategoryListModel::cleanShowSelectNumInBottom(bool state) {
+    if (!m_enabled)
+        return;
+    m_controller.selectAll(state);
+    getSelectAllOrNull();
+    reload();
+    postCount(m_controller.rowCount() > 0 && state,
+              {{QStringLiteral("startButton"), QStringLiteral("selectButton")},
+               {QStringLiteral("animation"), QStringLiteral("animation")}});
+}
+
+void CategoryListModel::setAllCheckBoxSelect() {
+    selectAll(true);
+}
+
+void CategoryListModel::setNoCheckBoxSelect() {
+    selectAll(false);
+}
+
+void CategoryListModel::selectAll(bool ticked) {
+    m_controller.selectAll(ticked);
+    setSelectButton(ticked);
+    reload();
+}
+
+void CategoryListModel::getSelectAllOrNull() {
+    const ScanViewController::Counts counts = m_controller.counts();
+    const bool all = counts.rows > 0 && counts.ticked == counts.rows;
+    setSelectButton(all);
+    changeCheckBoxInUserDefaultsWithNumber(all ? 1 : counts.ticked > 0 ? 2 : 0);
+}
+
+void CategoryListModel::changeCheckBoxInUserDefaultsWithNumber(int number) {
+    cleanCategories[std::size_t(aTag)].setClicked(number);
+}
+
+void CategoryListModel::setSelectButton(bool on) {
+    m_selectButton = on;
+    Q_EMIT selectButtonChanged(on);
+}
+
+bool CategoryListModel::shouldSelectRow(int row) {
+    m_selectRowNum = row;
+    reload();
+    return true;
+}
+
+bool CategoryListModel::shouldSelectTableColumn(int column) {
+    return column != checkBox && column != openFiled;
+}
+
+int CategoryListModel::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : m_rows;
+}
+
+int CategoryListModel::columnCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : columns;
+}
+
+QVariant CategoryListModel::data(const QModelIndex &index, int role) const {
+    const auto row = index.isValid() ? m_controller.rowAt(std::size_t(index.row())) : std::nullopt;
+    if (!row)
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+        return index.column() == Name   ? QVariant(paths::display(row->name))
+               : index.column() == Size ? QVariant(row->size)
+                                        : QVariant();
+    case Qt::CheckStateRole:
+        return index.column() == checkBox
+                   ? QVariant(row->bIsSelected != 0 ? Qt::Checked : Qt::Unchecked)
+                   : QVariant();
+    case Qt::ToolTipRole:
+        return QStringLiteral("<qt>%1</qt>").arg(paths::display(row->path).toHtmlEscaped());
+    case Qt::TextAlignmentRole:
+        return index.column() == Size ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
+    case PathRole:
+    case IconRole:
+        return paths::toVariant(row->path);
+    case PrimaryTextRole:
+        return paths::display(row->name);
+    case SecondaryTextRole:
+        return paths::display(row->path);
+    case FailureRole:
+        return row->failure;
+    case FontSizeRole:
+        return index.row() == m_selectRowNum ? selectedFontSize : fontSize;
+    case ImageRole:
+        return index.column() == openFiled ? QVariant(QStringLiteral("search_file.png"))
+                                           : QVariant();
+    default:
+        return {};
+    }
+}
+
+// A click flips the tick, whatever value the view hands over.
+bool CategoryListModel::setData(const QModelIndex &index, const QVariant &, int role) {
+    if (!m_enabled || role != Qt::CheckStateRole || !index.isValid() || index.column() != checkBox)
+        return false;
+    const auto row = m_controller.rowAt(std::size_t(index.row()));
+    if (!row)
+        return false;
+    isSlected = row->bIsSelected == 0;
+    m_controller.setSelected(std::size_t(index.row()), isSlected);
+    getSelectAllOrNull();
+    Q_EMIT dataChanged(index, index);
+    postCount(isSlected);
+    return true;
+}
+
+Qt::ItemFlags CategoryListModel::flags(const QModelIndex &index) const {
+    if (!index.isValid())
+        return {};
+    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+    return index.column() == checkBox ? flags | Qt::ItemIsUserCheckable : flags;
+}
+
+void CategoryListModel::sort(int column, Qt::SortOrder order) {
+    if (!m_enabled || column < 0 || column >= columns)
+        return;
+    Q_EMIT layoutAboutToBeChanged();
+    const QModelIndexList before = persistentIndexList();
+    std::vector<std::string> paths;
+    for (const QModelIndex &index : before) {
+        const auto row = m_controller.rowAt(std::size_t(index.row()));
+        paths.push_back(row ? row->path.native() : std::string());
+    }
+    const bool ascending = order == Qt::AscendingOrder;
+    m_controller.sortRows([&](const CleanFileInfo &first, const CleanFileInfo &second) {
+        const CleanFileInfo &a = ascending ? first : second;
+        const CleanFileInfo &b = ascending ? second : first;
+        // Sizes as shown: rows that show the same keep their places.
+        return column == Size       ? a.shownSize < b.shownSize
+               : column == checkBox ? a.bIsSelected < b.bIsSelected
+                                    : a.name < b.name;
+    });
+    QModelIndexList after;
+    for (qsizetype i = 0; i < before.size(); ++i) {
+        const auto row = m_controller.rowOf(paths[std::size_t(i)]);
+        after += row ? index(int(*row), before[i].column()) : QModelIndex();
+    }
+    changePersistentIndexList(before, after);
+    Q_EMIT layoutChanged();
+}
+
+} // namespace brightsweep

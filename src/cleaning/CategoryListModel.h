@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QAbstractTableModel>
+
+namespace brightsweep {
+
+class ScanViewController;
+
+/// The list of one category: the table side of a ScanViewController. Main thread; it outlives its
+/// controller's runs, and reload() follows each of them.
+class CategoryListModel : public QAbstractTableModel {
+    Q_OBJECT
+
+public:
+    enum Column { checkBox, Name, Size, openFiled, columns };
+    enum Role {
+        PathRole = Qt::UserRole, ///< in the form of paths::toVariant()
+        IconRole,                ///< the path to look the icon up by, in the same form
+        PrimaryTextRole,
+        SecondaryTextRole,
+        FailureRole,
+        FontSizeRole, ///< 12, of the selected row 13.5
+        ImageRole,    ///< of the column that opens the file manager
+    };
+
+    explicit CategoryListModel(ScanViewController &controller, QObject *parent = nullptr);
+
+    /// The controller's rows, or their ticks, are other ones now.
+    void reload();
+    /// While false no tick and no other order is taken.
+    void setEnabled(bool enabled) { m_enabled = enabled; }
+
+    /// A click into the column of ticks; the reply is the cell's new state. Only a cell that was on
+    /// posts "selectedRowInFastClean".
+    int CellClick(int row, int state);
+    /// Opens the folder that holds the item; of a plain folder the folder itself.
+    bool openFinder(int row);
+    /// The check box of the header.
+    void cleanShowSelectNumInBottom(bool state);
+    void setAllCheckBoxSelect();
+    void setNoCheckBoxSelect();
+    /// Counts the ticked rows, sets the header's box and writes the state. The write goes to the
+    /// setting of the system caches, whichever list this is; the page puts all six right when it
+    /// counts the next time.
+    void getSelectAllOrNull();
+    void changeCheckBoxInUserDefaultsWithNumber(int number);
+    /// The row that stands out.
+    bool shouldSelectRow(int row);
+    static bool shouldSelectTableColumn(int column);
+    int selectRowNum() const { return m_selectRowNum; }
+    bool selectButton() const { return m_selectButton; }
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
+
+Q_SIGNALS:
+    void selectButtonChanged(bool on);
+
+private:
+    void setSelectButton(bool on);
+    void selectAll(bool ticked);
+
+    ScanViewController &m_controller;
+    int m_rows = 0;
+    int m_selectRowNum = -1;
+    int aTag = 0; // never another
+    bool m_selectButton = false;
+    bool m_enabled = true;
+    bool isSlected = false;
+};
+
+} // namespace brightsweep

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "duplicates/SimpleNodeData.h"
+
+#include <QString>
+
+#include <string>
+#include <utility>
+
+namespace brightsweep {
+
+/// What a leaf of the clean page knows beyond a file: why its last removal failed, and which
+/// running program holds something of it open. Both are empty where there is nothing to tell.
+class CleanNodeData final : public SimpleNodeData {
+public:
+    explicit CleanNodeData(std::string path) : SimpleNodeData(std::move(path), true) {}
+
+    QString failure;
+    QString holder;
+};
+
+} // namespace brightsweep

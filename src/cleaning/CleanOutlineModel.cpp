@@ -1,0 +1,356 @@
+#include "cleaning/CleanOutlineModel.h"
+
+#include "core/UtilityFunction.h"
+#include "foundation/Paths.h"
+
+#include <QDateTime>
+#include <QLocale>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <unordered_map>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr std::array<const char *, CleanOutlineModel::columns> columnTitles = {
+    "", "Name", "Selected", "Size", "Modified"};
+
+const char *checkImage(const SimpleNodeData &data) {
+    return data.selectNum() == 2   ? "option_a.png"
+           : data.selectNum() == 1 ? "option_yes.png"
+                                   : "option_no.png";
+}
+
+Qt::CheckState checkState(const SimpleNodeData &data) {
+    return data.selectNum() == 2   ? Qt::PartiallyChecked
+           : data.selectNum() == 1 ? Qt::Checked
+                                   : Qt::Unchecked;
+}
+
+QString dateWords(FileTime time) {
+    using std::chrono::duration_cast;
+    const auto milliseconds = duration_cast<std::chrono::milliseconds>(time.time_since_epoch());
+    return QLocale().toString(QDateTime::fromMSecsSinceEpoch(milliseconds.count()),
+                              QLocale::ShortFormat);
+}
+
+QString holderWords(const QString &program) {
+    return QStringLiteral("In use by %1").arg(program);
+}
+
+// A tip is rich text as soon as it looks like it; a name must never be.
+QString toolTip(const SimpleNodeData &data) {
+    QString tip = paths::display(data.name()).toHtmlEscaped();
+    if (data.isLeaf()) {
+        const auto &leaf = static_cast<const CleanNodeData &>(data);
+        if (!leaf.failure.isEmpty())
+            tip += QStringLiteral("<br>") + leaf.failure.toHtmlEscaped();
+        if (!leaf.holder.isEmpty())
+            tip += QStringLiteral("<br>") + holderWords(leaf.holder).toHtmlEscaped();
+    }
+    return QStringLiteral("<qt>%1</qt>").arg(tip);
+}
+
+QString accessibleText(const SimpleNodeData &data) {
+    QString words = paths::display(data.name());
+    if (data.isLeaf()) {
+        const auto &leaf = static_cast<const CleanNodeData &>(data);
+        for (const QString &more :
+             {leaf.failure, leaf.holder.isEmpty() ? QString() : holderWords(leaf.holder)}) {
+            if (!more.isEmpty())
+                words += QStringLiteral(", ") + more;
+        }
+    }
+    return words;
+}
+
+} // namespace
+
+CleanOutlineModel::CleanOutlineModel(CleanResultTree &tree, QObject *parent)
+    : QAbstractItemModel(parent), m_tree(tree) {
+    list();
+}
+
+void CleanOutlineModel::rebuild(const std::vector<ScanViewController *> &tableControllers) {
+    if (m_tree.isStale(tableControllers)) {
+        changeLayout([&] { m_tree.constructTree(tableControllers); });
+    } else {
+        m_tree.constructTree(tableControllers);
+        valuesChanged();
+    }
+}
+
+void CleanOutlineModel::setFilter(const QString &text) {
+    if (text != m_filter)
+        changeLayout([&] { m_filter = text; });
+}
+
+void CleanOutlineModel::sort(int column, Qt::SortOrder order) {
+    changeLayout([&] {
+        m_sortColumn = column;
+        m_sortOrder = order;
+    });
+}
+
+template <typename Change>
+void CleanOutlineModel::changeLayout(Change change) {
+    Q_EMIT layoutAboutToBeChanged();
+    const std::vector<Place> kept = places();
+    change();
+    list();
+    restore(kept);
+    Q_EMIT layoutChanged();
+}
+
+std::vector<CleanOutlineModel::Place> CleanOutlineModel::places() const {
+    std::vector<Place> places;
+    for (const QModelIndex &index : persistentIndexList()) {
+        const SimpleTreeNode *node = nodeOf(index);
+        const CleanResultTree::Group *group = m_tree.groupOf(node);
+        if (group)
+            places.push_back({index, group->category,
+                              node->data().isLeaf() ? node->data().name() : std::string()});
+    }
+    return places;
+}
+
+void CleanOutlineModel::restore(const std::vector<Place> &places) {
+    // Only the groups that somebody remembers a row of are looked through.
+    std::unordered_map<unsigned, std::unordered_map<std::string_view, int>> rows;
+    for (const Place &place : places) {
+        if (!place.path.empty())
+            rows.try_emplace(place.category);
+    }
+    std::unordered_map<unsigned, int> groupRows;
+    for (int row = 0; row < int(m_shown.size()); ++row) {
+        const Shown &shown = m_shown[std::size_t(row)];
+        groupRows.emplace(shown.category, row);
+        const auto wanted = rows.find(shown.category);
+        if (wanted == rows.end())
+            continue;
+        wanted->second.reserve(shown.leaves.size());
+        for (int leaf = 0; leaf < int(shown.leaves.size()); ++leaf)
+            wanted->second.emplace(shown.leaves[std::size_t(leaf)]->data().name(), leaf);
+    }
+    QModelIndexList from;
+    QModelIndexList to;
+    for (const Place &place : places) {
+        from += place.before;
+        QModelIndex now;
+        if (const auto group = groupRows.find(place.category); group != groupRows.end()) {
+            now = index(group->second, place.before.column());
+            if (!place.path.empty()) {
+                const auto &leaves = rows[place.category];
+                const auto leaf = leaves.find(place.path);
+                now = leaf == leaves.end()
+                          ? QModelIndex()
+                          : index(leaf->second, place.before.column(), now.siblingAtColumn(0));
+            }
+        }
+        to += now;
+    }
+    changePersistentIndexList(from, to);
+}
+
+void CleanOutlineModel::list() {
+    m_shown.clear();
+    for (const CleanResultTree::Group &group : m_tree.groups()) {
+        Shown shown{group.category, group.node.get(), {}};
+        shown.leaves.reserve(group.leaves.size());
+        for (const CleanResultTree::Node &leaf : group.leaves) {
+            const std::string &name = leaf->data().name();
+            if (m_filter.isEmpty() ||
+                paths::display(paths::lastComponent(name)).contains(m_filter, Qt::CaseInsensitive))
+                shown.leaves.push_back(leaf.get());
+        }
+        order(shown.leaves);
+        m_shown.push_back(std::move(shown));
+    }
+}
+
+void CleanOutlineModel::order(std::vector<SimpleTreeNode *> &leaves) const {
+    const auto sortBy = [&](auto before) {
+        if (m_sortOrder == Qt::AscendingOrder)
+            std::stable_sort(leaves.begin(), leaves.end(), before);
+        else
+            std::stable_sort(leaves.begin(), leaves.end(),
+                             [&](const auto *a, const auto *b) { return before(b, a); });
+    };
+    switch (m_sortColumn) {
+    case Checkbox:
+        return sortBy([](const SimpleTreeNode *a, const SimpleTreeNode *b) {
+            return a->data().selectNum() < b->data().selectNum();
+        });
+    case NameColumn:
+        return sortBy([](const SimpleTreeNode *a, const SimpleTreeNode *b) {
+            return a->data().name() < b->data().name();
+        });
+    case FileSize:
+        return sortBy([](const SimpleTreeNode *a, const SimpleTreeNode *b) {
+            return a->data().fileSize() < b->data().fileSize();
+        });
+    case ModifyDate:
+        return sortBy([](const SimpleTreeNode *a, const SimpleTreeNode *b) {
+            return a->data().ModificationDate() < b->data().ModificationDate();
+        });
+    default:
+        return;
+    }
+}
+
+void CleanOutlineModel::valuesChanged() {
+    if (m_shown.empty())
+        return;
+    for (int row = 0; row < int(m_shown.size()); ++row) {
+        const QModelIndex group = index(row, 0);
+        const int leaves = rowCount(group);
+        if (leaves > 0)
+            Q_EMIT dataChanged(index(0, 0, group), index(leaves - 1, columns - 1, group));
+    }
+    Q_EMIT dataChanged(index(0, 0), index(int(m_shown.size()) - 1, columns - 1));
+}
+
+std::vector<SimpleTreeNode *> CleanOutlineModel::shownLeaves(const QModelIndex &index) const {
+    SimpleTreeNode *node = nodeOf(index);
+    if (!node)
+        return {};
+    const Shown *group = shownOf(node);
+    return group ? group->leaves : std::vector{node};
+}
+
+std::vector<SimpleTreeNode *> CleanOutlineModel::shownLeaves() const {
+    std::vector<SimpleTreeNode *> all;
+    for (const Shown &shown : m_shown)
+        all.insert(all.end(), shown.leaves.begin(), shown.leaves.end());
+    return all;
+}
+
+const CleanOutlineModel::Shown *CleanOutlineModel::shownOf(const SimpleTreeNode *group) const {
+    const auto found = std::find_if(m_shown.begin(), m_shown.end(),
+                                    [&](const Shown &shown) { return shown.group == group; });
+    return found == m_shown.end() ? nullptr : &*found;
+}
+
+SimpleTreeNode *CleanOutlineModel::nodeOf(const QModelIndex &index) const {
+    return index.isValid() ? static_cast<SimpleTreeNode *>(index.internalPointer()) : nullptr;
+}
+
+QModelIndex CleanOutlineModel::index(int row, int column, const QModelIndex &parent) const {
+    if (row < 0 || column < 0 || column >= columns || row >= rowCount(parent))
+        return {};
+    if (!parent.isValid())
+        return createIndex(row, column, m_shown[std::size_t(row)].group);
+    return createIndex(row, column, m_shown[std::size_t(parent.row())].leaves[std::size_t(row)]);
+}
+
+QModelIndex CleanOutlineModel::parent(const QModelIndex &index) const {
+    const SimpleTreeNode *node = nodeOf(index);
+    if (!node || !node->data().isLeaf())
+        return {};
+    const Shown *group = shownOf(static_cast<SimpleTreeNode *>(node->nodeParent()));
+    return group ? createIndex(int(group - m_shown.data()), 0, group->group) : QModelIndex();
+}
+
+int CleanOutlineModel::rowCount(const QModelIndex &parent) const {
+    if (!parent.isValid())
+        return int(m_shown.size());
+    const bool isGroup = parent.column() == 0 && !parent.parent().isValid();
+    return isGroup ? int(m_shown[std::size_t(parent.row())].leaves.size()) : 0;
+}
+
+int CleanOutlineModel::columnCount(const QModelIndex &) const {
+    return columns;
+}
+
+QVariant CleanOutlineModel::text(const SimpleNodeData &data, int column) const {
+    switch (column) {
+    case NameColumn:
+        return paths::display(data.name());
+    case allSelectNum:
+        return data.isGroup() ? QVariant(QString::fromStdString(data.showSelectNumStr()))
+                              : QVariant();
+    case FileSize:
+        return UtilityFunction::convertVolSpace(data.fileSize());
+    case ModifyDate:
+        return data.isLeaf() && data.ModificationDate()
+                   ? QVariant(dateWords(*data.ModificationDate()))
+                   : QVariant();
+    default:
+        return {};
+    }
+}
+
+QVariant CleanOutlineModel::data(const QModelIndex &index, int role) const {
+    const SimpleTreeNode *node = nodeOf(index);
+    if (!node)
+        return {};
+    const SimpleNodeData &data = node->data();
+    const auto *leaf = data.isLeaf() ? static_cast<const CleanNodeData *>(&data) : nullptr;
+    switch (role) {
+    case Qt::DisplayRole:
+        return text(data, index.column());
+    case Qt::CheckStateRole:
+        return index.column() == Checkbox ? QVariant(checkState(data)) : QVariant();
+    case Qt::ToolTipRole:
+        return toolTip(data);
+    case Qt::AccessibleTextRole:
+        return index.column() <= NameColumn ? QVariant(accessibleText(data)) : QVariant();
+    case Qt::TextAlignmentRole:
+        return index.column() == FileSize ? QVariant(Qt::AlignRight | Qt::AlignVCenter)
+                                          : QVariant();
+    case PathRole:
+        return leaf ? paths::toVariant(data.name()) : QVariant();
+    case ImageRole:
+        return QString::fromLatin1(checkImage(data));
+    case IconRole:
+        return paths::toVariant(data.iconRep());
+    case CategoryRole: {
+        const auto *group = m_tree.groupOf(node);
+        return group ? QVariant(group->category) : QVariant();
+    }
+    case IsGroupRole:
+        return data.isGroup();
+    case BytesRole:
+        return qulonglong(data.fileSize());
+    case FailureRole:
+        return leaf ? leaf->failure : QString();
+    case HolderRole:
+        return leaf ? leaf->holder : QString();
+    default:
+        return {};
+    }
+}
+
+// The value plays no part: the page's own rules say what a click does.
+bool CleanOutlineModel::setData(const QModelIndex &index, const QVariant &, int role) {
+    if (role != Qt::CheckStateRole || !m_enabled || !index.isValid())
+        return false;
+    Q_EMIT checkBoxClicked(index);
+    return true;
+}
+
+Qt::ItemFlags CleanOutlineModel::flags(const QModelIndex &index) const {
+    if (!index.isValid())
+        return {};
+    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    if (index.column() == Checkbox && m_enabled)
+        flags |= Qt::ItemIsUserCheckable;
+    if (nodeOf(index)->data().isLeaf())
+        flags |= Qt::ItemNeverHasChildren;
+    return flags;
+}
+
+QVariant CleanOutlineModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || section < 0 || section >= columns)
+        return {};
+    if (role == Qt::DisplayRole)
+        return QString::fromLatin1(columnTitles[std::size_t(section)]);
+    return role == Qt::TextAlignmentRole && section == FileSize
+               ? QVariant(Qt::AlignRight | Qt::AlignVCenter)
+               : QVariant();
+}
+
+} // namespace brightsweep

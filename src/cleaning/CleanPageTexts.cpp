@@ -1,0 +1,98 @@
+#include "cleaning/CleanPageTexts.h"
+
+#include "core/DateText.h"
+#include "core/Texts.h"
+#include "core/UtilityFunction.h"
+#include "foundation/Log.h"
+
+#include <algorithm>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int loudSize = 14;
+constexpr int loudestSize = 18;
+
+int length(const QString &text) {
+    return int(text.size());
+}
+
+struct RowTexts {
+    int row;
+    const char *title;
+    const char *description;
+    const char *image;
+};
+
+constexpr RowTexts rowTexts[] = {
+    {0, "TITLE_CLEAN_SYS_MYMAC", nullptr, "my_mac_b.png"},
+    {1, "TITLE_CLEAN_SYS_CACHES", "DESC_CLEAN_SYS_CACHES", "system_caches_b.png"},
+    {2, "TITLE_CLEAN_USR_CACHES", "DESC_CLEAN_USR_CACHES", "user_caches_b.png"},
+    {3, "TITLE_CLEAN_SYS_LOGS", "DESC_CLEAN_SYS_LOGS", "system_logs_b.png"},
+    {4, "TITLE_CLEAN_USR_LOGS", "DESC_CLEAN_USR_LOGS", "user_logs_b.png"},
+    {5, "TITLE_CLEAN_TRASH", "DESC_CLEAN_TRASH", "user_trash_b.png"},
+    {6, "TITLE_CLEAN_DOWNLOADS", "DESC_CLEAN_DOWNLOADS", "download_b.png"},
+    {8, "TITLE_UNINSTALL", "DESC_UNINSTALL", "uninstall_b.png"},
+    {9, "TITLE_FREESPACE_MONITOR", "DESC_FREESPACE_MONITOR", "disk_b.png"},
+};
+
+} // namespace
+
+CleanStyledText cleanPageTexts::countLine(std::size_t selected, std::size_t total,
+                                          std::uint64_t bytes) {
+    const QString selectedWords = QString::number(selected);
+    const QString totalWords = QString::number(total);
+    const QString sizeWords = UtilityFunction::convertVolSpace(bytes);
+    const QString between = QStringLiteral(" of ");
+    const QString behind = QStringLiteral(" selected, ");
+    const int totalStart = length(selectedWords) + length(between);
+    const int sizeStart = totalStart + length(totalWords) + length(behind);
+    return {selectedWords + between + totalWords + behind + sizeWords +
+                QStringLiteral(" will free up."),
+            12,
+            {{0, length(selectedWords), loudSize, true},
+             {totalStart, length(totalWords), 0, false},
+             {sizeStart, length(sizeWords), 0, false}}};
+}
+
+CleanStyledText cleanPageTexts::cleanedLine(std::uint64_t bytes) {
+    const QString words = UtilityFunction::convertVolSpace(bytes);
+    return {words + QStringLiteral(" is cleaned"), 12, {{0, length(words), 0, false}}};
+}
+
+QString cleanPageTexts::freeSpaceLine(const QString &before, const QString &after) {
+    return before.isEmpty() || after.isEmpty()
+               ? QString()
+               : QStringLiteral("Free space: %1 before, %2 now.").arg(before, after);
+}
+
+CleanStyledText cleanPageTexts::recoveredLine(std::uint64_t bytes, const QDateTime &date,
+                                              const QString &freeString,
+                                              const QString &totleString) {
+    const QString words = UtilityFunction::convertVolSpace(bytes);
+    const QString dateWords =
+        date.isValid() ? UtilityFunction::parseDateTime(dateText(date)) : QString();
+    return {QStringLiteral("%1 space has been recovered since last clean %2. The capacity of "
+                           "startup disk is %3, and %4 is available.")
+                .arg(words, dateWords, freeString, totleString),
+            12,
+            {{0, length(words), loudestSize, true}}};
+}
+
+CleanHeading changeNoteText(int row) {
+    const auto *const found = std::find_if(std::begin(rowTexts), std::end(rowTexts),
+                                           [&](const RowTexts &texts) { return texts.row == row; });
+    if (found == std::end(rowTexts)) {
+        NSLog("请核对名字（KEY）是否与LocalSizeStr对应");
+        return {};
+    }
+    CleanHeading heading;
+    heading.title = localizedText(found->title);
+    heading.image = QLatin1String(found->image);
+    if (found->description)
+        heading.description.text = localizedText(found->description);
+    return heading;
+}
+
+} // namespace brightsweep

@@ -1,0 +1,90 @@
+#include "cleaning/CleanSelection.h"
+
+#include "cleaning/CategoryListModel.h"
+#include "cleaning/CleanCategories.h"
+#include "cleaning/ItemSizes.h"
+#include "cleaning/ScanViewController.h"
+#include "foundation/UserDefaults.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace brightsweep {
+
+namespace {
+
+// A write reaches the disk, so what stays as it is is not written.
+void changeCheckBoxInUserDefaults(const CleanCategory &category, int number) {
+    const UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    if (!defaults.hasUserValue(category.key) || defaults.integerForKey(category.key) != number)
+        category.setClicked(number);
+}
+
+} // namespace
+
+CleanSelection::CleanSelection(std::vector<ScanViewController *> controllers,
+                               std::vector<CategoryListModel *> lists)
+    : m_controllers(std::move(controllers)), m_lists(std::move(lists)) {
+    reload();
+}
+
+void CleanSelection::reload() {
+    m_selectArray = getDefaultsValue();
+}
+
+int CleanSelection::returnSelectNum() const {
+    return int(std::count_if(m_selectArray.begin(), m_selectArray.end(), [](const QString &state) {
+        return state == QLatin1String("1") || state == QLatin1String("2");
+    }));
+}
+
+CleanSelection::Counts CleanSelection::counts(unsigned category) const {
+    const ScanViewController::Counts rows = m_controllers[category]->counts();
+    return {rows.ticked, rows.rows, rows.shownBytes};
+}
+
+CleanSelection::Counts CleanSelection::counts() const {
+    Counts sum;
+    for (unsigned category = 0; category < m_controllers.size(); ++category) {
+        const Counts one = counts(category);
+        sum.selected += one.selected;
+        sum.total += one.total;
+        sum.bytes = addSaturating(sum.bytes, one.bytes);
+    }
+    return sum;
+}
+
+void CleanSelection::applyStored() {
+    for (unsigned category = 0; category < m_controllers.size(); ++category) {
+        const QString &state = m_selectArray[category];
+        tickAll(category, state != QLatin1String("0"));
+        if (state == QLatin1String("2"))
+            changeCheckBoxInUserDefaults(cleanCategories[category], 1);
+    }
+}
+
+void CleanSelection::tickAll(unsigned category, bool ticked) {
+    if (ticked)
+        m_lists[category]->setAllCheckBoxSelect();
+    else
+        m_lists[category]->setNoCheckBoxSelect();
+}
+
+std::array<int, 6> CleanSelection::store(bool keepEmpty) {
+    std::array<int, 6> states{};
+    for (unsigned category = 0; category < m_controllers.size(); ++category) {
+        const Counts one = counts(category);
+        if (keepEmpty && one.total == 0) {
+            states[category] = getDefaultsValue()[category].toInt();
+            continue;
+        }
+        const bool all = one.total > 0 && one.selected == one.total;
+        states[category] = all ? 1 : one.selected > 0 ? 2 : 0;
+        if (states[category] != 2)
+            tickAll(category, all);
+        changeCheckBoxInUserDefaults(cleanCategories[category], states[category]);
+    }
+    return states;
+}
+
+} // namespace brightsweep

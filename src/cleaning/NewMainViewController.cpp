@@ -1,0 +1,403 @@
+#include "cleaning/NewMainViewController.h"
+
+#include "cleaning/CategoryListModel.h"
+#include "cleaning/CleanCategories.h"
+#include "cleaning/CustomTableView.h"
+#include "cleaning/FolderUtilities.h"
+#include "cleaning/NewLeftCustomTableView.h"
+#include "cleaning/ScanViewController.h"
+#include "cleaning/V3MainListView.h"
+#include "core/ParseFileLog.h"
+#include "foundation/Log.h"
+#include "foundation/NotificationCenter.h"
+#include "volumes/VolumesInfo.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int startOfProgress = 5;
+
+const QString object = QStringLiteral("object");
+const QString disabledCleanImage = QStringLiteral("clean_d.png");
+const QString enabledCleanImage = QStringLiteral("clean_normal.png");
+
+constexpr std::array<const char *, categoryCount> rowImages = {
+    "system_caches_b.png", "user_caches_b.png", "system_logs_b.png",
+    "user_logs_b.png",     "user_trash_b.png",  "download_folder_b.png"};
+
+template <typename Owned>
+auto pointers(const std::vector<std::unique_ptr<Owned>> &owned) {
+    std::vector<Owned *> all;
+    for (const auto &each : owned)
+        all.push_back(each.get());
+    return all;
+}
+
+} // namespace
+
+NewMainViewController::NewMainViewController(QObject *parent)
+    : NewMainViewController(Surroundings(), parent) {}
+
+NewMainViewController::NewMainViewController(Surroundings surroundings, QObject *parent)
+    : QObject(parent), m_surroundings(std::move(surroundings)) {
+    v3MainViewInfo();
+    for (unsigned index = 0; index < categoryCount; ++index) {
+        auto controller = std::make_unique<ScanViewController>();
+        connect(controller.get(), &ScanViewController::scanFinishedChanged, this,
+                &NewMainViewController::scanFinished);
+        connect(controller.get(), &ScanViewController::cleanFinishedChanged, this,
+                &NewMainViewController::cleanFinished);
+        m_lists.push_back(std::make_unique<CategoryListModel>(*controller));
+        tableControllers.push_back(std::move(controller));
+    }
+    m_selection = std::make_unique<CleanSelection>(pointers(tableControllers), pointers(m_lists));
+    m_outline = std::make_unique<CleanOutlineController>(pointers(tableControllers));
+    connect(m_outline.get(), &CleanOutlineController::ticksChanged, this, [this] {
+        for (const auto &list : m_lists)
+            list->reload();
+        setCleanButtonState();
+    });
+    connect(m_outline.get(), &CleanOutlineController::flyToTrash, this,
+            &NewMainViewController::flyToTrash);
+    m_customTableView = std::make_unique<CustomTableView>();
+    m_newCustomTableView = std::make_unique<NewLeftCustomTableView>();
+
+    observe("selectedRowInFastClean", &NewMainViewController::callBackCheckBoxClick);
+    observe("shouldSelectRow", &NewMainViewController::shouldSelectRow);
+    observe("updateSelectNumber", &NewMainViewController::updateSelectNumber);
+    observe("cleanShowSelectNumInBottom", &NewMainViewController::cleanShowSelectNumInBottom);
+    observe("scanItemGetScanBtn", &NewMainViewController::scanItemGetScanBtn);
+    observe("FreeTotleArr", &NewMainViewController::GetFreeTotleArr);
+    observe("refNewTableViewSizeLabel", &NewMainViewController::refNewTableViewSizeLabel);
+    postStartupVolume();
+}
+
+NewMainViewController::~NewMainViewController() {
+    NotificationCenter::defaultCenter().removeObserver(this);
+}
+
+void NewMainViewController::observe(const char *name, Handler handler) {
+    NotificationCenter::defaultCenter().addObserver(
+        this, QLatin1String(name),
+        [this, handler](const Notification &notification) { (this->*handler)(notification); });
+}
+
+void NewMainViewController::v3MainViewInfo() {
+    const QStringList stored = getDefaultsValue();
+    for (unsigned index = 0; index < categoryCount; ++index) {
+        const bool none = stored[index] == QLatin1String("0");
+        allNewViewArr.push_back(std::make_unique<V3MainListView>(
+            none ? QStringLiteral("option_no.png") : QStringLiteral("option_yes.png"),
+            QLatin1String(rowImages[index]), QLatin1String(cleanCategories[index].name),
+            QStringLiteral("0.0KB"), int(index), none));
+    }
+}
+
+void NewMainViewController::setState(State state) {
+    m_state = state;
+    Q_EMIT stateChanged(state);
+}
+
+bool NewMainViewController::refuseUnless(bool allowed, const char *action) const {
+    if (!allowed)
+        NSLog("The clean page is not ready for %@", action);
+    return !allowed;
+}
+
+// -- Scanning
+
+void NewMainViewController::clickScanBtn() {
+    if (refuseUnless(m_state == State::Idle || m_state == State::Results, "a scan"))
+        return;
+    switch2QcAnimation(true);
+    scanButtonAction();
+}
+
+void NewMainViewController::switch2QcAnimation(bool scanning) {
+    m_view4FastClean = scanning ? 1 : 2;
+    if (scanning)
+        Q_EMIT displayPanel(QStringLiteral("QC_FastClean"), true);
+    else if (m_surroundings.selectedItem() == QLatin1String("Scan"))
+        Q_EMIT displayPanel(QStringLiteral("DATA_FastClean"), true);
+}
+
+void NewMainViewController::clickBackBtn() {
+    if (refuseUnless(m_state == State::Results, "the way back"))
+        return;
+    m_view4FastClean = 0;
+    setState(State::Idle);
+    Q_EMIT displayPanel(QStringLiteral("Scan"), true);
+}
+
+void NewMainViewController::scanItemGetScanBtn(const Notification &) {
+    const bool isCancelButton = m_state == State::Scanning || m_state == State::Stopping;
+    if (!refuseUnless(isCancelButton || m_state == State::Idle || m_state == State::Results,
+                      "a scan"))
+        scanButtonAction();
+}
+
+void NewMainViewController::scanButtonAction() {
+    m_isFirstComeIn = false;
+    m_isShowCleanedSize = false;
+    if (m_state == State::Scanning || m_state == State::Stopping) {
+        // It marks the workers and ends none of them; clickStopScanBtn() is what stops.
+        m_controls.scanButton.enabled = false;
+        for (const unsigned index : scanObjsArr)
+            tableControllers[index]->cancelScanTask();
+        Q_EMIT controlsChanged();
+        return;
+    }
+    setState(State::Scanning);
+    m_outcome = CleanOutcome::None;
+    m_controls.cleanButton = {false, m_controls.cleanButton.hidden, disabledCleanImage};
+    m_controls.scanButton.image = QStringLiteral("back_index.png");
+    m_controls.stopScanBtn = {};
+    m_controls.freeSpaceLine.clear();
+    scanObjsArr.clear();
+    m_selection->reload();
+    m_customTableView->comeBackStringValue();
+    m_customTableView->setIsCleanInfo(false);
+    m_customTableView->setProImageNum(0);
+    m_finishScanCount = categoryCount;
+    m_isScaned = true;
+    // All six, whatever their ticks: those decide only which rows come up ticked.
+    for (unsigned index = 0; index < categoryCount; ++index) {
+        V3MainListView &view = *allNewViewArr[index];
+        view.setCheckBoxHidden(true);
+        view.startPrograssAnimation();
+        view.setSizeStrLabelString(QStringLiteral("0.00KB"));
+        scanObjsArr.push_back(index);
+        view.bind(*tableControllers[index]);
+        tableControllers[index]->beginScanTask(FolderUtilities::getFolderPath(index));
+    }
+    Q_EMIT baseNumberSetPrograss(startOfProgress);
+    Q_EMIT controlsChanged();
+}
+
+void NewMainViewController::clickStopScanBtn() {
+    if (refuseUnless(m_state == State::Scanning, "a stop"))
+        return;
+    setState(State::Stopping);
+    m_needsRestart = true;
+    m_controls.scanProgressShown = false;
+    m_controls.stopScanBtn = {false, true, {}};
+    m_controls.stopTextShown = true;
+    for (const unsigned index : scanObjsArr)
+        tableControllers[index]->stopScan();
+    Q_EMIT controlsChanged();
+}
+
+void NewMainViewController::pausButtonAction() {
+    NSLog("::: pause :::");
+}
+
+void NewMainViewController::restart() {
+    if (!refuseUnless(m_state == State::Idle || m_state == State::Results, "a restart"))
+        Q_EMIT restartRequested();
+}
+
+void NewMainViewController::scanFinished() {
+    Q_EMIT prograssShowDependChangeSize(1);
+    if (--m_finishScanCount == 0)
+        endScan();
+}
+
+void NewMainViewController::endScan() {
+    m_customTableView->setProImageNum(100);
+    m_selection->reload();
+    const bool anySelected = m_selection->returnSelectNum() >= 1;
+    for (const unsigned index : scanObjsArr) {
+        V3MainListView &view = *allNewViewArr[index];
+        view.unbind();
+        view.setCheckBoxHidden(false);
+        view.stopPrograssAnimation();
+    }
+    m_selection->applyStored();
+    for (unsigned index = 0; index < categoryCount; ++index)
+        allNewViewArr[index]->refCheckBoxInMainView(m_selection->selectArray()[index].toInt());
+    const bool stopped = m_state == State::Stopping;
+    setState(State::Results);
+    m_controls.scanButton.enabled = true;
+    m_outline->constructTree();
+    refreshCounters();
+    // By what is selected, not by what was found.
+    setCleanButtonEnabled(anySelected);
+    m_outcome = stopped || (m_needsRestart && m_outline->tree().groups().empty())
+                    ? CleanOutcome::Stopped
+                : m_outline->tree().groups().empty() ? CleanOutcome::NothingFound
+                                                     : CleanOutcome::Found;
+    switch2QcAnimation(false);
+    m_controls.stopTextShown = false;
+    m_controls.scanProgressShown = true;
+    m_controls.stopScanBtn = {};
+    Q_EMIT baseNumberSetPrograss(startOfProgress);
+    Q_EMIT controlsChanged();
+    m_outline->markHolders();
+    postStartupVolume();
+}
+
+// -- Selection
+
+void NewMainViewController::setCleanButtonEnabled(bool enabled) {
+    m_controls.cleanButton.enabled = enabled;
+    m_controls.cleanButton.image = enabled ? enabledCleanImage : disabledCleanImage;
+}
+
+void NewMainViewController::setCleanButtonState() {
+    const bool isCategory = m_selectRowNum >= 1 && m_selectRowNum <= int(categoryCount);
+    m_controls.cleanButton.hidden = m_selectRowNum != 0;
+    m_controls.oneListCleanButton.hidden = !isCategory;
+    if (m_selectRowNum == 0)
+        return cleanShowSelectNumCommAction();
+    refreshCounters();
+}
+
+// Stores what is ticked and shows it. Before the first scan and during one the rows are not there
+// yet, and nothing of them is stored; during a clean the rows are the worker's.
+void NewMainViewController::cleanShowSelectNumCommAction() {
+    const bool scanning = m_state == State::Scanning || m_state == State::Stopping;
+    if (!m_isFirstComeIn && !scanning && m_isCleanFinshed) {
+        // What a stopped scan did not reach is no choice of the user's.
+        const auto states = m_selection->store(m_needsRestart);
+        for (unsigned index = 0; index < categoryCount; ++index)
+            allNewViewArr[index]->refCheckBoxInMainView(states[index]);
+    }
+    refreshCounters();
+}
+
+void NewMainViewController::refreshCounters() {
+    const CleanSelection::Counts all = m_selection->counts();
+    const bool free = m_isCleanFinshed && m_state != State::Scanning && m_state != State::Stopping;
+    m_selectCount2Clean = all.selected;
+    m_allSelectTotalSize = all.bytes;
+    m_controls.trashFileNumTF = QString::number(all.selected);
+    m_controls.allSelect = m_outline->allSelectState();
+    setCleanButtonEnabled(free && all.selected >= 1);
+    CleanSelection::Counts shown = all;
+    if (m_selectRowNum >= 1 && m_selectRowNum <= int(categoryCount)) {
+        shown = m_selection->counts(unsigned(m_selectRowNum - 1));
+        const bool any = free && shown.selected > 0;
+        m_controls.oneListCleanButton.enabled = any;
+        m_controls.oneListCleanButton.image =
+            any ? QStringLiteral("clean_cj.png") : QStringLiteral("clean_cj_d.png");
+    }
+    changeStateTextFeild(cleanPageTexts::countLine(shown.selected, shown.total, shown.bytes));
+}
+
+void NewMainViewController::changeStateTextFeild(const CleanStyledText &text) {
+    m_controls.stateTextField = text;
+    m_controls.stateTextHidden = m_isFirstComeIn || !m_parts.stateLine;
+    Q_EMIT controlsChanged();
+}
+
+void NewMainViewController::updateSelectNumber(const Notification &notification) {
+    if (refuseUnless(m_state == State::Idle || m_state == State::Results, "another selection"))
+        return;
+    m_selection->reload();
+    m_controls.scanButton.enabled = true;
+    const QVariant row =
+        notification.userInfo.value(object).toMap().value(QStringLiteral("rowNum"));
+    const unsigned index = row.toUInt();
+    if (row.isValid() && index < categoryCount)
+        m_selection->tickAll(index, m_selection->selectArray()[index].toInt() >= 1);
+    else
+        NSLog("There is no row to select in this notification");
+    setCleanButtonEnabled(m_selection->returnSelectNum() >= 1);
+    NotificationCenter::defaultCenter().post(QStringLiteral("cleanShowSelectNumInBottom"));
+}
+
+void NewMainViewController::cleanShowSelectNumInBottom(const Notification &notification) {
+    const QVariantMap &userInfo = notification.userInfo;
+    if (userInfo.value(QStringLiteral("animation")).toString() == QLatin1String("animation") &&
+        userInfo.value(object).toBool())
+        Q_EMIT flyToTrash(QStringLiteral("file1.png"), QModelIndex());
+    // The tree stays as it is until all six have ended.
+    if (m_state != State::Scanning && m_state != State::Stopping)
+        m_outline->constructTree();
+    setCleanButtonState();
+}
+
+void NewMainViewController::callBackCheckBoxClick(const Notification &notification) {
+    Q_EMIT flyToTrash(notification.userInfo.value(QStringLiteral("iconImage")), QModelIndex());
+}
+
+void NewMainViewController::refNewTableViewSizeLabel(const Notification &notification) {
+    const QVariant row =
+        notification.userInfo.value(object).toMap().value(QStringLiteral("rowNum"));
+    bool isNumber = false;
+    const unsigned index = row.toUInt(&isNumber);
+    if (isNumber && index < allNewViewArr.size())
+        allNewViewArr[index]->initSizeLable();
+}
+
+// -- Rows of the left list
+
+void NewMainViewController::shouldSelectRow(const Notification &notification) {
+    const QVariantList list = notification.userInfo.value(object).toList();
+    if (!refuseUnless(list.size() >= 2, "a row without a number"))
+        shouldSelectRowWithArray(list[1].toInt());
+}
+
+void NewMainViewController::shouldSelectRowWithArray(int row) {
+    if (!m_isCleanFinshed)
+        return;
+    NSLog("row :%d", row);
+    m_selectRowNum = row;
+    m_parts = {row};
+    m_parts.v3MainView = row == 0;
+    const bool isCategory = row >= 1 && row <= int(categoryCount);
+    if (isCategory)
+        m_parts.box = row - 1;
+    else if (row == 8)
+        NSLog("There is no list %d to show", row - 2);
+    m_parts.uninstallTextField = row == 8;
+    m_parts.diskSizeView = row == 9;
+    m_parts.stateLine = row != 7 && row != 8;
+    m_controls.scanButton.hidden = row == 8 || row == 9;
+    Q_EMIT partsChanged();
+    Q_EMIT headingChanged();
+    setCleanButtonState();
+    if (row == 0 && m_isShowCleanedSize)
+        changeStateTextFeild(cleanPageTexts::cleanedLine(m_showCleanedSize));
+}
+
+CleanHeading NewMainViewController::heading() const {
+    CleanHeading heading = changeNoteText(m_selectRowNum);
+    if (m_selectRowNum == 0) {
+        QDateTime date;
+        const std::int64_t size = ParseFileLog().getSize(&date);
+        heading.description = cleanPageTexts::recoveredLine(
+            std::uint64_t(std::max<std::int64_t>(size, 0)), date, freeString, totleString);
+    }
+    return heading;
+}
+
+// The sentence names the capacity first, so that is what stands in the first text.
+void NewMainViewController::GetFreeTotleArr(const Notification &notification) {
+    const QVariantList list = notification.userInfo.value(object).toList();
+    if (refuseUnless(list.size() >= 2, "figures that are not two"))
+        return;
+    freeString = list[0].toString();
+    totleString = list[1].toString();
+    Q_EMIT headingChanged();
+}
+
+// Gives the free space in words; empty where the startup volume is not listed.
+QString NewMainViewController::postStartupVolume() {
+    VolumesInfo volumes;
+    for (const DSVolumeInfo &volume : volumes.getAllVolsInfo()) {
+        if (!volume.bIsDefaultVol)
+            continue;
+        NotificationCenter::defaultCenter().post(
+            QStringLiteral("FreeTotleArr"), this,
+            {{object, QVariantList{volume.totalSpace, volume.freeSpace}}});
+        return volume.freeSpace;
+    }
+    return {};
+}
+
+} // namespace brightsweep

@@ -1,0 +1,269 @@
+#include "cleaning/NewMainViewController.h"
+
+#include "cleaning/CategoryListModel.h"
+#include "cleaning/CleanCategories.h"
+#include "cleaning/CustomTableView.h"
+#include "cleaning/FolderUtilities.h"
+#include "cleaning/ItemSizes.h"
+#include "cleaning/ScanViewController.h"
+#include "cleaning/V3MainListView.h"
+#include "core/ParseFileLog.h"
+#include "core/UtilityFunction.h"
+#include "foundation/NotificationCenter.h"
+#include "platform/Platform.h"
+#include "platform/Workspace.h"
+
+#include <QTimer>
+
+#include <algorithm>
+#include <chrono>
+#include <limits>
+#include <utility>
+
+// The cleaning side of the page: questions, the run, its figures.
+
+namespace brightsweep {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr unsigned downloads = 5;
+constexpr unsigned allCategories = categoryCount;
+// So that the sheet follows the last reload.
+constexpr auto alertDelay = 200ms;
+const QString object = QStringLiteral("object");
+
+} // namespace
+
+void NewMainViewController::cleanButtonActionInfo() {
+    if (refuseUnless(m_state == State::Results, "a clean") || !m_surroundings.licenceGate())
+        return;
+    allCleanButtonActionInfo();
+}
+
+void NewMainViewController::beginClean() {
+    m_isCleanFinshed = false;
+    m_finishScanCount = 0;
+    scanObjsArr.clear();
+    m_controls.cleanButton.enabled = false;
+    m_controls.oneListCleanButton.enabled = false;
+    m_controls.scanButton.enabled = false;
+    m_freeBefore = postStartupVolume();
+}
+
+void NewMainViewController::allCleanButtonActionInfo() {
+    sizeArr.clear();
+    for (const auto &view : allNewViewArr)
+        sizeArr += view->sizeLabel();
+    beginClean();
+    m_customTableView->setIsCleanInfo(true);
+    m_customTableView->setTotalSelectNum(0);
+    m_customTableView->setSelectTotalSize(m_allSelectTotalSize);
+    if (m_selection->counts(downloads).selected > 0) {
+        setState(State::Warning);
+        setTicksEnabled(false);
+        Q_EMIT controlsChanged();
+        Q_EMIT askDownloads();
+        return;
+    }
+    startClean(allCategories, false);
+}
+
+// The first ones of the categories; all of them start, also those with nothing ticked.
+void NewMainViewController::startClean(unsigned categories, bool allRunDown) {
+    setState(State::Cleaning);
+    m_controls.backButton.enabled = false;
+    m_controls.outlineEnabled = false;
+    setTicksEnabled(false);
+    m_isScaned = false;
+    m_finishScanCount = categories;
+    for (unsigned index = 0; index < categories; ++index) {
+        scanObjsArr.push_back(index);
+        allNewViewArr[index]->bind(*tableControllers[index]);
+        tableControllers[index]->beginCleanTask();
+        if (allRunDown || m_selection->counts(index).selected > 0)
+            allNewViewArr[index]->minishPrograss();
+    }
+    Q_EMIT controlsChanged();
+}
+
+void NewMainViewController::alertWindowYesButtonAction() {
+    if (!refuseUnless(m_state == State::Warning && !m_isOneCleanButton, "an answer"))
+        startClean(allCategories, true);
+}
+
+void NewMainViewController::alertWindowNoButtonAction() {
+    if (refuseUnless(m_state == State::Warning && !m_isOneCleanButton, "an answer"))
+        return;
+    m_selection->tickAll(downloads, false);
+    m_outline->constructTree();
+    startClean(downloads, true);
+}
+
+void NewMainViewController::alertWindowCalledOff() {
+    if (!refuseUnless(m_state == State::Warning, "an answer"))
+        callOff();
+}
+
+void NewMainViewController::callOff() {
+    sizeArr.clear();
+    m_isOneCleanButton = false;
+    m_customTableView->setIsCleanInfo(false);
+    leaveCleaning();
+    refreshCounters();
+}
+
+void NewMainViewController::openViewNewLink() {
+    const auto folders = FolderUtilities::getFolderPath(downloads);
+    if (!refuseUnless(!folders.empty(), "a folder that is not there"))
+        Platform::current().workspace->open(folders.front());
+}
+
+void NewMainViewController::cleanButtonAction() {
+    if (refuseUnless(m_state == State::Results, "a clean") || !m_surroundings.licenceGate())
+        return;
+    if (m_selectRowNum == 0)
+        return allCleanButtonActionInfo();
+    if (refuseUnless(m_selectRowNum >= 1 && m_selectRowNum <= int(categoryCount),
+                     "a clean of this row"))
+        return;
+    m_mainViewOneCleanRow = unsigned(m_selectRowNum - 1);
+    m_isOneCleanButton = true;
+    beginClean();
+    if (m_mainViewOneCleanRow != downloads)
+        return oneScanButtonAction();
+    setState(State::Warning);
+    setTicksEnabled(false);
+    Q_EMIT controlsChanged();
+    Q_EMIT askDownloadsAlone();
+}
+
+void NewMainViewController::downloadAlertEnded(int code) {
+    if (refuseUnless(m_state == State::Warning && m_isOneCleanButton, "an answer"))
+        return;
+    if (code == 1)
+        oneScanButtonAction();
+    else
+        callOff();
+}
+
+void NewMainViewController::oneScanButtonAction() {
+    setState(State::Cleaning);
+    m_controls.backButton.enabled = false;
+    m_controls.outlineEnabled = false;
+    setTicksEnabled(false);
+    const unsigned index = m_mainViewOneCleanRow;
+    V3MainListView &view = *allNewViewArr[index];
+    oneSizeStr = view.sizeLabel();
+    scanObjsArr.push_back(index);
+    m_finishScanCount = 1;
+    view.bind(*tableControllers[index]);
+    tableControllers[index]->beginCleanTask();
+    view.minishPrograss();
+    Q_EMIT controlsChanged();
+}
+
+void NewMainViewController::cleanFinished() {
+    if (m_isOneCleanButton)
+        endOneClean();
+    else if (--m_finishScanCount == 0)
+        endClean();
+}
+
+// Of words, as they round, and unsigned: a figure that grew would wrap around.
+std::uint64_t NewMainViewController::freedOf(unsigned index, const QString &before) {
+    V3MainListView &view = *allNewViewArr[index];
+    const std::uint64_t freed = UtilityFunction::getVolSpaceFromString(before) -
+                                UtilityFunction::getVolSpaceFromString(view.sizeLabel());
+    view.setSizeStrLabelString(UtilityFunction::convertVolSpace(freed));
+    return freed;
+}
+
+std::size_t NewMainViewController::failuresOf(unsigned index) const {
+    return m_selection->counts(index).selected;
+}
+
+void NewMainViewController::endOneClean() {
+    const unsigned index = m_mainViewOneCleanRow;
+    allNewViewArr[index]->unbind();
+    allNewViewArr[index]->setAnimationFinish();
+    const std::uint64_t freed = freedOf(index, std::exchange(oneSizeStr, QString()));
+    m_isOneCleanButton = false;
+    recordHistory();
+    leaveCleaning();
+    NotificationCenter::defaultCenter().post(QStringLiteral("cleanShowSelectNumInBottom"), nullptr,
+                                             {{object, QStringLiteral("clean")}});
+    changeStateTextFeild(cleanPageTexts::cleanedLine(freed));
+    if (failuresOf(index) > 0) {
+        Q_EMIT lockAnimation(true);
+        Q_EMIT showAlertForPrivilegesToClean();
+    }
+}
+
+void NewMainViewController::endClean() {
+    m_customTableView->setTotalSelectNum(CustomTableView::cleanIsFinished);
+    for (const unsigned index : scanObjsArr) {
+        allNewViewArr[index]->unbind();
+        allNewViewArr[index]->setAnimationFinish();
+    }
+    std::size_t failures = 0;
+    for (unsigned index = 0; index < categoryCount; ++index) {
+        m_allCleanedSize += freedOf(index, sizeArr[index]);
+        // What is left of the downloads raises no alert.
+        if (index != downloads)
+            failures += failuresOf(index);
+    }
+    m_isShowCleanedSize = true;
+    m_showCleanedSize = std::exchange(m_allCleanedSize, 0);
+    sizeArr.clear();
+    recordHistory();
+    leaveCleaning();
+    NotificationCenter::defaultCenter().post(QStringLiteral("cleanShowSelectNumInBottom"), nullptr,
+                                             {{object, QStringLiteral("clean")}});
+    changeStateTextFeild(cleanPageTexts::cleanedLine(m_showCleanedSize));
+    if (failures > 0) {
+        QTimer::singleShot(alertDelay, this, [this] {
+            Q_EMIT lockAnimation(true);
+            Q_EMIT showAlertForPrivilegesToClean();
+        });
+    }
+}
+
+// The history takes what really went, not the page's sum of words.
+void NewMainViewController::recordHistory() {
+    std::uint64_t went = 0;
+    for (const unsigned index : scanObjsArr)
+        went = addSaturating(went, tableControllers[index]->cleanSize());
+    constexpr auto most = std::uint64_t(std::numeric_limits<std::int64_t>::max());
+    ParseFileLog().setSize(std::int64_t(std::min(went, most)), QDateTime::currentDateTime());
+    m_outcome = CleanOutcome::Cleaned;
+    const QString freeAfter = postStartupVolume();
+    m_controls.freeSpaceLine = cleanPageTexts::freeSpaceLine(m_freeBefore, freeAfter);
+    Q_EMIT headingChanged();
+}
+
+// What is ticked belongs to the clean, from the question on.
+void NewMainViewController::setTicksEnabled(bool enabled) {
+    m_outline->setEnabled(enabled);
+    for (unsigned index = 0; index < categoryCount; ++index) {
+        m_lists[index]->setEnabled(enabled);
+        allNewViewArr[index]->setEnabled(enabled);
+    }
+}
+
+void NewMainViewController::leaveCleaning() {
+    m_isCleanFinshed = true;
+    m_controls.scanButton.enabled = true;
+    m_controls.backButton.enabled = true;
+    m_controls.outlineEnabled = true;
+    setTicksEnabled(true);
+    setState(State::Results);
+    for (unsigned index = 0; index < categoryCount; ++index) {
+        if (tableControllers[index]->rowCount() == 0)
+            allNewViewArr[index]->setCheckBoxHidden(true);
+        m_lists[index]->reload();
+    }
+}
+
+} // namespace brightsweep

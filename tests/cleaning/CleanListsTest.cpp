@@ -1,0 +1,193 @@
+#include "CleanPage.h"
+
+#include "cleaning/CustomComInfoView.h"
+#include "cleaning/CustomTableView.h"
+#include "cleaning/NewLeftCustomTableView.h"
+#include "core/UtilityFunction.h"
+#include "foundation/NotificationCenter.h"
+
+#include <QAbstractItemModelTester>
+
+#include <gmock/gmock.h>
+
+#include <thread>
+
+namespace brightsweep {
+namespace {
+
+using test::CleanPage;
+using testing::ElementsAre;
+
+std::string text(const QAbstractItemModel &model, int row, int role) {
+    return model.index(row, 0).data(role).toString().toStdString();
+}
+
+// The rows that "shouldSelectRow" was posted for.
+class Selected : public QObject {
+public:
+    Selected() {
+        NotificationCenter::defaultCenter().addObserver(
+            this, QStringLiteral("shouldSelectRow"), [this](const Notification &notification) {
+                rows.push_back(notification.userInfo.value(QStringLiteral("object"))
+                                   .toList()
+                                   .value(1)
+                                   .toInt());
+            });
+    }
+    ~Selected() override { NotificationCenter::defaultCenter().removeObserver(this); }
+    std::vector<int> rows;
+};
+
+TEST(V3MainListView, ShowsTheStatesThatThePageTellsIt) {
+    using Row = V3MainListView;
+    Row row(QStringLiteral("option_yes.png"), QStringLiteral("x.png"), QStringLiteral("Title"),
+            QStringLiteral("0.0KB"), 3, false);
+    const struct {
+        void (Row::*call)();
+        Row::Progress progress;
+        Row::Animation animation;
+    } calls[] = {
+        {&Row::startPrograssAnimation, Row::Progress::Running, Row::Animation::Running},
+        {&Row::stopPrograssAnimation, Row::Progress::Full, Row::Animation::Stopped},
+        {&Row::minishPrograss, Row::Progress::Running, Row::Animation::RunningDown},
+        {&Row::setAnimationFinish, Row::Progress::Full, Row::Animation::Finished},
+    };
+    for (const auto &each : calls) {
+        (row.*each.call)();
+        EXPECT_EQ(row.progress(), each.progress);
+        EXPECT_EQ(row.animation(), each.animation);
+    }
+    EXPECT_TRUE(row.isStriped());
+    row.refCheckBoxInMainView(2); // a part shows as ticked
+    EXPECT_EQ(row.checkBoxImage(), QStringLiteral("option_yes.png"));
+    row.refCheckBoxInMainView(0);
+    EXPECT_EQ(row.cleanButtonImage(), QStringLiteral("clean_button_d.png"));
+    EXPECT_EQ(row.getFoundText(6), QStringLiteral("0.00KB"));
+    row.setSizeStrLabelString(QStringLiteral("1.00 KB"));
+    EXPECT_EQ(row.cleanSizeLabel(), QStringLiteral("1.00 KB"));
+    EXPECT_EQ(row.sizeLabel(), QStringLiteral("0.0KB"));
+}
+
+TEST(V3MainListView, AClickMakesAPartWhole) {
+    CleanPage::store("012000");
+    V3MainListView row({}, {}, {}, {}, 2, false);
+    row.checkBoxAction();
+    EXPECT_EQ(CleanPage::stored(), "011000");
+    row.checkBoxAction();
+    EXPECT_EQ(CleanPage::stored(), "010000");
+    EXPECT_FALSE(row.isTicked());
+}
+
+TEST(V3MainListView, TakesTheNewestSizeOverOnTheMainThread) {
+    V3MainListView row({}, {}, {}, {}, 1, false);
+    std::vector<std::string> labels;
+    QObject context;
+    NotificationCenter::defaultCenter().addObserver(
+        &context, QStringLiteral("refNewTableViewSizeLabel"), [&](const Notification &) {
+            row.initSizeLable();
+            labels.push_back(row.sizeLabel().toStdString());
+        });
+    std::thread([&] {
+        for (int i = 1; i <= 1000; ++i)
+            row.observeFoundText(QStringLiteral("KVO_CONTEXT_USER_CACHES"), QString::number(i));
+        row.observeFoundText(QStringLiteral("KVO_CONTEXT_NOBODY"), QStringLiteral("x"));
+    }).join();
+    test::waitUntil([&] { return !labels.empty(); });
+    EXPECT_THAT(labels, ElementsAre("1000"));
+}
+
+TEST(CustomTableView, RefusesTheRowWithoutAPageAndKeepsTheOthers) {
+    CustomTableView table;
+    QAbstractItemModelTester tester(&table, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    Selected selected;
+    EXPECT_FALSE(table.shouldSelectRow(7));
+    EXPECT_TRUE(table.shouldSelectRow(4));
+    EXPECT_THAT(selected.rows, ElementsAre(4));
+    EXPECT_EQ(text(table, 4, CustomTableView::BackgroundImageRole), "list_hover.png");
+    EXPECT_EQ(text(table, 3, CustomTableView::BackgroundImageRole), "");
+    EXPECT_EQ(text(table, 2, CustomTableView::BackgroundImageRole), "list.png");
+    EXPECT_EQ(getLeftCellTitle(6), QStringLiteral("User Downloads"));
+    EXPECT_EQ(getLeftCellTitle(7), QStringLiteral("My Mac"));
+}
+
+TEST(CustomTableView, AddsItsSizesUpAndShowsTheShareThatWent) {
+    CustomTableView table;
+    EXPECT_EQ(table.getTotalSize(), QStringLiteral("0.00KB"));
+    table.setIsCleanInfo(true);
+    // Nothing selected is no number, and shows as nothing.
+    EXPECT_EQ(table.getTotalSizeImage(), QStringLiteral("0_progress_bar.png"));
+    table.observeFoundText(QStringLiteral("KVO_CONTEXT_SYS_CACHES"), QStringLiteral("3.00 MB"));
+    table.observeFoundText(QStringLiteral("KVO_CONTEXT_USER_LOGS"), QStringLiteral("1.00 MB"));
+    EXPECT_EQ(table.getTotalSize(), QStringLiteral("4.00 MB"));
+    table.setIsCleanInfo(true);
+    table.setSelectTotalSize(2'000'000);
+    const struct {
+        const char *left;
+        const char *image;
+    } steps[] = {
+        {"3.00 MB", "0_progress_bar.png"},   {"2.50 MB", "25_progress_bar.png"},
+        {"1.00 MB", "100_progress_bar.png"}, {"0.10 MB", "100_progress_bar.png"},
+        {"9.00 MB", "0_progress_bar.png"},
+    };
+    for (const auto &step : steps) {
+        table.observeFoundText(QStringLiteral("KVO_CONTEXT_SYS_CACHES"), QLatin1String(step.left));
+        EXPECT_EQ(table.getTotalSizeImage(), QLatin1String(step.image)) << step.left;
+    }
+    table.setTotalSelectNum(CustomTableView::cleanIsFinished);
+    EXPECT_EQ(table.getTotalSizeImage(), QStringLiteral("100_progress_bar.png"));
+}
+
+TEST(CustomTableView, ItsProgressImageStartsLate) {
+    CustomTableView table;
+    table.setProImageNum(6);
+    EXPECT_EQ(text(table, 1, CustomTableView::ProgressImageRole), "0_progress_bar.png");
+    table.setProImageNum(7);
+    EXPECT_EQ(text(table, 1, CustomTableView::ProgressImageRole), "7_progress_bar.png");
+}
+
+TEST(CustomTableView, ACheckBoxTellsOfTheStateBeforeAndStoresTheOther) {
+    CleanPage::store("020000");
+    CustomTableView table;
+    QVariant heard;
+    QObject context;
+    NotificationCenter::defaultCenter().addObserver(
+        &context, QStringLiteral("updateSelectNumber"), [&](const Notification &notification) {
+            heard = notification.userInfo.value(QStringLiteral("object"));
+        });
+    table.checkBoxClicked(2);
+    EXPECT_EQ(CleanPage::stored(), "000000");
+    EXPECT_EQ(text(table, 2, CustomTableView::CheckImageRole), "option_no.png");
+    EXPECT_EQ(heard.toStringList().join(QString()), QStringLiteral("000000"));
+    table.checkBoxClicked(2);
+    EXPECT_EQ(CleanPage::stored(), "010000");
+    table.checkBoxClicked(0);
+    table.checkBoxClicked(7);
+    EXPECT_EQ(CleanPage::stored(), "010000");
+}
+
+TEST(NewLeftCustomTableView, MapsItsPlacesToRows) {
+    NewLeftCustomTableView table;
+    Selected selected;
+    for (int position = 0; position < 5; ++position)
+        table.mouseDown(position);
+    EXPECT_THAT(selected.rows, ElementsAre(0, 2, 4, 5, 6));
+    EXPECT_EQ(table.allListArr()[4].title, QStringLiteral("User Downloads"));
+    EXPECT_EQ(table.allListArr()[4].y, 444 - 39 * 4);
+    EXPECT_EQ(table.allListArr()[4].listImage(), QStringLiteral("list_hover.png"));
+    EXPECT_EQ(table.allListArr()[0].listImage(), QStringLiteral("list.png"));
+    EXPECT_TRUE(table.isHidden());
+}
+
+TEST(CustomComInfoView, TellsTheMachinesFactsInOrder) {
+    const CustomComInfoView table;
+    EXPECT_EQ(table.rows()[3].titleText, QStringLiteral("Memory:"));
+    EXPECT_TRUE(table.rows()[3].valueText.endsWith(QStringLiteral(" GB")) ||
+                table.rows()[3].valueText.endsWith(QStringLiteral(" MB")));
+    EXPECT_EQ(table.rows()[4].valueText, QStringLiteral("Linux"));
+    EXPECT_EQ(table.rows()[5].iconImage, QStringLiteral("os_rdease.png"));
+    for (const ComputerInfoCell &row : table.rows())
+        EXPECT_FALSE(row.valueText.contains(QChar(0))) << row.titleText.toStdString();
+}
+
+} // namespace
+} // namespace brightsweep

@@ -1,0 +1,406 @@
+#include "CleanPage.h"
+
+#include "cleaning/CategoryListModel.h"
+#include "core/ParseFileLog.h"
+#include "core/UtilityFunction.h"
+#include "core/UtilityObject.h"
+#include "foundation/NotificationCenter.h"
+#include "support/FaultPlatform.h"
+#include "support/RecordingPlatform.h"
+#include "uninstall/NvAuthorization.h"
+
+#include <gmock/gmock.h>
+
+namespace brightsweep {
+namespace {
+
+using State = NewMainViewController::State;
+using test::CleanPage;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr unsigned downloads = 5;
+
+std::int64_t recorded() {
+    return ParseFileLog().getSize(nullptr);
+}
+
+TEST(CleanPage, AScanGoesThroughItsPanelsAndTicksWhatIsStored) {
+    CleanPage::store("102010");
+    CleanPage at;
+    EXPECT_TRUE(at.page.controls().stateTextHidden);
+    EXPECT_EQ(at.page.view4FastClean(), 0);
+    at.page.clickScanBtn();
+    EXPECT_EQ(at.page.state(), State::Scanning);
+    EXPECT_TRUE(at.page.row(0).isCheckBoxHidden());
+    at.waitFor(State::Results);
+    EXPECT_THAT(at.heard, ElementsAre("QC_FastClean", "DATA_FastClean"));
+    EXPECT_EQ(at.page.view4FastClean(), 2);
+    EXPECT_EQ(at.page.outcome(), CleanOutcome::Found);
+    // A part comes back as all.
+    EXPECT_EQ(CleanPage::stored(), "101010");
+    const std::size_t ticked =
+        at.machine.items[0].size() + at.machine.items[2].size() + at.machine.items[4].size();
+    std::size_t all = 0;
+    for (const auto &items : at.machine.items)
+        all += items.size();
+    EXPECT_EQ(at.page.selectCount2Clean(), ticked);
+    EXPECT_FALSE(at.page.controls().stateTextHidden);
+    EXPECT_THAT(at.line(), testing::StartsWith(std::to_string(ticked) + " of " +
+                                               std::to_string(all) + " selected, "));
+    EXPECT_TRUE(at.page.controls().cleanButton.enabled);
+    EXPECT_FALSE(at.page.row(0).isCheckBoxHidden());
+}
+
+TEST(CleanPage, WithNothingSelectedAllSixAreScannedAndCleanStaysOff) {
+    CleanPage::store("000000");
+    CleanPage at;
+    at.scan();
+    EXPECT_FALSE(at.page.controls().cleanButton.enabled);
+    EXPECT_EQ(at.page.outline().tree().groups().size(), 6u);
+    EXPECT_EQ(CleanPage::stored(), "000000");
+}
+
+// Nothing is stored before there are rows: to look at the overview is no choice.
+TEST(CleanPage, ARowChangeBeforeAScanStoresNothing) {
+    CleanPage::store("120110");
+    CleanPage at;
+    UtilityFunction::callSelectNotificationForMainWindowLeft(0);
+    NotificationCenter::defaultCenter().post(QStringLiteral("cleanShowSelectNumInBottom"));
+    EXPECT_EQ(CleanPage::stored(), "120110");
+}
+
+TEST(CleanPage, AStopIsFinalAndThePageOffersARestart) {
+    CleanPage::store("111111");
+    CleanPage at;
+    bool asked = false;
+    QObject::connect(&at.page, &NewMainViewController::restartRequested, &at.page,
+                     [&] { asked = true; });
+    at.page.clickScanBtn();
+    at.page.clickStopScanBtn();
+    EXPECT_EQ(at.page.state(), State::Stopping);
+    EXPECT_TRUE(at.page.controls().stopTextShown);
+    at.waitFor(State::Results);
+    EXPECT_EQ(at.page.outcome(), CleanOutcome::Stopped);
+    at.page.clickBackBtn();
+    at.scan();
+    EXPECT_TRUE(at.page.outline().tree().groups().empty());
+    EXPECT_EQ(at.page.outcome(), CleanOutcome::Stopped);
+    ASSERT_TRUE(at.page.needsRestart());
+    UtilityFunction::callSelectNotificationForMainWindowLeft(0);
+    EXPECT_EQ(CleanPage::stored(), "111111") << "what was not reached is no choice";
+    at.page.restart();
+    EXPECT_TRUE(asked);
+}
+
+// The scan action that means stop marks the workers, and they run on.
+TEST(CleanPage, TheScanActionDuringAScanEndsNothing) {
+    CleanPage at;
+    at.page.clickScanBtn();
+    NotificationCenter::defaultCenter().post(QStringLiteral("scanItemGetScanBtn"));
+    EXPECT_FALSE(at.page.controls().scanButton.enabled);
+    at.waitFor(State::Results);
+    EXPECT_FALSE(at.page.needsRestart());
+    EXPECT_EQ(at.page.outline().tree().groups().size(), 6u);
+    EXPECT_TRUE(at.page.controls().scanButton.enabled);
+}
+
+TEST(CleanPage, AScanThatEndsBehindAnotherPageChangesNoPanel) {
+    test::CleanableMachine machine;
+    NewMainViewController::Surroundings elsewhere;
+    elsewhere.selectedItem = [] { return QStringLiteral("Memory"); };
+    NewMainViewController page(elsewhere);
+    std::vector<QString> panels;
+    QObject::connect(&page, &NewMainViewController::displayPanel, &page,
+                     [&](const QString &panel) { panels.push_back(panel); });
+    page.clickScanBtn();
+    test::waitUntil([&] { return page.state() == State::Results; });
+    EXPECT_THAT(panels, ElementsAre(QStringLiteral("QC_FastClean")));
+    EXPECT_EQ(page.view4FastClean(), 2);
+}
+
+struct DownloadsAnswer {
+    const char *name;
+    void (NewMainViewController::*answer)();
+    std::set<unsigned> cleaned;
+    bool downloadsTicked;
+};
+
+class CleanPageDownloads : public testing::TestWithParam<DownloadsAnswer> {};
+
+TEST_P(CleanPageDownloads, EachAnswerTakesWhatItSays) {
+    CleanPage::store("111111");
+    CleanPage at;
+    at.scan();
+    const std::size_t before = at.page.selectCount2Clean();
+    const auto machine = at.machine.state();
+    at.page.cleanButtonActionInfo();
+    ASSERT_EQ(at.page.state(), State::Warning);
+    EXPECT_THAT(at.heard, Contains("downloads?"));
+    at.page.clickScanBtn(); // refused, as is whatever else the sheet stands before
+    at.page.cleanButtonActionInfo();
+    at.page.shouldSelectRowWithArray(3);
+    EXPECT_EQ(at.page.selectRowNum(), 0);
+    (at.page.*GetParam().answer)();
+    at.waitFor(State::Results);
+    EXPECT_EQ(test::changes(machine, at.machine.state()), at.machine.changesOf(GetParam().cleaned));
+    EXPECT_TRUE(at.page.isCleanFinshed());
+    if (GetParam().cleaned.empty()) {
+        EXPECT_EQ(at.page.selectCount2Clean(), before);
+        EXPECT_TRUE(at.page.controls().cleanButton.enabled);
+    }
+    EXPECT_EQ(!at.page.outline().tree().groups().empty() && at.group(downloads).isValid() &&
+                  at.group(downloads).data(Qt::CheckStateRole) == Qt::Checked,
+              GetParam().downloadsTicked);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Answers, CleanPageDownloads,
+    testing::Values(
+        DownloadsAnswer{
+            "Yes", &NewMainViewController::alertWindowYesButtonAction, {0, 1, 2, 3, 4, 5}, false},
+        DownloadsAnswer{
+            "No", &NewMainViewController::alertWindowNoButtonAction, {0, 1, 2, 3, 4}, false},
+        DownloadsAnswer{"Closed", &NewMainViewController::alertWindowCalledOff, {}, true}),
+    [](const auto &each) { return each.param.name; });
+
+TEST(CleanPage, ACleanTakesTheTickedRowsAndTellsWhatWent) {
+    CleanPage::store("010100");
+    CleanPage at;
+    at.scan();
+    const auto machine = at.machine.state();
+    at.page.cleanButtonActionInfo();
+    EXPECT_EQ(at.page.state(), State::Cleaning);
+    EXPECT_FALSE(at.page.controls().backButton.enabled);
+    at.page.shouldSelectRowWithArray(2); // dropped
+    at.page.clickBackBtn();              // refused
+    at.waitFor(State::Results);
+    EXPECT_EQ(at.page.selectRowNum(), 0);
+    EXPECT_EQ(test::changes(machine, at.machine.state()), at.machine.changesOf({1, 3}));
+    EXPECT_THAT(at.line(), testing::EndsWith(" is cleaned"));
+    EXPECT_EQ(at.page.outcome(), CleanOutcome::Cleaned);
+    EXPECT_THAT(at.heard, Not(Contains("privileges!")));
+    // A category without rows has no ticks to keep.
+    EXPECT_EQ(CleanPage::stored(), "000000");
+    EXPECT_TRUE(at.page.row(1).isCheckBoxHidden());
+    EXPECT_EQ(at.page.row(1).animation(), V3MainListView::Animation::Finished);
+    EXPECT_FALSE(at.page.controls().cleanButton.enabled);
+}
+
+// The page adds words up, which round; the history takes the bytes.
+TEST(CleanPage, TheHistoryTakesBytesAndThePageSumsOfWords) {
+    CleanPage::store("010000");
+    CleanPage at;
+    at.machine.home.sparseFile(".cache/odd", 7'004'999);
+    at.scan();
+    at.page.cleanButtonActionInfo();
+    at.waitFor(State::Results);
+    EXPECT_GT(recorded(), 7'004'999);
+    EXPECT_LT(recorded(), 7'100'000);
+    EXPECT_NE(std::uint64_t(recorded()), at.page.showCleanedSize());
+}
+
+TEST(CleanPage, ACleanOfNothingTickedSaysSo) {
+    CleanPage::store("000000");
+    CleanPage at;
+    at.scan();
+    const auto before = at.machine.state();
+    test::RecordingPlatform recording;
+    at.page.cleanButtonActionInfo();
+    at.waitFor(State::Results);
+    EXPECT_EQ(at.line(), "0.00 KB is cleaned");
+    EXPECT_THAT(test::changes(before, at.machine.state()), IsEmpty());
+    EXPECT_EQ(recording.count("removeItem"), 0u);
+    EXPECT_EQ(recording.count("rights.removeItem"), 0u);
+}
+
+struct FailureCase {
+    const char *name;
+    const char *stored;
+    const char *stuck; // the name of the item that cannot go
+    int row;           // 0: a clean of all
+    bool alert;
+};
+
+class CleanPageFailures : public testing::TestWithParam<FailureCase> {};
+
+TEST_P(CleanPageFailures, TheAlertComesForTheRightOnes) {
+    CleanPage::store(GetParam().stored);
+    CleanPage at;
+    test::FaultPlatform fault;
+    fault.setFault([&](std::string_view call, const std::filesystem::path &path) {
+        return (call == "removeItem" && path.filename() == GetParam().stuck) ||
+                       call == "rights.removeItem"
+                   ? std::make_error_code(std::errc::permission_denied)
+                   : std::error_code();
+    });
+    at.scan();
+    at.page.shouldSelectRowWithArray(GetParam().row);
+    at.page.cleanButtonAction();
+    if (at.page.state() == State::Warning) {
+        if (GetParam().row == 0)
+            at.page.alertWindowYesButtonAction();
+        else
+            at.page.downloadAlertEnded(1);
+    }
+    at.waitFor(State::Results);
+    if (GetParam().alert) {
+        test::waitUntil([&] { return !at.heard.empty() && at.heard.back() == "privileges!"; });
+    } else {
+        // The alert would come within its delay.
+        QEventLoop loop;
+        QTimer::singleShot(400, &loop, &QEventLoop::quit);
+        loop.exec();
+        EXPECT_THAT(at.heard, Not(Contains("privileges!")));
+    }
+    // The row is still there, ticked, with its reason.
+    bool found = false;
+    CleanOutlineModel &model = at.page.outline().model();
+    for (int group = 0; group < model.rowCount(); ++group) {
+        const QModelIndex parent = model.index(group, 0);
+        for (int row = 0; row < model.rowCount(parent); ++row) {
+            const QModelIndex leaf = model.index(row, 0, parent);
+            if (!leaf.data(Qt::AccessibleTextRole)
+                     .toString()
+                     .contains(QLatin1String(GetParam().stuck)))
+                continue;
+            found = true;
+            EXPECT_EQ(leaf.data(Qt::CheckStateRole), Qt::Checked);
+            EXPECT_FALSE(leaf.data(CleanOutlineModel::FailureRole).toString().isEmpty());
+        }
+    }
+    EXPECT_TRUE(found);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Failures, CleanPageFailures,
+    testing::Values(FailureCase{"CachesInAll", "010001", "browser", 0, true},
+                    FailureCase{"DownloadsInAll", "010001", "image.iso", 0, false},
+                    FailureCase{"DownloadsAlone", "010001", "image.iso", 6, true},
+                    FailureCase{"CachesAlone", "010000", "browser", 2, true}),
+    [](const auto &each) { return each.param.name; });
+
+TEST(CleanPage, OneCategoryIsCleanedAloneAndTheDownloadsAskFirst) {
+    CleanPage::store("111111");
+    CleanPage at;
+    at.scan();
+    const std::size_t all = at.page.selectCount2Clean();
+    const auto machine = at.machine.state();
+    at.page.shouldSelectRowWithArray(6);
+    EXPECT_TRUE(at.page.controls().cleanButton.hidden);
+    EXPECT_FALSE(at.page.controls().oneListCleanButton.hidden);
+    EXPECT_THAT(at.line(), HasSubstr("2 of 2 selected"));
+    at.page.cleanButtonAction();
+    EXPECT_THAT(at.heard, Contains("downloads alone?"));
+    at.page.alertWindowYesButtonAction(); // the answer to another question
+    EXPECT_EQ(at.page.state(), State::Warning);
+    at.page.downloadAlertEnded(0);
+    EXPECT_EQ(at.page.state(), State::Results);
+    EXPECT_EQ(at.page.selectCount2Clean(), all);
+    at.page.shouldSelectRowWithArray(2);
+    at.page.cleanButtonAction();
+    at.waitFor(State::Results);
+    EXPECT_EQ(test::changes(machine, at.machine.state()), at.machine.changesOf({1}));
+    EXPECT_THAT(at.line(), testing::EndsWith(" is cleaned"));
+}
+
+TEST(CleanPage, WhatVanishesOrGrowsBeforeTheCleanBringsNoTotalBelowNothing) {
+    CleanPage::store("010000");
+    CleanPage at;
+    at.scan();
+    std::filesystem::remove_all(at.machine.home.path(".cache/browser"));
+    at.machine.home.sparseFile(".cache/two\nlines", 50'000'000);
+    at.page.cleanButtonActionInfo();
+    at.waitFor(State::Results);
+    EXPECT_EQ(at.page.list(1).rowCount(), 0);
+    EXPECT_EQ(UtilityFunction::getVolSpaceFromString(at.page.row(1).sizeLabel()), 0u);
+    EXPECT_LT(at.page.showCleanedSize(), 100'000u) << "no more than was shown";
+    EXPECT_GE(recorded(), 50'000'000);
+}
+
+// The first text is the capacity, so that the sentence reads true.
+TEST(CleanPage, TheOverviewTellsOfTheLastCleanAndTheStartupDisk) {
+    ParseFileLog().setSize(2'000'000, QDateTime(QDate(2026, 3, 15), QTime(10, 22, 33)));
+    NewMainViewController page;
+    NotificationCenter::defaultCenter().post(
+        QStringLiteral("FreeTotleArr"), nullptr,
+        {{QStringLiteral("object"),
+          QVariantList{QStringLiteral("500.00 GB"), QStringLiteral("20.00 GB")}}});
+    const CleanHeading heading = page.heading();
+    EXPECT_EQ(heading.description.text,
+              QStringLiteral("2.00 MB space has been recovered since last clean 03/15/2026 "
+                             "10:22:33. The capacity of startup disk is 500.00 GB, and 20.00 GB is "
+                             "available."));
+    EXPECT_EQ(heading.description.accented, (std::vector<CleanStyledText::Span>{{0, 7, 18, true}}));
+}
+
+TEST(CleanPage, TheCountLineMarksItsNumbers) {
+    const CleanStyledText line = cleanPageTexts::countLine(12, 345, 6'700'000);
+    EXPECT_EQ(line.text, QStringLiteral("12 of 345 selected, 6.70 MB will free up."));
+    const std::vector<QString> expected = {QStringLiteral("12"), QStringLiteral("345"),
+                                           QStringLiteral("6.70 MB")};
+    ASSERT_EQ(line.accented.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i)
+        EXPECT_EQ(line.text.mid(line.accented[i].start, line.accented[i].length), expected[i]);
+    EXPECT_EQ(line.accented[1].start, 2 + 4);
+    EXPECT_EQ(line.accented[2].start, 2 + 3 + 15);
+}
+
+TEST(CleanPage, RowsOfTheLeftListShowTheirParts) {
+    CleanPage at;
+    const struct {
+        int row;
+        int box;
+        bool overview, uninstall, disk, title;
+    } cases[] = {
+        {0, -1, true, false, false, true}, {1, 0, false, false, false, true},
+        {6, 5, false, false, false, true}, {7, -1, false, false, false, false},
+        {8, -1, false, true, false, true}, {9, -1, false, false, true, true},
+    };
+    for (const auto &each : cases) {
+        UtilityFunction::callSelectNotificationForMainWindowLeft(each.row);
+        const CleanPageParts &parts = at.page.parts();
+        EXPECT_EQ(parts.row, each.row);
+        EXPECT_EQ(parts.box, each.box) << each.row;
+        EXPECT_EQ(parts.v3MainView, each.overview) << each.row;
+        EXPECT_EQ(parts.uninstallTextField, each.uninstall) << each.row;
+        EXPECT_EQ(parts.diskSizeView, each.disk) << each.row;
+        EXPECT_EQ(!at.page.heading().title.isEmpty(), each.title) << each.row;
+    }
+}
+
+TEST(CleanPage, ALicenceGateThatClosesKeepsEverything) {
+    CleanPage::store("111111");
+    test::CleanableMachine machine;
+    NewMainViewController::Surroundings closed;
+    closed.licenceGate = [] { return false; };
+    NewMainViewController page(closed);
+    page.clickScanBtn();
+    test::waitUntil([&] { return page.state() == State::Results; });
+    page.cleanButtonActionInfo();
+    page.shouldSelectRowWithArray(2);
+    page.cleanButtonAction();
+    EXPECT_EQ(page.state(), State::Results);
+    EXPECT_EQ(page.selectRowNum(), 2);
+    EXPECT_TRUE(page.isCleanFinshed());
+}
+
+TEST(CleanPage, GoesAwayInTheMiddleOfAScanAndOfAClean) {
+    CleanPage::store("111110");
+    const test::CleanableMachine machine;
+    for (const bool cleaning : {false, true}) {
+        auto page = std::make_unique<NewMainViewController>();
+        page->clickScanBtn();
+        if (cleaning) {
+            test::waitUntil([&] { return page->state() == State::Results; });
+            page->cleanButtonActionInfo();
+            EXPECT_EQ(page->state(), State::Cleaning);
+        }
+    }
+}
+
+} // namespace
+} // namespace brightsweep
