@@ -9,7 +9,7 @@ import xml.etree.ElementTree as xml
 
 ID = "com.norvmac.DeskSweeperPro"
 EXPECTED = {
-    "bin/brightsweep", "bin/brightsweep-cli", "libexec/brightsweep-helper",
+    "bin/brightsweep", "bin/brightsweep-cli", "libexec/brightsweep-helper", "libexec/purge",
     f"share/applications/{ID}.desktop", f"share/dbus-1/services/{ID}.service",
     f"share/metainfo/{ID}.metainfo.xml", f"share/polkit-1/actions/{ID}.policy",
     f"share/icons/hicolor/scalable/apps/{ID}.svg",
@@ -84,8 +84,6 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         top, prefix = installed(build, cmake, pathlib.Path(folder))
         files = {path.relative_to(top).as_posix() for path in top.rglob("*") if path.is_file()}
-        # The release tool comes with the helper.
-        files.discard("libexec/purge")
         for missing in sorted(EXPECTED - files):
             faults.append(f"not installed: {missing}")
         for further in sorted(files - EXPECTED):
