@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
@@ -20,7 +21,16 @@ std::string textOf(const std::filesystem::path &file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-TEST(Program, FirstRunMakesItsFolderAndTheSecondLogsThere) {
+// The form of the program for terminals, whatever display the tests are run on.
+class Program : public testing::Test {
+protected:
+    void SetUp() override {
+        for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+            ::unsetenv(variable);
+    }
+};
+
+TEST_F(Program, FirstRunMakesItsFolderAndTheSecondLogsThere) {
     CleanableMachine machine;
     TestTree &home = machine.home;
     const auto before = machine.state();
@@ -55,7 +65,7 @@ TEST(Program, FirstRunMakesItsFolderAndTheSecondLogsThere) {
 }
 
 // The first log asks for the volumes, whose watch is a thread of its own.
-TEST(Program, TheWatchOfTheVolumesIsNeverTakenForTheMainThread) {
+TEST_F(Program, TheWatchOfTheVolumesIsNeverTakenForTheMainThread) {
     CleanableMachine machine;
     machine.home.directory(".local/share/Brightsweep");
     for (int i = 0; i < 40; ++i) {

@@ -89,6 +89,9 @@ TEST_F(MainWindowTest, PanelsAreMadeWhenFirstShownAndKept) {
     EXPECT_EQ(made.size(), 2);
     item("Scan")->click();
     EXPECT_TRUE(item("Scan")->isChecked()) << "a second press leaves it checked";
+    item("memory")->toggle(); // as assistive programs press
+    EXPECT_EQ(controller.currentPanel(), QStringLiteral("memory"));
+    item("Scan")->toggle();
     QSignalSpy help(&controller, &DBPrefsWindowController::helpRequested);
     item("Help")->click();
     EXPECT_EQ(help.size(), 1);

@@ -109,11 +109,18 @@ PanelToolBarItem *PanelToolBar::addItem(const QString &identifier, const QString
     auto *const item = new PanelToolBarItem(imageName, label, accessibleName, this);
     item->setObjectName(QStringLiteral("toolbar.") + identifier);
     item->setCheckable(checkable);
-    connect(item, &QAbstractButton::clicked, this, [this, identifier] {
+    // Assistive programs toggle what can be checked, and do not click it.
+    const auto act = [this, identifier] {
+        if (m_settingState)
+            return;
         // Which panel is on show decides which item is checked, not the press.
         setSelectedItemIdentifier(m_selected);
         Q_EMIT pressed(identifier);
-    });
+    };
+    if (checkable)
+        connect(item, &QAbstractButton::toggled, this, act);
+    else
+        connect(item, &QAbstractButton::clicked, this, act);
     m_layout->addWidget(item);
     m_items.emplace_back(identifier, item);
     return item;
@@ -132,8 +139,10 @@ void PanelToolBar::setSelectedItemIdentifier(const QString &identifier) {
     if (!selected || !selected->isCheckable())
         return;
     m_selected = identifier;
+    m_settingState = true;
     for (const auto &[name, other] : m_items)
         other->setChecked(other == selected);
+    m_settingState = false;
 }
 
 PanelToolBarItem *PanelToolBar::item(const QString &identifier) const {

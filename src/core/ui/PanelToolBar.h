@@ -59,6 +59,7 @@ private:
     QHBoxLayout *m_layout;
     std::vector<std::pair<QString, PanelToolBarItem *>> m_items;
     QString m_selected;
+    bool m_settingState = false;
 };
 
 } // namespace brightsweep

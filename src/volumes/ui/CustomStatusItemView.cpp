@@ -63,8 +63,10 @@ void CustomStatusItemView::chooseForm() {
     if (!m_answer.isActive())
         m_trayItem.setShown(m_shown && !m_desktopItem.hostPresent());
     const bool present = hostPresent();
-    if (std::exchange(m_hostSeen, present) == present)
+    // No answer yet is no "no".
+    if ((m_answer.isActive() && !present) || m_hostSeen == present)
         return;
+    m_hostSeen = present;
     if (m_hostHandler)
         m_hostHandler(present);
     Q_EMIT hostChanged(present);

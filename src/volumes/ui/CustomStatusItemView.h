@@ -6,6 +6,7 @@
 #include <QString>
 #include <QTimer>
 
+#include <optional>
 #include <vector>
 
 namespace brightsweep {
@@ -31,6 +32,7 @@ public:
     static std::vector<StatusImage> drawnImages(const QString &name);
 
 Q_SIGNALS:
+    /// Also when it is first known.
     void hostChanged(bool present);
 
 private:
@@ -41,7 +43,7 @@ private:
     std::function<void(bool present)> m_hostHandler;
     QTimer m_answer;
     bool m_shown = false;
-    bool m_hostSeen = false;
+    std::optional<bool> m_hostSeen;
 };
 
 } // namespace brightsweep

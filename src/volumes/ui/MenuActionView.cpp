@@ -32,17 +32,26 @@ MenuActionView::MenuActionView(StatusMenu &menu, std::size_t entry, QWidget *par
         setShortcut(keys);
         m_shortcut = keys.toString(QKeySequence::NativeText);
     }
-    connect(this, &QAbstractButton::clicked, this, [this] {
+    // Assistive programs toggle what can be checked, and do not click it.
+    const auto act = [this] {
+        if (m_settingState)
+            return;
         updateFromEntry();
         Q_EMIT activated();
-    });
+    };
+    if (isCheckable())
+        connect(this, &QAbstractButton::toggled, this, act);
+    else
+        connect(this, &QAbstractButton::clicked, this, act);
     updateFromEntry();
 }
 
 void MenuActionView::updateFromEntry() {
     const MenuEntry &entry = m_menu.entries()[m_entry];
     setEnabled(entry.enabled);
+    m_settingState = true;
     setChecked(entry.checked);
+    m_settingState = false;
     update();
 }
 

@@ -28,6 +28,7 @@ private:
     StatusMenu &m_menu;
     std::size_t m_entry;
     QString m_shortcut;
+    bool m_settingState = false;
 };
 
 } // namespace brightsweep

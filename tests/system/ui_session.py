@@ -1,0 +1,207 @@
+"""The resident program, started for real by a user without rights: ui_session.py PROGRAM [TESTS…].
+
+Needs root for its mounts.
+"""
+import os
+import pathlib
+import sys
+import unittest
+
+from ui_desktop import Desktop, Machine, enter_namespace, eventually
+
+NOTIFICATIONS = """
+import dbus, dbus.service, dbus.mainloop.glib, sys
+from gi.repository import GLib
+dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
+bus = dbus.SessionBus()
+class Server(dbus.service.Object):
+    @dbus.service.method("org.freedesktop.Notifications", in_signature="susssasa{sv}i", out_signature="u")
+    def Notify(self, name, replaces, icon, summary, body, actions, hints, expires):
+        print(f"{summary}|{body}|{','.join(actions)}", flush=True)
+        return 1
+    @dbus.service.method("org.freedesktop.Notifications", out_signature="as")
+    def GetCapabilities(self):
+        return ["body", "actions"]
+    @dbus.service.method("org.freedesktop.Notifications", out_signature="ssss")
+    def GetServerInformation(self):
+        return ("stage", "stage", "1", "1.2")
+    @dbus.service.method("org.freedesktop.Notifications", in_signature="u")
+    def CloseNotification(self, number):
+        pass
+name = dbus.service.BusName("org.freedesktop.Notifications", bus)
+server = Server(bus, "/org/freedesktop/Notifications")
+GLib.MainLoop().run()
+"""
+
+PROGRAM = ""
+MACHINE = None
+
+
+class Session(unittest.TestCase):
+    def desktop(self, **kinds):
+        desktop = Desktop(PROGRAM, **kinds)
+        self.addCleanup(desktop.close)
+        return desktop
+
+    def notified(self, desktop):
+        desktop.start("/usr/bin/python3", "-c", NOTIFICATIONS)
+        path = f"{desktop.folder}/python3.log"
+        self.assertTrue(eventually(lambda: desktop.run(
+            "dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
+            "org.freedesktop.DBus.GetNameOwner",
+            "string:org.freedesktop.Notifications").returncode == 0))
+        return lambda: pathlib.Path(path).read_text().splitlines()
+
+    def open_popup(self, desktop):
+        self.assertTrue(eventually(desktop.tray_place), "no icon in the tray")
+        desktop.click(desktop.tray_place())
+        desktop.wait_for("Quit Brightsweep")
+
+
+class Tray(Session):
+    def test_volumes_come_and_go_in_the_open_popup(self):
+        desktop = self.desktop()
+        desktop.start_program()
+        desktop.wait_for("Fast Clean")
+        self.open_popup(desktop)
+        names = desktop.names()
+        self.assertTrue(any(name.startswith("/, ") and " free of " in name for name in names), names)
+        self.assertTrue(any(name.startswith("Memory, ") for name in names), names)
+        self.assertIn("Eject All", names)
+
+        device = MACHINE.mount_disk("Photos")
+        desktop.wait_for("Photos, ")
+        self.assertTrue(desktop.shows("Photos is mounted successfully!"))
+        self.assertTrue(desktop.shows("Quit Brightsweep"), "the open popup has come back")
+
+        desktop.press("Eject Photos")
+        desktop.wait_for("Photos is unmounted successfully!")
+        self.assertTrue(eventually(lambda: not MACHINE.is_attached(device)))
+        self.open_popup(desktop)
+        self.assertFalse(desktop.shows("Photos, "))
+
+        desktop.press("Quit Brightsweep")
+        self.assertEqual(desktop.running.wait(20), 1)
+
+    def test_bubbles_stack_and_go_and_take_no_focus(self):
+        desktop = self.desktop()
+        desktop.start_program()
+        desktop.wait_for("Fast Clean")
+        front = desktop.run("xdotool", "getactivewindow").stdout
+        for label in ("One", "Two", "Three"):
+            MACHINE.mount_disk(label)
+            desktop.wait_for(f"{label} is mounted")
+        tops = []
+        for window in desktop.run("xdotool", "search", "--class", "brightsweep").stdout.split():
+            words = desktop.run("xdotool", "getwindowgeometry", "--shell", window).stdout.split()
+            place = dict(word.split("=") for word in words)
+            if place and place["WIDTH"] == "226":
+                self.assertEqual(int(place["X"]) + 226, 1270)
+                tops.append(int(place["Y"]))
+        self.assertEqual(sorted(tops), [10, 70, 130][:len(tops)])
+        self.assertEqual(desktop.run("xdotool", "getactivewindow").stdout, front)
+        desktop.wait_without("Three is mounted")
+
+    def test_the_tray_may_come_late_and_come_again(self):
+        desktop = self.desktop(tray=False)
+        desktop.start_program()
+        desktop.wait_for("Volumes and memory")
+        desktop.start_tray()
+        self.assertTrue(eventually(desktop.tray_place))
+        desktop.wait_without("Volumes and memory")
+        desktop.tray.terminate()
+        desktop.tray.wait()
+        desktop.wait_for("Volumes and memory")
+        desktop.start_tray()
+        self.open_popup(desktop)
+
+
+class Window(Session):
+    def test_a_second_start_shows_the_page_last_used(self):
+        desktop = self.desktop()
+        desktop.start_program()
+        desktop.wait_for("Fast Clean")
+        desktop.press("Disk Usage")
+        desktop.wait_for("Show Volumes")
+        desktop.key("ctrl+w")
+        desktop.wait_without("Show Volumes")
+        self.assertIsNone(desktop.running.poll(), "closing does not end it")
+        self.assertEqual(desktop.run(PROGRAM, "--activate").returncode, 0)
+        desktop.wait_for("Show Volumes")
+        self.assertFalse(desktop.shows("Open Downloads"))
+        desktop.key("ctrl+q")
+        self.assertEqual(desktop.running.wait(20), 1)
+
+    def test_the_application_menu_opens_by_its_key(self):
+        desktop = self.desktop()
+        desktop.start_program()
+        desktop.wait_for("Fast Clean")
+        self.assertTrue(eventually(lambda: desktop.run("xdotool", "getactivewindow").stdout))
+        desktop.key("F10")
+        # Scan is current; what cannot be had is passed over.
+        for _ in range(3):
+            desktop.key("Down")
+        desktop.key("Return")
+        desktop.wait_for("Show Log")
+        for key in ("F10", "Up", "Up", "Return"):
+            desktop.key(key)
+        desktop.wait_for("About Brightsweep")
+
+    def test_started_at_login_it_opens_no_window(self):
+        desktop = self.desktop(tray=False)
+        told = self.notified(desktop)
+        desktop.settings("LoginCheck", "1")
+        desktop.start_program()
+        self.assertTrue(eventually(told), "no word of where the program is")
+        self.assertIn("Open", told()[0])
+        self.assertEqual(len(told()), 1)
+        self.assertFalse(desktop.shows("Fast Clean"))
+        self.assertEqual(desktop.run(PROGRAM, "--activate").returncode, 0)
+        desktop.wait_for("Fast Clean")
+
+    def test_the_display_goes(self):
+        desktop = self.desktop()
+        desktop.start_program()
+        desktop.wait_for("Fast Clean")
+        desktop.display.kill()
+        self.assertEqual(desktop.running.wait(20), 1)
+        self.assertIn("The display has gone; the program ends.", desktop.log_text())
+
+    def test_no_graphics_driver_is_loaded(self):
+        desktop = self.desktop()
+        desktop.start_program()
+        desktop.wait_for("Fast Clean")
+        with open(f"/proc/{desktop.running.pid}/maps") as maps:
+            loaded = maps.read()
+        for part in ("_dri.so", "libGLX_mesa", "libEGL_mesa", "libQt6Qml", "libQt6Quick"):
+            self.assertNotIn(part, loaded)
+
+
+class Wayland(Session):
+    def test_window_popup_and_a_mount_told_by_notification(self):
+        desktop = self.desktop(display="wayland")
+        told = self.notified(desktop)
+        desktop.start_program()
+        desktop.wait_for("Fast Clean")
+        desktop.wait_for("Volumes and memory")
+        desktop.press("Volumes and memory")
+        desktop.wait_for("Quit Brightsweep")
+        MACHINE.mount_disk("Wayland")
+        self.assertTrue(eventually(
+            lambda: any("Wayland is mounted successfully!" in line for line in told())), told())
+        desktop.wait_for("Wayland, ")
+        desktop.press("Quit Brightsweep")
+        self.assertEqual(desktop.running.wait(20), 1)
+
+
+if __name__ == "__main__":
+    if os.geteuid() != 0:
+        sys.exit("needs root for its mounts")
+    enter_namespace()
+    PROGRAM = os.path.abspath(sys.argv.pop(1))
+    MACHINE = Machine()
+    MACHINE.start_disks()
+    try:
+        unittest.main(verbosity=2)
+    finally:
+        MACHINE.close()
