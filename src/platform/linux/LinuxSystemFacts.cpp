@@ -77,6 +77,13 @@ Value pageSize() {
     return size < 0 ? Value(lastError()) : eightBytes(std::uint64_t(size));
 }
 
+Value physicalMemory() {
+    const long pages = ::sysconf(_SC_PHYS_PAGES);
+    const long size = ::sysconf(_SC_PAGESIZE);
+    return pages < 0 || size < 0 ? Value(lastError())
+                                 : eightBytes(std::uint64_t(pages) * std::uint64_t(size));
+}
+
 constexpr struct {
     std::string_view name;
     Value (*read)();
@@ -84,7 +91,7 @@ constexpr struct {
     {"hw.machine", [] { return unameField(&utsname::machine); }},
     {"hw.model", productName},
     {"hw.memsize", memorySize},
-    {"hw.physmem", memorySize},
+    {"hw.physmem", physicalMemory},
     {"hw.pagesize", pageSize},
     {"machdep.cpu.vendor", [] { return lineOf("/proc/cpuinfo", "vendor_id"); }},
     {"machdep.cpu.brand_string", [] { return lineOf("/proc/cpuinfo", "model name"); }},
