@@ -78,9 +78,13 @@ void CategoryListModel::setNoCheckBoxSelect() {
 }
 
 void CategoryListModel::selectAll(bool ticked) {
-    m_controller.selectAll(ticked);
+    const ScanViewController::Counts counts = m_controller.counts();
+    const bool isSo = counts.ticked == (ticked ? counts.rows : 0);
+    if (!isSo)
+        m_controller.selectAll(ticked);
     setSelectButton(ticked);
-    reload();
+    if (!isSo || int(counts.rows) != m_rows)
+        reload();
 }
 
 void CategoryListModel::getSelectAllOrNull() {

@@ -58,7 +58,7 @@ void CleanOutlineController::toggle(const QModelIndex &index) {
     const auto leaves = m_model.shownLeaves(index);
     const bool ticked = std::none_of(leaves.begin(), leaves.end(), isTicked);
     const QVariant icon =
-        node->data().isLeaf() ? paths::toVariant(node->data().iconRep()) : QVariant(groupFlyImage);
+        node->data().isLeaf() ? paths::toVariant(node->data().name()) : QVariant(groupFlyImage);
     if (set(leaves, ticked) && ticked)
         Q_EMIT flyToTrash(icon, index);
 }

@@ -122,7 +122,7 @@ void CleanOutlineModel::restore(const std::vector<Place> &places) {
     std::unordered_map<unsigned, std::unordered_map<std::string_view, int>> rows;
     for (const Place &place : places) {
         if (!place.path.empty())
-            rows.try_emplace(place.category);
+            rows[place.category].emplace(place.path, -1);
     }
     std::unordered_map<unsigned, int> groupRows;
     for (int row = 0; row < int(m_shown.size()); ++row) {
@@ -131,9 +131,11 @@ void CleanOutlineModel::restore(const std::vector<Place> &places) {
         const auto wanted = rows.find(shown.category);
         if (wanted == rows.end())
             continue;
-        wanted->second.reserve(shown.leaves.size());
-        for (int leaf = 0; leaf < int(shown.leaves.size()); ++leaf)
-            wanted->second.emplace(shown.leaves[std::size_t(leaf)]->data().name(), leaf);
+        for (int leaf = 0; leaf < int(shown.leaves.size()); ++leaf) {
+            const auto found = wanted->second.find(shown.leaves[std::size_t(leaf)]->data().name());
+            if (found != wanted->second.end())
+                found->second = leaf;
+        }
     }
     QModelIndexList from;
     QModelIndexList to;
@@ -145,7 +147,7 @@ void CleanOutlineModel::restore(const std::vector<Place> &places) {
             if (!place.path.empty()) {
                 const auto &leaves = rows[place.category];
                 const auto leaf = leaves.find(place.path);
-                now = leaf == leaves.end()
+                now = leaf == leaves.end() || leaf->second < 0
                           ? QModelIndex()
                           : index(leaf->second, place.before.column(), now.siblingAtColumn(0));
             }
@@ -163,7 +165,8 @@ void CleanOutlineModel::list() {
         for (const CleanResultTree::Node &leaf : group.leaves) {
             const std::string &name = leaf->data().name();
             if (m_filter.isEmpty() ||
-                paths::display(paths::lastComponent(name)).contains(m_filter, Qt::CaseInsensitive))
+                paths::display(std::string_view(name).substr(name.rfind('/') + 1))
+                    .contains(m_filter, Qt::CaseInsensitive))
                 shown.leaves.push_back(leaf.get());
         }
         order(shown.leaves);
@@ -172,30 +175,28 @@ void CleanOutlineModel::list() {
 }
 
 void CleanOutlineModel::order(std::vector<SimpleTreeNode *> &leaves) const {
-    const auto sortBy = [&](auto before) {
-        if (m_sortOrder == Qt::AscendingOrder)
-            std::stable_sort(leaves.begin(), leaves.end(), before);
-        else
-            std::stable_sort(leaves.begin(), leaves.end(),
-                             [&](const auto *a, const auto *b) { return before(b, a); });
+    // Keys side by side: a comparison does not go through the nodes.
+    const auto sortBy = [&](auto keyOf) {
+        std::vector<std::pair<decltype(keyOf(leaves.front()->data())), SimpleTreeNode *>> keyed;
+        keyed.reserve(leaves.size());
+        for (SimpleTreeNode *leaf : leaves)
+            keyed.emplace_back(keyOf(leaf->data()), leaf);
+        const bool ascending = m_sortOrder == Qt::AscendingOrder;
+        std::stable_sort(keyed.begin(), keyed.end(), [&](const auto &a, const auto &b) {
+            return ascending ? a.first < b.first : b.first < a.first;
+        });
+        for (std::size_t i = 0; i < leaves.size(); ++i)
+            leaves[i] = keyed[i].second;
     };
     switch (m_sortColumn) {
     case Checkbox:
-        return sortBy([](const SimpleTreeNode *a, const SimpleTreeNode *b) {
-            return a->data().selectNum() < b->data().selectNum();
-        });
+        return sortBy([](const SimpleNodeData &data) { return data.selectNum(); });
     case NameColumn:
-        return sortBy([](const SimpleTreeNode *a, const SimpleTreeNode *b) {
-            return a->data().name() < b->data().name();
-        });
+        return sortBy([](const SimpleNodeData &data) { return std::string_view(data.name()); });
     case FileSize:
-        return sortBy([](const SimpleTreeNode *a, const SimpleTreeNode *b) {
-            return a->data().fileSize() < b->data().fileSize();
-        });
+        return sortBy([](const SimpleNodeData &data) { return data.fileSize(); });
     case ModifyDate:
-        return sortBy([](const SimpleTreeNode *a, const SimpleTreeNode *b) {
-            return a->data().ModificationDate() < b->data().ModificationDate();
-        });
+        return sortBy([](const SimpleNodeData &data) { return data.ModificationDate(); });
     default:
         return;
     }
@@ -306,7 +307,7 @@ QVariant CleanOutlineModel::data(const QModelIndex &index, int role) const {
     case ImageRole:
         return QString::fromLatin1(checkImage(data));
     case IconRole:
-        return paths::toVariant(data.iconRep());
+        return paths::toVariant(leaf ? data.name() : data.iconRep());
     case CategoryRole: {
         const auto *group = m_tree.groupOf(node);
         return group ? QVariant(group->category) : QVariant();

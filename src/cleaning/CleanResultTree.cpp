@@ -104,9 +104,7 @@ void CleanResultTree::rebuildLeaves(unsigned category, ScanViewController &contr
             leaf = std::move(found->second);
             known.erase(found);
         } else {
-            auto data = std::make_shared<CleanNodeData>(row.path.native());
-            data->setIconRep(row.path.native());
-            leaf = SimpleTreeNode::nodeWithData(std::move(data));
+            leaf = SimpleTreeNode::nodeWithData(std::make_shared<CleanNodeData>(row.path.native()));
         }
         fillLeaf(dataOf(*leaf), row);
         leaves.push_back(std::move(leaf));
