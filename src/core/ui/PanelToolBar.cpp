@@ -66,11 +66,11 @@ void PanelToolBarItem::paintEvent(QPaintEvent *) {
     painter.setRenderHint(QPainter::Antialiasing);
     const bool lit = isDown() || isChecked();
     const QRectF box = QRectF(rect()).adjusted(1, 1, -1, -1);
-    painter.setPen(Qt::NoPen);
     if (lit || underMouse()) {
-        painter.setBrush(lit && underMouse() ? theme::hover()
-                         : lit               ? theme::raised()
-                                             : theme::hover());
+        // Black on black would not show which item is checked.
+        const bool outlined = lit && theme::appearance().highContrast;
+        painter.setPen(outlined ? QPen(theme::text(), 1) : QPen(Qt::NoPen));
+        painter.setBrush(lit && !underMouse() ? theme::raised() : theme::hover());
         painter.drawRoundedRect(box, theme::radius, theme::radius);
     }
     const int textHeight = text().isEmpty() ? 0 : fontMetrics().height();
