@@ -15,7 +15,6 @@ public:
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void paintGround(QPainter &painter, QColor lit) const;
-    bool isLit() const { return isEnabled() && (underMouse() || hasFocus()); }
 };
 
 /// A small button with an image and no text.

@@ -2,6 +2,7 @@
 
 #include "core/ui/RoundedWindow.h"
 #include "core/ui/Theme.h"
+#include "core/ui/WindowSystem.h"
 #include "volumes/StatusMenu.h"
 #include "volumes/ui/CustomGreyBarView.h"
 #include "volumes/ui/MenuActionView.h"
@@ -17,7 +18,6 @@
 #include <QScrollBar>
 #include <QTimer>
 #include <QVBoxLayout>
-#include <QWindow>
 
 #include <algorithm>
 
@@ -47,10 +47,6 @@ QPainterPath shapeOf(const QRectF &rectangle) {
     QPainterPath path;
     path.addRoundedRect(rectangle.adjusted(0.5, 0.5, -0.5, -0.5), theme::radius, theme::radius);
     return path;
-}
-
-bool windowsPlaceThemselves() {
-    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
 } // namespace
@@ -124,11 +120,7 @@ void StatusPopup::open() {
     resize(frame.size());
     if (windowsPlaceThemselves())
         move(frame.topLeft());
-    if (!m_activation.token.empty())
-        qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(m_activation.token));
-    show();
-    raise();
-    activateWindow();
+    showInFront(*this, std::exchange(m_activation.token, {}));
     setFocus(Qt::PopupFocusReason);
     m_menu.menuWillOpen();
 }

@@ -3,14 +3,12 @@
 #include "platform/StatusItem.h"
 
 #include <QElapsedTimer>
-#include <QPointer>
 #include <QRect>
 #include <QWidget>
 
 #include <vector>
 
 class QScrollArea;
-class QVBoxLayout;
 
 namespace brightsweep {
 

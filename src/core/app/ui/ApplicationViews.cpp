@@ -9,6 +9,7 @@
 #include "core/app/ui/PanelPages.h"
 #include "core/ui/AboutPanel.h"
 #include "core/ui/AlertSheet.h"
+#include "core/ui/WindowSystem.h"
 #include "foundation/Paths.h"
 #include "volumes/ui/BubbleView.h"
 #include "volumes/ui/CustomStatusItemView.h"
@@ -20,10 +21,6 @@
 namespace brightsweep {
 
 namespace {
-
-bool windowsPlaceThemselves() {
-    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
-}
 
 // What a quick clean empties: the folders of the categories that are ticked as a whole.
 QStringList quickCleanFolders() {
@@ -125,9 +122,7 @@ void ApplicationViews::showAbout() {
         m_about = new AboutPanel(m_mainWindow->isVisible() ? m_mainWindow.get() : nullptr);
         m_about->setAttribute(Qt::WA_DeleteOnClose);
     }
-    m_about->show();
-    m_about->raise();
-    m_about->activateWindow();
+    showInFront(*m_about, {});
 }
 
 void ApplicationViews::showPopupAtWindow() {

@@ -28,7 +28,6 @@ public:
     ~ApplicationViews() override;
 
     MainWindow &mainWindow() { return *m_mainWindow; }
-    StatusPopup &popup() { return *m_popup; }
 
 private:
     void fillApplicationMenu();

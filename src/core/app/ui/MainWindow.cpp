@@ -3,6 +3,7 @@
 #include "core/app/DBPrefsWindowController.h"
 #include "core/ui/PanelToolBar.h"
 #include "core/ui/Theme.h"
+#include "core/ui/WindowSystem.h"
 #include "foundation/UserDefaults.h"
 
 #include <QCloseEvent>
@@ -85,7 +86,7 @@ MainWindow::MainWindow(DBPrefsWindowController &controller, PanelMaker panelMake
             });
     connect(&m_controller, &DBPrefsWindowController::titleChanged, this,
             &MainWindow::setWindowTitle);
-    connect(&m_controller, &DBPrefsWindowController::windowShown, this, &MainWindow::showInFront);
+    connect(&m_controller, &DBPrefsWindowController::windowShown, this, &MainWindow::comeForward);
     connect(&m_controller, &DBPrefsWindowController::centreRequested, this,
             &MainWindow::moveToCentre);
     connect(&m_controller, &DBPrefsWindowController::levelChanged, this, &MainWindow::setLevel);
@@ -188,16 +189,11 @@ void MainWindow::resizeToPanel(const QSize &least, bool animate) {
     viewAnimation->start();
 }
 
-void MainWindow::showInFront() {
-    const std::string token = m_controller.takeActivationToken();
-    if (!token.empty())
-        qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+void MainWindow::comeForward() {
     setWindowState(windowState() & ~Qt::WindowMinimized);
     if (!isVisible())
         moveToCentre();
-    show();
-    raise();
-    activateWindow();
+    showInFront(*this, m_controller.takeActivationToken());
 }
 
 void MainWindow::moveToCentre() {

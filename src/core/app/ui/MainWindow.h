@@ -56,7 +56,7 @@ private:
     void displayPanel(const QString &identifier, bool animate);
     QSize fittingScreen(const QSize &panel) const;
     void resizeToPanel(const QSize &least, bool animate);
-    void showInFront();
+    void comeForward();
     void moveToCentre();
     void setLevel(int levelKey);
     void openApplicationMenu();
