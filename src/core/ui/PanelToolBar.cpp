@@ -33,7 +33,7 @@ PanelToolBarItem::PanelToolBarItem(const QString &imageName, const QString &labe
     // The mouse presses without taking the keyboard's place.
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
 }
 
 QSize PanelToolBarItem::sizeHint() const {
@@ -42,6 +42,12 @@ QSize PanelToolBarItem::sizeHint() const {
             ? bareWidth
             : std::max(leastWidth, fontMetrics().horizontalAdvance(text()) + 2 * sidePadding);
     return {width, theme::height(itemHeight)};
+}
+
+// On a narrow screen the items move together before any is cut off.
+QSize PanelToolBarItem::minimumSizeHint() const {
+    const int content = text().isEmpty() ? imageSide : fontMetrics().horizontalAdvance(text());
+    return {content + 2 * theme::grid, theme::height(itemHeight)};
 }
 
 void PanelToolBarItem::changeEvent(QEvent *event) {
@@ -100,7 +106,7 @@ void PanelToolBarItem::paintEvent(QPaintEvent *) {
 PanelToolBar::PanelToolBar(QWidget *parent) : QWidget(parent), m_layout(new QHBoxLayout(this)) {
     m_layout->setContentsMargins(2 * theme::grid, theme::grid, 2 * theme::grid, theme::grid + 1);
     m_layout->setSpacing(theme::grid);
-    setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
 PanelToolBarItem *PanelToolBar::addItem(const QString &identifier, const QString &label,

@@ -20,6 +20,7 @@ public:
                      QWidget *parent);
 
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *) override;
