@@ -365,6 +365,14 @@ void NewMainViewController::shouldSelectRowWithArray(int row) {
         changeStateTextFeild(cleanPageTexts::cleanedLine(m_showCleanedSize));
 }
 
+CleanStyledText NewMainViewController::recovered() const {
+    QDateTime date;
+    const std::int64_t size = ParseFileLog().getSize(&date);
+    return size > 0 ? cleanPageTexts::recoveredLine(std::uint64_t(size), date, freeString,
+                                                    totleString)
+                    : CleanStyledText();
+}
+
 CleanHeading NewMainViewController::heading() const {
     CleanHeading heading = changeNoteText(m_selectRowNum);
     if (m_selectRowNum == 0) {

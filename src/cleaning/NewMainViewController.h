@@ -64,6 +64,8 @@ public:
     const CleanPageParts &parts() const { return m_parts; }
     /// For the row of the left list; of the overview with what the last clean recovered.
     CleanHeading heading() const;
+    /// What the last clean recovered, for the start panel; empty before the first.
+    CleanStyledText recovered() const;
     CleanOutcome outcome() const { return m_outcome; }
     /// True once a scan was stopped: no later one of this process finds anything.
     bool needsRestart() const { return m_needsRestart; }

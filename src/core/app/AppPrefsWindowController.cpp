@@ -1,5 +1,6 @@
 #include "core/app/AppPrefsWindowController.h"
 
+#include "cleaning/NewMainViewController.h"
 #include "foundation/UserDefaults.h"
 
 #include <array>
@@ -56,13 +57,30 @@ void AppPrefsWindowController::resetSharedPrefsWindowController() {
     shared().reset();
 }
 
+AppPrefsWindowController::~AppPrefsWindowController() = default;
+
 void AppPrefsWindowController::readAnimationSettings() {
     const UserDefaults &defaults = UserDefaults::standardUserDefaults();
     setCrossFade(defaults.boolForKey(QStringLiteral("fade")));
     setShiftSlowsAnimation(defaults.boolForKey(QStringLiteral("shiftSlowsAnimation")));
 }
 
+void AppPrefsWindowController::makeCleanPage() {
+    NewMainViewController::Surroundings surroundings;
+    surroundings.selectedItem = [this] { return selectedItem(); };
+    m_v4MainView = std::make_unique<NewMainViewController>(std::move(surroundings));
+    const auto *const page = m_v4MainView.get();
+    connect(page, &NewMainViewController::stateChanged, this,
+            [this] { setView4FastClean(m_v4MainView->view4FastClean()); });
+    connect(page, &NewMainViewController::displayPanel, this,
+            [this](const QString &identifier, bool animate) {
+                setView4FastClean(m_v4MainView->view4FastClean());
+                displayViewForIdentifier(identifier, animate);
+            });
+}
+
 void AppPrefsWindowController::setupToolbar() {
+    makeCleanPage();
     for (const PanelRow &row : panelTable) {
         const QString label = QString::fromLatin1(row.label);
         switch (row.kind) {

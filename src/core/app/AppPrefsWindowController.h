@@ -2,7 +2,11 @@
 
 #include "core/app/DBPrefsWindowController.h"
 
+#include <memory>
+
 namespace brightsweep {
+
+class NewMainViewController;
 
 /// The program's one window: its table of panels. Main thread.
 class AppPrefsWindowController : public DBPrefsWindowController {
@@ -10,11 +14,15 @@ class AppPrefsWindowController : public DBPrefsWindowController {
 
 public:
     using DBPrefsWindowController::DBPrefsWindowController;
+    ~AppPrefsWindowController() override;
 
     /// The one instance, made at the first call.
     static AppPrefsWindowController &sharedPrefsWindowController();
     /// Lets the next call make another one; for tests.
     static void resetSharedPrefsWindowController();
+
+    /// The clean page; null before the window was first shown.
+    NewMainViewController *v4MainView() const { return m_v4MainView.get(); }
 
     /// Copies the settings of the animation.
     void readAnimationSettings();
@@ -26,6 +34,11 @@ Q_SIGNALS:
 protected:
     void setupToolbar() override;
     void beginToSanUninstallListWhenSelect(int selection) override;
+
+private:
+    void makeCleanPage();
+
+    std::unique_ptr<NewMainViewController> m_v4MainView;
 };
 
 } // namespace brightsweep

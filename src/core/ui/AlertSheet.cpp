@@ -94,6 +94,10 @@ void AlertSheet::addButtons(QHBoxLayout &row) {
             button->setProperty("primary", true);
         }
         connect(button, &QPushButton::clicked, this, [this, &answer] {
+            if (answer.keepsOpen) {
+                answer.act();
+                return;
+            }
             m_answer = answer.act ? answer.act : [] {};
             accept();
         });

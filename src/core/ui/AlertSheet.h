@@ -15,6 +15,7 @@ struct AlertButton {
     QString label;
     bool removes = false; ///< the act takes something away: never the default button
     std::function<void()> act;
+    bool keepsOpen = false; ///< no answer: the question stays
 };
 
 struct AlertContent {

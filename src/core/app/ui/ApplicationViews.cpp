@@ -44,7 +44,10 @@ ApplicationViews::ApplicationViews(AppDelegate &delegate, CustomStatusItemView &
     m_mainWindow = std::make_unique<MainWindow>(
         AppPrefsWindowController::sharedPrefsWindowController(),
         [this](const QString &identifier, QWidget *page) {
-            return makePanelPage(identifier, {[this] { showPopupAtWindow(); }}, page);
+            PanelActs acts;
+            acts.showVolumes = [this] { showPopupAtWindow(); };
+            acts.clean = AppPrefsWindowController::sharedPrefsWindowController().v4MainView();
+            return makePanelPage(identifier, acts, page);
         });
     m_popup = std::make_unique<StatusPopup>(m_delegate.menu());
     if (windowsPlaceThemselves())

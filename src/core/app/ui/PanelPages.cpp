@@ -1,5 +1,8 @@
 #include "core/app/ui/PanelPages.h"
 
+#include "cleaning/ui/CleanProgressPanel.h"
+#include "cleaning/ui/CleanResultsPanel.h"
+#include "cleaning/ui/CleanStartPanel.h"
 #include "core/MacLog.h"
 #include "core/Texts.h"
 #include "core/ui/EmptyPanel.h"
@@ -36,10 +39,6 @@ void openFirst(const std::vector<fs::path> &folders) {
             return;
         }
     }
-}
-
-void openDownloads(const PanelActs &) {
-    openFolder(Platform::current().directories->first(StandardDirectory::Downloads));
 }
 
 void openHome(const PanelActs &) {
@@ -82,8 +81,6 @@ struct EmptyPage {
 };
 
 constexpr std::array emptyPages = {
-    EmptyPage{"Scan", "start_clean.png", "Fast Clean", "EMPTY_SCAN", "OPEN_DOWNLOADS",
-              openDownloads},
     EmptyPage{"duplicates_file", "start_duplicates.png", "Duplicates", "EMPTY_DUPLICATES",
               "OPEN_HOME", openHome},
     EmptyPage{"disk_usage", "start_disk_usage.png", "Disk Usage", "EMPTY_DISK_USAGE",
@@ -103,7 +100,6 @@ constexpr struct {
     const char *ending;
     const char *panel;
 } laterStates[] = {
-    {"_FastClean", "Scan"},
     {"_Duplicates", "duplicates_file"},
     {"_DiskUsage", "disk_usage"},
 };
@@ -124,6 +120,18 @@ const EmptyPage &pageOf(const QString &identifier) {
 } // namespace
 
 QWidget *makePanelPage(const QString &identifier, const PanelActs &acts, QWidget *parent) {
+    if (acts.clean) {
+        if (identifier == QLatin1String("Scan"))
+            return new CleanStartPanel(*acts.clean, parent);
+        if (identifier == QLatin1String("QC_FastClean"))
+            return new CleanProgressPanel(*acts.clean, parent);
+        if (identifier == QLatin1String("DATA_FastClean")) {
+            auto *const results = new CleanResultsPanel(*acts.clean, parent);
+            QObject::connect(results, &CleanResultsPanel::volumesRequested, results,
+                             acts.showVolumes);
+            return results;
+        }
+    }
     const EmptyPage &page = pageOf(identifier);
     return new EmptyPanel({QLatin1String(page.image), QLatin1String(page.title),
                            localizedText(page.sentenceKey), localizedText(page.actKey),

@@ -8,9 +8,12 @@ class QWidget;
 
 namespace brightsweep {
 
+class NewMainViewController;
+
 /// What the pages ask for beyond themselves.
 struct PanelActs {
-    std::function<void()> showVolumes; ///< opens the list of volumes
+    std::function<void()> showVolumes;      ///< opens the list of volumes
+    NewMainViewController *clean = nullptr; ///< the clean page's
 };
 
 /// The page of a panel of the main window. Panels that have no page yet say what they are for.

@@ -1,0 +1,408 @@
+#include "cleaning/ui/CleanResultsPanel.h"
+
+#include "cleaning/CleanCategories.h"
+#include "cleaning/CustomTableView.h"
+#include "cleaning/NewMainViewController.h"
+#include "cleaning/ui/LeftListView.h"
+#include "cleaning/ui/OverviewRow.h"
+#include "cleaning/ui/ResultView.h"
+#include "cleaning/ui/StyledLabel.h"
+#include "core/UtilityFunction.h"
+#include "core/ui/ImageProvider.h"
+#include "core/ui/Theme.h"
+#include "effects/Animation.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int leftWidth = 232;
+constexpr int headingSide = 40;
+constexpr int filterWidth = 200;
+constexpr int trashSide = 24;
+constexpr int buttonWidth = 128;
+constexpr int buttonHeight = 36;
+constexpr int noteWidth = 420;
+constexpr std::chrono::milliseconds filterSettles{120};
+
+// Paints an image by name, so that it follows the look and the scale.
+class Picture : public QWidget {
+public:
+    Picture(int side, QWidget *parent) : QWidget(parent) { setFixedSize(side, side); }
+    void setImage(const QString &name) {
+        m_name = name;
+        update();
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        paintImage(painter, m_name, rect());
+    }
+
+private:
+    QString m_name;
+};
+
+// Enter never starts a removal.
+class RemovingButton : public QPushButton {
+public:
+    using QPushButton::QPushButton;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override {
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+            event->ignore();
+        else
+            QPushButton::keyPressEvent(event);
+    }
+};
+
+QLabel *secondaryLabel(QWidget *parent) {
+    auto *const label = new QLabel(parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setProperty("secondary", true);
+    return label;
+}
+
+QFrame *hairline(QWidget *parent) {
+    auto *const line = new QFrame(parent);
+    line->setFixedHeight(1);
+    line->setStyleSheet(QStringLiteral("background: palette(mid);"));
+    return line;
+}
+
+QPushButton *removingButton(const QString &name, const QString &text, QWidget *parent) {
+    auto *const button = new RemovingButton(text, parent);
+    button->setObjectName(name);
+    button->setProperty("primary", true);
+    button->setMinimumSize(theme::height(buttonWidth), theme::height(buttonHeight));
+    return button;
+}
+
+} // namespace
+
+CleanResultsPanel::CleanResultsPanel(NewMainViewController &controller, QWidget *parent)
+    : QWidget(parent),
+      m_controller(controller),
+      m_left(new LeftListView(controller, this)),
+      m_filterSettled(new QTimer(this)),
+      m_box(new QStackedWidget(this)) {
+    m_left->setFixedWidth(theme::height(leftWidth));
+    m_outline = new OutlineView(m_controller.outline(), m_box);
+    m_box->addWidget(m_outline);
+    m_overview = makeOverview();
+    m_box->addWidget(m_overview);
+    m_outcome = makeOutcome();
+    m_box->addWidget(m_outcome);
+    m_uninstallNote = new QWidget(m_box);
+    m_box->addWidget(m_uninstallNote);
+    m_volumeNote = makeNote(QStringLiteral("Show volumes"), &CleanResultsPanel::volumesRequested);
+    m_box->addWidget(m_volumeNote);
+
+    auto *const right = new QVBoxLayout;
+    right->setContentsMargins(0, 0, 0, 0);
+    right->setSpacing(0);
+    right->addWidget(makeHeading());
+    right->addWidget(m_box, 1);
+    auto *const upper = new QHBoxLayout;
+    upper->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 0);
+    upper->setSpacing(2 * theme::grid);
+    upper->addWidget(m_left);
+    upper->addLayout(right, 1);
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addLayout(upper, 1);
+    layout->addWidget(hairline(this));
+    layout->addWidget(makeBottom());
+    setFocusProxy(m_outline);
+    bind();
+    followHeading();
+    followParts();
+    followControls();
+}
+
+QSize CleanResultsPanel::sizeHint() const {
+    return {880, 500};
+}
+
+// -- Making
+
+QWidget *CleanResultsPanel::makeHeading() {
+    auto *const heading = new QWidget(this);
+    auto *const row = new QHBoxLayout(heading);
+    row->setContentsMargins(2 * theme::grid, theme::grid, 2 * theme::grid, 2 * theme::grid);
+    row->setSpacing(3 * theme::grid);
+    m_headingImage = new Picture(headingSide, heading);
+    row->addWidget(m_headingImage, 0, Qt::AlignTop);
+    auto *const words = new QVBoxLayout;
+    words->setSpacing(0);
+    m_title = new QLabel(heading);
+    m_title->setTextFormat(Qt::PlainText);
+    m_title->setFont(theme::font(15, true));
+    m_title->setObjectName(QStringLiteral("clean.title"));
+    m_description = new StyledLabel(heading);
+    m_description->setWordWrap(true);
+    m_description->setObjectName(QStringLiteral("clean.description"));
+    words->addWidget(m_title);
+    words->addWidget(m_description);
+    row->addLayout(words, 1);
+    m_filter = new QLineEdit(heading);
+    m_filter->setObjectName(QStringLiteral("clean.filter"));
+    m_filter->setPlaceholderText(QStringLiteral("Filter by name"));
+    m_filter->setAccessibleName(QStringLiteral("Filter by name"));
+    m_filter->setClearButtonEnabled(true);
+    m_filter->setFixedWidth(theme::height(filterWidth));
+    row->addWidget(m_filter, 0, Qt::AlignVCenter);
+    return heading;
+}
+
+QWidget *CleanResultsPanel::makeOverview() {
+    auto *const page = new QWidget(m_box);
+    auto *const layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 2 * theme::grid);
+    layout->setSpacing(0);
+    for (unsigned category = 0; category < categoryCount; ++category)
+        layout->addWidget(new OverviewRow(m_controller.row(category), page));
+    layout->addStretch(1);
+    return page;
+}
+
+QWidget *CleanResultsPanel::makeOutcome() {
+    auto *const page = new QWidget(m_box);
+    auto *const layout = new QVBoxLayout(page);
+    layout->setSpacing(0);
+    layout->addStretch(2);
+    auto *const picture = new Picture(96, page);
+    picture->setImage(QStringLiteral("start_done.png"));
+    layout->addWidget(picture, 0, Qt::AlignHCenter);
+    layout->addSpacing(4 * theme::grid);
+    m_outcomeTitle = new QLabel(page);
+    m_outcomeTitle->setFont(theme::font(18, true));
+    m_outcomeTitle->setObjectName(QStringLiteral("clean.outcome"));
+    layout->addWidget(m_outcomeTitle, 0, Qt::AlignHCenter);
+    layout->addSpacing(theme::grid);
+    m_outcomeText = secondaryLabel(page);
+    m_outcomeText->setWordWrap(true);
+    m_outcomeText->setAlignment(Qt::AlignHCenter);
+    m_outcomeText->setFixedWidth(theme::height(noteWidth));
+    layout->addWidget(m_outcomeText, 0, Qt::AlignHCenter);
+    layout->addSpacing(4 * theme::grid);
+    m_outcomeAct = new QPushButton(page);
+    m_outcomeAct->setObjectName(QStringLiteral("clean.outcomeAct"));
+    layout->addWidget(m_outcomeAct, 0, Qt::AlignHCenter);
+    layout->addStretch(3);
+    connect(m_outcomeAct, &QPushButton::clicked, this, [this] {
+        if (m_controller.needsRestart())
+            m_controller.restart();
+        else
+            m_controller.clickBackBtn();
+    });
+    return page;
+}
+
+QWidget *CleanResultsPanel::makeNote(const QString &act, void (CleanResultsPanel::*done)()) {
+    auto *const page = new QWidget(m_box);
+    auto *const layout = new QVBoxLayout(page);
+    layout->addStretch(1);
+    auto *const button = new QPushButton(act, page);
+    connect(button, &QPushButton::clicked, this, done);
+    layout->addWidget(button, 0, Qt::AlignHCenter);
+    layout->addStretch(2);
+    return page;
+}
+
+QWidget *CleanResultsPanel::makeBottom() {
+    auto *const bottom = new QWidget(this);
+    auto *const row = new QHBoxLayout(bottom);
+    row->setContentsMargins(4 * theme::grid, 3 * theme::grid, 4 * theme::grid, 3 * theme::grid);
+    row->setSpacing(3 * theme::grid);
+    m_back = new QPushButton(QStringLiteral("Back"), bottom);
+    m_back->setObjectName(QStringLiteral("backButton"));
+    m_back->setIcon(imageNamed(QStringLiteral("arrow_left.png")));
+    row->addWidget(m_back);
+    lockButton = new QToolButton(bottom);
+    lockButton->setObjectName(QStringLiteral("lockButton"));
+    lockButton->setCheckable(true);
+    lockButton->setIconSize({20, 20});
+    lockButton->setToolTip(QLatin1String(cleanPageTexts::lockToolTip));
+    lockButton->setAccessibleName(QStringLiteral("Padlock"));
+    row->addWidget(lockButton);
+    m_padlockBlink = new Animation(bottom);
+    m_padlockBlink->hide();
+    row->addStretch(1);
+
+    auto *const words = new QVBoxLayout;
+    words->setSpacing(0);
+    m_sum = new QLabel(bottom);
+    m_sum->setObjectName(QStringLiteral("clean.sum"));
+    m_sum->setFont(theme::font(22, true));
+    m_sum->setProperty("number", true);
+    stateTextField = new StyledLabel(bottom);
+    stateTextField->setObjectName(QStringLiteral("stateTextField"));
+    m_freeSpace = secondaryLabel(bottom);
+    m_freeSpace->setFont(theme::font(11));
+    m_freeSpace->setObjectName(QStringLiteral("clean.freeSpace"));
+    for (QLabel *const label : {m_sum, static_cast<QLabel *>(stateTextField), m_freeSpace})
+        words->addWidget(label, 0, Qt::AlignRight);
+    row->addLayout(words);
+    row->addSpacing(2 * theme::grid);
+
+    m_trashImage = new QLabel(bottom);
+    m_trashImage->setPixmap(pixmapNamed(QStringLiteral("user_trash_m.png"), {trashSide, trashSide},
+                                        devicePixelRatioF()));
+    row->addWidget(m_trashImage);
+    trashFileNumTF = new QLabel(bottom);
+    trashFileNumTF->setFont(theme::font(13, true));
+    trashFileNumTF->setObjectName(QStringLiteral("trashFileNumTF"));
+    row->addWidget(trashFileNumTF);
+    cleanButton = removingButton(QStringLiteral("cleanButton"), QStringLiteral("Clean"), bottom);
+    oneListCleanButton =
+        removingButton(QStringLiteral("oneListCleanButton"), QStringLiteral("Clean"), bottom);
+    row->addWidget(cleanButton);
+    row->addWidget(oneListCleanButton);
+    return bottom;
+}
+
+void CleanResultsPanel::bind() {
+    const auto *const page = &m_controller;
+    connect(page, &NewMainViewController::headingChanged, this, &CleanResultsPanel::followHeading);
+    connect(page, &NewMainViewController::partsChanged, this, [this] {
+        followHeading();
+        followParts();
+    });
+    connect(page, &NewMainViewController::controlsChanged, this,
+            &CleanResultsPanel::followControls);
+    connect(page, &NewMainViewController::stateChanged, this,
+            [this](NewMainViewController::State state) {
+                followParts();
+                followControls();
+                if (state == NewMainViewController::State::Results)
+                    m_outline->expandFirst();
+            });
+    connect(&m_controller.outline(), &CleanOutlineController::reloaded, this,
+            &CleanResultsPanel::followParts);
+    connect(page, &NewMainViewController::askDownloads, this, &CleanResultsPanel::askDownloads);
+    connect(page, &NewMainViewController::askDownloadsAlone, this,
+            &CleanResultsPanel::askDownloadsAlone);
+    connect(page, &NewMainViewController::showAlertForPrivilegesToClean, this,
+            &CleanResultsPanel::showAlertForPrivilegesToClean);
+    connect(page, &NewMainViewController::lockAnimation, this, [this](bool running) {
+        if (running)
+            m_padlockBlink->startUnlockAnimation(lockButton);
+        else
+            m_padlockBlink->stopUnlockAnimation(lockButton);
+    });
+    connect(page, &NewMainViewController::flyToTrash, this, &CleanResultsPanel::flyToTrash);
+    connect(&m_controller.outline(), &CleanOutlineController::flyToTrash, this,
+            &CleanResultsPanel::flyToTrash);
+
+    connect(m_back, &QPushButton::clicked, page, [this] { m_controller.clickBackBtn(); });
+    connect(cleanButton, &QPushButton::clicked, page,
+            [this] { m_controller.cleanButtonActionInfo(); });
+    connect(oneListCleanButton, &QPushButton::clicked, page,
+            [this] { m_controller.cleanButtonAction(); });
+    const auto showLock = [this](bool open) {
+        lockButton->setChecked(open);
+        lockButton->setIcon(imageNamed(QLatin1String(m_controller.padlock().imageName())));
+    };
+    connect(lockButton, &QToolButton::clicked, this,
+            [this](bool open) { m_controller.unlockRigths(open); });
+    connect(&m_controller.padlock(), &PadlockController::lockStateChanged, this, showLock);
+    showLock(m_controller.padlock().isOpen());
+
+    m_filterSettled->setSingleShot(true);
+    m_filterSettled->setInterval(filterSettles);
+    connect(m_filterSettled, &QTimer::timeout, this,
+            [this] { m_controller.outline().model().setFilter(m_filter->text()); });
+    connect(m_filter, &QLineEdit::textChanged, m_filterSettled, qOverload<>(&QTimer::start));
+}
+
+// -- Following the controller
+
+void CleanResultsPanel::showEvent(QShowEvent *) {
+    followHeading();
+    m_outline->expandFirst();
+}
+
+void CleanResultsPanel::followHeading() {
+    const CleanHeading heading = m_controller.heading();
+    static_cast<Picture *>(m_headingImage)->setImage(heading.image);
+    m_title->setText(heading.title);
+    m_description->setStyledText(heading.description);
+}
+
+void CleanResultsPanel::followParts() {
+    const CleanPageParts parts = m_controller.parts();
+    QWidget *page = m_outline;
+    if (parts.box >= 0 && parts.box < int(m_lists.size())) {
+        CategoryView *&list = m_lists[std::size_t(parts.box)];
+        if (!list) {
+            list = new CategoryView(m_controller.list(unsigned(parts.box)), m_box);
+            m_box->addWidget(list);
+        }
+        page = list;
+    } else if (parts.uninstallTextField) {
+        page = m_uninstallNote;
+    } else if (parts.diskSizeView) {
+        page = m_volumeNote;
+    } else if (m_controller.state() == NewMainViewController::State::Cleaning) {
+        page = m_overview;
+    } else if (m_controller.outline().tree().groups().empty()) {
+        page = m_controller.outcome() == CleanOutcome::Cleaned ? m_overview : m_outcome;
+        followOutcome();
+    }
+    m_filter->setVisible(page == m_outline);
+    if (m_box->currentWidget() == page)
+        return;
+    const bool hadFocus = m_box->isAncestorOf(focusWidget());
+    m_box->setCurrentWidget(page);
+    if (hadFocus)
+        page->setFocus();
+}
+
+void CleanResultsPanel::followOutcome() {
+    const bool isStopped =
+        m_controller.outcome() == CleanOutcome::Stopped || m_controller.needsRestart();
+    m_outcomeTitle->setText(isStopped ? QStringLiteral("The scan was stopped")
+                                      : QStringLiteral("Nothing to clean"));
+    m_outcomeText->setText(isStopped ? QLatin1String(cleanPageTexts::restartText)
+                                     : QStringLiteral("None of the six categories holds anything "
+                                                      "that could go."));
+    m_outcomeAct->setText(isStopped ? QStringLiteral("Restart") : QStringLiteral("Back"));
+}
+
+void CleanResultsPanel::followControls() {
+    const CleanPageControls &controls = m_controller.controls();
+    const auto show = [](QPushButton *button, const CleanPageControls::Button &state) {
+        button->setEnabled(state.enabled);
+        button->setVisible(!state.hidden);
+    };
+    show(cleanButton, controls.cleanButton);
+    show(oneListCleanButton, controls.oneListCleanButton);
+    show(m_back, controls.backButton);
+    m_outline->setEnabled(controls.outlineEnabled);
+    const bool hasLine = !controls.stateTextHidden;
+    stateTextField->setStyledText(controls.stateTextField);
+    stateTextField->setVisible(hasLine);
+    m_sum->setText(UtilityFunction::convertVolSpace(m_controller.allSelectTotalSize()));
+    m_sum->setVisible(hasLine && controls.freeSpaceLine.isEmpty());
+    m_freeSpace->setText(controls.freeSpaceLine);
+    m_freeSpace->setVisible(!controls.freeSpaceLine.isEmpty());
+    trashFileNumTF->setText(controls.trashFileNumTF);
+}
+
+} // namespace brightsweep

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <QWidget>
+
+#include <array>
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QStackedWidget;
+class QTimer;
+class QToolButton;
+
+namespace brightsweep {
+
+class Animation;
+class CategoryView;
+class LeftListView;
+class NewMainViewController;
+class OutlineView;
+class StyledLabel;
+
+/// The results panel of the clean page: the categories at the left, what was found at the right,
+/// and below what is ticked and the button that removes it. The controller outlives it. Main
+/// thread.
+class CleanResultsPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit CleanResultsPanel(NewMainViewController &controller, QWidget *parent = nullptr);
+
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    /// The list of volumes is to be shown.
+    void volumesRequested();
+
+protected:
+    void showEvent(QShowEvent *) override;
+
+private:
+    QWidget *makeHeading();
+    QWidget *makeOverview();
+    QWidget *makeOutcome();
+    QWidget *makeBottom();
+    QWidget *makeNote(const QString &act, void (CleanResultsPanel::*done)());
+    void bind();
+    void followHeading();
+    void followParts();
+    void followControls();
+    void followOutcome();
+    void flyToTrash(const QVariant &icon, const QModelIndex &from);
+    void askDownloads();
+    void askDownloadsAlone();
+    void showAlertForPrivilegesToClean();
+
+    NewMainViewController &m_controller;
+    LeftListView *m_left;
+    QWidget *m_headingImage;
+    QLabel *m_title;
+    StyledLabel *m_description;
+    QLineEdit *m_filter;
+    QTimer *m_filterSettled;
+    QStackedWidget *m_box;
+    OutlineView *m_outline;
+    std::array<CategoryView *, 6> m_lists{};
+    QWidget *m_overview;
+    QWidget *m_outcome;
+    QLabel *m_outcomeTitle;
+    QLabel *m_outcomeText;
+    QPushButton *m_outcomeAct;
+    QWidget *m_uninstallNote;
+    QWidget *m_volumeNote;
+    QPushButton *m_back;
+    QToolButton *lockButton;
+    Animation *m_padlockBlink;
+    QLabel *m_sum;
+    StyledLabel *stateTextField;
+    QLabel *m_freeSpace;
+    QLabel *m_trashImage;
+    QLabel *trashFileNumTF;
+    QPushButton *cleanButton;
+    QPushButton *oneListCleanButton;
+};
+
+} // namespace brightsweep

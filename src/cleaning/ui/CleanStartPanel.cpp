@@ -1,0 +1,99 @@
+#include "cleaning/ui/CleanStartPanel.h"
+
+#include "cleaning/NewMainViewController.h"
+#include "cleaning/ui/StyledLabel.h"
+#include "core/Texts.h"
+#include "core/ui/ImageProvider.h"
+#include "core/ui/Theme.h"
+
+#include <QLabel>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int pictureSide = 136;
+constexpr int sentenceWidth = 520;
+constexpr int buttonWidth = 168;
+constexpr int buttonHeight = 40;
+
+} // namespace
+
+CleanStartPanel::CleanStartPanel(NewMainViewController &controller, QWidget *parent)
+    : QWidget(parent),
+      m_controller(controller),
+      m_title(new QLabel(QStringLiteral("Fast Clean"), this)),
+      m_sentence(new StyledLabel(this)),
+      m_restart(new QLabel(QLatin1String(cleanPageTexts::restartText), this)),
+      m_button(new QPushButton(this)),
+      m_picture(new QWidget(this)) {
+    m_title->setFont(theme::font(20, true));
+    m_sentence->setObjectName(QStringLiteral("clean.sentence"));
+    m_sentence->setWordWrap(true);
+    m_sentence->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    m_sentence->setFixedWidth(theme::height(sentenceWidth));
+    m_restart->setProperty("secondary", true);
+    m_restart->setWordWrap(true);
+    m_restart->setAlignment(Qt::AlignHCenter);
+    m_restart->setFixedWidth(theme::height(sentenceWidth));
+    m_picture->setFixedSize(pictureSide, pictureSide);
+    m_button->setObjectName(QStringLiteral("scanButton"));
+    m_button->setProperty("primary", true);
+    m_button->setMinimumSize(theme::height(buttonWidth), theme::height(buttonHeight));
+    m_button->setFont(theme::font(14, true));
+
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(8 * theme::grid, 8 * theme::grid, 8 * theme::grid, 8 * theme::grid);
+    layout->setSpacing(0);
+    layout->addStretch(2);
+    layout->addWidget(m_picture, 0, Qt::AlignHCenter);
+    layout->addSpacing(5 * theme::grid);
+    layout->addWidget(m_title, 0, Qt::AlignHCenter);
+    layout->addSpacing(2 * theme::grid);
+    layout->addWidget(m_sentence, 0, Qt::AlignHCenter);
+    layout->addWidget(m_restart, 0, Qt::AlignHCenter);
+    layout->addSpacing(7 * theme::grid);
+    layout->addWidget(m_button, 0, Qt::AlignHCenter);
+    layout->addStretch(3);
+    setFocusProxy(m_button);
+
+    connect(m_button, &QPushButton::clicked, this, [this] {
+        if (m_controller.needsRestart())
+            m_controller.restart();
+        else
+            m_controller.clickScanBtn();
+    });
+    connect(&m_controller, &NewMainViewController::stateChanged, this, &CleanStartPanel::follow);
+    connect(&m_controller, &NewMainViewController::headingChanged, this, &CleanStartPanel::follow);
+    follow();
+}
+
+QSize CleanStartPanel::sizeHint() const {
+    return {880, 500};
+}
+
+void CleanStartPanel::follow() {
+    CleanStyledText sentence = m_controller.recovered();
+    if (sentence.text.isEmpty())
+        sentence.text = localizedText("EMPTY_SCAN");
+    m_sentence->setStyledText(sentence);
+    m_restart->setVisible(m_controller.needsRestart());
+    m_button->setText(m_controller.needsRestart() ? QStringLiteral("Restart")
+                                                  : QStringLiteral("Scan"));
+    m_picture->update();
+}
+
+void CleanStartPanel::showEvent(QShowEvent *) {
+    follow();
+}
+
+void CleanStartPanel::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintImage(painter, QStringLiteral("start_clean.png"), m_picture->geometry());
+}
+
+} // namespace brightsweep

@@ -1,0 +1,155 @@
+#include "cleaning/ui/LeftListView.h"
+
+#include "cleaning/CleanCategories.h"
+#include "cleaning/CustomTableView.h"
+#include "cleaning/NewMainViewController.h"
+#include "cleaning/V3MainListView.h"
+#include "core/UtilityFunction.h"
+#include "core/ui/ImageProvider.h"
+#include "core/ui/Theme.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int rowHeight = 48;
+constexpr int iconSide = 28;
+constexpr int markSide = 18;
+
+QRect checkBoxOf(const QRect &row) {
+    return {row.right() - 3 * theme::grid - markSide, row.center().y() - markSide / 2 + 1, markSide,
+            markSide};
+}
+
+class LeftRowDelegate : public QStyledItemDelegate {
+public:
+    explicit LeftRowDelegate(LeftListView *list) : QStyledItemDelegate(list), m_list(*list) {}
+
+    QSize sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const override {
+        return {0, theme::height(rowHeight)};
+    }
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override {
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        const bool isCurrent = option.state.testFlag(QStyle::State_Selected);
+        const QRect row = option.rect.adjusted(0, 2, 0, -2);
+        painter->setPen(m_list.hasFocus() && isCurrent ? QPen(theme::accent(), theme::focusWidth)
+                                                       : QPen(Qt::NoPen));
+        painter->setBrush(isCurrent ? theme::selection()
+                          : option.state.testFlag(QStyle::State_MouseOver)
+                              ? theme::hover()
+                              : QColor(Qt::transparent));
+        painter->drawRoundedRect(row.adjusted(1, 1, -1, -1), theme::radius, theme::radius);
+        const QRect icon(row.left() + 3 * theme::grid, row.center().y() - iconSide / 2 + 1,
+                         iconSide, iconSide);
+        paintImage(*painter, index.data(CustomTableView::IconImageRole).toString(), icon);
+        const QString check = m_list.checkImage(index.row());
+        const QRect box = checkBoxOf(row);
+        if (!check.isEmpty())
+            paintImage(*painter, check, box);
+        const QRect words(icon.right() + 3 * theme::grid, row.top() + theme::grid,
+                          box.left() - icon.right() - 5 * theme::grid,
+                          row.height() - 2 * theme::grid);
+        const QRect upper(words.left(), words.top(), words.width(), words.height() / 2);
+        const QRect lower(words.left(), upper.bottom() + 1, words.width(), words.height() / 2);
+        painter->setPen(theme::text());
+        painter->setFont(theme::font(12, isCurrent));
+        painter->drawText(upper, Qt::AlignLeft | Qt::AlignVCenter,
+                          painter->fontMetrics().elidedText(index.data().toString(), Qt::ElideRight,
+                                                            upper.width()));
+        painter->setPen(isCurrent ? theme::text() : theme::secondary());
+        painter->setFont(theme::font(11));
+        painter->drawText(lower, Qt::AlignLeft | Qt::AlignVCenter, m_list.foundText(index.row()));
+        painter->restore();
+    }
+
+private:
+    LeftListView &m_list;
+};
+
+} // namespace
+
+LeftListView::LeftListView(NewMainViewController &controller, QWidget *parent)
+    : QListView(parent), m_controller(controller) {
+    setObjectName(QStringLiteral("leftList"));
+    setAccessibleName(QStringLiteral("Categories"));
+    setModel(&controller.customTableView());
+    setItemDelegate(new LeftRowDelegate(this));
+    setUniformItemSizes(true);
+    setMouseTracking(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setEditTriggers(NoEditTriggers);
+    setFrameShape(NoFrame);
+    for (unsigned category = 0; category < categoryCount; ++category)
+        connect(&controller.row(category), &V3MainListView::changed, viewport(),
+                qOverload<>(&QWidget::update));
+    connect(&controller, &NewMainViewController::partsChanged, this, &LeftListView::showRow);
+    showRow();
+}
+
+QString LeftListView::foundText(int row) const {
+    if (row > 0)
+        return m_controller.row(unsigned(row - 1)).sizeLabel();
+    std::uint64_t bytes = 0;
+    for (unsigned category = 0; category < categoryCount; ++category)
+        bytes += UtilityFunction::getVolSpaceFromString(m_controller.row(category).sizeLabel());
+    return UtilityFunction::convertVolSpace(bytes);
+}
+
+QString LeftListView::checkImage(int row) const {
+    if (row == 0 || m_controller.row(unsigned(row - 1)).isCheckBoxHidden())
+        return {};
+    return m_controller.row(unsigned(row - 1)).checkBoxImage();
+}
+
+bool LeftListView::tick(int row) {
+    if (checkImage(row).isEmpty())
+        return false;
+    m_controller.row(unsigned(row - 1)).checkBoxAction();
+    return true;
+}
+
+// The controller may have refused the row, or another one has been chosen from a menu.
+void LeftListView::showRow() {
+    m_following = true;
+    const QModelIndex index = model()->index(m_controller.selectRowNum(), 0);
+    if (index.isValid())
+        setCurrentIndex(index);
+    else
+        clearSelection();
+    m_following = false;
+}
+
+void LeftListView::currentChanged(const QModelIndex &current, const QModelIndex &previous) {
+    QListView::currentChanged(current, previous);
+    if (m_following || !current.isValid())
+        return;
+    m_controller.customTableView().shouldSelectRow(current.row());
+    showRow();
+}
+
+void LeftListView::mousePressEvent(QMouseEvent *event) {
+    const QPoint place = event->position().toPoint();
+    const QModelIndex index = indexAt(place);
+    const QRect box = checkBoxOf(visualRect(index)).adjusted(-6, -6, 6, 6);
+    if (event->button() == Qt::LeftButton && index.isValid() && box.contains(place) &&
+        tick(index.row()))
+        return;
+    QListView::mousePressEvent(event);
+}
+
+void LeftListView::keyPressEvent(QKeyEvent *event) {
+    if (event->key() == Qt::Key_Space && currentIndex().isValid())
+        tick(currentIndex().row());
+    else
+        QListView::keyPressEvent(event);
+}
+
+} // namespace brightsweep

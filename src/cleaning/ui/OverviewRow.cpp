@@ -1,0 +1,154 @@
+#include "cleaning/ui/OverviewRow.h"
+
+#include "cleaning/V3MainListView.h"
+#include "core/UtilityFunction.h"
+#include "core/ui/ImageProvider.h"
+#include "core/ui/Theme.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QTimer>
+
+#include <algorithm>
+#include <cmath>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int rowHeight = 52;
+constexpr int imageSide = 32;
+constexpr int markSide = 18;
+constexpr int barHeight = 4;
+constexpr int turnInterval = 33; // milliseconds
+constexpr int turnStep = 12;     // degrees
+constexpr double scaleBegin = 3; // powers of ten, in bytes
+constexpr double scaleEnd = 12;
+
+double share(const QString &size) {
+    const auto bytes = double(UtilityFunction::getVolSpaceFromString(size));
+    if (bytes <= 0)
+        return 0;
+    return std::clamp((std::log10(bytes) - scaleBegin) / (scaleEnd - scaleBegin), 0.01, 1.0);
+}
+
+} // namespace
+
+OverviewRow::OverviewRow(V3MainListView &row, QWidget *parent)
+    : QWidget(parent), m_row(row), m_turn(new QTimer(this)) {
+    setObjectName(QStringLiteral("overview.%1").arg(row.listViewTag()));
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    m_turn->setInterval(turnInterval);
+    connect(m_turn, &QTimer::timeout, this, [this] {
+        m_angle = (m_angle + turnStep) % 360;
+        update();
+    });
+    connect(&m_row, &V3MainListView::changed, this, &OverviewRow::follow);
+    follow();
+}
+
+OverviewRow::~OverviewRow() = default;
+
+QSize OverviewRow::sizeHint() const {
+    return {480, theme::height(rowHeight)};
+}
+
+void OverviewRow::follow() {
+    setFocusPolicy(m_row.isCheckBoxHidden() ? Qt::NoFocus : Qt::TabFocus);
+    setAccessibleName(m_row.titleName());
+    setAccessibleDescription(
+        QStringLiteral("%1, %2 %3")
+            .arg(m_row.sizeLabel(), m_row.cleanStrLabel(), m_row.cleanSizeLabel()));
+    runWhileNeeded();
+    update();
+}
+
+void OverviewRow::runWhileNeeded() {
+    const bool isNeeded = isVisible() && m_row.progress() == V3MainListView::Progress::Running &&
+                          !theme::appearance().reducedMotion;
+    if (isNeeded && !m_turn->isActive())
+        m_turn->start();
+    else if (!isNeeded)
+        m_turn->stop();
+}
+
+QRect OverviewRow::checkBox() const {
+    return {2 * theme::grid, (height() - markSide) / 2, markSide, markSide};
+}
+
+void OverviewRow::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const int margin = 2 * theme::grid;
+    if (hasFocus()) {
+        painter.setPen(QPen(theme::accent(), theme::focusWidth));
+        painter.drawRoundedRect(rect().adjusted(1, 1, -1, -1), theme::radius, theme::radius);
+    }
+    int x = margin;
+    if (!m_row.isCheckBoxHidden()) {
+        paintImage(painter, m_row.checkBoxImage(), checkBox());
+        x += markSide + 3 * theme::grid;
+    }
+    paintImage(painter, m_row.image(), QRect(x, (height() - imageSide) / 2, imageSide, imageSide));
+    x += imageSide + 3 * theme::grid;
+
+    // The mark at the right end: turning while something runs, ticked afterwards.
+    const QRect mark(width() - margin - markSide, (height() - markSide) / 2, markSide, markSide);
+    if (m_row.progress() == V3MainListView::Progress::Running) {
+        painter.setPen(QPen(theme::accent(), 2, Qt::SolidLine, Qt::RoundCap));
+        painter.drawArc(mark.adjusted(2, 2, -2, -2), -m_angle * 16, 270 * 16);
+    } else if (m_row.progress() == V3MainListView::Progress::Full) {
+        paintImage(painter, QStringLiteral("tick.png"), mark);
+    }
+    const int right = mark.left() - 3 * theme::grid;
+    const QRect words(x, theme::grid, right - x, height() - 4 * theme::grid - barHeight);
+
+    painter.setPen(theme::text());
+    painter.setFont(theme::font(13));
+    painter.drawText(words, Qt::AlignLeft | Qt::AlignVCenter, m_row.titleName());
+    painter.setPen(theme::accent());
+    painter.setFont(theme::font(14, true));
+    painter.drawText(words, Qt::AlignRight | Qt::AlignVCenter, m_row.sizeLabel());
+    if (UtilityFunction::getVolSpaceFromString(m_row.cleanSizeLabel()) > 0) {
+        const int sizeWidth = painter.fontMetrics().horizontalAdvance(m_row.sizeLabel());
+        painter.setPen(theme::secondary());
+        painter.setFont(theme::font(12));
+        painter.drawText(words.adjusted(0, 0, -std::max(sizeWidth, 96) - 4 * theme::grid, 0),
+                         Qt::AlignRight | Qt::AlignVCenter,
+                         m_row.cleanStrLabel() + QLatin1Char(' ') + m_row.cleanSizeLabel());
+    }
+
+    QRectF bar(x, height() - 2 * theme::grid - barHeight, right - x, barHeight);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(theme::hover());
+    painter.drawRoundedRect(bar, barHeight / 2.0, barHeight / 2.0);
+    bar.setWidth(bar.width() * share(m_row.sizeLabel()));
+    painter.setBrush(theme::accent());
+    if (bar.width() > 0)
+        painter.drawRoundedRect(bar, barHeight / 2.0, barHeight / 2.0);
+}
+
+void OverviewRow::mouseReleaseEvent(QMouseEvent *event) {
+    const QRect area = checkBox().adjusted(-theme::grid, -theme::grid, theme::grid, theme::grid);
+    if (event->button() == Qt::LeftButton && !m_row.isCheckBoxHidden() &&
+        area.contains(event->position().toPoint()))
+        m_row.checkBoxAction();
+}
+
+void OverviewRow::keyPressEvent(QKeyEvent *event) {
+    if (event->key() == Qt::Key_Space && !m_row.isCheckBoxHidden())
+        m_row.checkBoxAction();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void OverviewRow::showEvent(QShowEvent *) {
+    runWhileNeeded();
+}
+
+void OverviewRow::hideEvent(QHideEvent *) {
+    m_turn->stop();
+}
+
+} // namespace brightsweep

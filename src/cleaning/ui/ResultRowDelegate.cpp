@@ -1,0 +1,164 @@
+#include "cleaning/ui/ResultRowDelegate.h"
+
+#include "cleaning/CleanCategories.h"
+#include "core/ui/ImageProvider.h"
+#include "core/ui/Theme.h"
+#include "foundation/Paths.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <array>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int markSide = 18;
+constexpr int iconSide = 24;
+
+// In index order.
+constexpr std::array groupImages = {
+    "system_caches_m.png", "user_caches_m.png", "system_logs_m.png",
+    "user_logs_m.png",     "user_trash_m.png",  "download_folder_m.png",
+};
+
+const char *checkImage(const QModelIndex &index) {
+    switch (index.data(Qt::CheckStateRole).value<Qt::CheckState>()) {
+    case Qt::Checked:
+        return "option_yes.png";
+    case Qt::PartiallyChecked:
+        return "option_a.png";
+    default:
+        return "option_no.png";
+    }
+}
+
+QRect middle(const QRect &area, int side) {
+    return {area.left() + 2 * theme::grid, area.center().y() - side / 2 + 1, side, side};
+}
+
+// The words of a line one after the other, each cut where the room ends.
+class Line {
+public:
+    Line(QPainter &painter, const QRect &area) : m_painter(painter), m_rest(area) {}
+
+    void add(const QString &text, const QFont &font, const QColor &color,
+             Qt::TextElideMode mode = Qt::ElideMiddle, int reserve = 0) {
+        if (text.isEmpty() || m_rest.width() <= reserve)
+            return;
+        const QFontMetrics metrics(font);
+        const QString cut = metrics.elidedText(text, mode, m_rest.width() - reserve);
+        m_painter.setFont(font);
+        m_painter.setPen(color);
+        m_painter.drawText(m_rest, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, cut);
+        m_rest.setLeft(m_rest.left() + metrics.horizontalAdvance(cut) + 2 * theme::grid);
+    }
+
+private:
+    QPainter &m_painter;
+    QRect m_rest;
+};
+
+} // namespace
+
+ResultRowDelegate::ResultRowDelegate(const ResultRowForm &form, QObject *parent)
+    : QStyledItemDelegate(parent), m_form(form) {}
+
+QSize ResultRowDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const {
+    return {0, theme::height(theme::rowHeight)};
+}
+
+void ResultRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                              const QModelIndex &index) const {
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    if (isSelected)
+        painter->fillRect(option.rect, theme::selection());
+    else if (option.state.testFlag(QStyle::State_MouseOver))
+        painter->fillRect(option.rect, theme::hover());
+    if (index.column() == m_form.checkColumn) {
+        const QString image = m_form.checkImageRole >= 0
+                                  ? index.data(m_form.checkImageRole).toString()
+                                  : QString::fromLatin1(checkImage(index));
+        paintImage(*painter, image, middle(option.rect, markSide));
+    } else if (index.column() == m_form.nameColumn) {
+        paintName(*painter, option, index);
+    } else if (index.column() == m_form.openColumn) {
+        paintImage(*painter, index.data(m_form.imageRole).toString(),
+                   middle(option.rect, markSide));
+    } else {
+        const bool isGroup = m_form.groupRole >= 0 && index.data(m_form.groupRole).toBool();
+        painter->setPen(isGroup || isSelected ? theme::text() : theme::secondary());
+        painter->setFont(theme::font(12, isGroup));
+        painter->drawText(option.rect.adjusted(2 * theme::grid, 0, -4 * theme::grid, 0),
+                          Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()) |
+                              Qt::AlignVCenter,
+                          index.data().toString());
+    }
+    painter->restore();
+}
+
+void ResultRowDelegate::paintGroup(QPainter &painter, const QRect &area,
+                                   const QModelIndex &index) const {
+    const auto category =
+        std::min<std::size_t>(index.data(m_form.categoryRole).toUInt(), groupImages.size() - 1);
+    const QRect icon = middle(area, iconSide);
+    paintImage(painter, QLatin1String(groupImages[category]), icon);
+    Line line(painter, area.adjusted(icon.right() - area.left() + 3 * theme::grid, 0, 0, 0));
+    line.add(index.data().toString(), theme::font(13, true), theme::text());
+}
+
+void ResultRowDelegate::paintName(QPainter &painter, const QStyleOptionViewItem &option,
+                                  const QModelIndex &index) const {
+    if (m_form.groupRole >= 0 && index.data(m_form.groupRole).toBool()) {
+        paintGroup(painter, option.rect, index);
+        return;
+    }
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    const auto path = paths::fromVariant(index.data(m_form.pathRole));
+    const QRect icon = middle(option.rect, iconSide);
+    m_icons.icon(path).paint(&painter, icon);
+    const QFont small = theme::font(11);
+    const QString failure = index.data(m_form.failureRole).toString();
+    const QString holder =
+        m_form.holderRole >= 0 ? index.data(m_form.holderRole).toString() : QString();
+    const QString note = !failure.isEmpty() ? failure
+                         : holder.isEmpty() ? QString()
+                                            : QStringLiteral("in use by %1").arg(holder);
+    const int noteWidth =
+        note.isEmpty() ? 0
+                       : std::min(QFontMetrics(small).horizontalAdvance(note) + 4 * theme::grid,
+                                  option.rect.width() / 2);
+    Line line(painter, option.rect.adjusted(icon.right() - option.rect.left() + 3 * theme::grid, 0,
+                                            -2 * theme::grid, 0));
+    // The selected row stands out by a heavier name.
+    line.add(paths::display(paths::lastComponent(path)), theme::font(12, isSelected), theme::text(),
+             Qt::ElideMiddle, noteWidth);
+    line.add(note, small, failure.isEmpty() ? theme::accent() : theme::danger(), Qt::ElideRight);
+    if (note.isEmpty())
+        line.add(paths::display(paths::parent(path)), small, theme::secondary(), Qt::ElideLeft);
+}
+
+bool ResultRowDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
+                                    const QStyleOptionViewItem &option, const QModelIndex &index) {
+    const bool isClick = event->type() == QEvent::MouseButtonRelease &&
+                         static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton;
+    if (isClick && index.column() == m_form.checkColumn) {
+        const bool isTicked = index.data(Qt::CheckStateRole).toInt() != Qt::Unchecked;
+        return model->setData(index, isTicked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+    }
+    if (isClick && index.column() == m_form.openColumn) {
+        Q_EMIT openClicked(index);
+        return true;
+    }
+    // The keyboard is the view's own.
+    return event->type() == QEvent::KeyPress ||
+           (event->type() != QEvent::MouseButtonDblClick &&
+            QStyledItemDelegate::editorEvent(event, model, option, index));
+}
+
+} // namespace brightsweep

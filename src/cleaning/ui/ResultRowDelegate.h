@@ -1,0 +1,52 @@
+#pragma once
+
+#include "cleaning/ui/FileIcons.h"
+
+#include <QStyledItemDelegate>
+
+namespace brightsweep {
+
+/// What a result row is made of; a list names the columns and roles of its own model.
+struct ResultRowForm {
+    int checkColumn = 0;
+    int nameColumn = 1;
+    int openColumn = -1; ///< holds the button that opens the file manager
+    int pathRole = -1;
+    int failureRole = -1;
+    int holderRole = -1; ///< -1: the model has none
+    int groupRole = -1;
+    int categoryRole = -1;
+    int checkImageRole = -1; ///< -1: by the check state
+    int imageRole = -1;      ///< of the open column
+};
+
+/// Paints the rows of the outline and of the category lists: check box, icon, name with its folder,
+/// and what is to be said of the item. Everything is plain text. A row that failed says why, in the
+/// colour of danger.
+class ResultRowDelegate : public QStyledItemDelegate {
+    Q_OBJECT
+
+public:
+    explicit ResultRowDelegate(const ResultRowForm &form, QObject *parent = nullptr);
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+Q_SIGNALS:
+    void openClicked(const QModelIndex &index);
+
+protected:
+    bool editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+                     const QModelIndex &index) override;
+
+private:
+    void paintName(QPainter &painter, const QStyleOptionViewItem &option,
+                   const QModelIndex &index) const;
+    void paintGroup(QPainter &painter, const QRect &area, const QModelIndex &index) const;
+
+    const ResultRowForm m_form;
+    mutable FileIcons m_icons;
+};
+
+} // namespace brightsweep

@@ -1,0 +1,240 @@
+#include "cleaning/ui/ResultView.h"
+
+#include "cleaning/CategoryListModel.h"
+#include "cleaning/CleanOutlineController.h"
+#include "cleaning/ui/CheckHeader.h"
+#include "cleaning/ui/ResultRowDelegate.h"
+#include "core/ui/Theme.h"
+#include "foundation/Paths.h"
+#include "platform/Platform.h"
+#include "platform/Workspace.h"
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMenu>
+
+#include <algorithm>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int checkWidth = 36;
+constexpr int countWidth = 84;
+constexpr int sizeWidth = 104;
+constexpr int dateWidth = 172;
+
+ResultRowForm outlineForm() {
+    ResultRowForm form;
+    form.checkColumn = CleanOutlineModel::Checkbox;
+    form.nameColumn = CleanOutlineModel::NameColumn;
+    form.pathRole = CleanOutlineModel::PathRole;
+    form.failureRole = CleanOutlineModel::FailureRole;
+    form.holderRole = CleanOutlineModel::HolderRole;
+    form.groupRole = CleanOutlineModel::IsGroupRole;
+    form.categoryRole = CleanOutlineModel::CategoryRole;
+    form.checkImageRole = CleanOutlineModel::ImageRole;
+    return form;
+}
+
+ResultRowForm listForm() {
+    ResultRowForm form;
+    form.checkColumn = CategoryListModel::checkBox;
+    form.nameColumn = CategoryListModel::Name;
+    form.openColumn = CategoryListModel::openFiled;
+    form.pathRole = CategoryListModel::PathRole;
+    form.failureRole = CategoryListModel::FailureRole;
+    form.imageRole = CategoryListModel::ImageRole;
+    return form;
+}
+
+} // namespace
+
+ResultView::ResultView(const ResultRowForm &form, QWidget *parent)
+    : QTreeView(parent),
+      m_header(new CheckHeader(this)),
+      m_delegate(new ResultRowDelegate(form, this)) {
+    setHeader(m_header);
+    setItemDelegate(m_delegate);
+    setUniformRowHeights(true);
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(ExtendedSelection);
+    setEditTriggers(NoEditTriggers);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setMouseTracking(true);
+    setFrameShape(NoFrame);
+    m_header->setStretchLastSection(false);
+    m_header->setMinimumSectionSize(checkWidth);
+}
+
+void ResultView::keyPressEvent(QKeyEvent *event) {
+    if (event->matches(QKeySequence::Copy)) {
+        copyPaths();
+    } else if (event->key() == Qt::Key_Space) {
+        tickSelection();
+    } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        if (currentIndex().isValid())
+            act(currentIndex());
+    } else {
+        QTreeView::keyPressEvent(event);
+    }
+}
+
+void ResultView::contextMenuEvent(QContextMenuEvent *event) {
+    const QModelIndex index = event->reason() == QContextMenuEvent::Keyboard
+                                  ? currentIndex()
+                                  : indexAt(viewport()->mapFrom(this, event->pos()));
+    const QModelIndex clicked = index.isValid() ? index : indexAt(event->pos());
+    if (!clicked.isValid())
+        return;
+    auto *const menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const QPersistentModelIndex item(clicked);
+    if (!model()->hasChildren(clicked.siblingAtColumn(0))) {
+        menu->addAction(QStringLiteral("Open"), this, [this, item] { open(item); });
+        menu->addAction(QStringLiteral("Show in the file manager"), this,
+                        [this, item] { reveal(item); });
+    }
+    menu->addAction(QStringLiteral("Copy path"), this, &ResultView::copyPaths);
+    menu->popup(event->globalPos());
+}
+
+void ResultView::copyPaths() const {
+    QGuiApplication::clipboard()->setText(pathText());
+}
+
+// -- The outline
+
+OutlineView::OutlineView(CleanOutlineController &outline, QWidget *parent)
+    : ResultView(outlineForm(), parent), m_outline(outline) {
+    setObjectName(QStringLiteral("outline"));
+    setAccessibleName(QStringLiteral("Results"));
+    setModel(&m_outline.model());
+    setTreePosition(CleanOutlineModel::NameColumn);
+    setIndentation(5 * theme::grid);
+    m_header->setSortIndicator(-1, Qt::AscendingOrder);
+    setSortingEnabled(true);
+    m_header->setSectionResizeMode(QHeaderView::Fixed);
+    m_header->setSectionResizeMode(CleanOutlineModel::NameColumn, QHeaderView::Stretch);
+    m_header->resizeSection(CleanOutlineModel::Checkbox, checkWidth);
+    m_header->resizeSection(CleanOutlineModel::allSelectNum, countWidth);
+    m_header->resizeSection(CleanOutlineModel::FileSize, sizeWidth);
+    m_header->resizeSection(CleanOutlineModel::ModifyDate, dateWidth);
+    connect(m_header, &CheckHeader::checkBoxClicked, &m_outline,
+            &CleanOutlineController::setAllSelectOrNoSelect);
+    connect(&m_outline, &CleanOutlineController::ticksChanged, this, &OutlineView::showAllState);
+    connect(&m_outline, &CleanOutlineController::reloaded, this, &OutlineView::showAllState);
+    showAllState();
+}
+
+void OutlineView::showAllState() {
+    const TickState state = m_outline.allSelectState();
+    m_header->setCheckState(state == TickState::All    ? Qt::Checked
+                            : state == TickState::Part ? Qt::PartiallyChecked
+                                                       : Qt::Unchecked);
+}
+
+void OutlineView::expandFirst() {
+    const QModelIndex first = model()->index(0, 0);
+    if (!first.isValid())
+        return;
+    setExpanded(first, true);
+    if (!currentIndex().isValid())
+        setCurrentIndex(first);
+}
+
+void OutlineView::tickSelection() {
+    const QModelIndexList rows = selectionModel()->selectedRows();
+    if (rows.size() <= 1) {
+        if (currentIndex().isValid())
+            m_outline.toggle(currentIndex());
+        return;
+    }
+    const bool isAnyOff = std::any_of(rows.begin(), rows.end(), [](const QModelIndex &row) {
+        return row.siblingAtColumn(CleanOutlineModel::Checkbox).data(Qt::CheckStateRole).toInt() !=
+               Qt::Checked;
+    });
+    m_outline.setTicked(rows, isAnyOff);
+}
+
+void OutlineView::act(const QModelIndex &index) {
+    if (index.data(CleanOutlineModel::IsGroupRole).toBool()) {
+        const QModelIndex group = index.siblingAtColumn(0);
+        setExpanded(group, !isExpanded(group));
+    } else {
+        reveal(index);
+    }
+}
+
+void OutlineView::open(const QModelIndex &index) {
+    m_outline.open(index);
+}
+
+void OutlineView::reveal(const QModelIndex &index) {
+    m_outline.reveal(index);
+}
+
+QString OutlineView::pathText() const {
+    return m_outline.pathText(selectionModel()->selectedRows());
+}
+
+// -- The list of a category
+
+CategoryView::CategoryView(CategoryListModel &list, QWidget *parent)
+    : ResultView(listForm(), parent), m_list(list) {
+    setObjectName(QStringLiteral("categoryList"));
+    setAccessibleName(QStringLiteral("Items"));
+    setModel(&m_list);
+    setRootIsDecorated(false);
+    setItemsExpandable(false);
+    m_header->setSortIndicator(-1, Qt::AscendingOrder);
+    setSortingEnabled(true);
+    m_header->setSectionResizeMode(QHeaderView::Fixed);
+    m_header->setSectionResizeMode(CategoryListModel::Name, QHeaderView::Stretch);
+    m_header->resizeSection(CategoryListModel::checkBox, checkWidth);
+    m_header->resizeSection(CategoryListModel::Size, sizeWidth);
+    m_header->resizeSection(CategoryListModel::openFiled, checkWidth);
+    m_header->setCheckState(m_list.selectButton() ? Qt::Checked : Qt::Unchecked);
+    connect(m_header, &CheckHeader::checkBoxClicked, &m_list,
+            &CategoryListModel::cleanShowSelectNumInBottom);
+    connect(&m_list, &CategoryListModel::selectButtonChanged, m_header,
+            [this](bool on) { m_header->setCheckState(on ? Qt::Checked : Qt::Unchecked); });
+    connect(m_delegate, &ResultRowDelegate::openClicked, this,
+            [this](const QModelIndex &index) { m_list.openFinder(index.row()); });
+    connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex &index) {
+                if (index.isValid())
+                    m_list.shouldSelectRow(index.row());
+            });
+}
+
+void CategoryView::tickSelection() {
+    for (const QModelIndex &row : selectionModel()->selectedRows(CategoryListModel::checkBox))
+        m_list.setData(row, {}, Qt::CheckStateRole);
+}
+
+void CategoryView::act(const QModelIndex &index) {
+    m_list.openFinder(index.row());
+}
+
+void CategoryView::open(const QModelIndex &index) {
+    Platform::current().workspace->open(
+        paths::fromVariant(index.data(CategoryListModel::PathRole)));
+}
+
+void CategoryView::reveal(const QModelIndex &index) {
+    Platform::current().workspace->reveal(
+        paths::fromVariant(index.data(CategoryListModel::PathRole)));
+}
+
+QString CategoryView::pathText() const {
+    QStringList lines;
+    for (const QModelIndex &row : selectionModel()->selectedRows())
+        lines += paths::display(paths::fromVariant(row.data(CategoryListModel::PathRole)));
+    return lines.join(u'\n');
+}
+
+} // namespace brightsweep

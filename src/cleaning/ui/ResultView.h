@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QTreeView>
+
+#include <filesystem>
+#include <functional>
+
+namespace brightsweep {
+
+class CheckHeader;
+class CleanOutlineController;
+class CategoryListModel;
+class ResultRowDelegate;
+struct ResultRowForm;
+
+/// What the lists of results have in common: rows of one height, a check box for all in the
+/// header, Space that ticks, Enter that shows but never removes, and a menu for the item under the
+/// pointer. Main thread.
+class ResultView : public QTreeView {
+    Q_OBJECT
+
+public:
+    CheckHeader &checkHeader() { return *m_header; }
+
+protected:
+    ResultView(const ResultRowForm &form, QWidget *parent);
+
+    void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+
+    /// Space: the ticks of what is selected.
+    virtual void tickSelection() = 0;
+    /// Enter.
+    virtual void act(const QModelIndex &index) = 0;
+    virtual void open(const QModelIndex &index) = 0;
+    virtual void reveal(const QModelIndex &index) = 0;
+    virtual QString pathText() const = 0;
+    void copyPaths() const;
+
+    CheckHeader *m_header;
+    ResultRowDelegate *m_delegate;
+};
+
+/// The outline of results: a group for each category, its items below. The controller outlives it.
+class OutlineView : public ResultView {
+    Q_OBJECT
+
+public:
+    explicit OutlineView(CleanOutlineController &outline, QWidget *parent = nullptr);
+
+    void expandFirst();
+
+protected:
+    void tickSelection() override;
+    void act(const QModelIndex &index) override;
+    void open(const QModelIndex &index) override;
+    void reveal(const QModelIndex &index) override;
+    QString pathText() const override;
+
+private:
+    void showAllState();
+
+    CleanOutlineController &m_outline;
+};
+
+/// The list of one category. The model outlives it.
+class CategoryView : public ResultView {
+    Q_OBJECT
+
+public:
+    explicit CategoryView(CategoryListModel &list, QWidget *parent = nullptr);
+
+protected:
+    void tickSelection() override;
+    void act(const QModelIndex &index) override;
+    void open(const QModelIndex &index) override;
+    void reveal(const QModelIndex &index) override;
+    QString pathText() const override;
+
+private:
+    CategoryListModel &m_list;
+};
+
+} // namespace brightsweep

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "cleaning/CleanStyledText.h"
+
+#include <QLabel>
+
+namespace brightsweep {
+
+/// A line of a page whose parts stand out in the accent colour. It follows the look. Main thread.
+class StyledLabel : public QLabel {
+    Q_OBJECT
+
+public:
+    explicit StyledLabel(QWidget *parent = nullptr);
+
+    void setStyledText(const CleanStyledText &text);
+    const CleanStyledText &styledText() const { return m_text; }
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    void render();
+
+    CleanStyledText m_text;
+};
+
+} // namespace brightsweep
