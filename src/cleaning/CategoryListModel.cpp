@@ -172,6 +172,18 @@ bool CategoryListModel::setData(const QModelIndex &index, const QVariant &, int 
     return true;
 }
 
+QVariant CategoryListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal)
+        return {};
+    if (role == Qt::TextAlignmentRole && section == Size)
+        return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    if (role != Qt::DisplayRole)
+        return {};
+    return section == Name   ? QStringLiteral("Name")
+           : section == Size ? QStringLiteral("Size")
+                             : QString();
+}
+
 Qt::ItemFlags CategoryListModel::flags(const QModelIndex &index) const {
     if (!index.isValid())
         return {};

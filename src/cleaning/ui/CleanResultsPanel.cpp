@@ -7,7 +7,6 @@
 #include "cleaning/ui/OverviewRow.h"
 #include "cleaning/ui/ResultView.h"
 #include "cleaning/ui/StyledLabel.h"
-#include "core/UtilityFunction.h"
 #include "core/ui/ImageProvider.h"
 #include "core/ui/Theme.h"
 #include "effects/Animation.h"
@@ -195,10 +194,9 @@ QWidget *CleanResultsPanel::makeOutcome() {
     m_outcomeTitle->setObjectName(QStringLiteral("clean.outcome"));
     layout->addWidget(m_outcomeTitle, 0, Qt::AlignHCenter);
     layout->addSpacing(theme::grid);
-    m_outcomeText = secondaryLabel(page);
-    m_outcomeText->setWordWrap(true);
+    m_outcomeText = new StyledLabel(page);
     m_outcomeText->setAlignment(Qt::AlignHCenter);
-    m_outcomeText->setFixedWidth(theme::height(noteWidth));
+    m_outcomeText->setParagraphWidth(theme::height(noteWidth));
     layout->addWidget(m_outcomeText, 0, Qt::AlignHCenter);
     layout->addSpacing(4 * theme::grid);
     m_outcomeAct = new QPushButton(page);
@@ -290,8 +288,12 @@ void CleanResultsPanel::bind() {
             [this](NewMainViewController::State state) {
                 followParts();
                 followControls();
-                if (state == NewMainViewController::State::Results)
-                    m_outline->expandFirst();
+                if (state != NewMainViewController::State::Results)
+                    return;
+                m_outline->expandFirst();
+                // A disabled outline has lost the keyboard.
+                if (isVisible() && !isAncestorOf(window()->focusWidget()))
+                    m_box->currentWidget()->setFocus();
             });
     connect(&m_controller.outline(), &CleanOutlineController::reloaded, this,
             &CleanResultsPanel::followParts);
@@ -379,9 +381,11 @@ void CleanResultsPanel::followOutcome() {
         m_controller.outcome() == CleanOutcome::Stopped || m_controller.needsRestart();
     m_outcomeTitle->setText(isStopped ? QStringLiteral("The scan was stopped")
                                       : QStringLiteral("Nothing to clean"));
-    m_outcomeText->setText(isStopped ? QLatin1String(cleanPageTexts::restartText)
-                                     : QStringLiteral("None of the six categories holds anything "
-                                                      "that could go."));
+    CleanStyledText words;
+    words.text = isStopped ? QString(QLatin1String(cleanPageTexts::restartText))
+                           : QStringLiteral("None of the six categories holds anything that could "
+                                            "go.");
+    m_outcomeText->setStyledText(words);
     m_outcomeAct->setText(isStopped ? QStringLiteral("Restart") : QStringLiteral("Back"));
 }
 
@@ -398,8 +402,12 @@ void CleanResultsPanel::followControls() {
     const bool hasLine = !controls.stateTextHidden;
     stateTextField->setStyledText(controls.stateTextField);
     stateTextField->setVisible(hasLine);
-    m_sum->setText(UtilityFunction::convertVolSpace(m_controller.allSelectTotalSize()));
-    m_sum->setVisible(hasLine && controls.freeSpaceLine.isEmpty());
+    // Every line ends with the size that it is about.
+    const CleanStyledText &line = controls.stateTextField;
+    m_sum->setText(line.accented.empty()
+                       ? QString()
+                       : line.text.mid(line.accented.back().start, line.accented.back().length));
+    m_sum->setVisible(hasLine);
     m_freeSpace->setText(controls.freeSpaceLine);
     m_freeSpace->setVisible(!controls.freeSpaceLine.isEmpty());
     trashFileNumTF->setText(controls.trashFileNumTF);

@@ -67,7 +67,7 @@ private:
     QWidget *m_overview;
     QWidget *m_outcome;
     QLabel *m_outcomeTitle;
-    QLabel *m_outcomeText;
+    StyledLabel *m_outcomeText;
     QPushButton *m_outcomeAct;
     QWidget *m_uninstallNote;
     QWidget *m_volumeNote;

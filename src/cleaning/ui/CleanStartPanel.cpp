@@ -16,7 +16,7 @@ namespace brightsweep {
 namespace {
 
 constexpr int pictureSide = 136;
-constexpr int sentenceWidth = 520;
+constexpr int sentenceWidth = 440;
 constexpr int buttonWidth = 168;
 constexpr int buttonHeight = 40;
 
@@ -27,18 +27,16 @@ CleanStartPanel::CleanStartPanel(NewMainViewController &controller, QWidget *par
       m_controller(controller),
       m_title(new QLabel(QStringLiteral("Fast Clean"), this)),
       m_sentence(new StyledLabel(this)),
-      m_restart(new QLabel(QLatin1String(cleanPageTexts::restartText), this)),
+      m_restart(new StyledLabel(this)),
       m_button(new QPushButton(this)),
       m_picture(new QWidget(this)) {
     m_title->setFont(theme::font(20, true));
     m_sentence->setObjectName(QStringLiteral("clean.sentence"));
-    m_sentence->setWordWrap(true);
     m_sentence->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    m_sentence->setFixedWidth(theme::height(sentenceWidth));
-    m_restart->setProperty("secondary", true);
-    m_restart->setWordWrap(true);
+    m_sentence->setParagraphWidth(theme::height(sentenceWidth));
+    m_restart->setStyledText({QLatin1String(cleanPageTexts::restartText), 12, {}});
     m_restart->setAlignment(Qt::AlignHCenter);
-    m_restart->setFixedWidth(theme::height(sentenceWidth));
+    m_restart->setParagraphWidth(theme::height(sentenceWidth));
     m_picture->setFixedSize(pictureSide, pictureSide);
     m_button->setObjectName(QStringLiteral("scanButton"));
     m_button->setProperty("primary", true);

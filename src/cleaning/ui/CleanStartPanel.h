@@ -30,7 +30,7 @@ private:
     NewMainViewController &m_controller;
     QLabel *m_title;
     StyledLabel *m_sentence;
-    QLabel *m_restart;
+    StyledLabel *m_restart;
     QPushButton *m_button;
     QWidget *m_picture;
 };

@@ -87,6 +87,8 @@ LeftListView::LeftListView(NewMainViewController &controller, QWidget *parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setEditTriggers(NoEditTriggers);
     setFrameShape(NoFrame);
+    // The row shows the focus.
+    setStyleSheet(QStringLiteral("QListView { border-color: transparent; }"));
     for (unsigned category = 0; category < categoryCount; ++category)
         connect(&controller.row(category), &V3MainListView::changed, viewport(),
                 qOverload<>(&QWidget::update));

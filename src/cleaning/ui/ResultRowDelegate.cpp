@@ -6,8 +6,10 @@
 #include "foundation/Paths.h"
 
 #include <QApplication>
+#include <QHeaderView>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTreeView>
 
 #include <algorithm>
 #include <array>
@@ -18,6 +20,7 @@ namespace {
 
 constexpr int markSide = 18;
 constexpr int iconSide = 24;
+constexpr int leastFolderWidth = 120; // less says nothing
 
 // In index order.
 constexpr std::array groupImages = {
@@ -57,6 +60,8 @@ public:
         m_rest.setLeft(m_rest.left() + metrics.horizontalAdvance(cut) + 2 * theme::grid);
     }
 
+    int room() const { return m_rest.width(); }
+
 private:
     QPainter &m_painter;
     QRect m_rest;
@@ -73,25 +78,30 @@ QSize ResultRowDelegate::sizeHint(const QStyleOptionViewItem &, const QModelInde
 
 void ResultRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                               const QModelIndex &index) const {
+    const bool isLeaf = m_form.groupRole < 0 || !index.data(m_form.groupRole).toBool();
+    if (isLeaf && index.column() == m_form.spannedColumn)
+        return;
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    const QRect area =
+        isLeaf && index.column() == m_form.nameColumn ? spanned(option) : option.rect;
     if (isSelected)
-        painter->fillRect(option.rect, theme::selection());
+        painter->fillRect(area, theme::selection());
     else if (option.state.testFlag(QStyle::State_MouseOver))
-        painter->fillRect(option.rect, theme::hover());
+        painter->fillRect(area, theme::hover());
     if (index.column() == m_form.checkColumn) {
         const QString image = m_form.checkImageRole >= 0
                                   ? index.data(m_form.checkImageRole).toString()
                                   : QString::fromLatin1(checkImage(index));
         paintImage(*painter, image, middle(option.rect, markSide));
     } else if (index.column() == m_form.nameColumn) {
-        paintName(*painter, option, index);
+        paintName(*painter, area, isSelected, index);
     } else if (index.column() == m_form.openColumn) {
         paintImage(*painter, index.data(m_form.imageRole).toString(),
                    middle(option.rect, markSide));
     } else {
-        const bool isGroup = m_form.groupRole >= 0 && index.data(m_form.groupRole).toBool();
+        const bool isGroup = !isLeaf;
         painter->setPen(isGroup || isSelected ? theme::text() : theme::secondary());
         painter->setFont(theme::font(12, isGroup));
         painter->drawText(option.rect.adjusted(2 * theme::grid, 0, -4 * theme::grid, 0),
@@ -100,6 +110,13 @@ void ResultRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
                           index.data().toString());
     }
     painter->restore();
+}
+
+QRect ResultRowDelegate::spanned(const QStyleOptionViewItem &option) const {
+    const auto *const view = qobject_cast<const QTreeView *>(option.widget);
+    return view && m_form.spannedColumn >= 0
+               ? option.rect.adjusted(0, 0, view->header()->sectionSize(m_form.spannedColumn), 0)
+               : option.rect;
 }
 
 void ResultRowDelegate::paintGroup(QPainter &painter, const QRect &area,
@@ -112,15 +129,14 @@ void ResultRowDelegate::paintGroup(QPainter &painter, const QRect &area,
     line.add(index.data().toString(), theme::font(13, true), theme::text());
 }
 
-void ResultRowDelegate::paintName(QPainter &painter, const QStyleOptionViewItem &option,
+void ResultRowDelegate::paintName(QPainter &painter, const QRect &area, bool isSelected,
                                   const QModelIndex &index) const {
     if (m_form.groupRole >= 0 && index.data(m_form.groupRole).toBool()) {
-        paintGroup(painter, option.rect, index);
+        paintGroup(painter, area, index);
         return;
     }
-    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
     const auto path = paths::fromVariant(index.data(m_form.pathRole));
-    const QRect icon = middle(option.rect, iconSide);
+    const QRect icon = middle(area, iconSide);
     m_icons.icon(path).paint(&painter, icon);
     const QFont small = theme::font(11);
     const QString failure = index.data(m_form.failureRole).toString();
@@ -132,14 +148,14 @@ void ResultRowDelegate::paintName(QPainter &painter, const QStyleOptionViewItem 
     const int noteWidth =
         note.isEmpty() ? 0
                        : std::min(QFontMetrics(small).horizontalAdvance(note) + 4 * theme::grid,
-                                  option.rect.width() / 2);
-    Line line(painter, option.rect.adjusted(icon.right() - option.rect.left() + 3 * theme::grid, 0,
-                                            -2 * theme::grid, 0));
+                                  area.width() / 2);
+    Line line(painter,
+              area.adjusted(icon.right() - area.left() + 3 * theme::grid, 0, -2 * theme::grid, 0));
     // The selected row stands out by a heavier name.
     line.add(paths::display(paths::lastComponent(path)), theme::font(12, isSelected), theme::text(),
              Qt::ElideMiddle, noteWidth);
     line.add(note, small, failure.isEmpty() ? theme::accent() : theme::danger(), Qt::ElideRight);
-    if (note.isEmpty())
+    if (note.isEmpty() && line.room() >= leastFolderWidth)
         line.add(paths::display(paths::parent(path)), small, theme::secondary(), Qt::ElideLeft);
 }
 

@@ -10,7 +10,8 @@ namespace brightsweep {
 struct ResultRowForm {
     int checkColumn = 0;
     int nameColumn = 1;
-    int openColumn = -1; ///< holds the button that opens the file manager
+    int spannedColumn = -1; ///< empty but in groups, so that a name may reach into it
+    int openColumn = -1;    ///< holds the button that opens the file manager
     int pathRole = -1;
     int failureRole = -1;
     int holderRole = -1; ///< -1: the model has none
@@ -41,7 +42,8 @@ protected:
                      const QModelIndex &index) override;
 
 private:
-    void paintName(QPainter &painter, const QStyleOptionViewItem &option,
+    QRect spanned(const QStyleOptionViewItem &option) const;
+    void paintName(QPainter &painter, const QRect &area, bool isSelected,
                    const QModelIndex &index) const;
     void paintGroup(QPainter &painter, const QRect &area, const QModelIndex &index) const;
 

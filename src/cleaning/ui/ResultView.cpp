@@ -22,14 +22,15 @@ namespace brightsweep {
 namespace {
 
 constexpr int checkWidth = 36;
-constexpr int countWidth = 84;
+constexpr int countWidth = 92;
 constexpr int sizeWidth = 104;
-constexpr int dateWidth = 172;
+constexpr int dateWidth = 164;
 
 ResultRowForm outlineForm() {
     ResultRowForm form;
     form.checkColumn = CleanOutlineModel::Checkbox;
     form.nameColumn = CleanOutlineModel::NameColumn;
+    form.spannedColumn = CleanOutlineModel::allSelectNum;
     form.pathRole = CleanOutlineModel::PathRole;
     form.failureRole = CleanOutlineModel::FailureRole;
     form.holderRole = CleanOutlineModel::HolderRole;

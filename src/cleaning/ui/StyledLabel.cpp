@@ -30,6 +30,25 @@ void StyledLabel::setStyledText(const CleanStyledText &text) {
     render();
 }
 
+void StyledLabel::setParagraphWidth(int width) {
+    m_paragraphWidth = width;
+    setWordWrap(true);
+    setFixedWidth(width);
+}
+
+QSize StyledLabel::sizeHint() const {
+    return m_paragraphWidth > 0 ? QSize(m_paragraphWidth, heightForWidth(m_paragraphWidth))
+                                : QLabel::sizeHint();
+}
+
+QSize StyledLabel::minimumSizeHint() const {
+    return m_paragraphWidth > 0 ? sizeHint() : QLabel::minimumSizeHint();
+}
+
+bool StyledLabel::hasHeightForWidth() const {
+    return m_paragraphWidth == 0 && QLabel::hasHeightForWidth();
+}
+
 void StyledLabel::changeEvent(QEvent *event) {
     QLabel::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
@@ -57,6 +76,7 @@ void StyledLabel::render() {
     }
     plain(end);
     setText(rich);
+    updateGeometry();
     setAccessibleName(m_text.text);
 }
 

@@ -15,6 +15,13 @@ public:
 
     void setStyledText(const CleanStyledText &text);
     const CleanStyledText &styledText() const { return m_text; }
+    /// Wraps its words at that width and is as high as they need; a layout that centres it does not
+    /// ask for the height that goes with a width.
+    void setParagraphWidth(int width);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    bool hasHeightForWidth() const override;
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -23,6 +30,7 @@ private:
     void render();
 
     CleanStyledText m_text;
+    int m_paragraphWidth = 0;
 };
 
 } // namespace brightsweep

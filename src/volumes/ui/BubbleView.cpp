@@ -2,6 +2,7 @@
 
 #include "core/ui/Theme.h"
 #include "volumes/BubbleController.h"
+#include "volumes/ui/BubbleWindow.h"
 #include "volumes/ui/MAAttachedWindow.h"
 
 #include <QGuiApplication>
@@ -62,6 +63,10 @@ BubbleView::BubbleView(BubbleController &controller, QObject *parent) : QObject(
 BubbleView::~BubbleView() = default;
 
 void BubbleView::show(int bubble, const Bubble &content, int place) {
+    m_windows[bubble] = showBubbleWindow(content, place);
+}
+
+std::unique_ptr<MAAttachedWindow> showBubbleWindow(const Bubble &content, int place) {
     const QScreen *const screen = QGuiApplication::primaryScreen();
     const QRect available = screen ? screen->availableGeometry() : QRect();
     auto window = std::make_unique<MAAttachedWindow>(new BubbleText(content), QPointF(), nullptr,
@@ -72,7 +77,7 @@ void BubbleView::show(int bubble, const Bubble &content, int place) {
     const QPoint corner = BubbleController::topLeft(available, window->size(), place);
     window->setPoint(QPointF(corner) + QPointF(window->width() / 2.0, -distance));
     window->show();
-    m_windows[bubble] = std::move(window);
+    return window;
 }
 
 } // namespace brightsweep

@@ -1,5 +1,6 @@
 #include "core/app/ui/ApplicationStart.h"
 
+#include "cleaning/ui/QuickCleanWindow.h"
 #include "core/Guide.h"
 #include "core/MacLog.h"
 #include "core/app/AppController.h"
@@ -124,6 +125,7 @@ int runApplication(int argc, char **argv, int terminal) {
     parts.guide = guidePath();
     parts.statusItem = statusItem;
     parts.renderStatusImage = CustomStatusItemView::drawnImages;
+    parts.makeCleanWindow = makeQuickCleanWindow;
     auto *const delegate = new AppDelegate(std::move(parts));
     auto *const views = new ApplicationViews(*delegate, *statusItem);
     QObject::connect(&views->mainWindow(), &MainWindow::firstFramePainted, application,
