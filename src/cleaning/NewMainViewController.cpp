@@ -368,9 +368,9 @@ void NewMainViewController::shouldSelectRowWithArray(int row) {
 CleanStyledText NewMainViewController::recovered() const {
     QDateTime date;
     const std::int64_t size = ParseFileLog().getSize(&date);
-    return size > 0 ? cleanPageTexts::recoveredLine(std::uint64_t(size), date, freeString,
-                                                    totleString)
-                    : CleanStyledText();
+    return size > 0
+               ? cleanPageTexts::recoveredLine(std::uint64_t(size), date, freeString, totleString)
+               : CleanStyledText();
 }
 
 CleanHeading NewMainViewController::heading() const {

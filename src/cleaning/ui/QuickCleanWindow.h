@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/app/CleanWindow.h"
+#include "core/CleanWindow.h"
 
 namespace brightsweep {
 

@@ -3,7 +3,7 @@
 #include "core/Clock.h"
 #include "core/LoginItemRegistry.h"
 #include "core/app/AppController.h"
-#include "core/app/CleanWindow.h"
+#include "core/CleanWindow.h"
 #include "foundation/CallQueue.h"
 #include "memory/ClearMemory.h"
 #include "memory/cleanMemoryInfo.h"

@@ -57,6 +57,9 @@ void AppPrefsWindowController::resetSharedPrefsWindowController() {
     shared().reset();
 }
 
+AppPrefsWindowController::AppPrefsWindowController(QObject *parent)
+    : DBPrefsWindowController(parent) {}
+
 AppPrefsWindowController::~AppPrefsWindowController() = default;
 
 void AppPrefsWindowController::readAnimationSettings() {

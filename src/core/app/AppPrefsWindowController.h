@@ -13,7 +13,7 @@ class AppPrefsWindowController : public DBPrefsWindowController {
     Q_OBJECT
 
 public:
-    using DBPrefsWindowController::DBPrefsWindowController;
+    explicit AppPrefsWindowController(QObject *parent = nullptr);
     ~AppPrefsWindowController() override;
 
     /// The one instance, made at the first call.
