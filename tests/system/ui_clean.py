@@ -1,0 +1,292 @@
+"""The clean page, driven for real by a user without rights: ui_clean.py PROGRAM POLICY [TESTS…].
+
+Every test compares the disk with what the page said, byte by byte. Needs root for its mounts.
+"""
+import hashlib
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import unittest
+
+from ui_desktop import USER, Desktop, Machine, enter_namespace, eventually
+
+PROGRAM = ""
+MACHINE = None
+
+CACHES = "home/.cache"
+TRASH = "home/.local/share/Trash"
+DOWNLOADS = "home/Downloads"
+LOGS = "home/.npm/_logs"
+SYSTEM_LOGS = "root/var/log/apt"
+# What the program and its toolkit keep for themselves.
+OWN_FILES = re.compile(r"Brightsweep|DeskSweeper|^home/\.config|^home/Library|fontconfig|mesa|qt")
+SETTINGS = ("SystemCaches", "UserCaches", "SystemLogs", "UserLogs", "UserTrash", "UserDownloads")
+
+
+def allow_rights(policy):
+    """Lets the program's own helper be started by the real pkexec without a question."""
+    binaries = "/run/stage/bin"
+    os.makedirs(binaries)
+    subprocess.run(["mount", "--bind", os.path.dirname(PROGRAM), binaries], check=True)
+    actions = "/run/stage/actions"
+    shutil.copytree("/usr/share/polkit-1/actions", actions)
+    words = pathlib.Path(policy).read_text()
+    words = re.sub(r'(exec\.path">)[^<]*<', rf"\1{binaries}/brightsweep-helper<", words)
+    pathlib.Path(actions, os.path.basename(policy)).write_text(words)
+    subprocess.run(["mount", "--bind", actions, "/usr/share/polkit-1/actions"], check=True)
+    rules = pathlib.Path("/run/stage/rules/00-stage.rules")
+    rules.write_text(rules.read_text() +
+                     "polkit.addRule(function(action, subject) {\n"
+                     '    if (action.id == "com.norvmac.DeskSweeperPro.helper")\n'
+                     "        return polkit.Result.YES;\n});\n")
+    return f"{binaries}/{os.path.basename(PROGRAM)}"
+
+
+def snapshot(folder):
+    """What is there, to the byte; the program's own files aside."""
+    things = {}
+    for place, folders, files in os.walk(folder):
+        for name in folders + files:
+            path = os.path.join(place, name)
+            status = os.lstat(path)
+            content = ""
+            if os.path.isfile(path) and not os.path.islink(path):
+                content = hashlib.sha256(pathlib.Path(path).read_bytes()).hexdigest()
+            short = os.path.relpath(path, folder)
+            if short.startswith(("home/", "root/")) and not OWN_FILES.search(short):
+                things[short] = (oct(status.st_mode), content)
+    return things
+
+
+class CleanPage(unittest.TestCase):
+    def prepare(self, *ticked):
+        """A session with something in five categories; the system's logs belong to root."""
+        self.desktop = Desktop(PROGRAM)
+        self.addCleanup(self.desktop.close)
+        self.folder = self.desktop.folder
+        self.files = f"{self.folder}/files"
+        self.desktop.environment["BRIGHTSWEEP_SYSTEM_ROOT"] = f"{self.folder}/root"
+        for folder, names in (
+                (CACHES, ("one/a.bin", "one/b.bin", "two.dat", "b<b>old&.dat")),
+                (f"{TRASH}/files", ("old.txt", "older.txt")),
+                (DOWNLOADS, ("paper.pdf", "line\nbreak.jpg")),
+                (LOGS, ("2026-01-01-debug.log",)),
+                ("home/Documents", ("kept.txt",))):
+            for number, name in enumerate(names):
+                path = pathlib.Path(self.folder, folder, name)
+                path.parent.mkdir(parents=True, exist_ok=True)
+                path.write_bytes(os.urandom(100_000 * (number + 1)))
+        info = pathlib.Path(self.folder, TRASH, "info")
+        info.mkdir()
+        for name in ("old.txt", "older.txt"):
+            (info / f"{name}.trashinfo").write_text(
+                f"[Trash Info]\nPath=/nowhere/{name}\nDeletionDate=2026-11-20T10:00:00\n")
+        pathlib.Path(self.folder, CACHES, "link").symlink_to("../Documents")
+        subprocess.run(["chown", "-Rh", f"{USER}:{USER}", f"{self.folder}/home"], check=True)
+        os.chmod(f"{self.folder}/{TRASH}/files", 0o700)
+        system = pathlib.Path(self.folder, SYSTEM_LOGS)
+        system.mkdir(parents=True)
+        (system / "history.log.1.gz").write_bytes(os.urandom(5000))
+        for key in SETTINGS:
+            self.desktop.settings(key, "1" if key in ticked else "0")
+        self.before = snapshot(self.folder)
+
+    def scan(self):
+        self.desktop.start_program()
+        self.desktop.wait_for("Scan")
+        self.desktop.press("Scan")
+        self.assertTrue(eventually(self.line), self.desktop.names())
+        self.selected = int(self.line().split()[0])
+
+    def line(self):
+        """"3 of 9 selected, 0.60 MB will free up.", or nothing yet."""
+        return next((name for name in self.desktop.names() if name.endswith("will free up.")), None)
+
+    def cleaned(self):
+        return next((name for name in self.desktop.names() if name.endswith(" is cleaned")), None)
+
+    def gone(self):
+        after = snapshot(self.folder)
+        for path, value in after.items():
+            self.assertEqual(self.before.get(path), value, f"{path} was changed")
+        return {path for path in self.before if path not in after}
+
+    def below(self, *folders):
+        return {path for path in self.before
+                for folder in folders if path.startswith(f"{folder}/")}
+
+    def trashed(self):
+        return self.below(f"{TRASH}/files", f"{TRASH}/info")
+
+    def test_the_downloads_are_asked_for_and_kept(self):
+        self.prepare("UserCaches", "UserLogs", "UserDownloads")
+        self.scan()
+        line = self.line()
+        self.desktop.press("Clean")
+        self.desktop.wait_for("Are you sure you want to continue?")
+        self.desktop.key("Escape")
+        self.desktop.wait_without("Are you sure you want to continue?")
+        self.assertEqual(self.gone(), set(), "Esc calls the whole clean off")
+        self.assertEqual(self.line(), line)
+
+        self.desktop.press("Clean")
+        self.desktop.wait_for("Are you sure you want to continue?")
+        self.desktop.press("No")
+        self.assertTrue(eventually(self.cleaned))
+        self.assertEqual(self.gone(), self.below(CACHES, LOGS))
+        self.assertIn("home/Documents/kept.txt", snapshot(self.folder))
+
+    def test_yes_takes_the_downloads_too_and_the_trash_keeps_its_records(self):
+        self.prepare("UserTrash", "UserDownloads")
+        self.scan()
+        self.desktop.press("Clean")
+        self.desktop.wait_for("Are you sure you want to continue?")
+        self.desktop.press("Yes")
+        self.assertTrue(eventually(self.cleaned))
+        self.assertEqual(self.cleaned(), "600.00 KB is cleaned")
+        self.assertEqual(self.gone(), self.trashed() | self.below(DOWNLOADS))
+        history = next(pathlib.Path(self.folder, "home").glob("**/.norvex.log.bin"))
+        self.assertIn("iSize=600000", history.read_text())
+
+    def test_the_keyboard_ticks_and_enter_removes_nothing(self):
+        self.prepare("UserCaches")
+        self.scan()
+        # The outline has the keyboard, on its first group.
+        self.desktop.key("space")
+        self.assertTrue(eventually(lambda: (self.line() or "").startswith("0 of ")))
+        self.desktop.key("space")
+        self.assertTrue(eventually(lambda: (self.line() or "").startswith(f"{self.selected} of ")))
+        self.desktop.key("Down")
+        self.desktop.key("space")
+        self.assertTrue(eventually(lambda: (self.line() or "").startswith(f"{self.selected - 1} of ")))
+        for _ in range(12):
+            self.desktop.key("Return")
+            self.desktop.key("Tab")
+        self.assertIsNone(self.cleaned())
+        self.assertEqual(self.gone(), set())
+
+        self.desktop.press("Clean")
+        self.assertTrue(eventually(self.cleaned))
+        # The first leaf was left out, and what a link leads to is never touched.
+        left = self.below(CACHES) - self.gone()
+        self.assertEqual(len([path for path in left if path.count("/") == 2]), 1)
+
+    def test_what_is_protected_stays_until_the_padlock_is_open(self):
+        self.prepare("SystemLogs", "UserLogs")
+        self.scan()
+        self.desktop.press("Clean")
+        self.desktop.wait_for("You do not have privileges to clean these files.")
+        self.assertEqual(self.gone(), self.below(LOGS))
+        self.desktop.press("OK")
+        self.desktop.wait_without("You do not have privileges to clean these files.")
+        self.desktop.press("Padlock")
+        self.assertTrue(eventually(lambda: any(
+            name == "Padlock" and "checked" in marks
+            for _, _, marks, name in self.desktop.tree())), self.desktop.log_text()[-2000:])
+        self.desktop.press("Clean")
+        self.assertTrue(eventually(lambda: self.gone() == self.below(LOGS, SYSTEM_LOGS)))
+        self.assertTrue(os.path.isdir(f"{self.folder}/{SYSTEM_LOGS}"))
+
+    def test_items_that_vanish_or_grow_after_the_scan(self):
+        self.prepare("UserCaches", "UserLogs")
+        self.scan()
+        os.remove(f"{self.folder}/{CACHES}/two.dat")
+        with open(f"{self.folder}/{CACHES}/one/a.bin", "ab") as grown:
+            grown.write(b"x" * 5_000_000)
+        self.before = snapshot(self.folder)
+        self.desktop.press("Clean")
+        self.assertTrue(eventually(self.cleaned))
+        self.assertEqual(self.gone(), self.below(CACHES, LOGS))
+        self.assertNotIn("-", self.cleaned())
+        self.assertIsNone(self.desktop.running.poll())
+
+    def test_closing_and_quitting_during_a_clean(self):
+        self.prepare("UserCaches")
+        many = pathlib.Path(self.folder, CACHES, "many")
+        for number in range(20_000):
+            path = many / str(number % 100) / str(number)
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.touch()
+        subprocess.run(["chown", "-R", f"{USER}:{USER}", str(many)], check=True)
+        self.before = snapshot(self.folder)
+        self.scan()
+        self.desktop.press("Clean")
+        self.desktop.key("ctrl+w")
+        self.assertIsNone(self.desktop.running.poll())
+        self.assertEqual(self.desktop.run(PROGRAM, "--activate").returncode, 0)
+        self.desktop.key("ctrl+q")
+        self.assertEqual(self.desktop.running.wait(30), 1)
+        self.assertEqual(self.gone() - self.below(CACHES), set())
+
+    def test_a_stopped_scan_asks_for_a_restart(self):
+        self.prepare("UserCaches")
+        deep = pathlib.Path(self.folder, CACHES, "many")
+        for number in range(60_000):
+            path = deep / str(number % 300) / str(number)
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.touch()
+        self.desktop.start_program()
+        self.desktop.wait_for("Scan")
+        self.desktop.press("Scan")
+        try:
+            self.desktop.press("Stop")
+        except AssertionError:
+            self.skipTest("the scan was faster than the stop")
+        self.desktop.wait_for("Restart")
+        self.assertEqual(self.gone(), set())
+
+
+class QuickClean(CleanPage):
+    def ask_for_it(self):
+        self.desktop.key("F10")
+        self.desktop.wait_for("Quick Clean…")
+        self.desktop.key("Down")
+        self.desktop.key("Return")
+        self.desktop.wait_for("Everything in these folders will be removed.")
+
+    def test_it_asks_names_the_folders_and_reports_in_a_bubble(self):
+        self.prepare("UserCaches", "UserLogs")
+        self.desktop.start_program()
+        self.desktop.wait_for("Scan")
+        self.assertTrue(eventually(
+            lambda: self.desktop.run("xdotool", "getactivewindow").stdout))
+        self.ask_for_it()
+        self.assertTrue(self.desktop.shows(f"{self.folder}/{CACHES}"))
+        self.desktop.key("Return")
+        self.desktop.wait_without("Everything in these folders will be removed.")
+        self.assertEqual(self.gone(), set(), "Enter is no yes to a removal")
+
+        self.ask_for_it()
+        self.desktop.press("Clean")
+        self.assertTrue(eventually(lambda: self.gone() == self.below(CACHES, LOGS)))
+        self.assertTrue(eventually(lambda: any(
+            " MB" in name and "cleaned" in name.lower() for name in self.desktop.names())),
+            self.desktop.names())
+        self.assertIsNone(self.desktop.running.poll())
+
+
+def load_tests(loader, tests, pattern):
+    suite = unittest.TestSuite()
+    for case in (CleanPage, QuickClean):
+        for name in sorted(vars(case)):
+            if name.startswith("test_"):
+                suite.addTest(case(name))
+    return suite
+
+
+if __name__ == "__main__":
+    if os.geteuid() != 0:
+        sys.exit("needs root for its mounts")
+    enter_namespace()
+    PROGRAM = os.path.abspath(sys.argv.pop(1))
+    POLICY = os.path.abspath(sys.argv.pop(1))
+    MACHINE = Machine()
+    PROGRAM = allow_rights(POLICY)
+    MACHINE.start_disks()
+    try:
+        unittest.main(verbosity=2)
+    finally:
+        MACHINE.close()
