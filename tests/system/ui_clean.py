@@ -162,8 +162,13 @@ class CleanPage(unittest.TestCase):
         self.desktop.key("Down")
         self.desktop.key("space")
         self.assertTrue(eventually(lambda: (self.line() or "").startswith(f"{self.selected - 1} of ")))
-        for _ in range(12):
-            self.desktop.key("Return")
+        # Through the whole page; in the toolbar Enter would go to another one.
+        for _ in range(20):
+            focused = [name for _, _, marks, name in self.desktop.tree() if "focused" in marks]
+            if "Fast Clean" in focused:
+                break
+            if "Back" not in focused:
+                self.desktop.key("Return")
             self.desktop.key("Tab")
         self.assertIsNone(self.cleaned())
         self.assertEqual(self.gone(), set())
@@ -237,22 +242,22 @@ class CleanPage(unittest.TestCase):
             self.skipTest("the scan was faster than the stop")
         self.desktop.wait_for("Restart")
         self.assertEqual(self.gone(), set())
+        self.desktop.press("Restart")
+        self.desktop.wait_for("Finds caches, logs")
+        self.desktop.press("Scan")
+        self.assertTrue(eventually(self.line), "the same process, started anew, scans")
+        self.assertIsNone(self.desktop.running.poll())
 
 
 class QuickClean(CleanPage):
     def ask_for_it(self):
-        self.desktop.key("F10")
-        self.desktop.wait_for("Quick Clean…")
-        self.desktop.key("Down")
-        self.desktop.key("Return")
+        self.desktop.choose("Down")
         self.desktop.wait_for("Everything in these folders will be removed.")
 
     def test_it_asks_names_the_folders_and_reports_in_a_bubble(self):
         self.prepare("UserCaches", "UserLogs")
         self.desktop.start_program()
         self.desktop.wait_for("Scan")
-        self.assertTrue(eventually(
-            lambda: self.desktop.run("xdotool", "getactivewindow").stdout))
         self.ask_for_it()
         self.assertTrue(self.desktop.shows(f"{self.folder}/{CACHES}"))
         self.desktop.key("Return")

@@ -245,6 +245,18 @@ class Desktop:
     def key(self, keys):
         self.run("xdotool", "key", keys)
 
+    def choose(self, *keys):
+        """Opens the application menu, goes by the keys and presses there."""
+        def windows():
+            found = self.run("xdotool", "search", "--onlyvisible", "--class", "brightsweep")
+            return len(found.stdout.split())
+        assert eventually(lambda: self.run("xdotool", "getactivewindow").stdout)
+        closed = windows()
+        self.key("F10")
+        assert eventually(lambda: windows() > closed), "no menu"
+        for key in (*keys, "Return"):
+            self.key(key)
+
     def log_text(self):
         return pathlib.Path(self.log).read_text(errors="replace") if os.path.exists(self.log) else ""
 

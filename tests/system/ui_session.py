@@ -181,22 +181,11 @@ class Window(Session):
         desktop.start_program()
         desktop.wait_for("Fast Clean")
         self.assertTrue(eventually(lambda: desktop.run("xdotool", "getactivewindow").stdout))
-        # Scan is current; what cannot be had is passed over.
-        self.choose(desktop, "Down", "Down", "Down")
+        # Scan is current.
+        desktop.choose("Down", "Down", "Down", "Down")
         desktop.wait_for("Show Log")
-        self.choose(desktop, "Up", "Up")
+        desktop.choose("Up", "Up")
         desktop.wait_for("About Brightsweep")
-
-    def choose(self, desktop, *keys):
-        """Opens the menu, goes by the keys and presses there."""
-        def windows():
-            found = desktop.run("xdotool", "search", "--onlyvisible", "--class", "brightsweep")
-            return len(found.stdout.split())
-        closed = windows()
-        desktop.key("F10")
-        self.assertTrue(eventually(lambda: windows() > closed))
-        for key in (*keys, "Return"):
-            desktop.key(key)
 
     def test_started_at_login_it_opens_no_window(self):
         desktop = self.desktop(tray=False)

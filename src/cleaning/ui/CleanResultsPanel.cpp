@@ -115,6 +115,7 @@ CleanResultsPanel::CleanResultsPanel(NewMainViewController &controller, QWidget 
     right->setContentsMargins(0, 0, 0, 0);
     right->setSpacing(0);
     right->addWidget(makeHeading());
+    right->addWidget(makeNotice());
     right->addWidget(m_box, 1);
     auto *const upper = new QHBoxLayout;
     upper->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 0);
@@ -167,6 +168,22 @@ QWidget *CleanResultsPanel::makeHeading() {
     m_filter->setFixedWidth(theme::height(filterWidth));
     row->addWidget(m_filter, 0, Qt::AlignVCenter);
     return heading;
+}
+
+QWidget *CleanResultsPanel::makeNotice() {
+    auto *const notice = new QFrame(this);
+    notice->setProperty("card", true);
+    auto *const row = new QHBoxLayout(notice);
+    row->setContentsMargins(3 * theme::grid, theme::grid, 2 * theme::grid, theme::grid);
+    auto *const words = new QLabel(QLatin1String(cleanPageTexts::restartText), notice);
+    words->setWordWrap(true);
+    row->addWidget(words, 1);
+    auto *const restart = new QPushButton(QStringLiteral("Restart"), notice);
+    restart->setObjectName(QStringLiteral("clean.restart"));
+    connect(restart, &QPushButton::clicked, &m_controller, &NewMainViewController::restart);
+    row->addWidget(restart);
+    m_notice = notice;
+    return notice;
 }
 
 QWidget *CleanResultsPanel::makeOverview() {
@@ -321,8 +338,11 @@ void CleanResultsPanel::bind() {
         lockButton->setChecked(open);
         lockButton->setIcon(imageNamed(QLatin1String(m_controller.padlock().imageName())));
     };
-    connect(lockButton, &QToolButton::clicked, this,
-            [this](bool open) { m_controller.unlockRigths(open); });
+    // Assistive programs toggle it without a click.
+    connect(lockButton, &QToolButton::toggled, this, [this](bool open) {
+        if (open != m_controller.padlock().isOpen())
+            m_controller.unlockRigths(open);
+    });
     connect(&m_controller.padlock(), &PadlockController::lockStateChanged, this, showLock);
     showLock(m_controller.padlock().isOpen());
 
@@ -368,6 +388,7 @@ void CleanResultsPanel::followParts() {
         followOutcome();
     }
     m_filter->setVisible(page == m_outline);
+    m_notice->setVisible(m_controller.needsRestart() && page != m_outcome);
     if (m_box->currentWidget() == page)
         return;
     const bool hadFocus = m_box->isAncestorOf(focusWidget());

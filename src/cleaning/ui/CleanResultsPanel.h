@@ -40,6 +40,7 @@ protected:
 
 private:
     QWidget *makeHeading();
+    QWidget *makeNotice();
     QWidget *makeOverview();
     QWidget *makeOutcome();
     QWidget *makeBottom();
@@ -60,6 +61,7 @@ private:
     QLabel *m_title;
     StyledLabel *m_description;
     QLineEdit *m_filter;
+    QWidget *m_notice;
     QTimer *m_filterSettled;
     QStackedWidget *m_box;
     OutlineView *m_outline;

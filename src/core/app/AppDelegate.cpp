@@ -21,6 +21,9 @@
 #include <QPointer>
 #include <QThread>
 
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdlib>
 
 namespace brightsweep {
@@ -238,10 +241,27 @@ void AppDelegate::menuAction(MenuAction action) {
     }
 }
 
-void AppDelegate::quit() {
+void AppDelegate::takeLeave() {
     Q_EMIT quitting();
     _statusItem.setShown(false);
     UserDefaults::standardUserDefaults().synchronize();
+}
+
+void AppDelegate::restart() {
+    takeLeave();
+    if (m_parts.restart)
+        return m_parts.restart();
+    std::string program = QFile::encodeName(QCoreApplication::applicationFilePath()).toStdString();
+    char activate[] = "--activate";
+    char *arguments[] = {program.data(), activate, nullptr};
+    ::execv(program.c_str(), arguments);
+    NSLog("The program cannot be started again: %@",
+          std::error_code(errno, std::system_category()));
+    std::_Exit(quitStatus);
+}
+
+void AppDelegate::quit() {
+    takeLeave();
     // No destructor meets a worker that still runs.
     if (m_parts.exit)
         m_parts.exit(quitStatus);

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "core/CleanWindow.h"
 #include "core/Clock.h"
 #include "core/LoginItemRegistry.h"
 #include "core/app/AppController.h"
-#include "core/CleanWindow.h"
 #include "foundation/CallQueue.h"
 #include "memory/ClearMemory.h"
 #include "memory/cleanMemoryInfo.h"
@@ -44,6 +44,7 @@ struct AppDelegateParts {
     CleanWindowFactory makeCleanWindow;
     std::filesystem::path guide;     ///< what "Help" opens
     std::function<void(int)> exit;   ///< else std::_Exit
+    std::function<void()> restart{}; ///< else the program takes its own place
     std::filesystem::path program{}; ///< what starts with the session; else this program
 };
 
@@ -105,6 +106,8 @@ public:
     void launchAppWhenLogin(int state);
     /// Ends the process with status 1, with no confirmation.
     void quit();
+    /// Starts the program anew in the place of this process, with its window shown.
+    void restart();
 
     // -- The menu's content
 
@@ -149,6 +152,7 @@ private:
     void cleanMemoryClickAction(const Notification &notification);
 
     void showPage(int row);
+    void takeLeave();
     void runAsMain();
     void tellWithoutHost();
     void menuAction(MenuAction action);

@@ -73,6 +73,8 @@ void AppPrefsWindowController::makeCleanPage() {
     surroundings.selectedItem = [this] { return selectedItem(); };
     m_v4MainView = std::make_unique<NewMainViewController>(std::move(surroundings));
     const auto *const page = m_v4MainView.get();
+    connect(page, &NewMainViewController::restartRequested, this,
+            &AppPrefsWindowController::restartRequested);
     connect(page, &NewMainViewController::stateChanged, this,
             [this] { setView4FastClean(m_v4MainView->view4FastClean()); });
     connect(page, &NewMainViewController::displayPanel, this,

@@ -30,6 +30,8 @@ public:
 Q_SIGNALS:
     /// The uninstall page is shown and wants its list.
     void beginSearchApps();
+    /// The clean page needs the program to be started anew.
+    void restartRequested();
 
 protected:
     void setupToolbar() override;

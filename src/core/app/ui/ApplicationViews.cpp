@@ -62,6 +62,8 @@ ApplicationViews::ApplicationViews(AppDelegate &delegate, CustomStatusItemView &
             &AppDelegate::renderStatusImageAgain);
     connect(&statusItem, &CustomStatusItemView::hostChanged, this,
             [this](bool present) { m_mainWindow->setPopupButtonShown(!present); });
+    connect(&AppPrefsWindowController::sharedPrefsWindowController(),
+            &AppPrefsWindowController::restartRequested, &m_delegate, &AppDelegate::restart);
     connect(&m_delegate, &AppDelegate::popupRequested, m_popup.get(), &StatusPopup::toggle);
     connect(&m_delegate, &AppDelegate::alertRequested, this, &ApplicationViews::showAlert);
     connect(&m_delegate, &AppDelegate::aboutRequested, this, &ApplicationViews::showAbout);
