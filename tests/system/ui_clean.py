@@ -233,6 +233,7 @@ class CleanPage(unittest.TestCase):
             path = deep / str(number % 300) / str(number)
             path.parent.mkdir(parents=True, exist_ok=True)
             path.touch()
+        self.before = snapshot(self.folder)
         self.desktop.start_program()
         self.desktop.wait_for("Scan")
         self.desktop.press("Scan")
@@ -267,9 +268,8 @@ class QuickClean(CleanPage):
         self.ask_for_it()
         self.desktop.press("Clean")
         self.assertTrue(eventually(lambda: self.gone() == self.below(CACHES, LOGS)))
-        self.assertTrue(eventually(lambda: any(
-            " MB" in name and "cleaned" in name.lower() for name in self.desktop.names())),
-            self.desktop.names())
+        self.desktop.wait_for("Files cleaned: ")
+        self.desktop.wait_without("Files cleaned: ")
         self.assertIsNone(self.desktop.running.poll())
 
 

@@ -229,11 +229,17 @@ class Desktop:
         result = self.run("/usr/bin/python3", str(HERE / "ui_reader.py"), "press", name)
         assert result.returncode == 0, f"cannot press {name!r}: {result.stderr} {self.tree()}"
 
+    def geometry(self, window):
+        words = self.run("xdotool", "getwindowgeometry", "--shell", window).stdout.split()
+        return dict(word.split("=") for word in words)
+
+    def width(self, window):
+        return int(self.geometry(window).get("WIDTH", 0))
+
     def tray_place(self):
         """The middle of the icon in the tray, or None."""
         for window in self.run("xdotool", "search", "--class", "brightsweep").stdout.split():
-            words = self.run("xdotool", "getwindowgeometry", "--shell", window).stdout.split()
-            place = dict(word.split("=") for word in words)
+            place = self.geometry(window)
             if place and int(place["Y"]) >= 860 and int(place["WIDTH"]) <= 40:
                 return (int(place["X"]) + int(place["WIDTH"]) // 2,
                         int(place["Y"]) + int(place["HEIGHT"]) // 2)
@@ -249,13 +255,17 @@ class Desktop:
         """Opens the application menu, goes by the keys and presses there."""
         def windows():
             found = self.run("xdotool", "search", "--onlyvisible", "--class", "brightsweep")
-            return len(found.stdout.split())
+            return {window for window in found.stdout.split() if self.width(window) >= 150}
         assert eventually(lambda: self.run("xdotool", "getactivewindow").stdout)
         closed = windows()
-        self.key("F10")
-        assert eventually(lambda: windows() > closed), "no menu"
-        for key in (*keys, "Return"):
-            self.key(key)
+
+        def opened():
+            # A window that has just come may not have the keyboard yet.
+            self.key("F10")
+            return eventually(lambda: windows() - closed, 3)
+        assert eventually(opened), "no menu"
+        # At a person's pace: the menu takes hold of the keyboard only after it is seen.
+        self.run("xdotool", "key", "--delay", "300", "Shift_L", *keys, "Return")
 
     def log_text(self):
         return pathlib.Path(self.log).read_text(errors="replace") if os.path.exists(self.log) else ""

@@ -104,7 +104,10 @@ private:
                                                  theme::height(windowWidth) - 12 * theme::grid));
         delProgress.setRange(0, m_controller.isIndeterminate() ? 0 : 100);
         delProgress.setValue(m_controller.progressPercent());
-        cancelBtn.setEnabled(!m_controller.isCancelBtnHidden());
+        QSizePolicy policy = cancelBtn.sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        cancelBtn.setSizePolicy(policy);
+        cancelBtn.setVisible(!m_controller.isCancelBtnHidden());
     }
 
     CleanSysController &m_controller;
