@@ -43,7 +43,9 @@ NewMainViewController::NewMainViewController(QObject *parent)
     : NewMainViewController(Surroundings(), parent) {}
 
 NewMainViewController::NewMainViewController(Surroundings surroundings, QObject *parent)
-    : QObject(parent), m_surroundings(std::move(surroundings)) {
+    : QObject(parent),
+      m_surroundings(std::move(surroundings)),
+      m_clock(m_surroundings.clock ? *m_surroundings.clock : Clock::eventLoop()) {
     v3MainViewInfo();
     for (unsigned index = 0; index < categoryCount; ++index) {
         auto controller = std::make_unique<ScanViewController>();
@@ -77,6 +79,7 @@ NewMainViewController::NewMainViewController(Surroundings surroundings, QObject 
 }
 
 NewMainViewController::~NewMainViewController() {
+    m_clock.cancel(m_alertCall);
     NotificationCenter::defaultCenter().removeObserver(this);
 }
 

@@ -4,6 +4,7 @@
 #include "cleaning/CleanPageControls.h"
 #include "cleaning/CleanPageTexts.h"
 #include "cleaning/CleanSelection.h"
+#include "core/Clock.h"
 #include "uninstall/PadlockController.h"
 
 #include <QObject>
@@ -50,6 +51,7 @@ public:
         std::function<QString()> selectedItem = [] { return QStringLiteral("Scan"); };
         /// False keeps a clean from starting.
         std::function<bool()> licenceGate = [] { return true; };
+        Clock *clock = nullptr; ///< else that of the event loop
     };
 
     explicit NewMainViewController(QObject *parent = nullptr);
@@ -172,6 +174,8 @@ private:
     QString postStartupVolume();
 
     const Surroundings m_surroundings;
+    Clock &m_clock;
+    Clock::Handle m_alertCall = 0;
     State m_state = State::Idle;
     CleanPageControls m_controls;
     CleanPageParts m_parts;

@@ -13,8 +13,6 @@
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
 
-#include <QTimer>
-
 #include <algorithm>
 #include <chrono>
 #include <limits>
@@ -223,7 +221,8 @@ void NewMainViewController::endClean() {
                                              {{object, QStringLiteral("clean")}});
     changeStateTextFeild(cleanPageTexts::cleanedLine(m_showCleanedSize));
     if (failures > 0) {
-        QTimer::singleShot(alertDelay, this, [this] {
+        m_clock.cancel(m_alertCall);
+        m_alertCall = m_clock.callAfter(alertDelay, [this] {
             Q_EMIT lockAnimation(true);
             Q_EMIT showAlertForPrivilegesToClean();
         });

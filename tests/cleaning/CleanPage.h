@@ -5,6 +5,7 @@
 #include "cleaning/ScanViewController.h"
 #include "cleaning/V3MainListView.h"
 #include "support/CleanableMachine.h"
+#include "support/ManualClock.h"
 
 #include <QEventLoop>
 #include <QTimer>
@@ -33,7 +34,7 @@ void waitUntil(Condition condition) {
     }
 }
 
-/// A machine with items in all six categories, and the page over it.
+/// A machine with items in all six categories, and the page over it, with a clock of its own.
 class CleanPage {
 public:
     CleanPage() {
@@ -78,7 +79,8 @@ public:
     }
 
     CleanableMachine machine;
-    NewMainViewController page;
+    ManualClock clock;
+    NewMainViewController page{{.clock = &clock}};
     std::vector<std::string> heard;
 };
 

@@ -117,7 +117,7 @@ TEST(CleanSysController, ASizeOfNothingGivesAnEndlessFigureAndAFullBar) {
     std::atomic<double> seen{0};
     QObject context;
     NotificationCenter::defaultCenter().addObserver(
-        &context, DSFastCleanFinish,
+        &context, DSDeleteFileSuccess,
         [&](const Notification &) { seen = clean.controller->progressVal(); });
     clean.run();
     EXPECT_TRUE(!std::isfinite(seen)) << seen;
