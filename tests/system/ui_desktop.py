@@ -172,7 +172,7 @@ class Desktop:
                 "cwd": self.folder, "stdin": subprocess.DEVNULL}
 
     def start(self, *command, **more):
-        with open(f"{self.folder}/{os.path.basename(command[0])}.log", "wb") as log:
+        with open(f"{self.folder}/{os.path.basename(command[0])}.log", "ab") as log:
             process = subprocess.Popen(command, stdout=log, stderr=log, **self.as_user(), **more)
         self.processes.append(process)
         return process
@@ -279,4 +279,8 @@ class Desktop:
                 except subprocess.TimeoutExpired:
                     process.kill()
                     process.wait()
+        # The program's own exit status may be the same as a sanitizer's.
+        said = pathlib.Path(self.folder, f"{os.path.basename(self.program)}.log")
+        said = said.read_text(errors="replace") if said.exists() else ""
         shutil.rmtree(self.folder, ignore_errors=True)
+        assert "Sanitizer: " not in said and "runtime error: " not in said, said
