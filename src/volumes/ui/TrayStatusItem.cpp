@@ -13,8 +13,14 @@ namespace brightsweep {
 
 namespace {
 
-// The look for a tray costs no message: the toolkit hears of a new one and remembers it.
-constexpr std::chrono::seconds watchInterval{2};
+// After what tells of it the toolkit must have heard it too.
+constexpr std::chrono::milliseconds hearsayTime{100};
+
+// Of the X protocol: a tray tells all that it has come, and its window's end that it has gone.
+constexpr char windowEventType[] = "xcb_generic_event_t";
+constexpr int windowDestroyed = 17;
+constexpr int clientMessage = 33;
+constexpr int sentByClient = 0x80;
 
 QImage imageOf(const StatusImage &image) {
     if (image.width <= 0 || image.height <= 0 ||
@@ -30,24 +36,37 @@ QImage imageOf(const StatusImage &image) {
 } // namespace
 
 TrayStatusItem::TrayStatusItem(QObject *parent) : QObject(parent) {
-    m_watch.setInterval(watchInterval);
-    m_watch.setTimerType(Qt::VeryCoarseTimer);
+    m_watch.setInterval(hearsayTime);
+    m_watch.setSingleShot(true);
     connect(&m_watch, &QTimer::timeout, this, &TrayStatusItem::renew);
 }
 
-TrayStatusItem::~TrayStatusItem() = default;
+TrayStatusItem::~TrayStatusItem() {
+    if (QCoreApplication *const application = QCoreApplication::instance())
+        application->removeNativeEventFilter(this);
+}
+
+// Nothing is asked while nothing happens.
+bool TrayStatusItem::nativeEventFilter(const QByteArray &type, void *message, qintptr *) {
+    if (m_shown && type == windowEventType) {
+        const int event = *static_cast<const unsigned char *>(message) & ~sentByClient;
+        if (event == clientMessage || event == windowDestroyed)
+            m_watch.start();
+    }
+    return false;
+}
 
 bool TrayStatusItem::hostPresent() const {
     return QSystemTrayIcon::isSystemTrayAvailable();
 }
 
 void TrayStatusItem::setShown(bool shown) {
+    if (shown && !m_shown)
+        QCoreApplication::instance()->installNativeEventFilter(this);
+    else if (!shown)
+        QCoreApplication::instance()->removeNativeEventFilter(this);
     m_shown = shown;
     renew();
-    if (shown)
-        m_watch.start();
-    else
-        m_watch.stop();
 }
 
 void TrayStatusItem::renew() {

@@ -2,6 +2,7 @@
 
 #include "platform/StatusItem.h"
 
+#include <QAbstractNativeEventFilter>
 #include <QIcon>
 #include <QObject>
 #include <QTimer>
@@ -14,7 +15,7 @@ namespace brightsweep {
 
 /// The status item of desktops that embed a window of the program in their tray. It takes a place
 /// there as soon as there is a tray. Main thread.
-class TrayStatusItem : public QObject, public StatusItem {
+class TrayStatusItem : public QObject, public StatusItem, QAbstractNativeEventFilter {
     Q_OBJECT
 
 public:
@@ -30,6 +31,7 @@ public:
     void setHostHandler(std::function<void(bool present)> handler) override;
 
 private:
+    bool nativeEventFilter(const QByteArray &type, void *message, qintptr *) override;
     void renew();
     void activated();
     QString toolTip() const;
@@ -43,7 +45,7 @@ private:
     bool m_shown = false;
     bool m_hostSeen = false;
     std::unique_ptr<QSystemTrayIcon> m_tray; ///< while it is shown and there is a tray
-    QTimer m_watch;
+    QTimer m_watch; ///< looks for a tray soon after it may have come or gone
 };
 
 } // namespace brightsweep
