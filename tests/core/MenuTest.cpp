@@ -232,9 +232,15 @@ TEST_F(Menu, TheMemorysRow) {
     EXPECT_FALSE(UtilityObject::getMyObject().isFristOpenTimeInMenuItem);
     EXPECT_TRUE(becomes([&] { return std::filesystem::exists(ran); }));
     memory->figures = MemoryCounts{.free = 1024};
+    memory->readings = 0;
     delegate->updateDataForMenuItem();
+    EXPECT_EQ(memory->readings, 0) << "nobody sees it";
+    delegate->menu().menuWillOpen();
     EXPECT_EQ(delegate->menu().memoryItem()->volumeSize, QStringLiteral("Memory"));
     EXPECT_EQ(delegate->menu().memoryItem()->u64FreeSpace, QStringLiteral("4.00 MB"));
+    memory->figures = MemoryCounts{.free = 2048};
+    delegate->updateDataForMenuItem();
+    EXPECT_EQ(delegate->menu().memoryItem()->u64FreeSpace, QStringLiteral("8.00 MB"));
 }
 
 TEST_F(Menu, MountsAreToldInABubble) {

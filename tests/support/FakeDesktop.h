@@ -67,11 +67,15 @@ public:
 
 class FakeMemory final : public MemorySource {
 public:
-    Result<MemoryCounts> counts() override { return figures; }
+    Result<MemoryCounts> counts() override {
+        ++readings;
+        return figures;
+    }
     Result<std::uint64_t> availableBytes() override { return available; }
 
     Result<MemoryCounts> figures = MemoryCounts{100, 50, 30, 20, 7, 8, 9};
     std::uint64_t available = 2'147'483'648;
+    int readings = 0;
 };
 
 class FakeWorkspace final : public Workspace {

@@ -43,6 +43,10 @@ AppDelegate::AppDelegate(AppDelegateParts parts, QObject *parent)
       m_clock(m_parts.clock ? *m_parts.clock : Clock::eventLoop()),
       m_bubbles(m_clock) {
     connect(&m_menu, &StatusMenu::actionTriggered, this, &AppDelegate::menuAction);
+    connect(&m_menu, &StatusMenu::menuVisibleChanged, this, [this](bool visible) {
+        if (visible)
+            updateMemoryRow();
+    });
     connect(&m_menu, &StatusMenu::ejectRequested, this,
             [this](int reference) { eject(std::int16_t(reference)); });
 }

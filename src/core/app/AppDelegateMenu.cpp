@@ -269,7 +269,9 @@ void AppDelegate::updateDataForMenuItem() {
     else
         showImage(imageNameOf(boot));
     updateVolumeRows();
-    updateMemoryRow();
+    // Nobody sees it otherwise; it is read when the menu opens.
+    if (m_menu.isMenuVisible())
+        updateMemoryRow();
     tellAlarms();
     NotificationCenter::defaultCenter().post(updateNewDiskSizeViewNotification, this);
 }
