@@ -1,6 +1,7 @@
 // Plays the disks service for one block device that it says is a stick on usb with an unlocked
-// part. Arguments: the device's number, and a file that gets a line for each method called. While a
-// file of the same name and ".refuse" exists, unmounting is refused.
+// part. Arguments: the device's number, and a file that gets a line for each method called; a
+// question for all that it knows is a byte in the file of that name and ".asked". While one with
+// ".refuse" exists, unmounting is refused.
 
 #include "platform/linux/MountTable.h"
 
@@ -35,8 +36,10 @@ public:
     QString introspect(const QString &) const override { return {}; }
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override {
-        if (message.member() == QLatin1String("GetManagedObjects"))
+        if (message.member() == QLatin1String("GetManagedObjects")) {
+            std::ofstream(m_log + ".asked", std::ios::app) << '.';
             return bus.send(message.createReply(QVariant::fromValue(objects())));
+        }
         const std::string interface =
             message.interface().section(QLatin1Char('.'), -1).toStdString();
         std::ofstream(m_log, std::ios::app)

@@ -18,16 +18,24 @@ namespace brightsweep {
 
 namespace {
 
-VolumeScope currentScope() {
-    VolumeScope scope;
-    scope.home = homeFolder().native();
-    const char *const prefix = std::getenv("BRIGHTSWEEP_SYSTEM_ROOT");
-    if (!prefix || *prefix != '/')
-        return scope;
+// Where the device manager links devices by their labels.
+constexpr char labelFolder[] = "/dev/disk/by-label";
+// A change within one tick of the file system's clock leaves the time of the change as it is.
+constexpr std::time_t clockSeconds = 1;
+
+std::string canonicalPrefix(const std::string &prefix) {
+    if (prefix.empty())
+        return prefix;
     std::error_code error;
     const auto canonical = std::filesystem::canonical(prefix, error);
-    scope.prefix = error ? prefix : canonical.native();
-    return scope;
+    return error ? prefix : canonical.native();
+}
+
+// A read soon after a change may have missed what changed next.
+bool isSettled(const timespec &changed) {
+    timespec now{};
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    return now.tv_sec > changed.tv_sec + clockSeconds;
 }
 
 // The address that the mount names; of a server that is named by a word alone, a number made of
@@ -113,8 +121,44 @@ LinuxVolumeSource::~LinuxVolumeSource() {
     m_watch.reset();
 }
 
-std::vector<LinuxVolumeSource::Volume> LinuxVolumeSource::mounted(const UDisksSnapshot *snapshot) {
-    const auto selected = selectVolumes(currentMounts(), currentScope());
+bool LinuxVolumeSource::Origin::operator==(const Origin &other) const {
+    return snapshot == other.snapshot && home == other.home && prefix == other.prefix &&
+           labels == other.labels && labelsChanged.tv_sec == other.labelsChanged.tv_sec &&
+           labelsChanged.tv_nsec == other.labelsChanged.tv_nsec;
+}
+
+LinuxVolumeSource::Origin LinuxVolumeSource::currentOrigin() const {
+    Origin origin;
+    origin.snapshot = m_disks.snapshot();
+    origin.home = homeFolder().native();
+    const char *const prefix = std::getenv("BRIGHTSWEEP_SYSTEM_ROOT");
+    if (prefix && *prefix == '/')
+        origin.prefix = prefix;
+    struct stat status;
+    if (::stat(labelFolder, &status) == 0) {
+        origin.labels = status.st_ino;
+        origin.labelsChanged = status.st_mtim;
+    }
+    return origin;
+}
+
+LinuxVolumeSource::Volumes LinuxVolumeSource::mounted() {
+    const std::lock_guard lock(m_knownMutex);
+    Origin origin = currentOrigin();
+    auto changed = m_table.changedMounts();
+    if (!changed && m_known && origin == m_origin)
+        return m_known;
+    if (changed)
+        m_mounts = *std::move(changed);
+    auto volumes = std::make_shared<const std::vector<Volume>>(makeVolumes(origin));
+    m_known = isSettled(origin.labelsChanged) ? volumes : nullptr;
+    m_origin = std::move(origin);
+    return volumes;
+}
+
+std::vector<LinuxVolumeSource::Volume> LinuxVolumeSource::makeVolumes(const Origin &origin) {
+    const UDisksSnapshot *const snapshot = origin.snapshot.get();
+    const auto selected = selectVolumes(m_mounts, {canonicalPrefix(origin.prefix), origin.home});
     const auto identities = mountIdentities(selected);
     const auto numbers = m_numbers.assign(identities);
     std::vector<Volume> volumes;
@@ -146,21 +190,21 @@ std::vector<LinuxVolumeSource::Volume> LinuxVolumeSource::mounted(const UDisksSn
 }
 
 std::vector<VolumeFacts> LinuxVolumeSource::volumes() {
-    const auto snapshot = m_disks.snapshot();
     std::vector<VolumeFacts> result;
     std::vector<MountIdentity> identities;
     std::map<MountIdentity, Class> shown;
-    for (Volume &volume : mounted(snapshot.get())) {
+    const Volumes volumes = mounted();
+    for (const Volume &volume : *volumes) {
         identities.push_back(volume.identity);
+        VolumeFacts &facts = result.emplace_back(volume.facts);
         if (volume.selected.kind == VolumeKind::BlockDevice) {
-            readFigures(volume.selected.mount.mountPoint, volume.facts);
+            readFigures(volume.selected.mount.mountPoint, facts);
         } else if (const auto figures =
                        m_figures.ask(volume.identity, volume.selected.mount.mountPoint)) {
-            volume.facts.totalBytes = figures->totalBytes;
-            volume.facts.freeBytes = figures->freeBytes;
+            facts.totalBytes = figures->totalBytes;
+            facts.freeBytes = figures->freeBytes;
         }
-        shown[volume.identity] = {volume.facts.extendedAttributes, volume.facts.optical};
-        result.push_back(std::move(volume.facts));
+        shown[volume.identity] = {facts.extendedAttributes, facts.optical};
     }
     m_figures.keepOnly(identities);
     {
@@ -178,8 +222,8 @@ void LinuxVolumeSource::settle(int milliseconds) {
 }
 
 EjectResult LinuxVolumeSource::eject(std::int16_t refNumber) {
-    const auto snapshot = m_disks.snapshot();
-    for (const Volume &volume : mounted(snapshot.get())) {
+    const Volumes volumes = mounted();
+    for (const Volume &volume : *volumes) {
         if (volume.facts.refNumber != refNumber)
             continue;
         if (!isEjectable(volume.facts))
@@ -208,23 +252,24 @@ void LinuxVolumeSource::setMountHandler(std::function<void(const MountEvent &)> 
     const std::lock_guard order(m_watchMutex);
     m_announced.clear();
     m_watch = std::make_unique<MountWatch>([this] { mountsChanged(); });
-    const auto snapshot = m_disks.snapshot();
-    for (const Volume &volume : mounted(snapshot.get()))
+    const Volumes volumes = mounted();
+    for (const Volume &volume : *volumes)
         m_announced[volume.identity] = {false, volume.facts.name, volume.facts.root};
 }
 
 void LinuxVolumeSource::setFactsHandler(std::function<void()> handler) {
+    m_disks.listen(bool(handler));
     const std::lock_guard lock(m_mutex);
     m_factsReceiver.set(std::move(handler));
 }
 
 void LinuxVolumeSource::mountsChanged() {
     const std::lock_guard order(m_watchMutex);
-    const auto snapshot = m_disks.snapshot();
     std::map<MountIdentity, MountEvent> now;
     std::vector<MountEvent> events;
     std::vector<MountEvent> added;
-    for (const Volume &volume : mounted(snapshot.get())) {
+    const Volumes volumes = mounted();
+    for (const Volume &volume : *volumes) {
         const MountEvent event{false, volume.facts.name, volume.facts.root};
         now[volume.identity] = event;
         if (!m_announced.contains(volume.identity))
@@ -248,12 +293,11 @@ void LinuxVolumeSource::mountsChanged() {
 }
 
 void LinuxVolumeSource::factsChanged() {
-    const auto snapshot = m_disks.snapshot();
     bool changed = false;
-    const auto volumes = mounted(snapshot.get());
+    const Volumes volumes = mounted();
     {
         const std::lock_guard lock(m_mutex);
-        for (const Volume &volume : volumes) {
+        for (const Volume &volume : *volumes) {
             const auto shown = m_shown.find(volume.identity);
             const Class now{volume.facts.extendedAttributes, volume.facts.optical};
             if (shown == m_shown.end() || shown->second == now)

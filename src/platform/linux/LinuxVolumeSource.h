@@ -2,14 +2,19 @@
 
 #include "foundation/CallQueue.h"
 #include "platform/VolumeSource.h"
+#include "platform/linux/MountTableReader.h"
 #include "platform/linux/MountWatch.h"
 #include "platform/linux/ReferenceNumbers.h"
 #include "platform/linux/RemoteFigures.h"
 #include "platform/linux/UDisksWatch.h"
 
+#include <sys/types.h>
+
+#include <ctime>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 namespace brightsweep {
 
@@ -47,12 +52,31 @@ private:
     };
     using Class = std::pair<std::uint32_t, OpticalMedia>;
 
-    std::vector<Volume> mounted(const UDisksSnapshot *snapshot);
+    using Volumes = std::shared_ptr<const std::vector<Volume>>;
+    /// What the volumes were made of. While it is the same, they are.
+    struct Origin {
+        std::shared_ptr<const UDisksSnapshot> snapshot;
+        std::string home;
+        std::string prefix;
+        timespec labelsChanged = {};
+        ino_t labels = 0;
+
+        bool operator==(const Origin &other) const;
+    };
+
+    Origin currentOrigin() const;
+    Volumes mounted();
+    std::vector<Volume> makeVolumes(const Origin &origin);
     void mountsChanged();
     void factsChanged();
     void announceFacts();
 
     ReferenceNumbers m_numbers;
+    std::mutex m_knownMutex; ///< of the next four
+    MountTableReader m_table;
+    std::vector<Mount> m_mounts;
+    Origin m_origin;
+    Volumes m_known;    ///< null where they must be made anew
     std::mutex m_mutex; ///< of the receivers and of what is shown
     Receiver<const MountEvent &> m_mountReceiver;
     Receiver<> m_factsReceiver;

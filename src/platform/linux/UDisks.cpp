@@ -1,16 +1,23 @@
 #include "platform/linux/UDisks.h"
 
+#include "foundation/FileDescriptor.h"
+
 #include <QDBusArgument>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusPendingCall>
 #include <QDBusPendingReply>
 
+#include <sys/socket.h>
 #include <sys/sysmacros.h>
+#include <sys/un.h>
 
 #include <array>
 #include <chrono>
+#include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <string_view>
 #include <thread>
@@ -53,7 +60,7 @@ QString interfaceName(const char *name) {
     return service() + QLatin1Char('.') + QLatin1String(name);
 }
 
-QString connectionName() {
+QString newConnectionName() {
     static std::atomic<unsigned> count{0};
     return QStringLiteral("brightsweep-volumes-%1").arg(++count);
 }
@@ -93,7 +100,40 @@ UDisksBlock blockOf(const QString &path, const Interfaces &interfaces) {
     return block;
 }
 
+// The errors of a service that is there but has not answered.
+bool isSilence(QDBusError::ErrorType error) {
+    return error == QDBusError::NoReply || error == QDBusError::Timeout ||
+           error == QDBusError::TimedOut || error == QDBusError::Disconnected;
+}
+
+// The path of the bus's socket; empty for an address of another form.
+std::string_view systemBusSocket() {
+    constexpr std::string_view pathAddress = "unix:path=";
+    const char *const variable = std::getenv("DBUS_SYSTEM_BUS_ADDRESS");
+    if (!variable || !*variable)
+        return "/run/dbus/system_bus_socket";
+    const std::string_view address(variable);
+    const bool plain =
+        address.starts_with(pathAddress) && address.find_first_of("%;") == std::string_view::npos;
+    if (!plain)
+        return {};
+    const auto path = address.substr(pathAddress.size());
+    return path.substr(0, path.find(','));
+}
+
 } // namespace
+
+bool systemBusListens() {
+    const std::string_view path = systemBusSocket();
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    if (path.empty() || path.size() >= sizeof address.sun_path)
+        return true;
+    std::memcpy(address.sun_path, path.data(), path.size());
+    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    return socket && ::connect(socket.get(), reinterpret_cast<const sockaddr *>(&address),
+                               sizeof address) == 0;
+}
 
 const UDisksBlock *UDisksSnapshot::block(DeviceNumber number) const {
     for (const UDisksBlock &candidate : blocks) {
@@ -110,7 +150,7 @@ const UDisksDrive *UDisksSnapshot::drive(DeviceNumber disk) const {
 }
 
 UDisks::UDisks()
-    : m_name(connectionName()),
+    : m_name(newConnectionName()),
       m_connection(QDBusConnection::connectToBus(QDBusConnection::SystemBus, m_name)) {}
 
 UDisks::~UDisks() {
@@ -128,6 +168,7 @@ std::optional<UDisksSnapshot> UDisks::snapshot(const std::atomic<bool> &stop) {
         std::this_thread::sleep_for(slice);
     }
     const QDBusMessage reply = pending.reply();
+    m_offered = reply.type() != QDBusMessage::ErrorMessage || isSilence(QDBusError(reply).type());
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
         return std::nullopt;
     const auto objects = qdbus_cast<Objects>(reply.arguments().constFirst());

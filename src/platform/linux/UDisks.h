@@ -52,6 +52,9 @@ struct UDisksError {
     explicit operator bool() const { return !name.isEmpty(); }
 };
 
+/// False where the system bus has no socket, or one that nobody answers. Sends nothing.
+bool systemBusListens();
+
 /// A connection of its own to the disks service over the system bus. Belongs to one thread.
 class UDisks {
 public:
@@ -60,7 +63,10 @@ public:
     UDisks(const UDisks &) = delete;
     UDisks &operator=(const UDisks &) = delete;
 
+    const QString &connectionName() const { return m_name; }
     bool isConnected() const { return m_connection.isConnected(); }
+    /// False once the bus has said that it is not to be had.
+    bool isOffered() const { return m_offered; }
     /// All that the service knows. Waits some seconds at most, and no longer once `stop` is set.
     std::optional<UDisksSnapshot> snapshot(const std::atomic<bool> &stop);
     /// Calls a method that takes options only, and waits however long it takes.
@@ -69,6 +75,7 @@ public:
 private:
     QString m_name;
     QDBusConnection m_connection;
+    bool m_offered = true;
 };
 
 } // namespace brightsweep

@@ -7,6 +7,7 @@ namespace brightsweep {
 namespace {
 
 // Facts change without a mount too: a card reader that gets a medium, a drive that is renamed.
+// Without a listener that is found out by asking, and a service that hangs is asked again.
 constexpr std::chrono::seconds renewal(10);
 
 } // namespace
@@ -23,10 +24,50 @@ UDisksWatch::~UDisksWatch() {
         m_thread.join();
 }
 
+void UDisksWatch::listen(bool listens) {
+    auto listener = listens
+                        ? std::make_unique<UDisksListener>([this] { follow(); }, [this] { hear(); })
+                        : nullptr;
+    const std::lock_guard lock(m_mutex);
+    m_listening = false;
+    m_listener.swap(listener);
+    if (m_listener && !m_connection.isEmpty())
+        m_listener->follow(m_connection);
+}
+
+void UDisksWatch::follow() {
+    const std::lock_guard lock(m_mutex);
+    m_listening = true;
+    // What changed before is fetched too.
+    m_stale = true;
+}
+
+void UDisksWatch::hear() {
+    const std::lock_guard lock(m_mutex);
+    m_stale = true;
+}
+
+bool UDisksWatch::isDue() const {
+    if (m_wanted || m_busy)
+        return m_stale;
+    const bool old = std::chrono::steady_clock::now() - m_fetched >= renewal;
+    switch (m_outcome) {
+    case Outcome::NoBus:
+        return systemBusListens();
+    case Outcome::NotOffered:
+        return m_stale || !m_listening;
+    case Outcome::NoAnswer:
+        return m_stale || old;
+    case Outcome::Answer:
+        break;
+    }
+    return m_stale || (old && !m_listening);
+}
+
 void UDisksWatch::request(std::uint64_t mounts) {
     const std::lock_guard lock(m_mutex);
-    const bool old = std::chrono::steady_clock::now() - m_fetched >= renewal;
-    if (m_valid && m_mounts == mounts && !old)
+    const bool other = m_mounts != mounts && m_outcome != Outcome::NoBus;
+    if (!other && !isDue())
         return;
     m_mounts = mounts;
     m_wanted = true;
@@ -54,14 +95,31 @@ void UDisksWatch::run() {
             return;
         m_wanted = false;
         m_busy = true;
+        m_stale = false;
         lock.unlock();
-        if (!service || !service->isConnected())
+        const bool renewed = !service || !service->isConnected();
+        if (renewed)
             service = std::make_unique<UDisks>();
-        auto snapshot = service->isConnected() ? service->snapshot(m_stop) : std::nullopt;
-        if (!snapshot)
-            service.reset();
+        const bool connected = service->isConnected();
+        if (connected && renewed) {
+            lock.lock();
+            m_connection = service->connectionName();
+            m_listening = false;
+            if (m_listener)
+                m_listener->follow(m_connection);
+            lock.unlock();
+        }
+        auto snapshot = connected ? service->snapshot(m_stop) : std::nullopt;
         lock.lock();
-        m_valid = snapshot.has_value();
+        if (!service->isConnected()) {
+            service.reset();
+            m_connection.clear();
+            m_listening = false;
+        }
+        m_outcome = snapshot               ? Outcome::Answer
+                    : !service             ? Outcome::NoBus
+                    : service->isOffered() ? Outcome::NoAnswer
+                                           : Outcome::NotOffered;
         m_fetched = std::chrono::steady_clock::now();
         if (snapshot) {
             m_snapshot = std::make_shared<const UDisksSnapshot>(*std::move(snapshot));
