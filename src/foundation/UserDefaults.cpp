@@ -251,7 +251,8 @@ bool UserDefaults::synchronizeLocked() {
         while (::flock(lock.get(), LOCK_EX) != 0 && errno == EINTR) {
         }
     }
-    Values merged = readFile(m_file);
+    const Values stored = readFile(m_file);
+    Values merged = stored;
     for (auto removed = m_removed.keyBegin(); removed != m_removed.keyEnd(); ++removed)
         merged.remove(*removed);
     for (auto set = m_unwritten.cbegin(); set != m_unwritten.cend(); ++set)
@@ -260,7 +261,10 @@ bool UserDefaults::synchronizeLocked() {
     if (!changed)
         return true;
 
-    if (const auto error = writeSmallFile(m_file, compose(merged))) {
+    // The disk is not waited for to hold what it holds.
+    const auto error =
+        merged == stored ? std::error_code() : writeSmallFile(m_file, compose(merged));
+    if (error) {
         NSLog("The settings could not be written to %@: %@", m_file, error);
         return false;
     }

@@ -169,6 +169,28 @@ TEST(UserDefaults, FullDiskLosesNothing) {
     EXPECT_EQ(status, 0);
 }
 
+TEST(UserDefaults, WhatTheFileHoldsIsNotWrittenAgain) {
+    test::TestTree tree;
+    UserDefaults defaults(tree.path("settings"));
+    const auto file = [&] {
+        struct stat status {};
+        ::stat(tree.path("settings").c_str(), &status);
+        return status.st_ino; // each writing makes a new file
+    };
+    defaults.setObject(key, 5);
+    const auto written = file();
+    EXPECT_NE(written, 0u);
+    defaults.setObject(key, 5);
+    defaults.removeObject(text("Missing"));
+    EXPECT_EQ(file(), written);
+    defaults.setObject(key, 6);
+    EXPECT_NE(file(), written);
+    // The file is what counts, not what this one wrote last.
+    UserDefaults(tree.path("settings")).setObject(key, 7);
+    defaults.setObject(key, 6);
+    EXPECT_EQ(UserDefaults(tree.path("settings")).integerForKey(key), 6);
+}
+
 TEST(UserDefaults, TwoProcessesLoseNoKey) {
     constexpr int each = 500;
     test::TestTree tree;
