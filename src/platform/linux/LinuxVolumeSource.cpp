@@ -11,8 +11,10 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <utility>
 
 namespace brightsweep {
 
@@ -115,7 +117,7 @@ void LinuxVolumeSource::Receiver<Arguments...>::set(std::function<void(Arguments
 }
 
 LinuxVolumeSource::LinuxVolumeSource()
-    : m_figures([this] { announceFacts(); }), m_disks([this] { factsChanged(); }) {}
+    : m_figures([this] { announceFacts(); }), m_disks([this] { mounted(); }) {}
 
 LinuxVolumeSource::~LinuxVolumeSource() {
     m_watch.reset();
@@ -146,14 +148,30 @@ LinuxVolumeSource::Volumes LinuxVolumeSource::mounted() {
     const std::lock_guard lock(m_knownMutex);
     Origin origin = currentOrigin();
     auto changed = m_table.changedMounts();
-    if (!changed && m_known && origin == m_origin)
+    if (!changed && m_mayStand && origin == m_origin)
         return m_known;
     if (changed)
         m_mounts = *std::move(changed);
-    auto volumes = std::make_shared<const std::vector<Volume>>(makeVolumes(origin));
-    m_known = isSettled(origin.labelsChanged) ? volumes : nullptr;
+    const Volumes before =
+        std::exchange(m_known, std::make_shared<const std::vector<Volume>>(makeVolumes(origin)));
+    m_mayStand = isSettled(origin.labelsChanged);
     m_origin = std::move(origin);
-    return volumes;
+    // Here nobody can come between what was known and what is known now.
+    if (before && hasOtherClass(*before, *m_known))
+        announceFacts();
+    return m_known;
+}
+
+// True when a volume has become another kind of thing than it seemed before.
+bool LinuxVolumeSource::hasOtherClass(const std::vector<Volume> &before,
+                                      const std::vector<Volume> &now) {
+    return std::any_of(now.begin(), now.end(), [&](const Volume &volume) {
+        return std::any_of(before.begin(), before.end(), [&](const Volume &old) {
+            return old.identity == volume.identity &&
+                   (old.facts.extendedAttributes != volume.facts.extendedAttributes ||
+                    old.facts.optical != volume.facts.optical);
+        });
+    });
 }
 
 std::vector<LinuxVolumeSource::Volume> LinuxVolumeSource::makeVolumes(const Origin &origin) {
@@ -192,7 +210,6 @@ std::vector<LinuxVolumeSource::Volume> LinuxVolumeSource::makeVolumes(const Orig
 std::vector<VolumeFacts> LinuxVolumeSource::volumes() {
     std::vector<VolumeFacts> result;
     std::vector<MountIdentity> identities;
-    std::map<MountIdentity, Class> shown;
     const Volumes volumes = mounted();
     for (const Volume &volume : *volumes) {
         identities.push_back(volume.identity);
@@ -204,13 +221,8 @@ std::vector<VolumeFacts> LinuxVolumeSource::volumes() {
             facts.totalBytes = figures->totalBytes;
             facts.freeBytes = figures->freeBytes;
         }
-        shown[volume.identity] = {facts.extendedAttributes, facts.optical};
     }
     m_figures.keepOnly(identities);
-    {
-        const std::lock_guard lock(m_mutex);
-        m_shown = std::move(shown);
-    }
     m_disks.request(combined(identities));
     return result;
 }
@@ -290,24 +302,6 @@ void LinuxVolumeSource::mountsChanged() {
                 (*held)(event);
         });
     }
-}
-
-void LinuxVolumeSource::factsChanged() {
-    bool changed = false;
-    const Volumes volumes = mounted();
-    {
-        const std::lock_guard lock(m_mutex);
-        for (const Volume &volume : *volumes) {
-            const auto shown = m_shown.find(volume.identity);
-            const Class now{volume.facts.extendedAttributes, volume.facts.optical};
-            if (shown == m_shown.end() || shown->second == now)
-                continue;
-            shown->second = now;
-            changed = true;
-        }
-    }
-    if (changed)
-        announceFacts();
 }
 
 void LinuxVolumeSource::announceFacts() {

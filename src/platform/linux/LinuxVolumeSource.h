@@ -50,8 +50,6 @@ private:
 
         void set(std::function<void(Arguments...)> function);
     };
-    using Class = std::pair<std::uint32_t, OpticalMedia>;
-
     using Volumes = std::shared_ptr<const std::vector<Volume>>;
     /// What the volumes were made of. While it is the same, they are.
     struct Origin {
@@ -67,21 +65,21 @@ private:
     Origin currentOrigin() const;
     Volumes mounted();
     std::vector<Volume> makeVolumes(const Origin &origin);
+    static bool hasOtherClass(const std::vector<Volume> &before, const std::vector<Volume> &now);
     void mountsChanged();
-    void factsChanged();
     void announceFacts();
 
     ReferenceNumbers m_numbers;
-    std::mutex m_knownMutex; ///< of the next four
+    std::mutex m_knownMutex; ///< of the next five
     MountTableReader m_table;
     std::vector<Mount> m_mounts;
     Origin m_origin;
-    Volumes m_known;    ///< null where they must be made anew
-    std::mutex m_mutex; ///< of the receivers and of what is shown
+    Volumes m_known;         ///< as they were made last
+    bool m_mayStand = false; ///< false where they must be made anew
+    std::mutex m_mutex;      ///< of the receivers
     Receiver<const MountEvent &> m_mountReceiver;
     Receiver<> m_factsReceiver;
-    std::map<MountIdentity, Class> m_shown; ///< as volumes() last gave them
-    std::mutex m_watchMutex;                ///< of what is announced; taken before the other
+    std::mutex m_watchMutex; ///< of what is announced; taken before the other
     std::map<MountIdentity, MountEvent> m_announced;
 
     // Last, so that their threads end first.
