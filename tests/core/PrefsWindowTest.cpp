@@ -131,6 +131,17 @@ TEST_F(PrefsWindow, SamePageChangesOnlyTitleAndSearch) {
     EXPECT_EQ(window.currentPanel(), QStringLiteral("delete"));
 }
 
+TEST_F(PrefsWindow, TheHelpLeavesThePageSelected) {
+    window.showWindow();
+    int asked = 0;
+    QObject::connect(&window, &DBPrefsWindowController::helpRequested, [&] { ++asked; });
+    window.toggleActivePreferenceView(QStringLiteral("Help"));
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(window.selectedItem(), QStringLiteral("Scan"));
+    EXPECT_EQ(window.currentPanel(), QStringLiteral("Scan"));
+    EXPECT_EQ(storedPage(), 5);
+}
+
 TEST_F(PrefsWindow, TheUpperEdgeStays) {
     const QRect frame(100, 50, 900, 580);
     EXPECT_EQ(DBPrefsWindowController::frameForView(frame, {900, 500}, {600, 300}),

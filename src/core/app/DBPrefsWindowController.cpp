@@ -96,7 +96,9 @@ void DBPrefsWindowController::toggleActivePreferenceView(const QString &identifi
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
     defaults.setObject(DSToobarItem, mapping ? mapping->storedIndex : otherStoredIndex);
     defaults.synchronize();
-    setSelectedItem(identifier);
+    // The help has no panel: the page on show stays the selected one, and goes on by itself.
+    if (hasPanel(identifier))
+        setSelectedItem(identifier);
     displayViewForIdentifier(panelForIdentifier(identifier), true);
 }
 
