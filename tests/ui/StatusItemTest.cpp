@@ -140,6 +140,20 @@ TEST(BubbleViewTest, ALongNameIsCutInItsMiddle) {
     EXPECT_EQ(BubbleText::fitted(QStringLiteral("short"), area, font), QStringLiteral("short"));
 }
 
+TEST(BubbleViewTest, WordsStayWhole) {
+    const QFont font = QApplication::font();
+    const QFontMetrics metrics(font);
+    const QString text = QStringLiteral("mmmm mmmm mmmm");
+    const int width = metrics.horizontalAdvance(QStringLiteral("mmmm mmm"));
+    const auto fits = [&](int lines) {
+        const QRect area(0, 0, width, metrics.lineSpacing() * lines + metrics.height() / 2);
+        return BubbleText::fitted(text, area, font) == text;
+    };
+    // Broken anywhere it would stand in two lines.
+    EXPECT_FALSE(fits(2));
+    EXPECT_TRUE(fits(3));
+}
+
 TEST(AttachedWindowTest, StandsOnTheSideOfThePointThatHasRoom) {
     const QRectF screen(0, 0, 1000, 800);
     const QSizeF size(200, 100);

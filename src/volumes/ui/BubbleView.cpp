@@ -8,6 +8,8 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
+#include <QTextLayout>
+#include <QTextOption>
 
 namespace brightsweep {
 
@@ -15,7 +17,26 @@ namespace {
 
 constexpr int distance = 5;
 constexpr int sideMargin = 12;
-constexpr int wrapping = Qt::TextWordWrap | Qt::TextWrapAnywhere;
+
+// A word is broken only where it is longer than a line.
+QTextOption wrapping() {
+    QTextOption option(Qt::AlignLeft | Qt::AlignVCenter);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    return option;
+}
+
+double heightOf(QString text, const QFont &font, double width) {
+    QTextLayout layout(text.replace(u'\n', QChar::LineSeparator), font);
+    layout.setTextOption(wrapping());
+    layout.beginLayout();
+    double height = 0;
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        height += line.height();
+    }
+    layout.endLayout();
+    return height;
+}
 
 } // namespace
 
@@ -27,9 +48,8 @@ BubbleText::BubbleText(const Bubble &content, QWidget *parent)
 }
 
 QString BubbleText::fitted(const QString &text, const QRect &area, const QFont &font) {
-    const QFontMetrics metrics(font);
     const auto fits = [&](const QString &candidate) {
-        return metrics.boundingRect(area, wrapping, candidate).height() <= area.height();
+        return heightOf(candidate, font, area.width()) <= area.height();
     };
     if (fits(text))
         return text;
@@ -51,7 +71,7 @@ void BubbleText::paintEvent(QPaintEvent *) {
     const QRect area = rect().adjusted(sideMargin, 0, -sideMargin, 0);
     painter.setFont(font);
     painter.setPen(Qt::white);
-    painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter | wrapping, fitted(m_text, area, font));
+    painter.drawText(area, fitted(m_text, area, font), wrapping());
 }
 
 BubbleView::BubbleView(BubbleController &controller, QObject *parent) : QObject(parent) {
