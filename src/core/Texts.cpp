@@ -4,6 +4,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <string>
 #include <vector>
 
 // The macro declares a function and stands outside every namespace for that.
@@ -35,6 +36,37 @@ std::vector<TextTable> tablesOfUser() {
 }
 
 } // namespace
+
+QString nameInSentence(const QString &name) {
+    constexpr char32_t isolateBegin = 0x2068;
+    constexpr char32_t isolateEnd = 0x2069;
+    bool runsFromTheRight = false;
+    std::u32string shown;
+    for (const char32_t character : name.toStdU32String()) {
+        switch (QChar::direction(character)) {
+        case QChar::DirLRE:
+        case QChar::DirLRO:
+        case QChar::DirRLE:
+        case QChar::DirRLO:
+        case QChar::DirPDF:
+        case QChar::DirLRI:
+        case QChar::DirRLI:
+        case QChar::DirFSI:
+        case QChar::DirPDI:
+            continue;
+        case QChar::DirR:
+        case QChar::DirAL:
+            runsFromTheRight = true;
+            break;
+        default:
+            break;
+        }
+        shown += character;
+    }
+    if (runsFromTheRight)
+        shown = isolateBegin + shown + isolateEnd;
+    return QString::fromStdU32String(shown);
+}
 
 TextTable TextTable::ofLanguage(const QString &language) {
     initTexts();

@@ -11,6 +11,10 @@ namespace brightsweep {
 /// else in English; the key itself where no table knows it. Any thread.
 QString localizedText(const char *key);
 
+/// A name as it stands amid other words: one that runs from right to left is set apart, and marks
+/// of direction are left out, so that it turns nothing but itself. Any thread.
+QString nameInSentence(const QString &name);
+
 /// One table of texts: lines of "KEY = text", in which "\n" stands for a line break; empty lines
 /// and those that begin with "#" hold nothing. Where a key comes twice the first line holds.
 class TextTable {

@@ -327,6 +327,33 @@ TEST_F(Menu, ARefusalNamesWhoHoldsTheVolume) {
     EXPECT_FALSE(row(2).isEjecting);
 }
 
+TEST_F(Menu, ARefusalNamesAVolumeThatHasNoRow) {
+    Gate gate;
+    volumes->beforeEject = [&] { gate.pass(); };
+    volumes->refusals[2] = {EBUSY, "busy", {}};
+    add("stick", external);
+    launch();
+    delegate->menu().backDisk(rowIndex(2));
+    gate.waitUntilReached();
+    const VolumeFacts back = volumes->mounted[1];
+    volumes->remove(2);
+    delegate->updateDataForMenuItem();
+    volumes->mounted.push_back(back);
+    gate.open();
+    EXPECT_TRUE(becomes([&] { return !bubbles.isEmpty(); }));
+    EXPECT_EQ(bubbles, QStringList(QStringLiteral("stick cannot be ejected.")));
+}
+
+TEST_F(Menu, ANameFromRightToLeftTurnsNothingButItself) {
+    launch();
+    volumes->mountHandler({true, "\xd7\xa9\xd7\x9c\xd7\x95\xd7\x9d", "/media/x"});
+    volumes->mountHandler({true, "photos\xe2\x80\xaegpj.\xe2\x81\xa9", "/media/y"});
+    EXPECT_EQ(bubbles,
+              (QStringList{QStringLiteral("\u2068\u05e9\u05dc\u05d5\u05dd\u2069 is mounted "
+                                          "successfully!"),
+                           QStringLiteral("photosgpj. is mounted successfully!")}));
+}
+
 TEST_F(Menu, EjectAllTriesEveryVolume) {
     volumes->refusals[2] = {EBUSY, "busy", {}};
     add("first", external);

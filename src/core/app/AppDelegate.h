@@ -173,7 +173,6 @@ private:
     void showToolTip(const QString &title, const QString &text);
     void showImage(const QString &name);
     void tellAlarms();
-    QString volumeName(std::int16_t volRefNumber) const;
 
     AppDelegateParts m_parts;
     NullLoginItemRegistry m_noLoginItems;

@@ -134,8 +134,9 @@ void AppDelegate::showBootVolume(const DSVolumeInfo &volume) {
     statusTotalSpace = volume.totalSpace;
     if (!m_statusItemMade)
         return;
-    showToolTip(volume.volumeName, QStringLiteral("Total Size:") + volume.totalSpace +
-                                       QStringLiteral("\nFree Space:") + volume.freeSpace);
+    showToolTip(nameInSentence(volume.volumeName),
+                QStringLiteral("Total Size:") + volume.totalSpace +
+                    QStringLiteral("\nFree Space:") + volume.freeSpace);
     const QString title = volume.freeSpace + QStringLiteral(" / ") + volume.totalSpace;
     if (m_title == title)
         return;
@@ -314,8 +315,8 @@ void AppDelegate::tellAlarms() {
     for (const DSVolumeInfo &volume : m_alarm.crossed(*volsInfo, int(alarmOf(DSSpaceAlarmKey)))) {
         DesktopNotification notification;
         notification.summary = QStringLiteral("Low disk space");
-        notification.body = volume.volumeName + QStringLiteral(": ") + volume.freeSpace +
-                            QStringLiteral(" of ") + volume.totalSpace +
+        notification.body = nameInSentence(volume.volumeName) + QStringLiteral(": ") +
+                            volume.freeSpace + QStringLiteral(" of ") + volume.totalSpace +
                             QStringLiteral(" are free.");
         Platform::current().notifier->show(notification);
     }
@@ -336,7 +337,8 @@ void AppDelegate::DSCommVolumeNottification(const Notification &notification, co
     if (name.isEmpty())
         name = QStringLiteral("You disk");
     m_bubbles.initBubbleViewWith(
-        {name + QStringLiteral(" is ") + word + QStringLiteral(" successfully!"), {}});
+        {nameInSentence(name) + QStringLiteral(" is ") + word + QStringLiteral(" successfully!"),
+         {}});
     NotificationCenter::defaultCenter().post(refMenuItemWhenDeleteAndAddNotification, this);
     NotificationCenter::defaultCenter().post(updateSizeViewNotification, this);
 }
@@ -350,11 +352,6 @@ void AppDelegate::openFinderWhenClickItems(const std::filesystem::path &path) {
     m_menu.cancelTracking();
     if (!VolumesManager().openVolRootDir(path))
         Q_EMIT alertRequested(localizedText("CANNOT_OPEN_FINDER"));
-}
-
-QString AppDelegate::volumeName(std::int16_t volRefNumber) const {
-    const MenuItem *row = m_menu.itemWithVolume(volRefNumber);
-    return row ? row->volumeSize : QString();
 }
 
 // The rows say at once that an eject of theirs has begun.
@@ -391,16 +388,17 @@ void AppDelegate::ejected(const std::vector<VolumeEjectAttempt> &attempts) {
     // A volume that has gone by itself meanwhile is where it was wanted.
     getBootVolume();
     for (const VolumeEjectAttempt &attempt : attempts) {
-        const bool there = std::any_of(volsInfo->begin(), volsInfo->end(), [&](const auto &volume) {
-            return volume.volRefNumber == attempt.refNumber;
+        const auto volume = std::find_if(volsInfo->begin(), volsInfo->end(), [&](const auto &each) {
+            return each.volRefNumber == attempt.refNumber;
         });
-        if (attempt.result.status == 0 || !there)
+        if (attempt.result.status == 0 || volume == volsInfo->end())
             continue;
         QStringList holders;
         for (const std::string &holder : attempt.result.holders)
-            holders += paths::display(holder);
+            holders += nameInSentence(paths::display(holder));
         Bubble bubble;
-        bubble.firstLine = volumeName(attempt.refNumber) + QStringLiteral(" cannot be ejected.");
+        bubble.firstLine =
+            nameInSentence(volume->volumeName) + QStringLiteral(" cannot be ejected.");
         if (!holders.isEmpty())
             bubble.secondLine = QStringLiteral("In use by ") + holders.join(QStringLiteral(", "));
         m_bubbles.initBubbleViewWith(bubble);
