@@ -234,10 +234,10 @@ void StatusPopup::keyPressEvent(QKeyEvent *event) {
         hide();
         return;
     case Qt::Key_Down:
-        focusNextPrevChild(true);
-        return;
     case Qt::Key_Up:
-        focusNextPrevChild(false);
+        focusNextPrevChild(event->key() == Qt::Key_Down);
+        if (QWidget *const reached = focusWidget(); reached && m_area->isAncestorOf(reached))
+            m_area->ensureWidgetVisible(reached, 0, 0);
         return;
     default:
         QWidget::keyPressEvent(event);
