@@ -15,6 +15,7 @@ TEST(Texts, EveryKeyOfTheProgramHasAnEnglishText) {
                             "FREE_MEMORY",
                             "CANNOT_OPEN_FINDER",
                             "NO_HAVE_REMOVABLE",
+                            "ROW_WARNS",
                             "NO_FOLDER_CONTENT",
                             "CLEAN_FILES_COUNT",
                             "CLEAN_FILES_SIZE",

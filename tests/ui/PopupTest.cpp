@@ -129,8 +129,22 @@ TEST_F(PopupTest, NewFiguresKeepTheRowAndTheFocus) {
     menu.setRow(menu.rows()[1], item);
     EXPECT_EQ(find<MenuItemView>("row.2"), row);
     EXPECT_EQ(popup.geometry(), place);
-    EXPECT_TRUE(row->accessibleName().contains(QStringLiteral("Ejecting…")));
+    EXPECT_EQ(row->accessibleName(), item.volumeSize + QStringLiteral(", Ejecting…"));
     EXPECT_FALSE(eject->isEnabled());
+}
+
+TEST_F(PopupTest, AWarningIsToldInWordsToo) {
+    build();
+    popup.toggle({});
+    for (int i = 0; i < 2; ++i) {
+        MenuItem full = menu.rows()[std::size_t(i)];
+        full.nFreeSize = 10;
+        menu.setRow(menu.rows()[std::size_t(i)], full);
+    }
+    EXPECT_EQ(find<QWidget>("row.1")->accessibleDescription(),
+              QStringLiteral("Low, ") + menu.rows()[0].toolTip);
+    // An image never warns.
+    EXPECT_EQ(find<QWidget>("row.2")->accessibleDescription(), menu.rows()[1].toolTip);
 }
 
 TEST_F(PopupTest, ARebuildOpensItAgainAndACloseDoesNot) {
@@ -265,6 +279,9 @@ TEST_F(PopupTest, TwentyVolumesScrollWithinTheScreen) {
     const auto *last = find<QWidget>("action.Quit Brightsweep");
     find<QWidget>("row.1")->setFocus();
     EXPECT_TRUE(last->visibleRegion().isEmpty());
+    press(&popup, Qt::Key_Up);
+    EXPECT_EQ(popup.focusWidget(), last);
+    EXPECT_FALSE(last->visibleRegion().isEmpty());
     EXPECT_EQ(find<QWidget>("row.1")->width(), find<MenuItemView>("row.1")->sizeHint().width());
 }
 

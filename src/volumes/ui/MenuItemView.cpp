@@ -1,5 +1,6 @@
 #include "volumes/ui/MenuItemView.h"
 
+#include "core/Texts.h"
 #include "core/ui/ImageProvider.h"
 #include "core/ui/Theme.h"
 #include "volumes/StatusMenu.h"
@@ -53,8 +54,14 @@ QSize MenuItemView::sizeHint() const {
 
 void MenuItemView::updateFromRow() {
     const MenuItem &row = item();
-    setAccessibleName(QStringLiteral("%1, %2 free of %3")
-                          .arg(row.volumeSize, row.stateText(), row.u64TotalSpace));
+    setAccessibleName(row.isEjecting
+                          ? row.volumeSize + QStringLiteral(", ") + row.stateText()
+                          : QStringLiteral("%1, %2 free of %3")
+                                .arg(row.volumeSize, row.stateText(), row.u64TotalSpace));
+    // Red alone tells an assistive program nothing, and the tool tip's markup is not to be read.
+    QStringList described{row.warns() ? localizedText("ROW_WARNS") : QString(), row.toolTip};
+    described.removeAll(QString());
+    setAccessibleDescription(described.join(QStringLiteral(", ")));
     // A tool tip that began like a tag would be read as markup.
     setToolTip(row.toolTip.isEmpty()
                    ? QString()
