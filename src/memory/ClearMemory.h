@@ -26,6 +26,8 @@ public:
     /// 0 when a release was started, 1 while one is running, -1 where none can be started.
     int clearMemory();
     bool isRuning();
+    /// A release was started and its end is not collected yet.
+    bool isUncollected() const { return isRunFree; }
     /// Asks a running release to end; it counts as running until it is collected.
     void stop();
 

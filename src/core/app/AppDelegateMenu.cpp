@@ -270,8 +270,8 @@ void AppDelegate::updateDataForMenuItem() {
     else
         showImage(imageNameOf(boot));
     updateVolumeRows();
-    // Nobody sees it otherwise; it is read when the menu opens.
-    if (m_menu.isMenuVisible())
+    // Nobody sees it otherwise; it is read when the menu opens. A release is collected by reading.
+    if (m_menu.isMenuVisible() || (_clearMemory && _clearMemory->isUncollected()))
         updateMemoryRow();
     tellAlarms();
     NotificationCenter::defaultCenter().post(updateNewDiskSizeViewNotification, this);
