@@ -58,6 +58,22 @@ bool CategoryListModel::openFinder(int row) {
            Platform::current().workspace->open(FolderUtilities::getFolderFromFile(item->path));
 }
 
+void CategoryListModel::setTicked(const QModelIndexList &rows, bool ticked) {
+    if (!m_enabled || rows.isEmpty())
+        return;
+    for (const QModelIndex &row : rows)
+        m_controller.setSelected(std::size_t(row.row()), ticked);
+    isSlected = ticked;
+    getSelectAllOrNull();
+    reload();
+    postCount(ticked);
+}
+
+std::optional<int> CategoryListModel::rowOf(const std::string &path) const {
+    const auto row = m_controller.rowOf(path);
+    return row ? std::optional(int(*row)) : std::nullopt;
+}
+
 void CategoryListModel::cleanShowSelectNumInBottom(bool state) {
     if (!m_enabled)
         return;
@@ -134,6 +150,12 @@ QVariant CategoryListModel::data(const QModelIndex &index, int role) const {
         return index.column() == checkBox
                    ? QVariant(row->bIsSelected != 0 ? Qt::Checked : Qt::Unchecked)
                    : QVariant();
+    case Qt::AccessibleTextRole:
+        return index.column() == openFiled ? QVariant(QStringLiteral("Show in the file manager"))
+               : index.column() == Size    ? QVariant()
+               : row->failure.isEmpty()
+                   ? QVariant(paths::display(row->name))
+                   : QVariant(paths::display(row->name) + QStringLiteral(", ") + row->failure);
     case Qt::ToolTipRole:
         return QStringLiteral("<qt>%1</qt>").arg(paths::display(row->path).toHtmlEscaped());
     case Qt::TextAlignmentRole:
@@ -177,6 +199,8 @@ QVariant CategoryListModel::headerData(int section, Qt::Orientation orientation,
         return {};
     if (role == Qt::TextAlignmentRole && section == Size)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    if (role == Qt::AccessibleTextRole && section == checkBox)
+        return QStringLiteral("Tick all");
     if (role != Qt::DisplayRole)
         return {};
     return section == Name   ? QStringLiteral("Name")

@@ -2,6 +2,9 @@
 
 #include <QAbstractTableModel>
 
+#include <optional>
+#include <string>
+
 namespace brightsweep {
 
 class ScanViewController;
@@ -35,6 +38,10 @@ public:
     int CellClick(int row, int state);
     /// Opens the folder that holds the item; of a plain folder the folder itself.
     bool openFinder(int row);
+    /// Sets the ticks of several rows at once, as one change.
+    void setTicked(const QModelIndexList &rows, bool ticked);
+    /// The row of that exact path.
+    std::optional<int> rowOf(const std::string &path) const;
     /// The check box of the header.
     void cleanShowSelectNumInBottom(bool state);
     void setAllCheckBoxSelect();

@@ -98,6 +98,13 @@ QString CleanOutlineController::pathText(const QModelIndexList &rows) const {
     return lines.join(QLatin1Char('\n'));
 }
 
+std::size_t CleanOutlineController::hiddenSelectedCount() const {
+    if (m_model.filter().isEmpty())
+        return 0;
+    const auto shown = m_model.shownLeaves();
+    return selectedCount() - std::size_t(std::count_if(shown.begin(), shown.end(), isTicked));
+}
+
 // False where there was nothing to change.
 bool CleanOutlineController::set(const std::vector<SimpleTreeNode *> &leaves, bool ticked) {
     if (!m_enabled)

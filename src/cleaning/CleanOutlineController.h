@@ -53,6 +53,8 @@ public:
 
     /// The ticked leaves.
     std::size_t selectedCount() const { return m_tree.selectedCount(); }
+    /// Those of them that the filter hides: a clean removes them too.
+    std::size_t hiddenSelectedCount() const;
 
 Q_SIGNALS:
     /// Ticks have changed, in the outline and in the controllers.

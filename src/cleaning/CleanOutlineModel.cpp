@@ -347,6 +347,8 @@ Qt::ItemFlags CleanOutlineModel::flags(const QModelIndex &index) const {
 QVariant CleanOutlineModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal || section < 0 || section >= columns)
         return {};
+    if (role == Qt::AccessibleTextRole && section == Checkbox)
+        return QStringLiteral("Tick all");
     if (role == Qt::DisplayRole)
         return QString::fromLatin1(columnTitles[std::size_t(section)]);
     return role == Qt::TextAlignmentRole && section == FileSize

@@ -3,6 +3,8 @@
 #include "cleaning/CleanCategories.h"
 #include "cleaning/CustomTableView.h"
 #include "cleaning/NewMainViewController.h"
+#include "cleaning/ui/ComputerSheet.h"
+#include "cleaning/ui/HiddenTicksNotice.h"
 #include "cleaning/ui/LeftListView.h"
 #include "cleaning/ui/OverviewRow.h"
 #include "cleaning/ui/ResultView.h"
@@ -97,9 +99,9 @@ CleanResultsPanel::CleanResultsPanel(NewMainViewController &controller, QWidget 
     : QWidget(parent),
       m_controller(controller),
       m_left(new LeftListView(controller, this)),
+      m_hiddenTicks(new HiddenTicksNotice(controller.outline(), this)),
       m_filterSettled(new QTimer(this)),
       m_box(new QStackedWidget(this)) {
-    m_left->setFixedWidth(theme::height(leftWidth));
     m_outline = new OutlineView(m_controller.outline(), m_box);
     m_box->addWidget(m_outline);
     m_overview = makeOverview();
@@ -116,11 +118,12 @@ CleanResultsPanel::CleanResultsPanel(NewMainViewController &controller, QWidget 
     right->setSpacing(0);
     right->addWidget(makeHeading());
     right->addWidget(makeNotice());
+    right->addWidget(m_hiddenTicks);
     right->addWidget(m_box, 1);
     auto *const upper = new QHBoxLayout;
     upper->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 0);
     upper->setSpacing(2 * theme::grid);
-    upper->addWidget(m_left);
+    upper->addWidget(makeLeft());
     upper->addLayout(right, 1);
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -184,6 +187,22 @@ QWidget *CleanResultsPanel::makeNotice() {
     row->addWidget(restart);
     m_notice = notice;
     return notice;
+}
+
+QWidget *CleanResultsPanel::makeLeft() {
+    auto *const left = new QWidget(this);
+    left->setFixedWidth(theme::height(leftWidth));
+    auto *const column = new QVBoxLayout(left);
+    column->setContentsMargins(0, 0, 0, 2 * theme::grid);
+    column->setSpacing(theme::grid);
+    column->addWidget(m_left, 1);
+    auto *const facts = new QPushButton(QStringLiteral("This computer"), left);
+    facts->setObjectName(QStringLiteral("clean.computer"));
+    facts->setFlat(true);
+    connect(facts, &QPushButton::clicked, this, [this] { (new ComputerSheet(window()))->open(); });
+    column->addWidget(facts, 0, Qt::AlignLeft);
+    setTabOrder(m_left, facts);
+    return left;
 }
 
 QWidget *CleanResultsPanel::makeOverview() {
@@ -301,19 +320,12 @@ void CleanResultsPanel::bind() {
     });
     connect(page, &NewMainViewController::controlsChanged, this,
             &CleanResultsPanel::followControls);
-    connect(page, &NewMainViewController::stateChanged, this,
-            [this](NewMainViewController::State state) {
-                followParts();
-                followControls();
-                if (state != NewMainViewController::State::Results)
-                    return;
-                m_outline->expandFirst();
-                // A disabled outline has lost the keyboard.
-                if (isVisible() && !isAncestorOf(window()->focusWidget()))
-                    m_box->currentWidget()->setFocus();
-            });
-    connect(&m_controller.outline(), &CleanOutlineController::reloaded, this,
-            &CleanResultsPanel::followParts);
+    connect(page, &NewMainViewController::stateChanged, this, &CleanResultsPanel::followState);
+    connect(&m_controller.outline(), &CleanOutlineController::reloaded, this, [this] {
+        followParts();
+        m_hiddenTicks->follow(m_box->currentWidget() == m_outline);
+        expandFirst();
+    });
     connect(page, &NewMainViewController::askDownloads, this, &CleanResultsPanel::askDownloads);
     connect(page, &NewMainViewController::askDownloadsAlone, this,
             &CleanResultsPanel::askDownloadsAlone);
@@ -348,8 +360,14 @@ void CleanResultsPanel::bind() {
 
     m_filterSettled->setSingleShot(true);
     m_filterSettled->setInterval(filterSettles);
-    connect(m_filterSettled, &QTimer::timeout, this,
-            [this] { m_controller.outline().model().setFilter(m_filter->text()); });
+    connect(m_filterSettled, &QTimer::timeout, this, [this] {
+        m_controller.outline().model().setFilter(m_filter->text());
+        m_hiddenTicks->follow(m_box->currentWidget() == m_outline);
+    });
+    connect(m_hiddenTicks, &HiddenTicksNotice::showAll, this, [this] {
+        m_filter->clear();
+        m_box->currentWidget()->setFocus();
+    });
     connect(m_filter, &QLineEdit::textChanged, m_filterSettled, qOverload<>(&QTimer::start));
 }
 
@@ -357,7 +375,30 @@ void CleanResultsPanel::bind() {
 
 void CleanResultsPanel::showEvent(QShowEvent *) {
     followHeading();
+    expandFirst();
+}
+
+// Once after each scan; what the user opens and closes then is the user's.
+void CleanResultsPanel::expandFirst() {
+    if (!m_isNew || m_controller.state() != NewMainViewController::State::Results ||
+        m_controller.outline().tree().groups().empty())
+        return;
+    m_isNew = false;
     m_outline->expandFirst();
+}
+
+// The keyboard stays in the list: a button that is disabled would hand it on to the toolbar, and a
+// disabled list cannot take it.
+void CleanResultsPanel::followState(NewMainViewController::State state) {
+    using State = NewMainViewController::State;
+    m_isNew = m_isNew || state == State::Scanning;
+    if ((state == State::Warning || state == State::Cleaning) &&
+        isAncestorOf(window()->focusWidget()))
+        m_box->currentWidget()->setFocus();
+    if (m_controller.controls().outlineEnabled)
+        m_outline->setEnabled(true);
+    followParts();
+    followControls();
 }
 
 void CleanResultsPanel::followHeading() {
@@ -432,6 +473,7 @@ void CleanResultsPanel::followControls() {
     m_freeSpace->setText(controls.freeSpaceLine);
     m_freeSpace->setVisible(!controls.freeSpaceLine.isEmpty());
     trashFileNumTF->setText(controls.trashFileNumTF);
+    m_hiddenTicks->follow(m_box->currentWidget() == m_outline);
 }
 
 } // namespace brightsweep

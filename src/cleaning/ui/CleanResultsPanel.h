@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cleaning/NewMainViewController.h"
+
 #include <QWidget>
 
 #include <array>
@@ -15,8 +17,8 @@ namespace brightsweep {
 
 class Animation;
 class CategoryView;
+class HiddenTicksNotice;
 class LeftListView;
-class NewMainViewController;
 class OutlineView;
 class StyledLabel;
 
@@ -41,15 +43,18 @@ protected:
 private:
     QWidget *makeHeading();
     QWidget *makeNotice();
+    QWidget *makeLeft();
     QWidget *makeOverview();
     QWidget *makeOutcome();
     QWidget *makeBottom();
     QWidget *makeNote(const QString &act, void (CleanResultsPanel::*done)());
     void bind();
+    void followState(NewMainViewController::State state);
     void followHeading();
     void followParts();
     void followControls();
     void followOutcome();
+    void expandFirst();
     void flyToTrash(const QVariant &icon, const QModelIndex &from);
     void askDownloads();
     void askDownloadsAlone();
@@ -62,6 +67,7 @@ private:
     StyledLabel *m_description;
     QLineEdit *m_filter;
     QWidget *m_notice;
+    HiddenTicksNotice *m_hiddenTicks;
     QTimer *m_filterSettled;
     QStackedWidget *m_box;
     OutlineView *m_outline;
@@ -83,6 +89,7 @@ private:
     QLabel *trashFileNumTF;
     QPushButton *cleanButton;
     QPushButton *oneListCleanButton;
+    bool m_isNew = true; // since the last scan nobody has seen the outline
 };
 
 } // namespace brightsweep

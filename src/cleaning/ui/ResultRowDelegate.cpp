@@ -80,7 +80,7 @@ void ResultRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
                               const QModelIndex &index) const {
     const bool isLeaf = m_form.groupRole < 0 || !index.data(m_form.groupRole).toBool();
     if (isLeaf && index.column() == m_form.spannedColumn)
-        return;
+        return paintSpanned(*painter, option, index);
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
@@ -117,6 +117,24 @@ QRect ResultRowDelegate::spanned(const QStyleOptionViewItem &option) const {
     return view && m_form.spannedColumn >= 0
                ? option.rect.adjusted(0, 0, view->header()->sectionSize(m_form.spannedColumn), 0)
                : option.rect;
+}
+
+// A row that stands out has been painted over here, so the rest of its name comes again.
+void ResultRowDelegate::paintSpanned(QPainter &painter, const QStyleOptionViewItem &option,
+                                     const QModelIndex &index) const {
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    const auto *const view = qobject_cast<const QTreeView *>(option.widget);
+    if (!view || (!isSelected && !option.state.testFlag(QStyle::State_MouseOver)))
+        return;
+    const QModelIndex name = index.siblingAtColumn(m_form.nameColumn);
+    QRect area = view->visualRect(name);
+    area.setRight(option.rect.right());
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setClipRect(option.rect, Qt::IntersectClip);
+    painter.fillRect(option.rect, isSelected ? theme::selection() : theme::hover());
+    paintName(painter, area, isSelected, name);
+    painter.restore();
 }
 
 void ResultRowDelegate::paintGroup(QPainter &painter, const QRect &area,

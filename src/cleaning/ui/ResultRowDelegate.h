@@ -45,6 +45,8 @@ private:
     QRect spanned(const QStyleOptionViewItem &option) const;
     void paintName(QPainter &painter, const QRect &area, bool isSelected,
                    const QModelIndex &index) const;
+    void paintSpanned(QPainter &painter, const QStyleOptionViewItem &option,
+                      const QModelIndex &index) const;
     void paintGroup(QPainter &painter, const QRect &area, const QModelIndex &index) const;
 
     const ResultRowForm m_form;

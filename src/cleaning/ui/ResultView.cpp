@@ -14,6 +14,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QScrollBar>
 
 #include <algorithm>
 
@@ -74,6 +75,10 @@ ResultView::ResultView(const ResultRowForm &form, QWidget *parent)
 void ResultView::keyPressEvent(QKeyEvent *event) {
     if (event->matches(QKeySequence::Copy)) {
         copyPaths();
+    } else if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+        // The menu of keyboards without a key for it.
+        QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, viewport()->mapToGlobal(QPoint()));
+        contextMenuEvent(&menu);
     } else if (event->key() == Qt::Key_Space) {
         tickSelection();
     } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
@@ -85,10 +90,9 @@ void ResultView::keyPressEvent(QKeyEvent *event) {
 }
 
 void ResultView::contextMenuEvent(QContextMenuEvent *event) {
-    const QModelIndex index = event->reason() == QContextMenuEvent::Keyboard
-                                  ? currentIndex()
-                                  : indexAt(viewport()->mapFrom(this, event->pos()));
-    const QModelIndex clicked = index.isValid() ? index : indexAt(event->pos());
+    // The place is the viewport's.
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QModelIndex clicked = isByKey ? currentIndex() : indexAt(event->pos());
     if (!clicked.isValid())
         return;
     auto *const menu = new QMenu(this);
@@ -100,7 +104,8 @@ void ResultView::contextMenuEvent(QContextMenuEvent *event) {
                         [this, item] { reveal(item); });
     }
     menu->addAction(QStringLiteral("Copy path"), this, &ResultView::copyPaths);
-    menu->popup(event->globalPos());
+    menu->popup(isByKey ? viewport()->mapToGlobal(visualRect(clicked).bottomLeft())
+                        : event->globalPos());
 }
 
 void ResultView::copyPaths() const {
@@ -128,7 +133,30 @@ OutlineView::OutlineView(CleanOutlineController &outline, QWidget *parent)
             &CleanOutlineController::setAllSelectOrNoSelect);
     connect(&m_outline, &CleanOutlineController::ticksChanged, this, &OutlineView::showAllState);
     connect(&m_outline, &CleanOutlineController::reloaded, this, &OutlineView::showAllState);
+    connect(model(), &QAbstractItemModel::layoutAboutToBeChanged, this,
+            &OutlineView::rememberPlace);
+    connect(model(), &QAbstractItemModel::layoutChanged, this, &OutlineView::keepPlace);
     showAllState();
+}
+
+void OutlineView::rememberPlace() {
+    const QModelIndex current = currentIndex();
+    const QModelIndex group = current.parent();
+    m_group = group.isValid() ? group.row() : current.row();
+    m_leaf = group.isValid() ? current.row() : -1;
+}
+
+// Where the current row has gone, its neighbour takes its place, so that the keyboard goes on
+// there.
+void OutlineView::keepPlace() {
+    if (m_group < 0 || currentIndex().isValid() || model()->rowCount() == 0)
+        return;
+    const QModelIndex group = model()->index(std::min(m_group, model()->rowCount() - 1), 0);
+    const int leaves = isExpanded(group) ? model()->rowCount(group) : 0;
+    const bool isLeaf = m_leaf >= 0 && leaves > 0;
+    setAutoScroll(false);
+    setCurrentIndex(isLeaf ? model()->index(std::min(m_leaf, leaves - 1), 0, group) : group);
+    setAutoScroll(true);
 }
 
 void OutlineView::showAllState() {
@@ -207,14 +235,36 @@ CategoryView::CategoryView(CategoryListModel &list, QWidget *parent)
             [this](const QModelIndex &index) { m_list.openFinder(index.row()); });
     connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex &index) {
-                if (index.isValid())
-                    m_list.shouldSelectRow(index.row());
+                if (!index.isValid())
+                    return;
+                m_currentPath = paths::fromVariant(index.data(CategoryListModel::PathRole));
+                m_currentRow = index.row();
+                m_list.shouldSelectRow(index.row());
             });
+    connect(&m_list, &QAbstractItemModel::modelAboutToBeReset, this,
+            [this] { m_scroll = verticalScrollBar()->value(); });
+    connect(&m_list, &QAbstractItemModel::modelReset, this, &CategoryView::keepPlace);
+}
+
+// Rows have gone: what was current stays so, or the row that took its place is.
+void CategoryView::keepPlace() {
+    const int rows = m_list.rowCount();
+    if (m_currentRow < 0 || rows == 0)
+        return;
+    const int row = m_list.rowOf(m_currentPath).value_or(std::min(m_currentRow, rows - 1));
+    setAutoScroll(false);
+    setCurrentIndex(m_list.index(row, CategoryListModel::checkBox));
+    setAutoScroll(true);
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(m_scroll);
 }
 
 void CategoryView::tickSelection() {
-    for (const QModelIndex &row : selectionModel()->selectedRows(CategoryListModel::checkBox))
-        m_list.setData(row, {}, Qt::CheckStateRole);
+    const QModelIndexList rows = selectionModel()->selectedRows(CategoryListModel::checkBox);
+    const bool isAnyOff = std::any_of(rows.begin(), rows.end(), [](const QModelIndex &row) {
+        return row.data(Qt::CheckStateRole).toInt() != Qt::Checked;
+    });
+    m_list.setTicked(rows, isAnyOff);
 }
 
 void CategoryView::act(const QModelIndex &index) {

@@ -3,7 +3,7 @@
 #include <QTreeView>
 
 #include <filesystem>
-#include <functional>
+#include <string>
 
 namespace brightsweep {
 
@@ -59,8 +59,12 @@ protected:
 
 private:
     void showAllState();
+    void rememberPlace();
+    void keepPlace();
 
     CleanOutlineController &m_outline;
+    int m_group = -1; // where the current row was, before the rows changed
+    int m_leaf = -1;
 };
 
 /// The list of one category. The model outlives it.
@@ -78,7 +82,12 @@ protected:
     QString pathText() const override;
 
 private:
+    void keepPlace();
+
     CategoryListModel &m_list;
+    std::string m_currentPath;
+    int m_currentRow = -1;
+    int m_scroll = 0;
 };
 
 } // namespace brightsweep

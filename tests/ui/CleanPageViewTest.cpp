@@ -1,0 +1,374 @@
+// The rules of the clean page's views; the page's own are tested without a screen.
+#include "cleaning/CategoryListModel.h"
+#include "cleaning/CleanPage.h"
+#include "cleaning/ui/CheckHeader.h"
+#include "cleaning/ui/CleanResultsPanel.h"
+#include "cleaning/ui/ComputerSheet.h"
+#include "cleaning/ui/HiddenTicksNotice.h"
+#include "cleaning/ui/ResultView.h"
+#include "core/ui/AlertSheet.h"
+#include "foundation/Paths.h"
+#include "platform/Platform.h"
+#include "platform/Workspace.h"
+#include "support/TestEnvironment.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTest>
+#include <QToolButton>
+
+#include <gmock/gmock.h>
+
+namespace brightsweep {
+namespace {
+
+using State = NewMainViewController::State;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+// Says what it was asked for, and starts nothing.
+class SaidWorkspace final : public Workspace {
+public:
+    explicit SaidWorkspace(std::vector<std::string> &said) : m_said(said) {}
+    QString displayName(const std::filesystem::path &path) override { return paths::display(path); }
+    bool isPackage(const std::filesystem::path &) override { return false; }
+    QString typeOf(const std::filesystem::path &) override { return {}; }
+    bool open(const std::filesystem::path &path) override { return say("open ", path); }
+    bool reveal(const std::filesystem::path &path) override { return say("reveal ", path); }
+
+private:
+    bool say(const char *what, const std::filesystem::path &path) {
+        m_said.push_back(what + std::string(paths::lastComponent(path)));
+        return true;
+    }
+    std::vector<std::string> &m_said;
+};
+
+class CleanPageView : public testing::Test {
+protected:
+    void SetUp() override {
+        Platform::current().workspace = std::make_unique<SaidWorkspace>(said);
+        test::CleanPage::store("010000");
+        test::TestTree home(test::TestEnvironment::current().home());
+        for (int item = 0; item < 60; ++item)
+            home.sparseFile(".cache/item " + std::to_string(100 + item), 1000);
+        at = std::make_unique<test::CleanPage>();
+        panel = std::make_unique<CleanResultsPanel>(at->page);
+        panel->resize(900, 600);
+        at->scan();
+        panel->show();
+        panel->activateWindow();
+        outline = panel->findChild<OutlineView *>();
+        QApplication::processEvents();
+        outline->setFocus();
+        outline->sortByColumn(CleanOutlineModel::NameColumn, Qt::AscendingOrder);
+        outline->expand(group());
+    }
+    QAbstractItemModel &model() { return *outline->model(); }
+    QModelIndex group(unsigned category = 1) { return at->group(category); }
+    QModelIndex leaf(int row, unsigned category = 1) {
+        return model().index(row, 0, group(category));
+    }
+    static std::string nameOf(const QModelIndex &row) {
+        const auto path = paths::fromVariant(row.data(CleanOutlineModel::PathRole));
+        return std::string(paths::lastComponent(path));
+    }
+    std::size_t ticked() { return at->page.selectCount2Clean(); }
+    template <typename Widget>
+    Widget *find(const char *name) {
+        return panel->findChild<Widget *>(QLatin1String(name));
+    }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : outline, key,
+                        modifiers);
+    }
+    void filter(const char *text) {
+        find<QLineEdit>("clean.filter")->setText(QLatin1String(text));
+        auto &narrowed = at->page.outline().model();
+        test::waitUntil([&] { return narrowed.filter() == QLatin1String(text); });
+    }
+    AlertSheet *sheet() { return panel->findChild<AlertSheet *>(); }
+    void answer(const char *name) {
+        const QPointer<AlertSheet> asked = sheet();
+        ASSERT_TRUE(asked);
+        asked->findChild<QPushButton *>(QStringLiteral("alert.") + QLatin1String(name))->click();
+        test::waitUntil([&] { return !asked || !asked->isVisible(); });
+    }
+    std::vector<std::string> gone() {
+        std::vector<std::string> lines;
+        for (const std::string &line : test::changes(before, at->machine.state()))
+            lines.push_back(line.substr(line.rfind('/') + 1));
+        return lines;
+    }
+
+    std::vector<std::string> said;
+    std::unique_ptr<test::CleanPage> at;
+    std::unique_ptr<CleanResultsPanel> panel;
+    OutlineView *outline = nullptr;
+    std::map<std::string, std::string> before;
+};
+
+TEST_F(CleanPageView, SpaceTicksAndEnterShowsAndNeverRemoves) {
+    before = at->machine.state();
+    outline->setCurrentIndex(leaf(0));
+    const std::size_t all = ticked();
+    press(Qt::Key_Space);
+    EXPECT_EQ(ticked(), all - 1);
+    press(Qt::Key_Return);
+    EXPECT_THAT(said, SizeIs(1));
+    EXPECT_THAT(said.front(), HasSubstr("reveal "));
+    outline->setCurrentIndex(group());
+    press(Qt::Key_Enter);
+    EXPECT_FALSE(outline->isExpanded(group()));
+    auto *const clean = find<QPushButton>("cleanButton");
+    ASSERT_TRUE(clean->isEnabled());
+    clean->setFocus();
+    press(Qt::Key_Return);
+    press(Qt::Key_Enter);
+    EXPECT_EQ(at->page.state(), State::Results);
+    EXPECT_THAT(gone(), IsEmpty());
+}
+
+TEST_F(CleanPageView, SeveralRowsBecomeAllTickedAndThenNone) {
+    const std::size_t caches = ticked();
+    outline->selectAll(); // the groups that are closed stand for their items
+    press(Qt::Key_Space);
+    EXPECT_GT(ticked(), caches);
+    EXPECT_EQ(at->page.outline().allSelectState(), TickState::All);
+    press(Qt::Key_Space);
+    EXPECT_EQ(ticked(), 0u);
+
+    at->page.shouldSelectRowWithArray(2);
+    auto *const list = panel->findChild<CategoryView *>();
+    list->setFocus();
+    list->setCurrentIndex(list->model()->index(0, 0));
+    press(Qt::Key_Space);
+    EXPECT_EQ(ticked(), 1u);
+    list->selectAll();
+    press(Qt::Key_Space);
+    EXPECT_EQ(ticked(), std::size_t(list->model()->rowCount())) << "not one by one the other way";
+    press(Qt::Key_Space);
+    EXPECT_EQ(ticked(), 0u);
+}
+
+TEST_F(CleanPageView, CopiesThePathsOfTheSelection) {
+    outline->setCurrentIndex(leaf(1));
+    outline->selectionModel()->select(leaf(2),
+                                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    press(Qt::Key_C, Qt::ControlModifier);
+    const QString cache = paths::display(test::TestEnvironment::current().home() / ".cache/");
+    EXPECT_EQ(QApplication::clipboard()->text().count(cache), 2);
+}
+
+TEST_F(CleanPageView, TheMenuActsOnTheRowUnderThePointer) {
+    const QModelIndex row = leaf(3);
+    for (const bool isByKey : {false, true}) {
+        said.clear();
+        if (isByKey) {
+            outline->setCurrentIndex(row);
+            press(Qt::Key_F10, Qt::ShiftModifier);
+        } else {
+            const QPoint place = outline->visualRect(row).center();
+            QContextMenuEvent event(QContextMenuEvent::Mouse, place,
+                                    outline->viewport()->mapToGlobal(place));
+            QApplication::sendEvent(outline->viewport(), &event);
+        }
+        auto *const menu = outline->findChild<QMenu *>();
+        ASSERT_TRUE(menu);
+        ASSERT_EQ(menu->actions().size(), 3);
+        menu->actions().at(0)->trigger();
+        menu->actions().at(1)->trigger();
+        delete menu;
+        EXPECT_THAT(said, ElementsAre("open " + nameOf(row), "reveal " + nameOf(row)));
+    }
+}
+
+// A filter hides rows, not their ticks.
+TEST_F(CleanPageView, WhatAFilterHidesIsToldOf) {
+    auto *const notice = panel->findChild<HiddenTicksNotice *>();
+    EXPECT_FALSE(notice->isVisible());
+    const std::size_t all = ticked();
+    outline->setCurrentIndex(leaf(5));
+    filter("item 15");
+    EXPECT_EQ(model().rowCount(group()), 10);
+    EXPECT_TRUE(outline->currentIndex().isValid());
+    ASSERT_TRUE(notice->isVisible());
+    EXPECT_EQ(
+        find<QLabel>("clean.hiddenTicks")->text(),
+        QStringLiteral("The filter hides %1 ticked items. Clean removes them too.").arg(all - 10));
+    // Only what is shown is ticked or unticked.
+    Q_EMIT outline->checkHeader().checkBoxClicked(false);
+    EXPECT_EQ(ticked(), all - 10);
+    find<QPushButton>("clean.showAll")->click();
+    test::waitUntil([&] { return at->page.outline().model().filter().isEmpty(); });
+    EXPECT_FALSE(notice->isVisible());
+    EXPECT_EQ(panel->focusWidget(), outline);
+    EXPECT_EQ(model().rowCount(group()), int(all));
+}
+
+TEST_F(CleanPageView, WhatTheUserOpenedAndClosedStaysSo) {
+    EXPECT_TRUE(outline->isExpanded(model().index(0, 0)));
+    outline->collapse(model().index(0, 0));
+    outline->setCurrentIndex(leaf(40));
+    const QPersistentModelIndex current = outline->currentIndex();
+    const int place = outline->verticalScrollBar()->value();
+    ASSERT_GT(place, 0);
+    const auto expectSame = [&](const char *after) {
+        EXPECT_FALSE(outline->isExpanded(model().index(0, 0))) << after;
+        EXPECT_TRUE(outline->isExpanded(group())) << after;
+        EXPECT_EQ(outline->currentIndex(), current) << after;
+        EXPECT_EQ(outline->verticalScrollBar()->value(), place) << after;
+        EXPECT_EQ(panel->focusWidget(), outline) << after;
+    };
+    press(Qt::Key_Space);
+    expectSame("a tick");
+    panel->hide();
+    panel->show();
+    QApplication::processEvents();
+    expectSame("another page");
+    at->tick({1, 5});
+    find<QPushButton>("cleanButton")->click();
+    ASSERT_TRUE(sheet());
+    QTest::keyClick(sheet(), Qt::Key_Escape);
+    test::waitUntil([&] { return at->page.state() == State::Results; });
+    expectSame("a clean that was called off");
+    outline->sortByColumn(CleanOutlineModel::NameColumn, Qt::DescendingOrder);
+    EXPECT_EQ(outline->currentIndex(), current);
+    EXPECT_TRUE(outline->isExpanded(group()));
+}
+
+// The ticked rows go; the keyboard stays where they were.
+TEST_F(CleanPageView, ACleanLeavesTheKeyboardInTheOutline) {
+    at->page.outline().setAllSelectOrNoSelect(false);
+    outline->setCurrentIndex(leaf(7));
+    press(Qt::Key_Space);
+    const std::string went = nameOf(leaf(7));
+    const std::string next = nameOf(leaf(8));
+    before = at->machine.state();
+    auto *const clean = find<QPushButton>("cleanButton");
+    clean->setFocus();
+    press(Qt::Key_Space);
+    test::waitUntil([&] { return at->page.outcome() == CleanOutcome::Cleaned; });
+    EXPECT_THAT(gone(), ElementsAre(went));
+    EXPECT_EQ(panel->focusWidget(), outline);
+    EXPECT_TRUE(outline->isExpanded(group()));
+    EXPECT_EQ(nameOf(outline->currentIndex()), next);
+}
+
+TEST_F(CleanPageView, ACleanOfOneCategoryKeepsItsPlace) {
+    at->page.shouldSelectRowWithArray(2);
+    auto *const list = panel->findChild<CategoryView *>();
+    at->page.list(1).setNoCheckBoxSelect();
+    list->sortByColumn(CategoryListModel::Name, Qt::AscendingOrder);
+    list->setCurrentIndex(list->model()->index(50, 0));
+    const std::string current = nameOf(list->currentIndex());
+    QApplication::processEvents();
+    const int place = list->verticalScrollBar()->value();
+    ASSERT_GT(place, 0);
+    list->model()->setData(list->model()->index(3, 0), {}, Qt::CheckStateRole);
+    before = at->machine.state();
+    find<QPushButton>("oneListCleanButton")->click();
+    test::waitUntil([&] { return at->page.outcome() == CleanOutcome::Cleaned; });
+    EXPECT_THAT(gone(), SizeIs(1));
+    EXPECT_EQ(nameOf(list->currentIndex()), current);
+    EXPECT_EQ(list->verticalScrollBar()->value(), place);
+}
+
+struct SheetAnswer {
+    const char *name; ///< null: Esc
+    std::size_t gone;
+    State after;
+};
+
+class DownloadsSheet : public CleanPageView, public testing::WithParamInterface<SheetAnswer> {};
+
+TEST_P(DownloadsSheet, EachAnswerDoesWhatItSays) {
+    at->tick({3, 5});
+    before = at->machine.state();
+    find<QPushButton>("cleanButton")->click();
+    ASSERT_TRUE(sheet());
+    // Enter opens the folder and answers nothing.
+    QTest::keyClick(sheet(), Qt::Key_Return);
+    EXPECT_THAT(said, ElementsAre("open Downloads"));
+    ASSERT_TRUE(sheet());
+    EXPECT_EQ(at->page.state(), State::Warning);
+    for (const char *const button : {"Yes", "No"})
+        QTest::keyClick(
+            sheet()->findChild<QPushButton *>(QStringLiteral("alert.") + QLatin1String(button)),
+            Qt::Key_Return);
+    EXPECT_EQ(at->page.state(), State::Warning) << "Enter is no yes to a removal";
+    if (GetParam().name)
+        answer(GetParam().name);
+    else
+        QTest::keyClick(sheet(), Qt::Key_Escape);
+    test::waitUntil([&] { return at->page.state() == State::Results; });
+    EXPECT_EQ(gone().size(), GetParam().gone);
+    EXPECT_EQ(ticked(), GetParam().name ? 0u : 6u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Answers, DownloadsSheet,
+                         testing::Values(SheetAnswer{"Yes", 8, State::Results},
+                                         SheetAnswer{"No", 5, State::Results},
+                                         SheetAnswer{nullptr, 0, State::Results}));
+
+TEST_F(CleanPageView, TheSumIsWhatIsTicked) {
+    EXPECT_EQ(find<QLabel>("trashFileNumTF")->text(), QString::number(ticked()));
+    at->page.outline().setAllSelectOrNoSelect(false);
+    at->page.outline().toggle(leaf(20));
+    EXPECT_EQ(find<QLabel>("clean.sum")->text(), QStringLiteral("1.00 KB"));
+    EXPECT_EQ(find<QLabel>("trashFileNumTF")->text(), QStringLiteral("1"));
+    at->page.outline().toggle(leaf(20));
+    EXPECT_FALSE(find<QPushButton>("cleanButton")->isEnabled());
+}
+
+TEST_F(CleanPageView, NamesAreTextWhereverTheyAreShown) {
+    const test::TestTree home(test::TestEnvironment::current().home());
+    test::TestTree(home).file(".cache/<b>x & y\n2");
+    at->page.clickBackBtn();
+    at->scan();
+    filter("<b>");
+    outline->expand(group());
+    ASSERT_EQ(model().rowCount(group()), 1);
+    EXPECT_THAT(leaf(0).data(Qt::ToolTipRole).toString().toStdString(),
+                HasSubstr("&lt;b&gt;x &amp; y"));
+    EXPECT_FALSE(outline->grab().isNull());
+}
+
+TEST_F(CleanPageView, EveryControlIsReachedAndNamed) {
+    for (QWidget *const widget : panel->findChildren<QWidget *>()) {
+        const bool isControl = qobject_cast<QAbstractButton *>(widget) ||
+                               qobject_cast<QLineEdit *>(widget) ||
+                               qobject_cast<ResultView *>(widget);
+        if (!isControl || !widget->isVisible() || qobject_cast<QLineEdit *>(widget->parent()))
+            continue;
+        auto *const button = qobject_cast<QAbstractButton *>(widget);
+        EXPECT_FALSE(widget->accessibleName().isEmpty() && (!button || button->text().isEmpty()))
+            << widget->objectName().toStdString();
+        EXPECT_FALSE(widget->objectName().isEmpty()) << widget->metaObject()->className();
+        EXPECT_TRUE(widget->focusPolicy() & Qt::TabFocus) << widget->objectName().toStdString();
+    }
+}
+
+TEST_F(CleanPageView, TheFactsOfTheMachineAreOnASheet) {
+    find<QPushButton>("clean.computer")->click();
+    const QPointer<ComputerSheet> facts = panel->findChild<ComputerSheet *>();
+    ASSERT_TRUE(facts);
+    int rows = 0;
+    for (const QLabel *const label : facts->findChildren<QLabel *>())
+        rows += label->accessibleName().isEmpty() ? 0 : 1;
+    EXPECT_EQ(rows, 7);
+    QTest::keyClick(facts, Qt::Key_Escape);
+    EXPECT_TRUE(!facts || !facts->isVisible());
+}
+
+} // namespace
+} // namespace brightsweep
