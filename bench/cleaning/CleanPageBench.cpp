@@ -19,12 +19,12 @@
 #include <string>
 
 using namespace brightsweep;
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
 namespace {
 
-double millisecondsSince(Clock::time_point start) {
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+double millisecondsSince(SteadyClock::time_point start) {
+    return std::chrono::duration<double, std::milli>(SteadyClock::now() - start).count();
 }
 
 template <typename Act>
@@ -32,7 +32,7 @@ void measure(const char *what, double limit, Act act) {
     double worst = 0;
     constexpr int rounds = 5;
     for (int round = 0; round < rounds; ++round) {
-        const auto start = Clock::now();
+        const auto start = SteadyClock::now();
         act();
         worst = std::max(worst, millisecondsSince(start));
     }
@@ -66,9 +66,9 @@ int main(int argc, char **argv) {
         CleanOutlineController &outline = page.outline();
         QEventLoop loop;
         // The last scanner's end, and what the page makes of it until it has a result to show.
-        Clock::time_point last;
+        SteadyClock::time_point last;
         QObject::connect(&page, &NewMainViewController::prograssShowDependChangeSize, &page,
-                         [&] { last = Clock::now(); });
+                         [&] { last = SteadyClock::now(); });
         QObject::connect(&page, &NewMainViewController::displayPanel, &loop,
                          [&](const QString &panel) {
                              if (panel != QLatin1String("DATA_FastClean"))

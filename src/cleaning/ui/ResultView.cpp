@@ -9,6 +9,7 @@
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
@@ -22,6 +23,7 @@ namespace brightsweep {
 
 namespace {
 
+constexpr int fewRows = 200;
 constexpr int checkWidth = 36;
 constexpr int countWidth = 92;
 constexpr int sizeWidth = 104;
@@ -106,6 +108,15 @@ void ResultView::contextMenuEvent(QContextMenuEvent *event) {
     menu->addAction(QStringLiteral("Copy path"), this, &ResultView::copyPaths);
     menu->popup(isByKey ? viewport()->mapToGlobal(visualRect(clicked).bottomLeft())
                         : event->globalPos());
+}
+
+// The tree looks for the place of every changed row, which takes long where all have changed.
+void ResultView::dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                             const QList<int> &roles) {
+    if (bottomRight.row() - topLeft.row() < fewRows || QAccessible::isActive())
+        QTreeView::dataChanged(topLeft, bottomRight, roles);
+    else
+        viewport()->update();
 }
 
 void ResultView::copyPaths() const {

@@ -27,6 +27,8 @@ protected:
 
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
+                     const QList<int> &roles) override;
 
     /// Space: the ticks of what is selected.
     virtual void tickSelection() = 0;
