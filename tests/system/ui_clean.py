@@ -99,8 +99,9 @@ class CleanPage(unittest.TestCase):
         self.desktop.start_program()
         self.desktop.wait_for("Scan")
         self.desktop.press("Scan")
-        self.assertTrue(eventually(self.line), self.desktop.names())
-        self.selected = int(self.line().split()[0])
+        line = eventually(self.line)
+        self.assertTrue(line, self.desktop.names())
+        self.selected = int(line.split()[0])
 
     def line(self):
         """"3 of 9 selected, 0.60 MB will free up.", or nothing yet."""
