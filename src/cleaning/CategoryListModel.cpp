@@ -1,6 +1,7 @@
 #include "cleaning/CategoryListModel.h"
 
 #include "cleaning/CleanCategories.h"
+#include "cleaning/CleanNotifications.h"
 #include "cleaning/FolderUtilities.h"
 #include "cleaning/ScanViewController.h"
 #include "foundation/Log.h"
@@ -19,7 +20,7 @@ constexpr double selectedFontSize = 13.5;
 void postCount(const QVariant &object, const QVariantMap &more = {}) {
     QVariantMap userInfo = more;
     userInfo.insert(QStringLiteral("object"), object);
-    NotificationCenter::defaultCenter().post(QStringLiteral("cleanShowSelectNumInBottom"), nullptr,
+    NotificationCenter::defaultCenter().post(cleanShowSelectNumInBottomNotification, nullptr,
                                              userInfo);
 }
 
@@ -44,7 +45,7 @@ int CategoryListModel::CellClick(int row, int state) {
         return 1;
     const auto item = m_controller.rowAt(std::size_t(row));
     NotificationCenter::defaultCenter().post(
-        QStringLiteral("selectedRowInFastClean"), nullptr,
+        selectedRowInFastCleanNotification, nullptr,
         {{QStringLiteral("object"), row},
          {QStringLiteral("isSelect"), isSlected},
          {QStringLiteral("iconImage"), item ? item->icon : QString()}});

@@ -18,4 +18,18 @@ inline constexpr QLatin1String DSFastCleanFinish("FastCleanFinish");
 // Posted at every cancel point that is reached, so possibly more than once.
 inline constexpr QLatin1String DSCleanCanceled("FastCleanCanceled");
 
+// Posted within the clean page, on the main thread but for the third.
+// User info "object": whether something was ticked, or "clean"; may be left out.
+inline constexpr QLatin1String cleanShowSelectNumInBottomNotification("cleanShowSelectNumInBottom");
+// User info "object": a map with "rowNum", the category.
+inline constexpr QLatin1String updateSelectNumberNotification("updateSelectNumber");
+// The same, on the scanner's thread.
+inline constexpr QLatin1String refNewTableViewSizeLabelNotification("refNewTableViewSizeLabel");
+// User info "object": the row. "isSelect" and "iconImage".
+inline constexpr QLatin1String selectedRowInFastCleanNotification("selectedRowInFastClean");
+// The scan button of a list was clicked.
+inline constexpr QLatin1String scanItemGetScanBtnNotification("scanItemGetScanBtn");
+// User info "object": a list of two texts, the startup volume's capacity and its free space.
+inline constexpr QLatin1String FreeTotleArrNotification("FreeTotleArr");
+
 } // namespace brightsweep

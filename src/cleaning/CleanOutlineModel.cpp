@@ -18,12 +18,6 @@ namespace {
 constexpr std::array<const char *, CleanOutlineModel::columns> columnTitles = {
     "", "Name", "Selected", "Size", "Modified"};
 
-const char *checkImage(const SimpleNodeData &data) {
-    return data.selectNum() == 2   ? "option_a.png"
-           : data.selectNum() == 1 ? "option_yes.png"
-                                   : "option_no.png";
-}
-
 Qt::CheckState checkState(const SimpleNodeData &data) {
     return data.selectNum() == 2   ? Qt::PartiallyChecked
            : data.selectNum() == 1 ? Qt::Checked
@@ -304,8 +298,6 @@ QVariant CleanOutlineModel::data(const QModelIndex &index, int role) const {
                                           : QVariant();
     case PathRole:
         return leaf ? paths::toVariant(data.name()) : QVariant();
-    case ImageRole:
-        return QString::fromLatin1(checkImage(data));
     case IconRole:
         return paths::toVariant(leaf ? data.name() : data.iconRep());
     case CategoryRole: {

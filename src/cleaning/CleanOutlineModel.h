@@ -23,7 +23,6 @@ public:
     enum Column { Checkbox, NameColumn, allSelectNum, FileSize, ModifyDate, columns };
     enum Role {
         PathRole = Qt::UserRole, ///< of a leaf, in the form of paths::toVariant()
-        ImageRole,               ///< the check box's image: "option_yes.png", "option_no.png" …
         IconRole,                ///< a leaf's own path, to look its icon up by; a group's icon name
         CategoryRole,            ///< the index of the category
         IsGroupRole,

@@ -29,7 +29,7 @@ CleanNodeData &dataOf(const SimpleTreeNode &leaf) {
 
 } // namespace
 
-bool CleanResultTree::constructTree(const std::vector<ScanViewController *> &tableControllers) {
+void CleanResultTree::constructTree(const std::vector<ScanViewController *> &tableControllers) {
     bool changed = false;
     for (unsigned category = 0; category < tableControllers.size(); ++category)
         changed |= refreshLeaves(category, *tableControllers[category]);
@@ -59,7 +59,6 @@ bool CleanResultTree::constructTree(const std::vector<ScanViewController *> &tab
         group.node->data().setFileSize(bytes);
         refreshGroup(group);
     }
-    return changed;
 }
 
 bool CleanResultTree::isStale(const std::vector<ScanViewController *> &tableControllers) const {

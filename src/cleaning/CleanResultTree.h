@@ -32,8 +32,8 @@ public:
         std::vector<Node> leaves; ///< in the order of the controller's rows
     };
 
-    /// From the controllers in index order. True when nodes came, went or changed places.
-    bool constructTree(const std::vector<ScanViewController *> &tableControllers);
+    /// From the controllers in index order.
+    void constructTree(const std::vector<ScanViewController *> &tableControllers);
 
     /// True when a construction would change more than ticks and figures.
     bool isStale(const std::vector<ScanViewController *> &tableControllers) const;

@@ -5,6 +5,7 @@
 #include "cleaning/DeleteFolderOperation.h"
 #include "cleaning/FolderUtilities.h"
 #include "cleaning/ItemSizes.h"
+#include "core/CleanWindow.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "core/UtilityFunctionOfData.h"
@@ -12,6 +13,7 @@
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
+#include "volumes/VolumeNotifications.h"
 
 #include <array>
 #include <utility>
@@ -20,8 +22,6 @@ namespace brightsweep {
 
 namespace {
 
-const QString shouldClose = QStringLiteral("ShouldCloseWindow");
-const QString refreshMenu = QStringLiteral("refMenuItemWhenDeleteAndAdd");
 constexpr int wideBubble = 280;
 constexpr int narrowBubble = 220;
 
@@ -53,12 +53,12 @@ CleanSysController::CleanSysController(Delays delays) : m_delays(delays) {
         m_calls.post([this] {
             bubbleViewWith(localizedText("NO_FOLDER_CONTENT"), QString());
             m_state = State::Closed;
-            NotificationCenter::defaultCenter().post(shouldClose, this);
+            NotificationCenter::defaultCenter().post(DSShouldCloseWindow, this);
         });
     } else {
         registerNotifications();
     }
-    NotificationCenter::defaultCenter().post(refreshMenu);
+    NotificationCenter::defaultCenter().post(refMenuItemWhenDeleteAndAddNotification);
 }
 
 CleanSysController::~CleanSysController() {
@@ -245,7 +245,7 @@ void CleanSysController::stopFastClean() {
     m_cancelIndicator = true;
     cancelRun();
     Q_EMIT changed();
-    NotificationCenter::defaultCenter().post(shouldClose, this);
+    NotificationCenter::defaultCenter().post(DSShouldCloseWindow, this);
 }
 
 void CleanSysController::cancelRun() {
@@ -285,7 +285,7 @@ void CleanSysController::timerDeleteBubble() {
 
 void CleanSysController::shouldCloseWindow() {
     if (std::exchange(m_state, State::Closed) == State::Reporting && !m_closing)
-        NotificationCenter::defaultCenter().post(shouldClose, this);
+        NotificationCenter::defaultCenter().post(DSShouldCloseWindow, this);
     goIfDone();
 }
 

@@ -1,7 +1,9 @@
 #include "cleaning/CustomTableView.h"
 
 #include "cleaning/CleanCategories.h"
+#include "cleaning/CleanNotifications.h"
 #include "cleaning/ItemSizes.h"
+#include "core/CheckImage.h"
 #include "core/UtilityFunction.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/UserDefaults.h"
@@ -29,8 +31,8 @@ constexpr int wrapsTo = 50;
 constexpr int mostProgress = 100;
 constexpr int updatesPerReload = 100;
 
-QString checkImage(bool ticked) {
-    return ticked ? QStringLiteral("option_yes.png") : QStringLiteral("option_no.png");
+QString tickImage(bool ticked) {
+    return QLatin1String(checkImage(ticked ? Qt::Checked : Qt::Unchecked));
 }
 
 QString progressBar(int percent) {
@@ -55,7 +57,7 @@ CustomTableView::CustomTableView(QObject *parent)
         cell.titleName = getLeftCellTitle(row);
         cell.iconImage = QLatin1String(iconArr[std::size_t(row)]);
         if (row > 0)
-            cell.checkBoxImage = checkImage(m_selectArray[row - 1] != QLatin1String("0"));
+            cell.checkBoxImage = tickImage(m_selectArray[row - 1] != QLatin1String("0"));
     }
     NotificationCenter::defaultCenter().addObserver(
         this, changeCheckBoxNotification, [this](const Notification &notification) {
@@ -103,7 +105,7 @@ bool CustomTableView::shouldSelectRow(int row) {
     PreferenceViewController::setLastClickRow(row);
     reload();
     NotificationCenter::defaultCenter().post(
-        QStringLiteral("shouldSelectRow"), nullptr,
+        shouldSelectRowNotification, nullptr,
         {{QStringLiteral("object"), QVariantList{QVariant(m_selectArray), row}}});
     return true;
 }
@@ -122,9 +124,9 @@ void CustomTableView::checkBoxClicked(int tag) {
 void CustomTableView::changeCheckBox(bool flag, int tag) {
     if (tag < 1 || tag > int(categoryCount))
         return;
-    dataArr[std::size_t(tag)].checkBoxImage = checkImage(!flag);
+    dataArr[std::size_t(tag)].checkBoxImage = tickImage(!flag);
     m_selectArray[tag - 1] = flag ? QStringLiteral("0") : QStringLiteral("1");
-    NotificationCenter::defaultCenter().post(QStringLiteral("updateSelectNumber"), nullptr,
+    NotificationCenter::defaultCenter().post(updateSelectNumberNotification, nullptr,
                                              {{QStringLiteral("object"), m_selectArray}});
     reload();
 }

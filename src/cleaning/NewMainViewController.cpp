@@ -2,12 +2,14 @@
 
 #include "cleaning/CategoryListModel.h"
 #include "cleaning/CleanCategories.h"
+#include "cleaning/CleanNotifications.h"
 #include "cleaning/CustomTableView.h"
 #include "cleaning/FolderUtilities.h"
 #include "cleaning/NewLeftCustomTableView.h"
 #include "cleaning/ScanViewController.h"
 #include "cleaning/V3MainListView.h"
 #include "core/ParseFileLog.h"
+#include "core/UtilityFunction.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "volumes/VolumesInfo.h"
@@ -68,13 +70,15 @@ NewMainViewController::NewMainViewController(Surroundings surroundings, QObject 
     m_customTableView = std::make_unique<CustomTableView>();
     m_newCustomTableView = std::make_unique<NewLeftCustomTableView>();
 
-    observe("selectedRowInFastClean", &NewMainViewController::callBackCheckBoxClick);
-    observe("shouldSelectRow", &NewMainViewController::shouldSelectRow);
-    observe("updateSelectNumber", &NewMainViewController::updateSelectNumber);
-    observe("cleanShowSelectNumInBottom", &NewMainViewController::cleanShowSelectNumInBottom);
-    observe("scanItemGetScanBtn", &NewMainViewController::scanItemGetScanBtn);
-    observe("FreeTotleArr", &NewMainViewController::GetFreeTotleArr);
-    observe("refNewTableViewSizeLabel", &NewMainViewController::refNewTableViewSizeLabel);
+    observe(selectedRowInFastCleanNotification, &NewMainViewController::callBackCheckBoxClick);
+    observe(shouldSelectRowNotification, &NewMainViewController::shouldSelectRow);
+    observe(updateSelectNumberNotification, &NewMainViewController::updateSelectNumber);
+    observe(cleanShowSelectNumInBottomNotification,
+            &NewMainViewController::cleanShowSelectNumInBottom);
+    observe(scanItemGetScanBtnNotification, &NewMainViewController::scanItemGetScanBtn);
+    observe(FreeTotleArrNotification, &NewMainViewController::GetFreeTotleArr);
+    observe(refNewTableViewSizeLabelNotification, &NewMainViewController::refNewTableViewSizeLabel);
+    readHistory();
     postStartupVolume();
 }
 
@@ -83,9 +87,9 @@ NewMainViewController::~NewMainViewController() {
     NotificationCenter::defaultCenter().removeObserver(this);
 }
 
-void NewMainViewController::observe(const char *name, Handler handler) {
+void NewMainViewController::observe(QLatin1String name, Handler handler) {
     NotificationCenter::defaultCenter().addObserver(
-        this, QLatin1String(name),
+        this, name,
         [this, handler](const Notification &notification) { (this->*handler)(notification); });
 }
 
@@ -310,7 +314,7 @@ void NewMainViewController::updateSelectNumber(const Notification &notification)
     else
         NSLog("There is no row to select in this notification");
     setCleanButtonEnabled(m_selection->returnSelectNum() >= 1);
-    NotificationCenter::defaultCenter().post(QStringLiteral("cleanShowSelectNumInBottom"));
+    NotificationCenter::defaultCenter().post(cleanShowSelectNumInBottomNotification);
 }
 
 void NewMainViewController::cleanShowSelectNumInBottom(const Notification &notification) {
@@ -350,6 +354,8 @@ void NewMainViewController::shouldSelectRowWithArray(int row) {
         return;
     NSLog("row :%d", row);
     m_selectRowNum = row;
+    if (row == 0)
+        readHistory(); // another process may have cleaned
     m_parts = {row};
     m_parts.v3MainView = row == 0;
     const bool isCategory = row >= 1 && row <= int(categoryCount);
@@ -368,22 +374,22 @@ void NewMainViewController::shouldSelectRowWithArray(int row) {
         changeStateTextFeild(cleanPageTexts::cleanedLine(m_showCleanedSize));
 }
 
+void NewMainViewController::readHistory() {
+    const std::int64_t size = ParseFileLog().getSize(&m_recoveredDate);
+    m_recoveredSize = std::uint64_t(std::max<std::int64_t>(size, 0));
+}
+
 CleanStyledText NewMainViewController::recovered() const {
-    QDateTime date;
-    const std::int64_t size = ParseFileLog().getSize(&date);
-    return size > 0
-               ? cleanPageTexts::recoveredLine(std::uint64_t(size), date, freeString, totleString)
-               : CleanStyledText();
+    return m_recoveredSize > 0 ? cleanPageTexts::recoveredLine(m_recoveredSize, m_recoveredDate,
+                                                               freeString, totleString)
+                               : CleanStyledText();
 }
 
 CleanHeading NewMainViewController::heading() const {
     CleanHeading heading = changeNoteText(m_selectRowNum);
-    if (m_selectRowNum == 0) {
-        QDateTime date;
-        const std::int64_t size = ParseFileLog().getSize(&date);
-        heading.description = cleanPageTexts::recoveredLine(
-            std::uint64_t(std::max<std::int64_t>(size, 0)), date, freeString, totleString);
-    }
+    if (m_selectRowNum == 0)
+        heading.description = cleanPageTexts::recoveredLine(m_recoveredSize, m_recoveredDate,
+                                                            freeString, totleString);
     return heading;
 }
 
@@ -404,7 +410,7 @@ QString NewMainViewController::postStartupVolume() {
         if (!volume.bIsDefaultVol)
             continue;
         NotificationCenter::defaultCenter().post(
-            QStringLiteral("FreeTotleArr"), this,
+            FreeTotleArrNotification, this,
             {{object, QVariantList{volume.totalSpace, volume.freeSpace}}});
         return volume.freeSpace;
     }

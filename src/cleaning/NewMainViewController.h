@@ -7,6 +7,7 @@
 #include "core/Clock.h"
 #include "uninstall/PadlockController.h"
 
+#include <QDateTime>
 #include <QObject>
 #include <QStringList>
 
@@ -135,7 +136,7 @@ Q_SIGNALS:
 
 private:
     using Handler = void (NewMainViewController::*)(const Notification &);
-    void observe(const char *name, Handler handler);
+    void observe(QLatin1String name, Handler handler);
     void callBackCheckBoxClick(const Notification &notification);
     void shouldSelectRow(const Notification &notification);
     void updateSelectNumber(const Notification &notification);
@@ -171,6 +172,7 @@ private:
     std::uint64_t freedOf(unsigned index, const QString &before);
     std::size_t failuresOf(unsigned index) const;
     void recordHistory();
+    void readHistory();
     QString postStartupVolume();
 
     const Surroundings m_surroundings;
@@ -196,6 +198,8 @@ private:
     QString freeString;
     QString totleString;
     QString m_freeBefore;
+    std::uint64_t m_recoveredSize = 0; ///< by the last clean, as the history has it
+    QDateTime m_recoveredDate;
     std::uint64_t m_finishScanCount = 0;
     std::uint64_t m_allCleanedSize = 0;
     std::uint64_t m_showCleanedSize = 0;

@@ -2,6 +2,7 @@
 
 #include "cleaning/CategoryListModel.h"
 #include "cleaning/CleanCategories.h"
+#include "cleaning/CleanNotifications.h"
 #include "cleaning/CustomTableView.h"
 #include "cleaning/FolderUtilities.h"
 #include "cleaning/ItemSizes.h"
@@ -190,7 +191,7 @@ void NewMainViewController::endOneClean() {
     m_isOneCleanButton = false;
     recordHistory();
     leaveCleaning();
-    NotificationCenter::defaultCenter().post(QStringLiteral("cleanShowSelectNumInBottom"), nullptr,
+    NotificationCenter::defaultCenter().post(cleanShowSelectNumInBottomNotification, nullptr,
                                              {{object, QStringLiteral("clean")}});
     changeStateTextFeild(cleanPageTexts::cleanedLine(freed));
     if (failuresOf(index) > 0) {
@@ -217,7 +218,7 @@ void NewMainViewController::endClean() {
     sizeArr.clear();
     recordHistory();
     leaveCleaning();
-    NotificationCenter::defaultCenter().post(QStringLiteral("cleanShowSelectNumInBottom"), nullptr,
+    NotificationCenter::defaultCenter().post(cleanShowSelectNumInBottomNotification, nullptr,
                                              {{object, QStringLiteral("clean")}});
     changeStateTextFeild(cleanPageTexts::cleanedLine(m_showCleanedSize));
     if (failures > 0) {
@@ -236,6 +237,7 @@ void NewMainViewController::recordHistory() {
         went = addSaturating(went, tableControllers[index]->cleanSize());
     constexpr auto most = std::uint64_t(std::numeric_limits<std::int64_t>::max());
     ParseFileLog().setSize(std::int64_t(std::min(went, most)), QDateTime::currentDateTime());
+    readHistory();
     m_outcome = CleanOutcome::Cleaned;
     const QString freeAfter = postStartupVolume();
     m_controls.freeSpaceLine = cleanPageTexts::freeSpaceLine(m_freeBefore, freeAfter);

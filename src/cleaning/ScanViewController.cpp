@@ -1,5 +1,6 @@
 #include "cleaning/ScanViewController.h"
 
+#include "cleaning/CleanNotifications.h"
 #include "cleaning/FolderUtilities.h"
 #include "cleaning/ItemSizes.h"
 #include "core/ThreadWorker.h"
@@ -128,7 +129,7 @@ std::uint64_t ScanViewController::scanDirectory(const std::filesystem::path &dir
 }
 
 void ScanViewController::scanTaskFinished() {
-    NotificationCenter::defaultCenter().post(QStringLiteral("cleanShowSelectNumInBottom"));
+    NotificationCenter::defaultCenter().post(cleanShowSelectNumInBottomNotification);
     twScan.reset();
     Q_EMIT scanFinishedChanged(true);
 }

@@ -1,6 +1,7 @@
 #include "cleaning/V3MainListView.h"
 
 #include "cleaning/CleanCategories.h"
+#include "cleaning/CleanNotifications.h"
 #include "cleaning/ScanViewController.h"
 #include "foundation/NotificationCenter.h"
 
@@ -99,7 +100,7 @@ void V3MainListView::checkBoxAction() {
     refCheckBoxInMainView(newValue);
     cleanCategories[std::size_t(m_tag)].setClicked(newValue);
     NotificationCenter::defaultCenter().post(
-        QStringLiteral("updateSelectNumber"), nullptr,
+        updateSelectNumberNotification, nullptr,
         {{QStringLiteral("object"), QVariantMap{{QStringLiteral("rowNum"), m_tag}}}});
 }
 
@@ -151,7 +152,7 @@ void V3MainListView::takeOver() {
             continue;
         m_foundSizes[category] = sizes[category];
         NotificationCenter::defaultCenter().post(
-            QStringLiteral("refNewTableViewSizeLabel"), nullptr,
+            refNewTableViewSizeLabelNotification, nullptr,
             {{QStringLiteral("object"),
               QVariantMap{{QStringLiteral("rowNum"), QString::number(category)}}}});
     }

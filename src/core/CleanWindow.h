@@ -1,9 +1,14 @@
 #pragma once
 
+#include <QLatin1String>
+
 #include <functional>
 #include <memory>
 
 namespace brightsweep {
+
+/// The quick clean is over, or has been stopped: its window is to go.
+inline constexpr QLatin1String DSShouldCloseWindow("ShouldCloseWindow");
 
 /// The quick clean window as AppDelegate needs it: made when the user asks for it, dropped when it
 /// closes. One that still has an operation under way keeps what that needs alive by itself.

@@ -220,7 +220,7 @@ const char *UtilityFunction::returnVersion() {
 
 void UtilityFunction::callSelectNotificationForMainWindowLeft(int row) {
     const QVariantList object{QVariant(QVariantList()), row};
-    NotificationCenter::defaultCenter().post(QStringLiteral("shouldSelectRow"), nullptr,
+    NotificationCenter::defaultCenter().post(shouldSelectRowNotification, nullptr,
                                              {{QStringLiteral("object"), object}});
 }
 

@@ -1,10 +1,15 @@
 #pragma once
 
+#include <QLatin1String>
 #include <QString>
 
 #include <cstdint>
 
 namespace brightsweep {
+
+/// A row of the main window's left list is to be shown. "object" of the user info is a list whose
+/// second element is the row; the first plays no part.
+inline constexpr QLatin1String shouldSelectRowNotification("shouldSelectRow");
 
 /// What the machine says of itself. The texts are cut to their fields and then have no terminator;
 /// whoever fills the structure hands it in zeroed.
@@ -73,7 +78,7 @@ public:
     /// Always the constant itself, which callers compare by identity.
     static const char *returnVersion();
 
-    /// Posts "shouldSelectRow". "object" of its user info is a list of an empty list and the row.
+    /// Posts shouldSelectRowNotification, with an empty list as the first element.
     static void callSelectNotificationForMainWindowLeft(int row);
 };
 

@@ -1,8 +1,8 @@
 #include "effects/Animation.h"
 
 #include "core/ui/ImageProvider.h"
+#include "core/ui/ImageView.h"
 #include "core/ui/Theme.h"
-#include "effects/ImageView.h"
 
 #include <QPainter>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "effects/ImageView.h"
+#include "core/ui/ImageView.h"
 
 #include <QTimer>
 #include <QVariantAnimation>

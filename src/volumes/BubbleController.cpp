@@ -22,6 +22,14 @@ BubbleController::~BubbleController() {
         deleteBubbleView(m_live.begin()->first);
 }
 
+void BubbleController::showAsNotification(const Bubble &content) {
+    DesktopNotification notification;
+    notification.summary = content.firstLine;
+    notification.body = content.secondLine;
+    notification.closeAfterMilliseconds = int(lifetime.count());
+    Platform::current().notifier->show(notification);
+}
+
 int BubbleController::initBubbleViewWith(const Bubble &content) {
     return fastCleaninitBubbleViewWith(content, nullptr);
 }
@@ -33,15 +41,10 @@ int BubbleController::fastCleaninitBubbleViewWith(const Bubble &content,
     UtilityObject &counts = UtilityObject::getMyObject();
     const int place = counts.totalBubbleCount++;
     ++counts.liveBubbleCount;
-    if (m_notifications) {
-        DesktopNotification notification;
-        notification.summary = content.firstLine;
-        notification.body = content.secondLine;
-        notification.closeAfterMilliseconds = int(lifetime.count());
-        Platform::current().notifier->show(notification);
-    } else {
+    if (m_notifications)
+        showAsNotification(content);
+    else
         Q_EMIT bubbleShown(bubble, content, place);
-    }
     timerBeginToBeleteBubbleView(bubble);
     return bubble;
 }

@@ -49,6 +49,9 @@ public:
     /// Notifications in the place of windows, from the next bubble on.
     void setShownAsNotifications(bool notifications) { m_notifications = notifications; }
 
+    /// Sends the bubble's text out as a notification that goes after `lifetime`.
+    static void showAsNotification(const Bubble &content);
+
     /// Shows a bubble below all that are or were on screen since the last time none was; it goes
     /// after `lifetime`. Gives its number, which names it below.
     int initBubbleViewWith(const Bubble &content);

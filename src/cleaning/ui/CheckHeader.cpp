@@ -1,5 +1,6 @@
 #include "cleaning/ui/CheckHeader.h"
 
+#include "core/CheckImage.h"
 #include "core/ui/ImageProvider.h"
 #include "core/ui/Theme.h"
 
@@ -35,11 +36,8 @@ void CheckHeader::paintSection(QPainter *painter, const QRect &rect, int logical
     painter->restore();
     if (logicalIndex != checkSection)
         return;
-    const char *const image = m_state == Qt::Checked            ? "option_yes.png"
-                              : m_state == Qt::PartiallyChecked ? "option_a.png"
-                                                                : "option_no.png";
     painter->setRenderHint(QPainter::Antialiasing);
-    paintImage(*painter, QLatin1String(image),
+    paintImage(*painter, QLatin1String(checkImage(m_state)),
                QRect(rect.left() + 2 * theme::grid, rect.center().y() - markSide / 2 + 1, markSide,
                      markSide));
 }

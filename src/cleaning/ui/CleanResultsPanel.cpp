@@ -10,6 +10,7 @@
 #include "cleaning/ui/ResultView.h"
 #include "cleaning/ui/StyledLabel.h"
 #include "core/ui/ImageProvider.h"
+#include "core/ui/ImageView.h"
 #include "core/ui/Theme.h"
 #include "effects/Animation.h"
 
@@ -17,7 +18,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QTimer>
@@ -30,32 +30,13 @@ namespace {
 
 constexpr int leftWidth = 232;
 constexpr int headingSide = 40;
+constexpr int outcomeSide = 96;
 constexpr int filterWidth = 200;
 constexpr int trashSide = 24;
 constexpr int buttonWidth = 128;
 constexpr int buttonHeight = 36;
 constexpr int noteWidth = 420;
 constexpr std::chrono::milliseconds filterSettles{120};
-
-// Paints an image by name, so that it follows the look and the scale.
-class Picture : public QWidget {
-public:
-    Picture(int side, QWidget *parent) : QWidget(parent) { setFixedSize(side, side); }
-    void setImage(const QString &name) {
-        m_name = name;
-        update();
-    }
-
-protected:
-    void paintEvent(QPaintEvent *) override {
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        paintImage(painter, m_name, rect());
-    }
-
-private:
-    QString m_name;
-};
 
 // Enter never starts a removal.
 class RemovingButton : public QPushButton {
@@ -81,7 +62,7 @@ QLabel *secondaryLabel(QWidget *parent) {
 QFrame *hairline(QWidget *parent) {
     auto *const line = new QFrame(parent);
     line->setFixedHeight(1);
-    line->setStyleSheet(QStringLiteral("background: palette(mid);"));
+    line->setProperty("hairline", true);
     return line;
 }
 
@@ -149,7 +130,8 @@ QWidget *CleanResultsPanel::makeHeading() {
     auto *const row = new QHBoxLayout(heading);
     row->setContentsMargins(2 * theme::grid, theme::grid, 2 * theme::grid, 2 * theme::grid);
     row->setSpacing(3 * theme::grid);
-    m_headingImage = new Picture(headingSide, heading);
+    m_headingImage = new ImageView(heading);
+    m_headingImage->setFixedSize(headingSide, headingSide);
     row->addWidget(m_headingImage, 0, Qt::AlignTop);
     auto *const words = new QVBoxLayout;
     words->setSpacing(0);
@@ -221,8 +203,8 @@ QWidget *CleanResultsPanel::makeOutcome() {
     auto *const layout = new QVBoxLayout(page);
     layout->setSpacing(0);
     layout->addStretch(2);
-    auto *const picture = new Picture(96, page);
-    picture->setImage(QStringLiteral("start_done.png"));
+    auto *const picture = new ImageView(QStringLiteral("start_done.png"), page);
+    picture->setFixedSize(outcomeSide, outcomeSide);
     layout->addWidget(picture, 0, Qt::AlignHCenter);
     layout->addSpacing(4 * theme::grid);
     m_outcomeTitle = new QLabel(page);
@@ -295,9 +277,8 @@ QWidget *CleanResultsPanel::makeBottom() {
     row->addLayout(words);
     row->addSpacing(2 * theme::grid);
 
-    m_trashImage = new QLabel(bottom);
-    m_trashImage->setPixmap(pixmapNamed(QStringLiteral("user_trash_m.png"), {trashSide, trashSide},
-                                        devicePixelRatioF()));
+    m_trashImage = new ImageView(QStringLiteral("user_trash_m.png"), bottom);
+    m_trashImage->setFixedSize(trashSide, trashSide);
     row->addWidget(m_trashImage);
     trashFileNumTF = new QLabel(bottom);
     trashFileNumTF->setFont(theme::font(13, true));
@@ -314,10 +295,7 @@ QWidget *CleanResultsPanel::makeBottom() {
 void CleanResultsPanel::bind() {
     const auto *const page = &m_controller;
     connect(page, &NewMainViewController::headingChanged, this, &CleanResultsPanel::followHeading);
-    connect(page, &NewMainViewController::partsChanged, this, [this] {
-        followHeading();
-        followParts();
-    });
+    connect(page, &NewMainViewController::partsChanged, this, &CleanResultsPanel::followParts);
     connect(page, &NewMainViewController::controlsChanged, this,
             &CleanResultsPanel::followControls);
     connect(page, &NewMainViewController::stateChanged, this, &CleanResultsPanel::followState);
@@ -403,7 +381,7 @@ void CleanResultsPanel::followState(NewMainViewController::State state) {
 
 void CleanResultsPanel::followHeading() {
     const CleanHeading heading = m_controller.heading();
-    static_cast<Picture *>(m_headingImage)->setImage(heading.image);
+    m_headingImage->setImageName(heading.image);
     m_title->setText(heading.title);
     m_description->setStyledText(heading.description);
 }

@@ -17,6 +17,7 @@ namespace brightsweep {
 
 class Animation;
 class CategoryView;
+class ImageView;
 class HiddenTicksNotice;
 class LeftListView;
 class OutlineView;
@@ -62,7 +63,7 @@ private:
 
     NewMainViewController &m_controller;
     LeftListView *m_left;
-    QWidget *m_headingImage;
+    ImageView *m_headingImage;
     QLabel *m_title;
     StyledLabel *m_description;
     QLineEdit *m_filter;
@@ -85,7 +86,7 @@ private:
     QLabel *m_sum;
     StyledLabel *stateTextField;
     QLabel *m_freeSpace;
-    QLabel *m_trashImage;
+    ImageView *m_trashImage;
     QLabel *trashFileNumTF;
     QPushButton *cleanButton;
     QPushButton *oneListCleanButton;

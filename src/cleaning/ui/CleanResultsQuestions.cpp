@@ -5,6 +5,7 @@
 #include "cleaning/ui/ResultView.h"
 #include "core/ui/AlertSheet.h"
 #include "core/ui/ImageProvider.h"
+#include "core/ui/ImageView.h"
 #include "effects/PathAnimation.h"
 #include "foundation/Paths.h"
 

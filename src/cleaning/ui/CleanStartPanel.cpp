@@ -3,11 +3,10 @@
 #include "cleaning/NewMainViewController.h"
 #include "cleaning/ui/StyledLabel.h"
 #include "core/Texts.h"
-#include "core/ui/ImageProvider.h"
+#include "core/ui/ImageView.h"
 #include "core/ui/Theme.h"
 
 #include <QLabel>
-#include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -29,7 +28,7 @@ CleanStartPanel::CleanStartPanel(NewMainViewController &controller, QWidget *par
       m_sentence(new StyledLabel(this)),
       m_restart(new StyledLabel(this)),
       m_button(new QPushButton(this)),
-      m_picture(new QWidget(this)) {
+      m_picture(new ImageView(QStringLiteral("start_clean.png"), this)) {
     m_title->setFont(theme::font(20, true));
     m_sentence->setObjectName(QStringLiteral("clean.sentence"));
     m_sentence->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
@@ -81,17 +80,10 @@ void CleanStartPanel::follow() {
     m_restart->setVisible(m_controller.needsRestart());
     m_button->setText(m_controller.needsRestart() ? QStringLiteral("Restart")
                                                   : QStringLiteral("Scan"));
-    m_picture->update();
 }
 
 void CleanStartPanel::showEvent(QShowEvent *) {
     follow();
-}
-
-void CleanStartPanel::paintEvent(QPaintEvent *) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    paintImage(painter, QStringLiteral("start_clean.png"), m_picture->geometry());
 }
 
 } // namespace brightsweep

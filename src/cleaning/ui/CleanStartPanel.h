@@ -7,6 +7,7 @@ class QPushButton;
 
 namespace brightsweep {
 
+class ImageView;
 class NewMainViewController;
 class StyledLabel;
 
@@ -21,7 +22,6 @@ public:
     QSize sizeHint() const override;
 
 protected:
-    void paintEvent(QPaintEvent *) override;
     void showEvent(QShowEvent *) override;
 
 private:
@@ -32,7 +32,7 @@ private:
     StyledLabel *m_sentence;
     StyledLabel *m_restart;
     QPushButton *m_button;
-    QWidget *m_picture;
+    ImageView *m_picture;
 };
 
 } // namespace brightsweep

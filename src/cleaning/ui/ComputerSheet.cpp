@@ -2,7 +2,7 @@
 
 #include "cleaning/CustomComInfoView.h"
 #include "core/Texts.h"
-#include "core/ui/ImageProvider.h"
+#include "core/ui/ImageView.h"
 #include "core/ui/Theme.h"
 
 #include <QGridLayout>
@@ -36,8 +36,8 @@ ComputerSheet::ComputerSheet(QWidget *window) : QDialog(window, Qt::Sheet) {
     const CustomComInfoView facts;
     int row = 0;
     for (const ComputerInfoCell &cell : facts.rows()) {
-        auto *const image = new QLabel(this);
-        image->setPixmap(pixmapNamed(cell.iconImage, {imageSide, imageSide}, devicePixelRatioF()));
+        auto *const image = new ImageView(cell.iconImage, this);
+        image->setFixedSize(imageSide, imageSide);
         auto *const title = plainLabel(cell.titleText, this);
         title->setProperty("secondary", true);
         const bool isKnown = !cell.valueText.isEmpty();

@@ -3,14 +3,12 @@
 #include "cleaning/CleanSysController.h"
 #include "core/Texts.h"
 #include "core/ui/Theme.h"
-#include "platform/DesktopNotifier.h"
-#include "platform/Platform.h"
+#include "core/ui/WindowSystem.h"
 #include "volumes/BubbleController.h"
 #include "volumes/ui/BubbleWindow.h"
 #include "volumes/ui/MAAttachedWindow.h"
 
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QPointer>
 #include <QProgressBar>
@@ -31,15 +29,10 @@ public:
         connect(&controller, &CleanSysController::showBubble, this,
                 [this](const QStringList &lines, int, int index) {
                     const Bubble content{lines.value(0), lines.value(1)};
-                    if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
+                    if (windowsPlaceThemselves())
                         m_window = showBubbleWindow(content, index);
-                        return;
-                    }
-                    DesktopNotification notification;
-                    notification.summary = content.firstLine;
-                    notification.body = content.secondLine;
-                    notification.closeAfterMilliseconds = int(BubbleController::lifetime.count());
-                    Platform::current().notifier->show(notification);
+                    else
+                        BubbleController::showAsNotification(content);
                 });
         connect(&controller, &CleanSysController::hideBubble, this, [this] { m_window.reset(); });
     }
@@ -68,6 +61,9 @@ public:
         delProgress.setObjectName(QStringLiteral("delProgress"));
         cancelBtn.setText(localizedText("CANCEL"));
         cancelBtn.setObjectName(QStringLiteral("cancelBtn"));
+        QSizePolicy policy = cancelBtn.sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        cancelBtn.setSizePolicy(policy);
         layout->addWidget(&fixedText);
         layout->addWidget(&delProgress);
         layout->addWidget(&curFileName);
@@ -84,9 +80,7 @@ public:
         adjustSize();
         if (const QScreen *const place = screen())
             move(place->availableGeometry().center() - rect().center());
-        show();
-        raise();
-        activateWindow();
+        showInFront(*this, {});
     }
 
 protected:
@@ -104,9 +98,6 @@ private:
                                                  theme::height(windowWidth) - 12 * theme::grid));
         delProgress.setRange(0, m_controller.isIndeterminate() ? 0 : 100);
         delProgress.setValue(m_controller.progressPercent());
-        QSizePolicy policy = cancelBtn.sizePolicy();
-        policy.setRetainSizeWhenHidden(true);
-        cancelBtn.setSizePolicy(policy);
         cancelBtn.setVisible(!m_controller.isCancelBtnHidden());
     }
 

@@ -1,6 +1,7 @@
 #include "cleaning/ui/ResultRowDelegate.h"
 
 #include "cleaning/CleanCategories.h"
+#include "core/CheckImage.h"
 #include "core/ui/ImageProvider.h"
 #include "core/ui/Theme.h"
 #include "foundation/Paths.h"
@@ -27,17 +28,6 @@ constexpr std::array groupImages = {
     "system_caches_m.png", "user_caches_m.png", "system_logs_m.png",
     "user_logs_m.png",     "user_trash_m.png",  "download_folder_m.png",
 };
-
-const char *checkImage(const QModelIndex &index) {
-    switch (index.data(Qt::CheckStateRole).value<Qt::CheckState>()) {
-    case Qt::Checked:
-        return "option_yes.png";
-    case Qt::PartiallyChecked:
-        return "option_a.png";
-    default:
-        return "option_no.png";
-    }
-}
 
 QRect middle(const QRect &area, int side) {
     return {area.left() + 2 * theme::grid, area.center().y() - side / 2 + 1, side, side};
@@ -91,10 +81,8 @@ void ResultRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
     else if (option.state.testFlag(QStyle::State_MouseOver))
         painter->fillRect(area, theme::hover());
     if (index.column() == m_form.checkColumn) {
-        const QString image = m_form.checkImageRole >= 0
-                                  ? index.data(m_form.checkImageRole).toString()
-                                  : QString::fromLatin1(checkImage(index));
-        paintImage(*painter, image, middle(option.rect, markSide));
+        const auto state = index.data(Qt::CheckStateRole).value<Qt::CheckState>();
+        paintImage(*painter, QLatin1String(checkImage(state)), middle(option.rect, markSide));
     } else if (index.column() == m_form.nameColumn) {
         paintName(*painter, area, isSelected, index);
     } else if (index.column() == m_form.openColumn) {

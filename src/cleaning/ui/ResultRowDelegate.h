@@ -17,8 +17,7 @@ struct ResultRowForm {
     int holderRole = -1; ///< -1: the model has none
     int groupRole = -1;
     int categoryRole = -1;
-    int checkImageRole = -1; ///< -1: by the check state
-    int imageRole = -1;      ///< of the open column
+    int imageRole = -1; ///< of the open column
 };
 
 /// Paints the rows of the outline and of the category lists: check box, icon, name with its folder,

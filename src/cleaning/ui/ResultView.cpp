@@ -39,7 +39,6 @@ ResultRowForm outlineForm() {
     form.holderRole = CleanOutlineModel::HolderRole;
     form.groupRole = CleanOutlineModel::IsGroupRole;
     form.categoryRole = CleanOutlineModel::CategoryRole;
-    form.checkImageRole = CleanOutlineModel::ImageRole;
     return form;
 }
 

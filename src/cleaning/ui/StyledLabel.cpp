@@ -19,7 +19,7 @@ QString html(const QString &text, const QFont &font, const QColor &color) {
 
 } // namespace
 
-StyledLabel::StyledLabel(QWidget *parent) : QLabel(parent) {
+StyledLabel::StyledLabel(QWidget *parent) : Paragraph(parent) {
     setTextFormat(Qt::RichText);
 }
 
@@ -30,27 +30,8 @@ void StyledLabel::setStyledText(const CleanStyledText &text) {
     render();
 }
 
-void StyledLabel::setParagraphWidth(int width) {
-    m_paragraphWidth = width;
-    setWordWrap(true);
-    setFixedWidth(width);
-}
-
-QSize StyledLabel::sizeHint() const {
-    return m_paragraphWidth > 0 ? QSize(m_paragraphWidth, heightForWidth(m_paragraphWidth))
-                                : QLabel::sizeHint();
-}
-
-QSize StyledLabel::minimumSizeHint() const {
-    return m_paragraphWidth > 0 ? sizeHint() : QLabel::minimumSizeHint();
-}
-
-bool StyledLabel::hasHeightForWidth() const {
-    return m_paragraphWidth == 0 && QLabel::hasHeightForWidth();
-}
-
 void StyledLabel::changeEvent(QEvent *event) {
-    QLabel::changeEvent(event);
+    Paragraph::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         render();
 }

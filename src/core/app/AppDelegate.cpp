@@ -174,7 +174,7 @@ void AppDelegate::showPage(int row) {
     showMainWindow();
     // The text only fills the place of the first element.
     const QVariantList object{QStringLiteral("s"), row};
-    NotificationCenter::defaultCenter().post(QStringLiteral("shouldSelectRow"), nullptr,
+    NotificationCenter::defaultCenter().post(shouldSelectRowNotification, nullptr,
                                              {{QStringLiteral("object"), object}});
 }
 

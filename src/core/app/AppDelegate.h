@@ -30,9 +30,6 @@ namespace brightsweep {
 struct Notification;
 class RefreshLoop;
 
-/// Posted by the quick clean window when it is to go.
-inline constexpr QLatin1String DSShouldCloseWindow("ShouldCloseWindow");
-
 /// What the application is made of; what is left out is the usual one.
 struct AppDelegateParts {
     StatusItem *statusItem = nullptr;        ///< else the platform's

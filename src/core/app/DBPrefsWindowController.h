@@ -93,8 +93,8 @@ public:
     QString panelForIdentifier(const QString &identifier) const;
 
 Q_SIGNALS:
-    /// Put the panel in the place of the one on show. With `animate` and crossFade() it is faded
-    /// in; otherwise the window's frame alone is animated or not.
+    /// Put the panel in the place of the one on show. The panels change at once; with `animate` and
+    /// crossFade() the window's frame takes its time.
     void displayPanel(const QString &identifier, bool animate);
     void selectedItemChanged(const QString &identifier);
     void titleChanged(const QString &title);

@@ -124,6 +124,7 @@ QSplitter::handle { background: @hairline; }
 QGroupBox { border: 1px solid @hairline; border-radius: @radius; margin-top: 16px; padding: 16px; }
 QGroupBox::title { subcontrol-origin: margin; left: 12px; color: @secondary; }
 QFrame[card="true"] { background: @raised; border: 1px solid @hairline; border-radius: @radius; }
+QFrame[hairline="true"] { background: @hairline; }
 QDialog[sheet="true"] { background: @raised; border: 1px solid @edge; border-radius: @radius; }
 QLabel { background: transparent; }
 QLabel[secondary="true"] { color: @secondary; }

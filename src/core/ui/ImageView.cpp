@@ -1,4 +1,4 @@
-#include "effects/ImageView.h"
+#include "core/ui/ImageView.h"
 
 #include "core/ui/ImageProvider.h"
 
