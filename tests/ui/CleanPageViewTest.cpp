@@ -7,6 +7,7 @@
 #include "cleaning/ui/HiddenTicksNotice.h"
 #include "cleaning/ui/ResultView.h"
 #include "core/ui/AlertSheet.h"
+#include "core/ui/Theme.h"
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
@@ -341,6 +342,24 @@ TEST_F(CleanPageView, NamesAreTextWhereverTheyAreShown) {
     EXPECT_THAT(leaf(0).data(Qt::ToolTipRole).toString().toStdString(),
                 HasSubstr("&lt;b&gt;x &amp; y"));
     EXPECT_FALSE(outline->grab().isNull());
+}
+
+TEST_F(CleanPageView, ASelectedRowHasNoSeamsAtAnyScale) {
+    panel->resize(panel->width() + 1, panel->height()); // columns at odd places
+    QApplication::processEvents();
+    QWidget *const rows = outline->viewport();
+    for (const qreal scale : {1.0, 1.25, 1.5, 1.75}) {
+        for (const QModelIndex &row : {group(), leaf(0)}) {
+            outline->setCurrentIndex(row);
+            QImage image((QSizeF(rows->size()) * scale).toSize(), QImage::Format_RGB32);
+            image.setDevicePixelRatio(scale);
+            rows->render(&image, {}, {}, QWidget::DrawChildren | QWidget::DrawWindowBackground);
+            // Below the row's upper edge and above all words.
+            const int y = int((outline->visualRect(row).top() + 3) * scale);
+            for (int x = 1; x < image.width() - 1; ++x)
+                ASSERT_EQ(image.pixelColor(x, y), theme::selection()) << x << " at " << scale;
+        }
+    }
 }
 
 TEST_F(CleanPageView, EveryControlIsReachedAndNamed) {

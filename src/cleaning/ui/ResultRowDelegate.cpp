@@ -72,14 +72,16 @@ void ResultRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
     if (isLeaf && index.column() == m_form.spannedColumn)
         return paintSpanned(*painter, option, index);
     painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
     const QRect area =
         isLeaf && index.column() == m_form.nameColumn ? spanned(option) : option.rect;
+    // Sharp edges: at 150% soft ones would leave seams between the cells.
+    painter->setRenderHint(QPainter::Antialiasing, false);
     if (isSelected)
         painter->fillRect(area, theme::selection());
     else if (option.state.testFlag(QStyle::State_MouseOver))
         painter->fillRect(area, theme::hover());
+    painter->setRenderHint(QPainter::Antialiasing);
     if (index.column() == m_form.checkColumn) {
         const auto state = index.data(Qt::CheckStateRole).value<Qt::CheckState>();
         paintImage(*painter, QLatin1String(checkImage(state)), middle(option.rect, markSide));
@@ -118,9 +120,10 @@ void ResultRowDelegate::paintSpanned(QPainter &painter, const QStyleOptionViewIt
     QRect area = view->visualRect(name);
     area.setRight(option.rect.right());
     painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
     painter.setClipRect(option.rect, Qt::IntersectClip);
+    painter.setRenderHint(QPainter::Antialiasing, false);
     painter.fillRect(option.rect, isSelected ? theme::selection() : theme::hover());
+    painter.setRenderHint(QPainter::Antialiasing);
     paintName(painter, area, isSelected, name);
     painter.restore();
 }
