@@ -1,6 +1,7 @@
 // How long the clean page keeps its thread with many rows in one category: bench_clean_page [ROWS].
 // Everything lies below a temporary folder; its files are empty.
 
+#include "ManyRows.h"
 #include "cleaning/CleanOutlineController.h"
 #include "cleaning/NewMainViewController.h"
 #include "core/app/RegisterDefaults.h"
@@ -11,21 +12,14 @@
 #include <QEventLoop>
 #include <QPersistentModelIndex>
 
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <string>
 
 using namespace brightsweep;
-using SteadyClock = std::chrono::steady_clock;
+using bench::millisecondsSince;
+using bench::SteadyClock;
 
 namespace {
-
-double millisecondsSince(SteadyClock::time_point start) {
-    return std::chrono::duration<double, std::milli>(SteadyClock::now() - start).count();
-}
 
 template <typename Act>
 void measure(const char *what, double limit, Act act) {
@@ -42,21 +36,8 @@ void measure(const char *what, double limit, Act act) {
 } // namespace
 
 int main(int argc, char **argv) {
-    char folder[] = "/tmp/bench-clean-page-XXXXXX";
-    if (!::mkdtemp(folder))
-        return 1;
-    const std::filesystem::path home = folder;
-    for (const char *name : {"HOME", "XDG_RUNTIME_DIR"})
-        ::setenv(name, folder, 1);
-    for (const char *name :
-         {"XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
-        ::unsetenv(name);
-    ::setenv("BRIGHTSWEEP_SYSTEM_ROOT", (home / "system").c_str(), 1);
     const unsigned rows = argc > 1 ? unsigned(std::atoi(argv[1])) : 100'000;
-    std::filesystem::create_directories(home / ".cache");
-    std::filesystem::create_directories(home / "system");
-    for (unsigned row = 0; row < rows; ++row)
-        std::ofstream(home / ".cache" / ("a file of some length " + std::to_string(row)));
+    const bench::ManyRows home(rows);
 
     QCoreApplication application(argc, argv);
     Platform::setCurrent(makeLinuxPlatform());
@@ -102,6 +83,5 @@ int main(int argc, char **argv) {
             }
         });
     }
-    std::filesystem::remove_all(home);
     return 0;
 }

@@ -1,6 +1,7 @@
 // How the clean page's window behaves with many rows in one category: bench_clean_paint [ROWS
 // [SCALE]]. It is 900 by 600 on a screen in memory; everything lies below a temporary folder.
 
+#include "ManyRows.h"
 #include "cleaning/CleanOutlineController.h"
 #include "cleaning/NewMainViewController.h"
 #include "cleaning/ui/CleanResultsPanel.h"
@@ -15,23 +16,16 @@
 #include <QScrollBar>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <filesystem>
-#include <fstream>
-#include <string>
 #include <vector>
 
 using namespace brightsweep;
-using SteadyClock = std::chrono::steady_clock;
+using bench::millisecondsSince;
+using bench::SteadyClock;
 
 namespace {
-
-double millisecondsSince(SteadyClock::time_point start) {
-    return std::chrono::duration<double, std::milli>(SteadyClock::now() - start).count();
-}
 
 double ownMilliseconds() {
     timespec now{};
@@ -72,26 +66,10 @@ std::vector<double> scroll(QScrollBar &bar, int rows) {
 } // namespace
 
 int main(int argc, char **argv) {
-    char folder[] = "/tmp/bench-clean-paint-XXXXXX";
-    if (!::mkdtemp(folder))
-        return 1;
-    const std::filesystem::path home = folder;
-    for (const char *name : {"HOME", "XDG_RUNTIME_DIR"})
-        ::setenv(name, folder, 1);
-    for (const char *name :
-         {"XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
-        ::unsetenv(name);
-    ::setenv("BRIGHTSWEEP_SYSTEM_ROOT", (home / "system").c_str(), 1);
     ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
     ::setenv("QT_SCALE_FACTOR", argc > 2 ? argv[2] : "1", 1);
-    const unsigned rows = argc > 1 ? unsigned(std::atoi(argv[1])) : 100'000;
-    std::filesystem::create_directories(home / ".cache");
-    std::filesystem::create_directories(home / "system");
-    constexpr std::array endings = {".png", ".txt", ".mp4", "", ".tar.gz", ".pdf"};
-    for (unsigned row = 0; row < rows; ++row)
-        std::ofstream(
-            home / ".cache" /
-            ("a file of some length " + std::to_string(row) + endings[row % endings.size()]));
+    const bench::ManyRows home(argc > 1 ? unsigned(std::atoi(argv[1])) : 100'000,
+                               {".png", ".txt", ".mp4", "", ".tar.gz", ".pdf"});
 
     QApplication application(argc, argv);
     Platform::setCurrent(makeLinuxPlatform());
@@ -137,6 +115,5 @@ int main(int argc, char **argv) {
         const std::vector<double> listTimes = scroll(*list.verticalScrollBar(), 3 * 36);
         say("a paint of the list, 99%", listTimes[listTimes.size() * 99 / 100], 16);
     }
-    std::filesystem::remove_all(home);
     return 0;
 }
