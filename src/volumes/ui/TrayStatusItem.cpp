@@ -1,5 +1,6 @@
 #include "volumes/ui/TrayStatusItem.h"
 
+#include <QApplication>
 #include <QGuiApplication>
 #include <QImage>
 #include <QPixmap>
@@ -72,6 +73,11 @@ void TrayStatusItem::setShown(bool shown) {
 void TrayStatusItem::renew() {
     const bool present = m_shown && hostPresent();
     if (present && !m_tray && !m_icon.isNull()) {
+        // The icon is a window to the toolkit, which closes an open menu before it shows one.
+        if (QApplication::activePopupWidget()) {
+            m_watch.start();
+            return;
+        }
         m_tray = std::make_unique<QSystemTrayIcon>(m_icon);
         m_tray->setToolTip(toolTip());
         connect(m_tray.get(), &QSystemTrayIcon::activated, this, &TrayStatusItem::activated);
