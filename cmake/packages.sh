@@ -4,7 +4,7 @@ build_packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-svg-dev)
 run_packages=(pkexec polkitd udisks2 fuse3)
 test_packages=(libgtest-dev libgmock-dev clang-format python3 util-linux locales jdupes
     dbus dbus-daemon udev e2fsprogs python3-dbus python3-gi libfuse3-dev desktop-file-utils appstream man-db groff-base
-    xvfb openbox trayer xdotool at-spi2-core python3-pyatspi weston qt6-wayland)
+    xvfb openbox trayer xdotool at-spi2-core weston qt6-wayland)
 package_packages=(dpkg-dev debootstrap)
 sanitizer_packages=(clang-14 libclang-rt-14-dev)
 

@@ -161,23 +161,15 @@ def rival_memory(desktop, display, command):
 
 def toolbar_places(desktop):
     """Where the window's toolbar has its items, as an assistive program sees them."""
-    words = desktop.run("/usr/bin/python3", "-c", """
-import sys; sys.path.insert(0, sys.argv[1])
-import pyatspi, ui_reader
-for program in ui_reader.programs():
-    for _, thing, _ in ui_reader.visible(program):
-        if thing.name in sys.argv[2:] and thing.getRoleName() == "check box":
-            place = thing.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-            print(place.x + place.width // 2, place.y + place.height // 2)
-""", str(pathlib.Path(sys.path[0])), *PANELS).stdout
-    return [tuple(map(int, line.split())) for line in words.splitlines()]
+    return [(left + width // 2, top + height // 2)
+            for left, top, width, height in desktop.read("places", "check box", *PANELS)]
 
 
 def show_all_pages(desktop, display, places):
     for place in places:
         desktop.click(place)
         time.sleep(0.5)
-    desktop.key("alt+F4")
+    desktop.tap("alt+F4")
     assert eventually(lambda: not display.client()), "the window does not close"
 
 
@@ -257,7 +249,6 @@ def main():
               f"{'kept' if good else 'MISSED'}")
 
     try:
-        desktop.settings("DSAutoCheckUpdate", "0")
         plain = {key: value for key, value in desktop.environment.items()
                  if key not in ("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "NO_AT_BRIDGE")}
         display = Display(desktop.environment["DISPLAY"])
@@ -266,6 +257,7 @@ def main():
         desktop.wait_for("Fast Clean")
         places = eventually(lambda: toolbar_places(desktop))
         end(desktop.running)
+        end(desktop.reader)
         assert len(places) == len(PANELS), places
         desktop.environment = plain
 

@@ -1,8 +1,13 @@
 """A desktop of its own for the real program: display, window manager, tray, buses, disks.
 
-Everything runs in a mount namespace with a /run, /dev and /media of its own and ends with the
-process. The program and the desktop run as a user without rights; only mounts are made as root.
+Everything runs in namespaces with processes, a /run, a /dev and a /media of their own and ends with
+the script. The program and the desktop run as a user without rights; only mounts are made as root.
+Nothing here goes by pace: a key is pressed once, when what is to take it has the keyboard, and what
+it does is waited for.
 """
+import contextlib
+import fcntl
+import json
 import os
 import pathlib
 import select
@@ -16,17 +21,18 @@ import time
 USER = 61234
 NAME = "bstester"
 HERE = pathlib.Path(__file__).resolve().parent
-PATIENCE = 30.0
+PATIENCE = 90.0
+FOLDERS = "brightsweep-stage-"
 NODES = (("null", 1, 3), ("zero", 1, 5), ("random", 1, 8), ("urandom", 1, 9), ("fuse", 10, 229),
          ("loop-control", 10, 237))
 
 
 def enter_namespace():
-    """Starts this script again in a namespace of its own; returns inside."""
+    """Starts this script again in namespaces that end with it; returns inside."""
     if os.environ.get("STAGE_INSIDE") != "1":
         os.environ["STAGE_INSIDE"] = "1"
-        os.execvp("unshare", ["unshare", "--mount", "--propagation", "private", sys.executable,
-                              *sys.argv])
+        os.execvp("unshare", ["unshare", "--mount", "--propagation", "private", "--pid", "--fork",
+                              "--kill-child", "--mount-proc", sys.executable, *sys.argv])
 
 
 def eventually(condition, patience=PATIENCE):
@@ -36,6 +42,54 @@ def eventually(condition, patience=PATIENCE):
         if value or time.monotonic() > end:
             return value
         time.sleep(0.1)
+
+
+def attached_disks():
+    """(device, image) of all disks that are made of files."""
+    for path in pathlib.Path("/sys/block").glob("loop*/loop/backing_file"):
+        try:
+            yield f"/dev/{path.parts[3]}", path.read_text().strip()
+        except OSError:
+            pass  # let go meanwhile
+
+
+def locked(folder, how):
+    """A descriptor that holds the folder for as long as it is open, or None."""
+    try:
+        descriptor = os.open(folder, os.O_RDONLY)
+    except FileNotFoundError:
+        return None
+    try:
+        fcntl.flock(descriptor, how)
+        return descriptor
+    except BlockingIOError:
+        os.close(descriptor)
+        return None
+
+
+def clear_away(folder):
+    """Lets go of the disks whose images are in the folder, and removes it."""
+    for device, image in attached_disks():
+        if image.startswith(f"{folder}/"):
+            subprocess.run(["losetup", "-d", device])
+    shutil.rmtree(folder, ignore_errors=True)
+
+
+def folder_of_this_run():
+    """Makes the folder that holds all folders of this run, and clears away those of killed runs."""
+    place = tempfile.gettempdir()
+    gate = locked(place, fcntl.LOCK_EX)
+    for other in pathlib.Path(place).glob(f"{FOLDERS}*"):
+        held = locked(other, fcntl.LOCK_EX | fcntl.LOCK_NB)
+        if held is not None:
+            clear_away(other)
+            os.close(held)
+    folder = tempfile.mkdtemp(prefix=FOLDERS)
+    os.chmod(folder, 0o755)
+    locked(folder, fcntl.LOCK_EX)
+    os.close(gate)
+    tempfile.tempdir = folder
+    return folder
 
 
 def mount_over(place, *options):
@@ -49,17 +103,16 @@ class Machine:
 
     def __init__(self):
         self.processes = []
-        self.devices = []
-        self.images = tempfile.mkdtemp(prefix="brightsweep-ui-")
-        os.chmod(self.images, 0o755)
         for place in ("/run", "/media", "/dev", "/var/lib/udisks2"):
             mount_over(place)
-        mount_over("/dev/shm", "mode=1777")
+        for place in ("/dev/shm", "/tmp/.X11-unix"):
+            mount_over(place, "mode=1777")
         for name, major, minor in NODES:
             os.mknod(f"/dev/{name}", 0o020666, os.makedev(major, minor))
             os.chmod(f"/dev/{name}", 0o666)
         for number in range(16):
             os.mknod(f"/dev/loop{number}", 0o060600, os.makedev(7, number))
+        self.images = folder_of_this_run()
         for place in ("/run/dbus", "/run/stage/rules"):
             os.makedirs(place)
         pathlib.Path("/run/stage/passwd").write_text(
@@ -71,8 +124,6 @@ class Machine:
             '    if (action.id.indexOf("org.freedesktop.udisks2.") == 0)\n'
             "        return polkit.Result.YES;\n});\n")
         subprocess.run(["mount", "--bind", "/run/stage/rules", "/etc/polkit-1/rules.d"], check=True)
-        os.makedirs("/tmp/.X11-unix", exist_ok=True)
-        os.chmod("/tmp/.X11-unix", 0o1777)
 
     def start(self, *command):
         with open(f"/run/stage/{os.path.basename(command[0])}.log", "wb") as log:
@@ -95,33 +146,34 @@ class Machine:
                  "org.freedesktop.DBus.GetNameOwner", f"string:{name}"],
                 capture_output=True).returncode == 0), name
 
-    def mount_disk(self, label):
-        """Mounts a fresh image below /media and gives its device."""
+    def make_disk(self, label):
+        """Gives the device of a fresh image."""
         image = os.path.join(self.images, f"{label}.img")
         subprocess.run(["truncate", "-s", "64M", image], check=True)
         subprocess.run(["mkfs.ext4", "-q", "-F", "-L", label, image], check=True)
         device = subprocess.run(["losetup", "-f", "--show", image], check=True, text=True,
                                 capture_output=True).stdout.strip()
-        self.devices.append(device)
         subprocess.run(["udevadm", "settle"])
+        return device
+
+    def mount_disk(self, label, device=None):
+        """Mounts the device, or a fresh image, below /media and gives the device."""
+        device = device or self.make_disk(label)
         place = f"/media/{label}"
         os.makedirs(place)
         subprocess.run(["mount", device, place], check=True)
         return device
 
     def is_attached(self, device):
-        return os.path.exists(f"/sys/block/{os.path.basename(device)}/loop/backing_file")
+        return device in dict(attached_disks())
 
     def close(self):
         for place in os.listdir("/media"):
             subprocess.run(["umount", f"/media/{place}"], capture_output=True)
-        for device in self.devices:
-            if self.is_attached(device):
-                subprocess.run(["losetup", "-d", device])
+        clear_away(self.images)
         for process in reversed(self.processes):
             process.terminate()
             process.wait()
-        shutil.rmtree(self.images, ignore_errors=True)
 
 
 class Desktop:
@@ -130,7 +182,7 @@ class Desktop:
     def __init__(self, program, display="x11", tray=True):
         self.program = program
         self.processes = []
-        self.folder = tempfile.mkdtemp(prefix="brightsweep-ui-")
+        self.folder = tempfile.mkdtemp()
         self.environment = {"PATH": os.environ["PATH"], "LC_ALL": "C.UTF-8", "USER": NAME,
                             "HOME": f"{self.folder}/home",
                             "XDG_RUNTIME_DIR": f"{self.folder}/runtime",
@@ -149,23 +201,31 @@ class Desktop:
         try:
             self.start_session(bus, display, tray)
         except BaseException:
+            self.tell_logs()
             self.close()
             raise
 
     def start_session(self, bus, display, tray):
         self.start("dbus-daemon", "--session", f"--address={bus}", "--nofork", "--nopidfile")
-        assert eventually(lambda: os.path.exists(f"{self.folder}/runtime/bus"))
+        assert eventually(lambda: os.path.exists(f"{self.folder}/runtime/bus")), "no session bus"
         if display == "x11":
             self.start_x11()
             self.start("openbox")
-            assert eventually(lambda: self.run("xdotool", "get_desktop").returncode == 0)
+            assert eventually(lambda: self.run("xdotool", "get_desktop").returncode == 0), \
+                "no window manager"
             if tray:
                 self.start_tray()
         else:
             self.environment["WAYLAND_DISPLAY"] = "stage"
             self.start("weston", "--backend=headless-backend.so", "--socket=stage", "--idle-time=0",
                        "--width=1280", "--height=900")
-            assert eventually(lambda: os.path.exists(f"{self.folder}/runtime/stage"))
+            assert eventually(lambda: os.path.exists(f"{self.folder}/runtime/stage")), "no display"
+        with open(f"{self.folder}/reader.log", "wb") as log:
+            self.reader = subprocess.Popen(
+                ["/usr/bin/python3", str(HERE / "ui_reader.py")], stderr=log, stdout=subprocess.PIPE,
+                **{**self.as_user(), "stdin": subprocess.PIPE})
+        self.processes.append(self.reader)
+        self.read("told")  # From now on it hears of everything.
 
     def as_user(self):
         return {"user": USER, "group": USER, "extra_groups": [], "env": self.environment,
@@ -183,8 +243,10 @@ class Desktop:
 
     def start_x11(self):
         reads, writes = os.pipe()
-        self.display = self.start("Xvfb", "-displayfd", str(writes), "-screen", "0", "1280x900x24",
-                                  "-nolisten", "tcp", pass_fds=(writes,))
+        # A key that is let go of late must not count as many, and the display must not begin anew
+        # when one program has gone before the next one comes.
+        self.display = self.start("Xvfb", "-r", "-noreset", "-displayfd", str(writes), "-screen",
+                                  "0", "1280x900x24", "-nolisten", "tcp", pass_fds=(writes,))
         os.close(writes)
         number = b""
         while not number.endswith(b"\n"):
@@ -204,74 +266,167 @@ class Desktop:
         self.running = self.start(self.program, *arguments)
         return self.running
 
+    def activate(self):
+        """Starts the program a second time."""
+        result = self.run(self.program, "--activate")
+        assert result.returncode == 0, result.stderr
+
+    def wait_for_end(self):
+        """The program's exit status."""
+        return self.running.wait(PATIENCE)
+
     def settings(self, key, value):
         command = os.path.join(os.path.dirname(self.program), "brightsweep-cli")
-        return self.run(command, "settings", "set", key, value)
+        result = self.run(command, "settings", "set", key, value)
+        assert result.returncode == 0, result.stderr
+
+    # -- What is on show
+
+    def read(self, *words):
+        self.reader.stdin.write(json.dumps(words).encode() + b"\n")
+        self.reader.stdin.flush()
+        ready, _, _ = select.select([self.reader.stdout], [], [], 2 * PATIENCE)
+        answer = self.reader.stdout.readline() if ready else b""
+        assert answer, pathlib.Path(self.folder, "reader.log").read_text()
+        return json.loads(answer)
 
     def tree(self):
-        """(depth, role, states, name) of everything on show."""
-        lines = self.run("/usr/bin/python3", str(HERE / "ui_reader.py"), "tree").stdout.splitlines()
-        return [tuple(line.split("\t", 3)) for line in lines if line.count("\t") >= 3]
+        """(depth, role, marks, name) of everything on show."""
+        return self.read("tree")
 
     def names(self):
         return [thing[3] for thing in self.tree()]
 
-    def shows(self, beginning):
-        return any(name.startswith(beginning) for name in self.names())
+    def shows(self, *beginnings):
+        names = self.names()
+        return all(any(name.startswith(beginning) for name in names) for beginning in beginnings)
 
-    def wait_for(self, beginning):
-        assert eventually(lambda: self.shows(beginning)), f"{beginning!r} in {self.names()}"
+    def wait_for(self, *beginnings):
+        """Waits until all are on show together."""
+        assert eventually(lambda: self.shows(*beginnings)), f"{beginnings!r} in {self.names()}"
+
+    def wait_for_one(self, beginning):
+        """Waits until it has come, even if it has gone again."""
+        assert eventually(lambda: any(name.startswith(beginning) for name in self.read("told"))), \
+            f"{beginning!r} in {self.read('told')}"
 
     def wait_without(self, beginning):
         assert eventually(lambda: not self.shows(beginning)), f"{beginning!r} in {self.names()}"
 
-    def press(self, name):
-        result = self.run("/usr/bin/python3", str(HERE / "ui_reader.py"), "press", name)
-        assert result.returncode == 0, f"cannot press {name!r}: {result.stderr} {self.tree()}"
+    def wait_for_mark(self, name, mark):
+        assert eventually(lambda: any(mark in marks and name == thing
+                                      for _, _, marks, thing in self.tree())), self.tree()
 
-    def geometry(self, window):
-        words = self.run("xdotool", "getwindowgeometry", "--shell", window).stdout.split()
-        return dict(word.split("=") for word in words)
+    def focused(self):
+        return [name for _, _, marks, name in self.tree() if "focused" in marks]
 
-    def width(self, window):
-        return int(self.geometry(window).get("WIDTH", 0))
+    def windows(self):
+        """The places of the program's windows, (left, top, width, height)."""
+        words = self.run("xdotool", "search", "--onlyvisible", "--class", "brightsweep",
+                         "getwindowgeometry", "--shell", "%@").stdout
+        numbers = dict.fromkeys(("X", "Y", "WIDTH", "HEIGHT"))
+        places = []
+        for word in words.split():
+            key, _, value = word.partition("=")
+            numbers[key] = int(value)
+            if key == "HEIGHT":
+                places.append(tuple(numbers[name] for name in ("X", "Y", "WIDTH", "HEIGHT")))
+        return places
 
     def tray_place(self):
         """The middle of the icon in the tray, or None."""
-        for window in self.run("xdotool", "search", "--class", "brightsweep").stdout.split():
-            place = self.geometry(window)
-            if place and int(place["Y"]) >= 860 and int(place["WIDTH"]) <= 40:
-                return (int(place["X"]) + int(place["WIDTH"]) // 2,
-                        int(place["Y"]) + int(place["HEIGHT"]) // 2)
-        return None
+        return next(((left + width // 2, top + height // 2)
+                     for left, top, width, height in self.windows()
+                     if top >= 860 and width <= 40), None)
+
+    # -- What a person does
+
+    def press(self, name):
+        assert eventually(lambda: self.read("press", name)), f"cannot press {name!r}: {self.tree()}"
 
     def click(self, place):
         self.run("xdotool", "mousemove", str(place[0]), str(place[1]), "click", "1")
 
-    def key(self, keys):
+    def click_tray(self):
+        """Clicks the tray's icon; again only if it moved away."""
+        assert eventually(self.tray_place), "no icon in the tray"
+
+        def clicked():
+            place = self.tray_place()
+            if place:
+                self.click(place)
+            return place and place == self.tray_place()
+        assert eventually(clicked), "the tray's icon keeps moving"
+
+    def has_keyboard(self, name=None):
+        """Whether the thing of that name, or else any window, has the keyboard, for the program and
+        for the display."""
+        owner = self.run("xdotool", "getwindowfocus", "getwindowpid").stdout.strip()
+        return owner == str(self.running.pid) and any(
+            "active" in marks if name is None else name == thing and "focused" in marks
+            for _, _, marks, thing in self.tree())
+
+    def key(self, keys, at=None):
+        assert eventually(lambda: self.has_keyboard(at)), f"no keyboard for {keys}: {self.tree()}"
+        self.tap(keys)
+
+    def tap(self, keys):
+        """For keys whose taker is known to have the keyboard."""
         self.run("xdotool", "key", keys)
 
-    def choose(self, *keys):
-        """Opens the application menu, goes by the keys and presses there."""
-        def windows():
-            found = self.run("xdotool", "search", "--onlyvisible", "--class", "brightsweep")
-            return {window for window in found.stdout.split() if self.width(window) >= 150}
-        assert eventually(lambda: self.run("xdotool", "getactivewindow").stdout)
-        closed = windows()
+    @contextlib.contextmanager
+    def stopped(self):
+        """The program meets all that is done meanwhile at once."""
+        self.running.send_signal(signal.SIGSTOP)
+        try:
+            yield
+        finally:
+            self.running.send_signal(signal.SIGCONT)
 
-        def opened():
-            # A window that has just come may not have the keyboard yet.
-            self.key("F10")
-            return eventually(lambda: windows() - closed, 3)
-        assert eventually(opened), "no menu"
-        # At a person's pace: the menu takes hold of the keyboard only after it is seen.
-        self.run("xdotool", "key", "--delay", "300", "Shift_L", *keys, "Return")
+    def menu(self):
+        """(marks, name) of the items of the open menu."""
+        return [(marks, name) for _, role, marks, name in self.tree() if role == "menu item"]
+
+    def highlighted(self):
+        return next((name for marks, name in self.menu() if "focused" in marks), None)
+
+    def open_menu(self):
+        self.key("F10")
+        assert eventually(self.highlighted), f"no menu: {self.tree()}"
+
+    def end_menu(self, key):
+        self.tap(key)
+        assert eventually(lambda: not self.menu()), "the menu stays open"
+
+    def choose(self, name, key="Down"):
+        """Opens the application menu, goes to that item and presses it; gives the items passed."""
+        self.open_menu()
+        count = len(self.menu())
+        passed = [self.highlighted()]
+        while passed[-1] != name:
+            assert len(passed) < count, f"no {name!r} among {passed}"
+            self.tap(key)
+            assert eventually(lambda: self.highlighted() not in (None, passed[-1])), \
+                f"stays at {passed}"
+            passed.append(self.highlighted())
+        self.end_menu("Return")
+        return passed
+
+    def tell_logs(self):
+        """What the processes of a session that has failed have said."""
+        for process in self.processes:
+            print(process.args[0], process.poll(), file=sys.stderr)
+        for log in sorted(pathlib.Path(self.folder).glob("*.log")):
+            print(f"{log.name}: {log.read_text(errors='replace')[-2000:]}", file=sys.stderr)
 
     def log_text(self):
         return pathlib.Path(self.log).read_text(errors="replace") if os.path.exists(self.log) else ""
 
     def close(self):
         for process in reversed(self.processes):
+            for pipe in (process.stdin, process.stdout):
+                if pipe:
+                    pipe.close()
             if process.poll() is None:
                 process.send_signal(signal.SIGTERM)
                 try:

@@ -57,6 +57,8 @@ name = dbus.service.BusName(WATCHER, bus)
 GLib.MainLoop().run()
 """
 
+BUBBLE_WIDTH = 226
+
 PROGRAM = ""
 MACHINE = None
 
@@ -76,17 +78,24 @@ class Session(unittest.TestCase):
             "string:org.freedesktop.Notifications").returncode == 0))
         return lambda: pathlib.Path(path).read_text().splitlines()
 
+    def started(self, **kinds):
+        desktop = self.desktop(**kinds)
+        desktop.start_program()
+        desktop.wait_for("Fast Clean")
+        return desktop
+
     def open_popup(self, desktop):
-        self.assertTrue(eventually(desktop.tray_place), "no icon in the tray")
-        desktop.click(desktop.tray_place())
+        desktop.click_tray()
         desktop.wait_for("Quit Brightsweep")
+
+    def quit(self, desktop):
+        desktop.press("Quit Brightsweep")
+        self.assertEqual(desktop.wait_for_end(), 1)
 
 
 class Tray(Session):
     def test_volumes_come_and_go_in_the_open_popup(self):
-        desktop = self.desktop()
-        desktop.start_program()
-        desktop.wait_for("Fast Clean")
+        desktop = self.started()
         self.open_popup(desktop)
         names = desktop.names()
         self.assertTrue(any(name.startswith("/, ") and " free of " in name for name in names), names)
@@ -94,37 +103,40 @@ class Tray(Session):
         self.assertIn("Eject All", names)
 
         device = MACHINE.mount_disk("Photos")
-        desktop.wait_for("Photos, ")
-        self.assertTrue(desktop.shows("Photos is mounted successfully!"))
-        self.assertTrue(desktop.shows("Quit Brightsweep"), "the open popup has come back")
+        desktop.wait_for_one("Photos is mounted successfully!")
+        # The open popup has come back.
+        desktop.wait_for("Photos, ", "Quit Brightsweep")
 
         desktop.press("Eject Photos")
-        desktop.wait_for("Photos is unmounted successfully!")
+        desktop.wait_for_one("Photos is unmounted successfully!")
         self.assertTrue(eventually(lambda: not MACHINE.is_attached(device)))
         self.open_popup(desktop)
         self.assertFalse(desktop.shows("Photos, "))
 
-        desktop.press("Quit Brightsweep")
-        self.assertEqual(desktop.running.wait(20), 1)
+        self.quit(desktop)
 
     def test_bubbles_stack_and_go_and_take_no_focus(self):
-        desktop = self.desktop()
-        desktop.start_program()
-        desktop.wait_for("Fast Clean")
-        front = desktop.run("xdotool", "getactivewindow").stdout
-        for label in ("One", "Two", "Three"):
-            MACHINE.mount_disk(label)
-            desktop.wait_for(f"{label} is mounted")
-        tops = []
-        for window in desktop.run("xdotool", "search", "--class", "brightsweep").stdout.split():
-            words = desktop.run("xdotool", "getwindowgeometry", "--shell", window).stdout.split()
-            place = dict(word.split("=") for word in words)
-            if place and place["WIDTH"] == "226":
-                self.assertEqual(int(place["X"]) + 226, 1270)
-                tops.append(int(place["Y"]))
-        self.assertEqual(sorted(tops), [10, 70, 130][:len(tops)])
-        self.assertEqual(desktop.run("xdotool", "getactivewindow").stdout, front)
-        desktop.wait_without("Three is mounted")
+        desktop = self.started()
+        self.assertTrue(eventually(desktop.has_keyboard))
+        front = desktop.run("xdotool", "getwindowfocus").stdout
+        labels = ("One", "Two", "Three")
+        devices = [MACHINE.make_disk(label) for label in labels]
+        # The program meets the three at once, so that all its bubbles live at the same time.
+        with desktop.stopped():
+            for label, device in zip(labels, devices):
+                MACHINE.mount_disk(label, device)
+
+        def places():
+            return sorted((top, left + width) for left, top, width, _ in desktop.windows()
+                          if width == BUBBLE_WIDTH)
+        self.assertTrue(eventually(lambda: len(places()) == len(labels)))
+        self.assertEqual(places(), [(10, 1270), (70, 1270), (130, 1270)])
+        for label in labels:
+            desktop.wait_for_one(f"{label} is mounted")
+        self.assertTrue(desktop.has_keyboard())
+        self.assertEqual(desktop.run("xdotool", "getwindowfocus").stdout, front)
+        for label in labels:
+            desktop.wait_without(f"{label} is mounted")
 
     def test_the_tray_may_come_late_and_come_again(self):
         desktop = self.desktop(tray=False)
@@ -139,7 +151,6 @@ class Tray(Session):
         desktop.start_tray()
         self.open_popup(desktop)
 
-
     def test_the_desktops_own_items_come_first(self):
         desktop = self.desktop()
         desktop.start_program()
@@ -153,7 +164,7 @@ class Tray(Session):
             desktop.run("dbus-send", "--session", "--print-reply", f"--dest={name}", path,
                         "org.kde.StatusNotifierItem.Activate", "int32:640", "int32:20")
             desktop.wait_for("Quit Brightsweep")
-            desktop.key("Escape")
+            desktop.key("Escape", at="Volumes and memory")
             desktop.wait_without("Quit Brightsweep")
             host.terminate()
             host.wait()
@@ -162,30 +173,36 @@ class Tray(Session):
 
 class Window(Session):
     def test_a_second_start_shows_the_page_last_used(self):
-        desktop = self.desktop()
-        desktop.start_program()
-        desktop.wait_for("Fast Clean")
+        desktop = self.started()
         desktop.press("Disk Usage")
         desktop.wait_for("Show Volumes")
         desktop.key("ctrl+w")
         desktop.wait_without("Show Volumes")
         self.assertIsNone(desktop.running.poll(), "closing does not end it")
-        self.assertEqual(desktop.run(PROGRAM, "--activate").returncode, 0)
+        desktop.activate()
         desktop.wait_for("Show Volumes")
         self.assertFalse(desktop.shows("Open Downloads"))
         desktop.key("ctrl+q")
-        self.assertEqual(desktop.running.wait(20), 1)
+        self.assertEqual(desktop.wait_for_end(), 1)
 
     def test_the_application_menu_opens_by_its_key(self):
-        desktop = self.desktop()
-        desktop.start_program()
-        desktop.wait_for("Fast Clean")
-        self.assertTrue(eventually(lambda: desktop.run("xdotool", "getactivewindow").stdout))
-        # Scan is current.
-        desktop.choose("Down", "Down", "Down", "Down")
+        desktop = self.started()
+        self.assertEqual(desktop.choose("Preferences"), ["Scan", "Quick Clean…", "Free Space",
+                                                         "Uninstall", "Preferences"])
         desktop.wait_for("Show Log")
-        desktop.choose("Up", "Up")
+        self.assertEqual(desktop.choose("About", "Up"), ["Scan", "Quit", "About"])
         desktop.wait_for("About Brightsweep")
+
+    def test_the_menu_stays_open_while_the_tray_comes(self):
+        desktop = self.started(tray=False)
+        desktop.wait_for("Volumes and memory")
+        desktop.open_menu()
+        desktop.start_tray()
+        MACHINE.mount_disk("Meanwhile")
+        desktop.wait_for_one("Meanwhile is mounted")
+        self.assertEqual(desktop.highlighted(), "Scan")
+        desktop.end_menu("Escape")
+        self.assertTrue(eventually(desktop.tray_place))
 
     def test_started_at_login_it_opens_no_window(self):
         desktop = self.desktop(tray=False)
@@ -196,21 +213,17 @@ class Window(Session):
         self.assertIn("Open", told()[0])
         self.assertEqual(len(told()), 1)
         self.assertFalse(desktop.shows("Fast Clean"))
-        self.assertEqual(desktop.run(PROGRAM, "--activate").returncode, 0)
+        desktop.activate()
         desktop.wait_for("Fast Clean")
 
     def test_the_display_goes(self):
-        desktop = self.desktop()
-        desktop.start_program()
-        desktop.wait_for("Fast Clean")
+        desktop = self.started()
         desktop.display.kill()
-        self.assertEqual(desktop.running.wait(20), 1)
+        self.assertEqual(desktop.wait_for_end(), 1)
         self.assertIn("The display has gone; the program ends.", desktop.log_text())
 
     def test_no_graphics_driver_is_loaded(self):
-        desktop = self.desktop()
-        desktop.start_program()
-        desktop.wait_for("Fast Clean")
+        desktop = self.started()
         with open(f"/proc/{desktop.running.pid}/maps") as maps:
             loaded = maps.read()
         for part in ("_dri.so", "libGLX_mesa", "libEGL_mesa", "libQt6Qml", "libQt6Quick"):
@@ -230,8 +243,7 @@ class Wayland(Session):
         self.assertTrue(eventually(
             lambda: any("Wayland is mounted successfully!" in line for line in told())), told())
         desktop.wait_for("Wayland, ")
-        desktop.press("Quit Brightsweep")
-        self.assertEqual(desktop.running.wait(20), 1)
+        self.quit(desktop)
 
 
 if __name__ == "__main__":
