@@ -6,6 +6,7 @@
 #include "core/MacLog.h"
 #include "core/app/RegisterDefaults.h"
 #include "foundation/FileDescriptor.h"
+#include "foundation/Log.h"
 #include "memory/ClearMemory.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
@@ -17,6 +18,8 @@
 
 namespace {
 
+bool sessionBusIsSilent = false;
+
 // The terminal form of the program: the same scan, printed.
 int terminalMain(char *program) {
     brightsweep::MacLog::createSupportFolder();
@@ -26,6 +29,8 @@ int terminalMain(char *program) {
 }
 
 int applicationMain(int argc, char **argv, int terminal) {
+    if (sessionBusIsSilent)
+        brightsweep::NSLog("The session bus does not answer; the program starts without it.");
     brightsweep::registerAllDefaults();
 #ifdef BRIGHTSWEEP_GUI
     if (brightsweep::hasDisplay())
@@ -41,6 +46,9 @@ int applicationMain(int argc, char **argv, int terminal) {
 int main(int argc, char **argv) {
     // The log takes the place of standard error.
     const brightsweep::FileDescriptor terminal(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3));
+#ifdef BRIGHTSWEEP_GUI
+    sessionBusIsSilent = brightsweep::hasDisplay() && brightsweep::leaveSilentSessionBus();
+#endif
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
     std::_Exit(brightsweep::runEntry(argc, argv, brightsweep::ClearMemory::freeMemory,
                                      [&] { return applicationMain(argc, argv, terminal.get()); }));

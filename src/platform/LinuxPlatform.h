@@ -7,4 +7,10 @@ struct Platform;
 /// Every facility in its Linux form.
 Platform makeLinuxPlatform();
 
+/// For programs with a window, before there is an application object or a thread: the toolkit waits
+/// for the session bus while it starts. Where that takes connections but does not answer within a
+/// second, the process is as if there were none, and true is the answer; the facilities of the
+/// platform find the bus again once it answers.
+bool leaveSilentSessionBus();
+
 } // namespace brightsweep

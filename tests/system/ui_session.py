@@ -4,10 +4,11 @@ Needs root for its mounts.
 """
 import os
 import pathlib
+import socket
 import sys
 import unittest
 
-from ui_desktop import Desktop, Machine, enter_namespace, eventually
+from ui_desktop import USER, Desktop, Machine, enter_namespace, eventually
 
 NOTIFICATIONS = """
 import dbus, dbus.service, dbus.mainloop.glib, sys
@@ -228,6 +229,41 @@ class Window(Session):
             loaded = maps.read()
         for part in ("_dri.so", "libGLX_mesa", "libEGL_mesa", "libQt6Qml", "libQt6Quick"):
             self.assertNotIn(part, loaded)
+
+
+class SilentBus(Session):
+    def silent_address(self, desktop):
+        """Of a socket that takes connections and never says a word."""
+        place = f"{desktop.folder}/runtime/silent"
+        listener = socket.socket(socket.AF_UNIX)
+        self.addCleanup(listener.close)
+        listener.bind(place)
+        listener.listen(64)
+        os.chown(place, USER, USER)
+        return f"unix:path={place}"
+
+    def check_that_it_works(self, desktop):
+        # Without a bus nobody says what is on show.
+        desktop.start_program()
+        self.assertTrue(eventually(lambda: any(width >= 600 for _, _, width, _
+                                               in desktop.windows()), 15), "no window")
+        desktop.activate()
+        owner = ("xdotool", "getwindowfocus", "getwindowpid")
+        self.assertTrue(eventually(
+            lambda: desktop.run(*owner).stdout.strip() == str(desktop.running.pid)))
+        desktop.tap("ctrl+q")
+        self.assertEqual(desktop.wait_for_end(), 1)
+
+    def test_of_the_session(self):
+        desktop = self.desktop(tray=False)
+        desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = self.silent_address(desktop)
+        self.check_that_it_works(desktop)
+        self.assertIn("The session bus does not answer", desktop.log_text())
+
+    def test_of_the_system(self):
+        desktop = self.desktop(tray=False)
+        desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"] = self.silent_address(desktop)
+        self.check_that_it_works(desktop)
 
 
 class Wayland(Session):

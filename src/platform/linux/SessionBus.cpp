@@ -1,17 +1,15 @@
 #include "platform/linux/SessionBus.h"
 
 #include "foundation/CallQueue.h"
+#include "platform/linux/BusProbe.h"
 
 #include <QDBusError>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <atomic>
 #include <condition_variable>
-#include <cstdlib>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -27,21 +25,6 @@ constexpr std::chrono::milliseconds longestPause(8'000);
 constexpr std::chrono::seconds patienceAtTheEnd(2);
 
 constexpr char busService[] = "org.freedesktop.DBus";
-
-// Empty where there is no bus. The library's own search would start one.
-QString sessionBusAddress() {
-    if (const char *address = std::getenv("DBUS_SESSION_BUS_ADDRESS"); address && *address)
-        return QString::fromLocal8Bit(address);
-    const char *folder = std::getenv("XDG_RUNTIME_DIR");
-    if (!folder || *folder != '/')
-        return {};
-    const std::string socket = std::string(folder) + "/bus";
-    struct stat status;
-    if (::stat(socket.c_str(), &status) != 0 || !S_ISSOCK(status.st_mode))
-        return {};
-    const QByteArray escaped = QByteArray::fromStdString(socket).toPercentEncoding("/", "~");
-    return QStringLiteral("unix:path=") + QString::fromLatin1(escaped);
-}
 
 QString newConnectionName() {
     static std::atomic<unsigned> number{0};
@@ -80,7 +63,11 @@ void SessionBus::open() {
     if (!m_queue)
         m_queue = std::make_unique<CallQueue>();
     m_pause = firstPause;
-    attempt();
+    // Nobody is to wait once more for one that has just kept silent.
+    if (sessionBusIsLeft())
+        retryLater();
+    else
+        attempt();
 }
 
 void SessionBus::close() {
@@ -99,15 +86,18 @@ void SessionBus::close() {
 }
 
 void SessionBus::attempt() {
-    const QString address = sessionBusAddress();
-    if (address.isEmpty()) {
+    const std::string address = sessionBusAddress();
+    if (address.empty()) {
         retryLater();
         return;
     }
     m_attempt = std::make_shared<Attempt>();
     m_attempt->queue = m_queue.get();
     std::thread([this, attempt = m_attempt, address] {
-        const bool connected = QDBusConnection::connectToBus(address, attempt->name).isConnected();
+        const bool connected =
+            !busIsSilent(address) &&
+            QDBusConnection::connectToBus(QString::fromLocal8Bit(address.c_str()), attempt->name)
+                .isConnected();
         const std::lock_guard lock(attempt->mutex);
         attempt->done = true;
         attempt->connected = connected;

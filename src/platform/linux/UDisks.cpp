@@ -1,6 +1,6 @@
 #include "platform/linux/UDisks.h"
 
-#include "foundation/FileDescriptor.h"
+#include "platform/linux/BusProbe.h"
 
 #include <QDBusArgument>
 #include <QDBusError>
@@ -10,14 +10,10 @@
 #include <QDBusPendingCall>
 #include <QDBusPendingReply>
 
-#include <sys/socket.h>
 #include <sys/sysmacros.h>
-#include <sys/un.h>
 
 #include <array>
 #include <chrono>
-#include <cstdlib>
-#include <cstring>
 #include <limits>
 #include <string_view>
 #include <thread>
@@ -106,34 +102,14 @@ bool isSilence(QDBusError::ErrorType error) {
            error == QDBusError::TimedOut || error == QDBusError::Disconnected;
 }
 
-// The path of the bus's socket; empty for an address of another form.
-std::string_view systemBusSocket() {
-    constexpr std::string_view pathAddress = "unix:path=";
-    const char *const variable = std::getenv("DBUS_SYSTEM_BUS_ADDRESS");
-    if (!variable || !*variable)
-        return "/run/dbus/system_bus_socket";
-    const std::string_view address(variable);
-    const bool plain =
-        address.starts_with(pathAddress) && address.find_first_of("%;") == std::string_view::npos;
-    if (!plain)
-        return {};
-    const auto path = address.substr(pathAddress.size());
-    return path.substr(0, path.find(','));
+// Unconnected where the bus does not answer.
+QDBusConnection connectToSystemBus(const QString &name) {
+    return busIsSilent(systemBusAddress())
+               ? QDBusConnection(name)
+               : QDBusConnection::connectToBus(QDBusConnection::SystemBus, name);
 }
 
 } // namespace
-
-bool systemBusListens() {
-    const std::string_view path = systemBusSocket();
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    if (path.empty() || path.size() >= sizeof address.sun_path)
-        return true;
-    std::memcpy(address.sun_path, path.data(), path.size());
-    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-    return socket && ::connect(socket.get(), reinterpret_cast<const sockaddr *>(&address),
-                               sizeof address) == 0;
-}
 
 const UDisksBlock *UDisksSnapshot::block(DeviceNumber number) const {
     for (const UDisksBlock &candidate : blocks) {
@@ -149,9 +125,7 @@ const UDisksDrive *UDisksSnapshot::drive(DeviceNumber disk) const {
     return drive == drives.end() ? nullptr : &drive->second;
 }
 
-UDisks::UDisks()
-    : m_name(newConnectionName()),
-      m_connection(QDBusConnection::connectToBus(QDBusConnection::SystemBus, m_name)) {}
+UDisks::UDisks() : m_name(newConnectionName()), m_connection(connectToSystemBus(m_name)) {}
 
 UDisks::~UDisks() {
     QDBusConnection::disconnectFromBus(m_name);

@@ -52,10 +52,8 @@ struct UDisksError {
     explicit operator bool() const { return !name.isEmpty(); }
 };
 
-/// False where the system bus has no socket, or one that nobody answers. Sends nothing.
-bool systemBusListens();
-
-/// A connection of its own to the disks service over the system bus. Belongs to one thread.
+/// A connection of its own to the disks service over the system bus. Belongs to one thread. A bus
+/// that does not answer is none, which takes a second to find out.
 class UDisks {
 public:
     UDisks();

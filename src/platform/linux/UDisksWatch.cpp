@@ -1,5 +1,7 @@
 #include "platform/linux/UDisksWatch.h"
 
+#include "platform/linux/BusProbe.h"
+
 #include <utility>
 
 namespace brightsweep {
@@ -53,7 +55,7 @@ bool UDisksWatch::isDue() const {
     const bool old = std::chrono::steady_clock::now() - m_fetched >= renewal;
     switch (m_outcome) {
     case Outcome::NoBus:
-        return systemBusListens();
+        return busListens(systemBusAddress());
     case Outcome::NotOffered:
         return m_stale || !m_listening;
     case Outcome::NoAnswer:
