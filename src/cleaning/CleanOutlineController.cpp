@@ -93,7 +93,7 @@ QString CleanOutlineController::pathText(const QModelIndexList &rows) const {
     QStringList lines;
     for (const QModelIndex &row : rows) {
         for (const SimpleTreeNode *leaf : m_model.shownLeaves(row))
-            lines += paths::display(leaf->data().name());
+            lines += paths::text(leaf->data().name());
     }
     return lines.join(QLatin1Char('\n'));
 }

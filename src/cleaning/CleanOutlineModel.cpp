@@ -159,7 +159,7 @@ void CleanOutlineModel::list() {
         for (const CleanResultTree::Node &leaf : group.leaves) {
             const std::string &name = leaf->data().name();
             if (m_filter.isEmpty() ||
-                paths::display(std::string_view(name).substr(name.rfind('/') + 1))
+                paths::text(std::string_view(name).substr(name.rfind('/') + 1))
                     .contains(m_filter, Qt::CaseInsensitive))
                 shown.leaves.push_back(leaf.get());
         }

@@ -54,7 +54,7 @@ bool hasGone(const RemovalTarget &target) {
 QString failureText(const RemovalOutcome &outcome) {
     QString text = QString::fromStdString(outcome.error.message());
     if (!outcome.words.empty())
-        text += QStringLiteral(" (") + paths::display(outcome.words).trimmed() + QLatin1Char(')');
+        text += QStringLiteral(" (") + paths::text(outcome.words).trimmed() + QLatin1Char(')');
     return text;
 }
 
@@ -117,7 +117,7 @@ std::uint64_t ScanViewController::scanDirectory(const std::filesystem::path &dir
     sizeItems(folder, items, &bIsStopTask, [&](const SizedItem &item) {
         const std::filesystem::path path = paths::join(directory, item.name);
         CleanFileInfo &row =
-            withArray.emplace_back(paths::display(path), item.name, path,
+            withArray.emplace_back(paths::text(path.native()), item.name, path,
                                    UtilityFunction::convertVolSpace(item.size), item.size);
         row.root = sharedRoot;
         row.modified = item.modified;

@@ -14,22 +14,11 @@ namespace brightsweep::cli {
 namespace {
 
 std::string shown(std::string_view cell) {
-    std::string text;
-    for (const QChar character : paths::display(cell)) {
-        if (character == QLatin1Char('\n'))
-            text += "\\n";
-        else if (character.unicode() < 0x20 || character.unicode() == 0x7f)
-            text +=
-                "\\x" +
-                QByteArray::number(character.unicode(), 16).rightJustified(2, '0').toStdString();
-        else
-            text += QString(character).toStdString();
-    }
-    return text;
+    return paths::display(cell).toStdString();
 }
 
 std::size_t width(const std::string &utf8) {
-    return std::size_t(paths::display(utf8).size());
+    return std::size_t(paths::text(utf8).size());
 }
 
 } // namespace

@@ -74,14 +74,14 @@ void JsonWriter::bytes(std::string_view name, std::string_view bytes) {
     if (paths::isValidUtf8(bytes)) {
         key(name).value(bytes);
     } else {
-        key(name).value(paths::display(bytes));
+        key(name).value(paths::text(bytes));
         const QByteArray exact = QByteArray(bytes.data(), qsizetype(bytes.size())).toBase64();
         key(std::string(name) + "Base64").value(exact.constData());
     }
 }
 
 void JsonWriter::pathValue(const std::filesystem::path &path) {
-    value(paths::display(path));
+    value(paths::text(path.native()));
 }
 
 void JsonWriter::quoted(std::string_view utf8) {

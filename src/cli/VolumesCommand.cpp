@@ -100,10 +100,10 @@ std::string ejectsAsJson(const std::vector<VolumeEjectAttempt> &attempts) {
             json.key("refNumber").value(attempt.refNumber);
             if (failed) {
                 json.key("status").value(attempt.result.status);
-                json.key("error").value(paths::display(attempt.result.message));
+                json.key("error").value(paths::text(attempt.result.message));
                 json.key("holders").beginArray();
                 for (const std::string &holder : attempt.result.holders)
-                    json.value(paths::display(holder));
+                    json.value(paths::text(holder));
                 json.endArray();
             }
             json.endObject();

@@ -49,7 +49,7 @@ void ParseFileLog::readFileLog(const QString &, FileLog &item) {
         item.date = QDateTime::currentDateTime();
         item.logName = QStringLiteral("FILE SIZE");
     } else if (text && paths::isValidUtf8(*text)) {
-        parseStringToLog(paths::display(*text), item);
+        parseStringToLog(paths::text(*text), item);
     }
 }
 

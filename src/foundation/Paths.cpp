@@ -2,10 +2,51 @@
 
 #include <QByteArrayView>
 
+#include <algorithm>
+
 namespace brightsweep::paths {
 
-QString display(std::string_view bytes) {
+namespace {
+
+// What has no look of its own but changes that of others, and what ends a line.
+bool isEscaped(QChar character) {
+    switch (character.unicode()) {
+    case 0x061c:
+    case 0x200e:
+    case 0x200f:
+    case 0x2028:
+    case 0x2029:
+        return true;
+    default:
+        break;
+    }
+    const auto code = character.unicode();
+    return code < 0x20 || (code >= 0x7f && code < 0xa0) || (code >= 0x202a && code <= 0x202e) ||
+           (code >= 0x2066 && code <= 0x2069);
+}
+
+QString escape(QChar character) {
+    if (character == QLatin1Char('\n'))
+        return QStringLiteral("\\n");
+    const auto code = character.unicode();
+    return code < 0x80 ? QStringLiteral("\\x%1").arg(code, 2, 16, QLatin1Char('0'))
+                       : QStringLiteral("\\u%1").arg(code, 4, 16, QLatin1Char('0'));
+}
+
+} // namespace
+
+QString text(std::string_view bytes) {
     return QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));
+}
+
+QString display(std::string_view bytes) {
+    const QString plain = text(bytes);
+    if (std::none_of(plain.begin(), plain.end(), isEscaped))
+        return plain;
+    QString shown;
+    for (const QChar character : plain)
+        shown += isEscaped(character) ? escape(character) : QString(character);
+    return shown;
 }
 
 QString display(const std::string &bytes) {

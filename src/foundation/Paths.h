@@ -15,12 +15,17 @@ namespace brightsweep {
 /// Paths are bytes: everything but "/" and NUL may stand in a name. Text is made only for showing.
 namespace paths {
 
-/// The text to show for a path: its UTF-8 reading with each invalid byte as U+FFFD.
+/// The UTF-8 reading of a path, with each invalid byte as U+FFFD: for what is read by machines.
+QString text(std::string_view bytes);
+
+/// The text to show for a path: its reading with line ends, other control characters and marks of
+/// direction escaped ("\n", "\x1b", "\u202e"), so that no name can pass for another. Letters that
+/// run from right to left stay.
 QString display(std::string_view bytes);
 QString display(const std::string &bytes);
 QString display(const std::filesystem::path &path);
 
-/// True when the bytes are valid UTF-8, so that display() loses nothing.
+/// True when the bytes are valid UTF-8, so that text() loses nothing.
 bool isValidUtf8(std::string_view bytes);
 
 /// The exact bytes, as a notification's payload carries them, and back.

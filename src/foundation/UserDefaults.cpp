@@ -95,7 +95,7 @@ bool unescape(std::string_view bytes, QString &text) {
     }
     if (!paths::isValidUtf8(plain))
         return false;
-    text = paths::display(plain);
+    text = paths::text(plain);
     return true;
 }
 

@@ -28,7 +28,7 @@ void VolumesInfo::enumVolumesInfo() {
         record.nFreeSize = facts.freeBytes;
         record.freeSpace = UtilityFunction::convertVolSpace(facts.freeBytes);
         record.totalSpace = UtilityFunction::convertVolSpace(facts.totalBytes);
-        record.volumeName = paths::display(facts.name);
+        record.volumeName = paths::text(facts.name);
         record.volRefNumber = facts.refNumber;
         record.volRootDir = facts.root;
         record.bIsDefaultVol = facts.root == "/";

@@ -21,7 +21,7 @@ WatchMountUnmount::~WatchMountUnmount() {
 void WatchMountUnmount::registerNotifications() {
     wsnc.setMountHandler([this](const MountEvent &event) {
         const QVariantMap userInfo = {
-            {NSWorkspaceVolumeLocalizedNameKey, paths::display(event.name)},
+            {NSWorkspaceVolumeLocalizedNameKey, paths::text(event.name)},
             {NSDevicePath, paths::toVariant(event.root)},
         };
         if (event.mounted)

@@ -136,13 +136,16 @@ TEST_F(ScanClean, ScanListsTheSameItemsAndChangesNothing) {
 }
 
 TEST_F(ScanClean, WordsForPeopleKeepOneLinePerItem) {
+    const auto turned = machine.home.file(".cache/photo\xe2\x80\xaegpj.exe");
     const auto told = cli({"clean", "--category", "1"});
     EXPECT_EQ(told.status, 0);
+    EXPECT_THAT(told.output, HasSubstr(".cache/photo\\u202egpj.exe"));
+    EXPECT_THAT(pathsIn(clean({"--category", "1"}), "removed"), testing::Contains(turned));
     EXPECT_THAT(told.output, HasSubstr(".cache/two\\nlines"));
     EXPECT_THAT(told.output, HasSubstr(".cache/bad\xef\xbf\xbd\xef\xbf\xbdname"));
     EXPECT_THAT(told.output, HasSubstr(" would go; --apply removes it\n"));
     EXPECT_EQ(std::count(told.output.begin(), told.output.end(), '\n'),
-              std::ptrdiff_t(machine.items[1].size()) + 2);
+              std::ptrdiff_t(machine.items[1].size()) + 3);
     EXPECT_THAT(cli({"clean", "--category", "1", "--apply"}).output, HasSubstr(" is cleaned\n"));
 }
 

@@ -71,6 +71,29 @@ TEST(Paths, BytesSurviveOptionsAndNotifications) {
     EXPECT_FALSE(paths::isValidUtf8("\xed\xa0\x80")); // half a surrogate pair
 }
 
+TEST(Paths, NoNameShowsAsAnother) {
+    const struct {
+        const char *bytes;
+        const char16_t *shown;
+    } rows[] = {
+        {"plain \\ name", u"plain \\ name"},
+        {"photo\xe2\x80\xaegpj.exe", u"photo\\u202egpj.exe"},
+        {"\xe2\x81\xa6\xe2\x81\xa9 \xe2\x80\x8f\xd8\x9c", u"\\u2066\\u2069 \\u200f\\u061c"},
+        {"two\nlines\r\x1b[2J\x7f", u"two\\nlines\\x0d\\x1b[2J\\x7f"},
+        {"\xc2\x9b"
+         "2J\xe2\x80\xa8",
+         u"\\u009b2J\\u2028"},
+        {"\xd7\xa9\xd7\x9c\xd7\x95\xd7\x9d.txt", u"\u05e9\u05dc\u05d5\u05dd.txt"},
+        {"\xd9\x85\xe2\x80\x8c\xd9\x85", u"\u0645\u200c\u0645"}, // joins letters only
+        {"\xf0\x9f\x98\x80\xff\xc2\xa0", u"\U0001f600\ufffd\u00a0"},
+    };
+    for (const auto &row : rows) {
+        EXPECT_EQ(paths::display(std::string_view(row.bytes)), QString::fromUtf16(row.shown))
+            << row.bytes;
+        EXPECT_EQ(paths::text(row.bytes), QString::fromUtf8(row.bytes));
+    }
+}
+
 TEST(Paths, RelativeEnvironmentIsIgnored) {
     ::setenv("HOME", "/home/x", 1);
     ::setenv("XDG_DATA_HOME", "relative", 1);

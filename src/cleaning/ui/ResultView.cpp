@@ -294,7 +294,7 @@ void CategoryView::reveal(const QModelIndex &index) {
 QString CategoryView::pathText() const {
     QStringList lines;
     for (const QModelIndex &row : selectionModel()->selectedRows())
-        lines += paths::display(paths::fromVariant(row.data(CategoryListModel::PathRole)));
+        lines += paths::text(paths::fromVariant(row.data(CategoryListModel::PathRole)).native());
     return lines.join(u'\n');
 }
 

@@ -395,7 +395,7 @@ void AppDelegate::ejected(const std::vector<VolumeEjectAttempt> &attempts) {
             continue;
         QStringList holders;
         for (const std::string &holder : attempt.result.holders)
-            holders += nameInSentence(paths::display(holder));
+            holders += nameInSentence(paths::text(holder));
         Bubble bubble;
         bubble.firstLine =
             nameInSentence(volume->volumeName) + QStringLiteral(" cannot be ejected.");

@@ -82,7 +82,7 @@ QString LinuxWorkspace::typeOf(const std::filesystem::path &path) {
         return {};
     const QMimeDatabase database;
     return database
-        .mimeTypeForFile(paths::display(paths::lastComponent(path)), QMimeDatabase::MatchExtension)
+        .mimeTypeForFile(paths::text(paths::lastComponent(path)), QMimeDatabase::MatchExtension)
         .name();
 }
 
