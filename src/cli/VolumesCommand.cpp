@@ -98,6 +98,8 @@ std::string ejectsAsJson(const std::vector<VolumeEjectAttempt> &attempts) {
                 continue;
             json.beginObject();
             json.key("refNumber").value(attempt.refNumber);
+            if (attempt.result.driveStays)
+                json.key("driveStays").value(true);
             if (failed) {
                 json.key("status").value(attempt.result.status);
                 json.key("error").value(paths::text(attempt.result.message));
@@ -121,12 +123,16 @@ int report(const std::vector<VolumeEjectAttempt> &attempts, Output &output) {
     std::size_t failed = 0;
     for (const VolumeEjectAttempt &attempt : attempts) {
         const std::string number = std::to_string(attempt.refNumber);
-        if (attempt.result.status == 0) {
+        const bool isEjected = attempt.result.status == 0;
+        if (isEjected)
             text += "Volume " + number + " is ejected\n";
-            continue;
-        }
-        ++failed;
-        output.warning("Volume " + number + " stays: " + reasonOf(attempt.result));
+        else
+            ++failed;
+        if (attempt.result.driveStays)
+            output.warning("Volume " + number +
+                           " is unmounted, but its drive stays: " + reasonOf(attempt.result));
+        else if (!isEjected)
+            output.warning("Volume " + number + " stays: " + reasonOf(attempt.result));
     }
     if (!output.data(output.json ? ejectsAsJson(attempts) : text))
         return Failed;

@@ -37,6 +37,7 @@ struct EjectResult {
     int status = 0;                   ///< 0: gone; else an errno-like number
     std::string message;              ///< the system's words, for the log
     std::vector<std::string> holders; ///< names of the programs that hold the volume, if known
+    bool driveStays = false; ///< all is unmounted, but the drive or the image is not let go
 };
 
 struct MountEvent {

@@ -5,6 +5,8 @@
 #include "platform/Workspace.h"
 #include "volumes/VolumesInfo.h"
 
+#include <utility>
+
 namespace brightsweep {
 
 VolumesManager::VolumesManager() : VolumesManager(*Platform::current().volumes) {}
@@ -44,9 +46,20 @@ bool VolumesManager::openVolRootDir(const std::filesystem::path &path) {
     return Platform::current().workspace->open(plain);
 }
 
+std::string VolumesManager::nameOf(std::int16_t refNumber) {
+    for (const VolumeFacts &facts : m_source.volumes()) {
+        if (facts.refNumber == refNumber)
+            return facts.name;
+    }
+    return {};
+}
+
 bool VolumesManager::tryEject(std::int16_t refNumber) {
-    const EjectResult &result =
-        m_lastEjects.emplace_back(VolumeEjectAttempt{refNumber, m_source.eject(refNumber)}).result;
+    VolumeEjectAttempt attempt{refNumber, nameOf(refNumber), {}};
+    attempt.result = m_source.eject(refNumber);
+    const EjectResult &result = m_lastEjects.emplace_back(std::move(attempt)).result;
+    if (result.driveStays)
+        NSLog("The volume %d is unmounted, but its drive stays: %@", refNumber, result.message);
     if (result.status == 0)
         return true;
     NSLog("Eject the volume %d failed result: %d", refNumber, result.status);

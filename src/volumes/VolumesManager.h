@@ -3,6 +3,7 @@
 #include "platform/VolumeSource.h"
 
 #include <filesystem>
+#include <string>
 #include <vector>
 
 namespace brightsweep {
@@ -10,6 +11,7 @@ namespace brightsweep {
 /// One attempt to eject a volume and how it went.
 struct VolumeEjectAttempt {
     std::int16_t refNumber = 0;
+    std::string name; ///< as VolumeFacts::name, from before; empty for an unknown number
     EjectResult result;
 };
 
@@ -33,6 +35,7 @@ public:
 
 private:
     bool tryEject(std::int16_t refNumber);
+    std::string nameOf(std::int16_t refNumber);
 
     VolumeSource &m_source;
     std::vector<VolumeEjectAttempt> m_lastEjects;

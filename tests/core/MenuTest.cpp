@@ -350,6 +350,21 @@ TEST_F(Menu, ARefusalNamesAVolumeThatHasNoRow) {
     EXPECT_EQ(bubbles, QStringList(QStringLiteral("stick cannot be ejected.")));
 }
 
+TEST_F(Menu, ADriveThatIsNotLetGoIsTold) {
+    volumes->refusals[2] = {EPERM, "not allowed", {}, true};
+    volumes->refusals[3] = {0, "stays powered", {}, true};
+    add("disc", external);
+    add("stick", external);
+    launch();
+    delegate->menu().activate(MenuAction::EjectAll);
+    EXPECT_TRUE(becomes([&] { return bubbles.size() == 2; }));
+    EXPECT_EQ(bubbles,
+              (QStringList{QStringLiteral("disc is unmounted.\nIts drive could not be released."),
+                           QStringLiteral("stick is unmounted.\nIts drive could not be "
+                                          "released.")}));
+    EXPECT_FALSE(delegate->menu().itemWithVolume(2));
+}
+
 TEST_F(Menu, ANameFromRightToLeftTurnsNothingButItself) {
     launch();
     volumes->mountHandler({true, "\xd7\xa9\xd7\x9c\xd7\x95\xd7\x9d", "/media/x"});

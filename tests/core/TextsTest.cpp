@@ -16,6 +16,8 @@ TEST(Texts, EveryKeyOfTheProgramHasAnEnglishText) {
                             "CANNOT_OPEN_FINDER",
                             "NO_HAVE_REMOVABLE",
                             "ROW_WARNS",
+                            "VOLUME_UNMOUNTED",
+                            "DRIVE_STAYS",
                             "NO_FOLDER_CONTENT",
                             "CLEAN_FILES_COUNT",
                             "CLEAN_FILES_SIZE",

@@ -1,7 +1,8 @@
 // Plays the disks service for one block device that it says is a stick on usb with an unlocked
 // part. Arguments: the device's number, and a file that gets a line for each method called; a
 // question for all that it knows is a byte in the file of that name and ".asked". While one with
-// ".refuse" exists, unmounting is refused.
+// ".refuse" exists, unmounting is refused, and while one with ".keep-METHOD" exists, that method of
+// the drive is.
 
 #include "platform/linux/MountTable.h"
 
@@ -50,6 +51,9 @@ public:
                                                          QStringLiteral("target is busy")));
             unmount();
         }
+        if (std::filesystem::exists(m_log + ".keep-" + message.member().toStdString()))
+            return bus.send(
+                message.createErrorReply(named("Error.NotAuthorized"), QStringLiteral("kept")));
         return bus.send(message.createReply());
     }
 

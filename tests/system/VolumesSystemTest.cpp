@@ -256,7 +256,31 @@ TEST_F(VolumesSystemTest, TheServiceSaysWhatADriveIs) {
     const auto result = source().eject(factsOf("/media/stick")->refNumber);
     EXPECT_EQ(result.status, 0) << result.message;
     EXPECT_EQ(calls(), "Filesystem.Unmount\nEncrypted.Lock\nDrive.Eject\nDrive.PowerOff\n");
+    EXPECT_FALSE(result.driveStays);
     EXPECT_FALSE(factsOf("/media/stick"));
+
+    const struct {
+        const char *kept;
+        int status;
+        std::string calls;
+    } refusals[] = {
+        {"Lock", EPERM, "Filesystem.Unmount\nEncrypted.Lock\n"},
+        {"Eject", EPERM, "Filesystem.Unmount\nEncrypted.Lock\nDrive.Eject\n"},
+        {"PowerOff", 0, "Filesystem.Unmount\nEncrypted.Lock\nDrive.Eject\nDrive.PowerOff\n"},
+    };
+    for (const auto &row : refusals) {
+        SCOPED_TRACE(row.kept);
+        machine().mountDisk(disk, "/media/stick");
+        const std::string kept = log + ".keep-" + row.kept;
+        std::ofstream(kept) << "now";
+        const auto refused = source().eject(factsOf("/media/stick")->refNumber);
+        EXPECT_EQ(refused.status, row.status);
+        EXPECT_TRUE(refused.driveStays);
+        EXPECT_NE(refused.message.find("kept"), std::string::npos) << refused.message;
+        EXPECT_EQ(calls(), row.calls);
+        EXPECT_FALSE(factsOf("/media/stick"));
+        fs::remove(kept);
+    }
     source().setFactsHandler(nullptr);
     machine().stopDisks();
 }

@@ -46,14 +46,16 @@ public:
     EjectResult eject(std::int16_t refNumber) override {
         if (beforeEject)
             beforeEject();
+        EjectResult result;
         {
             const std::lock_guard lock(m_mutex);
             ejected.push_back(refNumber);
             if (const auto refusal = refusals.find(refNumber); refusal != refusals.end())
-                return refusal->second;
+                result = refusal->second;
         }
-        remove(refNumber);
-        return {};
+        if (result.status == 0 || result.driveStays)
+            remove(refNumber);
+        return result;
     }
     void setMountHandler(std::function<void(const MountEvent &)> handler) override {
         mountHandler = std::move(handler);

@@ -388,6 +388,12 @@ void AppDelegate::ejected(const std::vector<VolumeEjectAttempt> &attempts) {
     // A volume that has gone by itself meanwhile is where it was wanted.
     getBootVolume();
     for (const VolumeEjectAttempt &attempt : attempts) {
+        if (attempt.result.driveStays) {
+            m_bubbles.initBubbleViewWith(
+                {localizedText("VOLUME_UNMOUNTED").arg(nameInSentence(paths::text(attempt.name))),
+                 localizedText("DRIVE_STAYS")});
+            continue;
+        }
         const auto volume = std::find_if(volsInfo->begin(), volsInfo->end(), [&](const auto &each) {
             return each.volRefNumber == attempt.refNumber;
         });

@@ -1,7 +1,6 @@
 #include "platform/linux/VolumeEject.h"
 
 #include "foundation/FileDescriptor.h"
-#include "foundation/Log.h"
 #include "platform/linux/BlockDevice.h"
 #include "platform/linux/ChildProcess.h"
 #include "platform/linux/UDisks.h"
@@ -45,6 +44,11 @@ std::string words(int number) {
 EjectResult failure(const UDisksError &error) {
     const std::string name = error.name.toStdString();
     return {statusOfBusError(name), name + ": " + error.message.toStdString(), {}};
+}
+
+EjectResult driveStays(EjectResult result) {
+    result.driveStays = true;
+    return result;
 }
 
 // The object, or what it could do, has gone before the call arrived.
@@ -192,7 +196,7 @@ EjectResult Drive::lockAll() {
             continue;
         const UDisksError error = m_service.call(block.path, "Encrypted", "Lock");
         if (error && !isGone(error))
-            return failure(error);
+            return driveStays(failure(error));
     }
     return {};
 }
@@ -209,14 +213,13 @@ EjectResult Drive::letGo() {
     if (drive->ejectable) {
         const UDisksError error = m_service.call(block->drive, "Drive", "Eject");
         if (error && !isGone(error) && !error.name.endsWith(QLatin1String(".NotSupported")))
-            return failure(error);
+            return driveStays(failure(error));
     }
     if (drive->canPowerOff) {
-        // All of it is unmounted, so that it may be pulled with the power on as well.
         const UDisksError error = m_service.call(block->drive, "Drive", "PowerOff");
+        // All of it is unmounted, so that the volume has gone all the same.
         if (error && !isGone(error))
-            NSLog("The drive of %@ stays powered: %@ %@", m_mount.mountPoint, error.name,
-                  error.message);
+            return driveStays({0, failure(error).message, {}});
     }
     return {};
 }
@@ -233,13 +236,12 @@ EjectResult Drive::detachImage() {
         const UDisksError error = m_service.call(block->path, "Loop", "Delete");
         if (!error || isGone(error) || !attached())
             return {};
-        return failure(error);
+        return driveStays(failure(error));
     }
     const FileDescriptor device(
         ::open(("/dev/" + m_device->disk).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!device || (::ioctl(device.get(), LOOP_CLR_FD) != 0 && errno != ENXIO))
-        NSLog("The image of %@ stays attached to %@: %@", m_mount.mountPoint, m_device->disk,
-              words(errno));
+        return driveStays({0, m_device->disk + ": " + words(errno), {}});
     return {};
 }
 
