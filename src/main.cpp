@@ -50,6 +50,9 @@ int main(int argc, char **argv) {
     sessionBusIsSilent = brightsweep::hasDisplay() && brightsweep::leaveSilentSessionBus();
 #endif
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
-    std::_Exit(brightsweep::runEntry(argc, argv, brightsweep::ClearMemory::freeMemory,
-                                     [&] { return applicationMain(argc, argv, terminal.get()); }));
+    const int status = brightsweep::runEntry(argc, argv, brightsweep::ClearMemory::freeMemory, [&] {
+        return applicationMain(argc, argv, terminal.get());
+    });
+    brightsweep::ObjectLog::flushAll();
+    std::_Exit(status);
 }

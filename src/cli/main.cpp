@@ -3,6 +3,7 @@
 #include "core/MacLog.h"
 #include "core/app/RegisterDefaults.h"
 #include "foundation/Identity.h"
+#include "foundation/Log.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
 
@@ -12,5 +13,7 @@ int main(int argc, char **argv) {
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
     brightsweep::MacLog::setLogFileForCommandLine(brightsweep::logFileName);
     brightsweep::registerAllDefaults();
-    std::_Exit(brightsweep::cli::runCommandLine(argc, argv));
+    const int status = brightsweep::cli::runCommandLine(argc, argv);
+    brightsweep::ObjectLog::flushAll();
+    std::_Exit(status);
 }

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <set>
 
 namespace brightsweep {
 
@@ -118,6 +119,17 @@ std::int64_t nowMilliseconds() {
     return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
+// The object logs that there are. Never destroyed, as jobs may outlive everything.
+struct AllLogs {
+    std::mutex mutex;
+    std::set<ObjectLog *> logs;
+};
+
+AllLogs &allLogs() {
+    static auto *const all = new AllLogs;
+    return *all;
+}
+
 // Threads are numbered in the order in which they first log.
 unsigned threadNumber() {
     static std::atomic<unsigned> last{0};
@@ -192,15 +204,41 @@ void write(std::string_view lines) {
 
 } // namespace Log
 
-void ObjectLog::add(std::string_view message) {
-    if (m_lines.empty())
-        m_firstLineTime = nowMilliseconds();
-    m_lines += Log::line(message);
-    if (m_lines.size() >= batchSize || nowMilliseconds() - m_firstLineTime >= batchMilliseconds)
-        flush();
+ObjectLog::ObjectLog() {
+    const std::lock_guard lock(allLogs().mutex);
+    allLogs().logs.insert(this);
+}
+
+ObjectLog::~ObjectLog() {
+    {
+        const std::lock_guard lock(allLogs().mutex);
+        allLogs().logs.erase(this);
+    }
+    flush();
 }
 
 void ObjectLog::flush() {
+    const std::lock_guard lock(m_mutex);
+    handOver();
+}
+
+void ObjectLog::flushAll() {
+    const std::lock_guard lock(allLogs().mutex);
+    for (ObjectLog *log : allLogs().logs)
+        log->flush();
+}
+
+void ObjectLog::add(std::string_view message) {
+    const std::string line = Log::line(message);
+    const std::lock_guard lock(m_mutex);
+    if (m_lines.empty())
+        m_firstLineTime = nowMilliseconds();
+    m_lines += line;
+    if (m_lines.size() >= batchSize || nowMilliseconds() - m_firstLineTime >= batchMilliseconds)
+        handOver();
+}
+
+void ObjectLog::handOver() {
     if (m_lines.empty())
         return;
     struct stat status {};

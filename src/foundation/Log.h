@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <initializer_list>
+#include <mutex>
 #include <span>
 #include <string>
 #include <string_view>
@@ -76,11 +77,11 @@ void NSLog(const char *format, const Arguments &...arguments) {
 
 /// Lines that a job writes for every object it meets, handed over in batches: at 64 KiB, after
 /// 100 ms, at flush() and at the end. When the log file has passed Log::sizeLimit they are left
-/// out, after one line of the process that says so. Belongs to one thread.
+/// out, after one line of the process that says so. Belongs to one thread but for flushAll().
 class ObjectLog {
 public:
-    ObjectLog() = default;
-    ~ObjectLog() { flush(); }
+    ObjectLog();
+    ~ObjectLog();
     ObjectLog(const ObjectLog &) = delete;
     ObjectLog &operator=(const ObjectLog &) = delete;
 
@@ -90,10 +91,15 @@ public:
         add(Log::format(format, std::span(list.begin(), list.size())));
     }
     void flush();
+    /// Hands over what every one has, for an end of the process that no job lives to see. Any
+    /// thread, but no signal handler.
+    static void flushAll();
 
 private:
     void add(std::string_view message);
+    void handOver();
 
+    std::mutex m_mutex; // guards the fields below
     std::string m_lines;
     std::int64_t m_firstLineTime = 0;
 };

@@ -1,9 +1,15 @@
 #include "core/Resident.h"
 #include "core/SettingKeys.h"
 #include "core/app/RefreshLoop.h"
+#include "foundation/FileDescriptor.h"
+#include "foundation/Log.h"
+#include "foundation/SmallFile.h"
 #include "foundation/UserDefaults.h"
 #include "preferences/PreferenceViewController.h"
+#include "support/TestEnvironment.h"
 #include "volumes/VolumeNotifications.h"
+
+#include <fcntl.h>
 
 #include <atomic>
 
@@ -104,9 +110,17 @@ TEST_F(Launch, HelpOpensTheGuide) {
 
 TEST_F(Launch, QuitEndsWithOneAndTakesTheItemAway) {
     launch();
+    const auto path = test::TestEnvironment::current().work() / "log";
+    const FileDescriptor file(::open(path.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
+    const int before = Log::descriptor();
+    Log::setDescriptor(file.get());
+    ObjectLog worker;
+    worker.log("the last of a worker");
     delegate->menu().activate(MenuAction::Quit);
+    Log::setDescriptor(before);
     EXPECT_EQ(exits, std::vector<int>{1});
     EXPECT_FALSE(item->shown);
+    EXPECT_NE((*readSmallFile(path)).find("the last of a worker"), std::string::npos);
 }
 
 TEST_F(Launch, QuitDoesNotWaitForAnEject) {

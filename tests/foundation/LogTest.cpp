@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <future>
 #include <iterator>
 #include <regex>
 #include <thread>
@@ -127,6 +128,28 @@ TEST(Log, ObjectLinesComeInBatches) {
         objects.log("goes with it");
     }
     EXPECT_EQ(log.lines().size(), 3u);
+}
+
+TEST(Log, ObjectLinesOfRunningJobsAreFetched) {
+    test::TestTree tree;
+    const LogToFile log(tree.path("log"));
+    std::promise<void> logged;
+    std::promise<void> release;
+    std::thread job([&] {
+        ObjectLog objects;
+        for (int i = 0; i < 3; ++i)
+            objects.log("object %d", i);
+        logged.set_value();
+        release.get_future().wait();
+        objects.log("last");
+    });
+    logged.get_future().wait();
+    ObjectLog::flushAll();
+    EXPECT_EQ(log.lines().size(), 3u);
+    release.set_value();
+    job.join();
+    ObjectLog::flushAll();
+    EXPECT_EQ(log.lines().size(), 4u);
 }
 
 TEST(Log, ObjectLinesEndAtTheLimit) {

@@ -249,6 +249,7 @@ void AppDelegate::takeLeave() {
     Q_EMIT quitting();
     _statusItem.setShown(false);
     UserDefaults::standardUserDefaults().synchronize();
+    ObjectLog::flushAll();
 }
 
 void AppDelegate::restart() {

@@ -49,12 +49,14 @@ void logMessage(QtMsgType type, const QMessageLogContext &context, const QString
     if (type != QtFatalMsg)
         return;
     tellStarter(text.toStdString());
+    ObjectLog::flushAll();
     std::_Exit(failureStatus);
 }
 
 // Only the toolkit calls exit(), when the display has gone. No destructor may meet a worker then.
 void endWithoutDisplay() {
     NSLog("The display has gone; the program ends.");
+    ObjectLog::flushAll();
     std::_Exit(failureStatus);
 }
 
