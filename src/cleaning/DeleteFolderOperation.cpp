@@ -7,6 +7,7 @@
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
 #include "uninstall/NvAuthorization.h"
+#include "uninstall/TrashRecord.h"
 
 #include <string>
 
@@ -130,6 +131,7 @@ void DeleteFolderOperation::main() {
     post(DSBeginFastClean);
     if (isCancelled())
         return post(DSCleanCanceled);
+    const TrashBatch batch;
     for (const std::filesystem::path &folder : folderPathArr) {
         if (isCancelled())
             return post(DSCleanCanceled);

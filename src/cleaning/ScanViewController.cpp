@@ -10,6 +10,7 @@
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
 #include "uninstall/NvAuthorization.h"
+#include "uninstall/TrashRecord.h"
 
 #include <QTimer>
 
@@ -177,13 +178,16 @@ void ScanViewController::fastClean(std::nullptr_t, ThreadWorker *worker) {
     }
     std::unordered_map<std::string, QString> failures;
     std::unordered_set<std::string> removed;
-    for (CleanFileInfo &row : selected) {
-        if (worker->cancelled())
-            break;
-        if (removeRow(row, worker->cancelledFlag()))
-            removed.insert(row.path.native());
-        else
-            failures[row.path.native()] = row.failure;
+    {
+        const TrashBatch batch;
+        for (CleanFileInfo &row : selected) {
+            if (worker->cancelled())
+                break;
+            if (removeRow(row, worker->cancelledFlag()))
+                removed.insert(row.path.native());
+            else
+                failures[row.path.native()] = row.failure;
+        }
     }
     {
         const std::lock_guard lock(m_mutex);

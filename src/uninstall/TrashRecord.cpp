@@ -19,6 +19,7 @@ namespace {
 
 constexpr char sizesFile[] = "directorysizes";
 constexpr char newSizesFile[] = "directorysizes.brightsweep-new";
+constexpr std::size_t batchSize = 5'000;
 constexpr int placeFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 std::error_code lastError() {
@@ -77,9 +78,47 @@ std::mutex &rewriting() {
     return mutex;
 }
 
+std::error_code forgetSizes(int trash, const std::unordered_set<std::string> &names) {
+    const std::lock_guard lock(rewriting());
+    const FileDescriptor old(
+        ::openat(trash, sizesFile, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
+    struct stat status;
+    if (!old || ::fstat(old.get(), &status) != 0)
+        return lastError();
+    if (!S_ISREG(status.st_mode))
+        return std::make_error_code(std::errc::invalid_argument);
+    const auto text = readAll(old.get());
+    if (!text)
+        return text.error();
+    const std::string kept = withoutDirectorySizes(*text, names);
+    if (kept == *text)
+        return {};
+    // One that a crash has left behind is in nobody's use.
+    ::unlinkat(trash, newSizesFile, 0);
+    const FileDescriptor replacement(
+        ::openat(trash, newSizesFile, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!replacement)
+        return lastError();
+    // The owner can be kept by root only; anybody else owns the trash.
+    const bool owned = ::fchown(replacement.get(), status.st_uid, status.st_gid) == 0 ||
+                       ::geteuid() == status.st_uid;
+    if (!owned || ::fchmod(replacement.get(), status.st_mode & 07777) != 0 ||
+        !writeAndSynchronise(replacement.get(), kept) ||
+        ::renameat(trash, newSizesFile, trash, sizesFile) != 0) {
+        const auto error = lastError();
+        ::unlinkat(trash, newSizesFile, 0);
+        return error;
+    }
+    return {};
+}
+
+// The one that gathers for this thread; null without.
+thread_local TrashBatch *currentBatch = nullptr;
+
 } // namespace
 
-std::string withoutDirectorySize(std::string_view text, std::string_view name) {
+std::string withoutDirectorySizes(std::string_view text,
+                                  const std::unordered_set<std::string> &names) {
     std::string kept;
     while (!text.empty()) {
         const std::string_view line =
@@ -88,7 +127,7 @@ std::string withoutDirectorySize(std::string_view text, std::string_view name) {
         const std::string_view encoded = encodedName(line.substr(0, line.find('\n')));
         const auto decoded =
             QByteArray::fromPercentEncoding(QByteArray(encoded.data(), qsizetype(encoded.size())));
-        if (std::string_view(decoded.data(), std::size_t(decoded.size())) != name)
+        if (!names.contains(decoded.toStdString()))
             kept += line;
     }
     return kept;
@@ -116,7 +155,10 @@ std::optional<TrashRecord> TrashRecord::of(FileOperations &files, const RemovalT
 }
 
 bool TrashRecord::forget() const {
-    forgetSize();
+    if (currentBatch)
+        currentBatch->add(m_trash, m_name);
+    else
+        forgetSizes(m_trash.get(), {m_name});
     return ::unlinkat(m_info.get(), (m_name + ".trashinfo").c_str(), 0) == 0 || errno == ENOENT ||
            errno == ENAMETOOLONG; // a name with no room for the ending never had one
 }
@@ -128,39 +170,26 @@ Result<RemovalTarget> TrashRecord::trashInfo() const {
     return RemovalTarget{{m_infoPath, status.st_dev, status.st_ino}, m_name + ".trashinfo"};
 }
 
-std::error_code TrashRecord::forgetSize() const {
-    const std::lock_guard lock(rewriting());
-    const int trash = m_trash.get();
-    const FileDescriptor old(
-        ::openat(trash, sizesFile, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
+TrashBatch::TrashBatch() : m_outer(std::exchange(currentBatch, this)) {}
+
+TrashBatch::~TrashBatch() {
+    currentBatch = m_outer;
+    for (const auto &[identity, trash] : m_trashes)
+        forgetSizes(trash.folder.get(), trash.names);
+}
+
+void TrashBatch::add(const FileDescriptor &trash, const std::string &name) {
     struct stat status;
-    if (!old || ::fstat(old.get(), &status) != 0)
-        return lastError();
-    if (!S_ISREG(status.st_mode))
-        return std::make_error_code(std::errc::invalid_argument);
-    const auto text = readAll(old.get());
-    if (!text)
-        return text.error();
-    const std::string kept = withoutDirectorySize(*text, m_name);
-    if (kept == *text)
-        return {};
-    // One that a crash has left behind is in nobody's use.
-    ::unlinkat(trash, newSizesFile, 0);
-    const FileDescriptor replacement(
-        ::openat(trash, newSizesFile, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-    if (!replacement)
-        return lastError();
-    // The owner can be kept by root only; anybody else owns the trash.
-    const bool owned = ::fchown(replacement.get(), status.st_uid, status.st_gid) == 0 ||
-                       ::geteuid() == status.st_uid;
-    if (!owned || ::fchmod(replacement.get(), status.st_mode & 07777) != 0 ||
-        !writeAndSynchronise(replacement.get(), kept) ||
-        ::renameat(trash, newSizesFile, trash, sizesFile) != 0) {
-        const auto error = lastError();
-        ::unlinkat(trash, newSizesFile, 0);
-        return error;
-    }
-    return {};
+    if (::fstat(trash.get(), &status) != 0)
+        return;
+    Trash &gathered = m_trashes[{status.st_dev, status.st_ino}];
+    if (!gathered.folder)
+        gathered.folder = FileDescriptor(::fcntl(trash.get(), F_DUPFD_CLOEXEC, 0));
+    gathered.names.insert(name);
+    if (gathered.names.size() < batchSize)
+        return;
+    forgetSizes(gathered.folder.get(), gathered.names);
+    gathered.names.clear();
 }
 
 } // namespace brightsweep

@@ -2,9 +2,13 @@
 
 #include "platform/FileOperations.h"
 
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
+#include <utility>
 
 namespace brightsweep {
 
@@ -26,7 +30,6 @@ public:
 
 private:
     TrashRecord() = default;
-    std::error_code forgetSize() const;
 
     FileDescriptor m_trash;
     FileDescriptor m_info;
@@ -34,8 +37,32 @@ private:
     std::string m_name;
 };
 
-/// The text of a `directorysizes` file without the lines for that name. A line is a size, a time
+/// While one lives, the lines of `directorysizes` of what its thread removes from trashes are
+/// gathered, and each file is written once at the end, or after some thousands: one that holds
+/// thousands of lines is not written thousands of times. The file only saves others a computation,
+/// so that a line of something that has gone does no harm meanwhile, nor after a crash.
+class TrashBatch {
+public:
+    TrashBatch();
+    ~TrashBatch();
+    TrashBatch(const TrashBatch &) = delete;
+    TrashBatch &operator=(const TrashBatch &) = delete;
+
+private:
+    friend class TrashRecord;
+    struct Trash {
+        FileDescriptor folder;
+        std::unordered_set<std::string> names;
+    };
+    void add(const FileDescriptor &trash, const std::string &name);
+
+    std::map<std::pair<std::uint64_t, std::uint64_t>, Trash> m_trashes; // by device and inode
+    TrashBatch *const m_outer;
+};
+
+/// The text of a `directorysizes` file without the lines for those names. A line is a size, a time
 /// and the percent-encoded name.
-std::string withoutDirectorySize(std::string_view text, std::string_view name);
+std::string withoutDirectorySizes(std::string_view text,
+                                  const std::unordered_set<std::string> &names);
 
 } // namespace brightsweep

@@ -4,6 +4,7 @@
 
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
+#include "foundation/SmallFile.h"
 #include "platform/Platform.h"
 #include "support/FaultPlatform.h"
 #include "support/TestTree.h"
@@ -103,6 +104,28 @@ TEST(DeleteFolderOperation, EmptiesFoldersAndKeepsThem) {
     EXPECT_EQ(heard.words.size(), 2u + 3 + 1);
     EXPECT_THAT(heard.words, testing::Contains("DeleteFileSuccess a 5"));
     EXPECT_THAT(heard.words, testing::Contains("DeleteFileFailed missing"));
+}
+
+TEST(DeleteFolderOperation, WritesTheSizesOfATrashOnce) {
+    TestTree tree;
+    std::string lines;
+    for (const char *name : {"a", "b", "c"}) {
+        tree.file(std::string("Trash/files/") + name + "/file");
+        tree.file(std::string("Trash/info/") + name + ".trashinfo");
+        lines += std::string("1 1 ") + name + "\n";
+    }
+    const auto sizes = tree.file("Trash/directorysizes", lines + "1 1 other\n");
+    std::vector<std::string> seen;
+    test::FaultPlatform fault;
+    fault.setFault([&](std::string_view call, const std::filesystem::path &) {
+        if (call == "removeItem")
+            seen.push_back(*readSmallFile(sizes));
+        return std::error_code();
+    });
+    DeleteFolderOperation({tree.path("Trash/files")}).main();
+    EXPECT_EQ(seen, std::vector<std::string>(3, lines + "1 1 other\n"));
+    EXPECT_EQ(*readSmallFile(sizes), "1 1 other\n");
+    EXPECT_TRUE(tree.snapshot("Trash/info").empty());
 }
 
 TEST(DeleteFolderOperation, WithoutRightsAFolderThatMayNotBeTouchedIsToldOnce) {

@@ -103,6 +103,43 @@ TEST(TrashRecord, GoesByThePrivilegedWayWhereTheNormalOneFails) {
     EXPECT_EQ(tree.snapshot("Trash/info").size(), 1u);
 }
 
+TEST(TrashRecord, ABatchWritesEachFileOnce) {
+    TestTree tree;
+    for (const std::string trash : {"one/Trash", "two/Trash"}) {
+        for (const char *name : {"a", "b", "c d"}) {
+            tree.file(trash + "/files/" + name + "/file");
+            tree.file(trash + "/info/" + name + ".trashinfo");
+        }
+        tree.file(trash + "/directorysizes", "1 1 a\n2 2 b\n3 3 c%20d\n4 4 elsewhere\n");
+    }
+    const auto remove = [&](const char *item) {
+        EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path(item)));
+    };
+    const auto sizes = [&](const char *trash) {
+        return textOf(tree.path(std::string(trash) + "/Trash/directorysizes"));
+    };
+    const std::string whole = sizes("one");
+    {
+        const TrashBatch batch;
+        remove("one/Trash/files/a");
+        {
+            const TrashBatch inner;
+            remove("two/Trash/files/b");
+            EXPECT_EQ(sizes("two"), whole);
+        }
+        EXPECT_EQ(sizes("two"), "1 1 a\n3 3 c%20d\n4 4 elsewhere\n");
+        // Other threads have batches of their own.
+        std::thread([&] { remove("two/Trash/files/a"); }).join();
+        EXPECT_EQ(sizes("two"), "3 3 c%20d\n4 4 elsewhere\n");
+        remove("one/Trash/files/c d");
+        EXPECT_EQ(sizes("one"), whole);
+        EXPECT_EQ(tree.snapshot("one/Trash/info").size(), 1u) << "all but the file goes at once";
+    }
+    EXPECT_EQ(sizes("one"), "2 2 b\n4 4 elsewhere\n");
+    remove("one/Trash/files/b");
+    EXPECT_EQ(sizes("one"), "4 4 elsewhere\n");
+}
+
 TEST(TrashRecord, SixThreadsLoseNoLine) {
     TestTree tree;
     std::string sizes;
