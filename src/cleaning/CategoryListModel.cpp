@@ -170,6 +170,8 @@ QVariant CategoryListModel::data(const QModelIndex &index, int role) const {
         return paths::display(row->path);
     case FailureRole:
         return row->failure;
+    case IsDirectoryRole:
+        return row->isDirectory;
     case FontSizeRole:
         return index.row() == m_selectRowNum ? selectedFontSize : fontSize;
     case ImageRole:

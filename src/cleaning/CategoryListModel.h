@@ -22,8 +22,9 @@ public:
         PrimaryTextRole,
         SecondaryTextRole,
         FailureRole,
-        FontSizeRole, ///< 12, of the selected row 13.5
-        ImageRole,    ///< of the column that opens the file manager
+        FontSizeRole,    ///< 12, of the selected row 13.5
+        ImageRole,       ///< of the column that opens the file manager
+        IsDirectoryRole, ///< as the scan found it
     };
 
     explicit CategoryListModel(ScanViewController &controller, QObject *parent = nullptr);

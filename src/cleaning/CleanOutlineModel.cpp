@@ -312,6 +312,8 @@ QVariant CleanOutlineModel::data(const QModelIndex &index, int role) const {
         return leaf ? leaf->failure : QString();
     case HolderRole:
         return leaf ? leaf->holder : QString();
+    case IsDirectoryRole:
+        return leaf && leaf->isDirectory;
     default:
         return {};
     }

@@ -29,6 +29,7 @@ public:
         BytesRole,
         FailureRole, ///< why the last removal failed; empty where none did
         HolderRole,  ///< the program that holds something of the item open; empty where none does
+        IsDirectoryRole, ///< of a leaf, as the scan found it
     };
 
     explicit CleanOutlineModel(CleanResultTree &tree, QObject *parent = nullptr);

@@ -21,6 +21,7 @@ void fillLeaf(CleanNodeData &data, const CleanFileInfo &row) {
     if (row.modified)
         data.setModificationDate(FileTime(std::chrono::nanoseconds(*row.modified)));
     data.failure = row.failure;
+    data.isDirectory = row.isDirectory;
 }
 
 CleanNodeData &dataOf(const SimpleTreeNode &leaf) {

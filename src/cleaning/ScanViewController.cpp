@@ -122,6 +122,7 @@ std::uint64_t ScanViewController::scanDirectory(const std::filesystem::path &dir
                                    UtilityFunction::convertVolSpace(item.size), item.size);
         row.root = sharedRoot;
         row.modified = item.modified;
+        row.isDirectory = item.type == EntryType::Directory;
         totalSize = addSaturating(totalSize, item.size);
         m_totalSize = totalSize;
         setFilesSize(UtilityFunction::convertVolSpace(totalSize));

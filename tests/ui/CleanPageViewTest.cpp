@@ -4,6 +4,7 @@
 #include "cleaning/ui/CheckHeader.h"
 #include "cleaning/ui/CleanResultsPanel.h"
 #include "cleaning/ui/ComputerSheet.h"
+#include "cleaning/ui/FileIcons.h"
 #include "cleaning/ui/HiddenTicksNotice.h"
 #include "cleaning/ui/ResultView.h"
 #include "core/ui/AlertSheet.h"
@@ -137,6 +138,36 @@ TEST_F(CleanPageView, SpaceTicksAndEnterShowsAndNeverRemoves) {
     press(Qt::Key_Enter);
     EXPECT_EQ(at->page.state(), State::Results);
     EXPECT_THAT(gone(), IsEmpty());
+}
+
+// A look at a file on a server that does not answer would hold the window up.
+TEST_F(CleanPageView, IconsGoByWhatTheScanKnows) {
+    test::TestTree home(test::TestEnvironment::current().home());
+    home.directory(".cache/0 holiday.jpg");
+    home.file(".cache/1 holiday.jpg");
+    home.link(".cache/2 link", home.path("Documents"));
+    at->scan();
+    outline->expand(group());
+    const CategoryListModel &list = at->page.list(1);
+    for (int row = 0; row < 3; ++row) {
+        const std::string name = nameOf(leaf(row));
+        EXPECT_EQ(leaf(row).data(CleanOutlineModel::IsDirectoryRole).toBool(), row == 0) << name;
+        const auto place = list.rowOf(home.path(".cache/" + name).native());
+        ASSERT_TRUE(place) << name;
+        EXPECT_EQ(list.index(*place, 0).data(CategoryListModel::IsDirectoryRole).toBool(), row == 0)
+            << name;
+    }
+    FileIcons icons;
+    const auto drawn = [&](const std::filesystem::path &path, bool isDirectory) {
+        return icons.icon(path, isDirectory).pixmap(24, 24).toImage();
+    };
+    const QImage folder = drawn("/gone/holiday", true);
+    const QImage picture = drawn("/gone/holiday.jpg", false);
+    EXPECT_NE(folder, picture);
+    EXPECT_EQ(drawn(home.path(".cache/0 holiday.jpg"), true), folder);
+    EXPECT_EQ(drawn(home.path(".cache/0 holiday.jpg"), false), picture);
+    EXPECT_NE(drawn("/gone/holiday", false), picture);
+    EXPECT_FALSE(drawn("/gone/holiday", false).isNull());
 }
 
 TEST_F(CleanPageView, SeveralRowsBecomeAllTickedAndThenNone) {

@@ -19,10 +19,12 @@ constexpr int flyingSide = 32;
 // More at once would be a swarm.
 constexpr int flightsAtOnce = 4;
 
-QPixmap flyingImage(const QVariant &icon, qreal ratio) {
+QPixmap flyingImage(const QVariant &icon, bool isDirectory, qreal ratio) {
     if (icon.typeId() == QMetaType::QString)
         return pixmapNamed(icon.toString(), {flyingSide, flyingSide}, ratio);
-    return FileIcons().icon(paths::fromVariant(icon)).pixmap(QSize(flyingSide, flyingSide), ratio);
+    return FileIcons()
+        .icon(paths::fromVariant(icon), isDirectory)
+        .pixmap(QSize(flyingSide, flyingSide), ratio);
 }
 
 } // namespace
@@ -30,7 +32,8 @@ QPixmap flyingImage(const QVariant &icon, qreal ratio) {
 void CleanResultsPanel::flyToTrash(const QVariant &icon, const QModelIndex &from) {
     if (!isVisible() || findChildren<PathAnimation *>().size() >= flightsAtOnce)
         return;
-    const QPixmap image = flyingImage(icon, devicePixelRatioF());
+    const QPixmap image = flyingImage(icon, from.data(CleanOutlineModel::IsDirectoryRole).toBool(),
+                                      devicePixelRatioF());
     if (image.isNull())
         return;
     auto *const flight = new PathAnimation(this);

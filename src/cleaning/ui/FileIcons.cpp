@@ -18,24 +18,26 @@ constexpr std::array classImages = {
 
 } // namespace
 
-QIcon FileIcons::icon(const std::filesystem::path &path) {
-    const QByteArray key = QByteArray::fromStdString(path.native());
+QIcon FileIcons::icon(const std::filesystem::path &path, bool isDirectory) {
+    // No name holds a slash, so that one stands for all directories.
+    const std::string name = isDirectory ? "/" : paths::lastComponent(path);
+    const QByteArray key = QByteArray::fromStdString(name);
     if (const QIcon *known = m_icons.object(key))
         return *known;
-    std::error_code error;
-    const auto status = std::filesystem::symlink_status(path, error);
-    const QMimeType type =
-        std::filesystem::is_directory(status)
-            ? m_types.mimeTypeForName(QStringLiteral("inode/directory"))
-            : m_types.mimeTypeForFile(paths::display(path), QMimeDatabase::MatchExtension);
+    QMimeType type =
+        m_types.mimeTypeForName(isDirectory ? QStringLiteral("inode/directory")
+                                            : QStringLiteral("application/octet-stream"));
+    // Unlike the database's other ways, this one never looks for a file of that name.
+    if (const auto types = m_types.mimeTypesForFileName(paths::text(name));
+        !isDirectory && !types.isEmpty())
+        type = types.first();
     QIcon icon = QIcon::fromTheme(type.iconName());
     if (icon.isNull())
         icon = QIcon::fromTheme(type.genericIconName());
     if (icon.isNull()) {
         const char *const own =
-            std::filesystem::is_directory(status)
-                ? "folder.png"
-                : classImages.at(std::size_t(fileTypeOfExtension(paths::extension(path))));
+            isDirectory ? "folder.png"
+                        : classImages.at(std::size_t(fileTypeOfExtension(paths::extension(path))));
         icon = imageNamed(QLatin1String(own));
     }
     m_icons.insert(key, new QIcon(icon));

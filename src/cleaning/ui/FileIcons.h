@@ -9,11 +9,11 @@
 namespace brightsweep {
 
 /// Icons of files by their type, from the desktop's icon theme; from the program's own images where
-/// the theme has none. The last hundreds are kept; ask for visible rows only, since each new path
-/// costs a look at the file. Main thread.
+/// the theme has none. The type goes by the name alone, as no file is looked at: one on a server
+/// that does not answer would hold the window up. The last hundreds are kept. Main thread.
 class FileIcons {
 public:
-    QIcon icon(const std::filesystem::path &path);
+    QIcon icon(const std::filesystem::path &path, bool isDirectory);
 
 private:
     QMimeDatabase m_types;

@@ -146,7 +146,7 @@ void ResultRowDelegate::paintName(QPainter &painter, const QRect &area, bool isS
     }
     const auto path = paths::fromVariant(index.data(m_form.pathRole));
     const QRect icon = middle(area, iconSide);
-    m_icons.icon(path).paint(&painter, icon);
+    m_icons.icon(path, index.data(m_form.directoryRole).toBool()).paint(&painter, icon);
     const QFont small = theme::font(11);
     const QString failure = index.data(m_form.failureRole).toString();
     const QString holder =

@@ -13,6 +13,7 @@ struct ResultRowForm {
     int spannedColumn = -1; ///< empty but in groups, so that a name may reach into it
     int openColumn = -1;    ///< holds the button that opens the file manager
     int pathRole = -1;
+    int directoryRole = -1;
     int failureRole = -1;
     int holderRole = -1; ///< -1: the model has none
     int groupRole = -1;

@@ -35,6 +35,7 @@ ResultRowForm outlineForm() {
     form.nameColumn = CleanOutlineModel::NameColumn;
     form.spannedColumn = CleanOutlineModel::allSelectNum;
     form.pathRole = CleanOutlineModel::PathRole;
+    form.directoryRole = CleanOutlineModel::IsDirectoryRole;
     form.failureRole = CleanOutlineModel::FailureRole;
     form.holderRole = CleanOutlineModel::HolderRole;
     form.groupRole = CleanOutlineModel::IsGroupRole;
@@ -48,6 +49,7 @@ ResultRowForm listForm() {
     form.nameColumn = CategoryListModel::Name;
     form.openColumn = CategoryListModel::openFiled;
     form.pathRole = CategoryListModel::PathRole;
+    form.directoryRole = CategoryListModel::IsDirectoryRole;
     form.failureRole = CategoryListModel::FailureRole;
     form.imageRole = CategoryListModel::ImageRole;
     return form;
