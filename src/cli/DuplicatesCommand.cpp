@@ -23,6 +23,7 @@ namespace brightsweep::cli {
 namespace {
 
 constexpr std::chrono::milliseconds pollInterval(100);
+constexpr std::size_t partSize = 64 * 1024; // of a document that is put out as it is made
 
 void configure(QCommandLineParser &parser) {
     parser.addPositionalArgument(QStringLiteral("PATH"),
@@ -86,7 +87,12 @@ public:
         m_output.progress({});
         return true;
     }
-    DuplicateFilesOpt &search() { return m_search; }
+    /// What was found; once, after the run.
+    const TreeNode::List &groups() {
+        if (m_search.getDuplicateFiles(m_tree))
+            m_groups = m_tree->children();
+        return m_groups;
+    }
 
 private:
     void work(int) { m_search.beginSearchAtPath(m_request.root, m_request.limitBytes); }
@@ -103,6 +109,8 @@ private:
     Output &m_output;
     DuplicateFilesOpt m_search;
     QEventLoop m_loop;
+    std::shared_ptr<SimpleTreeNode> m_tree;
+    TreeNode::List m_groups;
 };
 
 SimpleNodeData &dataOf(const TreeNode::Pointer &node) {
@@ -114,24 +122,27 @@ bool isBundleGroup(const TreeNode::Pointer &group) {
     return !dataOf(group->firstChild()).ModificationDate();
 }
 
-// By hand: there may be a million of them.
+// By hand: there may be a million of them. No time of that kind is outside the years of four
+// digits.
 std::string isoText(FileTime time) {
     const auto second = std::chrono::floor<std::chrono::seconds>(time);
     const auto day = std::chrono::floor<std::chrono::days>(second);
     const std::chrono::year_month_day date(day);
     const std::chrono::hh_mm_ss clock(second - day);
-    std::string text;
-    const auto add = [&](long number, std::size_t digits, char end) {
-        const std::string written = std::to_string(number);
-        text.append(digits - std::min(digits, written.size()), '0') += written;
-        text += end;
+    std::string text(20, 'Z');
+    std::size_t place = 0;
+    const auto add = [&](unsigned number, std::size_t digits, char end) {
+        for (std::size_t i = digits; i-- > 0; number /= 10)
+            text[place + i] = char('0' + number % 10);
+        text[place + digits] = end;
+        place += digits + 1;
     };
-    add(int(date.year()), 4, '-');
+    add(unsigned(int(date.year())), 4, '-');
     add(unsigned(date.month()), 2, '-');
     add(unsigned(date.day()), 2, 'T');
-    add(clock.hours().count(), 2, ':');
-    add(clock.minutes().count(), 2, ':');
-    add(clock.seconds().count(), 2, 'Z');
+    add(unsigned(clock.hours().count()), 2, ':');
+    add(unsigned(clock.minutes().count()), 2, ':');
+    add(unsigned(clock.seconds().count()), 2, 'Z');
     return text;
 }
 
@@ -166,6 +177,8 @@ bool writeJson(const Request &request, const TreeNode::List &groups, Output &out
         }
         json.endArray();
         json.endObject();
+        if (json.size() > partSize && !output.data(json.takePart()))
+            return false;
     }
     json.endArray();
     json.endObject();
@@ -223,15 +236,14 @@ int run(const QCommandLineParser &parser, Output &output) {
         return Failed;
     }
 
-    Search search(request, output);
+    // Never destroyed, like all that the end of the process releases at once: there may be a
+    // million nodes.
+    auto &search = *new Search(request, output);
     if (!search.run()) {
         output.warning("The search cannot be started.");
         return Failed;
     }
-    std::shared_ptr<SimpleTreeNode> tree;
-    TreeNode::List groups;
-    if (search.search().getDuplicateFiles(tree))
-        groups = tree->children();
+    const TreeNode::List &groups = search.groups();
     const bool written =
         output.json ? writeJson(request, groups, output) : writeColumns(groups, output);
     if (!written)

@@ -8,6 +8,15 @@
 
 namespace brightsweep::cli {
 
+namespace {
+
+constexpr bool standsAsItIs(char byte) {
+    const auto code = static_cast<unsigned char>(byte);
+    return (code >= 0x20) & (code != 0x7f) & (byte != '"') & (byte != '\\');
+}
+
+} // namespace
+
 void JsonWriter::separate() {
     if (!m_first && !m_afterKey)
         m_text += ',';
@@ -86,12 +95,19 @@ void JsonWriter::pathValue(const std::filesystem::path &path) {
 
 void JsonWriter::quoted(std::string_view utf8) {
     m_text += '"';
+    // Nearly every text stands as it is, which a loop without a way out tells many bytes at a time.
+    bool isPlain = true;
+    for (const char byte : utf8)
+        isPlain &= standsAsItIs(byte);
+    if (isPlain) {
+        m_text.append(utf8) += '"';
+        return;
+    }
     const char *plain = utf8.data(); // what stands as it is, up to the place looked at
     const char *const end = plain + utf8.size();
     for (const char *place = plain; place != end; ++place) {
         const char byte = *place;
-        const auto code = static_cast<unsigned char>(byte);
-        if (code >= 0x20 && code != 0x7f && byte != '"' && byte != '\\')
+        if (standsAsItIs(byte))
             continue;
         m_text.append(plain, place);
         plain = place + 1;
@@ -104,7 +120,7 @@ void JsonWriter::quoted(std::string_view utf8) {
             m_text += "\\t";
         } else {
             char escaped[8];
-            std::snprintf(escaped, sizeof escaped, "\\u%04x", code);
+            std::snprintf(escaped, sizeof escaped, "\\u%04x", unsigned(byte));
             m_text += escaped;
         }
     }

@@ -50,6 +50,8 @@ public:
     std::string take();
     /// What has been written so far, to be put out early; the rest follows.
     std::string takePart();
+    /// Bytes written and not taken yet.
+    std::size_t size() const { return m_text.size(); }
 
 private:
     void separate();

@@ -8,7 +8,11 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include <filesystem>
+#include <map>
 
 namespace brightsweep {
 namespace {
@@ -52,6 +56,52 @@ TEST(DuplicatesCommand, GroupsWithTheirExactPaths) {
     }
     EXPECT_EQ(exact, 1);
     EXPECT_EQ(tree.snapshot(), snapshot);
+}
+
+// A document that is put out in parts is the same as one put out at once.
+TEST(DuplicatesCommand, LongDocumentsComeWhole) {
+    struct Case {
+        const char *suffix;
+        std::int64_t time;
+        const char *shown;
+    };
+    const Case cases[] = {
+        {"plain", 951'868'799, "2000-02-29T23:59:59Z"},
+        {"\"\\\n\x7f\x01", -1, "1969-12-31T23:59:59Z"},
+        {"\u00e4\u00f6\u00fc", 4'102'444'800, "2100-01-01T00:00:00Z"},
+    };
+    test::TestTree tree;
+    constexpr int groupCount = 300;
+    for (int i = 0; i < groupCount; ++i) {
+        const Case &each = cases[std::size_t(i) % std::size(cases)];
+        for (const char *folder : {"a/", "b/"}) {
+            const auto path =
+                tree.file(folder + std::string(80, 'x') + std::to_string(i) + each.suffix,
+                          "content " + std::to_string(i));
+            const timespec times[] = {{each.time, 0}, {each.time, 0}};
+            ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+        }
+    }
+    const auto result = duplicates({"--json", tree.top(), "--limit", "0"});
+    EXPECT_EQ(result.status, 0);
+    const QJsonArray groups = QJsonDocument::fromJson(QByteArray::fromStdString(result.output))
+                                  .object()[QLatin1String("groups")]
+                                  .toArray();
+    std::map<std::string, std::string> modified;
+    for (const QJsonValue &group : groups) {
+        for (const QJsonValue &item : group[QLatin1String("items")].toArray())
+            modified[item[QLatin1String("path")].toString().toStdString()] =
+                item[QLatin1String("modified")].toString().toStdString();
+    }
+    std::map<std::string, std::string> expected;
+    for (int i = 0; i < groupCount; ++i) {
+        const Case &each = cases[std::size_t(i) % std::size(cases)];
+        for (const char *folder : {"a/", "b/"})
+            expected[tree.path(folder + std::string(80, 'x') + std::to_string(i) + each.suffix)] =
+                each.shown;
+    }
+    EXPECT_EQ(groups.size(), groupCount);
+    EXPECT_EQ(modified, expected);
 }
 
 TEST(DuplicatesCommand, OptionsAndSettings) {
