@@ -93,7 +93,7 @@ struct DirectoryWalk::State {
     void opened(Directory &directory);
     void noLongerNeeded(Directory *directory);
     void keepOpen(Directory &directory, std::shared_ptr<const OpenDirectory> open);
-    void close(Directory &directory);
+    std::shared_ptr<const OpenDirectory> close(Directory &directory);
 };
 
 namespace {
@@ -343,9 +343,11 @@ void DirectoryWalk::State::opened(Directory &directory) {
 void DirectoryWalk::State::noLongerNeeded(Directory *directory) {
     if (!directory || directory->m_notOpened.fetch_sub(1, std::memory_order_acq_rel) != 1)
         return;
+    // Let go of behind the lock: the system's own closing takes longer than anyone waits for it.
+    std::shared_ptr<const OpenDirectory> closed;
     const auto lock = lockShortly(openMutex);
     if (directory->m_listed)
-        close(*directory);
+        closed = close(*directory);
 }
 
 void DirectoryWalk::State::keepOpen(Directory &directory,
@@ -363,13 +365,15 @@ void DirectoryWalk::State::keepOpen(Directory &directory,
         close(*oldestOpen);
 }
 
-void DirectoryWalk::State::close(Directory &directory) {
-    directory.m_open.reset();
+// The descriptor closes with what is returned, or with the last thread that still uses it.
+std::shared_ptr<const OpenDirectory> DirectoryWalk::State::close(Directory &directory) {
+    auto closed = std::exchange(directory.m_open, nullptr);
     directory.m_listed = false;
     (directory.m_newer ? directory.m_newer->m_older : newestOpen) = directory.m_older;
     (directory.m_older ? directory.m_older->m_newer : oldestOpen) = directory.m_newer;
     directory.m_newer = directory.m_older = nullptr;
     --openCount;
+    return closed;
 }
 
 } // namespace brightsweep
