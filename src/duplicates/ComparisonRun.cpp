@@ -250,7 +250,7 @@ void ComparisonRun::readClass(const SizeClass &files, ContentReader &reader, Obj
     for (Index i = files.begin; i < files.end && !m_stop; ++i) {
         const Index file = m_order[i];
         ContentReader::Reading &rest = rests[i - files.begin];
-        if (m_state[file] != HeadKnown || !rest.file.descriptor)
+        if (m_state[file] != HeadKnown || !rest.file)
             continue;
         const bool hasEqual = std::any_of(
             m_order.begin() + files.begin, m_order.begin() + files.end, [&](Index other) {

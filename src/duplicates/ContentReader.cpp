@@ -14,6 +14,7 @@ namespace {
 constexpr std::size_t cachedBlockSize = 256 * 1024;
 constexpr std::size_t fetchedBlockSize = 1024 * 1024;
 constexpr std::uint64_t pageSize = 4096;
+constexpr std::size_t bufferSize = fetchedBlockSize + pageSize; // a byte more may be asked for
 // The kernel copies several times faster to an aligned place.
 constexpr std::align_val_t bufferAlignment{pageSize};
 
@@ -26,7 +27,7 @@ bool isAllZero(const unsigned char *bytes, std::size_t size) {
 ContentReader::ContentReader(FileOperations &files, const std::atomic<bool> *stop)
     : m_files(files),
       m_stop(stop),
-      m_buffer(static_cast<unsigned char *>(::operator new(fetchedBlockSize, bufferAlignment))) {}
+      m_buffer(static_cast<unsigned char *>(::operator new(bufferSize, bufferAlignment))) {}
 
 void ContentReader::Release::operator()(unsigned char *buffer) const {
     ::operator delete(buffer, bufferAlignment);
@@ -84,18 +85,36 @@ std::error_code ContentReader::open(const fileAttrbItem &item) {
         auto file = m_files.openListedFile(path->native());
         if (!file)
             return file.error();
+        const auto attributes = m_files.fileAttributes(*file);
+        if (!attributes || attributes->type != EntryType::File)
+            return std::make_error_code(std::errc::invalid_argument);
         m_now.file = std::move(*file);
+        m_now.size = attributes->size;
+        m_now.isChecked = true;
     } else {
         auto file = m_files.openListedFile(item.filePathName);
         if (!file)
             return file.error();
-        if (file->attributes.size != item.fileSize)
-            return std::make_error_code(std::errc::io_error);
         m_now.file = std::move(*file);
+        m_now.size = item.fileSize;
     }
-    m_now.size = m_now.file.attributes.size;
     m_now.value = crc::start;
     m_now.blockSize = cachedBlockSize;
+    return {};
+}
+
+// Before anything is read that might have to be waited for.
+std::error_code ContentReader::check() {
+    if (m_now.isChecked)
+        return {};
+    const auto attributes = m_files.fileAttributes(m_now.file);
+    if (!attributes)
+        return attributes.error();
+    if (attributes->type != EntryType::File)
+        return std::make_error_code(std::errc::invalid_argument);
+    if (attributes->size != m_now.size)
+        return std::make_error_code(std::errc::io_error);
+    m_now.isChecked = true;
     return {};
 }
 
@@ -110,7 +129,9 @@ Result<std::uint64_t> ContentReader::fold() {
         offset += size;
         // A block of zeros may be the beginning of a hole, and a hole may be a terabyte long.
         if (offset < m_now.size && isAllZero(m_buffer.get(), size)) {
-            const auto data = m_files.nextData(m_now.file.descriptor, offset);
+            if (const auto error = check())
+                return error;
+            const auto data = m_files.nextData(m_now.file, offset);
             if (data && *data > offset) {
                 const std::uint64_t end = std::min(*data, m_now.size);
                 value = crc::foldZeros(value, end - offset);
@@ -125,8 +146,23 @@ Result<std::uint64_t> ContentReader::fold() {
 std::error_code ContentReader::read(std::size_t size, std::uint64_t offset) {
     if (stopped())
         return std::make_error_code(std::errc::operation_canceled);
-    return findMissing(size, offset) ? readAndGiveUpMissing(size, offset)
-                                     : readByTrial(size, offset);
+    const bool isCounted = findMissing(size, offset);
+    if (isCounted && m_missing.empty() && m_now.cacheTried && readCached(size, offset))
+        return {};
+    if (const auto error = check())
+        return error;
+    return isCounted ? readAndGiveUpMissing(size, offset) : readByTrial(size, offset);
+}
+
+// Most often all of it is there, and one call does. It asks for a byte behind the end too, which
+// tells a file that has grown.
+bool ContentReader::readCached(std::size_t size, std::uint64_t offset) {
+    const bool isEnd = !m_now.isChecked && offset + size == m_now.size;
+    const auto got =
+        m_files.readCachedAt(m_now.file, m_buffer.get(), size + (isEnd ? 1 : 0), offset);
+    if (!got && got.error() != std::errc::operation_would_block)
+        m_now.cacheTried = false;
+    return got && *got == size;
 }
 
 // Notes which pages of the range are not cached. False where the system does not count them.
@@ -136,7 +172,7 @@ bool ContentReader::findMissing(std::size_t size, std::uint64_t offset) {
         return m_now.cacheCounted;
     const std::uint64_t first = offset - offset % pageSize;
     const std::uint64_t end = offset + size;
-    const auto cached = m_files.cachedPages(m_now.file.descriptor, first, end - first);
+    const auto cached = m_files.cachedPages(m_now.file, first, end - first);
     m_now.cacheCounted = bool(cached);
     if (!cached || *cached >= (end - first + pageSize - 1) / pageSize)
         return m_now.cacheCounted;
@@ -145,7 +181,7 @@ bool ContentReader::findMissing(std::size_t size, std::uint64_t offset) {
         return true;
     }
     for (std::uint64_t page = first; page < end; page += pageSize) {
-        const auto one = m_files.cachedPages(m_now.file.descriptor, page, pageSize);
+        const auto one = m_files.cachedPages(m_now.file, page, pageSize);
         if (one && *one > 0)
             continue;
         const std::uint64_t next = std::min(page + pageSize, end);
@@ -160,9 +196,9 @@ bool ContentReader::findMissing(std::size_t size, std::uint64_t offset) {
 std::error_code ContentReader::readAndGiveUpMissing(std::size_t size, std::uint64_t offset) {
     if (!m_missing.empty())
         willFetch();
-    const auto got = m_files.readAt(m_now.file.descriptor, m_buffer.get(), size, offset);
+    const auto got = m_files.readAt(m_now.file, m_buffer.get(), size, offset);
     for (const auto &[begin, end] : m_missing)
-        m_files.dropCached(m_now.file.descriptor, begin, end == m_now.size ? 0 : end - begin);
+        m_files.dropCached(m_now.file, begin, end == m_now.size ? 0 : end - begin);
     if (!got)
         return got.error();
     return *got == size ? std::error_code() : std::make_error_code(std::errc::io_error);
@@ -174,8 +210,8 @@ std::error_code ContentReader::readByTrial(std::size_t size, std::uint64_t offse
     while (done < size) {
         Result<std::size_t> got = std::errc::operation_would_block;
         if (m_now.cacheTried) {
-            got = m_files.readCachedAt(m_now.file.descriptor, m_buffer.get() + done, size - done,
-                                       offset + done);
+            got =
+                m_files.readCachedAt(m_now.file, m_buffer.get() + done, size - done, offset + done);
             if (!got && got.error() != std::errc::operation_would_block)
                 m_now.cacheTried = false;
         }
@@ -194,7 +230,7 @@ std::error_code ContentReader::readByTrial(std::size_t size, std::uint64_t offse
 void ContentReader::willFetch() {
     if (m_now.blockSize == fetchedBlockSize)
         return;
-    m_files.fetchOnlyWhatIsRead(m_now.file.descriptor);
+    m_files.fetchOnlyWhatIsRead(m_now.file);
     m_now.blockSize = fetchedBlockSize;
 }
 
@@ -202,7 +238,7 @@ void ContentReader::willFetch() {
 Result<std::size_t> ContentReader::fetch(std::size_t done, std::size_t size, std::uint64_t offset) {
     const std::uint64_t begin = offset + done;
     if (!m_now.cacheTried)
-        return m_files.readAt(m_now.file.descriptor, m_buffer.get() + done, size - done, begin);
+        return m_files.readAt(m_now.file, m_buffer.get() + done, size - done, begin);
     willFetch();
     const std::uint64_t firstPage = begin - begin % pageSize;
     std::uint64_t end = firstPage + pageSize;
@@ -210,20 +246,19 @@ Result<std::size_t> ContentReader::fetch(std::size_t done, std::size_t size, std
         end += pageSize;
     const bool nextIsCached = end < offset + size;
     end = std::min(end, offset + size);
-    const auto got = m_files.readAt(m_now.file.descriptor, m_buffer.get() + done,
-                                    std::size_t(end - begin), begin);
+    const auto got =
+        m_files.readAt(m_now.file, m_buffer.get() + done, std::size_t(end - begin), begin);
     // A single page between cached ones is the mark where the system would read ahead: it is
     // cached and only does not say so.
     const bool isMark = done > 0 && nextIsCached && end - firstPage == pageSize;
     if (!isMark)
-        m_files.dropCached(m_now.file.descriptor, firstPage,
-                           end == m_now.size ? 0 : end - firstPage);
+        m_files.dropCached(m_now.file, firstPage, end == m_now.size ? 0 : end - firstPage);
     return got;
 }
 
 bool ContentReader::isCached(std::uint64_t offset) {
     unsigned char byte;
-    const auto got = m_files.readCachedAt(m_now.file.descriptor, &byte, 1, offset);
+    const auto got = m_files.readCachedAt(m_now.file, &byte, 1, offset);
     return bool(got);
 }
 

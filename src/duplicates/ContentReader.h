@@ -33,8 +33,9 @@ public:
 
     /// A file that has been read in part and is kept open.
     struct Reading {
-        OpenFile file;
+        FileDescriptor file;
         std::uint64_t size = 0;
+        bool isChecked = false;   ///< the system has told that it is a regular file of that size
         std::uint64_t offset = 0; ///< read so far
         std::uint64_t value = 0;  ///< the checksum of that
         std::size_t blockSize = 0;
@@ -52,8 +53,10 @@ public:
 
 private:
     std::error_code open(const fileAttrbItem &item);
+    std::error_code check();
     Result<std::uint64_t> fold();
     std::error_code read(std::size_t size, std::uint64_t offset);
+    bool readCached(std::size_t size, std::uint64_t offset);
     bool findMissing(std::size_t size, std::uint64_t offset);
     std::error_code readAndGiveUpMissing(std::size_t size, std::uint64_t offset);
     std::error_code readByTrial(std::size_t size, std::uint64_t offset);

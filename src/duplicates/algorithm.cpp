@@ -37,31 +37,32 @@ bool namesBelow(const std::filesystem::path &directory, std::vector<std::string>
 algorithm::algorithm() : m_reader(files()), m_Buf(bufferSize) {}
 
 std::uint64_t algorithm::getFileSize(const std::filesystem::path &path) {
-    const auto file = files().openListedFile(path.native());
-    if (!file) {
-        QRX_LOG("-[algorithm getFileSize:]", "open file failed:%@", file.error());
+    const auto file = files().openFile(path);
+    const auto attributes =
+        file ? files().fileAttributes(*file) : Result<FileAttributes>(file.error());
+    if (!attributes) {
+        QRX_LOG("-[algorithm getFileSize:]", "open file failed:%@", attributes.error());
         return 0;
     }
-    return file->attributes.size;
+    return attributes->size;
 }
 
 bool algorithm::getMD5_1K(fileAttrbItem &item) {
-    const auto file = files().openListedFile(item.filePathName);
+    const auto file = files().openFile(item.filePathName);
     // Only a descriptor of 0 counts as a failure here: a file that does not open takes on the
     // checksum of what the buffer holds, and fails at the second stage.
-    if (file && file->descriptor.get() == 0) {
+    if (file && file->get() == 0) {
         QRX_LOG("-[algorithm getMD5_1K:]", "open file:%@ failed", item.filePathName);
         return false;
     }
     if (file) {
-        const auto cached =
-            files().readCachedAt(file->descriptor, m_Buf.data(), ContentReader::headSize, 0);
+        const auto cached = files().readCachedAt(*file, m_Buf.data(), ContentReader::headSize, 0);
         if (!cached) {
-            files().fetchOnlyWhatIsRead(file->descriptor);
+            files().fetchOnlyWhatIsRead(*file);
             // A failed or short read leaves the rest of the buffer as it was.
-            (void)files().readAt(file->descriptor, m_Buf.data(), ContentReader::headSize, 0);
+            (void)files().readAt(*file, m_Buf.data(), ContentReader::headSize, 0);
             if (cached.error() == std::errc::operation_would_block)
-                files().dropCached(file->descriptor, 0, 0);
+                files().dropCached(*file, 0, 0);
         }
     }
     item.md5_1k = crc::crc64(m_Buf.data(), std::int32_t(ContentReader::headSize));

@@ -37,12 +37,6 @@ struct OpenDirectory {
     explicit operator bool() const { return bool(descriptor); }
 };
 
-/// A regular file open for reading, and what it was when it was opened.
-struct OpenFile {
-    FileDescriptor descriptor;
-    FileAttributes attributes;
-};
-
 /// One entry of a block. The name is NUL-terminated and lives until the block is filled again.
 struct DirectoryEntry {
     const char *name = nullptr;
@@ -144,10 +138,13 @@ public:
     /// Opens a regular file for reading, never waiting for a writer and never through a link in
     /// the last place; anything but a regular file is refused unread.
     virtual Result<FileDescriptor> openFile(const std::filesystem::path &path) = 0;
-    /// The same for a file that a listing has just shown to be regular, which spares the look
-    /// before the opening; should it have turned into something else meanwhile, it is closed again
-    /// unread. It is called for every file of a search, hence the plain bytes.
-    virtual Result<OpenFile> openListedFile(const std::string &path) = 0;
+    /// The same for a file that a listing has just shown to be regular, which spares the looks
+    /// before and behind the opening. It may have turned into something else meanwhile: until
+    /// fileAttributes() has told otherwise, it is only to be read by readCachedAt() and where
+    /// cachedPages() counted every page, as it never does of a pipe or a terminal. It is called for
+    /// every file of a search, hence the plain bytes.
+    virtual Result<FileDescriptor> openListedFile(const std::string &path) = 0;
+    virtual Result<FileAttributes> fileAttributes(const FileDescriptor &file) = 0;
     /// How many pages of a range of the file are in memory; an error where the system does not
     /// tell.
     virtual Result<std::uint64_t> cachedPages(const FileDescriptor &file, std::uint64_t offset,

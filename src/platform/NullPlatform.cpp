@@ -52,7 +52,8 @@ public:
     bool isMountPoint(const std::filesystem::path &) override { return false; }
     bool isLockedByAnother(const std::filesystem::path &) override { return false; }
     Result<FileDescriptor> openFile(const std::filesystem::path &) override { return unsupported; }
-    Result<OpenFile> openListedFile(const std::string &) override { return unsupported; }
+    Result<FileDescriptor> openListedFile(const std::string &) override { return unsupported; }
+    Result<FileAttributes> fileAttributes(const FileDescriptor &) override { return unsupported; }
     Result<std::uint64_t> cachedPages(const FileDescriptor &, std::uint64_t,
                                       std::uint64_t) override {
         return unsupported;

@@ -15,6 +15,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 namespace brightsweep::test {
 namespace {
 
@@ -195,8 +197,14 @@ TEST(Content, FilesThatChangeDuringTheSearch) {
         std::function<void(const std::filesystem::path &)> change;
     };
     const Case cases[] = {
-        {"shrinks", [](const auto &path) { std::filesystem::resize_file(path, 50'000); }},
-        {"grows", [](const auto &path) { std::filesystem::resize_file(path, 200'000); }},
+        {"shrinks",
+         [](const auto &path) {
+             std::filesystem::resize_file(path, std::filesystem::file_size(path) - 1);
+         }},
+        {"grows",
+         [](const auto &path) {
+             std::filesystem::resize_file(path, std::filesystem::file_size(path) + 1);
+         }},
         {"vanishes", [](const auto &path) { std::filesystem::remove(path); }},
         {"turns into a directory",
          [](const auto &path) {
@@ -214,28 +222,34 @@ TEST(Content, FilesThatChangeDuringTheSearch) {
              std::filesystem::create_symlink(path.native() + "2", path);
          }},
     };
-    for (const Case &each : cases) {
-        TestTree tree(std::filesystem::path(TestTree().top()) / each.name);
-        const std::string data = bytes(100'000, 5);
-        for (const char *name : {"a/1", "a/2", "a/3"})
-            tree.file(name, data);
-        FaultPlatform platform;
-        bool isChanged = false;
-        platform.setFault([&](std::string_view call, const std::filesystem::path &path) {
-            if (call == "openListedFile" && path.filename() == "2" && !isChanged) {
-                isChanged = true;
-                each.change(path);
+    // One that is read whole with its first block, one in two reads, one that is all hole.
+    for (const std::size_t size : {5'000, 100'000, 1'300'000}) {
+        for (const Case &each : cases) {
+            TestTree tree(TestTree().top() / (each.name + std::to_string(size)));
+            for (const char *name : {"a/1", "a/2", "a/3"}) {
+                std::string data = bytes(size, 5);
+                const auto path =
+                    size > 1'000'000 ? tree.sparseFile(name, size) : tree.file(name, data);
+                std::ifstream(path, std::ios::binary).read(data.data(), std::streamsize(size));
             }
-            return std::error_code();
-        });
-        EXPECT_EQ(unordered(search(tree.top())), (Groups{{tree.path("a/1"), tree.path("a/3")}}))
-            << each.name;
-        EXPECT_TRUE(isChanged);
+            FaultPlatform platform;
+            bool isChanged = false;
+            platform.setFault([&](std::string_view call, const std::filesystem::path &path) {
+                if (call == "openListedFile" && path.filename() == "2" && !isChanged) {
+                    isChanged = true;
+                    each.change(path);
+                }
+                return std::error_code();
+            });
+            EXPECT_EQ(unordered(search(tree.top())), (Groups{{tree.path("a/1"), tree.path("a/3")}}))
+                << each.name << size;
+            EXPECT_TRUE(isChanged);
+        }
     }
 }
 
 TEST(Content, AReadErrorAnywhereInAFile) {
-    for (const char *call : {"openListedFile", "readAt"}) {
+    for (const char *call : {"openListedFile", "readCachedAt readAt"}) {
         for (const int good : {0, 1}) {
             TestTree tree(TestTree().top() / (call + std::to_string(good)));
             for (const char *name : {"1", "2", "3", "B.app/m", "C.app/m"})
@@ -291,7 +305,12 @@ TEST(Content, OnlyWhatCanMatterIsReadAndOnce) {
         EXPECT_EQ(opened["2"], timesOpened);
         EXPECT_EQ(opened["tail"], timesOpened);
         EXPECT_EQ(opened["1"] + opened["link"], timesOpened);
-        EXPECT_EQ(platform.count("readAt"), reads);
+        // What is cached is read without waiting, where the file system knows how.
+        const std::size_t confined = platform.count("readCachedAt");
+        const auto file = Platform::current().files->openFile(tree.path(top + "1"));
+        char byte;
+        const bool isKnown = file && Platform::current().files->readCachedAt(*file, &byte, 1, 0);
+        EXPECT_EQ(isKnown ? confined : platform.count("readAt"), reads);
     }
 }
 

@@ -108,8 +108,11 @@ public:
     Result<FileDescriptor> openFile(const std::filesystem::path &path) override {
         return ask("openFile", path, [&] { return m_wrapped->openFile(path); });
     }
-    Result<OpenFile> openListedFile(const std::string &path) override {
+    Result<FileDescriptor> openListedFile(const std::string &path) override {
         return ask("openListedFile", path, [&] { return m_wrapped->openListedFile(path); });
+    }
+    Result<FileAttributes> fileAttributes(const FileDescriptor &file) override {
+        return ask("fileAttributes", pathOf(file), [&] { return m_wrapped->fileAttributes(file); });
     }
     Result<std::uint64_t> cachedPages(const FileDescriptor &file, std::uint64_t offset,
                                       std::uint64_t length) override {

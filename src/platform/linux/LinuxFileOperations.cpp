@@ -248,25 +248,27 @@ Result<FileDescriptor> LinuxFileOperations::openFile(const std::filesystem::path
     return file;
 }
 
-Result<OpenFile> LinuxFileOperations::openListedFile(const std::string &path) {
+Result<FileDescriptor> LinuxFileOperations::openListedFile(const std::string &path) {
     constexpr int flags = O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-    OpenFile file;
+    FileDescriptor file;
     if (path.size() < PATH_MAX) {
-        file.descriptor = FileDescriptor(::open(path.c_str(), flags));
+        file = FileDescriptor(::open(path.c_str(), flags));
     } else {
         const auto shortened = shortenPath(path);
         if (!shortened)
             return shortened.error();
-        file.descriptor =
-            FileDescriptor(::openat(shortened->base(), shortened->name.c_str(), flags));
+        file = FileDescriptor(::openat(shortened->base(), shortened->name.c_str(), flags));
     }
-    struct stat status;
-    if (!file.descriptor || ::fstat(file.descriptor.get(), &status) != 0)
+    if (!file)
         return lastError();
-    if (!S_ISREG(status.st_mode))
-        return std::errc::invalid_argument;
-    file.attributes = attributesOf(status);
     return file;
+}
+
+Result<FileAttributes> LinuxFileOperations::fileAttributes(const FileDescriptor &file) {
+    struct stat status;
+    if (::fstat(file.get(), &status) != 0)
+        return lastError();
+    return attributesOf(status);
 }
 
 // By cachestat(2), which is younger than the oldest kernel that is served and than many headers.

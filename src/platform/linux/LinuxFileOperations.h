@@ -24,7 +24,8 @@ public:
     bool isLockedByAnother(const std::filesystem::path &path) override;
 
     Result<FileDescriptor> openFile(const std::filesystem::path &path) override;
-    Result<OpenFile> openListedFile(const std::string &path) override;
+    Result<FileDescriptor> openListedFile(const std::string &path) override;
+    Result<FileAttributes> fileAttributes(const FileDescriptor &file) override;
     Result<std::uint64_t> cachedPages(const FileDescriptor &file, std::uint64_t offset,
                                       std::uint64_t length) override;
     void fetchOnlyWhatIsRead(const FileDescriptor &file) override;
