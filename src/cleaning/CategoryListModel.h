@@ -35,7 +35,7 @@ public:
     void setEnabled(bool enabled) { m_enabled = enabled; }
 
     /// A click into the column of ticks; the reply is the cell's new state. Only a cell that was on
-    /// posts "selectedRowInFastClean".
+    /// posts selectedRowInFastCleanNotification.
     int CellClick(int row, int state);
     /// Opens the folder that holds the item; of a plain folder the folder itself.
     bool openFinder(int row);

@@ -18,12 +18,12 @@ inline constexpr QLatin1String DSFastCleanFinish("FastCleanFinish");
 // Posted at every cancel point that is reached, so possibly more than once.
 inline constexpr QLatin1String DSCleanCanceled("FastCleanCanceled");
 
-// Posted within the clean page, on the main thread but for the third.
+// Posted within the clean page, on the main thread.
 // User info "object": whether something was ticked, or "clean"; may be left out.
 inline constexpr QLatin1String cleanShowSelectNumInBottomNotification("cleanShowSelectNumInBottom");
 // User info "object": a map with "rowNum", the category.
 inline constexpr QLatin1String updateSelectNumberNotification("updateSelectNumber");
-// The same, on the scanner's thread.
+// The same, but on the scanner's thread.
 inline constexpr QLatin1String refNewTableViewSizeLabelNotification("refNewTableViewSizeLabel");
 // User info "object": the row. "isSelect" and "iconImage".
 inline constexpr QLatin1String selectedRowInFastCleanNotification("selectedRowInFastClean");

@@ -131,10 +131,10 @@ void DeleteFolderOperation::main() {
     post(DSBeginFastClean);
     if (isCancelled())
         return post(DSCleanCanceled);
-    const TrashBatch batch;
     for (const std::filesystem::path &folder : folderPathArr) {
         if (isCancelled())
             return post(DSCleanCanceled);
+        const TrashBatch batch;
         const auto place = NvAuthorization::targetOf(folder);
         const bool deletable = place && Platform::current().files->isDeletable(*place);
         if (!deletable || !cleanDeletableFolder(folder))

@@ -55,7 +55,9 @@ bool hasGone(const RemovalTarget &target) {
 QString failureText(const RemovalOutcome &outcome) {
     QString text = QString::fromStdString(outcome.error.message());
     if (!outcome.words.empty())
-        text += QStringLiteral(" (") + paths::text(outcome.words).trimmed() + QLatin1Char(')');
+        text += QStringLiteral(" (") +
+                paths::display(paths::text(outcome.words).trimmed().toStdString()) +
+                QLatin1Char(')');
     return text;
 }
 

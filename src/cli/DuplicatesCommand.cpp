@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
 #include <optional>
 
 namespace brightsweep::cli {
@@ -122,8 +123,7 @@ bool isBundleGroup(const TreeNode::Pointer &group) {
     return !dataOf(group->firstChild()).ModificationDate();
 }
 
-// By hand: there may be a million of them. No time of that kind is outside the years of four
-// digits.
+// By hand: there may be a million of them. A FileTime lies between the years 1677 and 2262.
 std::string isoText(FileTime time) {
     const auto second = std::chrono::floor<std::chrono::seconds>(time);
     const auto day = std::chrono::floor<std::chrono::days>(second);
@@ -238,7 +238,7 @@ int run(const QCommandLineParser &parser, Output &output) {
 
     // Never destroyed, like all that the end of the process releases at once: there may be a
     // million nodes.
-    auto &search = *new Search(request, output);
+    Search &search = *std::make_unique<Search>(request, output).release();
     if (!search.run()) {
         output.warning("The search cannot be started.");
         return Failed;

@@ -100,9 +100,11 @@ std::string ejectsAsJson(const std::vector<VolumeEjectAttempt> &attempts) {
             json.key("refNumber").value(attempt.refNumber);
             if (attempt.result.driveStays)
                 json.key("driveStays").value(true);
-            if (failed) {
+            if (failed || attempt.result.driveStays) {
                 json.key("status").value(attempt.result.status);
                 json.key("error").value(paths::text(attempt.result.message));
+            }
+            if (failed) {
                 json.key("holders").beginArray();
                 for (const std::string &holder : attempt.result.holders)
                     json.value(paths::text(holder));
@@ -125,7 +127,8 @@ int report(const std::vector<VolumeEjectAttempt> &attempts, Output &output) {
         const std::string number = std::to_string(attempt.refNumber);
         const bool isEjected = attempt.result.status == 0;
         if (isEjected)
-            text += "Volume " + number + " is ejected\n";
+            text += "Volume " + number +
+                    (attempt.result.driveStays ? " is unmounted\n" : " is ejected\n");
         else
             ++failed;
         if (attempt.result.driveStays)

@@ -8,6 +8,9 @@ namespace brightsweep {
 
 namespace {
 
+// How far ahead of the tree's making items are fetched; a name only once its item has come.
+constexpr std::size_t itemsAhead = 16;
+constexpr std::size_t namesAhead = 8;
 constexpr char beginMethod[] = "-[DuplicateFilesOpt beginSearchAtPath:withLimitSize:]";
 
 void append(TreeNode &parent, const std::shared_ptr<TreeNode> &child) {
@@ -117,9 +120,9 @@ bool DuplicateFilesOpt::getDuplicateFiles(std::shared_ptr<SimpleTreeNode> &root)
     // and becomes its last leaf.
     // The items have lain untouched since they were read: those that come soon are fetched early.
     const auto fetchBefore = [this](std::size_t index) {
-        if (index + 16 < m_findArray.size()) {
-            __builtin_prefetch(m_findArray[index + 16].get());
-            __builtin_prefetch(m_findArray[index + 8]->filePathName.data());
+        if (index + itemsAhead < m_findArray.size()) {
+            __builtin_prefetch(m_findArray[index + itemsAhead].get());
+            __builtin_prefetch(m_findArray[index + namesAhead]->filePathName.data());
         }
     };
     for (std::size_t begin = 0, end = 0; begin < m_findArray.size(); begin = end) {

@@ -224,8 +224,12 @@ void ObjectLog::flush() {
 
 void ObjectLog::flushAll() {
     const std::lock_guard lock(allLogs().mutex);
-    for (ObjectLog *log : allLogs().logs)
-        log->flush();
+    for (ObjectLog *log : allLogs().logs) {
+        // One that its thread is just using may be held up by a log file that does not answer.
+        const std::unique_lock own(log->m_mutex, std::try_to_lock);
+        if (own)
+            log->handOver();
+    }
 }
 
 void ObjectLog::add(std::string_view message) {

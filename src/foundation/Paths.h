@@ -19,8 +19,8 @@ namespace paths {
 QString text(std::string_view bytes);
 
 /// The text to show for a path: its reading with line ends, other control characters and marks of
-/// direction escaped ("\n", "\x1b", "\u202e"), so that no name can pass for another. Letters that
-/// run from right to left stay.
+/// direction escaped ("\n", "\x1b", "\u202e"), so that none breaks or turns the line that it stands
+/// in. Letters that run from right to left stay.
 QString display(std::string_view bytes);
 QString display(const std::string &bytes);
 QString display(const std::filesystem::path &path);

@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace brightsweep {
@@ -343,7 +344,7 @@ void DirectoryWalk::State::opened(Directory &directory) {
 void DirectoryWalk::State::noLongerNeeded(Directory *directory) {
     if (!directory || directory->m_notOpened.fetch_sub(1, std::memory_order_acq_rel) != 1)
         return;
-    // Let go of behind the lock: the system's own closing takes longer than anyone waits for it.
+    // Destroyed after the lock is released, as closing may take long.
     std::shared_ptr<const OpenDirectory> closed;
     const auto lock = lockShortly(openMutex);
     if (directory->m_listed)

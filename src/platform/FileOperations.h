@@ -138,11 +138,11 @@ public:
     /// Opens a regular file for reading, never waiting for a writer and never through a link in
     /// the last place; anything but a regular file is refused unread.
     virtual Result<FileDescriptor> openFile(const std::filesystem::path &path) = 0;
-    /// The same for a file that a listing has just shown to be regular, which spares the looks
-    /// before and behind the opening. It may have turned into something else meanwhile: until
-    /// fileAttributes() has told otherwise, it is only to be read by readCachedAt() and where
-    /// cachedPages() counted every page, as it never does of a pipe or a terminal. It is called for
-    /// every file of a search, hence the plain bytes.
+    /// The same for a file that a listing has just shown to be regular, without a look before or
+    /// after the opening, so that it may be anything by now. Until fileAttributes() says that it is
+    /// a regular file, it is read by readCachedAt() alone, and only where cachedPages() counted
+    /// every page; a pipe or a terminal has none. It is called for every file of a search, hence
+    /// the plain bytes.
     virtual Result<FileDescriptor> openListedFile(const std::string &path) = 0;
     virtual Result<FileAttributes> fileAttributes(const FileDescriptor &file) = 0;
     /// How many pages of a range of the file are in memory; an error where the system does not

@@ -37,11 +37,11 @@ private:
     std::string m_name;
 };
 
-/// While one lives, the lines of `directorysizes` of what its thread removes from trashes are
-/// gathered, and each file is written once at the end, or after some thousands: one that holds
-/// thousands of lines is not written thousands of times. The file only saves others a computation,
-/// so that a line of something that has gone does no harm meanwhile, nor after a crash.
-class TrashBatch {
+/// While one lives, what its thread removes from trashes is gathered, and each `directorysizes`
+/// file is rewritten once at the end, or after some thousands of removals. Made and destroyed on
+/// one thread, the last made first. The file only saves others a computation: lines of what has
+/// gone do no harm meanwhile, nor when the process ends before.
+class [[nodiscard]] TrashBatch {
 public:
     TrashBatch();
     ~TrashBatch();

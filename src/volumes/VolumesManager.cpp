@@ -15,23 +15,23 @@ VolumesManager::VolumesManager(VolumeSource &source) : m_source(source) {}
 
 bool VolumesManager::ejectSingleVolume(std::int16_t refNumber) {
     m_lastEjects.clear();
-    return tryEject(refNumber);
+    return tryEject(refNumber, nameOf(refNumber));
 }
 
 std::int32_t VolumesManager::ejectAllVolumes() {
     m_lastEjects.clear();
-    // All numbers first: an eject changes the list of volumes.
-    std::vector<std::int16_t> references;
+    // All of them first: an eject changes the list of volumes.
+    std::vector<std::pair<std::int16_t, std::string>> ejectable;
     VolumesInfo volumes(m_source);
     for (const DSVolumeInfo &volume : volumes.getAllVolsInfo()) {
         if (volume.bCanEject)
-            references.push_back(volume.volRefNumber);
+            ejectable.emplace_back(volume.volRefNumber, volume.volumeName.toStdString());
     }
-    if (references.empty())
+    if (ejectable.empty())
         return -1;
     std::int32_t result = 0;
-    for (const std::int16_t reference : references) {
-        if (!tryEject(reference))
+    for (const auto &[reference, name] : ejectable) {
+        if (!tryEject(reference, name))
             result = 1;
     }
     return result;
@@ -54,8 +54,8 @@ std::string VolumesManager::nameOf(std::int16_t refNumber) {
     return {};
 }
 
-bool VolumesManager::tryEject(std::int16_t refNumber) {
-    VolumeEjectAttempt attempt{refNumber, nameOf(refNumber), {}};
+bool VolumesManager::tryEject(std::int16_t refNumber, std::string name) {
+    VolumeEjectAttempt attempt{refNumber, std::move(name), {}};
     attempt.result = m_source.eject(refNumber);
     const EjectResult &result = m_lastEjects.emplace_back(std::move(attempt)).result;
     if (result.driveStays)

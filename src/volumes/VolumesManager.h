@@ -34,7 +34,7 @@ public:
     const std::vector<VolumeEjectAttempt> &lastEjects() const { return m_lastEjects; }
 
 private:
-    bool tryEject(std::int16_t refNumber);
+    bool tryEject(std::int16_t refNumber, std::string name);
     std::string nameOf(std::int16_t refNumber);
 
     VolumeSource &m_source;

@@ -71,7 +71,7 @@ TEST(Paths, BytesSurviveOptionsAndNotifications) {
     EXPECT_FALSE(paths::isValidUtf8("\xed\xa0\x80")); // half a surrogate pair
 }
 
-TEST(Paths, NoNameShowsAsAnother) {
+TEST(Paths, NoNameBreaksOrTurnsItsLine) {
     const struct {
         const char *bytes;
         const char16_t *shown;

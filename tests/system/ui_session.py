@@ -4,6 +4,7 @@ Needs root for its mounts.
 """
 import os
 import pathlib
+import select
 import socket
 import sys
 import unittest
@@ -86,6 +87,7 @@ class Session(unittest.TestCase):
         return desktop
 
     def open_popup(self, desktop):
+        self.assertTrue(eventually(desktop.has_keyboard))
         desktop.click_tray()
         desktop.wait_for("Quit Brightsweep")
 
@@ -162,6 +164,7 @@ class Tray(Session):
             self.assertTrue(eventually(lambda items=items: items.read_text().split()))
             self.assertTrue(eventually(lambda: desktop.tray_place() is None), "two icons")
             name, path = items.read_text().split()[:2]
+            self.assertTrue(eventually(desktop.has_keyboard))
             desktop.run("dbus-send", "--session", "--print-reply", f"--dest={name}", path,
                         "org.kde.StatusNotifierItem.Activate", "int32:640", "int32:20")
             desktop.wait_for("Quit Brightsweep")
@@ -236,7 +239,9 @@ class SilentBus(Session):
         """Of a socket that takes connections and never says a word."""
         place = f"{desktop.folder}/runtime/silent"
         listener = socket.socket(socket.AF_UNIX)
+        listener.setblocking(False)
         self.addCleanup(listener.close)
+        self.listener = listener
         listener.bind(place)
         listener.listen(64)
         os.chown(place, USER, USER)
@@ -246,13 +251,20 @@ class SilentBus(Session):
         # Without a bus nobody says what is on show.
         desktop.start_program()
         self.assertTrue(eventually(lambda: any(width >= 600 for _, _, width, _
-                                               in desktop.windows()), 15), "no window")
+                                               in desktop.windows())), "no window")
         desktop.activate()
         owner = ("xdotool", "getwindowfocus", "getwindowpid")
         self.assertTrue(eventually(
             lambda: desktop.run(*owner).stdout.strip() == str(desktop.running.pid)))
         desktop.tap("ctrl+q")
         self.assertEqual(desktop.wait_for_end(), 1)
+        heard = []
+        while select.select([self.listener], [], [], 0)[0]:
+            with self.listener.accept()[0] as caller:
+                heard.append(caller.recv(100))
+        question = b"\0AUTH\r\n"
+        self.assertIn(question, heard)
+        self.assertLessEqual(set(heard), {b"", question}, "nobody waits for its words")
 
     def test_of_the_session(self):
         desktop = self.desktop(tray=False)

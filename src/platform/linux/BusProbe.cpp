@@ -9,6 +9,7 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -22,6 +23,8 @@ namespace brightsweep {
 namespace {
 
 constexpr char sessionVariable[] = "DBUS_SESSION_BUS_ADDRESS";
+// What the variable held before, for the program started anew in this one's place.
+constexpr char givenVariable[] = "BRIGHTSWEEP_SESSION_BUS";
 // An address that every bus library refuses at once, instead of a search of its own.
 constexpr char leftAddress[] = "disabled:";
 
@@ -29,6 +32,13 @@ constexpr char leftAddress[] = "disabled:";
 std::string &givenAddress() {
     static std::string address;
     return address;
+}
+
+void setOrUnset(const char *name, const std::string &value) {
+    if (value.empty())
+        ::unsetenv(name);
+    else
+        ::setenv(name, value.c_str(), 1);
 }
 
 std::string variable(const char *name) {
@@ -150,12 +160,31 @@ bool sessionBusIsLeft() {
 }
 
 bool leaveSilentSessionBus() {
+    if (variable(sessionVariable) == leftAddress)
+        setOrUnset(sessionVariable, variable(givenVariable));
+    ::unsetenv(givenVariable);
     const std::string address = sessionBusAddress();
-    if (!busIsSilent(address))
+    if (!busIsSilent(address, startPatience))
         return false;
     givenAddress() = address;
+    setOrUnset(givenVariable, variable(sessionVariable));
     ::setenv(sessionVariable, leftAddress, 1);
     return true;
+}
+
+std::vector<std::string> environmentOfChildren() {
+    const bool isLeft = sessionBusIsLeft();
+    const std::string bus = std::string(sessionVariable) + '=';
+    const std::string given = std::string(givenVariable) + '=';
+    std::vector<std::string> environment;
+    for (char **entry = environ; *entry; ++entry) {
+        const std::string_view text(*entry);
+        if (isLeft && text.starts_with(given))
+            environment.push_back(bus + std::string(text.substr(given.size())));
+        else if (!isLeft || !text.starts_with(bus))
+            environment.emplace_back(text);
+    }
+    return environment;
 }
 
 } // namespace brightsweep

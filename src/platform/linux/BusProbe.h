@@ -3,6 +3,7 @@
 #include <chrono>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace brightsweep {
 
@@ -11,8 +12,10 @@ namespace brightsweep {
 // first, by a socket alone. Addresses of a form that only the library knows are left to it. Any
 // thread.
 
-/// Longer than a bus that works ever takes to greet.
+/// Longer than a bus that runs takes to greet.
 inline constexpr std::chrono::milliseconds busPatience(1'000);
+/// The same for one that the first connection of a session may have to start.
+inline constexpr std::chrono::milliseconds startPatience(3'000);
 
 /// Empty where there is no session bus. The library's own search would start one.
 std::string sessionBusAddress();
@@ -25,5 +28,7 @@ bool busIsSilent(std::string_view address, std::chrono::milliseconds patience = 
 
 /// True where leaveSilentSessionBus() has found the bus silent. sessionBusAddress() still gives it.
 bool sessionBusIsLeft();
+/// The environment for programs that this one starts: with the session bus even where it is left.
+std::vector<std::string> environmentOfChildren();
 
 } // namespace brightsweep

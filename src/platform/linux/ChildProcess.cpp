@@ -1,5 +1,7 @@
 #include "platform/linux/ChildProcess.h"
 
+#include "platform/linux/BusProbe.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
@@ -23,10 +25,9 @@ std::error_code lastError(int number) {
 
 std::vector<std::string> environmentInC() {
     std::vector<std::string> environment;
-    for (char **entry = environ; *entry; ++entry) {
-        const std::string_view text(*entry);
-        if (!text.starts_with("LC_") && !text.starts_with("LANG"))
-            environment.emplace_back(text);
+    for (std::string &entry : environmentOfChildren()) {
+        if (!entry.starts_with("LC_") && !entry.starts_with("LANG"))
+            environment.push_back(std::move(entry));
     }
     environment.emplace_back("LC_ALL=C");
     return environment;

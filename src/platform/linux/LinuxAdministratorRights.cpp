@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxAdministratorRights.h"
 
 #include "foundation/Paths.h"
+#include "platform/linux/BusProbe.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -14,6 +15,7 @@
 #include <csignal>
 #include <cstring>
 #include <filesystem>
+#include <utility>
 #include <vector>
 
 namespace brightsweep {
@@ -56,11 +58,10 @@ std::filesystem::path helperPath() {
 std::vector<std::string> toolEnvironment() {
     constexpr std::array<std::string_view, 4> leftOut = {"LC_", "LANG=", "LANGUAGE=", "SHELL="};
     std::vector<std::string> environment = {"LC_ALL=C"};
-    for (char **entry = environ; *entry; ++entry) {
-        if (std::none_of(leftOut.begin(), leftOut.end(), [&](std::string_view prefix) {
-                return std::string_view(*entry).starts_with(prefix);
-            }))
-            environment.emplace_back(*entry);
+    for (std::string &entry : environmentOfChildren()) {
+        if (std::none_of(leftOut.begin(), leftOut.end(),
+                         [&](std::string_view prefix) { return entry.starts_with(prefix); }))
+            environment.push_back(std::move(entry));
     }
     return environment;
 }

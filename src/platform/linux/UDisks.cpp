@@ -26,6 +26,7 @@ extern "C" const char *__tsan_default_suppressions() {
     return "race:libQt6DBus.so\n"
            "race:brightsweep::UDisks::\n"
            "race:brightsweep::SessionBus::metaObject\n"
+           "race:brightsweep::InstanceObject::metaObject\n"
            "race:libdbus-1.so\n"
            "deadlock:libdbus-1.so\n"
            "called_from_lib:libQt6DBus.so\n"
@@ -102,13 +103,6 @@ bool isSilence(QDBusError::ErrorType error) {
            error == QDBusError::TimedOut || error == QDBusError::Disconnected;
 }
 
-// Unconnected where the bus does not answer.
-QDBusConnection connectToSystemBus(const QString &name) {
-    return busIsSilent(systemBusAddress())
-               ? QDBusConnection(name)
-               : QDBusConnection::connectToBus(QDBusConnection::SystemBus, name);
-}
-
 } // namespace
 
 const UDisksBlock *UDisksSnapshot::block(DeviceNumber number) const {
@@ -125,7 +119,12 @@ const UDisksDrive *UDisksSnapshot::drive(DeviceNumber disk) const {
     return drive == drives.end() ? nullptr : &drive->second;
 }
 
-UDisks::UDisks() : m_name(newConnectionName()), m_connection(connectToSystemBus(m_name)) {}
+UDisks::UDisks()
+    : m_name(newConnectionName()),
+      m_busWasSilent(busIsSilent(systemBusAddress())),
+      m_connection(m_busWasSilent
+                       ? QDBusConnection(m_name)
+                       : QDBusConnection::connectToBus(QDBusConnection::SystemBus, m_name)) {}
 
 UDisks::~UDisks() {
     QDBusConnection::disconnectFromBus(m_name);

@@ -63,6 +63,8 @@ public:
 
     const QString &connectionName() const { return m_name; }
     bool isConnected() const { return m_connection.isConnected(); }
+    /// True where the bus took the connection and did not answer.
+    bool busWasSilent() const { return m_busWasSilent; }
     /// False once the bus has said that it is not to be had.
     bool isOffered() const { return m_offered; }
     /// All that the service knows. Waits some seconds at most, and no longer once `stop` is set.
@@ -72,6 +74,7 @@ public:
 
 private:
     QString m_name;
+    bool m_busWasSilent;
     QDBusConnection m_connection;
     bool m_offered = true;
 };

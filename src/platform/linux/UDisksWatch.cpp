@@ -56,6 +56,8 @@ bool UDisksWatch::isDue() const {
     switch (m_outcome) {
     case Outcome::NoBus:
         return busListens(systemBusAddress());
+    case Outcome::SilentBus:
+        return old;
     case Outcome::NotOffered:
         return m_stale || !m_listening;
     case Outcome::NoAnswer:
@@ -68,7 +70,8 @@ bool UDisksWatch::isDue() const {
 
 void UDisksWatch::request(std::uint64_t mounts) {
     const std::lock_guard lock(m_mutex);
-    const bool other = m_mounts != mounts && m_outcome != Outcome::NoBus;
+    const bool other =
+        m_mounts != mounts && m_outcome != Outcome::NoBus && m_outcome != Outcome::SilentBus;
     if (!other && !isDue())
         return;
     m_mounts = mounts;
@@ -113,12 +116,14 @@ void UDisksWatch::run() {
         }
         auto snapshot = connected ? service->snapshot(m_stop) : std::nullopt;
         lock.lock();
+        const bool isSilent = service->busWasSilent();
         if (!service->isConnected()) {
             service.reset();
             m_connection.clear();
             m_listening = false;
         }
         m_outcome = snapshot               ? Outcome::Answer
+                    : isSilent             ? Outcome::SilentBus
                     : !service             ? Outcome::NoBus
                     : service->isOffered() ? Outcome::NoAnswer
                                            : Outcome::NotOffered;

@@ -35,7 +35,7 @@ public:
 
 private:
     /// What the last fetch ended with.
-    enum class Outcome { NoBus, NotOffered, NoAnswer, Answer };
+    enum class Outcome { NoBus, SilentBus, NotOffered, NoAnswer, Answer };
 
     bool isDue() const;
     void follow();

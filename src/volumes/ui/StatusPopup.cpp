@@ -221,7 +221,7 @@ void StatusPopup::rebuilt() {
 }
 
 bool StatusPopup::event(QEvent *event) {
-    if (event->type() == QEvent::WindowDeactivate && isVisible()) {
+    if (event->type() == QEvent::WindowDeactivate && isVisible() && !m_isHiding) {
         m_sinceDeactivation.start();
         hide();
     }
@@ -255,6 +255,13 @@ void StatusPopup::paintEvent(QPaintEvent *) {
 
 void StatusPopup::resizeEvent(QResizeEvent *) {
     clipWindow(*this, shapeOf(rect()));
+}
+
+// A window that hides loses its activation on the way, by no press on the item.
+void StatusPopup::setVisible(bool visible) {
+    m_isHiding = !visible;
+    QWidget::setVisible(visible);
+    m_isHiding = false;
 }
 
 void StatusPopup::hideEvent(QHideEvent *event) {

@@ -35,6 +35,7 @@ public:
     /// Where a popup of that size goes: beside the point, towards the middle of the screen, and
     /// within the available area, of which it takes 80% of the height at most.
     static QRect place(const QSize &size, const QPoint &point, const QRect &available);
+    void setVisible(bool visible) override;
 
 protected:
     bool event(QEvent *event) override;
@@ -58,7 +59,8 @@ private:
     std::vector<std::pair<std::size_t, MenuActionView *>> m_actions;
     StatusActivation m_activation;
     bool m_reopens = false; ///< closed in favour of a rebuild that is about to come
-    QElapsedTimer m_sinceDeactivation;
+    bool m_isHiding = false;
+    QElapsedTimer m_sinceDeactivation; ///< that closed it
 };
 
 } // namespace brightsweep

@@ -72,6 +72,7 @@ void TrayStatusItem::setShown(bool shown) {
 
 void TrayStatusItem::renew() {
     const bool present = m_shown && hostPresent();
+    tellOfHost(present);
     if (present && !m_tray && !m_icon.isNull()) {
         // The icon is a window to the toolkit, which closes an open menu before it shows one.
         if (QApplication::activePopupWidget()) {
@@ -85,11 +86,14 @@ void TrayStatusItem::renew() {
     } else if (!present) {
         m_tray.reset();
     }
-    if (m_shown && present != m_hostSeen) {
-        m_hostSeen = present;
-        if (m_hostChanged)
-            m_hostChanged(present);
-    }
+}
+
+void TrayStatusItem::tellOfHost(bool present) {
+    if (!m_shown || present == m_hostSeen)
+        return;
+    m_hostSeen = present;
+    if (m_hostChanged)
+        m_hostChanged(present);
 }
 
 void TrayStatusItem::activated() {

@@ -33,6 +33,7 @@ public:
 private:
     bool nativeEventFilter(const QByteArray &type, void *message, qintptr *) override;
     void renew();
+    void tellOfHost(bool present);
     void activated();
     QString toolTip() const;
 
