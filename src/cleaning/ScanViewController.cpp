@@ -54,9 +54,10 @@ bool hasGone(const RemovalTarget &target) {
 
 QString failureText(const RemovalOutcome &outcome) {
     QString text = QString::fromStdString(outcome.error.message());
-    if (!outcome.words.empty())
+    const auto words = QByteArrayView(outcome.words).trimmed();
+    if (!words.isEmpty())
         text += QStringLiteral(" (") +
-                paths::display(paths::text(outcome.words).trimmed().toStdString()) +
+                paths::display(std::string_view(words.data(), std::size_t(words.size()))) +
                 QLatin1Char(')');
     return text;
 }

@@ -1,6 +1,7 @@
 #include "cleaning/BrowseFolderOperation.h"
 #include "cleaning/CleanNotifications.h"
 #include "cleaning/DeleteFolderOperation.h"
+#include "cleaning/SizedTrash.h"
 
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
@@ -107,25 +108,9 @@ TEST(DeleteFolderOperation, EmptiesFoldersAndKeepsThem) {
 }
 
 TEST(DeleteFolderOperation, WritesTheSizesOfATrashOnce) {
-    TestTree tree;
-    std::string lines;
-    for (const char *name : {"a", "b", "c"}) {
-        tree.file(std::string("Trash/files/") + name + "/file");
-        tree.file(std::string("Trash/info/") + name + ".trashinfo");
-        lines += std::string("1 1 ") + name + "\n";
-    }
-    const auto sizes = tree.file("Trash/directorysizes", lines + "1 1 other\n");
-    std::vector<std::string> seen;
-    test::FaultPlatform fault;
-    fault.setFault([&](std::string_view call, const std::filesystem::path &) {
-        if (call == "removeItem")
-            seen.push_back(*readSmallFile(sizes));
-        return std::error_code();
-    });
-    DeleteFolderOperation({tree.path("Trash/files")}).main();
-    EXPECT_EQ(seen, std::vector<std::string>(3, lines + "1 1 other\n"));
-    EXPECT_EQ(*readSmallFile(sizes), "1 1 other\n");
-    EXPECT_TRUE(tree.snapshot("Trash/info").empty());
+    test::SizedTrash trash;
+    DeleteFolderOperation({trash.files()}).main();
+    trash.expectEmptiedWithOneWrite();
 }
 
 TEST(DeleteFolderOperation, WithoutRightsAFolderThatMayNotBeTouchedIsToldOnce) {

@@ -1,4 +1,5 @@
 #include "cleaning/ScanViewController.h"
+#include "cleaning/SizedTrash.h"
 
 #include "core/UtilityFunction.h"
 #include "foundation/NotificationCenter.h"
@@ -174,29 +175,13 @@ TEST(Scan, AnOwnerThatGoesFirstWaitsForItsWork) {
 }
 
 TEST(Clean, WritesTheSizesOfATrashOnce) {
-    TestTree tree;
-    std::string lines;
-    for (const char *name : {"a", "b", "c"}) {
-        tree.file(std::string("Trash/files/") + name + "/file");
-        tree.file(std::string("Trash/info/") + name + ".trashinfo");
-        lines += std::string("1 1 ") + name + "\n";
-    }
-    const auto sizes = tree.file("Trash/directorysizes", lines + "1 1 other\n");
-    std::vector<std::string> seen;
+    test::SizedTrash trash;
     ScanViewController controller;
-    scan(controller, {tree.path("Trash/files")});
+    scan(controller, {trash.files()});
     for (std::size_t row = 0; row < controller.rowCount(); ++row)
         controller.setSelected(row, true);
-    test::FaultPlatform fault;
-    fault.setFault([&](std::string_view call, const std::filesystem::path &) {
-        if (call == "removeItem")
-            seen.push_back(*readSmallFile(sizes));
-        return std::error_code();
-    });
     clean(controller);
-    EXPECT_EQ(seen, std::vector<std::string>(3, lines + "1 1 other\n"));
-    EXPECT_EQ(*readSmallFile(sizes), "1 1 other\n");
-    EXPECT_TRUE(tree.snapshot("Trash/info").empty());
+    trash.expectEmptiedWithOneWrite();
 }
 
 TEST(Clean, RemovesTheTickedRowsAndNothingElse) {

@@ -33,14 +33,6 @@ std::vector<std::string> environmentInC() {
     return environment;
 }
 
-std::vector<char *> pointers(std::vector<std::string> &texts) {
-    std::vector<char *> result;
-    for (std::string &text : texts)
-        result.push_back(text.data());
-    result.push_back(nullptr);
-    return result;
-}
-
 struct Start {
     char *const *arguments;
     char *const *environment;
@@ -78,6 +70,14 @@ std::pair<pid_t, int> startBeside(const Start &start) {
 
 } // namespace
 
+std::vector<char *> pointersTo(std::vector<std::string> &texts) {
+    std::vector<char *> result;
+    for (std::string &text : texts)
+        result.push_back(text.data());
+    result.push_back(nullptr);
+    return result;
+}
+
 Result<ChildProcess> ChildProcess::start(const std::vector<std::string> &arguments,
                                          Purpose purpose) {
     int ends[2];
@@ -91,8 +91,8 @@ Result<ChildProcess> ChildProcess::start(const std::vector<std::string> &argumen
         return lastError(errno);
     std::vector<std::string> texts = arguments;
     std::vector<std::string> environment = environmentInC();
-    const auto argumentPointers = pointers(texts);
-    const auto environmentPointers = pointers(environment);
+    const auto argumentPointers = pointersTo(texts);
+    const auto environmentPointers = pointersTo(environment);
     const Start start = {argumentPointers.data(), environmentPointers.data(), nowhere.get(),
                          writeEnd.get(), purpose == Purpose::Question};
     const auto [process, error] = startBeside(start);

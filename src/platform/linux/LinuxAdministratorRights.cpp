@@ -2,6 +2,7 @@
 
 #include "foundation/Paths.h"
 #include "platform/linux/BusProbe.h"
+#include "platform/linux/ChildProcess.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -64,14 +65,6 @@ std::vector<std::string> toolEnvironment() {
             environment.push_back(std::move(entry));
     }
     return environment;
-}
-
-std::vector<char *> pointersTo(std::vector<std::string> &texts) {
-    std::vector<char *> pointers;
-    for (std::string &text : texts)
-        pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    return pointers;
 }
 
 // Starts the program with the stream as its standard input and output; 0 or an errno.

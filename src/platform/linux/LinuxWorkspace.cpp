@@ -3,6 +3,7 @@
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
 #include "platform/linux/BusProbe.h"
+#include "platform/linux/ChildProcess.h"
 #include "platform/linux/SessionBus.h"
 
 #include <QMimeDatabase>
@@ -44,12 +45,9 @@ bool startOpener(const std::filesystem::path &path) {
     std::string place = path.native();
     char *arguments[] = {opener.data(), place.data(), nullptr};
     std::vector<std::string> environment = environmentOfChildren();
-    std::vector<char *> entries;
-    for (std::string &entry : environment)
-        entries.push_back(entry.data());
-    entries.push_back(nullptr);
     pid_t child = 0;
-    if (::posix_spawnp(&child, opener.c_str(), nullptr, nullptr, arguments, entries.data()) != 0)
+    if (::posix_spawnp(&child, opener.c_str(), nullptr, nullptr, arguments,
+                       pointersTo(environment).data()) != 0)
         return false;
     std::thread([child, place] {
         int status = 0;
