@@ -5,8 +5,6 @@
 #include "platform/Workspace.h"
 #include "volumes/VolumesInfo.h"
 
-#include <utility>
-
 namespace brightsweep {
 
 VolumesManager::VolumesManager() : VolumesManager(*Platform::current().volumes) {}
@@ -15,23 +13,23 @@ VolumesManager::VolumesManager(VolumeSource &source) : m_source(source) {}
 
 bool VolumesManager::ejectSingleVolume(std::int16_t refNumber) {
     m_lastEjects.clear();
-    return tryEject(refNumber, nameOf(refNumber));
+    return tryEject(refNumber);
 }
 
 std::int32_t VolumesManager::ejectAllVolumes() {
     m_lastEjects.clear();
-    // All of them first: an eject changes the list of volumes.
-    std::vector<std::pair<std::int16_t, std::string>> ejectable;
+    // All numbers first: an eject changes the list of volumes.
+    std::vector<std::int16_t> references;
     VolumesInfo volumes(m_source);
     for (const DSVolumeInfo &volume : volumes.getAllVolsInfo()) {
         if (volume.bCanEject)
-            ejectable.emplace_back(volume.volRefNumber, volume.volumeName.toStdString());
+            references.push_back(volume.volRefNumber);
     }
-    if (ejectable.empty())
+    if (references.empty())
         return -1;
     std::int32_t result = 0;
-    for (const auto &[reference, name] : ejectable) {
-        if (!tryEject(reference, name))
+    for (const std::int16_t reference : references) {
+        if (!tryEject(reference))
             result = 1;
     }
     return result;
@@ -46,18 +44,9 @@ bool VolumesManager::openVolRootDir(const std::filesystem::path &path) {
     return Platform::current().workspace->open(plain);
 }
 
-std::string VolumesManager::nameOf(std::int16_t refNumber) {
-    for (const VolumeFacts &facts : m_source.volumes()) {
-        if (facts.refNumber == refNumber)
-            return facts.name;
-    }
-    return {};
-}
-
-bool VolumesManager::tryEject(std::int16_t refNumber, std::string name) {
-    VolumeEjectAttempt attempt{refNumber, std::move(name), {}};
-    attempt.result = m_source.eject(refNumber);
-    const EjectResult &result = m_lastEjects.emplace_back(std::move(attempt)).result;
+bool VolumesManager::tryEject(std::int16_t refNumber) {
+    const EjectResult &result =
+        m_lastEjects.emplace_back(VolumeEjectAttempt{refNumber, m_source.eject(refNumber)}).result;
     if (result.driveStays)
         NSLog("The volume %d is unmounted, but its drive stays: %@", refNumber, result.message);
     if (result.status == 0)

@@ -3,7 +3,6 @@
 #include "platform/VolumeSource.h"
 
 #include <filesystem>
-#include <string>
 #include <vector>
 
 namespace brightsweep {
@@ -11,7 +10,6 @@ namespace brightsweep {
 /// One attempt to eject a volume and how it went.
 struct VolumeEjectAttempt {
     std::int16_t refNumber = 0;
-    std::string name; ///< as VolumeFacts::name, from before; empty for an unknown number
     EjectResult result;
 };
 
@@ -34,8 +32,7 @@ public:
     const std::vector<VolumeEjectAttempt> &lastEjects() const { return m_lastEjects; }
 
 private:
-    bool tryEject(std::int16_t refNumber, std::string name);
-    std::string nameOf(std::int16_t refNumber);
+    bool tryEject(std::int16_t refNumber);
 
     VolumeSource &m_source;
     std::vector<VolumeEjectAttempt> m_lastEjects;

@@ -20,6 +20,7 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -181,6 +182,7 @@ private:
     std::unique_ptr<VolumesInfo> voluInfo;
     std::unique_ptr<WatchMountUnmount> watchMu;
     std::unique_ptr<VolumeEjector> m_ejector;
+    std::map<std::int16_t, QString> m_ejectingNames; // of volumes that may have gone by the answer
     std::unique_ptr<AppController> m_mainWindow;
     std::unique_ptr<CleanWindow> clrSysController;
     std::unique_ptr<ClearMemory> _clearMemory;

@@ -357,9 +357,12 @@ void AppDelegate::openFinderWhenClickItems(const std::filesystem::path &path) {
 // The rows say at once that an eject of theirs has begun.
 void AppDelegate::markEjecting() {
     for (const DSVolumeInfo &volume : *volsInfo) {
+        const bool isEjecting = m_ejector->isEjecting(volume.volRefNumber);
+        if (isEjecting)
+            m_ejectingNames[volume.volRefNumber] = volume.volumeName;
         if (const MenuItem *place = m_menu.itemWithVolume(volume.volRefNumber)) {
             MenuItem row = *place;
-            row.isEjecting = m_ejector->isEjecting(volume.volRefNumber);
+            row.isEjecting = isEjecting;
             m_menu.setRow(*place, std::move(row));
         }
     }
@@ -388,9 +391,11 @@ void AppDelegate::ejected(const std::vector<VolumeEjectAttempt> &attempts) {
     // A volume that has gone by itself meanwhile is where it was wanted.
     getBootVolume();
     for (const VolumeEjectAttempt &attempt : attempts) {
+        const auto known = m_ejectingNames.extract(attempt.refNumber);
         if (attempt.result.driveStays) {
             m_bubbles.initBubbleViewWith(
-                {localizedText("VOLUME_UNMOUNTED").arg(nameInSentence(paths::text(attempt.name))),
+                {localizedText("VOLUME_UNMOUNTED")
+                     .arg(nameInSentence(known ? known.mapped() : QString())),
                  localizedText("DRIVE_STAYS")});
             continue;
         }
