@@ -1,10 +1,10 @@
 #include "cli/CommandLine.h"
 #ifdef BRIGHTSWEEP_GUI
-#include "core/app/ui/ApplicationStart.h"
+#include "app/ui/ApplicationStart.h"
 #endif
-#include "core/Entry.h"
+#include "app/Entry.h"
+#include "app/RegisterDefaults.h"
 #include "core/MacLog.h"
-#include "core/app/RegisterDefaults.h"
 #include "foundation/FileDescriptor.h"
 #include "foundation/Log.h"
 #include "memory/ClearMemory.h"

@@ -2,9 +2,9 @@
 // Everything lies below a temporary folder; its files are empty.
 
 #include "ManyRows.h"
+#include "app/RegisterDefaults.h"
 #include "cleaning/CleanOutlineController.h"
 #include "cleaning/NewMainViewController.h"
-#include "core/app/RegisterDefaults.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
 

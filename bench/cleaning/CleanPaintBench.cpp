@@ -2,14 +2,14 @@
 // [SCALE]]. It is 900 by 600 on a screen in memory; everything lies below a temporary folder.
 
 #include "ManyRows.h"
+#include "app/RegisterDefaults.h"
 #include "cleaning/CleanOutlineController.h"
 #include "cleaning/NewMainViewController.h"
 #include "cleaning/ui/CleanResultsPanel.h"
 #include "cleaning/ui/ResultView.h"
-#include "core/app/RegisterDefaults.h"
-#include "core/ui/Theme.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
+#include "ui/Theme.h"
 
 #include <QApplication>
 #include <QEventLoop>

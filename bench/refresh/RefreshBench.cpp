@@ -2,8 +2,8 @@
 // made up here, then over those of this machine; each with the processor time of one refresh and
 // with what the desktop was told and the rows that were drawn again. Limit: 0.4 ms with 20 volumes.
 
-#include "core/app/AppDelegate.h"
-#include "core/app/RegisterDefaults.h"
+#include "app/AppDelegate.h"
+#include "app/RegisterDefaults.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
 #include "support/FakeDesktop.h"

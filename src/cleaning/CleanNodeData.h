@@ -1,6 +1,6 @@
 #pragma once
 
-#include "duplicates/SimpleNodeData.h"
+#include "results/SimpleNodeData.h"
 
 #include <QString>
 

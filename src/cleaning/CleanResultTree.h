@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cleaning/CleanNodeData.h"
-#include "duplicates/SimpleTreeNode.h"
+#include "results/SimpleTreeNode.h"
 
 #include <array>
 #include <cstdint>

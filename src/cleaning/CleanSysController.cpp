@@ -2,10 +2,10 @@
 
 #include "cleaning/BrowseFolderOperation.h"
 #include "cleaning/CleanNotifications.h"
+#include "cleaning/CleanWindow.h"
 #include "cleaning/DeleteFolderOperation.h"
 #include "cleaning/FolderUtilities.h"
 #include "cleaning/ItemSizes.h"
-#include "core/CleanWindow.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "core/UtilityFunctionOfData.h"

@@ -6,8 +6,8 @@
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
-#include "uninstall/NvAuthorization.h"
-#include "uninstall/TrashRecord.h"
+#include "removal/NvAuthorization.h"
+#include "removal/TrashRecord.h"
 
 #include <string>
 

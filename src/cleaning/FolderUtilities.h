@@ -1,7 +1,7 @@
 #pragma once
 
 #include "foundation/Result.h"
-#include "uninstall/NvAuthorization.h"
+#include "removal/NvAuthorization.h"
 
 #include <cstdint>
 #include <filesystem>

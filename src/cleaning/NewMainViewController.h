@@ -5,7 +5,7 @@
 #include "cleaning/CleanPageTexts.h"
 #include "cleaning/CleanSelection.h"
 #include "core/Clock.h"
-#include "uninstall/PadlockController.h"
+#include "removal/PadlockController.h"
 
 #include <QDateTime>
 #include <QObject>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cleaning/CleanFileInfo.h"
+#include "results/CleanFileInfo.h"
 
 #include <QObject>
 

@@ -7,7 +7,7 @@
 #include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
 #include "platform/AdministratorRights.h"
-#include "uninstall/NvAuthorization.h"
+#include "removal/NvAuthorization.h"
 
 #include <QDateTime>
 

@@ -5,11 +5,11 @@
 #include "core/ThreadWorker.h"
 #include "core/UtilityFunction.h"
 #include "duplicates/DuplicateFilesOpt.h"
-#include "duplicates/FileClasses.h"
 #include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
 #include "platform/FileOperations.h"
 #include "platform/Platform.h"
+#include "results/FileClasses.h"
 
 #include <QEventLoop>
 #include <QTimer>

@@ -1,7 +1,7 @@
 #include "cli/CommandLine.h"
 
+#include "app/RegisterDefaults.h"
 #include "core/MacLog.h"
-#include "core/app/RegisterDefaults.h"
 #include "foundation/Identity.h"
 #include "foundation/Log.h"
 #include "platform/LinuxPlatform.h"

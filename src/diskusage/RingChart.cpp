@@ -7,7 +7,7 @@
 #include "foundation/Paths.h"
 #include "platform/FileOperations.h"
 #include "platform/Platform.h"
-#include "uninstall/NvAuthorization.h"
+#include "removal/NvAuthorization.h"
 
 #include <algorithm>
 #include <cmath>

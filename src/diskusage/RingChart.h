@@ -1,9 +1,9 @@
 #pragma once
 
-#include "cleaning/CleanFileInfo.h"
 #include "diskusage/W32AllDir.h"
 #include "foundation/Result.h"
 #include "platform/FileOperations.h"
+#include "results/CleanFileInfo.h"
 
 #include <QObject>
 #include <QPointF>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "duplicates/AppAttrbItem.h"
-#include "duplicates/SimpleTreeNode.h"
 #include "duplicates/fileAttrbItem.h"
+#include "results/SimpleTreeNode.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <chrono>
+#include "foundation/FileTime.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -8,9 +9,6 @@
 #include <vector>
 
 namespace brightsweep {
-
-/// Time of a file's last change.
-using FileTime = std::chrono::sys_time<std::chrono::nanoseconds>;
 
 /// One candidate file. There may be millions of them: nothing is kept here that the path tells.
 ///

@@ -2,9 +2,9 @@
 
 #include "foundation/FileDescriptor.h"
 #include "foundation/PathBytes.h"
-#include "platform/linux/KernelFileSystems.h"
-#include "platform/linux/LongPath.h"
-#include "platform/linux/MountTable.h"
+#include "linux/KernelFileSystems.h"
+#include "linux/LongPath.h"
+#include "linux/MountTable.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -5,9 +5,9 @@
 #include "core/UtilityFunction.h"
 #include "core/UtilityObject.h"
 #include "foundation/NotificationCenter.h"
+#include "removal/NvAuthorization.h"
 #include "support/FaultPlatform.h"
 #include "support/RecordingPlatform.h"
-#include "uninstall/NvAuthorization.h"
 
 #include <gmock/gmock.h>
 

@@ -1,11 +1,11 @@
 #include "cleaning/FolderUtilities.h"
 
 #include "cleaning/CleanCategories.h"
-#include "cleaning/CleanFileInfo.h"
 #include "cleaning/ItemSizes.h"
 #include "core/TaskStopper.h"
 #include "core/UtilityFunction.h"
 #include "platform/Platform.h"
+#include "results/CleanFileInfo.h"
 #include "support/FaultPlatform.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"

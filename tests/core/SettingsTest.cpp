@@ -1,8 +1,8 @@
-#include "core/LaunchAtLogin.h"
+#include "app/LaunchAtLogin.h"
+#include "app/RegisterDefaults.h"
 #include "core/SettingKeys.h"
 #include "core/SizeLimit.h"
 #include "core/UtilityFunctionOfData.h"
-#include "core/app/RegisterDefaults.h"
 #include "foundation/UserDefaults.h"
 #include "preferences/PreferenceViewController.h"
 

@@ -1,5 +1,5 @@
-#include "duplicates/FileClasses.h"
-#include "duplicates/SimpleTreeNode.h"
+#include "results/FileClasses.h"
+#include "results/SimpleTreeNode.h"
 
 #include <QVariantList>
 

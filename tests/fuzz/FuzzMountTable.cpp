@@ -1,5 +1,5 @@
 #include "foundation/Paths.h"
-#include "platform/linux/MountTable.h"
+#include "linux/MountTable.h"
 #include "platform/linux/VolumeSelection.h"
 
 #include <cstddef>

@@ -3,7 +3,7 @@
 
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
-#include "uninstall/NvAuthorization.h"
+#include "removal/NvAuthorization.h"
 
 #include <cstdio>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/LoginItemRegistry.h"
+#include "app/LoginItemRegistry.h"
 #include "platform/DesktopNotifier.h"
 #include "platform/MemorySource.h"
 #include "platform/SingleInstance.h"

@@ -2,7 +2,7 @@
 
 #include "support/TestEnvironment.h"
 
-#include "core/app/RegisterDefaults.h"
+#include "app/RegisterDefaults.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
 

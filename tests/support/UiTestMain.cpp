@@ -1,6 +1,6 @@
 #include "support/TestRun.h"
 
-#include "core/ui/Theme.h"
+#include "ui/Theme.h"
 
 #include <QApplication>
 

@@ -4,7 +4,7 @@
 // ".refuse" exists, unmounting is refused, and while one with ".keep-METHOD" exists, that method of
 // the drive is.
 
-#include "platform/linux/MountTable.h"
+#include "linux/MountTable.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>

@@ -1,6 +1,6 @@
 #include "system/PrivateMachine.h"
 
-#include "platform/linux/MountTable.h"
+#include "linux/MountTable.h"
 #include "support/TestEnvironment.h"
 
 #include <fcntl.h>

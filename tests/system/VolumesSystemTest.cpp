@@ -1,6 +1,6 @@
+#include "linux/MountTableReader.h"
 #include "platform/Platform.h"
 #include "platform/VolumeSource.h"
-#include "platform/linux/MountTableReader.h"
 #include "support/TestEnvironment.h"
 #include "system/PrivateMachine.h"
 #include "system/SilentServer.h"

@@ -7,12 +7,12 @@
 #include "cleaning/ui/FileIcons.h"
 #include "cleaning/ui/HiddenTicksNotice.h"
 #include "cleaning/ui/ResultView.h"
-#include "core/ui/AlertSheet.h"
-#include "core/ui/Theme.h"
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
 #include "support/TestEnvironment.h"
+#include "ui/AlertSheet.h"
+#include "ui/Theme.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -1,11 +1,11 @@
-#include "core/ui/ImageProvider.h"
-#include "core/ui/Theme.h"
-#include "effects/Animation.h"
-#include "effects/AnimationCleanLayer.h"
-#include "effects/AnimationHoverImageView.h"
-#include "effects/AnimationLayer.h"
-#include "effects/HoverButton.h"
-#include "effects/PathAnimation.h"
+#include "ui/ImageProvider.h"
+#include "ui/Theme.h"
+#include "ui/effects/Animation.h"
+#include "ui/effects/AnimationCleanLayer.h"
+#include "ui/effects/AnimationHoverImageView.h"
+#include "ui/effects/AnimationLayer.h"
+#include "ui/effects/HoverButton.h"
+#include "ui/effects/PathAnimation.h"
 
 #include <QApplication>
 #include <QEnterEvent>

@@ -1,8 +1,8 @@
 // Draws every image of the program on one sheet, for the eye: image_sheet FILE.png PIXEL_RATIO
 // [NAME…].
-#include "core/ui/ImageNames.h"
-#include "core/ui/ImageProvider.h"
-#include "core/ui/Theme.h"
+#include "ui/ImageNames.h"
+#include "ui/ImageProvider.h"
+#include "ui/Theme.h"
 
 #include <QApplication>
 #include <QImage>

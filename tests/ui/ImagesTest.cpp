@@ -1,5 +1,5 @@
-#include "core/ui/ImageNames.h"
-#include "core/ui/ImageProvider.h"
+#include "ui/ImageNames.h"
+#include "ui/ImageProvider.h"
 
 #include <QDir>
 #include <QImage>

@@ -1,10 +1,10 @@
-#include "core/app/ui/MainWindow.h"
-#include "core/app/AppPrefsWindowController.h"
-#include "core/app/ui/PanelPages.h"
-#include "core/ui/AboutPanel.h"
-#include "core/ui/AlertSheet.h"
-#include "core/ui/PanelToolBar.h"
+#include "app/ui/MainWindow.h"
+#include "app/AppPrefsWindowController.h"
+#include "app/ui/AboutPanel.h"
+#include "app/ui/PanelPages.h"
+#include "app/ui/PanelToolBar.h"
 #include "foundation/UserDefaults.h"
+#include "ui/AlertSheet.h"
 
 #include <QApplication>
 #include <QKeyEvent>

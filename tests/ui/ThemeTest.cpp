@@ -1,7 +1,7 @@
-#include "core/ui/Theme.h"
-#include "core/ui/ImageProvider.h"
-#include "core/ui/StyleSheet.h"
+#include "ui/Theme.h"
 #include "platform/Platform.h"
+#include "ui/ImageProvider.h"
+#include "ui/StyleSheet.h"
 
 #include <QApplication>
 #include <QPushButton>

@@ -1,8 +1,8 @@
 #include "cleaning/ui/CheckHeader.h"
 
 #include "core/CheckImage.h"
-#include "core/ui/ImageProvider.h"
-#include "core/ui/Theme.h"
+#include "ui/ImageProvider.h"
+#include "ui/Theme.h"
 
 #include <QMouseEvent>
 #include <QPainter>

@@ -5,8 +5,8 @@
 #include "cleaning/V3MainListView.h"
 #include "cleaning/ui/OverviewRow.h"
 #include "core/UtilityFunction.h"
-#include "core/ui/Theme.h"
-#include "effects/Animation.h"
+#include "ui/Theme.h"
+#include "ui/effects/Animation.h"
 
 #include <QLabel>
 #include <QPushButton>

@@ -9,10 +9,10 @@
 #include "cleaning/ui/OverviewRow.h"
 #include "cleaning/ui/ResultView.h"
 #include "cleaning/ui/StyledLabel.h"
-#include "core/ui/ImageProvider.h"
-#include "core/ui/ImageView.h"
-#include "core/ui/Theme.h"
-#include "effects/Animation.h"
+#include "ui/ImageProvider.h"
+#include "ui/ImageView.h"
+#include "ui/Theme.h"
+#include "ui/effects/Animation.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

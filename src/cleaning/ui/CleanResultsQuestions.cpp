@@ -3,11 +3,11 @@
 #include "cleaning/ui/CleanResultsPanel.h"
 #include "cleaning/ui/FileIcons.h"
 #include "cleaning/ui/ResultView.h"
-#include "core/ui/AlertSheet.h"
-#include "core/ui/ImageProvider.h"
-#include "core/ui/ImageView.h"
-#include "effects/PathAnimation.h"
 #include "foundation/Paths.h"
+#include "ui/AlertSheet.h"
+#include "ui/ImageProvider.h"
+#include "ui/ImageView.h"
+#include "ui/effects/PathAnimation.h"
 
 #include <QLabel>
 

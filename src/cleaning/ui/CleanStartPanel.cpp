@@ -3,8 +3,8 @@
 #include "cleaning/NewMainViewController.h"
 #include "cleaning/ui/StyledLabel.h"
 #include "core/Texts.h"
-#include "core/ui/ImageView.h"
-#include "core/ui/Theme.h"
+#include "ui/ImageView.h"
+#include "ui/Theme.h"
 
 #include <QLabel>
 #include <QPushButton>

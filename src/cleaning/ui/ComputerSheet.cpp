@@ -2,8 +2,8 @@
 
 #include "cleaning/CustomComInfoView.h"
 #include "core/Texts.h"
-#include "core/ui/ImageView.h"
-#include "core/ui/Theme.h"
+#include "ui/ImageView.h"
+#include "ui/Theme.h"
 
 #include <QGridLayout>
 #include <QLabel>

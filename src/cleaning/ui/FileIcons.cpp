@@ -1,8 +1,8 @@
 #include "cleaning/ui/FileIcons.h"
 
-#include "core/ui/ImageProvider.h"
-#include "duplicates/FileClasses.h"
 #include "foundation/Paths.h"
+#include "results/FileClasses.h"
+#include "ui/ImageProvider.h"
 
 #include <array>
 

@@ -1,7 +1,7 @@
 #include "cleaning/ui/HiddenTicksNotice.h"
 
 #include "cleaning/CleanOutlineController.h"
-#include "core/ui/Theme.h"
+#include "ui/Theme.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

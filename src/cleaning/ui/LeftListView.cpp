@@ -5,8 +5,8 @@
 #include "cleaning/NewMainViewController.h"
 #include "cleaning/V3MainListView.h"
 #include "core/UtilityFunction.h"
-#include "core/ui/ImageProvider.h"
-#include "core/ui/Theme.h"
+#include "ui/ImageProvider.h"
+#include "ui/Theme.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>

@@ -2,8 +2,8 @@
 
 #include "cleaning/CleanSysController.h"
 #include "core/Texts.h"
-#include "core/ui/Theme.h"
-#include "core/ui/WindowSystem.h"
+#include "ui/Theme.h"
+#include "ui/WindowSystem.h"
 #include "volumes/BubbleController.h"
 #include "volumes/ui/BubbleWindow.h"
 #include "volumes/ui/MAAttachedWindow.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/CleanWindow.h"
+#include "cleaning/CleanWindow.h"
 
 namespace brightsweep {
 

@@ -2,9 +2,9 @@
 
 #include "cleaning/CleanCategories.h"
 #include "core/CheckImage.h"
-#include "core/ui/ImageProvider.h"
-#include "core/ui/Theme.h"
 #include "foundation/Paths.h"
+#include "ui/ImageProvider.h"
+#include "ui/Theme.h"
 
 #include <QApplication>
 #include <QHeaderView>

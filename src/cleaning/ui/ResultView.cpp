@@ -4,10 +4,10 @@
 #include "cleaning/CleanOutlineController.h"
 #include "cleaning/ui/CheckHeader.h"
 #include "cleaning/ui/ResultRowDelegate.h"
-#include "core/ui/Theme.h"
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
+#include "ui/Theme.h"
 
 #include <QAccessible>
 #include <QClipboard>

@@ -1,6 +1,6 @@
 #include "cleaning/ui/StyledLabel.h"
 
-#include "core/ui/Theme.h"
+#include "ui/Theme.h"
 
 #include <QEvent>
 

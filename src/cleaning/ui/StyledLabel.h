@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cleaning/CleanStyledText.h"
-#include "core/ui/Paragraph.h"
+#include "ui/Paragraph.h"
 
 namespace brightsweep {
 

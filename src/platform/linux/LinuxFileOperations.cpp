@@ -1,7 +1,7 @@
 #include "platform/linux/LinuxFileOperations.h"
 
-#include "platform/linux/KernelFileSystems.h"
-#include "platform/linux/LongPath.h"
+#include "linux/KernelFileSystems.h"
+#include "linux/LongPath.h"
 
 #include <dirent.h>
 #include <fcntl.h>

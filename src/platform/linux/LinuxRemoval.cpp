@@ -1,8 +1,8 @@
 #include "platform/linux/LinuxFileOperations.h"
 
 #include "foundation/Paths.h"
-#include "platform/linux/LongPath.h"
-#include "platform/linux/MountTable.h"
+#include "linux/LongPath.h"
+#include "linux/MountTable.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

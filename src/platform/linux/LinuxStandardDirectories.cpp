@@ -4,7 +4,7 @@
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
-#include "platform/linux/MountTable.h"
+#include "linux/MountTable.h"
 
 #include <dirent.h>
 #include <sys/stat.h>

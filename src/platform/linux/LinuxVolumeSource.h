@@ -1,8 +1,8 @@
 #pragma once
 
 #include "foundation/CallQueue.h"
+#include "linux/MountTableReader.h"
 #include "platform/VolumeSource.h"
-#include "platform/linux/MountTableReader.h"
 #include "platform/linux/MountWatch.h"
 #include "platform/linux/ReferenceNumbers.h"
 #include "platform/linux/RemoteFigures.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/MountTable.h"
+#include "linux/MountTable.h"
 
 #include <filesystem>
 #include <string>

@@ -1,6 +1,6 @@
 #include "volumes/ui/BubbleView.h"
 
-#include "core/ui/Theme.h"
+#include "ui/Theme.h"
 #include "volumes/BubbleController.h"
 #include "volumes/ui/BubbleWindow.h"
 #include "volumes/ui/MAAttachedWindow.h"

@@ -1,7 +1,7 @@
 #include "volumes/ui/CustomGreyBarView.h"
 
 #include "core/Texts.h"
-#include "core/ui/Theme.h"
+#include "ui/Theme.h"
 #include "volumes/ui/PopupMetrics.h"
 
 #include <QPainter>

@@ -1,6 +1,6 @@
 #include "volumes/ui/CustomStatusItemView.h"
 
-#include "core/ui/ImageProvider.h"
+#include "ui/ImageProvider.h"
 
 #include <QImage>
 #include <QPixmap>

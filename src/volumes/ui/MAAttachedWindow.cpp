@@ -1,7 +1,7 @@
 #include "volumes/ui/MAAttachedWindow.h"
 
-#include "core/ui/RoundedWindow.h"
-#include "core/ui/Theme.h"
+#include "ui/RoundedWindow.h"
+#include "ui/Theme.h"
 
 #include <QGuiApplication>
 #include <QPainter>

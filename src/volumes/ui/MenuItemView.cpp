@@ -1,8 +1,8 @@
 #include "volumes/ui/MenuItemView.h"
 
 #include "core/Texts.h"
-#include "core/ui/ImageProvider.h"
-#include "core/ui/Theme.h"
+#include "ui/ImageProvider.h"
+#include "ui/Theme.h"
 #include "volumes/StatusMenu.h"
 #include "volumes/ui/PopupMetrics.h"
 

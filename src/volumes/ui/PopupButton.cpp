@@ -1,7 +1,7 @@
 #include "volumes/ui/PopupButton.h"
 
-#include "core/ui/ImageProvider.h"
-#include "core/ui/Theme.h"
+#include "ui/ImageProvider.h"
+#include "ui/Theme.h"
 
 #include <QKeyEvent>
 #include <QPainter>

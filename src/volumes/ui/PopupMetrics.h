@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/ui/Theme.h"
+#include "ui/Theme.h"
 
 #include <QString>
 

@@ -1,8 +1,8 @@
 #include "volumes/ui/StatusPopup.h"
 
-#include "core/ui/RoundedWindow.h"
-#include "core/ui/Theme.h"
-#include "core/ui/WindowSystem.h"
+#include "ui/RoundedWindow.h"
+#include "ui/Theme.h"
+#include "ui/WindowSystem.h"
 #include "volumes/StatusMenu.h"
 #include "volumes/ui/CustomGreyBarView.h"
 #include "volumes/ui/MenuActionView.h"

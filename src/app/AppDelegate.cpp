@@ -1,0 +1,277 @@
+#include "app/AppDelegate.h"
+
+#include "app/AppPrefsWindowController.h"
+#include "app/LaunchAtLogin.h"
+#include "app/RefreshLoop.h"
+#include "core/UtilityFunction.h"
+#include "core/UtilityObject.h"
+#include "foundation/Log.h"
+#include "foundation/NotificationCenter.h"
+#include "foundation/UserDefaults.h"
+#include "platform/DesktopNotifier.h"
+#include "platform/Platform.h"
+#include "platform/SingleInstance.h"
+#include "platform/VolumeSource.h"
+#include "platform/Workspace.h"
+#include "preferences/PreferenceViewController.h"
+#include "volumes/VolumeNotifications.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QPointer>
+#include <QThread>
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int quitStatus = 1;
+constexpr std::chrono::seconds hostPatience{10};
+
+} // namespace
+
+AppDelegate::AppDelegate(AppDelegateParts parts, QObject *parent)
+    : QObject(parent),
+      m_parts(std::move(parts)),
+      m_noLoginItems("the program has no list of login items"),
+      _statusItem(m_parts.statusItem ? *m_parts.statusItem : *Platform::current().statusItem),
+      m_clock(m_parts.clock ? *m_parts.clock : Clock::eventLoop()),
+      m_bubbles(m_clock) {
+    connect(&m_menu, &StatusMenu::actionTriggered, this, &AppDelegate::menuAction);
+    connect(&m_menu, &StatusMenu::menuVisibleChanged, this, [this](bool visible) {
+        if (visible)
+            updateMemoryRow();
+    });
+    connect(&m_menu, &StatusMenu::ejectRequested, this,
+            [this](int reference) { eject(std::int16_t(reference)); });
+}
+
+AppDelegate::~AppDelegate() {
+    NotificationCenter::defaultCenter().removeObserver(this);
+    Platform::current().instance->setActivateHandler(nullptr);
+    Platform::current().volumes->setFactsHandler(nullptr);
+    _statusItem.setActivatedHandler(nullptr);
+    m_clock.cancel(m_hostTimer);
+    m_loops.clear();
+}
+
+void AppDelegate::applicationWillFinishLaunching() {
+    Platform::current().instance->setActivateHandler(
+        [this](const std::string &token) { handleReopenAppEvent(token); });
+}
+
+void AppDelegate::applicationDidFinishLaunching() {
+    registNSnotification();
+    addMainFuction();
+    m_hostTimer = m_clock.callAfter(hostPatience, [this] { tellWithoutHost(); });
+    m_launched = true;
+    if (const auto token = std::exchange(m_reopenToken, std::nullopt))
+        handleReopenAppEvent(*token);
+}
+
+void AppDelegate::observe(const QString &name, Handler handler) {
+    NotificationCenter::defaultCenter().addObserver(
+        this, name, [this, handler](const Notification &notification) {
+            if (QThread::currentThread() == thread())
+                (this->*handler)(notification);
+            else
+                m_queue.post([this, handler, notification] { (this->*handler)(notification); });
+        });
+}
+
+void AppDelegate::registNSnotification() {
+    observe(DSVolumeMountNotification, &AppDelegate::handleMount);
+    observe(DSVolumeUnmountNotification, &AppDelegate::handleUnmount);
+    observe(openFinderWhenClickItemsNotification, &AppDelegate::handleOpenFinder);
+    observe(refMenuItemWhenDeleteAndAddNotification, &AppDelegate::handleRebuild);
+    observe(DSShouldCloseWindow, &AppDelegate::handleCloseCleanWindow);
+    observe(cleanMemoryClickActionNotification, &AppDelegate::cleanMemoryClickAction);
+    observe(QStringLiteral("PurchaseSuccess"), &AppDelegate::handlePurchase);
+    observe(setStatusBarHiddenNotification, &AppDelegate::handleStatusBarHidden);
+}
+
+void AppDelegate::addMainFuction() {
+    PreferenceViewController::setLastClickRow(0);
+    UtilityFunction::callSelectNotificationForMainWindowLeft(
+        PreferenceViewController::getLastClickRow());
+    previousCount = 0;
+    _clearMemory.reset();
+    m_menu.removeItems();
+    // A watcher takes its handler away when it goes, so the old one goes first.
+    watchMu.reset();
+    VolumeSource &source = *Platform::current().volumes;
+    watchMu = std::make_unique<WatchMountUnmount>(source);
+    voluInfo = std::make_unique<VolumesInfo>(source);
+    m_ejector = std::make_unique<VolumeEjector>(source);
+    connect(m_ejector.get(), &VolumeEjector::singleEjected, this,
+            [this](bool, const std::vector<VolumeEjectAttempt> &attempts) { ejected(attempts); });
+    connect(m_ejector.get(), &VolumeEjector::allEjected, this, &AppDelegate::allEjected);
+    source.setFactsHandler(
+        [] { NotificationCenter::defaultCenter().post(refMenuItemWhenDeleteAndAddNotification); });
+    addMenu();
+    showMenuBar();
+    addOtherItem();
+    _statusItem.setShown(!PreferenceViewController::getHiddenStatusItem());
+    if (LaunchAtLogin::readeFileOfLaunchAppWhenLogin().toInt() == 0) {
+        m_mainWindow->showMainWindow();
+        UtilityFunction::callSelectNotificationForMainWindowLeft(0);
+    }
+    beginTimer();
+}
+
+void AppDelegate::beginTimer() {
+    m_loops.push_back(std::make_unique<RefreshLoop>(m_parts.refreshInterval,
+                                                    [this] { updateDataForMenuItem(); }));
+}
+
+void AppDelegate::tellWithoutHost() {
+    m_hostTimer = 0;
+    if (_statusItem.hostPresent() ||
+        AppPrefsWindowController::sharedPrefsWindowController().isVisible())
+        return;
+    DesktopNotification notification;
+    notification.summary = QStringLiteral("Brightsweep is running");
+    notification.body =
+        QStringLiteral("This desktop shows no status items. Start Brightsweep again, or choose "
+                       "Open, to see its window.");
+    notification.actionLabel = QStringLiteral("Open");
+    notification.action = [self = QPointer(this)](const std::string &token) {
+        if (self)
+            self->showMainWindow(token);
+    };
+    Platform::current().notifier->show(notification);
+}
+
+void AppDelegate::openMainWindow() {
+    if (m_mainWindow)
+        return;
+    m_mainWindow = std::make_unique<AppController>();
+    connect(&AppPrefsWindowController::sharedPrefsWindowController(),
+            &DBPrefsWindowController::helpRequested, this, &AppDelegate::help);
+    m_mainWindow->awakeFromNib();
+}
+
+void AppDelegate::showMainWindow(const std::string &activationToken) {
+    openMainWindow();
+    m_mainWindow->showMainWindow(activationToken);
+    UtilityFunction::callSelectNotificationForMainWindowLeft(
+        PreferenceViewController::getLastClickRow());
+}
+
+void AppDelegate::handleReopenAppEvent(const std::string &activationToken) {
+    if (m_launched)
+        showMainWindow(activationToken);
+    else
+        m_reopenToken = activationToken;
+}
+
+void AppDelegate::showPage(int row) {
+    showMainWindow();
+    // The text only fills the place of the first element.
+    const QVariantList object{QStringLiteral("s"), row};
+    NotificationCenter::defaultCenter().post(shouldSelectRowNotification, nullptr,
+                                             {{QStringLiteral("object"), object}});
+}
+
+void AppDelegate::Reference() {
+    openMainWindow();
+    auto &window = AppPrefsWindowController::sharedPrefsWindowController();
+    const QString preferences = QStringLiteral("preferences");
+    window.showWindow();
+    window.displayViewForIdentifier(preferences, true);
+    window.setSelectedItem(preferences);
+}
+
+void AppDelegate::AboutFunCall() {
+    Q_EMIT aboutRequested();
+}
+
+void AppDelegate::help() {
+    if (m_parts.guide.empty() || !Platform::current().workspace->open(m_parts.guide))
+        Q_EMIT alertRequested(QStringLiteral("The guide cannot be opened."));
+}
+
+void AppDelegate::cleaningFile() {
+    if (!canCleanFile())
+        return;
+    if (!clrSysController)
+        clrSysController = m_parts.makeCleanWindow();
+    clrSysController->resetStatus();
+    clrSysController->showWindow();
+}
+
+void AppDelegate::handleCloseCleanWindow(const Notification &) {
+    if (clrSysController) {
+        clrSysController->close();
+        // It may be the window's own call that led here, so it goes from the event loop.
+        m_queue.post([window = std::shared_ptr<CleanWindow>(std::move(clrSysController))] {});
+    }
+    runAsMain();
+}
+
+void AppDelegate::runAsMain() {
+    UtilityObject::getMyObject().isCanBeAction = true;
+}
+
+void AppDelegate::launchAppWhenLogin(int state) {
+    const int wanted = state == 0 ? 1 : 0;
+    m_menu.setChecked(MenuAction::LaunchAtLogin, wanted == 1);
+    std::filesystem::path program = m_parts.program;
+    if (program.empty()) {
+        const QByteArray bytes = QFile::encodeName(QCoreApplication::applicationFilePath());
+        program = std::string(bytes.constData(), std::size_t(bytes.size()));
+    }
+    LoginItemRegistry *const registry = m_parts.loginItems;
+    LaunchAtLogin::launchAppWhenLogin(wanted, program, registry ? *registry : m_noLoginItems);
+}
+
+void AppDelegate::menuAction(MenuAction action) {
+    switch (action) {
+    case MenuAction::EjectAll:
+        return rejestAllDisk();
+    case MenuAction::MainWindow:
+        return showMainWindow();
+    case MenuAction::LaunchAtLogin:
+        return launchAppWhenLogin(m_menu.isChecked(MenuAction::LaunchAtLogin) ? 1 : 0);
+    case MenuAction::Quit:
+        return quit();
+    case MenuAction::None:
+        break;
+    }
+}
+
+void AppDelegate::takeLeave() {
+    Q_EMIT quitting();
+    _statusItem.setShown(false);
+    UserDefaults::standardUserDefaults().synchronize();
+    ObjectLog::flushAll();
+}
+
+void AppDelegate::restart() {
+    takeLeave();
+    if (m_parts.restart)
+        return m_parts.restart();
+    std::string program = QFile::encodeName(QCoreApplication::applicationFilePath()).toStdString();
+    char activate[] = "--activate";
+    char *arguments[] = {program.data(), activate, nullptr};
+    ::execv(program.c_str(), arguments);
+    NSLog("The program cannot be started again: %@",
+          std::error_code(errno, std::system_category()));
+    std::_Exit(quitStatus);
+}
+
+void AppDelegate::quit() {
+    takeLeave();
+    // No destructor meets a worker that still runs.
+    if (m_parts.exit)
+        m_parts.exit(quitStatus);
+    else
+        std::_Exit(quitStatus);
+}
+
+} // namespace brightsweep

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "app/DBPrefsWindowController.h"
+
+#include <memory>
+
+namespace brightsweep {
+
+class NewMainViewController;
+
+/// The program's one window: its table of panels. Main thread.
+class AppPrefsWindowController : public DBPrefsWindowController {
+    Q_OBJECT
+
+public:
+    explicit AppPrefsWindowController(QObject *parent = nullptr);
+    ~AppPrefsWindowController() override;
+
+    /// The one instance, made at the first call.
+    static AppPrefsWindowController &sharedPrefsWindowController();
+    /// Lets the next call make another one; for tests.
+    static void resetSharedPrefsWindowController();
+
+    /// The clean page; null before the window was first shown.
+    NewMainViewController *v4MainView() const { return m_v4MainView.get(); }
+
+    /// Copies the settings of the animation.
+    void readAnimationSettings();
+
+Q_SIGNALS:
+    /// The uninstall page is shown and wants its list.
+    void beginSearchApps();
+    /// The clean page needs the program to be started anew.
+    void restartRequested();
+
+protected:
+    void setupToolbar() override;
+    void beginToSanUninstallListWhenSelect(int selection) override;
+
+private:
+    void makeCleanPage();
+
+    std::unique_ptr<NewMainViewController> m_v4MainView;
+};
+
+} // namespace brightsweep

@@ -1,0 +1,145 @@
+#include "app/ui/ApplicationStart.h"
+
+#include "app/AppController.h"
+#include "app/AppDelegate.h"
+#include "app/AppPrefsWindowController.h"
+#include "app/Guide.h"
+#include "app/ui/ApplicationViews.h"
+#include "app/ui/MainWindow.h"
+#include "cleaning/ui/QuickCleanWindow.h"
+#include "core/MacLog.h"
+#include "foundation/Identity.h"
+#include "foundation/Log.h"
+#include "foundation/UserDefaults.h"
+#include "platform/Platform.h"
+#include "platform/SingleInstance.h"
+#include "platform/StatusItem.h"
+#include "ui/ImageProvider.h"
+#include "ui/Theme.h"
+#include "volumes/ui/CustomStatusItemView.h"
+#include "volumes/ui/TrayStatusItem.h"
+
+#include <QApplication>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+
+namespace brightsweep {
+
+namespace {
+
+using Steady = std::chrono::steady_clock;
+
+constexpr int failureStatus = 1;
+
+// Where what the starter must know goes; the toolkit's handlers take no context.
+int starterTerminal = -1;
+
+void tellStarter(const std::string &words) {
+    const std::string line = "brightsweep: " + words + "\n";
+    [[maybe_unused]] const auto written = ::write(starterTerminal, line.data(), line.size());
+}
+
+void logMessage(QtMsgType type, const QMessageLogContext &context, const QString &text) {
+    NSLog("%@: %@", context.category ? context.category : "", text);
+    if (type != QtFatalMsg)
+        return;
+    tellStarter(text.toStdString());
+    ObjectLog::flushAll();
+    std::_Exit(failureStatus);
+}
+
+// Only the toolkit calls exit(), when the display has gone. No destructor may meet a worker then.
+void endWithoutDisplay() {
+    NSLog("The display has gone; the program ends.");
+    ObjectLog::flushAll();
+    std::_Exit(failureStatus);
+}
+
+bool isSet(const char *variable) {
+    const char *const value = std::getenv(variable);
+    return value && *value;
+}
+
+std::string activationToken() {
+    for (const char *const variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"}) {
+        if (isSet(variable))
+            return std::getenv(variable);
+    }
+    return {};
+}
+
+QIcon windowIcon() {
+    QIcon icon;
+    for (const int side : {16, 32, 48, 128})
+        icon.addPixmap(pixmapNamed(QStringLiteral("logo-128x128.icns"), QSize(side, side), 1));
+    return icon;
+}
+
+void firstFrameShown(Steady::duration took) {
+    const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(took).count();
+    NSLog("The first frame was painted after %d ms.", milliseconds);
+    // Not needed for the first frame.
+    QApplication::setWindowIcon(windowIcon());
+}
+
+} // namespace
+
+bool hasDisplay() {
+    return isSet("WAYLAND_DISPLAY") || isSet("DISPLAY") || isSet("QT_QPA_PLATFORM");
+}
+
+int runApplication(int argc, char **argv, int terminal) {
+    const auto start = Steady::now();
+    starterTerminal = terminal;
+    qInstallMessageHandler(logMessage);
+    const bool activate = std::any_of(argv + 1, argv + argc, [](const char *argument) {
+        return std::strcmp(argument, "--activate") == 0;
+    });
+    MacLog::createSupportFolder();
+
+    QApplication::setDesktopFileName(QLatin1String(bundleIdentifier));
+    QApplication::setApplicationDisplayName(QStringLiteral("Brightsweep"));
+    static int argumentCount = argc;
+    auto *const application = new QApplication(argumentCount, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    const std::string token = activationToken();
+    switch (Platform::current().instance->claim(true, token)) {
+    case InstanceOutcome::PassedOn:
+        return 0;
+    case InstanceOutcome::Hanging:
+        tellStarter("another one is running and does not answer");
+        return failureStatus;
+    case InstanceOutcome::First:
+    case InstanceOutcome::Failed:
+        break;
+    }
+
+    theme::follow(*application);
+    auto *const statusItem =
+        new CustomStatusItemView(*Platform::current().statusItem, *new TrayStatusItem);
+    AppDelegateParts parts;
+    parts.guide = guidePath();
+    parts.statusItem = statusItem;
+    parts.renderStatusImage = CustomStatusItemView::drawnImages;
+    parts.makeCleanWindow = makeQuickCleanWindow;
+    auto *const delegate = new AppDelegate(std::move(parts));
+    auto *const views = new ApplicationViews(*delegate, *statusItem);
+    QObject::connect(&views->mainWindow(), &MainWindow::firstFramePainted, application,
+                     [start] { firstFrameShown(Steady::now() - start); });
+    delegate->applicationWillFinishLaunching();
+    delegate->applicationDidFinishLaunching();
+    if (activate && !AppPrefsWindowController::sharedPrefsWindowController().isVisible())
+        delegate->handleReopenAppEvent(token);
+    std::atexit(endWithoutDisplay);
+    const int status = QApplication::exec();
+    UserDefaults::standardUserDefaults().synchronize();
+    return status;
+}
+
+} // namespace brightsweep

@@ -1,0 +1,195 @@
+#include "removal/TrashRecord.h"
+
+#include "foundation/Paths.h"
+#include "foundation/SmallFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <QByteArray>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <mutex>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr char sizesFile[] = "directorysizes";
+constexpr char newSizesFile[] = "directorysizes.brightsweep-new";
+constexpr std::size_t batchSize = 5'000;
+constexpr int placeFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+
+std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
+
+bool isNumber(std::string_view text) {
+    return !text.empty() && text.find_first_not_of("0123456789") == text.npos;
+}
+
+bool isTrash(const std::filesystem::path &folder) {
+    constexpr std::string_view ofUser = ".Trash-";
+    const std::string name = paths::lastComponent(folder);
+    return name == "Trash" ||
+           (name.starts_with(ofUser) && isNumber(std::string_view(name).substr(ofUser.size()))) ||
+           (isNumber(name) && paths::lastComponent(paths::parent(folder)) == ".Trash");
+}
+
+bool isSame(const struct stat &one, const struct stat &other) {
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
+Result<std::string> readAll(int descriptor) {
+    std::string text;
+    char block[16 * 1024];
+    for (;;) {
+        const ssize_t got = ::read(descriptor, block, sizeof block);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return lastError();
+        if (got == 0)
+            return text;
+        text.append(block, std::size_t(got));
+    }
+}
+
+bool writeAndSynchronise(int descriptor, std::string_view text) {
+    return !writeAll(descriptor, text) && ::fsync(descriptor) == 0;
+}
+
+// The third field of a line, empty where there is none.
+std::string_view encodedName(std::string_view line) {
+    for (int field = 0; field < 2; ++field) {
+        const auto blank = line.find(' ');
+        if (blank == line.npos)
+            return {};
+        line.remove_prefix(blank + 1);
+    }
+    return line;
+}
+
+// One rewrite at a time: the new text replaces what was read.
+std::mutex &rewriting() {
+    static std::mutex mutex;
+    return mutex;
+}
+
+std::error_code forgetSizes(int trash, const std::unordered_set<std::string> &names) {
+    const std::lock_guard lock(rewriting());
+    const FileDescriptor old(
+        ::openat(trash, sizesFile, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
+    struct stat status;
+    if (!old || ::fstat(old.get(), &status) != 0)
+        return lastError();
+    if (!S_ISREG(status.st_mode))
+        return std::make_error_code(std::errc::invalid_argument);
+    const auto text = readAll(old.get());
+    if (!text)
+        return text.error();
+    const std::string kept = withoutDirectorySizes(*text, names);
+    if (kept == *text)
+        return {};
+    // One that a crash has left behind is in nobody's use.
+    ::unlinkat(trash, newSizesFile, 0);
+    const FileDescriptor replacement(
+        ::openat(trash, newSizesFile, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!replacement)
+        return lastError();
+    // The owner can be kept by root only; anybody else owns the trash.
+    const bool owned = ::fchown(replacement.get(), status.st_uid, status.st_gid) == 0 ||
+                       ::geteuid() == status.st_uid;
+    if (!owned || ::fchmod(replacement.get(), status.st_mode & 07777) != 0 ||
+        !writeAndSynchronise(replacement.get(), kept) ||
+        ::renameat(trash, newSizesFile, trash, sizesFile) != 0) {
+        const auto error = lastError();
+        ::unlinkat(trash, newSizesFile, 0);
+        return error;
+    }
+    return {};
+}
+
+// The one that gathers for this thread; null without.
+thread_local TrashBatch *currentBatch = nullptr;
+
+} // namespace
+
+std::string withoutDirectorySizes(std::string_view text,
+                                  const std::unordered_set<std::string> &names) {
+    std::string kept;
+    while (!text.empty()) {
+        const std::string_view line =
+            text.substr(0, std::min(text.find('\n'), text.size() - 1) + 1);
+        text.remove_prefix(line.size());
+        const std::string_view encoded = encodedName(line.substr(0, line.find('\n')));
+        const auto decoded =
+            QByteArray::fromPercentEncoding(QByteArray(encoded.data(), qsizetype(encoded.size())));
+        if (!names.contains(decoded.toStdString()))
+            kept += line;
+    }
+    return kept;
+}
+
+std::optional<TrashRecord> TrashRecord::of(FileOperations &files, const RemovalTarget &target) {
+    const auto folder = paths::parent(target.path());
+    if (paths::lastComponent(folder) != "files" || !isTrash(paths::parent(folder)))
+        return std::nullopt;
+    const auto holder = files.openHolder(target);
+    if (!holder)
+        return std::nullopt;
+    TrashRecord record;
+    record.m_trash = FileDescriptor(::openat(holder->descriptor.get(), "..", placeFlags));
+    record.m_info = FileDescriptor(::openat(record.m_trash.get(), "info", placeFlags));
+    struct stat own;
+    struct stat named;
+    if (!record.m_info || ::fstat(holder->descriptor.get(), &own) != 0 ||
+        ::fstatat(record.m_trash.get(), "files", &named, AT_SYMLINK_NOFOLLOW) != 0 ||
+        !isSame(own, named))
+        return std::nullopt;
+    record.m_infoPath = paths::join(paths::parent(folder), "info");
+    record.m_name = paths::lastComponent(target.relative);
+    return record;
+}
+
+bool TrashRecord::forget() const {
+    if (currentBatch)
+        currentBatch->add(m_trash, m_name);
+    else
+        forgetSizes(m_trash.get(), {m_name});
+    return ::unlinkat(m_info.get(), (m_name + ".trashinfo").c_str(), 0) == 0 || errno == ENOENT ||
+           errno == ENAMETOOLONG; // a name with no room for the ending never had one
+}
+
+Result<RemovalTarget> TrashRecord::trashInfo() const {
+    struct stat status;
+    if (::fstat(m_info.get(), &status) != 0)
+        return lastError();
+    return RemovalTarget{{m_infoPath, status.st_dev, status.st_ino}, m_name + ".trashinfo"};
+}
+
+TrashBatch::TrashBatch() : m_outer(std::exchange(currentBatch, this)) {}
+
+TrashBatch::~TrashBatch() {
+    currentBatch = m_outer;
+    for (const auto &[identity, trash] : m_trashes)
+        forgetSizes(trash.folder.get(), trash.names);
+}
+
+void TrashBatch::add(const FileDescriptor &trash, const std::string &name) {
+    struct stat status;
+    if (::fstat(trash.get(), &status) != 0)
+        return;
+    Trash &gathered = m_trashes[{status.st_dev, status.st_ino}];
+    if (!gathered.folder)
+        gathered.folder = FileDescriptor(::fcntl(trash.get(), F_DUPFD_CLOEXEC, 0));
+    gathered.names.insert(name);
+    if (gathered.names.size() < batchSize)
+        return;
+    forgetSizes(gathered.folder.get(), gathered.names);
+    gathered.names.clear();
+}
+
+} // namespace brightsweep

@@ -1,0 +1,111 @@
+#include "ui/AlertSheet.h"
+
+#include "core/Texts.h"
+#include "ui/ImageProvider.h"
+#include "ui/Theme.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int imageSide = 48;
+constexpr int textWidth = 360;
+
+QLabel *plainLabel(const QString &text, double size, bool bold, QWidget *parent) {
+    auto *const label = new QLabel(text, parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setFixedWidth(textWidth);
+    label->setFont(theme::font(size, bold));
+    return label;
+}
+
+} // namespace
+
+AlertSheet *AlertSheet::show(AlertContent content, QWidget *window) {
+    const bool attached = window && window->isVisible();
+    auto *const sheet = new AlertSheet(std::move(content), attached ? window : nullptr);
+    if (attached) {
+        sheet->open();
+    } else {
+        sheet->QDialog::show();
+        sheet->activateWindow();
+    }
+    return sheet;
+}
+
+AlertSheet::AlertSheet(AlertContent content, QWidget *window)
+    : QDialog(window, window ? Qt::Sheet : Qt::Dialog), m_content(std::move(content)) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    setObjectName(QStringLiteral("alert"));
+    setWindowTitle(QStringLiteral("Brightsweep"));
+    setAccessibleDescription(m_content.text);
+    if (m_content.buttons.empty())
+        m_content.buttons.push_back({localizedText("OK"), false, {}});
+
+    auto *const layout = new QHBoxLayout(this);
+    layout->setContentsMargins(6 * theme::grid, 6 * theme::grid, 6 * theme::grid, 5 * theme::grid);
+    layout->setSpacing(5 * theme::grid);
+    if (imageExists(m_content.imageName)) {
+        auto *const image = new QLabel(this);
+        image->setPixmap(
+            pixmapNamed(m_content.imageName, {imageSide, imageSide}, devicePixelRatioF()));
+        layout->addWidget(image, 0, Qt::AlignTop);
+    }
+    auto *const column = new QVBoxLayout;
+    column->setSpacing(2 * theme::grid);
+    layout->addLayout(column);
+    column->addWidget(plainLabel(m_content.text, 13, true, this));
+    if (!m_content.informativeText.isEmpty())
+        column->addWidget(plainLabel(m_content.informativeText, 12, false, this));
+    column->addSpacing(3 * theme::grid);
+    auto *const row = new QHBoxLayout;
+    row->setSpacing(2 * theme::grid);
+    column->addLayout(row);
+    addButtons(*row);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+
+    connect(this, &QDialog::finished, this, [this] {
+        if (m_answer)
+            m_answer();
+        else if (m_content.calledOff)
+            m_content.calledOff();
+    });
+}
+
+void AlertSheet::addButtons(QHBoxLayout &row) {
+    QPushButton *preferred = nullptr;
+    row.addStretch(1);
+    for (const AlertButton &answer : m_content.buttons) {
+        auto *const button = new QPushButton(this);
+        button->setText(QString(answer.label).replace(u'&', QStringLiteral("&&")));
+        button->setAccessibleName(answer.label);
+        button->setObjectName(QStringLiteral("alert.") + answer.label);
+        button->setProperty("danger", answer.removes);
+        button->setAutoDefault(!answer.removes);
+        row.insertWidget(1, button);
+        if (!preferred && !answer.removes) {
+            preferred = button;
+            button->setProperty("primary", true);
+        }
+        connect(button, &QPushButton::clicked, this, [this, &answer] {
+            if (answer.keepsOpen) {
+                answer.act();
+                return;
+            }
+            m_answer = answer.act ? answer.act : [] {};
+            accept();
+        });
+    }
+    if (preferred) {
+        preferred->setDefault(true);
+        preferred->setFocus();
+    }
+}
+
+} // namespace brightsweep

@@ -1,0 +1,259 @@
+#include "app/Entry.h"
+#include "core/MacLog.h"
+#include "foundation/FileDescriptor.h"
+#include "foundation/Identity.h"
+#include "foundation/Log.h"
+#include "memory/ClearMemory.h"
+#include "platform/Platform.h"
+#include "platform/StandardDirectories.h"
+#include "platform/SystemFacts.h"
+#include "platform/VolumeSource.h"
+#include "support/ChildProcess.h"
+#include "support/TestEnvironment.h"
+#include "support/TestTree.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <iterator>
+
+namespace brightsweep {
+namespace {
+
+class FixedFolder final : public StandardDirectories {
+public:
+    explicit FixedFolder(std::filesystem::path folder) : m_folder(std::move(folder)) {}
+    std::vector<std::filesystem::path> paths(StandardDirectory) override { return {m_folder}; }
+    std::vector<std::filesystem::path> trashesOfVolume(const std::filesystem::path &) override {
+        return {};
+    }
+    std::filesystem::path systemPath(const std::filesystem::path &path) override { return path; }
+
+private:
+    std::filesystem::path m_folder;
+};
+
+class FixedFacts final : public SystemFacts {
+public:
+    Result<SystemVersion> version() override { return running; }
+    Result<std::string> kernelValue(std::string_view name) override {
+        if (name == "hw.memsize")
+            return std::string("\xff\xff\xff\x7f\0\0\0\0", 8); // one byte short of 2 GiB
+        if (name == "machdep.cpu.vendor")
+            return std::errc::no_such_file_or_directory;
+        return std::string(name) + "\nforged";
+    }
+    SystemVersion running{10, 6, 0};
+};
+
+class FixedVolumes final : public VolumeSource {
+public:
+    std::vector<VolumeFacts> volumes() override {
+        VolumeFacts root;
+        root.name = "root";
+        root.root = "/";
+        root.totalBytes = (10ull << 30) - 1;
+        root.freeBytes = 3ull << 30;
+        root.deviceId = "sda1";
+        root.attributes = 0x20;
+        root.extendedAttributes = volumeIsEjectableBit;
+        VolumeFacts empty;
+        empty.name = "empty";
+        VolumeFacts unknown;
+        unknown.name = "unknown";
+        unknown.root = "/mnt/u";
+        unknown.totalBytes = 1;
+        unknown.parametersKnown = false;
+        return {root, empty, unknown};
+    }
+    void settle(int) override {}
+    EjectResult eject(std::int16_t) override { return {}; }
+    void setMountHandler(std::function<void(const MountEvent &)>) override {}
+    void setFactsHandler(std::function<void()>) override {}
+};
+
+// Standard error in a file, until the end of the scope; with the text that came there.
+class CapturedErrors {
+public:
+    explicit CapturedErrors(const std::filesystem::path &file)
+        : m_file(file), m_before(::dup(STDERR_FILENO)) {
+        const FileDescriptor target(::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600));
+        ::dup2(target.get(), STDERR_FILENO);
+    }
+    ~CapturedErrors() { ::dup2(m_before.get(), STDERR_FILENO); }
+    std::string text() const;
+
+private:
+    std::filesystem::path m_file;
+    FileDescriptor m_before;
+};
+
+std::string contents(const std::filesystem::path &file) {
+    std::ifstream stream(file, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+}
+
+std::string CapturedErrors::text() const {
+    return contents(m_file);
+}
+
+// The messages of a log, without their heads.
+std::vector<std::string> messages(const std::string &log) {
+    std::vector<std::string> messages;
+    for (std::size_t start = 0; start < log.size();) {
+        const auto end = log.find('\n', start);
+        const std::string line = log.substr(start, end - start);
+        messages.push_back(line.substr(line.find("] ") + 2));
+        start = end + 1;
+    }
+    return messages;
+}
+
+class MacLogTest : public testing::Test {
+protected:
+    MacLogTest() : errors(tree.path("stderr")) {
+        Platform &platform = Platform::current();
+        platform.directories = std::make_unique<FixedFolder>(tree.directory("data"));
+        auto fixed = std::make_unique<FixedFacts>();
+        facts = fixed.get();
+        platform.facts = std::move(fixed);
+        platform.volumes = std::make_unique<FixedVolumes>();
+    }
+
+    test::TestTree tree;
+    CapturedErrors errors;
+    FixedFacts *facts = nullptr;
+    std::string log = "data/Brightsweep/norvex.log";
+};
+
+TEST_F(MacLogTest, NewFileBeginsWithTheMachine) {
+    tree.directory("data/Brightsweep");
+    MacLog::setLogFile(logFileName);
+    NSLog("first line");
+    const std::vector<std::string> wanted = {
+        "Norvex Log file: " + tree.path(log).native(),
+        "hardware info",
+        "machine: hw.machine\\nforged",
+        "model: hw.model\\nforged",
+        "memsize: 1 GB",
+        "cpu type: machdep.cpu.brand_string\\nforged",
+        "os type: kern.ostype\\nforged",
+        "os version: kern.osrelease\\nforged",
+        "host name: kern.hostname\\nforged",
+        " ",
+        "volume list",
+        "volname=root,totalSpace:9 GB, freeSpace:3 GB, root=/",
+        "default volume",
+        "vMDeviceID:sda1,Attrib:0x20,ExtAttrib:0x1,Server:0x0",
+        "volname=unknown,totalSpace:0 GB, freeSpace:0 GB, root=/mnt/u",
+        " ",
+        "first line",
+    };
+    EXPECT_EQ(messages(contents(tree.path(log))), wanted);
+    EXPECT_EQ(errors.text(), "");
+}
+
+TEST_F(MacLogTest, OnlyAnOvergrownFileGoes) {
+    const struct {
+        std::uint64_t size;
+        bool kept;
+    } rows[] = {{1, true}, {20'971'520, true}, {20'971'521, false}};
+    for (const auto &row : rows) {
+        tree.sparseFile(log, row.size);
+        MacLog::setLogFile(logFileName);
+        const auto now = std::filesystem::file_size(tree.path(log));
+        if (row.kept)
+            EXPECT_EQ(now, row.size); // and no head
+        else
+            EXPECT_EQ(messages(contents(tree.path(log))).at(1), "hardware info");
+    }
+}
+
+TEST_F(MacLogTest, WithoutAFileStandardErrorStays) {
+    MacLog::setLogFile(logFileName);
+    EXPECT_FALSE(tree.exists(log));
+    EXPECT_EQ(messages(errors.text()).at(0), "Norvex Log file: " + tree.path(log).native());
+    tree.directory("d\xc3\xa4ta/Brightsweep");
+    Platform::current().directories = std::make_unique<FixedFolder>(tree.path("d\xc3\xa4ta"));
+    MacLog::setLogFile(logFileName);
+    EXPECT_FALSE(tree.exists("d\xc3\xa4ta/Brightsweep/norvex.log"));
+    tree.directory("data/Brightsweep/norvex.log");
+    Platform::current().directories = std::make_unique<FixedFolder>(tree.path("data"));
+    MacLog::setLogFile(logFileName);
+    NSLog("still here");
+    EXPECT_EQ(messages(errors.text()).back(), "still here");
+}
+
+TEST_F(MacLogTest, CommandLineHasADescriptorOfItsOwn) {
+    const int before = Log::descriptor();
+    MacLog::setLogFileForCommandLine(logFileName);
+    NSLog("lost");
+    ASSERT_TRUE(MacLog::createSupportFolder());
+    MacLog::setLogFileForCommandLine(logFileName);
+    NSLog("kept");
+    EXPECT_EQ(messages(contents(tree.path(log))).back(), "kept");
+    EXPECT_EQ(errors.text(), "");
+    EXPECT_TRUE(::fcntl(Log::descriptor(), F_GETFD) & FD_CLOEXEC);
+    Log::setDescriptor(before);
+}
+
+TEST_F(MacLogTest, GateComesFirst) {
+    tree.directory("data/Brightsweep");
+    char program[] = "brightsweep";
+    char fr[] = "fr";
+    char value[] = "1024";
+    char *arguments[] = {program, fr, value, nullptr};
+    int runs = 0;
+    const auto application = [&] {
+        ++runs;
+        return 7;
+    };
+    facts->running = {10, 5, 19};
+    EXPECT_EQ(runEntry(3, arguments, ClearMemory::freeMemory, application), 0);
+    EXPECT_FALSE(tree.exists(log));
+    facts->running = {10, 6, 0};
+    EXPECT_EQ(runEntry(3, arguments, ClearMemory::freeMemory, application), 0);
+    EXPECT_EQ(messages(contents(tree.path(log))).back(), "freeMemoy size=1024");
+    EXPECT_EQ(runs, 0);
+    EXPECT_EQ(runEntry(2, arguments, ClearMemory::freeMemory, application), 7);
+    EXPECT_EQ(runs, 1);
+}
+
+TEST(ClearMemory, FindsItsCommandAnywhere) {
+    const struct {
+        std::vector<const char *> arguments;
+        int status;
+    } rows[] = {
+        {{"p"}, -1},
+        {{"p", "fr"}, -1},
+        {{"fr", "1"}, -1}, // the program's own name does not count
+        {{"p", "fr", "1024"}, 0},
+        {{"p", "x", "fr", "1"}, 0},
+        {{"p", "fr", "fr"}, 0},
+        {{"p", "Fr", "1"}, -1},
+        {{}, -1},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(ClearMemory::freeMemory(int(row.arguments.size()), row.arguments.data()),
+                  row.status);
+}
+
+TEST(Process, CommandFrLogsAndEnds) {
+    for (const auto &arguments : {std::vector<std::string>{BRIGHTSWEEP_PROGRAM, "fr", "1024"},
+                                  std::vector<std::string>{BRIGHTSWEEP_PROGRAM, "x", "fr", "1"}}) {
+        const auto result = test::runProgram(arguments);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.output, "");
+        EXPECT_NE(result.errors.find("freeMemoy size=" + arguments.back() + "\n"),
+                  std::string::npos);
+    }
+    // Such a run is no launch: there is still no folder for a log.
+    EXPECT_TRUE(
+        std::filesystem::is_empty(test::TestEnvironment::current().home() / ".local/share"));
+}
+
+} // namespace
+} // namespace brightsweep

@@ -1,0 +1,254 @@
+#include "app/RefreshLoop.h"
+#include "app/Resident.h"
+#include "core/SettingKeys.h"
+#include "foundation/FileDescriptor.h"
+#include "foundation/Log.h"
+#include "foundation/SmallFile.h"
+#include "foundation/UserDefaults.h"
+#include "preferences/PreferenceViewController.h"
+#include "support/TestEnvironment.h"
+#include "volumes/VolumeNotifications.h"
+
+#include <fcntl.h>
+
+#include <atomic>
+
+namespace brightsweep::test {
+namespace {
+
+// The rows that the left list has been told to select, with the text before the row.
+class Selections : public QObject {
+public:
+    Selections() {
+        NotificationCenter::defaultCenter().addObserver(
+            this, QStringLiteral("shouldSelectRow"), [this](const Notification &notification) {
+                const auto object = notification.userInfo.value(QStringLiteral("object")).toList();
+                rows += object[0].toString() + QString::number(object[1].toInt());
+            });
+    }
+    QStringList rows;
+};
+
+using Launch = Resident;
+
+TEST_F(Launch, OpensTheWindowOnTheFirstRow) {
+    PreferenceViewController::setLastClickRow(8);
+    const Selections selections;
+    int centred = 0;
+    QObject::connect(&window(), &DBPrefsWindowController::centreRequested, [&] { ++centred; });
+    launch();
+    EXPECT_TRUE(window().isVisible());
+    EXPECT_EQ(window().levelKey(), 4);
+    EXPECT_GE(centred, 1);
+    EXPECT_EQ(PreferenceViewController::getLastClickRow(), 0);
+    EXPECT_EQ(selections.rows, (QStringList{QStringLiteral("0"), QStringLiteral("0")}));
+    EXPECT_TRUE(item->shown);
+}
+
+TEST_F(Launch, StaysInTheTrayWhenStartedWithTheSession) {
+    UserDefaults::standardUserDefaults().setObject(DSLoginCheckKey, 1);
+    parts.refreshInterval = std::chrono::milliseconds(1);
+    QObject context;
+    int ticks = 0;
+    NotificationCenter::defaultCenter().addObserver(&context, updateNewDiskSizeViewNotification,
+                                                    [&](const Notification &) { ++ticks; });
+    launch();
+    EXPECT_FALSE(window().isVisible());
+    EXPECT_NE(delegate->mainWindow(), nullptr);
+    EXPECT_TRUE(item->shown);
+    EXPECT_TRUE(becomes([&] { return ticks >= 3; }));
+    EXPECT_TRUE(lines().contains(QStringLiteral("Launch at login")));
+    EXPECT_TRUE(delegate->menu().isChecked(MenuAction::LaunchAtLogin));
+}
+
+TEST_F(Launch, AStartDuringTheLaunchIsAnsweredAfterIt) {
+    UserDefaults::standardUserDefaults().setObject(DSLoginCheckKey, 1);
+    make();
+    delegate->applicationWillFinishLaunching();
+    instance->activate("token");
+    EXPECT_EQ(delegate->mainWindow(), nullptr);
+    delegate->applicationDidFinishLaunching();
+    EXPECT_TRUE(window().isVisible());
+    EXPECT_EQ(window().takeActivationToken(), "token");
+    EXPECT_EQ(window().takeActivationToken(), "");
+}
+
+TEST_F(Launch, ALaterStartShowsTheRowUsedLast) {
+    launch();
+    window().windowWillClose();
+    PreferenceViewController::setLastClickRow(9);
+    const Selections selections;
+    instance->activate({});
+    EXPECT_TRUE(window().isVisible());
+    EXPECT_EQ(selections.rows, QStringList(QStringLiteral("9")));
+}
+
+TEST_F(Launch, MenuEntriesGoToTheirRows) {
+    launch();
+    const Selections selections;
+    delegate->onClickScan();
+    delegate->onClickUninstall();
+    delegate->onClickFree();
+    EXPECT_EQ(selections.rows.filter(QStringLiteral("s")),
+              (QStringList{QStringLiteral("s0"), QStringLiteral("s8"), QStringLiteral("s9")}));
+    delegate->Reference();
+    EXPECT_EQ(window().currentPanel(), QStringLiteral("preferences"));
+    EXPECT_EQ(window().selectedItem(), QStringLiteral("preferences"));
+    int about = 0;
+    QObject::connect(delegate.get(), &AppDelegate::aboutRequested, [&] { ++about; });
+    delegate->AboutFunCall();
+    EXPECT_EQ(about, 1);
+}
+
+TEST_F(Launch, HelpOpensTheGuide) {
+    parts.guide = "/usr/share/doc/guide";
+    launch();
+    window().toggleActivePreferenceView(QStringLiteral("Help"));
+    EXPECT_EQ(workspace->opened, (std::vector<std::filesystem::path>{"/usr/share/doc/guide"}));
+    EXPECT_EQ(window().currentPanel(), QStringLiteral("Scan"));
+}
+
+TEST_F(Launch, QuitEndsWithOneAndTakesTheItemAway) {
+    launch();
+    const auto path = test::TestEnvironment::current().work() / "log";
+    const FileDescriptor file(::open(path.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
+    const int before = Log::descriptor();
+    Log::setDescriptor(file.get());
+    ObjectLog worker;
+    worker.log("the last of a worker");
+    delegate->menu().activate(MenuAction::Quit);
+    Log::setDescriptor(before);
+    EXPECT_EQ(exits, std::vector<int>{1});
+    EXPECT_FALSE(item->shown);
+    EXPECT_NE((*readSmallFile(path)).find("the last of a worker"), std::string::npos);
+}
+
+TEST_F(Launch, QuitDoesNotWaitForAnEject) {
+    std::atomic<bool> release{false};
+    std::atomic<bool> reached{false};
+    volumes->beforeEject = [&] {
+        reached = true;
+        while (!release)
+            std::this_thread::yield();
+    };
+    volumes->add("/media/stick").extendedAttributes = volumeIsOnExternalBusBit;
+    parts.refreshInterval = std::chrono::milliseconds(1);
+    launch();
+    delegate->menu().backDisk(rowIndex(2));
+    EXPECT_TRUE(becomes([&] { return reached.load(); }));
+    delegate->menu().activate(MenuAction::Quit);
+    EXPECT_EQ(exits, std::vector<int>{1});
+    release = true;
+    // The worker uses what lies in this function.
+    delegate.reset();
+}
+
+TEST_F(Launch, LaunchAtLoginRenewsTheEntry) {
+    launch();
+    loginItems.items = {"/other", "/opt/brightsweep"};
+    delegate->menu().activate(MenuAction::LaunchAtLogin);
+    EXPECT_EQ(loginItems.items, (std::vector<std::filesystem::path>{"/other", "/opt/brightsweep"}));
+    EXPECT_TRUE(delegate->menu().isChecked(MenuAction::LaunchAtLogin));
+    EXPECT_EQ(UserDefaults::standardUserDefaults().integerForKey(DSLoginCheckKey), 1);
+    delegate->menu().activate(MenuAction::LaunchAtLogin);
+    EXPECT_EQ(loginItems.items, (std::vector<std::filesystem::path>{"/other"}));
+    EXPECT_FALSE(delegate->menu().isChecked(MenuAction::LaunchAtLogin));
+    EXPECT_EQ(UserDefaults::standardUserDefaults().integerForKey(DSLoginCheckKey), 0);
+}
+
+TEST_F(Launch, WithoutAHostItSaysOnceWhereItIs) {
+    const struct {
+        const char *what;
+        bool host;
+        int loginCheck;
+        std::size_t told;
+    } rows[] = {
+        {"no host, no window", false, 1, 1},
+        {"a host", true, 1, 0},
+        {"a window", false, 0, 0},
+    };
+    for (const auto &each : rows) {
+        SCOPED_TRACE(each.what);
+        UserDefaults::standardUserDefaults().setObject(DSLoginCheckKey, each.loginCheck);
+        item->host = each.host;
+        notifier->shown.clear();
+        launch();
+        clock.advance(std::chrono::milliseconds(9'999));
+        EXPECT_TRUE(notifier->shown.empty());
+        clock.advance(std::chrono::hours(1));
+        ASSERT_EQ(notifier->shown.size(), each.told);
+        if (each.told) {
+            EXPECT_EQ(notifier->shown[0].actionLabel, QStringLiteral("Open"));
+            notifier->shown[0].action("click");
+            EXPECT_TRUE(window().isVisible());
+            EXPECT_EQ(window().takeActivationToken(), "click");
+        }
+        delegate.reset();
+        AppPrefsWindowController::resetSharedPrefsWindowController();
+    }
+}
+
+class FakeCleanWindow final : public CleanWindow {
+public:
+    explicit FakeCleanWindow(QStringList &calls) : m_calls(calls) {}
+    ~FakeCleanWindow() override { m_calls += QStringLiteral("gone"); }
+    void resetStatus() override { m_calls += QStringLiteral("reset"); }
+    void showWindow() override { m_calls += QStringLiteral("show"); }
+    void close() override { m_calls += QStringLiteral("close"); }
+
+private:
+    QStringList &m_calls;
+};
+
+TEST_F(Launch, TheQuickCleanWindowComesAndGoes) {
+    QStringList calls;
+    parts.makeCleanWindow = [&] { return std::make_unique<FakeCleanWindow>(calls); };
+    launch();
+    delegate->cleaningFile();
+    delegate->cleaningFile();
+    EXPECT_EQ(calls.join(QLatin1Char(' ')), QStringLiteral("reset show reset show"));
+    UtilityObject::getMyObject().isCanBeAction = false;
+    calls.clear();
+    // An operation posts on its own thread; the window goes on the main one.
+    std::thread([] { NotificationCenter::defaultCenter().post(DSShouldCloseWindow); }).join();
+    EXPECT_TRUE(calls.isEmpty());
+    EXPECT_TRUE(becomes([&] { return calls.size() == 2; }));
+    EXPECT_EQ(calls.join(QLatin1Char(' ')), QStringLiteral("close gone"));
+    EXPECT_FALSE(delegate->isCleanWindowOpen());
+    EXPECT_TRUE(UtilityObject::getMyObject().isCanBeAction);
+    NotificationCenter::defaultCenter().post(DSShouldCloseWindow);
+    EXPECT_EQ(calls.size(), 2);
+}
+
+TEST_F(Launch, APurchaseLaunchesTwice) {
+    launch();
+    rebuilds = 0;
+    NotificationCenter::defaultCenter().post(QStringLiteral("PurchaseSuccess"));
+    EXPECT_EQ(rebuilds, 1);
+    EXPECT_EQ(lines().filter(QStringLiteral("Quit")).size(), 1);
+    volumes->mountHandler({true, "x", "/media/x"});
+    EXPECT_EQ(bubbles.size(), 1);
+}
+
+TEST(RefreshLoop, NeverOverlapsAndEndsAtAnyTime) {
+    std::atomic<int> inside{0};
+    std::atomic<int> ticks{0};
+    const auto tick = [&] {
+        EXPECT_EQ(++inside, 1);
+        ++ticks;
+        --inside;
+    };
+    for (int round = 0; round < 50; ++round) {
+        // Ends while a call waits for this thread, whose event loop does not run, too.
+        const RefreshLoop idle(std::chrono::milliseconds(1), tick);
+        RefreshLoop loop(std::chrono::milliseconds(1), tick);
+        const int before = ticks;
+        while (round % 2 == 0 && ticks == before)
+            QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents,
+                                            5);
+    }
+    EXPECT_GE(ticks, 25);
+}
+
+} // namespace
+} // namespace brightsweep::test

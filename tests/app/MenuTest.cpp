@@ -1,0 +1,435 @@
+#include "app/Resident.h"
+#include "core/SettingKeys.h"
+#include "foundation/UserDefaults.h"
+#include "support/TestEnvironment.h"
+#include "support/TestTree.h"
+#include "volumes/VolumeNotifications.h"
+
+#include <condition_variable>
+
+namespace brightsweep::test {
+namespace {
+
+constexpr std::uint32_t ejectable = volumeIsEjectableBit;
+constexpr std::uint32_t removable = volumeIsRemovableBit;
+constexpr std::uint32_t external = volumeIsOnExternalBusBit;
+
+// Lets another thread wait until the test says go.
+class Gate {
+public:
+    void pass() {
+        std::unique_lock lock(m_mutex);
+        m_reached = true;
+        m_changed.notify_all();
+        m_changed.wait(lock, [this] { return m_open; });
+    }
+    void waitUntilReached() {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return m_reached; });
+    }
+    void open() {
+        const std::lock_guard lock(m_mutex);
+        m_open = true;
+        m_changed.notify_all();
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    bool m_reached = false;
+    bool m_open = false;
+};
+
+class Menu : public Resident {
+protected:
+    VolumeFacts &add(const char *name, std::uint32_t bits) {
+        VolumeFacts &facts = volumes->add(std::string("/media/") + name);
+        facts.name = name;
+        facts.extendedAttributes = bits;
+        return facts;
+    }
+};
+
+TEST_F(Menu, ReadsSectionsInTheirOrder) {
+    add("image", removable);
+    add("server", 0).serverAddress = 1;
+    add("disc", 0).optical = OpticalMedia::Yes;
+    add("stick", external);
+    add("second", 0);
+    launch();
+    EXPECT_EQ(lines().join(QLatin1Char('|')),
+              QStringLiteral("= LOCAL_STORAGE|root|second|= EXTERNAL_STORAGE|stick|"
+                             "= SUPER_DRIVER|disc|= NETWOR_STORAGE|server|= DISK_IMAGE|image|"
+                             "= FREE_MEMORY|Memory|-|Eject All|-|Main Window|Launch at login|-|"
+                             "Quit Brightsweep"));
+    std::vector<int> tags;
+    for (const MenuItem &each : delegate->menu().rows())
+        tags.push_back(each.ViewTag);
+    EXPECT_EQ(tags, (std::vector<int>{0, 5, 4, 3, 2, 1, 5}));
+    // The sixth volume's row ignores clicks just as the memory's does.
+    for (std::size_t i = 0; i < tags.size(); ++i)
+        delegate->menu().clickRow(i);
+    EXPECT_EQ(workspace->opened.size(), 5u);
+}
+
+TEST_F(Menu, EjectAllIsGreyWithLocalVolumesAlone) {
+    add("ejectable local", ejectable);
+    launch();
+    EXPECT_TRUE(lines().contains(QStringLiteral("Eject All (grey)")));
+    delegate->menu().activate(MenuAction::EjectAll);
+    EXPECT_TRUE(volumes->ejected.empty());
+}
+
+TEST_F(Menu, RowsWarnExactlyAtTheAlarm) {
+    const struct {
+        const char *what;
+        std::uint32_t server;
+        OpticalMedia optical;
+        std::uint32_t bits;
+        std::uint64_t total;
+        std::uint64_t free;
+        float alarm;
+        const char *image;
+        bool warns;
+    } table[] = {
+        {"local at the alarm", 0, OpticalMedia::No, 0, 1000, 100, 0.1f, "90-1.png", true},
+        {"rounded down to the alarm", 0, OpticalMedia::No, 0, 1000, 109, 0.1f, "90-1.png", true},
+        {"just above", 0, OpticalMedia::No, 0, 1000, 110, 0.1f, "89.png", false},
+        {"external at the alarm", 0, OpticalMedia::No, external, 1000, 100, 0.1f, "90-1.png", true},
+        {"a float that is not exact", 0, OpticalMedia::No, 0, 100, 29, 0.29f, "71-1.png", true},
+        {"above that", 0, OpticalMedia::No, 0, 100, 30, 0.29f, "70.png", false},
+        {"almost nothing free", 0, OpticalMedia::No, 0, 1000, 4, 0.01f, "100-1.png", true},
+        {"optical never", 0, OpticalMedia::Yes, 0, 1000, 0, 0.5f, "100.png", false},
+        {"network never", 1, OpticalMedia::No, 0, 1000, 0, 0.5f, "100.png", false},
+        {"disk image never", 0, OpticalMedia::No, removable, 1000, 0, 0.5f, "100.png", false},
+        {"free above total", 0, OpticalMedia::No, 0, 1000, 1001, 0.1f, "", false},
+        {"all free", 0, OpticalMedia::No, 0, 1000, 1000, 0.1f, "0.png", false},
+        {"beyond what a product holds", 0, OpticalMedia::No, 0, ~0ull, ~0ull / 20, 0.1f, "96-1.png",
+         true},
+    };
+    for (const auto &line : table) {
+        SCOPED_TRACE(line.what);
+        UserDefaults::standardUserDefaults().setObject(DSSpaceAlarmKey, line.alarm);
+        volumes->mounted.resize(1);
+        VolumeFacts &facts = add("v", line.bits);
+        facts.serverAddress = line.server;
+        facts.optical = line.optical;
+        facts.totalBytes = line.total;
+        facts.freeBytes = line.free;
+        launch();
+        EXPECT_EQ(row(2).prograssImage, QLatin1String(line.image));
+        EXPECT_EQ(row(2).warns(), line.warns);
+        delegate->updateDataForMenuItem();
+        EXPECT_EQ(row(2).prograssImage, QLatin1String(line.image)) << "after a refresh";
+        delegate.reset();
+    }
+}
+
+TEST_F(Menu, TheStatusItemShowsTheBootVolume) {
+    const struct {
+        std::uint64_t total;
+        std::uint64_t free;
+        const char *image;
+        bool warning;
+    } table[] = {
+        {1000, 500, "50%.png", false},  {1000, 100, "90%-1.png", true},
+        {1000, 109, "90%-1.png", true}, {1000, 110, "89%.png", false},
+        {1000, 0, "100%-1.png", true},  {1000, 1001, "", false},
+    };
+    launch();
+    int warnings = 0;
+    QObject::connect(delegate.get(), &AppDelegate::statusWarningChanged, [&] { ++warnings; });
+    for (const auto &line : table) {
+        SCOPED_TRACE(line.image);
+        volumes->mounted[0].totalBytes = line.total;
+        volumes->mounted[0].freeBytes = line.free;
+        delegate->updateDataForMenuItem();
+        EXPECT_EQ(delegate->getStatusImage(), QLatin1String(line.image));
+        EXPECT_EQ(item->images.empty() ? std::string() : item->images[0].argb, line.image);
+        EXPECT_EQ(delegate->getWarningValue(), line.warning);
+    }
+    EXPECT_EQ(warnings, 5);
+    // Without a capacity it is not listed, and then there is no boot volume.
+    volumes->mounted[0].totalBytes = 0;
+    delegate->updateDataForMenuItem();
+    EXPECT_EQ(delegate->getStatusImage(), QString());
+    EXPECT_TRUE(item->images.empty());
+}
+
+TEST_F(Menu, ToolTipsHoldPlainText) {
+    const std::string hostile = "<b>50% & %n</b>\n";
+    volumes->mounted[0].name = hostile;
+    launch();
+    EXPECT_EQ(item->toolTip, QStringLiteral("TotalSize:2.00 GB\nFreeSize:500.00 MB"));
+    delegate->updateDataForMenuItem();
+    EXPECT_EQ(item->toolTip, QString::fromStdString(hostile) +
+                                 QStringLiteral("\nTotal Size:2.00 GB\nFree Space:500.00 MB"));
+    EXPECT_EQ(row(1).volumeSize, QString::fromStdString(hostile));
+    EXPECT_EQ(item->title, QStringLiteral("500.00 MB / 2.00 GB"));
+}
+
+TEST_F(Menu, ARefreshWithoutChangeTellsNothing) {
+    for (int i = 0; i < 19; ++i)
+        add("v", external);
+    launch();
+    delegate->updateDataForMenuItem();
+    item->changes = rowChanges = rebuilds = 0;
+    notifier->shown.clear();
+    for (int tick = 0; tick < 30; ++tick)
+        delegate->updateDataForMenuItem();
+    EXPECT_EQ(item->changes + rowChanges + rebuilds, 0);
+    EXPECT_TRUE(notifier->shown.empty());
+    // Bytes that no figure shows are no change; those that show are one.
+    volumes->mounted[3].freeBytes += 1;
+    delegate->updateDataForMenuItem();
+    EXPECT_EQ(rowChanges, 0);
+    volumes->mounted[3].freeBytes -= 100'000'000;
+    delegate->updateDataForMenuItem();
+    EXPECT_EQ(rowChanges, 1);
+    EXPECT_EQ(item->changes + rebuilds, 0);
+    EXPECT_EQ(row(4).u64FreeSpace, QStringLiteral("400.00 MB"));
+}
+
+TEST_F(Menu, OnlyTheCountRebuilds) {
+    add("first", external);
+    launch();
+    rebuilds = closings = 0;
+    volumes->mounted[1].refNumber = 9;
+    volumes->mounted[1].name = "another";
+    delegate->updateDataForMenuItem();
+    EXPECT_EQ(rebuilds, 0);
+    EXPECT_TRUE(lines().contains(QStringLiteral("first")));
+    add("third", external);
+    delegate->updateDataForMenuItem();
+    EXPECT_EQ(rebuilds, 1);
+    EXPECT_EQ(closings, 1);
+    EXPECT_TRUE(lines().contains(QStringLiteral("another")));
+    EXPECT_TRUE(lines().contains(QStringLiteral("third")));
+}
+
+TEST_F(Menu, AVolumeMayHaveTheNumberOfTheMemorysTitle) {
+    add("five", external).refNumber = 5;
+    launch();
+    delegate->updateDataForMenuItem();
+    EXPECT_EQ(row(5).volumeSize, QStringLiteral("five"));
+    EXPECT_EQ(delegate->menu().memoryItem()->volumeSize, QStringLiteral("Memory"));
+}
+
+TEST_F(Menu, TheMemorysRow) {
+    launch();
+    const MenuItem &shown = *delegate->menu().memoryItem();
+    EXPECT_EQ(shown.u64FreeSpace, QStringLiteral("400.00 KB"));
+    EXPECT_EQ(shown.toolTip, QStringLiteral("Available: 2.00 GB"));
+    EXPECT_EQ(shown.icon, QStringLiteral("freememory.png"));
+    EXPECT_TRUE(shown.warns()) << "next to nothing of this machine's memory";
+    // The system's own release tool, as this test has it.
+    TestTree tree(TestEnvironment::current().system());
+    const auto ran = tree.path("ran");
+    tree.file("usr/bin/purge", "#!/bin/sh\n: > " + ran.native() + "\n");
+    tree.mode("usr/bin/purge", 0755);
+    delegate->menu().cleanMemoryButtonClick();
+    EXPECT_EQ(delegate->menu().memoryItem()->volumeSize, QStringLiteral("Freeing..."));
+    EXPECT_FALSE(UtilityObject::getMyObject().isFristOpenTimeInMenuItem);
+    memory->readings = 0;
+    delegate->updateDataForMenuItem();
+    EXPECT_EQ(memory->readings, 1) << "the release is to be collected";
+    EXPECT_EQ(delegate->menu().memoryItem()->volumeSize, QStringLiteral("Memory"));
+    const auto readsNothing = [&] {
+        memory->readings = 0;
+        delegate->updateDataForMenuItem();
+        return memory->readings == 0;
+    };
+    EXPECT_TRUE(becomes(readsNothing)) << "nobody sees it";
+    EXPECT_TRUE(std::filesystem::exists(ran));
+    memory->figures = MemoryCounts{.free = 1024};
+    delegate->menu().menuWillOpen();
+    EXPECT_EQ(delegate->menu().memoryItem()->u64FreeSpace, QStringLiteral("4.00 MB"));
+    memory->figures = MemoryCounts{.free = 2048};
+    delegate->updateDataForMenuItem();
+    EXPECT_EQ(delegate->menu().memoryItem()->u64FreeSpace, QStringLiteral("8.00 MB"));
+}
+
+TEST_F(Menu, MountsAreToldInABubble) {
+    launch();
+    QStringList posts;
+    QObject context;
+    for (const QLatin1String name :
+         {refMenuItemWhenDeleteAndAddNotification, updateSizeViewNotification})
+        NotificationCenter::defaultCenter().addObserver(
+            &context, name, [&](const Notification &each) { posts += each.name; });
+    rebuilds = 0;
+    volumes->mountHandler({true, "50% <i>&</i>", "/media/x"});
+    volumes->mountHandler({false, "", "/media/x"});
+    EXPECT_EQ(bubbles, (QStringList{QStringLiteral("50% <i>&</i> is mounted successfully!"),
+                                    QStringLiteral("You disk is unmounted successfully!")}));
+    EXPECT_EQ(posts.mid(0, 2),
+              (QStringList{refMenuItemWhenDeleteAndAddNotification, updateSizeViewNotification}));
+    EXPECT_EQ(rebuilds, 2);
+    volumes->factsHandler();
+    EXPECT_EQ(rebuilds, 3);
+}
+
+TEST_F(Menu, AVolumeThatCannotBeOpenedIsSaid) {
+    launch();
+    QStringList alerts;
+    QObject::connect(delegate.get(), &AppDelegate::alertRequested,
+                     [&](const QString &text) { alerts += text; });
+    delegate->menu().clickRow(0);
+    EXPECT_EQ(workspace->opened, (std::vector<std::filesystem::path>{"/"}));
+    EXPECT_TRUE(alerts.isEmpty());
+    workspace->works = false;
+    delegate->menu().clickRow(0);
+    EXPECT_EQ(alerts.size(), 1);
+    EXPECT_EQ(closings, 2);
+}
+
+TEST_F(Menu, AnEjectRunsBesideTheMainThread) {
+    Gate gate;
+    volumes->beforeEject = [&] { gate.pass(); };
+    add("stick", external);
+    launch();
+    delegate->menu().backDisk(rowIndex(2));
+    EXPECT_EQ(closings, 1);
+    gate.waitUntilReached();
+    EXPECT_EQ(row(2).stateText(), QStringLiteral("Ejecting…"));
+    // A second click, a refresh and a rebuild change nothing of it.
+    delegate->menu().backDisk(rowIndex(2));
+    delegate->updateDataForMenuItem();
+    delegate->refMenuItemWhenDeleteAndAdd();
+    EXPECT_TRUE(row(2).isEjecting);
+    gate.open();
+    EXPECT_TRUE(becomes([&] { return !delegate->menu().itemWithVolume(2); }));
+    EXPECT_EQ(volumes->ejected.size(), 1u);
+    EXPECT_TRUE(bubbles.isEmpty());
+}
+
+TEST_F(Menu, ADeviceThatGoesDuringItsEjectIsNoFailure) {
+    Gate gate;
+    volumes->beforeEject = [&] { gate.pass(); };
+    volumes->refusals[2] = {ENODEV, "no such device", {}};
+    add("stick", external);
+    launch();
+    delegate->menu().backDisk(rowIndex(2));
+    gate.waitUntilReached();
+    volumes->remove(2);
+    delegate->updateDataForMenuItem();
+    EXPECT_EQ(delegate->menu().itemWithVolume(2), nullptr);
+    rebuilds = 0;
+    gate.open();
+    EXPECT_TRUE(becomes([&] { return rebuilds > 0; }));
+    EXPECT_TRUE(bubbles.isEmpty());
+}
+
+TEST_F(Menu, ARefusalNamesWhoHoldsTheVolume) {
+    volumes->refusals[2] = {EBUSY, "busy", {"editor", "sh\xff"}};
+    add("stick", external);
+    launch();
+    rebuilds = 0;
+    delegate->menu().backDisk(rowIndex(2));
+    EXPECT_TRUE(becomes([&] { return rebuilds > 0; }));
+    EXPECT_EQ(bubbles,
+              QStringList(QStringLiteral("stick cannot be ejected.\nIn use by editor, sh") +
+                          QChar(0xfffd)));
+    EXPECT_FALSE(row(2).isEjecting);
+}
+
+TEST_F(Menu, ARefusalNamesAVolumeThatHasNoRow) {
+    Gate gate;
+    volumes->beforeEject = [&] { gate.pass(); };
+    volumes->refusals[2] = {EBUSY, "busy", {}};
+    add("stick", external);
+    launch();
+    delegate->menu().backDisk(rowIndex(2));
+    gate.waitUntilReached();
+    const VolumeFacts back = volumes->mounted[1];
+    volumes->remove(2);
+    delegate->updateDataForMenuItem();
+    volumes->mounted.push_back(back);
+    gate.open();
+    EXPECT_TRUE(becomes([&] { return !bubbles.isEmpty(); }));
+    EXPECT_EQ(bubbles, QStringList(QStringLiteral("stick cannot be ejected.")));
+}
+
+TEST_F(Menu, ADriveThatIsNotLetGoIsTold) {
+    volumes->refusals[2] = {EPERM, "not allowed", {}, true};
+    volumes->refusals[3] = {0, "stays powered", {}, true};
+    add("disc", external);
+    add("stick", external);
+    launch();
+    delegate->menu().activate(MenuAction::EjectAll);
+    EXPECT_TRUE(becomes([&] { return bubbles.size() == 2; }));
+    EXPECT_EQ(bubbles,
+              (QStringList{QStringLiteral("disc is unmounted.\nIts drive could not be released."),
+                           QStringLiteral("stick is unmounted.\nIts drive could not be "
+                                          "released.")}));
+    EXPECT_FALSE(delegate->menu().itemWithVolume(2));
+}
+
+TEST_F(Menu, ANameFromRightToLeftTurnsNothingButItself) {
+    launch();
+    volumes->mountHandler({true, "\xd7\xa9\xd7\x9c\xd7\x95\xd7\x9d", "/media/x"});
+    volumes->mountHandler({true, "photos\xe2\x80\xaegpj.\xe2\x81\xa9", "/media/y"});
+    EXPECT_EQ(bubbles,
+              (QStringList{QStringLiteral("\u2068\u05e9\u05dc\u05d5\u05dd\u2069 is mounted "
+                                          "successfully!"),
+                           QStringLiteral("photosgpj. is mounted successfully!")}));
+}
+
+TEST_F(Menu, EjectAllTriesEveryVolume) {
+    volumes->refusals[2] = {EBUSY, "busy", {}};
+    add("first", external);
+    add("second", external);
+    launch();
+    delegate->menu().activate(MenuAction::EjectAll);
+    EXPECT_TRUE(row(2).isEjecting);
+    EXPECT_TRUE(lines().contains(QStringLiteral("Eject All (grey)")));
+    EXPECT_TRUE(becomes([&] { return !delegate->menu().itemWithVolume(3); }));
+    EXPECT_EQ(volumes->ejected, (std::vector<std::int16_t>{2, 3}));
+    EXPECT_EQ(bubbles, QStringList(QStringLiteral("first cannot be ejected.")));
+    EXPECT_TRUE(lines().contains(QStringLiteral("Eject All")));
+}
+
+TEST_F(Menu, NothingToEjectIsSaidInABubble) {
+    add("fixed image", removable);
+    launch();
+    delegate->menu().activate(MenuAction::EjectAll);
+    EXPECT_TRUE(becomes([&] { return !bubbles.isEmpty(); }));
+    EXPECT_TRUE(lines().contains(QStringLiteral("Eject All")));
+}
+
+TEST_F(Menu, TheAlarmIsToldOnceUntilItHasRecovered) {
+    add("stick", external).name = "<b>";
+    add("image", removable).freeBytes = 0;
+    launch();
+    const auto percent = [&](std::uint64_t free) {
+        volumes->mounted[1].freeBytes = volumes->mounted[1].totalBytes / 100 * free;
+        delegate->updateDataForMenuItem();
+        return notifier->shown.size();
+    };
+    const struct {
+        std::uint64_t free;
+        std::size_t told;
+    } steps[] = {{11, 0}, {10, 1}, {5, 1}, {11, 1}, {12, 1}, {10, 1}, {13, 1}, {10, 2}};
+    for (const auto &step : steps)
+        EXPECT_EQ(percent(step.free), step.told) << step.free;
+    EXPECT_TRUE(notifier->shown[0].body.startsWith(QStringLiteral("<b>: 200.00 MB of 2.00 GB")));
+}
+
+TEST_F(Menu, TheStatusItemIsHiddenAndShown) {
+    UserDefaults::standardUserDefaults().setObject(QStringLiteral("DSShowStatusItem"), true);
+    launch();
+    EXPECT_FALSE(item->shown);
+    delegate->updateDataForMenuItem();
+    EXPECT_FALSE(item->shown);
+    const auto post = [](bool hidden) {
+        NotificationCenter::defaultCenter().post(setStatusBarHiddenNotification, nullptr,
+                                                 {{QStringLiteral("object"), hidden}});
+    };
+    post(false);
+    EXPECT_TRUE(item->shown);
+    post(true);
+    EXPECT_FALSE(item->shown);
+}
+
+} // namespace
+} // namespace brightsweep::test

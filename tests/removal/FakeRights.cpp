@@ -1,0 +1,27 @@
+#include "removal/FakeRights.h"
+
+#include "foundation/Log.h"
+
+#include <fcntl.h>
+
+namespace brightsweep::test {
+
+LogCapture::LogCapture()
+    : m_file(TestEnvironment::current().root() / "captured.log"),
+      m_descriptor(
+          ::open(m_file.c_str(), O_CREAT | O_TRUNC | O_WRONLY | O_APPEND | O_CLOEXEC, 0666)),
+      m_before(Log::descriptor()) {
+    Log::setDescriptor(m_descriptor);
+}
+
+LogCapture::~LogCapture() {
+    Log::setDescriptor(m_before);
+    ::close(m_descriptor);
+}
+
+std::string LogCapture::text() const {
+    std::ifstream stream(m_file);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+} // namespace brightsweep::test

@@ -1,0 +1,293 @@
+#include "removal/NvAuthorization.h"
+
+#include "platform/StandardDirectories.h"
+#include "removal/FakeRights.h"
+#include "removal/PadlockController.h"
+#include "support/FaultPlatform.h"
+#include "support/LockHolder.h"
+#include "support/RecordingPlatform.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace brightsweep {
+namespace {
+
+using test::AsOrdinaryUser;
+using test::FakeRights;
+using test::LogCapture;
+using test::TestTree;
+using testing::HasSubstr;
+using testing::Not;
+
+// A fresh set of rights for each test, given up at its end.
+class Authorization : public testing::Test {
+protected:
+    ~Authorization() override { shared.freeAuthorization(); }
+
+    unsigned modeOf(const std::filesystem::path &path) const {
+        struct stat status {};
+        ::lstat(path.c_str(), &status);
+        return status.st_mode & 07777;
+    }
+    /// A folder of the user's, or one that only root may change.
+    void folder(std::string_view name, bool usersOwn) {
+        tree.directory(name);
+        own(name, usersOwn ? test::ordinaryUser : 0);
+    }
+    void own(std::string_view name, uid_t user = test::ordinaryUser) {
+        ASSERT_EQ(::lchown(tree.path(name).c_str(), user, user), 0) << "this test needs root";
+    }
+
+    TestTree tree;
+    FakeRights &rights = FakeRights::install();
+    NvAuthorization &shared = NvAuthorization::shareNvAuthorization();
+};
+
+TEST_F(Authorization, AsksOnceAndKeepsWhatItGot) {
+    EXPECT_FALSE(shared.getAuthorizationRet());
+    EXPECT_EQ(rights.requests, 0);
+    EXPECT_TRUE(shared.allocAuthorization());
+    EXPECT_TRUE(shared.allocAuthorization());
+    EXPECT_EQ(rights.requests, 1);
+    ASSERT_TRUE(shared.getAuthorizationRet());
+    EXPECT_EQ(shared.getAuthorizationRet()->token, rights.token());
+    EXPECT_TRUE(shared.freeAuthorization());
+    EXPECT_TRUE(shared.freeAuthorization());
+    EXPECT_EQ(rights.releases, 1);
+    EXPECT_FALSE(shared.getAuthorizationRet());
+}
+
+TEST_F(Authorization, SaysInTheLogWhyThereAreNoRights) {
+    const struct {
+        RightsOutcome outcome;
+        const char *words;
+    } cases[] = {
+        {RightsOutcome::Dismissed, "Administrator rights: the dialog was dismissed (status 99): w"},
+        {RightsOutcome::Denied, "Administrator rights: denied (status 99): w"},
+        {RightsOutcome::NoAgent, "Administrator rights: no agent to ask the user (status 99): w"},
+        {RightsOutcome::NoBus, "Administrator rights: no bus or no authority on it (status 99): w"},
+        {RightsOutcome::Failed, "Administrator rights: the request failed (status 99): w"},
+    };
+    for (const auto &row : cases) {
+        const LogCapture log;
+        rights.result = {row.outcome, 99, "w"};
+        EXPECT_FALSE(shared.allocAuthorization());
+        EXPECT_FALSE(shared.getAuthorizationRet());
+        EXPECT_THAT(log.text(), HasSubstr("Copy Rights Unsuccessful: 99\n"));
+        EXPECT_THAT(log.text(), HasSubstr(row.words));
+    }
+    const LogCapture log;
+    rights.result = {RightsOutcome::Granted, 0, {}};
+    EXPECT_TRUE(shared.allocAuthorization());
+    rights.releaseStatus = 5;
+    EXPECT_TRUE(shared.freeAuthorization());
+    EXPECT_THAT(log.text(), HasSubstr("Free Rights Unsuccessful: 5\n"));
+}
+
+TEST_F(Authorization, AReferenceProvesOnlyThatRightsWereGot) {
+    const LogCapture log;
+    tree.file("folder/item");
+    ASSERT_TRUE(shared.allocAuthorization());
+    rights.isAlive = false;
+    EXPECT_TRUE(shared.getAuthorizationRet());
+    EXPECT_THAT(log.text(), HasSubstr("Copy Rights Unsuccessful: 1\n"));
+    EXPECT_FALSE(NvAuthorization::removeItemAtPath(tree.path("folder/item")));
+    EXPECT_TRUE(tree.exists("folder/item"));
+    // Whoever asks again gets them again.
+    EXPECT_TRUE(shared.allocAuthorization());
+    EXPECT_EQ(rights.requests, 2);
+    EXPECT_TRUE(NvAuthorization::removeItemAtPath(tree.path("folder/item")));
+}
+
+TEST_F(Authorization, PrivilegedSuccessIsSilenceOfTheToolAndAMissingName) {
+    tree.file("folder/item");
+    const auto path = tree.path("folder/item");
+    EXPECT_FALSE(NvAuthorization::removeItemAtPath(path));
+    ASSERT_TRUE(shared.allocAuthorization());
+    const struct {
+        PrivilegedReply reply;
+        bool success;
+    } cases[] = {
+        {{true, true, ""}, true},           {{true, true, "x"}, false}, {{true, false, ""}, false},
+        {{false, false, "refused"}, false}, {{false, true, ""}, false},
+    };
+    for (const auto &row : cases) {
+        rights.reply = [&](const RemovalTarget &) { return row.reply; };
+        EXPECT_EQ(NvAuthorization::removeItemAtPath(path), row.success) << row.reply.output;
+    }
+}
+
+TEST_F(Authorization, WhatTheUserMayDeleteNeedsNoRights) {
+    folder("folder", true);
+    tree.file("folder/item");
+    own("folder/item");
+    tree.file("folder/read only");
+    own("folder/read only");
+    tree.mode("folder/read only", 0400);
+    tree.file("folder/kept");
+    ASSERT_TRUE(shared.allocAuthorization());
+    test::RecordingPlatform calls;
+    const LogCapture log;
+    const AsOrdinaryUser user;
+    ASSERT_TRUE(user);
+    EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path("folder/item")));
+    EXPECT_EQ(calls.count("setPermissions"), 0u);
+    EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path("folder/read only")));
+    EXPECT_EQ(calls.count("setPermissions"), 1u);
+    EXPECT_EQ(tree.snapshot("folder").size(), 1u);
+    EXPECT_TRUE(rights.removals.empty());
+    EXPECT_EQ(log.text(), "");
+}
+
+TEST_F(Authorization, TakesItsStepsInOrder) {
+    folder("folder", false);
+    tree.file("folder/item");
+    own("folder/item");
+    tree.mode("folder/item", 0440);
+    ASSERT_TRUE(shared.allocAuthorization());
+    const auto target = *NvAuthorization::targetOf(tree.path("folder/item"));
+    test::RecordingPlatform recorder;
+    const LogCapture log;
+    const AsOrdinaryUser user;
+    unsigned modeForTool = 0;
+    rights.reply = [&](const RemovalTarget &item) {
+        modeForTool = modeOf(item.path());
+        return PrivilegedReply{true, true, {}};
+    };
+    const RemovalOutcome outcome = NvAuthorization::removeWithOutcome(target);
+    EXPECT_TRUE(outcome.removed);
+    EXPECT_TRUE(outcome.neededRights);
+    EXPECT_EQ(outcome.error, std::errc::permission_denied);
+    std::vector<std::string> order;
+    for (const auto &call : recorder.calls()) {
+        if (call.argument == target.path() && call.name != "openHolder")
+            order.push_back(call.name);
+    }
+    EXPECT_THAT(order, testing::ElementsAre("isDeletable", "setPermissions", "removeItem",
+                                            "setPermissions", "rights.removeItem"));
+    EXPECT_EQ(modeForTool, 0440u);
+    EXPECT_THAT(log.text(), HasSubstr("Clean deletable file failed: " + target.path().native() +
+                                      "-Permission denied\n"));
+}
+
+TEST_F(Authorization, WhatSurvivesIsAsItWas) {
+    folder("folder", false);
+    folder("folder/directory", true);
+    tree.mode("folder/directory", 0550);
+    tree.file("folder/file");
+    own("folder/file");
+    tree.mode("folder/file", 0400);
+    tree.file("elsewhere/target");
+    own("elsewhere/target");
+    tree.mode("elsewhere/target", 0400);
+    tree.link("folder/link", tree.path("elsewhere/target"));
+    tree.hardLink("folder/second name", tree.path("elsewhere/target"));
+    const auto before = tree.snapshot();
+    const AsOrdinaryUser user;
+    ASSERT_TRUE(user);
+    for (const char *name : {"directory", "file", "link", "second name", "missing"})
+        EXPECT_FALSE(NvAuthorization::synFastRemovePath(tree.path("folder") / name)) << name;
+    EXPECT_EQ(tree.snapshot(), before);
+}
+
+TEST_F(Authorization, AFurtherNameKeepsItsMode) {
+    folder("folder", true);
+    tree.file("folder/item");
+    own("folder/item");
+    tree.mode("folder/item", 0400);
+    tree.hardLink("other/name", tree.path("folder/item"));
+    tree.link("folder/link", tree.path("other/name"));
+    const AsOrdinaryUser user;
+    EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path("folder/link")));
+    EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path("folder/item")));
+    EXPECT_EQ(modeOf(tree.path("other/name")), 0400u);
+}
+
+TEST_F(Authorization, WhatIsBusyStaysBusy) {
+    tree.file("folder/item");
+    ASSERT_TRUE(shared.allocAuthorization());
+    test::FaultPlatform faults;
+    faults.setFault([](std::string_view call, const std::filesystem::path &) {
+        return call == "removeItem" ? std::make_error_code(std::errc::device_or_resource_busy)
+                                    : std::error_code();
+    });
+    const LogCapture log;
+    const RemovalOutcome outcome = NvAuthorization::removeWithOutcome(tree.path("folder/item"));
+    EXPECT_FALSE(outcome.removed);
+    EXPECT_FALSE(outcome.neededRights);
+    EXPECT_EQ(outcome.error, std::errc::device_or_resource_busy);
+    EXPECT_TRUE(rights.removals.empty());
+    EXPECT_TRUE(tree.exists("folder/item"));
+    EXPECT_THAT(log.text(), HasSubstr("item-Device or resource busy\n"));
+}
+
+// The system's places below the test's own folder.
+class PrefixedDirectories final : public StandardDirectories {
+public:
+    std::vector<std::filesystem::path> paths(StandardDirectory) override { return {}; }
+    std::vector<std::filesystem::path> trashesOfVolume(const std::filesystem::path &) override {
+        return {};
+    }
+    std::filesystem::path systemPath(const std::filesystem::path &path) override {
+        return test::TestEnvironment::current().system().native() + path.native();
+    }
+};
+
+TEST_F(Authorization, AnArchiveThatAptHoldsIsBusyEvenForRoot) {
+    Platform::current().directories = std::make_unique<PrefixedDirectories>();
+    TestTree system(test::TestEnvironment::current().system());
+    const auto lockFile = system.file("var/cache/apt/archives/lock", "");
+    const auto package = system.file("var/cache/apt/archives/one.deb");
+    const auto other = system.file("var/cache/man/index");
+    ASSERT_TRUE(shared.allocAuthorization());
+    auto holder = std::make_unique<test::LockHolder>(lockFile);
+    EXPECT_EQ(NvAuthorization::removeWithOutcome(package).error,
+              std::errc::device_or_resource_busy);
+    EXPECT_TRUE(NvAuthorization::synFastRemovePath(other));
+    EXPECT_TRUE(std::filesystem::exists(package));
+    EXPECT_TRUE(rights.removals.empty());
+    holder.reset();
+    EXPECT_TRUE(NvAuthorization::synFastRemovePath(package));
+}
+
+TEST_F(Authorization, SaysWhyAnItemStayed) {
+    folder("folder", false);
+    tree.file("folder/item");
+    ASSERT_TRUE(shared.allocAuthorization());
+    rights.reply = [](const RemovalTarget &) {
+        return PrivilegedReply{true, false, "rm: cannot remove"};
+    };
+    const AsOrdinaryUser user;
+    const RemovalOutcome outcome = NvAuthorization::removeWithOutcome(tree.path("folder/item"));
+    EXPECT_FALSE(outcome.removed);
+    EXPECT_TRUE(outcome.neededRights);
+    EXPECT_EQ(outcome.words, "rm: cannot remove");
+    EXPECT_EQ(NvAuthorization::removeWithOutcome(tree.path("none/item")).error,
+              std::errc::no_such_file_or_directory);
+}
+
+TEST_F(Authorization, OnePadlockForAllPages) {
+    PadlockController one;
+    PadlockController other;
+    std::vector<bool> heard;
+    QObject::connect(&other, &PadlockController::lockStateChanged,
+                     [&](bool open) { heard.push_back(open); });
+    EXPECT_FALSE(one.isOpen());
+    rights.result = {RightsOutcome::Dismissed, 126, {}};
+    EXPECT_FALSE(one.unlockRigths(true));
+    EXPECT_STREQ(other.imageName(), "Lock.png");
+    rights.result = {RightsOutcome::Granted, 0, {}};
+    EXPECT_TRUE(one.unlockRigths(true));
+    EXPECT_TRUE(other.isOpen());
+    EXPECT_STREQ(other.imageName(), "Unlock.png");
+    EXPECT_FALSE(other.unlockRigths(false));
+    EXPECT_FALSE(one.isOpen());
+    EXPECT_FALSE(shared.getAuthorizationRet());
+    EXPECT_THAT(heard, testing::ElementsAre(false, true, false));
+}
+
+} // namespace
+} // namespace brightsweep

@@ -1,0 +1,171 @@
+#include "removal/TrashRecord.h"
+
+#include "removal/FakeRights.h"
+#include "removal/NvAuthorization.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace brightsweep {
+namespace {
+
+using test::AsOrdinaryUser;
+using test::FakeRights;
+using test::TestTree;
+
+std::string textOf(const std::filesystem::path &file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+TEST(TrashRecord, GoesWithTheItemInEveryKindOfTrash) {
+    for (const std::string trash : {"share/Trash", "disk/.Trash-1000", "disk/.Trash/1000"}) {
+        TestTree tree;
+        for (const char *name : {"item", "item2", "it", "a b"}) {
+            tree.file(trash + "/files/" + name + "/file");
+            tree.file(trash + "/info/" + name + ".trashinfo");
+        }
+        const auto sizes =
+            tree.file(trash + "/directorysizes", "10 1 item\n20 2 item2\n30 3 a%20b\n"
+                                                 "40 4 it%65m\nbroken\n50 5 it");
+        tree.mode(trash + "/directorysizes", 0640);
+        EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path(trash + "/files/item")));
+        EXPECT_FALSE(tree.exists(trash + "/info/item.trashinfo"));
+        EXPECT_EQ(textOf(sizes), "20 2 item2\n30 3 a%20b\nbroken\n50 5 it");
+        EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path(trash + "/files/a b")));
+        EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path(trash + "/files/it")));
+        EXPECT_EQ(textOf(sizes), "20 2 item2\nbroken\n");
+        EXPECT_EQ(std::filesystem::status(sizes).permissions(), std::filesystem::perms(0640));
+        EXPECT_EQ(tree.snapshot(trash + "/info").size(), 1u);
+        // What lies deeper has no record of its own, and takes none with it.
+        EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path(trash + "/files/item2/file")));
+        EXPECT_TRUE(tree.exists(trash + "/info/item2.trashinfo"));
+        EXPECT_EQ(tree.snapshot(trash).size(), 5u);
+        test::removeTree(tree.top());
+    }
+}
+
+TEST(TrashRecord, TouchesNothingThatIsNoTrash) {
+    TestTree tree;
+    for (const char *folder : {"project", "Trash-1000", ".Trash-abc", ".Trash-", "other/1000"}) {
+        tree.file(std::string(folder) + "/files/item");
+        tree.file(std::string(folder) + "/info/item.trashinfo");
+        tree.file(std::string(folder) + "/directorysizes", "1 1 item\n");
+        EXPECT_TRUE(
+            NvAuthorization::synFastRemovePath(tree.path(std::string(folder) + "/files/item")));
+        EXPECT_TRUE(tree.exists(std::string(folder) + "/info/item.trashinfo")) << folder;
+        EXPECT_EQ(textOf(tree.path(std::string(folder) + "/directorysizes")), "1 1 item\n");
+    }
+    // Links in the place of its parts are not followed.
+    tree.file("outside/item.trashinfo");
+    tree.file("outside/sizes", "1 1 item\n1 1 second\n");
+    tree.file("Trash/files/item");
+    tree.link("Trash/info", tree.path("outside"));
+    tree.file(".Trash-7/files/second");
+    tree.directory(".Trash-7/info");
+    tree.link(".Trash-7/directorysizes", tree.path("outside/sizes"));
+    const auto before = tree.snapshot("outside");
+    EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path("Trash/files/item")));
+    EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path(".Trash-7/files/second")));
+    EXPECT_EQ(tree.snapshot("outside"), before);
+}
+
+TEST(TrashRecord, StaysWithAnItemThatStays) {
+    TestTree tree;
+    tree.file("Trash/files/item");
+    tree.file("Trash/info/item.trashinfo");
+    tree.file("Trash/directorysizes", "1 1 item\n");
+    FakeRights::install();
+    const auto before = tree.snapshot();
+    const AsOrdinaryUser user;
+    ASSERT_TRUE(user);
+    EXPECT_FALSE(NvAuthorization::synFastRemovePath(tree.path("Trash/files/item")));
+    EXPECT_EQ(tree.snapshot(), before);
+}
+
+TEST(TrashRecord, GoesByThePrivilegedWayWhereTheNormalOneFails) {
+    TestTree tree;
+    tree.file("Trash/files/item");
+    tree.file("Trash/info/item.trashinfo");
+    tree.file("Trash/info/other.trashinfo");
+    FakeRights &rights = FakeRights::install();
+    auto &shared = NvAuthorization::shareNvAuthorization();
+    ASSERT_TRUE(shared.allocAuthorization());
+    {
+        const AsOrdinaryUser user;
+        EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path("Trash/files/item")));
+    }
+    shared.freeAuthorization();
+    EXPECT_EQ(rights.removals,
+              (std::vector{tree.path("Trash/files/item"), tree.path("Trash/info/item.trashinfo")}));
+    EXPECT_EQ(tree.snapshot("Trash/files").size(), 0u);
+    EXPECT_EQ(tree.snapshot("Trash/info").size(), 1u);
+}
+
+TEST(TrashRecord, ABatchWritesEachFileOnce) {
+    TestTree tree;
+    for (const std::string trash : {"one/Trash", "two/Trash"}) {
+        for (const char *name : {"a", "b", "c d"}) {
+            tree.file(trash + "/files/" + name + "/file");
+            tree.file(trash + "/info/" + name + ".trashinfo");
+        }
+        tree.file(trash + "/directorysizes", "1 1 a\n2 2 b\n3 3 c%20d\n4 4 elsewhere\n");
+    }
+    const auto remove = [&](const char *item) {
+        EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path(item)));
+    };
+    const auto sizes = [&](const char *trash) {
+        return textOf(tree.path(std::string(trash) + "/Trash/directorysizes"));
+    };
+    const std::string whole = sizes("one");
+    {
+        const TrashBatch batch;
+        remove("one/Trash/files/a");
+        {
+            const TrashBatch inner;
+            remove("two/Trash/files/b");
+            EXPECT_EQ(sizes("two"), whole);
+        }
+        EXPECT_EQ(sizes("two"), "1 1 a\n3 3 c%20d\n4 4 elsewhere\n");
+        // Other threads have batches of their own.
+        std::thread([&] { remove("two/Trash/files/a"); }).join();
+        EXPECT_EQ(sizes("two"), "3 3 c%20d\n4 4 elsewhere\n");
+        remove("one/Trash/files/c d");
+        EXPECT_EQ(sizes("one"), whole);
+        EXPECT_EQ(tree.snapshot("one/Trash/info").size(), 1u) << "all but the file goes at once";
+    }
+    EXPECT_EQ(sizes("one"), "2 2 b\n4 4 elsewhere\n");
+    remove("one/Trash/files/b");
+    EXPECT_EQ(sizes("one"), "4 4 elsewhere\n");
+}
+
+TEST(TrashRecord, SixThreadsLoseNoLine) {
+    TestTree tree;
+    std::string sizes;
+    constexpr int threads = 6;
+    constexpr int items = 20;
+    for (int i = 0; i < threads * items; ++i) {
+        tree.directory("Trash/files/n" + std::to_string(i));
+        tree.file("Trash/info/n" + std::to_string(i) + ".trashinfo");
+        sizes += "1 1 n" + std::to_string(i) + "\n1 1 kept" + std::to_string(i) + "\n";
+    }
+    tree.file("Trash/directorysizes", sizes);
+    std::vector<std::thread> workers;
+    for (int thread = 0; thread < threads; ++thread) {
+        workers.emplace_back([&tree, thread] {
+            for (int i = thread * items; i < (thread + 1) * items; ++i)
+                NvAuthorization::synFastRemovePath(tree.path("Trash/files/n" + std::to_string(i)));
+        });
+    }
+    for (std::thread &worker : workers)
+        worker.join();
+    std::string expected;
+    for (int i = 0; i < threads * items; ++i)
+        expected += "1 1 kept" + std::to_string(i) + "\n";
+    EXPECT_EQ(textOf(tree.path("Trash/directorysizes")), expected);
+    EXPECT_EQ(tree.snapshot("Trash").size(), 3u);
+}
+
+} // namespace
+} // namespace brightsweep
