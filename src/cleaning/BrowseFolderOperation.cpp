@@ -5,7 +5,7 @@
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
-#include "platform/DirectoryWalk.h"
+#include "platform/MountsBelow.h"
 #include "platform/Platform.h"
 
 namespace brightsweep {
@@ -21,8 +21,9 @@ void post(QLatin1String name, const QVariantMap &userInfo = {}) {
 // One thread: the lines of one object stay together, and the order of objects is that of the walk.
 class LoggingVisitor final : public DirectoryWalk::Visitor {
 public:
-    LoggingVisitor(const std::filesystem::path &top, const std::atomic<bool> &stop)
-        : m_top(top), m_stop(stop) {}
+    LoggingVisitor(const std::filesystem::path &top, MountsBelow mounts,
+                   const std::atomic<bool> &stop)
+        : m_top(top), m_mounts(std::move(mounts)), m_stop(stop) {}
 
     void entries(DirectoryWalk::Directory &directory, const DirectoryBlock &block) override {
         const std::filesystem::path folder = pathOf(directory);
@@ -32,10 +33,12 @@ public:
             m_log.log(rule);
             m_log.log("%@", paths::join(folder, entry.nameView()));
             m_log.log(rule);
-            if (entry.type == EntryType::Directory)
-                walk->enter(directory, entry.nameView(), nullptr);
-            else if (entry.hasAttributes)
+            if (entry.type == EntryType::Directory) {
+                if (!m_mounts.isAt(directory, entry.nameView()))
+                    walk->enter(directory, entry.nameView(), nullptr);
+            } else if (entry.hasAttributes) {
                 size = addSaturating(size, entry.size);
+            }
             ++count;
         }
     }
@@ -59,13 +62,14 @@ private:
     }
 
     const std::filesystem::path &m_top;
+    const MountsBelow m_mounts;
     const std::atomic<bool> &m_stop;
     ObjectLog m_log;
 };
 
 } // namespace
 
-BrowseFolderOperation::BrowseFolderOperation(std::vector<std::filesystem::path> rootPath)
+BrowseFolderOperation::BrowseFolderOperation(std::vector<RemovalRoot> rootPath)
     : folderPathArr(std::move(rootPath)) {}
 
 void BrowseFolderOperation::main() {
@@ -73,24 +77,24 @@ void BrowseFolderOperation::main() {
         return post(DSCleanCanceled);
     std::uint64_t folderSize = 0;
     std::uint64_t fileCount = 0;
-    for (const std::filesystem::path &folder : folderPathArr) {
+    for (const RemovalRoot &folder : folderPathArr) {
         if (isCancelled())
             return post(DSCleanCanceled);
-        post(DSScanSingleFolder, {{QStringLiteral("FolderPath"), paths::toVariant(folder)}});
+        post(DSScanSingleFolder, {{QStringLiteral("FolderPath"), paths::toVariant(folder.path)}});
         folderSize = addSaturating(folderSize, sizeOfItemAtPath(folder, fileCount));
     }
     post(DSScanOperationFinish, {{QStringLiteral("FolderSize"), qulonglong(folderSize)},
                                  {QStringLiteral("FileCount"), qulonglong(fileCount)}});
 }
 
-std::uint64_t BrowseFolderOperation::sizeOfItemAtPath(const std::filesystem::path &path,
+std::uint64_t BrowseFolderOperation::sizeOfItemAtPath(const RemovalRoot &path,
                                                       std::uint64_t &filesNum) {
-    NSLog("It will get size of directory: %@", path);
+    NSLog("It will get size of directory: %@", path.path);
     FileOperations &files = *Platform::current().files;
-    auto folder = files.openDirectory(path);
+    auto folder = files.openRoot(path);
     if (!folder)
         return 0;
-    LoggingVisitor visitor(path, cancelledFlag());
+    LoggingVisitor visitor(path.path, MountsBelow::of(files, *folder), cancelledFlag());
     DirectoryWalk walk(files, visitor, {WantedAttributes::NonDirectories, 1, &cancelledFlag()});
     visitor.walk = &walk;
     walk.addRoot(std::make_shared<const OpenDirectory>(std::move(*folder)), nullptr);

@@ -4,7 +4,6 @@
 #include "platform/FileOperations.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <vector>
 
 namespace brightsweep {
@@ -15,16 +14,17 @@ class BrowseFolderOperation : public Operation {
     Q_OBJECT
 
 public:
-    explicit BrowseFolderOperation(std::vector<std::filesystem::path> rootPath);
+    explicit BrowseFolderOperation(std::vector<RemovalRoot> rootPath);
 
     void main() override;
 
     /// The size of everything below the folder; `filesNum` is raised by the number of objects,
-    /// folders included. 0 for what is not a folder.
-    std::uint64_t sizeOfItemAtPath(const std::filesystem::path &path, std::uint64_t &filesNum);
+    /// folders included. 0 for what is no longer the folder that was found. What is mounted below
+    /// it is not asked and counts nothing.
+    std::uint64_t sizeOfItemAtPath(const RemovalRoot &path, std::uint64_t &filesNum);
 
 private:
-    std::vector<std::filesystem::path> folderPathArr;
+    std::vector<RemovalRoot> folderPathArr;
 };
 
 } // namespace brightsweep

@@ -13,7 +13,10 @@
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
+#include "removal/RemovalRun.h"
 #include "volumes/VolumeNotifications.h"
+
+#include <unistd.h>
 
 #include <array>
 #include <utility>
@@ -22,8 +25,13 @@ namespace brightsweep {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr int wideBubble = 280;
 constexpr int narrowBubble = 220;
+// How long a stopped run of this program may take to end, and between two looks at it.
+constexpr std::chrono::milliseconds runPatience = 2s;
+constexpr std::chrono::milliseconds runPause = 50ms;
 
 // The settings of the categories, in their order.
 constexpr std::array<QString SettingItems::*, 6> categorySettings = {
@@ -49,19 +57,25 @@ CleanSysController::CleanSysController(Delays delays) : m_delays(delays) {
     readSettings();
     UtilityObject::getMyObject().isCanBeAction = foldersArr.empty();
     if (foldersArr.empty()) {
-        // Once whoever made it listens.
-        m_calls.post([this] {
-            bubbleViewWith(localizedText("NO_FOLDER_CONTENT"), QString());
-            m_state = State::Closed;
-            NotificationCenter::defaultCenter().post(DSShouldCloseWindow, this);
-        });
+        refuse(localizedText("NO_FOLDER_CONTENT"));
     } else {
         registerNotifications();
     }
     NotificationCenter::defaultCenter().post(refMenuItemWhenDeleteAndAddNotification);
 }
 
+// Once whoever made it listens.
+void CleanSysController::refuse(const QString &words) {
+    m_calls.post([this, words] {
+        bubbleViewWith(words, QString());
+        m_state = State::Closed;
+        NotificationCenter::defaultCenter().post(DSShouldCloseWindow, this);
+    });
+}
+
 CleanSysController::~CleanSysController() {
+    if (m_run)
+        m_run->stop();
     unRegisterNotification();
     if (m_bubbleShown)
         timerDeleteBubble();
@@ -127,9 +141,30 @@ void CleanSysController::windowDidLoad() {
     m_state = State::Scanning;
     m_indeterminate = true;
     m_cancelHidden = false;
-    m_queue.addOperation(std::make_shared<BrowseFolderOperation>(foldersArr));
+    m_runPatience = runPatience;
     Q_EMIT changed();
     Q_EMIT showWindow();
+    beginScan();
+}
+
+// Another run of this process may be one that was stopped and is about to end.
+void CleanSysController::beginScan() {
+    if (m_stopped)
+        return;
+    RemovalRun::Begun begun = RemovalRun::begin("Quick Clean");
+    if (!begun.run && begun.process == ::getpid() && m_runPatience > 0ms) {
+        m_runPatience -= runPause;
+        QTimer::singleShot(runPause, this, &CleanSysController::beginScan);
+        return;
+    }
+    if (!begun.run) {
+        unRegisterNotification();
+        m_state = State::Idle;
+        refuse(RemovalRun::refusal(begun));
+        return;
+    }
+    m_run = std::move(begun.run);
+    m_queue.addOperation(std::make_shared<BrowseFolderOperation>(foldersArr));
 }
 
 void CleanSysController::tellOfChange() {
@@ -168,7 +203,7 @@ void CleanSysController::beginDeleting() {
     if (m_stopped)
         return report(totalDelSize());
     m_state = State::Deleting;
-    m_queue.addOperation(std::make_shared<DeleteFolderOperation>(foldersArr));
+    m_queue.addOperation(std::make_shared<DeleteFolderOperation>(foldersArr, m_run));
     Q_EMIT changed();
 }
 
@@ -221,6 +256,7 @@ void CleanSysController::report(std::uint64_t size) {
     if (m_state == State::Reporting || m_state == State::Closed)
         return;
     unRegisterNotification();
+    m_run.reset();
     m_state = State::Reporting;
     m_indeterminate = false;
     m_cancelHidden = true;
@@ -249,6 +285,8 @@ void CleanSysController::stopFastClean() {
 }
 
 void CleanSysController::cancelRun() {
+    if (m_run)
+        m_run->stop();
     m_queue.cancelAllOperations();
     // Between two operations, or without a thread to run them, none tells of the end.
     if (m_queue.isIdle())

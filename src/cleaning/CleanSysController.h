@@ -2,6 +2,7 @@
 
 #include "core/OperationQueue.h"
 #include "foundation/CallQueue.h"
+#include "platform/FileOperations.h"
 
 #include <QLatin1String>
 #include <QObject>
@@ -12,11 +13,13 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <mutex>
 #include <vector>
 
 namespace brightsweep {
 
+class RemovalRun;
 struct Notification;
 
 /// The quick clean: it measures the categories that the settings mark as whole, empties them and
@@ -59,7 +62,7 @@ public:
 
     // -- What the window shows
     State state() const { return m_state; }
-    const std::vector<std::filesystem::path> &folders() const { return foldersArr; }
+    const std::vector<RemovalRoot> &folders() const { return foldersArr; }
     QString showFixedText() const { return m_showFixedText; }
     QString curDeleteFile() const;
     /// As computed: not a number or infinite where the scan found nothing, and over 100 at times.
@@ -103,6 +106,8 @@ private:
     void tellOfChange();
 
     // On the main thread.
+    void beginScan();
+    void refuse(const QString &words);
     void beginDeleting();
     void cancelRun();
     void report(std::uint64_t size);
@@ -114,7 +119,8 @@ private:
 
     const Delays m_delays;
     State m_state = State::Idle;
-    std::vector<std::filesystem::path> foldersArr;
+    std::vector<RemovalRoot> foldersArr;
+    std::shared_ptr<RemovalRun> m_run; ///< from the start of the scan to the report
     QString m_showFixedText;
     QTimer m_bubbleTimer;
     QTimer m_closeTimer;
@@ -125,6 +131,7 @@ private:
     bool m_stopped = false;
     bool m_closing = false;
     bool m_loaded = false;
+    std::chrono::milliseconds m_runPatience{0};
 
     mutable std::mutex m_mutex; // guards what follows
     std::uint64_t m_totalSize = 0;

@@ -5,17 +5,18 @@
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
+#include "platform/MountsBelow.h"
 #include "platform/Platform.h"
 #include "removal/NvAuthorization.h"
-#include "removal/TrashRecord.h"
+#include "removal/RemovalRun.h"
 
+#include <optional>
 #include <string>
+#include <utility>
 
 namespace brightsweep {
 
 namespace {
-
-constexpr std::uint32_t everybodysMode = 0777;
 
 void post(QLatin1String name, const QVariantMap &userInfo = {}) {
     NotificationCenter::defaultCenter().post(name, nullptr, userInfo);
@@ -27,68 +28,62 @@ QVariantMap entryInfo(const RemovalTarget &entry, std::uint64_t size) {
 }
 
 // Everything below a folder, deep and in system order: an entry first, then what lies in it, if it
-// is still a directory by then.
+// is still a directory by then and was not left alone.
 class DeepEntries {
 public:
-    explicit DeepEntries(const std::filesystem::path &folder) {
-        const auto root = Platform::current().files->rememberRoot(folder);
-        if (!root)
-            return;
-        m_root = *root;
-        list({});
+    DeepEntries(const RemovalRoot &folder, ItemRemoval &removal)
+        : m_root(folder), m_removal(removal) {
+        if (const auto directory = files().openRoot(folder))
+            list(*directory, {});
     }
 
     struct Entry {
         RemovalTarget target;
-        std::uint64_t size = 0;
+        OpenItem item;
     };
 
     std::optional<Entry> next() {
-        FileOperations &files = *Platform::current().files;
         descendIntoLast();
         while (!m_waiting.empty()) {
-            Entry entry{{m_root, std::move(m_waiting.back())}, 0};
+            const RemovalTarget target{m_root, std::move(m_waiting.back())};
             m_waiting.pop_back();
-            const auto holder = files.openHolder(entry.target);
-            const std::string name = paths::lastComponent(entry.target.relative);
-            const auto attributes = holder ? files.attributesAt(*holder, name.c_str())
-                                           : Result<FileAttributes>(holder.error());
-            if (!attributes)
+            const auto item = m_removal.reach(target);
+            if (!item)
                 continue; // it has gone meanwhile
-            entry.size = attributes->size;
-            if (attributes->type == EntryType::Directory)
-                m_lastDirectory = entry.target.relative.native();
-            return entry;
+            if (item->attributes.type == EntryType::Directory && !item->refusal)
+                m_lastDirectory = Entry{target, *item};
+            return Entry{target, *item};
         }
         return {};
     }
+    /// The entry given last is not entered.
+    void leaveAlone() { m_lastDirectory.reset(); }
 
 private:
+    static FileOperations &files() { return *Platform::current().files; }
+
     void descendIntoLast() {
-        if (const auto last = std::exchange(m_lastDirectory, std::nullopt))
-            list(*last);
+        const auto last = std::exchange(m_lastDirectory, std::nullopt);
+        if (!last)
+            return;
+        const auto directory =
+            files().openDirectoryAt(last->item.folder->directory(), last->item.name.c_str());
+        const bool isSame = directory && directory->device == last->item.attributes.device &&
+                            directory->inode == last->item.attributes.inode;
+        if (isSame)
+            list(*directory, last->target.relative.native());
     }
 
-    void list(const std::string &relative) {
-        FileOperations &files = *Platform::current().files;
-        Result<OpenDirectory> directory = std::errc::no_such_file_or_directory;
-        if (relative.empty()) {
-            directory = files.openDirectory(m_root.path);
-            if (directory &&
-                (directory->device != m_root.device || directory->inode != m_root.inode))
-                return;
-        } else if (const auto holder = files.openHolder({m_root, relative})) {
-            directory = files.openDirectoryAt(*holder, paths::lastComponent(relative).c_str());
-        }
-        if (!directory)
-            return;
+    void list(const OpenDirectory &directory, const std::string &relative) {
+        const MountsBelow mounts = MountsBelow::of(files(), directory);
         std::vector<std::string> found;
         DirectoryBlock block;
+        block.setMountPoints(&mounts.direct());
         do {
-            if (files.readBlock(*directory, block, WantedAttributes::None))
+            if (files().readBlock(directory, block, WantedAttributes::None))
                 break;
             for (const DirectoryEntry &entry : block.entries()) {
-                if (relative.empty() && FolderUtilities::isReserved(m_root.path, entry.nameView()))
+                if (relative.empty() && FolderUtilities::isReserved(m_root, entry.nameView()))
                     continue;
                 found.push_back(relative.empty() ? std::string(entry.nameView())
                                                  : relative + "/" + entry.name);
@@ -98,103 +93,116 @@ private:
                          std::make_move_iterator(found.rend()));
     }
 
-    RemovalRoot m_root;
+    const RemovalRoot m_root;
+    ItemRemoval &m_removal;
     std::vector<std::string> m_waiting; // the next one last
-    std::optional<std::string> m_lastDirectory;
+    std::optional<Entry> m_lastDirectory;
 };
 
-// Opens the mode of an entry for the time of an attempt; one that survives gets its own back.
-class OpenedEntry {
-public:
-    explicit OpenedEntry(const RemovalTarget &target)
-        : m_target(target),
-          m_before(Platform::current().files->setPermissions(target, everybodysMode)) {
-        if (!m_before)
-            NSLog("Set Attribute faile.");
-    }
-    void putBack() {
-        if (m_before)
-            (void)Platform::current().files->setPermissions(m_target, *m_before);
-    }
-
-private:
-    const RemovalTarget &m_target;
-    Result<std::uint32_t> m_before;
-};
+void logStayedMode(const RemovalOutcome &outcome) {
+    if (outcome.modeStayed)
+        NSLog("Set Attribute faile.");
+}
 
 } // namespace
 
-DeleteFolderOperation::DeleteFolderOperation(std::vector<std::filesystem::path> path)
-    : folderPathArr(std::move(path)) {}
+DeleteFolderOperation::DeleteFolderOperation(std::vector<RemovalRoot> path,
+                                             std::shared_ptr<RemovalRun> run)
+    : folderPathArr(std::move(path)), m_run(std::move(run)) {}
+
+DeleteFolderOperation::~DeleteFolderOperation() = default;
+
+bool DeleteFolderOperation::isStopped() const {
+    return isCancelled() || m_run->stopFlag();
+}
 
 void DeleteFolderOperation::main() {
+    const RemovalRun::Busy busy(*m_run);
     post(DSBeginFastClean);
-    if (isCancelled())
+    if (isStopped())
         return post(DSCleanCanceled);
-    for (const std::filesystem::path &folder : folderPathArr) {
-        if (isCancelled())
+    for (const RemovalRoot &folder : folderPathArr) {
+        if (isStopped())
             return post(DSCleanCanceled);
         const TrashBatch batch;
-        const auto place = NvAuthorization::targetOf(folder);
-        const bool deletable = place && Platform::current().files->isDeletable(*place);
+        ItemRemoval removal;
+        const auto place = NvAuthorization::targetOf(folder.path);
+        const auto item = place ? removal.reach(*place) : Result<OpenItem>(place.error());
+        const bool deletable = item && Platform::current().files->isDeletable(*item);
         if (!deletable || !cleanDeletableFolder(folder))
             cleanUndeletableFolder(folder);
     }
     post(DSFastCleanFinish);
 }
 
-bool DeleteFolderOperation::cleanDeletableFolder(const std::filesystem::path &folder) {
-    if (isCancelled()) {
+bool DeleteFolderOperation::cleanDeletableFolder(const RemovalRoot &folder) {
+    if (isStopped()) {
         post(DSCleanCanceled);
         return false;
     }
     bool clean = true;
-    DeepEntries entries(folder);
+    ItemRemoval removal(&m_run->stopFlag());
+    DeepEntries entries(folder, removal);
     while (const auto entry = entries.next()) {
-        if (isCancelled()) {
+        if (isStopped()) {
             post(DSCleanCanceled);
             return false;
         }
-        OpenedEntry opened(entry->target);
-        const RemovalOutcome outcome =
-            NvAuthorization::removeWithoutRights(entry->target, &cancelledFlag());
+        const RemovalOutcome outcome = removal.removeWithoutRights(entry->target, entry->item);
+        logStayedMode(outcome);
         if (outcome.removed) {
-            post(DSDeleteFileSuccess, entryInfo(entry->target, entry->size));
-        } else {
-            clean = false;
-            opened.putBack();
-            NSLog("Clean deletable folder failed: %@", outcome.error);
+            entries.leaveAlone();
+            post(DSDeleteFileSuccess, entryInfo(entry->target, entry->item.attributes.size));
+            continue;
         }
+        clean = false;
+        if (outcome.error == std::errc::device_or_resource_busy)
+            entries.leaveAlone();
+        NSLog("Clean deletable folder failed: %@", outcome.error);
     }
     return clean;
 }
 
-bool DeleteFolderOperation::cleanUndeletableFolder(const std::filesystem::path &folder) {
-    if (isCancelled()) {
+bool DeleteFolderOperation::cleanUndeletableFolder(const RemovalRoot &folder) {
+    if (isStopped()) {
         post(DSCleanCanceled);
         return false;
     }
     if (!NvAuthorization::shareNvAuthorization().getAuthorizationRet()) {
-        notifyDeleteFailed(folder);
+        notifyDeleteFailed(folder.path);
         return false;
     }
-    DeepEntries entries(folder);
+    ItemRemoval removal(&m_run->stopFlag());
+    DeepEntries entries(folder, removal);
+    std::vector<DeepEntries::Entry> waiting;
+    const ItemRemoval::Told told = [&](std::size_t index, const RemovalOutcome &outcome) {
+        const DeepEntries::Entry &entry = waiting[index];
+        const QVariantMap info = entryInfo(entry.target, entry.item.attributes.size);
+        logStayedMode(outcome);
+        if (!outcome.removed) {
+            post(DSDeleteFileFailed, info);
+            NSLog("Delete file failed: %@", entry.target.path());
+        }
+        if (outcome.removed || outcome.error == std::errc::device_or_resource_busy)
+            entries.leaveAlone();
+        // An entry that failed is told both ways.
+        post(DSDeleteFileSuccess, info);
+    };
     while (const auto entry = entries.next()) {
-        if (isCancelled()) {
+        if (isStopped()) {
+            removal.finish(told);
             post(DSCleanCanceled);
             return true;
         }
-        OpenedEntry opened(entry->target);
-        const RemovalOutcome outcome =
-            NvAuthorization::removeWithoutRights(entry->target, &cancelledFlag());
-        if (!outcome.removed && !removeItemAtPath(entry->target)) {
-            opened.putBack();
-            post(DSDeleteFileFailed, entryInfo(entry->target, entry->size));
-            NSLog("Delete file failed: %@", entry->target.path());
-        }
-        // An entry that failed is told both ways.
-        post(DSDeleteFileSuccess, entryInfo(entry->target, entry->size));
+        waiting.push_back(*entry);
+        removal.removeInTurn(waiting.size() - 1, entry->target, entry->item, told);
+        // Whether a directory is entered depends on how it went.
+        if (entry->item.attributes.type == EntryType::Directory)
+            removal.finish(told);
+        if (!removal.isWaiting())
+            waiting.clear();
     }
+    removal.finish(told);
     return true;
 }
 

@@ -3,9 +3,9 @@
 #include "cleaning/ItemSizes.h"
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
+#include "linux/SystemPlaces.h"
 #include "platform/AdministratorRights.h"
 #include "platform/Platform.h"
-#include "platform/StandardDirectories.h"
 #include "platform/Workspace.h"
 #include "volumes/VolumesInfo.h"
 
@@ -18,37 +18,62 @@ namespace {
 
 constexpr std::uint32_t trashCategory = 4;
 
-// The source of each category but the trash, whose folders come from the volumes.
-constexpr std::array categoryDirectories = {
-    StandardDirectory::LocalCaches, StandardDirectory::UserCaches, StandardDirectory::LocalLogs,
-    StandardDirectory::UserLogs,    StandardDirectory::HomeTrash,  StandardDirectory::Downloads,
+// The source of each category; the trash has further ones on the volumes.
+constexpr std::array categoryPlaces = {
+    CleanPlace::LocalCaches, CleanPlace::UserCaches, CleanPlace::LocalLogs,
+    CleanPlace::UserLogs,    CleanPlace::HomeTrash,  CleanPlace::Downloads,
 };
 
-constexpr char packageCache[] = "/var/cache/apt/archives";
-constexpr std::array<std::string_view, 2> packageCacheReserved = {"lock", "partial"};
+struct ReasonRow {
+    LeftOutReason reason;
+    const char *words;
+};
 
-void addVolumeTrashes(std::vector<std::filesystem::path> &folders) {
+constexpr std::array reasons = {
+    ReasonRow{LeftOutReason::TopOfVolume, "is the top of a volume"},
+    ReasonRow{LeftOutReason::NotOwned, "belongs to somebody else"},
+    ReasonRow{LeftOutReason::KeptPlace, "holds more than its category"},
+};
+
+void addVolumeTrashes(CleanFolders &folders) {
     StandardDirectories &directories = *Platform::current().directories;
     VolumesInfo volumes;
     for (const DSVolumeInfo &volume : volumes.getAllVolsInfo()) {
         if (volume.volType != LocalStorage || volume.bIsDefaultVol)
             continue;
-        for (auto &folder : directories.trashesOfVolume(volume.volRootDir)) {
-            if (std::find(folders.begin(), folders.end(), folder) == folders.end())
-                folders.push_back(std::move(folder));
+        CleanFolders further = directories.trashesOfVolume(volume.volRootDir);
+        for (RemovalRoot &folder : further.folders) {
+            const auto isSame = [&](const RemovalRoot &other) {
+                return other.device == folder.device && other.inode == folder.inode;
+            };
+            if (std::none_of(folders.folders.begin(), folders.folders.end(), isSame))
+                folders.folders.push_back(std::move(folder));
         }
+        folders.leftOut.insert(folders.leftOut.end(), further.leftOut.begin(),
+                               further.leftOut.end());
     }
 }
 
 } // namespace
 
-std::vector<std::filesystem::path> FolderUtilities::getFolderPath(std::uint32_t index) {
-    if (index >= categoryDirectories.size())
+std::vector<RemovalRoot> FolderUtilities::getFolderPath(std::uint32_t index,
+                                                        std::vector<LeftOutFolder> *leftOut) {
+    if (index >= categoryPlaces.size())
         return {};
-    auto folders = Platform::current().directories->paths(categoryDirectories[index]);
+    CleanFolders folders = Platform::current().directories->cleanFolders(categoryPlaces[index]);
     if (index == trashCategory)
         addVolumeTrashes(folders);
-    return folders;
+    if (leftOut)
+        *leftOut = std::move(folders.leftOut);
+    return std::move(folders.folders);
+}
+
+const char *FolderUtilities::wordsOf(LeftOutReason reason) {
+    for (const ReasonRow &row : reasons) {
+        if (row.reason == reason)
+            return row.words;
+    }
+    return "";
 }
 
 std::uint64_t FolderUtilities::sizeOfItemAtPath(const std::filesystem::path &path) {
@@ -71,12 +96,13 @@ std::filesystem::path FolderUtilities::getFolderFromFile(const std::filesystem::
     return isPlainFolder ? path : paths::parent(path);
 }
 
-bool FolderUtilities::isReserved(const std::filesystem::path &folder, std::string_view name) {
-    const auto cache = Platform::current().files->canonicalPath(
-        Platform::current().directories->systemPath(packageCache));
-    return cache && *cache == folder &&
-           std::find(packageCacheReserved.begin(), packageCacheReserved.end(), name) !=
-               packageCacheReserved.end();
+// The name first: most folders hold neither.
+bool FolderUtilities::isReserved(const RemovalRoot &folder, std::string_view name) {
+    if (std::find(aptReserved.begin(), aptReserved.end(), name) == aptReserved.end())
+        return false;
+    const auto archives = Platform::current().files->attributesFollowing(
+        Platform::current().directories->systemPath(aptArchives));
+    return archives && archives->device == folder.device && archives->inode == folder.inode;
 }
 
 bool FolderUtilities::CreateAuthoration(AuthorizationReference *reference) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/Result.h"
+#include "platform/StandardDirectories.h"
 #include "removal/NvAuthorization.h"
 
 #include <cstdint>
@@ -14,9 +15,13 @@ namespace brightsweep {
 /// calls are safe from every thread.
 class FolderUtilities {
 public:
-    /// The folders of a category; none for an index above 5. Of the trash the home's comes first,
-    /// then those of the further local volumes, each once.
-    static std::vector<std::filesystem::path> getFolderPath(std::uint32_t index);
+    /// The folders of a category, as they were checked; none for an index above 5. Of the trash the
+    /// home's comes first, then those of the further local volumes, each once. Folders that are
+    /// meant for it but not fit to be cleaned are added to `leftOut`, when given.
+    static std::vector<RemovalRoot> getFolderPath(std::uint32_t index,
+                                                  std::vector<LeftOutFolder> *leftOut = nullptr);
+    /// The reason in words, to stand behind the folder's name.
+    static const char *wordsOf(LeftOutReason reason);
 
     /// The sum of the logical sizes of all files below; of a file or a link its own. Directories
     /// add nothing, links are not followed, a further name of a file counts again. What cannot be
@@ -29,7 +34,7 @@ public:
 
     /// True for a name that belongs to the owner of the folder and is no item: the lock and the
     /// partial downloads of the package cache.
-    static bool isReserved(const std::filesystem::path &folder, std::string_view name);
+    static bool isReserved(const RemovalRoot &folder, std::string_view name);
 
     /// Administrator rights for one act, outside the shared ones' padlock. False when refused.
     static bool CreateAuthoration(AuthorizationReference *reference);

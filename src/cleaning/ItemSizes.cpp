@@ -1,10 +1,10 @@
 #include "cleaning/ItemSizes.h"
 
 #include "core/TaskStopper.h"
-#include "foundation/Paths.h"
 #include "platform/DirectoryWalk.h"
 #include "platform/Platform.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace brightsweep {
@@ -20,15 +20,15 @@ void addTo(std::atomic<std::uint64_t> &sum, std::uint64_t more) {
 
 // Adds the files of one block to the sum and enters its directories.
 void addBlock(DirectoryWalk &walk, DirectoryWalk::Directory &directory, const DirectoryBlock &block,
-              std::atomic<std::uint64_t> &sum) {
+              const MountsBelow &mounts, std::atomic<std::uint64_t> &sum) {
     if (TaskStopper::sharedTaskStopper().getStopFlags())
         return;
     std::uint64_t files = 0;
     for (const DirectoryEntry &entry : block.entries()) {
-        if (entry.type == EntryType::Directory)
+        if (entry.type != EntryType::Directory)
+            files = addSaturating(files, entry.hasAttributes ? entry.size : 0);
+        else if (!mounts.isAt(directory, entry.nameView()))
             walk.enter(directory, entry.nameView(), directory.context());
-        else if (entry.hasAttributes)
-            files = addSaturating(files, entry.size);
     }
     if (files > 0)
         addTo(sum, files);
@@ -36,12 +36,17 @@ void addBlock(DirectoryWalk &walk, DirectoryWalk::Directory &directory, const Di
 
 class OneSize final : public DirectoryWalk::Visitor {
 public:
+    explicit OneSize(MountsBelow mounts) : m_mounts(std::move(mounts)) {}
+
     void entries(DirectoryWalk::Directory &directory, const DirectoryBlock &block) override {
-        addBlock(*walk, directory, block, sum);
+        addBlock(*walk, directory, block, m_mounts, sum);
     }
 
     DirectoryWalk *walk = nullptr;
     std::atomic<std::uint64_t> sum{0};
+
+private:
+    const MountsBelow m_mounts;
 };
 
 // Walks one item after the other; a further thread takes the next item when the one under way has
@@ -53,16 +58,18 @@ public:
         std::atomic<bool> done{false};
     };
 
-    ItemSizes(std::shared_ptr<const OpenDirectory> folder, std::vector<SizedItem> &items,
-              const std::atomic<bool> *stop, const std::function<void(const SizedItem &)> &ready)
+    ItemSizes(std::shared_ptr<const OpenDirectory> folder, const MountsBelow &mounts,
+              std::vector<SizedItem> &items, const std::atomic<bool> *stop,
+              const std::function<void(const SizedItem &)> &ready)
         : m_folder(std::move(folder)),
+          m_mounts(mounts),
           m_items(items),
           m_states(items.size()),
           m_stop(stop),
           m_ready(ready) {}
 
     void entries(DirectoryWalk::Directory &directory, const DirectoryBlock &block) override {
-        addBlock(*walk, directory, block, static_cast<Item *>(directory.context())->sum);
+        addBlock(*walk, directory, block, m_mounts, static_cast<Item *>(directory.context())->sum);
     }
 
     void left(DirectoryWalk::Directory &directory) override {
@@ -74,7 +81,12 @@ public:
     bool nextRoot(DirectoryWalk &toWalk) override {
         while (m_nextToWalk < m_items.size()) {
             const std::size_t index = m_nextToWalk++;
-            if (m_items[index].type == EntryType::Directory) {
+            SizedItem &item = m_items[index];
+            item.holdsVolume = m_mounts.isIn(item.name);
+            const bool isMounted =
+                item.holdsVolume && std::find(m_mounts.direct().begin(), m_mounts.direct().end(),
+                                              item.name) != m_mounts.direct().end();
+            if (item.type == EntryType::Directory && !isMounted) {
                 toWalk.addRoot(m_folder, m_items[index].name, &m_states[index]);
                 return true;
             }
@@ -101,6 +113,7 @@ private:
     bool isStopped() const { return m_stop && m_stop->load(std::memory_order_relaxed); }
 
     std::shared_ptr<const OpenDirectory> m_folder;
+    const MountsBelow &m_mounts;
     std::vector<SizedItem> &m_items;
     std::vector<Item> m_states;
     const std::atomic<bool> *m_stop;
@@ -122,9 +135,10 @@ std::uint64_t sizeOfOneFile(const FileAttributes &attributes) {
     return counts ? attributes.size : 0;
 }
 
-bool sizeItems(std::shared_ptr<const OpenDirectory> folder, std::vector<SizedItem> &items,
-               const std::atomic<bool> *stop, const std::function<void(const SizedItem &)> &ready) {
-    ItemSizes visitor(std::move(folder), items, stop, ready);
+bool sizeItems(std::shared_ptr<const OpenDirectory> folder, const MountsBelow &mounts,
+               std::vector<SizedItem> &items, const std::atomic<bool> *stop,
+               const std::function<void(const SizedItem &)> &ready) {
+    ItemSizes visitor(std::move(folder), mounts, items, stop, ready);
     DirectoryWalk walk(*Platform::current().files, visitor,
                        {WantedAttributes::NonDirectories, 0, stop});
     visitor.walk = &walk;
@@ -133,9 +147,9 @@ bool sizeItems(std::shared_ptr<const OpenDirectory> folder, std::vector<SizedIte
 
 std::optional<std::uint64_t> sizeOfOpenDirectory(OpenDirectory directory,
                                                  const std::atomic<bool> *stop) {
-    OneSize visitor;
-    DirectoryWalk walk(*Platform::current().files, visitor,
-                       {WantedAttributes::NonDirectories, 0, stop});
+    FileOperations &files = *Platform::current().files;
+    OneSize visitor(MountsBelow::of(files, directory));
+    DirectoryWalk walk(files, visitor, {WantedAttributes::NonDirectories, 0, stop});
     visitor.walk = &walk;
     walk.addRoot(std::make_shared<const OpenDirectory>(std::move(directory)), nullptr);
     if (!walk.run())
@@ -143,19 +157,11 @@ std::optional<std::uint64_t> sizeOfOpenDirectory(OpenDirectory directory,
     return visitor.sum.load();
 }
 
-std::optional<std::uint64_t> sizeOfTarget(const RemovalTarget &target,
-                                          const std::atomic<bool> *stop) {
-    FileOperations &files = *Platform::current().files;
-    const auto holder = files.openHolder(target);
-    if (!holder)
-        return 0;
-    const std::string name = paths::lastComponent(target.relative);
-    const auto item = files.attributesAt(*holder, name.c_str());
-    if (!item)
-        return 0;
-    if (item->type != EntryType::Directory)
-        return sizeOfOneFile(*item);
-    auto directory = files.openDirectoryAt(*holder, name.c_str());
+std::optional<std::uint64_t> sizeOfTarget(const OpenItem &item, const std::atomic<bool> *stop) {
+    if (item.attributes.type != EntryType::Directory)
+        return sizeOfOneFile(item.attributes);
+    auto directory =
+        Platform::current().files->openDirectoryAt(item.folder->directory(), item.name.c_str());
     if (!directory)
         return 0;
     return sizeOfOpenDirectory(std::move(*directory), stop);

@@ -22,6 +22,7 @@ namespace brightsweep {
 class CategoryListModel;
 class CustomTableView;
 class NewLeftCustomTableView;
+class RemovalRun;
 class ScanViewController;
 class V3MainListView;
 struct Notification;
@@ -126,6 +127,8 @@ Q_SIGNALS:
     void askDownloadsAlone();
     /// The text is privilegesText; "OK" is the only answer.
     void showAlertForPrivilegesToClean();
+    /// Another removal is under way, and nothing was removed; "OK" is the only answer.
+    void removalRefused(const QString &words);
     void lockAnimation(bool running);
     /// The bar of the progress panel, which counts to six.
     void baseNumberSetPrograss(int percent);
@@ -160,6 +163,7 @@ private:
     void changeStateTextFeild(const CleanStyledText &text);
 
     void allCleanButtonActionInfo();
+    std::shared_ptr<RemovalRun> beginRun();
     void startClean(unsigned categories, bool allRunDown);
     void oneScanButtonAction();
     void beginClean();

@@ -13,6 +13,7 @@
 #include "foundation/NotificationCenter.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
+#include "removal/RemovalRun.h"
 
 #include <algorithm>
 #include <chrono>
@@ -69,8 +70,21 @@ void NewMainViewController::allCleanButtonActionInfo() {
     startClean(allCategories, false);
 }
 
+// Empty where another removal is under way; the clean is then called off.
+std::shared_ptr<RemovalRun> NewMainViewController::beginRun() {
+    RemovalRun::Begun begun = RemovalRun::begin("Clean");
+    if (!begun.run) {
+        callOff();
+        Q_EMIT removalRefused(RemovalRun::refusal(begun));
+    }
+    return std::move(begun.run);
+}
+
 // The first ones of the categories; all of them start, also those with nothing ticked.
 void NewMainViewController::startClean(unsigned categories, bool allRunDown) {
+    const auto run = beginRun();
+    if (!run)
+        return;
     setState(State::Cleaning);
     m_controls.backButton.enabled = false;
     m_controls.outlineEnabled = false;
@@ -80,7 +94,7 @@ void NewMainViewController::startClean(unsigned categories, bool allRunDown) {
     for (unsigned index = 0; index < categories; ++index) {
         scanObjsArr.push_back(index);
         allNewViewArr[index]->bind(*tableControllers[index]);
-        tableControllers[index]->beginCleanTask();
+        tableControllers[index]->beginCleanTask(run);
         if (allRunDown || m_selection->counts(index).selected > 0)
             allNewViewArr[index]->minishPrograss();
     }
@@ -116,7 +130,7 @@ void NewMainViewController::callOff() {
 void NewMainViewController::openViewNewLink() {
     const auto folders = FolderUtilities::getFolderPath(downloads);
     if (!refuseUnless(!folders.empty(), "a folder that is not there"))
-        Platform::current().workspace->open(folders.front());
+        Platform::current().workspace->open(folders.front().path);
 }
 
 void NewMainViewController::cleanButtonAction() {
@@ -148,6 +162,9 @@ void NewMainViewController::downloadAlertEnded(int code) {
 }
 
 void NewMainViewController::oneScanButtonAction() {
+    const auto run = beginRun();
+    if (!run)
+        return;
     setState(State::Cleaning);
     m_controls.backButton.enabled = false;
     m_controls.outlineEnabled = false;
@@ -158,7 +175,7 @@ void NewMainViewController::oneScanButtonAction() {
     scanObjsArr.push_back(index);
     m_finishScanCount = 1;
     view.bind(*tableControllers[index]);
-    tableControllers[index]->beginCleanTask();
+    tableControllers[index]->beginCleanTask(run);
     view.minishPrograss();
     Q_EMIT controlsChanged();
 }

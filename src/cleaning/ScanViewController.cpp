@@ -9,28 +9,28 @@
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
-#include "removal/NvAuthorization.h"
-#include "removal/TrashRecord.h"
+#include "removal/ItemRemoval.h"
+#include "removal/RemovalRun.h"
 
 #include <QTimer>
 
 #include <algorithm>
 #include <unordered_map>
-#include <unordered_set>
 
 namespace brightsweep {
 
 namespace {
 
 // The entries of a folder in system order, without those that are its owner's.
-bool listItems(const OpenDirectory &folder, const std::filesystem::path &path,
+bool listItems(const OpenDirectory &folder, const RemovalRoot &root, const MountsBelow &mounts,
                std::vector<SizedItem> &items, const std::atomic<bool> &stop) {
     DirectoryBlock block;
+    block.setMountPoints(&mounts.direct());
     do {
         if (stop || Platform::current().files->readBlock(folder, block, WantedAttributes::All))
             return !stop;
         for (const DirectoryEntry &entry : block.entries()) {
-            if (FolderUtilities::isReserved(path, entry.nameView()))
+            if (FolderUtilities::isReserved(root, entry.nameView()))
                 continue;
             SizedItem item{std::string(entry.nameView()), entry.type};
             if (entry.hasAttributes) {
@@ -41,15 +41,6 @@ bool listItems(const OpenDirectory &folder, const std::filesystem::path &path,
         }
     } while (!block.atEnd());
     return true;
-}
-
-// True for an item that is no longer in the folder that it was found in.
-bool hasGone(const RemovalTarget &target) {
-    FileOperations &files = *Platform::current().files;
-    const auto holder = files.openHolder(target);
-    return holder &&
-           files.attributesAt(*holder, paths::lastComponent(target.relative).c_str()).error() ==
-               std::errc::no_such_file_or_directory;
 }
 
 QString failureText(const RemovalOutcome &outcome) {
@@ -68,6 +59,8 @@ ScanViewController::ScanViewController(QObject *parent) : QObject(parent) {}
 
 ScanViewController::~ScanViewController() {
     bIsStopTask = true;
+    if (m_run)
+        m_run->stop();
     for (const auto &worker : {twScan, twFastClean}) {
         if (worker) {
             worker->markAsCancelled();
@@ -76,7 +69,7 @@ ScanViewController::~ScanViewController() {
     }
 }
 
-void ScanViewController::beginScanTask(std::vector<std::filesystem::path> folders) {
+void ScanViewController::beginScanTask(std::vector<RemovalRoot> folders) {
     refreshTableView();
     folderPaths = std::move(folders);
     twScan = ThreadWorker::workOn(this, &ScanViewController::scanFolder, nullptr,
@@ -88,10 +81,10 @@ void ScanViewController::beginScanTask(std::vector<std::filesystem::path> folder
 void ScanViewController::scanFolder(std::nullptr_t, ThreadWorker *) {
     std::vector<CleanFileInfo> found;
     std::uint64_t total = 0;
-    for (const std::filesystem::path &folder : folderPaths) {
+    for (const RemovalRoot &folder : folderPaths) {
         if (bIsStopTask)
             break;
-        NSLog("Scan folder: %@", folder);
+        NSLog("Scan folder: %@", folder.path);
         total = scanDirectory(folder, total, found);
     }
     {
@@ -102,30 +95,29 @@ void ScanViewController::scanFolder(std::nullptr_t, ThreadWorker *) {
     Q_EMIT scanFilesChanged();
 }
 
-std::uint64_t ScanViewController::scanDirectory(const std::filesystem::path &directory,
+std::uint64_t ScanViewController::scanDirectory(const RemovalRoot &directory,
                                                 std::uint64_t totalSize,
                                                 std::vector<CleanFileInfo> &withArray) {
     FileOperations &files = *Platform::current().files;
-    auto root = files.rememberRoot(directory);
-    if (!root)
-        return totalSize;
-    auto open = files.openDirectory(root->path);
-    if (!open || open->device != root->device || open->inode != root->inode)
+    auto open = files.openRoot(directory);
+    if (!open)
         return totalSize;
     const auto folder = std::make_shared<const OpenDirectory>(std::move(*open));
-    const auto sharedRoot = std::make_shared<const RemovalRoot>(std::move(*root));
+    const auto root = std::make_shared<const RemovalRoot>(directory);
+    const MountsBelow mounts = MountsBelow::of(files, *folder);
 
     std::vector<SizedItem> items;
-    if (!listItems(*folder, sharedRoot->path, items, bIsStopTask))
+    if (!listItems(*folder, directory, mounts, items, bIsStopTask))
         return totalSize;
-    sizeItems(folder, items, &bIsStopTask, [&](const SizedItem &item) {
-        const std::filesystem::path path = paths::join(directory, item.name);
+    sizeItems(folder, mounts, items, &bIsStopTask, [&](const SizedItem &item) {
+        const std::filesystem::path path = paths::join(directory.path, item.name);
         CleanFileInfo &row =
             withArray.emplace_back(paths::text(path.native()), item.name, path,
                                    UtilityFunction::convertVolSpace(item.size), item.size);
-        row.root = sharedRoot;
+        row.root = root;
         row.modified = item.modified;
         row.isDirectory = item.type == EntryType::Directory;
+        row.holdsVolume = item.holdsVolume;
         totalSize = addSaturating(totalSize, item.size);
         m_totalSize = totalSize;
         setFilesSize(UtilityFunction::convertVolSpace(totalSize));
@@ -164,15 +156,18 @@ void ScanViewController::getSelectPath(const QString &) {
                  [](const CleanFileInfo &row) { return row.bIsSelected != 0; });
 }
 
-void ScanViewController::beginCleanTask() {
+void ScanViewController::beginCleanTask(std::shared_ptr<RemovalRun> run) {
     iCleanSize = 0;
+    m_run = std::move(run);
     twFastClean = ThreadWorker::workOn(this, &ScanViewController::fastClean, nullptr,
                                        &ScanViewController::cleanFinished);
     if (!twFastClean)
         QTimer::singleShot(0, this, &ScanViewController::cleanFinished);
 }
 
-void ScanViewController::fastClean(std::nullptr_t, ThreadWorker *worker) {
+void ScanViewController::fastClean(std::nullptr_t, ThreadWorker *) {
+    const RemovalRun::Busy busy(*m_run);
+    const std::atomic<bool> &stop = m_run->stopFlag();
     getSelectPath(QStringLiteral("clean"));
     std::vector<CleanFileInfo> selected;
     {
@@ -180,66 +175,83 @@ void ScanViewController::fastClean(std::nullptr_t, ThreadWorker *worker) {
         selected.swap(selDelFiles);
         m_removedFiles.clear();
     }
-    std::unordered_map<std::string, QString> failures;
-    std::unordered_set<std::string> removed;
+    // Each item's bytes, measured afresh: what the row says may have grown or gone since the scan.
+    std::vector<std::uint64_t> measured(selected.size());
+    std::vector<bool> gone(selected.size());
+    ItemRemoval removal(&stop);
+    const ItemRemoval::Told told = [&](std::size_t index, const RemovalOutcome &outcome) {
+        CleanFileInfo &row = selected[index];
+        gone[index] = outcome.removed || outcome.error == std::errc::no_such_file_or_directory;
+        if (gone[index])
+            hasGone(row, measured[index]);
+        else
+            row.failure = failureText(outcome);
+    };
     {
         const TrashBatch batch;
-        for (CleanFileInfo &row : selected) {
-            if (worker->cancelled())
-                break;
-            if (removeRow(row, worker->cancelledFlag()))
-                removed.insert(row.path.native());
-            else
-                failures[row.path.native()] = row.failure;
+        for (std::size_t i = 0; i < selected.size() && !stop; ++i) {
+            const RemovalTarget target = selected[i].target();
+            const auto item = removal.reach(target);
+            if (item && !item->refusal) {
+                const auto bytes = sizeOfTarget(*item, &stop);
+                if (!bytes) {
+                    told(i, {false,
+                             std::make_error_code(std::errc::operation_canceled),
+                             {},
+                             false,
+                             false});
+                    break;
+                }
+                measured[i] = *bytes;
+            }
+            removal.removeInTurn(i, target, item, told);
         }
+        removal.finish(told);
     }
+    std::unordered_map<std::string_view, std::size_t> indexOf;
+    for (std::size_t i = 0; i < selected.size(); ++i)
+        indexOf.emplace(selected[i].path.native(), i);
     {
         const std::lock_guard lock(m_mutex);
+        const auto place = [&](const CleanFileInfo &row) {
+            const auto found = indexOf.find(row.path.native());
+            return found == indexOf.end() ? selected.size() : found->second;
+        };
         std::erase_if(m_scanFiles, [&](const CleanFileInfo &row) {
-            return removed.contains(row.path.native());
+            const std::size_t index = place(row);
+            return index < selected.size() && gone[index];
         });
         rowsChanged();
         for (CleanFileInfo &row : m_scanFiles) {
-            if (const auto failure = failures.find(row.path.native()); failure != failures.end())
-                row.failure = failure->second;
+            if (const std::size_t index = place(row); index < selected.size())
+                row.failure = selected[index].failure;
         }
     }
     Q_EMIT scanFilesChanged();
 }
 
-bool ScanViewController::removeRow(CleanFileInfo &row, const std::atomic<bool> &stop) {
+void ScanViewController::hasGone(CleanFileInfo &row, std::uint64_t bytes) {
     const std::uint64_t total = UtilityFunction::getVolSpaceFromString(filesSize());
-    // Measured afresh: what the row says may have grown or gone since the scan.
-    const auto measured = sizeOfTarget(row.target(), &stop);
-    if (!measured) {
-        row.failure =
-            QString::fromStdString(std::make_error_code(std::errc::operation_canceled).message());
-        return false;
-    }
-    const RemovalOutcome outcome = NvAuthorization::removeWithOutcome(row.target(), &stop);
-    if (!outcome.removed && !hasGone(row.target())) {
-        NSLog("Clean deletable file failed: %@-%@", row.path, outcome.error);
-        row.failure = failureText(outcome);
-        return false;
-    }
-    row.fileSizeNum = *measured;
-    row.size = UtilityFunction::convertVolSpace(*measured);
+    row.fileSizeNum = bytes;
+    row.size = UtilityFunction::convertVolSpace(bytes);
     {
         const std::lock_guard lock(m_mutex);
         m_removedFiles.push_back(row);
     }
-    iCleanSize = addSaturating(iCleanSize, *measured);
-    m_totalSize = m_totalSize > *measured ? m_totalSize - *measured : 0;
-    setFilesSize(UtilityFunction::convertVolSpace(total > *measured ? total - *measured : 0));
-    return true;
+    iCleanSize = addSaturating(iCleanSize, bytes);
+    m_totalSize = m_totalSize > bytes ? m_totalSize - bytes : 0;
+    setFilesSize(UtilityFunction::convertVolSpace(total > bytes ? total - bytes : 0));
 }
 
 void ScanViewController::cleanFinished() {
     twFastClean.reset();
+    m_run.reset();
     Q_EMIT cleanFinishedChanged(true);
 }
 
 void ScanViewController::cancelFastClean() {
+    if (m_run)
+        m_run->stop();
     if (twFastClean)
         twFastClean->markAsCancelled();
 }

@@ -18,6 +18,7 @@
 
 namespace brightsweep {
 
+class RemovalRun;
 class ThreadWorker;
 
 /// Scans and cleans one category: a row for each direct child of its folders.
@@ -38,7 +39,7 @@ public:
     // -- Scanning
 
     /// Starts a run over the folders. One at a time.
-    void beginScanTask(std::vector<std::filesystem::path> folders);
+    void beginScanTask(std::vector<RemovalRoot> folders);
     /// Marks the worker as cancelled, which does not end the run; the stop flag does.
     void cancelScanTask();
     /// Empties the rows.
@@ -51,9 +52,9 @@ public:
 
     /// Rebuilds the list of the ticked rows, in row order.
     void getSelectPath(const QString &reason);
-    /// Starts to remove the ticked rows. One at a time, and not during a scan.
-    void beginCleanTask();
-    /// Asks a clean to end: at the item under way, which is then not told as removed.
+    /// Starts to remove the ticked rows, as part of the run. One at a time, and not during a scan.
+    void beginCleanTask(std::shared_ptr<RemovalRun> run);
+    /// Asks the whole run to end: at the item under way, which is then not told as removed.
     void cancelFastClean();
 
     // -- Results
@@ -99,19 +100,20 @@ Q_SIGNALS:
 
 private:
     void scanFolder(std::nullptr_t argument, ThreadWorker *worker);
-    std::uint64_t scanDirectory(const std::filesystem::path &directory, std::uint64_t totalSize,
+    std::uint64_t scanDirectory(const RemovalRoot &directory, std::uint64_t totalSize,
                                 std::vector<CleanFileInfo> &withArray);
     void scanTaskFinished();
     void fastClean(std::nullptr_t argument, ThreadWorker *worker);
     void rowsChanged();
     std::optional<std::size_t> findRow(const std::string &path) const;
-    bool removeRow(CleanFileInfo &row, const std::atomic<bool> &stop);
+    void hasGone(CleanFileInfo &row, std::uint64_t bytes);
     void cleanFinished();
     void setFilesSize(const QString &text);
 
-    std::vector<std::filesystem::path> folderPaths;
+    std::vector<RemovalRoot> folderPaths;
     std::shared_ptr<ThreadWorker> twScan;
     std::shared_ptr<ThreadWorker> twFastClean;
+    std::shared_ptr<RemovalRun> m_run; ///< while a clean is under way
     std::atomic<bool> bIsStopTask{false};
     std::atomic<std::uint64_t> iCleanSize{0};
     std::atomic<std::uint64_t> m_totalSize{0};

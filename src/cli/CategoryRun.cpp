@@ -11,6 +11,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <functional>
 
 namespace brightsweep::cli {
 
@@ -20,13 +21,13 @@ constexpr unsigned trashCategory = 4;
 constexpr int settleMilliseconds = 500;
 constexpr int pollMilliseconds = 50;
 
-using Start = void (*)(CategoryRun &);
+using Start = std::function<void(CategoryRun &)>;
 using Signal = void (ScanViewController::*)(bool);
 using Stop = void (ScanViewController::*)();
 using Amount = std::uint64_t (ScanViewController::*)() const;
 
 // Starts all, waits for the finish signal of each, and hands Ctrl-C on to the engine's own stop.
-bool runAll(std::vector<CategoryRun> &runs, Output &output, const char *verb, Start start,
+bool runAll(std::vector<CategoryRun> &runs, Output &output, const char *verb, const Start &start,
             Signal finished, Stop stop, Amount amount) {
     QEventLoop loop;
     std::size_t running = runs.size();
@@ -90,8 +91,13 @@ bool scanCategories(std::vector<CategoryRun> &runs, const std::vector<unsigned> 
         volumes.volumes().size() > 1)
         volumes.settle(settleMilliseconds);
     for (const unsigned index : indices) {
-        runs.push_back(
-            {index, FolderUtilities::getFolderPath(index), std::make_unique<ScanViewController>()});
+        CategoryRun &run = runs.emplace_back();
+        run.index = index;
+        run.folders = FolderUtilities::getFolderPath(index, &run.leftOut);
+        run.controller = std::make_unique<ScanViewController>();
+        for (const LeftOutFolder &folder : run.leftOut)
+            output.warning(folder.path.native() + " is not cleaned: it " +
+                           FolderUtilities::wordsOf(folder.reason) + ".");
     }
     return runAll(
         runs, output,
@@ -100,12 +106,13 @@ bool scanCategories(std::vector<CategoryRun> &runs, const std::vector<unsigned> 
         &ScanViewController::totalSize);
 }
 
-bool removeCategories(std::vector<CategoryRun> &runs, Output &output) {
+bool removeCategories(std::vector<CategoryRun> &runs, const std::shared_ptr<RemovalRun> &removal,
+                      Output &output) {
     return runAll(
         runs, output, "Cleaning: ",
-        [](CategoryRun &run) {
+        [&removal](CategoryRun &run) {
             run.controller->selectAll(true);
-            run.controller->beginCleanTask();
+            run.controller->beginCleanTask(removal);
         },
         &ScanViewController::cleanFinishedChanged, &ScanViewController::cancelFastClean,
         &ScanViewController::cleanSize);

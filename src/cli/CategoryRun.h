@@ -2,8 +2,9 @@
 
 #include "cleaning/ScanViewController.h"
 #include "cli/Command.h"
+#include "platform/StandardDirectories.h"
+#include "removal/RemovalRun.h"
 
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -15,7 +16,8 @@ class JsonWriter;
 /// One clean category of a command, with its scanner.
 struct CategoryRun {
     unsigned index = 0;
-    std::vector<std::filesystem::path> folders;
+    std::vector<RemovalRoot> folders;
+    std::vector<LeftOutFolder> leftOut; ///< meant for the category, but not fit to be cleaned
     std::unique_ptr<ScanViewController> controller;
 };
 
@@ -30,7 +32,8 @@ std::optional<std::vector<unsigned>> categoriesOf(const QCommandLineParser &pars
 bool scanCategories(std::vector<CategoryRun> &runs, const std::vector<unsigned> &indices,
                     Output &output);
 /// Removes every row of every category. False when it was interrupted.
-bool removeCategories(std::vector<CategoryRun> &runs, Output &output);
+bool removeCategories(std::vector<CategoryRun> &runs, const std::shared_ptr<RemovalRun> &run,
+                      Output &output);
 
 /// The stored selection of a category: 0 none, 1 all, 2 part.
 int storedSelection(unsigned index);

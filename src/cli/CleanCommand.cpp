@@ -7,6 +7,8 @@
 #include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
 #include "platform/AdministratorRights.h"
+#include "platform/Platform.h"
+#include "removal/ItemRemoval.h"
 #include "removal/NvAuthorization.h"
 
 #include <QDateTime>
@@ -65,11 +67,12 @@ std::vector<unsigned> storedCategories() {
 // The checks that a removal makes first, without removing. With rights, want of permission is none.
 CategoryResult wouldGo(const CategoryRun &run, bool withRights) {
     CategoryResult result{run.index, 0, {}, {}};
+    ItemRemoval removal;
     for (const CleanFileInfo &item : run.controller->scanFiles()) {
-        const std::error_code error = NvAuthorization::checkRemoval(item.target());
-        const bool needsRights =
-            error == std::errc::permission_denied || error == std::errc::operation_not_permitted;
-        if (error && !(needsRights && withRights)) {
+        const auto reached = removal.reach(item.target());
+        const std::error_code error =
+            reached ? Platform::current().files->checkRemoval(*reached) : reached.error();
+        if (error && !(isForWantOfPermission(error) && withRights)) {
             result.failed.push_back({item.path, QString::fromStdString(error.message())});
             continue;
         }
@@ -176,11 +179,19 @@ int run(const QCommandLineParser &parser, Output &output) {
     const bool anything = std::any_of(runs.begin(), runs.end(), [](const CategoryRun &run) {
         return run.controller->rowCount() > 0;
     });
+    RemovalRun::Begun begun;
+    if (removing) {
+        begun = RemovalRun::begin("brightsweep-cli clean");
+        if (!begun.run) {
+            output.warning(RemovalRun::refusal(begun).toStdString());
+            return Failed;
+        }
+    }
     if (removing && admin && anything &&
         !NvAuthorization::shareNvAuthorization().allocAuthorization())
         return refused(output);
     if (removing)
-        whole = removeCategories(runs, output);
+        whole = removeCategories(runs, begun.run, output);
 
     std::vector<CategoryResult> results;
     std::uint64_t bytes = 0;

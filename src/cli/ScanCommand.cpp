@@ -39,7 +39,7 @@ std::string jsonDocument(const std::vector<CategoryRun> &runs) {
         json.key("selection").value(selection);
         json.key("folders").beginArray();
         for (const auto &folder : run.folders)
-            json.pathValue(folder);
+            json.pathValue(folder.path);
         json.endArray();
         const QString words = run.controller->filesSize();
         json.key("filesSize").value(words.isEmpty() ? UtilityFunction::convertVolSpace(0) : words);

@@ -67,10 +67,6 @@ std::size_t announcedLength(std::string_view bytes) {
 
 } // namespace
 
-std::string RemovePath::path() const {
-    return root.ends_with('/') ? root + relative : root + '/' + relative;
-}
-
 std::string frame(std::string_view payload) {
     std::string framed;
     if (payload.size() <= maximumPayload)
@@ -85,20 +81,32 @@ std::string encodeHello(const Token &token) {
 std::string encodeRequest(const Request &request) {
     std::string payload(bytesOf(request.token));
     put(payload, std::uint8_t(request.verb));
-    if (request.verb == Verb::RemovePath) {
-        put(payload, request.remove.device);
-        put(payload, request.remove.inode);
-        putText(payload, request.remove.root);
-        putText(payload, request.remove.relative);
+    if (request.verb != Verb::RemoveItems)
+        return payload;
+    put(payload, request.remove.device);
+    put(payload, request.remove.inode);
+    putText(payload, request.remove.root);
+    putText(payload, request.remove.way);
+    put(payload, std::uint32_t(request.remove.items.size()));
+    for (const RemoveItems::Item &item : request.remove.items) {
+        putText(payload, item.name);
+        put(payload, item.device);
+        put(payload, item.inode);
+        put(payload, item.type);
+        put(payload, item.size);
+        put(payload, std::uint64_t(item.changed));
     }
     return payload;
 }
 
-std::string encodeReply(const Reply &reply) {
+std::string encodeReplies(const Replies &replies) {
     std::string payload(1, replyMark);
-    put(payload, std::uint8_t(reply.performed));
-    put(payload, std::uint8_t(reply.gone));
-    putText(payload, std::string_view(reply.output).substr(0, maximumOutput));
+    put(payload, std::uint32_t(replies.size()));
+    for (const Reply &reply : replies) {
+        put(payload, std::uint8_t(reply.performed));
+        put(payload, std::uint8_t(reply.gone));
+        putText(payload, std::string_view(reply.output).substr(0, maximumOutput));
+    }
     return payload;
 }
 
@@ -115,13 +123,27 @@ std::string_view decodeRequest(std::string_view payload, Request &request) {
     request.token = fields.token();
     request.verb = Verb(fields.number<std::uint8_t>());
     switch (request.verb) {
-    case Verb::RemovePath:
+    case Verb::RemoveItems: {
         request.remove.device = fields.number<std::uint64_t>();
         request.remove.inode = fields.number<std::uint64_t>();
         request.remove.root = fields.text();
-        request.remove.relative = fields.text();
+        request.remove.way = fields.text();
+        const auto count = fields.number<std::uint32_t>();
+        if (count == 0 || count > maximumItems)
+            return "malformed request";
+        request.remove.items.resize(count);
+        for (RemoveItems::Item &item : request.remove.items) {
+            item.name = fields.text();
+            item.device = fields.number<std::uint64_t>();
+            item.inode = fields.number<std::uint64_t>();
+            item.type = fields.number<std::uint32_t>();
+            item.size = fields.number<std::uint64_t>();
+            item.changed = std::int64_t(fields.number<std::uint64_t>());
+        }
         break;
+    }
     case Verb::DropCaches:
+    case Verb::Stop:
         break;
     default:
         return "unknown verb";
@@ -129,17 +151,22 @@ std::string_view decodeRequest(std::string_view payload, Request &request) {
     return fields.complete() ? std::string_view() : "malformed request";
 }
 
-std::optional<Reply> decodeReply(std::string_view payload) {
+std::optional<Replies> decodeReplies(std::string_view payload) {
     if (!payload.starts_with(replyMark))
         return std::nullopt;
     Fields fields(payload.substr(1));
-    Reply reply;
-    reply.performed = fields.number<std::uint8_t>() != 0;
-    reply.gone = fields.number<std::uint8_t>() != 0;
-    reply.output = fields.text();
-    if (!fields.complete() || reply.output.size() > maximumOutput)
+    const auto count = fields.number<std::uint32_t>();
+    if (count == 0 || count > maximumItems)
         return std::nullopt;
-    return reply;
+    Replies replies(count);
+    for (Reply &reply : replies) {
+        reply.performed = fields.number<std::uint8_t>() != 0;
+        reply.gone = fields.number<std::uint8_t>() != 0;
+        reply.output = fields.text();
+        if (reply.output.size() > maximumOutput)
+            return std::nullopt;
+    }
+    return fields.complete() ? std::optional(std::move(replies)) : std::nullopt;
 }
 
 bool sameToken(const Token &one, const Token &other) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// What the program and the process that acts as administrator say to each other: frames of a
 /// length (four bytes, lowest first) and a payload, over one stream in each direction. The helper
@@ -19,41 +20,67 @@ inline constexpr std::size_t maximumOutput = 128;
 
 using Token = std::array<std::uint8_t, 32>;
 
-enum class Verb : std::uint8_t { RemovePath = 1, DropCaches = 2 };
-
-struct RemovePath {
-    std::string root;         ///< absolute path of the directory that the way starts from
-    std::uint64_t device = 0; ///< what the root was when it was chosen
-    std::uint64_t inode = 0;
-    std::string relative; ///< the way down from it, the item last
-
-    /// The whole path; it serves checks and messages, never an access.
-    std::string path() const;
+enum class Verb : std::uint8_t {
+    RemoveItems = 1,
+    DropCaches = 2,
+    /// Ends the request under way, which is then answered; not answered itself.
+    Stop = 3,
 };
+
+/// Items of one directory. What the root and each item were when they were looked at goes along.
+struct RemoveItems {
+    struct Item {
+        std::string name;
+        std::uint64_t device = 0;
+        std::uint64_t inode = 0;
+        std::uint32_t type = 0; ///< the S_IFMT bits of its mode
+        std::uint64_t size = 0;
+        std::int64_t changed = 0; ///< nanoseconds since the epoch
+
+        bool operator==(const Item &) const = default;
+    };
+
+    std::string root; ///< absolute path of the directory that the way starts from
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::string way; ///< from the root to the directory of the items; may be empty
+    std::vector<Item> items;
+
+    bool operator==(const RemoveItems &) const = default;
+};
+
+/// So many items at most in one request.
+inline constexpr std::size_t maximumItems = 64;
 
 struct Request {
     Token token{};
-    Verb verb = Verb::RemovePath;
-    RemovePath remove; ///< only with Verb::RemovePath
+    Verb verb = Verb::RemoveItems;
+    RemoveItems remove; ///< only with Verb::RemoveItems
 };
 
+/// How it went with one item, or with the whole request where it names none.
 struct Reply {
     bool performed = false; ///< false: refused, and `output` says why
     bool gone = false;
     std::string output; ///< at most maximumOutput bytes
+
+    bool operator==(const Reply &) const = default;
 };
+
+/// One for each item in their order; a single one for what has no items or was refused as a whole.
+using Replies = std::vector<Reply>;
 
 /// The payload with its length before it. An empty string for a payload above the limit.
 std::string frame(std::string_view payload);
 
 std::string encodeHello(const Token &token);
 std::string encodeRequest(const Request &request);
-std::string encodeReply(const Reply &reply);
+std::string encodeReplies(const Replies &replies);
 
 std::optional<Token> decodeHello(std::string_view payload);
 /// Empty, or what is wrong with the payload. The token is filled in whenever it is there.
 std::string_view decodeRequest(std::string_view payload, Request &request);
-std::optional<Reply> decodeReply(std::string_view payload);
+std::optional<Replies> decodeReplies(std::string_view payload);
 
 /// Equal without telling by its duration where the first difference lies.
 bool sameToken(const Token &one, const Token &other);

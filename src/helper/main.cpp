@@ -1,18 +1,22 @@
 // The process that acts as administrator: answers requests on its standard input until that ends.
 //
-// It trusts nobody but whoever started it and holds the token. Every request names one act of a
-// closed list, and each path is checked here again, whatever the program has checked before.
+// It trusts nobody but the process that started it, which also holds the token. Every request names
+// one act of a closed list, and each item is checked here again, whatever the program has checked
+// before.
 
+#include "helper/Channel.h"
 #include "helper/Frame.h"
-#include "helper/PathRemoval.h"
-#include "helper/PathRules.h"
+#include "helper/ItemsRemoval.h"
+#include "linux/UserDirectories.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <pwd.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <charconv>
 #include <csignal>
@@ -20,50 +24,62 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <vector>
 
+using namespace brightsweep;
 using namespace brightsweep::helper;
 
 namespace {
 
 constexpr char dropCachesFile[] = "/proc/sys/vm/drop_caches";
+constexpr std::string_view filesArgument = "files";
 
 std::string homeOf(uid_t user) {
     const passwd *entry = ::getpwuid(user);
     return entry && entry->pw_dir ? entry->pw_dir : "";
 }
 
+// What the user's own settings call the folders for documents, pictures and so on. They only add to
+// what is kept. The file is the user's, and so may be anything.
+std::vector<StandardFolder> userFoldersOf(const std::string &home) {
+    const FileDescriptor file(::open((home + "/.config/user-dirs.dirs").c_str(),
+                                     O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status;
+    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return {};
+    std::array<char, 16 * 1024> text;
+    const ssize_t got = ::read(file.get(), text.data(), text.size());
+    std::vector<StandardFolder> folders;
+    for (const auto &[key, path] :
+         parseUserDirectories({text.data(), std::size_t(got > 0 ? got : 0)}, home))
+        folders.push_back({systemRole, path});
+    return folders;
+}
+
 // Whom the helper works for. What the environment says counts only where it is the caller's own,
 // that is, where nobody has gained rights by starting this process.
-ProtectedPlaces placesOfCaller() {
+RemovalCaller callerOfProcess() {
+    RemovalCaller caller;
     if (const char *text = std::getenv("PKEXEC_UID")) {
-        uid_t user = 0;
-        std::from_chars(text, text + std::strlen(text), user);
-        return ProtectedPlaces({}, {homeOf(user), homeOf(::getuid())});
+        std::from_chars(text, text + std::strlen(text), caller.user);
+        caller.homes = {homeOf(caller.user)};
+    } else {
+        const auto variable = [](const char *name) {
+            const char *value = std::getenv(name);
+            return std::string(value ? value : "");
+        };
+        caller.user = ::getuid();
+        caller.homes = {variable("HOME"), homeOf(caller.user)};
+        caller.ownsAllHomes = true;
+        caller.systemRoot = variable("BRIGHTSWEEP_SYSTEM_ROOT");
     }
-    const auto variable = [](const char *name) {
-        const char *value = std::getenv(name);
-        return std::string(value ? value : "");
-    };
-    return ProtectedPlaces(variable("BRIGHTSWEEP_SYSTEM_ROOT"),
-                           {homeOf(::getuid()), variable("HOME")});
+    caller.furtherFolders = userFoldersOf(caller.homes.front());
+    return caller;
 }
 
 bool makeToken(Token &token) {
     return ::getrandom(token.data(), token.size(), 0) == ssize_t(token.size());
-}
-
-bool send(std::string_view payload) {
-    const std::string bytes = frame(payload);
-    for (std::size_t sent = 0; sent < bytes.size();) {
-        const ssize_t written = ::write(STDOUT_FILENO, bytes.data() + sent, bytes.size() - sent);
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return false;
-        sent += std::size_t(written);
-    }
-    return true;
 }
 
 Reply dropCaches() {
@@ -78,15 +94,83 @@ Reply dropCaches() {
     return reply;
 }
 
-Reply answer(const std::string &payload, const Token &token, const PathRemoval &removal) {
-    Request request;
-    const std::string_view problem = decodeRequest(payload, request);
-    if (!sameToken(request.token, token))
-        return {false, false, "wrong token"};
-    if (!problem.empty())
-        return {false, false, std::string(problem)};
-    return request.verb == Verb::RemovePath ? removal.run(request.remove) : dropCaches();
-}
+// Answers requests until the stream ends.
+class Service {
+public:
+    Service(Channel &channel, const Token &token, const ItemsRemoval &removal)
+        : m_channel(channel), m_token(token), m_removal(removal) {}
+
+    int run() {
+        while (const auto payload = m_channel.next()) {
+            const auto replies = answer(*payload);
+            if (!replies.empty() && !m_channel.send(encodeReplies(replies)))
+                return 1;
+        }
+        if (m_channel.isOversized())
+            m_channel.send(encodeReplies({{false, false, "oversized frame"}}));
+        return m_channel.endedCleanly() ? 0 : 1;
+    }
+
+private:
+    Replies answer(const std::string &payload) {
+        Request request;
+        const std::string_view problem = decodeRequest(payload, request);
+        if (!sameToken(request.token, m_token))
+            return {{false, false, "wrong token"}};
+        if (!problem.empty())
+            return {{false, false, std::string(problem)}};
+        switch (request.verb) {
+        case Verb::RemoveItems:
+            return m_removal.run(request.remove, [this](int output) { return waitFor(output); });
+        case Verb::DropCaches:
+            return {dropCaches()};
+        case Verb::Stop: // came when its request had been answered
+            break;
+        }
+        return {};
+    }
+
+    // Waits for the tool's output; false when it is to be ended, by a stop or by the end of whoever
+    // asked.
+    bool waitFor(int output) {
+        // One may have come along with the request.
+        if (isStopArrived())
+            return false;
+        for (;;) {
+            pollfd polled[] = {{output, POLLIN, 0},
+                               {m_channel.stream(), POLLIN, 0},
+                               {m_channel.peerProcess(), POLLIN, 0}};
+            if (::poll(polled, 3, -1) < 0) {
+                if (errno == EINTR)
+                    continue;
+                return false;
+            }
+            if (polled[2].revents != 0)
+                return false;
+            if (polled[1].revents != 0 && (!m_channel.takeArrived() || isStopArrived()))
+                return false;
+            if (polled[0].revents != 0)
+                return true;
+        }
+    }
+
+    bool isStopArrived() {
+        bool stop = false;
+        while (auto payload = m_channel.arrived()) {
+            Request request;
+            if (decodeRequest(*payload, request).empty() && request.verb == Verb::Stop &&
+                sameToken(request.token, m_token))
+                stop = true;
+            else
+                m_channel.keep(std::move(*payload));
+        }
+        return stop || m_channel.isOversized();
+    }
+
+    Channel &m_channel;
+    const Token &m_token;
+    const ItemsRemoval &m_removal;
+};
 
 // Nothing of the caller's surroundings reaches what is started from here.
 void settle() {
@@ -101,38 +185,23 @@ void settle() {
     ::close_range(STDERR_FILENO + 1, ~0u, 0);
 }
 
-int serve(const Token &token, const PathRemoval &removal) {
-    FrameBuffer buffer;
-    static char block[64 * 1024];
-    for (;;) {
-        const ssize_t got = ::read(STDIN_FILENO, block, sizeof block);
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got <= 0)
-            return got == 0 && buffer.isEmpty() ? 0 : 1;
-        buffer.append({block, std::size_t(got)});
-        while (const auto payload = buffer.next()) {
-            if (!send(encodeReply(answer(*payload, token, removal))))
-                return 1;
-        }
-        if (buffer.isOversized()) {
-            send(encodeReply({false, false, "oversized frame"}));
-            return 1;
-        }
-    }
-}
-
 } // namespace
 
-int main() {
+int main(int argc, char **argv) {
     if (::geteuid() != 0) {
         std::fputs("brightsweep-helper: runs as administrator only\n", stderr);
         return 1;
     }
-    const PathRemoval removal(placesOfCaller());
+    // The argument tells the two questions apart that the user may be asked.
+    if (argc != 2 || argv[1] != filesArgument) {
+        std::fputs("brightsweep-helper: started by brightsweep only\n", stderr);
+        return 2;
+    }
+    const ItemsRemoval removal(callerOfProcess());
     settle();
+    Channel channel(STDIN_FILENO);
     Token token;
-    if (!makeToken(token) || !send(encodeHello(token)))
+    if (!channel.isSound() || !makeToken(token) || !channel.send(encodeHello(token)))
         return 1;
-    return serve(token, removal);
+    return Service(channel, token, removal).run();
 }

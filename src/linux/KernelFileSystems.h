@@ -8,7 +8,8 @@ namespace brightsweep {
 /// mount table gives it.
 bool isKernelFileSystem(std::string_view type);
 
-/// The same for an open descriptor.
+/// The same for what an open descriptor lies on, told by the mount table, so that no server is
+/// asked. Also true for a mount that this process does not have.
 bool isOnKernelFileSystem(int descriptor);
 
 } // namespace brightsweep

@@ -86,7 +86,7 @@ std::vector<Mount> parseMountTable(std::string_view text) {
 }
 
 std::vector<Mount> currentMounts() {
-    std::ifstream file("/proc/self/mountinfo", std::ios::binary);
+    std::ifstream file("/proc/thread-self/mountinfo", std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(file), {}};
     return parseMountTable(text);
 }

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace brightsweep {
 
@@ -25,8 +26,24 @@ struct PrivilegedReply {
     std::string output;     ///< what the tool printed, at most 128 bytes
 };
 
+/// Items of one directory that are to be removed with rights. What each was when it was looked at
+/// goes along, and one that is another by then stays.
+struct PrivilegedRemoval {
+    struct Item {
+        std::string name;
+        FileAttributes attributes;
+    };
+    /// So many at most.
+    static constexpr std::size_t mostItems = 64;
+
+    RemovalRoot root;
+    std::filesystem::path way; ///< from the root to the directory; empty for the root itself
+    std::vector<Item> items;
+};
+
 /// Asks the user for administrator rights once and acts with them until they are given up.
-/// All calls are safe from every thread; requests are carried out one after the other.
+/// All calls are safe from every thread. Requests are carried out one after the other; asking,
+/// giving up and the questions about what is held wait for none of them.
 class AdministratorRights {
 public:
     virtual ~AdministratorRights();
@@ -34,15 +51,19 @@ public:
 
     /// May show the system's dialog and then blocks until it is answered.
     virtual RightsResult request() = 0;
-    /// Gives the rights up. 0, or an errno-like number.
+    /// Gives the rights up at once: a question that is still on screen is taken back, and a request
+    /// under way is ended, as failed. 0, or an errno-like number.
     virtual int release() = 0;
     /// The token handed out with the rights; all zero when none are held.
     virtual RightsToken token() const = 0;
     /// True while whoever acts with the rights is alive and accepts this token.
     virtual bool accepts(const RightsToken &token) = 0;
 
-    /// Removes one item with all below it.
-    virtual PrivilegedReply removeItem(const RightsToken &token, const RemovalTarget &target) = 0;
+    /// Removes the items with all below them; a reply for each, in their order. `stop`, when given,
+    /// ends it within a second; what is left of an item that it ended stays.
+    virtual std::vector<PrivilegedReply> removeItems(const RightsToken &token,
+                                                     const PrivilegedRemoval &removal,
+                                                     const std::atomic<bool> *stop) = 0;
     /// Writes back and drops the page cache, dentries and inodes.
     virtual PrivilegedReply dropCaches(const RightsToken &token) = 0;
 };

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -20,12 +21,14 @@ enum class EntryType : std::uint8_t { Unknown, File, Directory, Link, Other };
 struct FileAttributes {
     EntryType type = EntryType::Unknown;
     std::uint32_t mode = 0;  ///< permission bits only
+    std::uint32_t kind = 0;  ///< the system's own bits for the type
     std::uint32_t owner = 0; ///< user number
     std::uint64_t links = 0; ///< names of the file
     std::uint64_t size = 0;  ///< logical bytes; of a link its own
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
     std::int64_t modified = 0; ///< nanoseconds since the epoch
+    std::int64_t changed = 0;  ///< likewise: contents, mode, names or owner
 };
 
 /// An open directory and what it is. The descriptor closes with it.
@@ -60,7 +63,12 @@ public:
     /// True when the directory has no further block.
     bool atEnd() const { return m_atEnd; }
 
+    /// Names that are not looked at: something is mounted on them, and whoever serves it may be
+    /// dead. They come as directories without attributes. The list outlives the reading.
+    void setMountPoints(const std::vector<std::string> *names) { m_mountPoints = names; }
+
     // For those who fill blocks.
+    const std::vector<std::string> *mountPoints() const { return m_mountPoints; }
     std::vector<char> &buffer() { return m_buffer; }
     std::vector<DirectoryEntry> &fill() { return m_entries; }
     void setAtEnd(bool atEnd) { m_atEnd = atEnd; }
@@ -68,6 +76,7 @@ public:
 private:
     std::vector<char> m_buffer;
     std::vector<DirectoryEntry> m_entries;
+    const std::vector<std::string> *m_mountPoints = nullptr;
     bool m_atEnd = false;
 };
 
@@ -75,11 +84,16 @@ private:
 /// type the directory itself does not tell has them read in any case.
 enum class WantedAttributes { None, NonDirectories, All };
 
-/// A folder that removals start from: canonicalised once, and recognised later by what it is.
+/// A folder that removals start from: its path as it was found, and what it is. It is recognised
+/// later by the latter.
 struct RemovalRoot {
-    std::filesystem::path path; ///< absolute, without links
+    std::filesystem::path path; ///< absolute
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
+    /// The folder that holds the items of a trash.
+    bool isTrash = false;
+
+    bool operator==(const RemovalRoot &) const = default;
 };
 
 /// One item to remove: a root and the way down from it. A value; it opens nothing by itself.
@@ -91,12 +105,41 @@ struct RemovalTarget {
     std::filesystem::path path() const;
 };
 
+/// The directory that holds items to be removed, open, and what is known of it. Items of one
+/// directory share it.
+class HoldingFolder {
+public:
+    virtual ~HoldingFolder();
+    /// A place, which cannot be read from but reached through.
+    virtual const OpenDirectory &directory() const = 0;
+};
+
+/// An item to remove, reached: what was looked at is what is removed. Everything that is done with
+/// it is relative to the descriptor of its folder.
+struct OpenItem {
+    std::shared_ptr<const HoldingFolder> folder;
+    std::filesystem::path path; ///< for messages
+    std::string name;           ///< in the folder
+    FileAttributes attributes;
+    /// Why the item stays whatever its rights are: a protected place, something mounted at or below
+    /// it, a lock of the program that owns it; see RemovalError.
+    std::error_code refusal;
+};
+
+struct RemovalOptions {
+    /// When set, ends a removal within the item.
+    const std::atomic<bool> *stop = nullptr;
+    /// Set where a mode that stood in the way could not be opened up.
+    bool *modeStays = nullptr;
+};
+
 /// Access to the file system, a whole directory block or a whole removal per call.
 ///
 /// All calls are safe from every thread, and none follows a link unless it says so. Directories of
 /// file systems that hold no storage (those of the kernel itself) cannot be opened. Paths have no
-/// length limit. Errors are the system's own codes; `errc::device_or_resource_busy` stands for an
-/// item that is a mount point, has one below, or is locked by the program that owns it.
+/// length limit. Errors are the system's own codes and those of RemovalError;
+/// `errc::device_or_resource_busy` equals every one of an item that is a mount point, has one
+/// below, or is locked by the program that owns it.
 class FileOperations {
 public:
     virtual ~FileOperations();
@@ -130,8 +173,6 @@ public:
     virtual Result<std::filesystem::path> canonicalPath(const std::filesystem::path &path) = 0;
     /// True where something is mounted on the very item, a single file included.
     virtual bool isMountPoint(const std::filesystem::path &path) = 0;
-    /// True while another process holds a record lock on the file.
-    virtual bool isLockedByAnother(const std::filesystem::path &path) = 0;
 
     // -- File contents
 
@@ -169,24 +210,39 @@ public:
 
     /// Canonicalises the folder and notes what it is. It must be a directory.
     virtual Result<RemovalRoot> rememberRoot(const std::filesystem::path &folder) = 0;
-    /// Opens the root again, compares, and walks down to the directory that holds the item.
-    virtual Result<OpenDirectory> openHolder(const RemovalTarget &target) = 0;
+    /// Opens a remembered folder for reading, through no link in the last place. An error when it
+    /// is no longer the one that it was.
+    virtual Result<OpenDirectory> openRoot(const RemovalRoot &root) = 0;
+    /// The mount points below a remembered folder, relative to it; nothing of them is asked.
+    virtual std::vector<std::filesystem::path> mountPointsBelow(const OpenDirectory &root) = 0;
+    /// Opens the root again, compares, walks down to the directory that holds the item, through no
+    /// link and across no mount, and looks at the item. An item that must stay is given with the
+    /// reason; an error is given where it cannot be reached or has gone. `previous`, when given, is
+    /// the item before: one of the same folder need not be walked to again.
+    virtual Result<OpenItem> openItem(const RemovalTarget &target,
+                                      const OpenItem *previous = nullptr) = 0;
     /// The parent is writable and searchable, its sticky rule allows it, and the item itself is
     /// writable or a link.
-    virtual bool isDeletable(const RemovalTarget &target) = 0;
-    /// The error that a removal would meet before anything of the item goes: what keeps its name in
-    /// its folder, or a mount at or below it. Empty when nothing does.
-    virtual std::error_code checkRemoval(const RemovalTarget &target) = 0;
-    /// Removes the item with all below it. Nothing is removed across a mount, and an item with a
-    /// mount anywhere below is left whole. Ends at the first error: what was removed before it
-    /// stays removed, the item itself is then still there.
-    /// `stop`, when given, ends it so too, as `errc::operation_canceled`.
-    virtual std::error_code removeItem(const RemovalTarget &target,
-                                       const std::atomic<bool> *stop = nullptr) = 0;
-    /// Sets the permission bits of a directory, or of a file that has no other name; of anything
-    /// else it refuses to. Gives the bits that were set before.
-    virtual Result<std::uint32_t> setPermissions(const RemovalTarget &target,
-                                                 std::uint32_t mode) = 0;
+    virtual bool isDeletable(const OpenItem &item) = 0;
+    /// The error that a removal would meet before anything of the item goes: its refusal, or what
+    /// keeps its name in its folder. Empty when nothing does.
+    virtual std::error_code checkRemoval(const OpenItem &item) = 0;
+    /// Removes the item with all below it. Nothing is removed across a mount, and an item that is
+    /// refused is left whole. Ends at the first error: what was removed before it stays removed,
+    /// the item itself is then still there. A stop ends it as `errc::operation_canceled`.
+    ///
+    /// Directories that their owner may not read, enter or write have their modes opened up on the
+    /// way, where a journal is open; those that survive get their own back.
+    virtual std::error_code removeItem(const OpenItem &item, const RemovalOptions &options) = 0;
+    /// True when the name is no longer there.
+    virtual bool hasGone(const OpenItem &item) = 0;
+    /// Begins to note modes that removals open up, after putting back what a killed process left.
+    /// The caller holds the lock of the run.
+    virtual std::error_code openModeJournal(const std::filesystem::path &journal) = 0;
+    /// Puts all back and removes the journal. Not while a removal runs.
+    virtual void closeModeJournal() = 0;
+    /// Puts back what is open now, while removals may still run: the program is about to end.
+    virtual void putModesBack() = 0;
 };
 
 } // namespace brightsweep

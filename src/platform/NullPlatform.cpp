@@ -50,7 +50,6 @@ public:
         return unsupported;
     }
     bool isMountPoint(const std::filesystem::path &) override { return false; }
-    bool isLockedByAnother(const std::filesystem::path &) override { return false; }
     Result<FileDescriptor> openFile(const std::filesystem::path &) override { return unsupported; }
     Result<FileDescriptor> openListedFile(const std::string &) override { return unsupported; }
     Result<FileAttributes> fileAttributes(const FileDescriptor &) override { return unsupported; }
@@ -72,17 +71,26 @@ public:
         return unsupported;
     }
     Result<RemovalRoot> rememberRoot(const std::filesystem::path &) override { return unsupported; }
-    Result<OpenDirectory> openHolder(const RemovalTarget &) override { return unsupported; }
-    bool isDeletable(const RemovalTarget &) override { return false; }
-    std::error_code checkRemoval(const RemovalTarget &) override {
-        return std::make_error_code(unsupported);
+    Result<OpenDirectory> openRoot(const RemovalRoot &) override { return unsupported; }
+    std::vector<std::filesystem::path> mountPointsBelow(const OpenDirectory &) override {
+        return {};
     }
-    std::error_code removeItem(const RemovalTarget &, const std::atomic<bool> *) override {
-        return std::make_error_code(unsupported);
-    }
-    Result<std::uint32_t> setPermissions(const RemovalTarget &, std::uint32_t) override {
+    Result<OpenItem> openItem(const RemovalTarget &, const OpenItem *) override {
         return unsupported;
     }
+    bool isDeletable(const OpenItem &) override { return false; }
+    std::error_code checkRemoval(const OpenItem &) override {
+        return std::make_error_code(unsupported);
+    }
+    std::error_code removeItem(const OpenItem &, const RemovalOptions &) override {
+        return std::make_error_code(unsupported);
+    }
+    bool hasGone(const OpenItem &) override { return false; }
+    std::error_code openModeJournal(const std::filesystem::path &) override {
+        return std::make_error_code(unsupported);
+    }
+    void closeModeJournal() override {}
+    void putModesBack() override {}
 
 private:
     std::string m_reason;
@@ -93,9 +101,8 @@ public:
     explicit NullStandardDirectories(const char *reason) : m_reason(reason) {}
     std::string unavailableReason() const override { return m_reason; }
     std::vector<std::filesystem::path> paths(StandardDirectory) override { return {}; }
-    std::vector<std::filesystem::path> trashesOfVolume(const std::filesystem::path &) override {
-        return {};
-    }
+    CleanFolders cleanFolders(CleanPlace) override { return {}; }
+    CleanFolders trashesOfVolume(const std::filesystem::path &) override { return {}; }
     std::filesystem::path systemPath(const std::filesystem::path &path) override { return path; }
 
 private:
@@ -135,8 +142,9 @@ public:
     int release() override { return 0; }
     RightsToken token() const override { return {}; }
     bool accepts(const RightsToken &) override { return false; }
-    PrivilegedReply removeItem(const RightsToken &, const RemovalTarget &) override {
-        return {false, false, m_reason};
+    std::vector<PrivilegedReply> removeItems(const RightsToken &, const PrivilegedRemoval &removal,
+                                             const std::atomic<bool> *) override {
+        return std::vector<PrivilegedReply>(removal.items.size(), {false, false, m_reason});
     }
     PrivilegedReply dropCaches(const RightsToken &) override { return {false, false, m_reason}; }
 

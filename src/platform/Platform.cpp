@@ -21,6 +21,7 @@ DesktopHints::~DesktopHints() = default;
 DesktopNotifier::~DesktopNotifier() = default;
 FileHolders::~FileHolders() = default;
 FileOperations::~FileOperations() = default;
+HoldingFolder::~HoldingFolder() = default;
 MemorySource::~MemorySource() = default;
 SingleInstance::~SingleInstance() = default;
 StandardDirectories::~StandardDirectories() = default;

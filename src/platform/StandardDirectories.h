@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FileOperations.h"
+
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -11,15 +13,37 @@ enum class StandardDirectory {
     ApplicationSupport, ///< the user's
     Library,            ///< the user's
     Preferences,        ///< the user's
-    UserCaches,
-    LocalCaches, ///< whose direct children may go; those that exist
-    UserLogs,    ///< likewise
-    LocalLogs,   ///< likewise
-    Downloads,   ///< the user's
-    HomeTrash,   ///< the folder that holds the trashed items themselves
     Applications,
     Home,
     Temporary,
+};
+
+/// The folders that a clean category has, whose direct children may go.
+enum class CleanPlace {
+    LocalCaches,
+    UserCaches,
+    LocalLogs,
+    UserLogs,
+    HomeTrash, ///< the folder that holds the trashed items themselves
+    Downloads,
+};
+
+/// Why a folder that is meant for a category is not cleaned.
+enum class LeftOutReason {
+    TopOfVolume,
+    NotOwned, ///< by the user, or by root where the folder is the system's
+    KeptPlace ///< it is, or holds, a folder that is kept: the home, or one with another purpose
+};
+
+struct LeftOutFolder {
+    std::filesystem::path path;
+    LeftOutReason reason = LeftOutReason::KeptPlace;
+};
+
+/// What was checked, as it was found then: scan and removal recognise the folders by what they are.
+struct CleanFolders {
+    std::vector<RemovalRoot> folders; ///< in order of use, each once
+    std::vector<LeftOutFolder> leftOut;
 };
 
 /// Where the standard places are on this system. Answers are computed at each call from the
@@ -34,10 +58,12 @@ public:
     /// The first of them, or an empty path.
     std::filesystem::path first(StandardDirectory directory);
 
+    /// The folders of a category on this machine, those that exist. Nothing that is mounted on or
+    /// below one is asked.
+    virtual CleanFolders cleanFolders(CleanPlace place) = 0;
     /// The folders of the user's trashed items on a volume, by the rules of the freedesktop
     /// document: `$top/.Trash/$uid/files`, then `$top/.Trash-$uid/files`; those that are sound.
-    virtual std::vector<std::filesystem::path>
-    trashesOfVolume(const std::filesystem::path &top) = 0;
+    virtual CleanFolders trashesOfVolume(const std::filesystem::path &top) = 0;
 
     /// The path on this machine of a system-wide path: below the prefix that
     /// BRIGHTSWEEP_SYSTEM_ROOT names, if any.

@@ -3,8 +3,7 @@
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
-#include "platform/StandardDirectories.h"
-#include "removal/TrashRecord.h"
+#include "removal/RemovalRun.h"
 
 #include <array>
 #include <cerrno>
@@ -12,9 +11,6 @@
 namespace brightsweep {
 
 namespace {
-
-constexpr std::uint32_t everybodysMode = 0777;
-constexpr char aptArchives[] = "/var/cache/apt/archives";
 
 struct OutcomeWords {
     RightsOutcome outcome;
@@ -37,52 +33,18 @@ void logOutcome(const RightsResult &result) {
     }
 }
 
-FileOperations &files() {
-    return *Platform::current().files;
-}
 AdministratorRights &rights() {
     return *Platform::current().rights;
 }
 
-bool isForWantOfPermission(std::error_code error) {
-    return error == std::errc::permission_denied || error == std::errc::operation_not_permitted;
-}
-
-bool isBusy(std::error_code error) {
-    return error == std::errc::device_or_resource_busy;
-}
-
-bool isLockedByApt(const RemovalTarget &target) {
-    const auto archives = Platform::current().directories->systemPath(aptArchives);
-    return paths::isSameOrBelow(target.path().native(), archives.native()) &&
-           files().isLockedByAnother(paths::join(archives, "lock"));
-}
-
-// Silence of the tool is success and one byte from it is failure; the name must be gone as well.
-bool isSuccess(const PrivilegedReply &reply) {
-    return reply.performed && reply.gone && reply.output.empty();
-}
-
-// Opens the item's mode up for the time of one attempt, where that may help, and puts it back.
-class OpenedMode {
+// While one lives, the user is being asked.
+class IsAsking {
 public:
-    explicit OpenedMode(const RemovalTarget &target) : m_target(target) {
-        if (files().isDeletable(target))
-            return;
-        if (const auto before = files().setPermissions(target, everybodysMode))
-            m_before = *before;
-    }
-    void putBack() {
-        if (!m_before)
-            return;
-        if (const auto now = files().setPermissions(m_target, *m_before); !now)
-            NSLog("Mode of %@ not put back: %@", m_target.path(), now.error());
-        m_before.reset();
-    }
+    explicit IsAsking(std::atomic<bool> &flag) : m_flag(flag) { m_flag = true; }
+    ~IsAsking() { m_flag = false; }
 
 private:
-    const RemovalTarget &m_target;
-    std::optional<std::uint32_t> m_before;
+    std::atomic<bool> &m_flag;
 };
 
 } // namespace
@@ -113,6 +75,7 @@ bool NvAuthorization::allocAuthorization() {
         return true;
     // What is left of rights whose process has died.
     freeAuthorization();
+    const IsAsking isAsking(m_isAsking);
 
     if (const std::string reason = rights().unavailableReason(); !reason.empty()) {
         NSLog("Error Creating Initial Authorization: %d", ENOSYS);
@@ -152,7 +115,7 @@ RightsResult NvAuthorization::lastResult() {
 bool NvAuthorization::freeAuthorization() {
     {
         const std::lock_guard lock(m_mutex);
-        if (!isValidAuth)
+        if (!isValidAuth && !m_isAsking)
             return true;
         isValidAuth = false;
         authorizationRef.reset();
@@ -184,31 +147,20 @@ std::optional<AuthorizationReference> NvAuthorization::getAuthorizationRet() {
 }
 
 Result<RemovalTarget> NvAuthorization::targetOf(const std::filesystem::path &path) {
-    auto root = files().rememberRoot(paths::parent(path));
+    auto root = Platform::current().files->rememberRoot(paths::parent(path));
     if (!root)
         return root.error();
     return RemovalTarget{*std::move(root), paths::lastComponent(path)};
 }
 
-// Without rights the empty form goes to the service all the same, and its answer counts.
-PrivilegedReply NvAuthorization::removePrivileged(const RemovalTarget &target) {
-    const auto reference = shareNvAuthorization().getAuthorizationRet();
-    return rights().removeItem(reference.value_or(AuthorizationReference{}).token, target);
-}
-
-void NvAuthorization::forget(const std::optional<TrashRecord> &record) {
-    if (!record || record->forget())
-        return;
-    if (const auto info = record->trashInfo())
-        removePrivileged(*info);
-}
-
 bool NvAuthorization::removeItemAtPath(const RemovalTarget &target) {
-    const auto record = TrashRecord::of(files(), target);
-    if (!isSuccess(removePrivileged(target)))
-        return false;
-    forget(record);
-    return true;
+    ItemRemoval removal;
+    const auto item = removal.reach(target);
+    // One that had gone before has gone.
+    if (!item)
+        return item.error() == std::errc::no_such_file_or_directory;
+    const PrivilegedReply reply = removal.removeWithRights(target, *item);
+    return reply.performed && reply.gone && reply.output.empty();
 }
 
 bool NvAuthorization::removeItemAtPath(const std::filesystem::path &path) {
@@ -216,63 +168,22 @@ bool NvAuthorization::removeItemAtPath(const std::filesystem::path &path) {
     return target && removeItemAtPath(*target);
 }
 
-RemovalOutcome NvAuthorization::removeWithoutRights(const RemovalTarget &target,
-                                                    const std::atomic<bool> *stop) {
-    RemovalOutcome outcome;
-    const auto record = TrashRecord::of(files(), target);
-    if (isLockedByApt(target)) {
-        outcome.error = std::make_error_code(std::errc::device_or_resource_busy);
-    } else {
-        OpenedMode mode(target);
-        outcome.error = files().removeItem(target, stop);
-        if (outcome.error)
-            mode.putBack();
-        else
-            forget(record);
-    }
-    outcome.removed = !outcome.error;
-    outcome.neededRights = isForWantOfPermission(outcome.error);
-    return outcome;
-}
-
-RemovalOutcome NvAuthorization::removeWithOutcome(const RemovalTarget &target,
-                                                  const std::atomic<bool> *stop) {
-    const auto record = TrashRecord::of(files(), target);
-    RemovalOutcome outcome = removeWithoutRights(target, stop);
-    if (outcome.removed)
-        return outcome;
-    // What is in use stays in use for an administrator too.
-    if (!isBusy(outcome.error) && outcome.error != std::errc::operation_canceled) {
-        const PrivilegedReply reply = removePrivileged(target);
-        outcome.removed = isSuccess(reply);
-        outcome.words = reply.output;
-        if (outcome.removed)
-            forget(record);
-    }
-    // Logged whichever way the second attempt ended.
-    NSLog("Clean deletable file failed: %@-%@", target.path(), outcome.error);
-    return outcome;
-}
-
-std::error_code NvAuthorization::checkRemoval(const RemovalTarget &target) {
-    return isLockedByApt(target) ? std::make_error_code(std::errc::device_or_resource_busy)
-                                 : files().checkRemoval(target);
-}
-
-RemovalOutcome NvAuthorization::removeWithOutcome(const std::filesystem::path &path) {
-    const auto target = targetOf(path);
-    if (target)
-        return removeWithOutcome(*target);
-    NSLog("Clean deletable file failed: %@-%@", path, target.error());
-    return {false, target.error(), {}, isForWantOfPermission(target.error())};
-}
-
 bool NvAuthorization::synFastRemovePath(const RemovalTarget &target) {
-    return removeWithOutcome(target).removed;
+    auto run = RemovalRun::current();
+    if (!run)
+        run = RemovalRun::begin("Removal").run;
+    if (!run)
+        return false;
+    const RemovalRun::Busy busy(*run);
+    return ItemRemoval(&run->stopFlag()).remove(target).removed;
 }
 
 bool NvAuthorization::synFastRemovePath(const std::filesystem::path &path) {
-    return removeWithOutcome(path).removed;
+    const auto target = targetOf(path);
+    if (target)
+        return synFastRemovePath(*target);
+    NSLog("Clean deletable file failed: %@-%@", path, target.error());
+    return false;
 }
 
 } // namespace brightsweep

@@ -1,5 +1,6 @@
 #include "removal/PadlockController.h"
 
+#include "core/ThreadWorker.h"
 #include "core/UtilityObject.h"
 #include "foundation/NotificationCenter.h"
 #include "removal/NvAuthorization.h"
@@ -9,37 +10,73 @@ namespace brightsweep {
 namespace {
 
 const QString lockStateNotification = QStringLiteral("changeLockState");
+const QString askingNotification = QStringLiteral("padlockIsAsking");
+
+// One question at a time, for all padlocks. Main thread.
+bool asking = false;
 
 } // namespace
 
 PadlockController::PadlockController(QObject *parent) : QObject(parent) {
-    NotificationCenter::defaultCenter().addObserver(
-        this, lockStateNotification,
-        [this](const Notification &) { Q_EMIT lockStateChanged(isOpen()); });
+    auto &center = NotificationCenter::defaultCenter();
+    center.addObserver(this, lockStateNotification,
+                       [this](const Notification &) { Q_EMIT lockStateChanged(isOpen()); });
+    center.addObserver(this, askingNotification,
+                       [this](const Notification &) { Q_EMIT askingChanged(isAsking()); });
 }
 
 PadlockController::~PadlockController() {
     NotificationCenter::defaultCenter().removeObserver(this);
+    if (!m_worker)
+        return;
+    NvAuthorization::shareNvAuthorization().freeAuthorization();
+    m_worker->abandon();
+    setAsking(false);
 }
 
 bool PadlockController::isOpen() const {
     return UtilityObject::getMyObject().isOpenLocked;
 }
 
+bool PadlockController::isAsking() const {
+    return asking;
+}
+
 const char *PadlockController::imageName() const {
     return isOpen() ? "Unlock.png" : "Lock.png";
 }
 
-bool PadlockController::unlockRigths(bool open) {
-    auto &authorization = NvAuthorization::shareNvAuthorization();
-    bool held = false;
-    if (open)
-        held = authorization.allocAuthorization();
-    else
-        authorization.freeAuthorization();
-    UtilityObject::getMyObject().isOpenLocked = held;
+void PadlockController::setAsking(bool isAsking) {
+    asking = isAsking;
+    NotificationCenter::defaultCenter().post(askingNotification);
+}
+
+void PadlockController::unlockRigths(bool open) {
+    if (asking)
+        return;
+    if (!open) {
+        NvAuthorization::shareNvAuthorization().freeAuthorization();
+        UtilityObject::getMyObject().isOpenLocked = false;
+        NotificationCenter::defaultCenter().post(lockStateNotification);
+        return;
+    }
+    m_granted = false;
+    setAsking(true);
+    m_worker = ThreadWorker::workOn(this, &PadlockController::askForRights, nullptr,
+                                    &PadlockController::answered);
+    if (!m_worker)
+        answered();
+}
+
+void PadlockController::askForRights(std::nullptr_t) {
+    m_granted = NvAuthorization::shareNvAuthorization().allocAuthorization();
+}
+
+void PadlockController::answered() {
+    m_worker.reset();
+    UtilityObject::getMyObject().isOpenLocked = m_granted;
+    setAsking(false);
     NotificationCenter::defaultCenter().post(lockStateNotification);
-    return held;
 }
 
 } // namespace brightsweep

@@ -20,6 +20,8 @@ namespace {
 constexpr char sizesFile[] = "directorysizes";
 constexpr char newSizesFile[] = "directorysizes.brightsweep-new";
 constexpr std::size_t batchSize = 5'000;
+// A line has a thousand bytes at most. A file that is larger is nobody's computation, and stays.
+constexpr off_t largestSizes = off_t(64) << 20;
 constexpr int placeFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 std::error_code lastError() {
@@ -54,6 +56,8 @@ Result<std::string> readAll(int descriptor) {
         if (got == 0)
             return text;
         text.append(block, std::size_t(got));
+        if (off_t(text.size()) > largestSizes)
+            return std::errc::file_too_large;
     }
 }
 
@@ -87,6 +91,8 @@ std::error_code forgetSizes(int trash, const std::unordered_set<std::string> &na
         return lastError();
     if (!S_ISREG(status.st_mode))
         return std::make_error_code(std::errc::invalid_argument);
+    if (status.st_size > largestSizes)
+        return std::make_error_code(std::errc::file_too_large);
     const auto text = readAll(old.get());
     if (!text)
         return text.error();
@@ -133,41 +139,41 @@ std::string withoutDirectorySizes(std::string_view text,
     return kept;
 }
 
-std::optional<TrashRecord> TrashRecord::of(FileOperations &files, const RemovalTarget &target) {
-    const auto folder = paths::parent(target.path());
-    if (paths::lastComponent(folder) != "files" || !isTrash(paths::parent(folder)))
+std::optional<TrashRecord> TrashRecord::of(const HoldingFolder &folder,
+                                           const RemovalTarget &target) {
+    const auto path = paths::parent(target.path());
+    const bool isDirect = target.relative.native().find('/') == std::string::npos;
+    const bool isNamedSo = paths::lastComponent(path) == "files" && isTrash(paths::parent(path));
+    if (!(target.root.isTrash && isDirect) && !isNamedSo)
         return std::nullopt;
-    const auto holder = files.openHolder(target);
-    if (!holder)
-        return std::nullopt;
+    const int files = folder.directory().descriptor.get();
     TrashRecord record;
-    record.m_trash = FileDescriptor(::openat(holder->descriptor.get(), "..", placeFlags));
+    record.m_trash = FileDescriptor(::openat(files, "..", placeFlags));
     record.m_info = FileDescriptor(::openat(record.m_trash.get(), "info", placeFlags));
     struct stat own;
     struct stat named;
-    if (!record.m_info || ::fstat(holder->descriptor.get(), &own) != 0 ||
+    if (!record.m_info || ::fstat(files, &own) != 0 ||
         ::fstatat(record.m_trash.get(), "files", &named, AT_SYMLINK_NOFOLLOW) != 0 ||
         !isSame(own, named))
         return std::nullopt;
-    record.m_infoPath = paths::join(paths::parent(folder), "info");
-    record.m_name = paths::lastComponent(target.relative);
+    record.m_infoPath = paths::join(paths::parent(path), "info");
     return record;
 }
 
-bool TrashRecord::forget() const {
+bool TrashRecord::forget(const std::string &name) const {
     if (currentBatch)
-        currentBatch->add(m_trash, m_name);
+        currentBatch->add(m_trash, name);
     else
-        forgetSizes(m_trash.get(), {m_name});
-    return ::unlinkat(m_info.get(), (m_name + ".trashinfo").c_str(), 0) == 0 || errno == ENOENT ||
+        forgetSizes(m_trash.get(), {name});
+    return ::unlinkat(m_info.get(), (name + ".trashinfo").c_str(), 0) == 0 || errno == ENOENT ||
            errno == ENAMETOOLONG; // a name with no room for the ending never had one
 }
 
-Result<RemovalTarget> TrashRecord::trashInfo() const {
+Result<RemovalTarget> TrashRecord::trashInfo(const std::string &name) const {
     struct stat status;
     if (::fstat(m_info.get(), &status) != 0)
         return lastError();
-    return RemovalTarget{{m_infoPath, status.st_dev, status.st_ino}, m_name + ".trashinfo"};
+    return RemovalTarget{{m_infoPath, status.st_dev, status.st_ino}, name + ".trashinfo"};
 }
 
 TrashBatch::TrashBatch() : m_outer(std::exchange(currentBatch, this)) {}

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,21 +13,22 @@
 
 namespace brightsweep {
 
-/// What a trash remembers of one of its items besides the item: `info/NAME.trashinfo`, and for a
-/// directory a line of `directorysizes`. Taken before the item is removed and forgotten after.
+/// What a trash remembers of its items besides the items: `info/NAME.trashinfo`, and for a
+/// directory a line of `directorysizes`. Taken before an item is removed and forgotten after.
 ///
 /// It holds the trash open, so that a folder swapped meanwhile is not touched, and follows no link.
 /// Any thread; two records of one trash may be forgotten at once.
 class TrashRecord {
 public:
-    /// Nothing for an item that does not lie directly in the `files` folder of a trash: a directory
-    /// "Trash" or ".Trash-UID", or "UID" below ".Trash", that has a folder `info` too.
-    static std::optional<TrashRecord> of(FileOperations &files, const RemovalTarget &target);
+    /// Nothing for a folder that is not the `files` folder of a trash with a folder `info` too. A
+    /// trash is what the root says, or what is called "Trash", ".Trash-UID", or "UID" below
+    /// ".Trash".
+    static std::optional<TrashRecord> of(const HoldingFolder &folder, const RemovalTarget &target);
 
     /// True when the item's `.trashinfo` is gone afterwards. It tries both parts whatever happens.
-    bool forget() const;
+    bool forget(const std::string &name) const;
     /// The `.trashinfo`, to be removed by other means.
-    Result<RemovalTarget> trashInfo() const;
+    Result<RemovalTarget> trashInfo(const std::string &name) const;
 
 private:
     TrashRecord() = default;
@@ -34,7 +36,6 @@ private:
     FileDescriptor m_trash;
     FileDescriptor m_info;
     std::filesystem::path m_infoPath;
-    std::string m_name;
 };
 
 /// While one lives, what its thread removes from trashes is gathered, and each `directorysizes`

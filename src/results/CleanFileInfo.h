@@ -35,6 +35,7 @@ struct CleanFileInfo {
     std::uint64_t fileSizeNum = 0;
     std::int8_t bIsSelected = 0;
     bool isDirectory = false; ///< never true for a link
+    bool holdsVolume = false; ///< something is mounted on it or below it, so that it will stay
     /// The bytes that the words in `size` read as, which is what pages add up.
     std::uint64_t shownSize = 0;
     /// Nanoseconds since the epoch; none where it could not be read.

@@ -27,9 +27,8 @@ class FixedFolder final : public StandardDirectories {
 public:
     explicit FixedFolder(std::filesystem::path folder) : m_folder(std::move(folder)) {}
     std::vector<std::filesystem::path> paths(StandardDirectory) override { return {m_folder}; }
-    std::vector<std::filesystem::path> trashesOfVolume(const std::filesystem::path &) override {
-        return {};
-    }
+    CleanFolders cleanFolders(CleanPlace) override { return {}; }
+    CleanFolders trashesOfVolume(const std::filesystem::path &) override { return {}; }
     std::filesystem::path systemPath(const std::filesystem::path &path) override { return path; }
 
 private:

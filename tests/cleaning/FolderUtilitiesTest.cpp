@@ -7,6 +7,7 @@
 #include "platform/Platform.h"
 #include "results/CleanFileInfo.h"
 #include "support/FaultPlatform.h"
+#include "support/Removals.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
@@ -35,8 +36,10 @@ TEST(FolderUtilities, AnIndexBehindTheLastCategoryHasNoFolders) {
 TEST(FolderUtilities, TheHomeTrashComesFirst) {
     TestTree home(TestEnvironment::current().home());
     home.directory(".local/share/Trash/files");
-    EXPECT_THAT(FolderUtilities::getFolderPath(4),
-                ElementsAre(home.path(".local/share/Trash/files")));
+    const auto folders = FolderUtilities::getFolderPath(4);
+    ASSERT_EQ(folders.size(), 1u);
+    EXPECT_EQ(folders[0].path, home.path(".local/share/Trash/files"));
+    EXPECT_TRUE(folders[0].isTrash);
 }
 
 TEST(FolderUtilities, ShowsAPlainFolderItselfAndElseWhatHoldsIt) {
@@ -52,8 +55,10 @@ TEST(FolderUtilities, ShowsAPlainFolderItselfAndElseWhatHoldsIt) {
 
 TEST(FolderUtilities, OnlyThePackageCacheHasReservedNames) {
     TestTree system(TestEnvironment::current().system());
-    const auto cache = system.directory("var/cache/apt/archives");
-    const auto other = system.directory("var/cache/man");
+    const auto folders = test::rootsOf(
+        {system.directory("var/cache/apt/archives"), system.directory("var/cache/man")});
+    const RemovalRoot &cache = folders[0];
+    const RemovalRoot &other = folders[1];
     for (const char *name : {"lock", "partial"}) {
         EXPECT_TRUE(FolderUtilities::isReserved(cache, name));
         EXPECT_FALSE(FolderUtilities::isReserved(other, name));

@@ -7,18 +7,29 @@
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
 #include "platform/Platform.h"
+#include "removal/RemovalRun.h"
+#include "support/ChildProcess.h"
 #include "support/FaultPlatform.h"
+#include "support/Removals.h"
 #include "support/TestTree.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sched.h>
+#include <sys/mount.h>
+
 namespace brightsweep {
 namespace {
 
+using test::rootsOf;
 using test::TestTree;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
+
+std::shared_ptr<RemovalRun> newRun() {
+    return RemovalRun::begin("test").run;
+}
 
 // Every notification of the quick clean, in words: name, last component of the path, size.
 class Heard : public QObject {
@@ -58,7 +69,9 @@ TEST(BrowseFolderOperation, CountsEveryObjectFoldersIncluded) {
     tree.file("one/sub/b", "123");
     tree.file("file", "1234567");
     Heard heard;
-    BrowseFolderOperation operation({tree.path("one"), tree.path("file")});
+    std::vector<RemovalRoot> folders = rootsOf({tree.path("one"), tree.path("file")});
+    folders.push_back({tree.path("file"), folders[0].device, folders[0].inode});
+    BrowseFolderOperation operation(folders);
     operation.main();
     // A plain file in the place of a folder counts 0.
     EXPECT_THAT(heard.words, ElementsAre("ScanSingleFolder one", "ScanSingleFolder file",
@@ -70,13 +83,13 @@ TEST(BrowseFolderOperation, TellsOfACancelAtEveryLevel) {
     tree.file("one/sub/b", "123");
     {
         Heard heard;
-        BrowseFolderOperation operation({tree.path("one")});
+        BrowseFolderOperation operation(rootsOf({tree.path("one")}));
         operation.cancel();
         operation.main();
         EXPECT_THAT(heard.words, ElementsAre("FastCleanCanceled"));
     }
     Heard heard;
-    BrowseFolderOperation operation({tree.path("one"), tree.path("one")});
+    BrowseFolderOperation operation(rootsOf({tree.path("one"), tree.path("one")}));
     QObject context;
     NotificationCenter::defaultCenter().addObserver(
         &context, DSScanSingleFolder, [&](const Notification &) { operation.cancel(); });
@@ -94,7 +107,9 @@ TEST(DeleteFolderOperation, EmptiesFoldersAndKeepsThem) {
     tree.link("folder/link", tree.path("outside"));
     const auto outside = tree.snapshot("outside");
     Heard heard;
-    DeleteFolderOperation({tree.path("folder"), tree.path("missing")}).main();
+    auto folders = rootsOf({tree.path("folder")});
+    folders.push_back({tree.path("missing"), 1, 1});
+    DeleteFolderOperation(folders, newRun()).main();
     EXPECT_TRUE(tree.exists("folder"));
     EXPECT_TRUE(tree.snapshot("folder").empty());
     EXPECT_EQ(tree.snapshot("outside"), outside);
@@ -109,7 +124,7 @@ TEST(DeleteFolderOperation, EmptiesFoldersAndKeepsThem) {
 
 TEST(DeleteFolderOperation, WritesTheSizesOfATrashOnce) {
     test::SizedTrash trash;
-    DeleteFolderOperation({trash.files()}).main();
+    DeleteFolderOperation(rootsOf({trash.files()}), newRun()).main();
     trash.expectEmptiedWithOneWrite();
 }
 
@@ -125,7 +140,7 @@ TEST(DeleteFolderOperation, WithoutRightsAFolderThatMayNotBeTouchedIsToldOnce) {
                    : std::error_code();
     });
     Heard heard;
-    DeleteFolderOperation({tree.path("folder")}).main();
+    DeleteFolderOperation(rootsOf({tree.path("folder")}), newRun()).main();
     EXPECT_THAT(heard.words,
                 ElementsAre("BeginFastClean", "DeleteFileFailed folder", "FastCleanFinish"));
     EXPECT_EQ(tree.snapshot(), before);
@@ -142,10 +157,43 @@ TEST(DeleteFolderOperation, DescendsIntoWhatStays) {
                    : std::error_code();
     });
     Heard heard;
-    DeleteFolderOperation operation({tree.path("folder")});
-    EXPECT_FALSE(operation.cleanDeletableFolder(tree.path("folder")));
+    const auto folders = rootsOf({tree.path("folder")});
+    DeleteFolderOperation operation(folders, newRun());
+    EXPECT_FALSE(operation.cleanDeletableFolder(folders[0]));
     EXPECT_THAT(heard.words, ElementsAre("DeleteFileSuccess inner 1"));
     EXPECT_TRUE(tree.exists("folder/stays"));
+}
+
+// Neither what is mounted nor what it is mounted in goes, and the walk never enters it.
+TEST(DeleteFolderOperation, LeavesWhatHoldsAVolumeWhole) {
+    TestTree tree;
+    tree.file("folder/holder/sibling");
+    tree.directory("folder/holder/mnt");
+    tree.directory("folder/mounted");
+    tree.file("folder/goes");
+    tree.file("source/deep/kept");
+    const auto source = tree.snapshot("source");
+    EXPECT_EQ(0, test::runInChild([&] {
+                  if (::unshare(CLONE_NEWNS) != 0 ||
+                      ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+                      ::mount(tree.path("source").c_str(), tree.path("folder/holder/mnt").c_str(),
+                              nullptr, MS_BIND, nullptr) != 0 ||
+                      ::mount("tmpfs", tree.path("folder/mounted").c_str(), "tmpfs", 0, nullptr) !=
+                          0)
+                      return 10;
+                  tree.file("folder/mounted/kept");
+                  Heard heard;
+                  std::uint64_t count = 0;
+                  const auto folders = rootsOf({tree.path("folder")});
+                  BrowseFolderOperation(folders).sizeOfItemAtPath(folders[0], count);
+                  DeleteFolderOperation(folders, newRun()).main();
+                  const auto kept = tree.exists("folder/mounted/kept") &&
+                                    tree.exists("folder/holder/sibling") &&
+                                    tree.exists("folder/holder/mnt/deep/kept");
+                  // holder, mnt, sibling, mounted, goes
+                  return kept && count == 5 && !tree.exists("folder/goes") ? 0 : 1;
+              }));
+    EXPECT_EQ(tree.snapshot("source"), source);
 }
 
 TEST(DeleteFolderOperation, ACancelEndsItBetweenTwoEntries) {
@@ -153,7 +201,7 @@ TEST(DeleteFolderOperation, ACancelEndsItBetweenTwoEntries) {
     for (int i = 0; i < 10; ++i)
         tree.file("folder/" + std::to_string(i));
     Heard heard;
-    DeleteFolderOperation operation({tree.path("folder"), tree.path("folder")});
+    DeleteFolderOperation operation(rootsOf({tree.path("folder"), tree.path("folder")}), newRun());
     QObject context;
     NotificationCenter::defaultCenter().addObserver(
         &context, DSDeleteFileSuccess, [&](const Notification &) { operation.cancel(); });

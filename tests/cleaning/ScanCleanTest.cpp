@@ -5,8 +5,10 @@
 #include "foundation/NotificationCenter.h"
 #include "foundation/SmallFile.h"
 #include "platform/Platform.h"
+#include "removal/RemovalRun.h"
 #include "support/FaultPlatform.h"
 #include "support/RecordingPlatform.h"
+#include "support/Removals.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
@@ -29,11 +31,11 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-void scan(ScanViewController &controller, std::vector<std::filesystem::path> folders) {
+void scan(ScanViewController &controller, const std::vector<std::filesystem::path> &folders) {
     QEventLoop loop;
     QObject::connect(&controller, &ScanViewController::scanFinishedChanged, &loop,
                      &QEventLoop::quit);
-    controller.beginScanTask(std::move(folders));
+    controller.beginScanTask(test::rootsOf(folders));
     loop.exec();
     controller.disconnect(&loop);
 }
@@ -42,7 +44,7 @@ void clean(ScanViewController &controller) {
     QEventLoop loop;
     QObject::connect(&controller, &ScanViewController::cleanFinishedChanged, &loop,
                      &QEventLoop::quit);
-    controller.beginCleanTask();
+    controller.beginCleanTask(RemovalRun::begin("test").run);
     loop.exec();
     controller.disconnect(&loop);
 }
@@ -169,7 +171,7 @@ TEST(Scan, AnOwnerThatGoesFirstWaitsForItsWork) {
         tree.file("folder/" + std::to_string(i) + "/file");
     for (int round = 0; round < 5; ++round) {
         auto controller = std::make_unique<ScanViewController>();
-        controller->beginScanTask({tree.path("folder")});
+        controller->beginScanTask(test::rootsOf({tree.path("folder")}));
         controller.reset();
     }
 }

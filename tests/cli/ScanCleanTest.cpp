@@ -245,6 +245,7 @@ TEST_F(ScanClean, ADownloadsFolderThatIsTooMuchIsDropped) {
     TestTree &home = machine.home;
     home.directory("Bay/in");
     home.link("Link", "Documents");
+    home.link("BayLink", "Bay");
     home.link("HomeLink", home.top());
     const std::string top = home.top();
     const struct {
@@ -265,7 +266,8 @@ TEST_F(ScanClean, ADownloadsFolderThatIsTooMuchIsDropped) {
         {"$HOME/missing", {}},
         {"$HOME/.cachefile", {}},
         {"$HOME/Bay", {top + "/Bay"}},
-        {"$HOME/Link", {top + "/Link"}},
+        {"$HOME/Link", {}}, // a folder with another purpose
+        {"$HOME/BayLink", {top + "/BayLink"}},
         {top + "/Bay/in", {top + "/Bay/in"}},
         // Relative values and those of other forms count as not configured.
         {"Bay", {top + "/Downloads"}},
@@ -279,7 +281,9 @@ TEST_F(ScanClean, ADownloadsFolderThatIsTooMuchIsDropped) {
     }
     home.file(".config/user-dirs.dirs", "XDG_DOWNLOAD_DIR=\"$HOME\"\n");
     const auto before = machine.state();
-    clean({"--category", "5", "--apply"});
+    const auto result = cli({"clean", "--category", "5", "--apply"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.errors, top + " is not cleaned: it holds more than its category.\n");
     EXPECT_THAT(changes(before, machine.state()), IsEmpty());
 }
 

@@ -1,6 +1,6 @@
 #include "foundation/Paths.h"
 #include "linux/MountTable.h"
-#include "platform/linux/VolumeSelection.h"
+#include "linux/VolumeSelection.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,6 @@
 #include "helper/HelperProcess.h"
 
+#include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/socket.h>
@@ -7,6 +8,7 @@
 #include <sys/wait.h>
 
 #include <cerrno>
+#include <sstream>
 #include <stdexcept>
 
 namespace brightsweep::test {
@@ -25,7 +27,7 @@ HelperProcess::HelperProcess(const std::vector<std::string> &environment) {
         }
         ::dup2(others.get(), 0);
         ::dup2(others.get(), 1);
-        ::execl(BRIGHTSWEEP_TEST_HELPER, BRIGHTSWEEP_TEST_HELPER, nullptr);
+        ::execl(BRIGHTSWEEP_TEST_HELPER, BRIGHTSWEEP_TEST_HELPER, "files", nullptr);
         ::_exit(127);
     }
     if (const auto hello = payload())
@@ -53,19 +55,23 @@ std::optional<std::string> HelperProcess::payload() {
     }
 }
 
-std::optional<helper::Reply> HelperProcess::reply() {
+std::optional<helper::Replies> HelperProcess::replies() {
     const auto answer = payload();
-    return answer ? helper::decodeReply(*answer) : std::nullopt;
+    return answer ? helper::decodeReplies(*answer) : std::nullopt;
 }
 
-helper::Reply HelperProcess::remove(const helper::RemovePath &removal) {
-    sendBytes(helper::frame(helper::encodeRequest({m_token, helper::Verb::RemovePath, removal})));
-    return reply().value_or(helper::Reply{false, false, "no reply"});
+void HelperProcess::sendRequest(helper::Verb verb, const helper::RemoveItems &removal) {
+    sendBytes(helper::frame(helper::encodeRequest({m_token, verb, removal})));
+}
+
+helper::Replies HelperProcess::remove(const helper::RemoveItems &removal) {
+    sendRequest(helper::Verb::RemoveItems, removal);
+    return replies().value_or(helper::Replies{{false, false, "no reply"}});
 }
 
 helper::Reply HelperProcess::remove(const std::filesystem::path &root,
                                     const std::string &relative) {
-    return remove(removalBelow(root, relative));
+    return remove(removalBelow(root, relative)).front();
 }
 
 int HelperProcess::finish() {
@@ -78,10 +84,31 @@ int HelperProcess::finish() {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-helper::RemovePath removalBelow(const std::filesystem::path &root, const std::string &relative) {
+helper::RemoveItems removalOf(const std::filesystem::path &root, const std::string &way,
+                              const std::vector<std::string> &names) {
     struct stat status {};
     ::stat(root.c_str(), &status);
-    return {root.native(), status.st_dev, status.st_ino, relative};
+    helper::RemoveItems removal{root.native(), status.st_dev, status.st_ino, way, {}};
+    // By descriptors: the way may be longer than a path may be.
+    FileDescriptor folder(::open(root.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    std::istringstream components(way);
+    for (std::string name; folder && std::getline(components, name, '/');)
+        folder = FileDescriptor(::openat(folder.get(), name.c_str(), O_PATH | O_CLOEXEC));
+    for (const std::string &name : names) {
+        struct stat item {};
+        ::fstatat(folder.get(), name.c_str(), &item, AT_SYMLINK_NOFOLLOW);
+        removal.items.push_back({name, item.st_dev, item.st_ino, item.st_mode & S_IFMT,
+                                 std::uint64_t(item.st_size),
+                                 item.st_ctim.tv_sec * 1'000'000'000 + item.st_ctim.tv_nsec});
+    }
+    return removal;
+}
+
+helper::RemoveItems removalBelow(const std::filesystem::path &root, const std::string &relative) {
+    const auto slash = relative.rfind('/');
+    const bool isDirect = slash == std::string::npos;
+    return removalOf(root, isDirect ? std::string() : relative.substr(0, slash),
+                     {relative.substr(slash + 1)});
 }
 
 void enterPrivateMounts() {

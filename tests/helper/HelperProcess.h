@@ -25,11 +25,14 @@ public:
     const helper::Token &token() const { return m_token; }
     void sendBytes(std::string_view bytes);
     /// Nothing when the stream has ended.
-    std::optional<helper::Reply> reply();
-    /// Sends a removal with the right token and waits for its reply.
-    helper::Reply remove(const helper::RemovePath &removal);
-    /// The same for a path below a folder, which is taken as it is now.
+    std::optional<helper::Replies> replies();
+    void sendRequest(helper::Verb verb, const helper::RemoveItems &removal = {});
+    /// Sends a removal with the right token and waits for its replies.
+    helper::Replies remove(const helper::RemoveItems &removal);
+    /// The reply for one item below a folder; both are taken as they are now.
     helper::Reply remove(const std::filesystem::path &root, const std::string &relative);
+    pid_t process() const { return m_process; }
+    int stream() const { return m_stream.get(); }
     /// Ends the input and gives the exit status.
     int finish();
 
@@ -42,8 +45,11 @@ private:
     helper::Token m_token{};
 };
 
-/// A removal below a folder, which is taken as it is now.
-helper::RemovePath removalBelow(const std::filesystem::path &root, const std::string &relative);
+/// Items of a directory below a folder, all taken as they are now.
+helper::RemoveItems removalOf(const std::filesystem::path &root, const std::string &way,
+                              const std::vector<std::string> &names);
+/// The same for one item, by the way to it.
+helper::RemoveItems removalBelow(const std::filesystem::path &root, const std::string &relative);
 
 /// Gives the calling process mounts of its own, once.
 void enterPrivateMounts();

@@ -6,8 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 
 #include <fstream>
 #include <memory>
@@ -15,7 +18,8 @@
 namespace brightsweep {
 namespace {
 
-using helper::RemovePath;
+using helper::RemoveItems;
+using helper::Replies;
 using helper::Reply;
 using helper::Request;
 using helper::Token;
@@ -41,6 +45,16 @@ private:
     std::filesystem::path m_place;
 };
 
+// A folder that even root cannot change, on a file system that knows such.
+bool setImmutable(const std::filesystem::path &folder, bool immutable) {
+    const FileDescriptor directory(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    int flags = 0;
+    if (!directory || ::ioctl(directory.get(), FS_IOC_GETFLAGS, &flags) != 0)
+        return false;
+    flags = immutable ? flags | FS_IMMUTABLE_FL : flags & ~FS_IMMUTABLE_FL;
+    return ::ioctl(directory.get(), FS_IOC_SETFLAGS, &flags) == 0;
+}
+
 TEST(Helper, HandsOutAFreshTokenAndEndsWithItsInput) {
     HelperProcess one;
     HelperProcess other;
@@ -55,16 +69,16 @@ TEST(Helper, RefusesEveryFrameThatIsNoRequestAndGoesOn) {
     HelperProcess process;
     Token wrong = process.token();
     wrong[31] ^= 1;
-    const RemovePath removal = test::removalBelow(tree.path("folder"), "item");
-    const std::string good = helper::encodeRequest({process.token(), Verb::RemovePath, removal});
+    const RemoveItems removal = test::removalBelow(tree.path("folder"), "item");
+    const std::string good = helper::encodeRequest({process.token(), Verb::RemoveItems, removal});
     std::string unknown = good;
     unknown[wrong.size()] = 99;
     const struct {
         std::string payload;
         const char *words;
     } cases[] = {
-        {helper::encodeRequest({wrong, Verb::RemovePath, removal}), "wrong token"},
-        {helper::encodeRequest({Token{}, Verb::RemovePath, removal}), "wrong token"},
+        {helper::encodeRequest({wrong, Verb::RemoveItems, removal}), "wrong token"},
+        {helper::encodeRequest({Token{}, Verb::RemoveItems, removal}), "wrong token"},
         {"", "wrong token"},
         {std::string(1000, '\xff'), "wrong token"},
         {unknown, "unknown verb"},
@@ -75,13 +89,10 @@ TEST(Helper, RefusesEveryFrameThatIsNoRequestAndGoesOn) {
     const auto before = tree.snapshot();
     for (const auto &row : cases) {
         process.sendBytes(helper::frame(row.payload));
-        const auto reply = process.reply();
-        ASSERT_TRUE(reply);
-        EXPECT_FALSE(reply->performed);
-        EXPECT_EQ(reply->output, row.words);
+        EXPECT_EQ(process.replies(), Replies({{false, false, row.words}}));
     }
     EXPECT_EQ(tree.snapshot(), before);
-    EXPECT_TRUE(isRemoved(process.remove(removal)));
+    EXPECT_TRUE(isRemoved(process.remove(removal).front()));
 }
 
 TEST(Helper, EndsAtAStreamThatCannotBeRead) {
@@ -91,17 +102,17 @@ TEST(Helper, EndsAtAStreamThatCannotBeRead) {
     {
         HelperProcess process;
         process.sendBytes("\xff\xff\xff\x7f");
-        EXPECT_EQ(process.reply().value_or(Reply{}).output, "oversized frame");
-        EXPECT_FALSE(process.reply());
+        EXPECT_EQ(process.replies(), Replies({{false, false, "oversized frame"}}));
+        EXPECT_FALSE(process.replies());
         EXPECT_EQ(process.finish(), 1);
     }
     HelperProcess process;
-    const RemovePath removal = test::removalBelow(tree.path("folder"), "item");
+    const RemoveItems removal = test::removalBelow(tree.path("folder"), "item");
     const auto whole =
-        helper::frame(helper::encodeRequest({process.token(), Verb::RemovePath, removal}));
+        helper::frame(helper::encodeRequest({process.token(), Verb::RemoveItems, removal}));
     process.sendBytes(whole.substr(0, whole.size() - 1));
     EXPECT_EQ(process.finish(), 1);
-    EXPECT_FALSE(process.reply());
+    EXPECT_FALSE(process.replies());
     EXPECT_EQ(tree.snapshot(), before);
 }
 
@@ -111,32 +122,37 @@ TEST(Helper, RefusesWhatMustStay) {
     all.file("work/folder/item");
     all.file("home/.cache/item");
     all.file("home/.local/share/Trash/files/item");
-    for (const char *place : {"system/etc", "system/usr/bin", "system/var/log/apt",
-                              "system/var/lib/private", "system/boot/efi"})
+    for (const char *place : {"system/usr/bin", "system/var/log/apt", "system/boot/efi"})
         all.file(std::string(place) + "/item");
     all.link("work/home", environment.home());
     const auto root = environment.root();
-    const RemovePath right = test::removalBelow(root / "work", "folder/item");
-    RemovePath otherDirectory = right;
-    ++otherDirectory.inode;
-    RemovePath notAbsolute = right;
-    notAbsolute.root = "work";
-    RemovePath missing = right;
-    missing.root += "/missing";
-
-    const RemovePath refused[] = {
-        otherDirectory,
-        notAbsolute,
-        missing,
-        test::removalBelow(root / "work", ""),
-        test::removalBelow(root / "work", "."),
-        test::removalBelow(root / "work", "folder/.."),
-        test::removalBelow(root / "work", "../home"),
-        test::removalBelow(root / "work", "./folder"),
-        test::removalBelow(root / "work", "folder//item"),
-        test::removalBelow(root / "work", "folder/item/"),
-        test::removalBelow(root / "work", "/folder/item"),
-        test::removalBelow(root / "work", std::string("folder\0/item", 12)),
+    const RemoveItems right = test::removalBelow(root / "work", "folder/item");
+    const auto changed = [&](auto change) {
+        RemoveItems other = right;
+        change(other);
+        return other;
+    };
+    const RemoveItems refused[] = {
+        changed([](RemoveItems &other) { ++other.inode; }),
+        changed([](RemoveItems &other) { ++other.device; }),
+        changed([](RemoveItems &other) { other.root = "work"; }),
+        changed([](RemoveItems &other) { other.root += "/missing"; }),
+        changed([](RemoveItems &other) { other.root += "/../work"; }),
+        changed([&](RemoveItems &other) { other.root = "/proc/self/root" + other.root; }),
+        changed([](RemoveItems &other) { other.way = "folder/.."; }),
+        changed([](RemoveItems &other) { other.way = "./folder"; }),
+        changed([](RemoveItems &other) { other.way = "/folder"; }),
+        changed([](RemoveItems &other) { other.way = "folder/"; }),
+        changed([](RemoveItems &other) { other.way = std::string("folder\0", 7); }),
+        changed([](RemoveItems &other) { other.items[0].name = ""; }),
+        changed([](RemoveItems &other) { other.items[0].name = ".."; }),
+        changed([](RemoveItems &other) { other.items[0].name = "../folder"; }),
+        // Something else than what was looked at.
+        changed([](RemoveItems &other) { ++other.items[0].device; }),
+        changed([](RemoveItems &other) { ++other.items[0].inode; }),
+        changed([](RemoveItems &other) { other.items[0].type = S_IFDIR; }),
+        changed([](RemoveItems &other) { ++other.items[0].size; }),
+        changed([](RemoveItems &other) { ++other.items[0].changed; }),
         test::removalBelow(root / "work", "home/.cache/item"), // through a link
         test::removalBelow("/", "no-such-item-anywhere"),
         test::removalBelow(root, "home"),
@@ -145,40 +161,118 @@ TEST(Helper, RefusesWhatMustStay) {
         test::removalBelow(root / "home/.local/share/Trash", "files"),
         test::removalBelow(root / "work/home", ".cache"), // the root itself reached by a link
         test::removalBelow(root, "system"),
-        test::removalBelow(root / "system", "etc"),
-        test::removalBelow(root / "system", "usr/bin"),
+        test::removalBelow(root / "system", "usr"),
         test::removalBelow(root / "system", "boot/efi"),
         test::removalBelow(root / "system/var/log", "apt"),
-        test::removalBelow(root / "system/var", "lib"),
-        test::removalBelow("/proc", "sys/no-such-item"),
+        test::removalBelow("/usr", "share"),
+        test::removalBelow("/etc", "hostname"), // part of the system
+        test::removalBelow("/proc", "sys/kernel"),
     };
     HelperProcess process;
     const auto before = all.snapshot();
-    for (const RemovePath &removal : refused) {
-        const Reply reply = process.remove(removal);
-        EXPECT_FALSE(reply.performed) << removal.root << " " << removal.relative;
+    for (const RemoveItems &removal : refused) {
+        const Reply reply = process.remove(removal).front();
+        EXPECT_FALSE(reply.performed) << removal.root << " " << removal.way;
         EXPECT_NE(reply.output, "");
     }
     EXPECT_EQ(all.snapshot(), before);
     // What lies in those places may go.
-    EXPECT_TRUE(isRemoved(process.remove(root / "work", "folder/item")));
+    EXPECT_TRUE(isRemoved(process.remove(right).front()));
     EXPECT_TRUE(isRemoved(process.remove(root / "home/.cache", "item")));
     EXPECT_TRUE(isRemoved(process.remove(root / "system/var/log/apt", "item")));
-    // The prefix is the caller's own only where nobody has gained rights.
-    HelperProcess gained({"PKEXEC_UID=0"});
-    EXPECT_TRUE(isRemoved(gained.remove(root / "system", "etc")));
 }
 
-TEST(Helper, GuardsAPlaceThatIsReachedByABindMount) {
+// The way around a refusal by another path to the same place.
+TEST(Helper, GuardsAPlaceByWhateverPathItIsReached) {
     test::enterPrivateMounts();
     TestTree tree;
     auto &environment = TestEnvironment::current();
-    std::filesystem::create_directories(environment.system() / "var/log/apt");
-    const Mounted bound((environment.system() / "var/log").c_str(), tree.directory("bound"),
-                        nullptr, MS_BIND);
+    TestTree system(environment.system());
+    system.file("var/log/apt/term.log");
+    system.file("var/lib/dpkg/status");
+    const Mounted bound((environment.system() / "var").c_str(), tree.directory("bound"), nullptr,
+                        MS_BIND);
+    // A short link whose real path no call takes at once.
+    std::string deep = "deep";
+    for (int i = 0; i < 40; ++i)
+        deep += "/" + std::string(120, 'd');
+    const auto before = system.snapshot();
     HelperProcess process;
-    EXPECT_EQ(process.remove(tree.path("bound"), "apt").output, "the place is protected");
-    EXPECT_TRUE(std::filesystem::exists(environment.system() / "var/log/apt"));
+    for (const char *item : {"log/apt", "lib/dpkg", "log/apt/term.log", "lib/dpkg/status"})
+        EXPECT_FALSE(process.remove(tree.path("bound"), item).performed) << item;
+    // Another view of the mounts, by the descriptor or the root of a process.
+    const auto view = [&](const std::string &folder) {
+        RemoveItems removal = test::removalBelow(tree.path("bound"), "log/apt");
+        removal.root = folder + removal.root;
+        return process.remove(removal).front();
+    };
+    EXPECT_FALSE(view("/proc/" + std::to_string(::getpid()) + "/root").performed);
+    EXPECT_EQ(system.snapshot(), before);
+}
+
+TEST(Helper, TakesSeveralItemsAndTellsThemApart) {
+    TestTree tree;
+    std::vector<std::string> names;
+    for (int i = 0; i < 64; ++i)
+        names.push_back("item" + std::to_string(i));
+    for (const std::string &name : names)
+        tree.file("folder/" + name + "/file");
+    tree.file("folder/kept");
+    HelperProcess process;
+    RemoveItems removal = test::removalOf(tree.path("folder"), "", names);
+    removal.items[5].changed += 1;
+    const Replies replies = process.remove(removal);
+    ASSERT_EQ(replies.size(), names.size());
+    for (std::size_t i = 0; i < replies.size(); ++i)
+        EXPECT_EQ(isRemoved(replies[i]), i != 5) << replies[i].output;
+    EXPECT_EQ(replies[5].output, "changed since it was found");
+    EXPECT_TRUE(tree.exists("folder/item5/file"));
+    EXPECT_EQ(tree.snapshot("folder").size(), 3u);
+    // After a word of the tool the rest is tried alone.
+    tree.file("batch/good");
+    tree.file("batch/bad/file");
+    const auto bad = tree.path("batch/bad");
+    ASSERT_TRUE(setImmutable(bad, true));
+    const Replies told = process.remove(test::removalOf(tree.path("batch"), "", {"bad", "good"}));
+    EXPECT_TRUE(told[0].performed && !told[0].gone && !told[0].output.empty());
+    EXPECT_TRUE(isRemoved(told[1]));
+    EXPECT_TRUE(setImmutable(bad, false));
+}
+
+TEST(Helper, IsHeardOnlyByWhoeverStartedIt) {
+    TestTree tree;
+    tree.file("folder/item");
+    HelperProcess process;
+    const RemoveItems removal = test::removalBelow(tree.path("folder"), "item");
+    // A child has the socket and the token, as a thief would.
+    const pid_t thief = ::fork();
+    if (thief == 0) {
+        process.sendRequest(Verb::RemoveItems, removal);
+        ::_exit(0);
+    }
+    ::waitpid(thief, nullptr, 0);
+    EXPECT_FALSE(process.replies());
+    EXPECT_EQ(process.finish(), 1);
+    EXPECT_TRUE(tree.exists("folder/item"));
+}
+
+TEST(Helper, StopsWithinAnItemAndEndsWithItsStarter) {
+    TestTree tree;
+    for (int i = 0; i < 20; ++i)
+        tree.deepChain("folder/item/" + std::to_string(i), 9'000);
+    HelperProcess process;
+    process.sendRequest(Verb::RemoveItems, test::removalBelow(tree.path("folder"), "item"));
+    process.sendRequest(Verb::Stop);
+    const auto stopped = process.replies();
+    ASSERT_TRUE(stopped);
+    EXPECT_FALSE(stopped->front().gone);
+    EXPECT_EQ(stopped->front().output, "stopped");
+    EXPECT_TRUE(tree.exists("folder/item"));
+    // A stop without anything to stop is passed over.
+    process.sendRequest(Verb::Stop);
+    process.sendRequest(Verb::RemoveItems, test::removalBelow(tree.path("folder"), "item"));
+    EXPECT_EQ(process.finish(), 0);
+    EXPECT_TRUE(tree.exists("folder/item")) << "the tool went on after its starter";
 }
 
 TEST(Helper, RemovesWhateverTheName) {
@@ -200,9 +294,8 @@ TEST(Helper, RemovesWhateverTheName) {
     tree.link("folder/link", tree.path("beside"));
     EXPECT_TRUE(isRemoved(process.remove(tree.path("folder"), "link")));
     EXPECT_TRUE(tree.exists("beside/-v"));
-    // What has gone before, or lay in what has gone, counts as removed.
+    // What has gone before counts as removed.
     EXPECT_TRUE(isRemoved(process.remove(tree.path("folder"), "missing")));
-    EXPECT_TRUE(isRemoved(process.remove(tree.path("folder"), "missing/below")));
 }
 
 TEST(Helper, RemovesTreesAndPathsOfAnyDepth) {
@@ -231,7 +324,9 @@ TEST(Helper, RemovesTreesAndPathsOfAnyDepth) {
     struct stat status {};
     ASSERT_EQ(::fstat(descriptor, &status), 0);
     removal.inode = status.st_ino;
-    EXPECT_TRUE(isRemoved(process.remove(removal)));
+    const auto item = test::removalBelow(tree.path("folder"), above + "/d");
+    removal.items = item.items;
+    EXPECT_TRUE(isRemoved(process.remove(removal).front()));
     EXPECT_NE(::fstatat(descriptor, "d", &status, AT_SYMLINK_NOFOLLOW), 0);
     ::close(descriptor);
 }
@@ -248,21 +343,22 @@ TEST(Helper, LeavesATreeWithAMountInItWhole) {
     for (const char *relative : {"tree", "tree/a", "tree/a/b"}) {
         const Reply reply = process.remove(tree.path("folder"), relative);
         EXPECT_FALSE(reply.performed);
-        EXPECT_EQ(reply.output, "Device or resource busy");
+        EXPECT_EQ(reply.output, "holds another volume");
     }
+    EXPECT_EQ(process.remove(tree.path("folder"), "tree/a/b/file").output,
+              "lies on another volume");
     EXPECT_EQ(tree.snapshot(), before);
     EXPECT_TRUE(isRemoved(process.remove(tree.path("folder/tree"), "kept")));
 }
 
 TEST(Helper, SendsTheBeginningOfWhatTheToolSays) {
-    test::enterPrivateMounts();
     TestTree tree;
-    tree.file("folder/" + std::string(200, 'n'));
-    const auto folder = tree.path("folder");
-    const Mounted bound(folder.c_str(), folder, nullptr, MS_BIND);
-    const Mounted readOnly(folder.c_str(), folder, nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY);
+    const std::string name(200, 'n');
+    tree.file("folder/" + name + "/file");
+    ASSERT_TRUE(setImmutable(tree.path("folder/" + name), true));
     HelperProcess process;
-    const Reply reply = process.remove(folder, std::string(200, 'n'));
+    const Reply reply = process.remove(tree.path("folder"), name);
+    EXPECT_TRUE(setImmutable(tree.path("folder/" + name), false));
     EXPECT_TRUE(reply.performed);
     EXPECT_FALSE(reply.gone);
     EXPECT_EQ(reply.output.size(), 128u);
@@ -293,9 +389,8 @@ TEST(Helper, DropsTheCaches) {
     const auto file = tree.file("drop_caches", "");
     const Mounted bound(file.c_str(), "/proc/sys/vm/drop_caches", nullptr, MS_BIND);
     HelperProcess process;
-    process.sendBytes(
-        helper::frame(helper::encodeRequest({process.token(), Verb::DropCaches, {}})));
-    EXPECT_TRUE(process.reply().value_or(Reply{}).performed);
+    process.sendRequest(Verb::DropCaches);
+    EXPECT_EQ(process.replies(), Replies({{true, false, {}}}));
     std::string text;
     std::ifstream(file) >> text;
     EXPECT_EQ(text, "3");

@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxAdministratorRights.h"
 
 #include "platform/Platform.h"
+#include "support/Removals.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
@@ -27,8 +28,10 @@ std::string textOf(const std::filesystem::path &file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-RemovalTarget targetIn(const std::filesystem::path &folder, const std::string &name) {
-    return {*Platform::current().files->rememberRoot(folder), name};
+PrivilegedRemoval removalOf(const std::filesystem::path &folder, const std::string &name) {
+    FileOperations &files = *Platform::current().files;
+    const auto target = test::targetIn(folder, name);
+    return {target.root, {}, {{name, files.openItem(target).value_or({}).attributes}}};
 }
 
 // The one child of this process.
@@ -41,21 +44,52 @@ TEST(Rights, RootGetsThemWithoutBeingAsked) {
     TestTree tree;
     tree.file("folder/item");
     LinuxAdministratorRights rights;
-    const auto target = targetIn(tree.path("folder"), "item");
-    EXPECT_FALSE(rights.removeItem({}, target).performed);
+    const auto removal = removalOf(tree.path("folder"), "item");
+    EXPECT_FALSE(rights.removeItems({}, removal, nullptr)[0].performed);
     ASSERT_EQ(rights.request().outcome, RightsOutcome::Granted);
     const RightsToken token = rights.token();
     EXPECT_TRUE(rights.accepts(token));
     EXPECT_FALSE(rights.accepts({}));
     EXPECT_EQ(rights.request().outcome, RightsOutcome::Granted);
     EXPECT_EQ(rights.token(), token); // no second process
-    EXPECT_FALSE(rights.removeItem({}, target).performed);
+    EXPECT_FALSE(rights.removeItems({}, removal, nullptr)[0].performed);
     EXPECT_TRUE(tree.exists("folder/item"));
-    EXPECT_TRUE(rights.removeItem(token, target).gone);
+    EXPECT_TRUE(rights.removeItems(token, removal, nullptr)[0].gone);
     EXPECT_FALSE(tree.exists("folder/item"));
     EXPECT_EQ(rights.release(), 0);
     EXPECT_FALSE(rights.accepts(token));
-    EXPECT_EQ(childProcess(), 0);
+    EXPECT_EQ(rights.token(), RightsToken{});
+}
+
+// Neither a stop nor giving the rights up waits for the tool.
+TEST(Rights, ARemovalEndsWhenItIsStoppedOrTheRightsAreGivenUp) {
+    TestTree tree;
+    for (int i = 0; i < 20; ++i)
+        tree.deepChain("folder/item/" + std::to_string(i), 9'000);
+    LinuxAdministratorRights rights;
+    ASSERT_EQ(rights.request().outcome, RightsOutcome::Granted);
+    const RightsToken token = rights.token();
+    std::atomic<bool> stop{true};
+    const auto stopped = rights.removeItems(token, removalOf(tree.path("folder"), "item"), &stop);
+    EXPECT_EQ(stopped[0].output, "stopped");
+    EXPECT_TRUE(rights.accepts(token));
+
+    std::atomic<bool> asked{false};
+    PrivilegedReply reply{true, true, {}};
+    std::thread asking([&] {
+        const auto removal = removalOf(tree.path("folder"), "item");
+        asked = true;
+        reply = rights.removeItems(token, removal, nullptr)[0];
+    });
+    while (!asked)
+        std::this_thread::yield();
+    // Answered whatever the request is doing.
+    EXPECT_TRUE(rights.accepts(token));
+    rights.release();
+    EXPECT_FALSE(rights.accepts(token));
+    asking.join();
+    EXPECT_FALSE(reply.gone);
+    EXPECT_TRUE(tree.exists("folder/item"));
 }
 
 TEST(Rights, AreLostWithTheirProcessAndCanBeGotAnew) {
@@ -70,13 +104,13 @@ TEST(Rights, AreLostWithTheirProcessAndCanBeGotAnew) {
     siginfo_t info;
     ASSERT_EQ(::waitid(P_PID, id_t(helper), &info, WEXITED | WNOWAIT), 0);
     EXPECT_FALSE(rights.accepts(token));
-    const auto target = targetIn(tree.path("folder"), "item");
-    EXPECT_FALSE(rights.removeItem(token, target).performed);
+    const auto removal = removalOf(tree.path("folder"), "item");
+    EXPECT_FALSE(rights.removeItems(token, removal, nullptr)[0].performed);
     EXPECT_TRUE(tree.exists("folder/item"));
     EXPECT_EQ(rights.token(), RightsToken{});
     ASSERT_EQ(rights.request().outcome, RightsOutcome::Granted);
-    EXPECT_FALSE(rights.removeItem(token, target).performed); // the old token
-    EXPECT_TRUE(rights.removeItem(rights.token(), target).gone);
+    EXPECT_FALSE(rights.removeItems(token, removal, nullptr)[0].performed); // the old token
+    EXPECT_TRUE(rights.removeItems(rights.token(), removal, nullptr)[0].gone);
 }
 
 TEST(Rights, AProcessThatDiesOverARequestKeepsNobodyWaiting) {
@@ -87,9 +121,9 @@ TEST(Rights, AProcessThatDiesOverARequestKeepsNobodyWaiting) {
     const pid_t helper = childProcess();
     ASSERT_GT(helper, 0);
     ::kill(helper, SIGSTOP);
+    const auto removal = removalOf(tree.path("folder"), "item");
     PrivilegedReply reply{true, true, {}};
-    std::thread asking(
-        [&] { reply = rights.removeItem(rights.token(), targetIn(tree.path("folder"), "item")); });
+    std::thread asking([&] { reply = rights.removeItems(rights.token(), removal, nullptr)[0]; });
     ::kill(helper, SIGKILL);
     asking.join();
     EXPECT_FALSE(reply.performed);
@@ -111,9 +145,9 @@ TEST(Rights, ServeSixThreads) {
     for (int thread = 0; thread < threads; ++thread) {
         workers.emplace_back([&, thread] {
             for (int i = 0; i < items; ++i) {
-                const auto target =
-                    targetIn(tree.path("folder"), std::to_string(thread * items + i));
-                gone += rights.removeItem(rights.token(), target).gone ? 1 : 0;
+                const auto removal =
+                    removalOf(tree.path("folder"), std::to_string(thread * items + i));
+                gone += rights.removeItems(rights.token(), removal, nullptr)[0].gone ? 1 : 0;
             }
         });
     }
@@ -146,9 +180,10 @@ TEST_P(Pkexec, AsksTheRealAuthority) {
     TestTree tree;
     std::vector<std::string> items;
     for (int i = 0; i < 5; ++i)
-        items.push_back(tree.file("protected/" + std::to_string(i) + "/file").parent_path());
-    tree.file("protected/kept");
-    const auto before = tree.snapshot("protected");
+        items.push_back(
+            tree.file("stage/home/protected/" + std::to_string(i) + "/file").parent_path());
+    tree.file("stage/home/protected/kept");
+    const auto before = tree.snapshot("stage/home/protected");
     const auto folder = tree.directory("stage");
 
     const auto bin = std::filesystem::path(BRIGHTSWEEP_TEST_PROBE).parent_path();
@@ -172,13 +207,13 @@ TEST_P(Pkexec, AsksTheRealAuthority) {
 
     if (GetParam().granted) {
         EXPECT_THAT(out, HasSubstr("rights 1\nagain 1\n1 "));
-        EXPECT_EQ(tree.snapshot("protected").size(), 1u);
-        EXPECT_TRUE(tree.exists("protected/kept"));
+        EXPECT_EQ(tree.snapshot("stage/home/protected").size(), 1u);
+        EXPECT_TRUE(tree.exists("stage/home/protected/kept"));
         EXPECT_EQ(textOf(folder / "counted/count"), "asked\n"); // once for all items
     } else {
         EXPECT_THAT(out, HasSubstr("rights 0\n"));
         EXPECT_THAT(out, testing::Not(HasSubstr("\n1 ")));
-        EXPECT_EQ(tree.snapshot("protected"), before);
+        EXPECT_EQ(tree.snapshot("stage/home/protected"), before);
         EXPECT_THAT(log, HasSubstr("Copy Rights Unsuccessful: "));
         EXPECT_THAT(log, HasSubstr(GetParam().words)) << log;
     }

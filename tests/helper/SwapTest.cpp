@@ -5,6 +5,7 @@
 #include "helper/HelperProcess.h"
 #include "platform/FileOperations.h"
 #include "platform/Platform.h"
+#include "support/Removals.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
@@ -95,7 +96,7 @@ void swapDuring(Swapped swapped, Remove remove) {
                 ::close(::openat(items.get(), "victim", O_CREAT | O_WRONLY | O_CLOEXEC, 0644));
             }
         }
-        removed += remove(target) ? 1 : 0;
+        removed += remove(target, items) ? 1 : 0;
         ++tried;
     }
     EXPECT_TRUE(swapper.stop());
@@ -108,9 +109,16 @@ void swapDuring(Swapped swapped, Remove remove) {
 TEST(Swap, TheHelperRemovesNothingOutside) {
     for (const Swapped swapped : {Swapped::Parent, Swapped::Above, Swapped::Root}) {
         test::HelperProcess process;
-        swapDuring(swapped, [&](const RemovalTarget &target) {
-            const auto reply = process.remove({target.root.path.native(), target.root.device,
-                                               target.root.inode, target.relative.native()});
+        swapDuring(swapped, [&](const RemovalTarget &target, const FileDescriptor &items) {
+            const std::string &relative = target.relative.native();
+            const auto slash = relative.rfind('/');
+            const auto here = "/proc/self/fd/" + std::to_string(items.get());
+            const auto reply =
+                process
+                    .remove({target.root.path.native(), target.root.device, target.root.inode,
+                             slash == relative.npos ? "" : relative.substr(0, slash),
+                             test::removalBelow(here, "victim").items})
+                    .front();
             return reply.performed && reply.gone;
         });
     }
@@ -118,8 +126,8 @@ TEST(Swap, TheHelperRemovesNothingOutside) {
 
 TEST(Swap, TheProgramRemovesNothingOutside) {
     for (const Swapped swapped : {Swapped::Parent, Swapped::Above, Swapped::Root}) {
-        swapDuring(swapped, [](const RemovalTarget &target) {
-            return !Platform::current().files->removeItem(target);
+        swapDuring(swapped, [](const RemovalTarget &target, const FileDescriptor &) {
+            return !test::removeItem(target);
         });
     }
 }

@@ -68,8 +68,9 @@ def names(top, prefix):
     check(info.findtext("id") == ID, "the metainfo has another name")
     check(info.findtext("launchable") == f"{ID}.desktop", "the metainfo starts another entry")
     policy = xml.parse(share / f"polkit-1/actions/{ID}.policy").getroot()
-    action = policy.find("action")
-    check(action.get("id") == f"{ID}.helper", "the policy action has another name")
+    actions = {action.get("id"): action for action in policy.findall("action")}
+    check(set(actions) == {f"{ID}.files", f"{ID}.packages"}, "the policy has other actions")
+    action = actions[f"{ID}.files"]
     helper = [note.text for note in action.iter("annotate")
               if note.get("key") == "org.freedesktop.policykit.exec.path"]
     check(helper == [f"{prefix}/libexec/brightsweep-helper"], f"the policy starts {helper}")

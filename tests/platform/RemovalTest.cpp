@@ -1,12 +1,16 @@
 #include "platform/FileOperations.h"
 
+#include "linux/ModeJournal.h"
+#include "linux/RemovalError.h"
 #include "platform/Platform.h"
 #include "support/ChildProcess.h"
+#include "support/Removals.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -16,14 +20,12 @@
 namespace brightsweep {
 namespace {
 
+using test::removeItem;
+using test::targetIn;
 using test::TestTree;
 
 FileOperations &files() {
     return *Platform::current().files;
-}
-
-RemovalTarget target(const std::filesystem::path &root, const std::string &relative) {
-    return {*files().rememberRoot(root), relative};
 }
 
 TEST(Removal, TakesEveryKindOfItemAndLeavesWhatLinksLeadTo) {
@@ -47,7 +49,7 @@ TEST(Removal, TakesEveryKindOfItemAndLeavesWhatLinksLeadTo) {
     tree.hardLink("root/item/hard", tree.path("outside/kept/file"));
 
     for (const char *name : {"item", "alone", "-v", "--"})
-        EXPECT_FALSE(files().removeItem(target(tree.path("root"), name))) << name;
+        EXPECT_FALSE(removeItem(targetIn(tree.path("root"), name))) << name;
     EXPECT_EQ(tree.snapshot("outside"), outside);
     EXPECT_EQ(tree.snapshot("root").size(), 1u);
     EXPECT_TRUE(tree.exists("root/neighbour"));
@@ -57,7 +59,7 @@ TEST(Removal, GoesTenThousandLevelsDeep) {
     TestTree tree;
     tree.deepChain("root/deep", 10'000);
     tree.file("root/kept");
-    EXPECT_FALSE(files().removeItem(target(tree.path("root"), "deep")));
+    EXPECT_FALSE(removeItem(targetIn(tree.path("root"), "deep")));
     EXPECT_FALSE(tree.exists("root/deep"));
     EXPECT_TRUE(tree.exists("root/kept"));
 }
@@ -70,18 +72,18 @@ TEST(Removal, RefusesWhatIsNoPlainWayDownFromTheRoot) {
     const auto before = tree.snapshot();
     for (const char *relative :
          {"", ".", "..", "a/..", "../other", "/a", "a/", "a//b", "a/./b", "link/b", "a/b/c"})
-        EXPECT_TRUE(files().removeItem(target(tree.path("root"), relative))) << relative;
+        EXPECT_TRUE(removeItem(targetIn(tree.path("root"), relative))) << relative;
     EXPECT_EQ(tree.snapshot(), before);
 }
 
 TEST(Removal, RecognisesItsRootByWhatItIs) {
     TestTree tree;
     tree.file("root/item", "old");
-    const auto old = target(tree.path("root"), "item");
+    const auto old = targetIn(tree.path("root"), "item");
     std::filesystem::rename(tree.path("root"), tree.path("moved"));
     tree.file("root/item", "new");
     const auto before = tree.snapshot();
-    EXPECT_TRUE(files().removeItem(old));
+    EXPECT_TRUE(removeItem(old));
     EXPECT_EQ(tree.snapshot(), before);
 }
 
@@ -104,12 +106,15 @@ TEST(Removal, LeavesAnItemWithAMountWhole) {
                       return 10;
                   const auto busy = std::errc::device_or_resource_busy;
                   const auto root = tree.path("root");
-                  if (files().removeItem(target(root, "item")) != busy ||
-                      files().checkRemoval(target(root, "item")) != busy)
+                  if (removeItem(targetIn(root, "item")) != busy ||
+                      files().checkRemoval(*files().openItem(targetIn(root, "item"))) != busy)
                       return 1;
-                  if (files().removeItem(target(root, "mounted itself")) != busy)
+                  if (removeItem(targetIn(root, "mounted itself")) != busy)
                       return 2;
-                  return files().removeItem(target(root, "other")) ? 3 : 0;
+                  // Nor is there a way across it, from a root above it.
+                  if (removeItem(targetIn(root, "item/deep/mount point/file")) != busy)
+                      return 3;
+                  return removeItem(targetIn(root, "other")) ? 4 : 0;
               }));
     EXPECT_TRUE(tree.exists("root/item/first"));
     EXPECT_TRUE(tree.exists("source/file"));
@@ -120,31 +125,97 @@ TEST(Removal, StopsWithinAnItem) {
     TestTree tree;
     tree.file("root/item/a/b");
     const std::atomic<bool> stop{true};
-    EXPECT_EQ(files().removeItem(target(tree.path("root"), "item"), &stop),
+    EXPECT_EQ(removeItem(targetIn(tree.path("root"), "item"), &stop),
               std::errc::operation_canceled);
     EXPECT_TRUE(tree.exists("root/item/a/b"));
 }
 
-TEST(Removal, ChangesModesOnlyOfWhatHasNoOtherName) {
+TEST(Removal, RefusesProtectedPlacesAndWhatHoldsThem) {
+    TestTree home(test::TestEnvironment::current().home());
+    home.file("Documents/kept");
+    home.file("Bilder/kept");
+    home.file(".config/user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n");
+    home.link("link to documents", home.path("Documents"));
+    const auto before = home.snapshot();
+    const auto top = home.top();
+    for (const char *item : {"Documents", "Bilder", ".config", ".local"})
+        EXPECT_EQ(removeItem(targetIn(top, item)), RemovalError::ProtectedPlace) << item;
+    EXPECT_EQ(removeItem(targetIn(top.parent_path(), "home")), RemovalError::ProtectedPlace);
+    EXPECT_EQ(removeItem(targetIn("/", "usr")), RemovalError::ProtectedPlace);
+    EXPECT_EQ(home.snapshot(), before);
+    EXPECT_FALSE(removeItem(targetIn(top, "link to documents")));
+    EXPECT_FALSE(removeItem(targetIn(top, "Documents/kept")));
+}
+
+// Directories that their owner closed go all the same, and those that survive are closed again:
+// after an error, by the program's end, and after a kill by the next start.
+TEST(Removal, OpensModesOfDirectoriesAndPutsThemBack) {
     TestTree tree;
-    tree.file("outside", "x");
-    tree.mode("outside", 0640);
-    tree.hardLink("root/hard", tree.path("outside"));
-    tree.link("root/link", tree.path("outside"));
-    tree.file("root/own");
-    tree.mode("root/own", 0400);
-    tree.directory("root/folder");
-    tree.mode("root/folder", 0500);
-    const auto root = tree.path("root");
-    EXPECT_FALSE(files().setPermissions(target(root, "hard"), 0777));
-    EXPECT_FALSE(files().setPermissions(target(root, "link"), 0777));
-    EXPECT_EQ(*files().setPermissions(target(root, "own"), 0777), 0400u);
-    EXPECT_EQ(*files().setPermissions(target(root, "folder"), 0777), 0500u);
-    struct stat status {};
-    ::stat(tree.path("outside").c_str(), &status);
-    EXPECT_EQ(status.st_mode & 07777, 0640u);
-    ::stat(tree.path("root/own").c_str(), &status);
-    EXPECT_EQ(status.st_mode & 07777, 0777u);
+    const auto journal = tree.path("journal/modes");
+    const auto build = [&] {
+        for (const char *folder : {"root", "root/closed", "root/closed/deep", "root/held",
+                                   "root/held/foreign", "journal"})
+            tree.directory(folder);
+        tree.file("root/closed/deep/file");
+        tree.file("root/held/foreign/file");
+        tree.file("root/held/file");
+        for (const char *item : {"root", "root/closed", "root/closed/deep", "root/closed/deep/file",
+                                 "root/held", "root/held/file", "journal"})
+            ASSERT_EQ(::chown(tree.path(item).c_str(), 65534, 65534), 0);
+        tree.mode("root/closed/deep", 0000);
+        tree.mode("root/closed", 0400);
+        tree.mode("root/held", 0500);
+    };
+    const auto modeOf = [&](const char *item) {
+        struct stat status {};
+        ::stat(tree.path(item).c_str(), &status);
+        return status.st_mode & 07777u;
+    };
+    build();
+    const auto remove = [&](bool withJournal, bool dies) {
+        return test::runInChild([&] {
+            const auto closed = targetIn(tree.path("root"), "closed");
+            const auto held = targetIn(tree.path("root"), "held");
+            if (!test::becomeUnprivileged())
+                return 16;
+            if (withJournal && files().openModeJournal(journal))
+                return 17;
+            const int answer = (removeItem(closed) ? 0 : 1) | (removeItem(held) ? 0 : 2);
+            if (!dies)
+                files().closeModeJournal();
+            ::_exit(answer);
+        });
+    };
+    EXPECT_EQ(remove(false, false), 0) << "no journal, no change";
+    EXPECT_EQ(modeOf("root/closed"), 0400u);
+    EXPECT_EQ(remove(true, false), 1);
+    EXPECT_FALSE(tree.exists("root/closed"));
+    EXPECT_EQ(modeOf("root/held"), 0500u);
+    EXPECT_TRUE(tree.exists("root/held/foreign/file"));
+    EXPECT_FALSE(tree.exists("journal/modes"));
+
+    // Killed in between: the next journal puts back what nobody has changed since.
+    for (const bool changed : {false, true}) {
+        ASSERT_EQ(0, test::runInChild([&] {
+                      if (!test::becomeUnprivileged())
+                          return 16;
+                      ModeJournal killed;
+                      const FileDescriptor folder(
+                          ::open(tree.path("root/held").c_str(), O_RDONLY | O_DIRECTORY));
+                      if (killed.open(journal) ||
+                          killed.openUp(folder.get(), tree.path("root/held")).value_or(0) == 0)
+                          return 17;
+                      ::_exit(0); // no destructor, as by a kill
+                  }));
+        EXPECT_EQ(modeOf("root/held"), 0700u);
+        if (changed)
+            tree.mode("root/held", 0710);
+        EXPECT_EQ(0, test::runInChild([&] {
+                      return test::becomeUnprivileged() && !files().openModeJournal(journal) ? 0
+                                                                                             : 1;
+                  }));
+        EXPECT_EQ(modeOf("root/held"), changed ? 0710u : 0500u);
+    }
 }
 
 // As root everything is deletable, so these rows are judged by a user without rights.
@@ -176,13 +247,16 @@ TEST(Removal, KnowsWhatAUserMayTakeOut) {
         tree.mode(item, row.itemMode);
         ASSERT_EQ(::chown(tree.path(row.folder).c_str(), row.folderOwner, row.folderOwner), 0);
         tree.mode(row.folder, row.folderMode);
-        const auto thing = target(tree.path(row.folder), "item");
+        const auto thing = targetIn(tree.path(row.folder), "item");
         const int answer = test::runInChild([&] {
             if (!test::becomeUnprivileged())
                 return 16;
-            const int deletable = files().isDeletable(thing) ? 1 : 0;
-            const int passes = files().checkRemoval(thing) ? 0 : 2;
-            const int goes = files().removeItem(thing) ? 0 : 4;
+            const auto reached = files().openItem(thing);
+            if (!reached)
+                return 0;
+            const int deletable = files().isDeletable(*reached) ? 1 : 0;
+            const int passes = files().checkRemoval(*reached) ? 0 : 2;
+            const int goes = removeItem(thing) ? 0 : 4;
             return deletable | passes | goes;
         });
         EXPECT_EQ(answer, (row.deletable ? 1 : 0) | (row.goes ? 6 : 0)) << row.folder;

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <optional>
 
 namespace brightsweep {
 namespace {
@@ -20,8 +21,14 @@ using test::TestTree;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-std::vector<std::filesystem::path> pathsOf(StandardDirectory directory) {
-    return Platform::current().directories->paths(directory);
+std::vector<std::filesystem::path> pathsOf(const CleanFolders &folders) {
+    std::vector<std::filesystem::path> paths;
+    for (const RemovalRoot &folder : folders.folders)
+        paths.push_back(folder.path);
+    return paths;
+}
+std::vector<std::filesystem::path> pathsOf(CleanPlace place) {
+    return pathsOf(Platform::current().directories->cleanFolders(place));
 }
 
 TEST(StandardDirectories, SystemFoldersMustBeRealRootOwnedAndClosed) {
@@ -36,9 +43,9 @@ TEST(StandardDirectories, SystemFoldersMustBeRealRootOwnedAndClosed) {
     system.directory("var/cache/fontconfig");
     ASSERT_EQ(::chown(system.path("var/cache/fontconfig").c_str(), 1234, 1234), 0);
     system.directory("var/log/apt");
-    EXPECT_THAT(pathsOf(StandardDirectory::LocalCaches),
+    EXPECT_THAT(pathsOf(CleanPlace::LocalCaches),
                 ElementsAre(system.path("var/cache/apt/archives"), system.path("var/cache/dnf")));
-    EXPECT_THAT(pathsOf(StandardDirectory::LocalLogs), ElementsAre(system.path("var/log/apt")));
+    EXPECT_THAT(pathsOf(CleanPlace::LocalLogs), ElementsAre(system.path("var/log/apt")));
 }
 
 TEST(StandardDirectories, LogFoldersHoldNothingButLogs) {
@@ -57,7 +64,7 @@ TEST(StandardDirectories, LogFoldersHoldNothingButLogs) {
     home.directory(".config/named/logs/notadate");
     home.file(".config/a/b/logs/deep.log");
     home.directory(".config/empty/log");
-    EXPECT_THAT(pathsOf(StandardDirectory::UserLogs),
+    EXPECT_THAT(pathsOf(CleanPlace::UserLogs),
                 ElementsAre(home.path(".local/state/log"), home.path(".npm/_logs"),
                             home.path(".config/empty/log"), home.path(".config/good/logs"),
                             home.path(".local/share/app/Logs")));
@@ -89,23 +96,57 @@ TEST(StandardDirectories, DownloadsAreWhereTheUserSaysUnlessThatIsTooMuch) {
     };
     for (const auto &row : rows) {
         home.file(".config/user-dirs.dirs", row.line);
-        EXPECT_EQ(pathsOf(StandardDirectory::Downloads), row.folders) << row.line;
+        EXPECT_EQ(pathsOf(CleanPlace::Downloads), row.folders) << row.line;
     }
 }
 
-TEST(StandardDirectories, RelativeVariablesCountAsMissing) {
+// Whatever a variable or a link names: only a folder of the user's own with no other purpose.
+TEST(StandardDirectories, ACacheFolderIsTheUsersOwnAndNothingElse) {
     TestTree home(TestEnvironment::current().home());
+    TestTree elsewhere;
+    elsewhere.directory("caches");
+    elsewhere.directory("foreign");
+    ASSERT_EQ(::chown(elsewhere.path("foreign").c_str(), 1234, 1234), 0);
+    home.directory("Pictures");
+    home.link("to caches", elsewhere.path("caches"));
+    home.link("to home", home.top());
+    const auto top = home.top().native();
+    const struct {
+        std::string folder;
+        std::optional<LeftOutReason> leftOut;
+    } rows[] = {
+        {top + "/.cache", {}},
+        {top + "/to caches", {}}, // a folder of theirs elsewhere
+        {elsewhere.path("foreign"), LeftOutReason::NotOwned},
+        {"/etc", LeftOutReason::KeptPlace},
+        {"/tmp", LeftOutReason::KeptPlace},
+        {"/dev/shm", LeftOutReason::TopOfVolume},
+        {top, LeftOutReason::KeptPlace},
+        {top + "/to home", LeftOutReason::KeptPlace},
+        {top + "/Pictures", LeftOutReason::KeptPlace},
+        {top + "/.config", LeftOutReason::KeptPlace},
+        {top + "/.local", LeftOutReason::KeptPlace}, // holds others
+    };
+    for (const auto &row : rows) {
+        ::setenv("XDG_CACHE_HOME", row.folder.c_str(), 1);
+        const CleanFolders found =
+            Platform::current().directories->cleanFolders(CleanPlace::UserCaches);
+        ASSERT_EQ(found.leftOut.size() + found.folders.size(), 1u) << row.folder;
+        EXPECT_EQ(found.leftOut.empty(), !row.leftOut) << row.folder;
+        if (!found.leftOut.empty()) {
+            EXPECT_EQ(found.leftOut[0].reason, row.leftOut) << row.folder;
+            EXPECT_EQ(found.leftOut[0].path, row.folder);
+        }
+    }
     ::setenv("XDG_CACHE_HOME", "relative", 1);
-    EXPECT_THAT(pathsOf(StandardDirectory::UserCaches), ElementsAre(home.path(".cache")));
-    ::setenv("XDG_CACHE_HOME", home.top().c_str(), 1);
-    EXPECT_THAT(pathsOf(StandardDirectory::UserCaches), IsEmpty());
+    EXPECT_THAT(pathsOf(CleanPlace::UserCaches), ElementsAre(home.path(".cache")));
 }
 
 TEST(StandardDirectories, TrashesOfAVolumeMustBeSound) {
     TestTree tree;
     const std::string user = std::to_string(::getuid());
     const auto trashes = [&] {
-        return Platform::current().directories->trashesOfVolume(tree.path("volume"));
+        return pathsOf(Platform::current().directories->trashesOfVolume(tree.path("volume")));
     };
     tree.directory("volume/.Trash/" + user + "/files");
     tree.directory("volume/.Trash-" + user + "/files");
@@ -121,6 +162,11 @@ TEST(StandardDirectories, TrashesOfAVolumeMustBeSound) {
     std::filesystem::rename(tree.path("volume/.Trash"), tree.path("elsewhere"));
     tree.link("volume/.Trash", tree.path("elsewhere"));
     EXPECT_THAT(trashes(), IsEmpty()) << "a link";
+    std::filesystem::remove(tree.path("volume/.Trash"));
+    tree.directory("volume/.Trash");
+    tree.mode("volume/.Trash", 01777);
+    tree.link("volume/.Trash/" + user, tree.path("elsewhere/" + user));
+    EXPECT_THAT(trashes(), IsEmpty()) << "a link that the folder's owner put there";
 }
 
 } // namespace

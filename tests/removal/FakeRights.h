@@ -5,11 +5,14 @@
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <map>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -18,17 +21,32 @@ namespace brightsweep::test {
 
 constexpr uid_t ordinaryUser = 61234;
 
-/// The process acts as a user without rights while this lives.
+/// The process acts as a user without rights while this lives, with a runtime folder and a data
+/// folder of the user's own.
 class AsOrdinaryUser {
 public:
-    AsOrdinaryUser() { m_entered = ::seteuid(ordinaryUser) == 0; }
+    AsOrdinaryUser() {
+        for (auto &[variable, before] : m_folders) {
+            before = std::getenv(variable);
+            const auto folder = TestEnvironment::current().root() / "user" / variable;
+            std::filesystem::create_directories(folder);
+            ::chmod(folder.c_str(), 0700);
+            m_entered = ::chown(folder.c_str(), ordinaryUser, ordinaryUser) == 0;
+            ::setenv(variable, folder.c_str(), 1);
+        }
+        m_entered = m_entered && ::seteuid(ordinaryUser) == 0;
+    }
     ~AsOrdinaryUser() {
         if (m_entered && ::seteuid(0) != 0)
             std::abort();
+        for (const auto &[variable, before] : m_folders)
+            ::setenv(variable, before.c_str(), 1);
     }
     explicit operator bool() const { return m_entered && ::geteuid() == ordinaryUser; }
 
 private:
+    std::map<const char *, std::string> m_folders = {{"XDG_RUNTIME_DIR", {}},
+                                                     {"XDG_DATA_HOME", {}}};
     bool m_entered = false;
 };
 
@@ -54,30 +72,41 @@ public:
     }
     RightsToken token() const override { return isAlive ? RightsToken{7} : RightsToken{}; }
     bool accepts(const RightsToken &given) override { return isAlive && given == token(); }
-    PrivilegedReply removeItem(const RightsToken &given, const RemovalTarget &target) override {
+    std::vector<PrivilegedReply> removeItems(const RightsToken &given,
+                                             const PrivilegedRemoval &removal,
+                                             const std::atomic<bool> *) override {
         const std::lock_guard lock(m_mutex);
-        removals.push_back(target.path());
-        if (!accepts(given))
-            return {false, false, "wrong token"};
-        if (reply)
-            return reply(target);
-        // As an administrator would.
-        const uid_t user = ::geteuid();
-        const bool entered = ::seteuid(0) == 0;
-        removeTree(target.path());
-        return {entered && ::seteuid(user) == 0, true, {}};
+        ++batches;
+        std::vector<PrivilegedReply> replies;
+        for (const auto &item : removal.items) {
+            const auto path = removal.root.path / removal.way / item.name;
+            removals.push_back(path);
+            if (!accepts(given))
+                replies.push_back({false, false, "wrong token"});
+            else
+                replies.push_back(reply ? reply(path) : removeAsRoot(path));
+        }
+        return replies;
     }
     PrivilegedReply dropCaches(const RightsToken &) override { return {}; }
 
     RightsResult result{RightsOutcome::Granted, 0, {}};
-    std::function<PrivilegedReply(const RemovalTarget &)> reply;
+    std::function<PrivilegedReply(const std::filesystem::path &)> reply;
     int releaseStatus = 0;
     bool isAlive = false;
     int requests = 0;
     int releases = 0;
+    int batches = 0;
     std::vector<std::filesystem::path> removals;
 
 private:
+    static PrivilegedReply removeAsRoot(const std::filesystem::path &path) {
+        const uid_t user = ::geteuid();
+        const bool entered = ::seteuid(0) == 0;
+        removeTree(path);
+        return {entered && ::seteuid(user) == 0, true, {}};
+    }
+
     std::mutex m_mutex;
 };
 

@@ -1,16 +1,21 @@
 #include "removal/NvAuthorization.h"
 
+#include "linux/RemovalError.h"
 #include "platform/StandardDirectories.h"
 #include "removal/FakeRights.h"
 #include "removal/PadlockController.h"
+#include "removal/RemovalRun.h"
+#include "support/ChildProcess.h"
 #include "support/FaultPlatform.h"
 #include "support/LockHolder.h"
-#include "support/RecordingPlatform.h"
+#include "support/Removals.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+
+#include <QEventLoop>
 
 namespace brightsweep {
 namespace {
@@ -115,7 +120,7 @@ TEST_F(Authorization, PrivilegedSuccessIsSilenceOfTheToolAndAMissingName) {
         {{false, false, "refused"}, false}, {{false, true, ""}, false},
     };
     for (const auto &row : cases) {
-        rights.reply = [&](const RemovalTarget &) { return row.reply; };
+        rights.reply = [&](const auto &) { return row.reply; };
         EXPECT_EQ(NvAuthorization::removeItemAtPath(path), row.success) << row.reply.output;
     }
 }
@@ -129,48 +134,87 @@ TEST_F(Authorization, WhatTheUserMayDeleteNeedsNoRights) {
     tree.mode("folder/read only", 0400);
     tree.file("folder/kept");
     ASSERT_TRUE(shared.allocAuthorization());
-    test::RecordingPlatform calls;
     const LogCapture log;
     const AsOrdinaryUser user;
     ASSERT_TRUE(user);
     EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path("folder/item")));
-    EXPECT_EQ(calls.count("setPermissions"), 0u);
     EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path("folder/read only")));
-    EXPECT_EQ(calls.count("setPermissions"), 1u);
     EXPECT_EQ(tree.snapshot("folder").size(), 1u);
     EXPECT_TRUE(rights.removals.empty());
     EXPECT_EQ(log.text(), "");
 }
 
-TEST_F(Authorization, TakesItsStepsInOrder) {
+TEST_F(Authorization, WhatTheUserMayNotDeleteGoesWithRightsInOneGo) {
+    folder("folder", false);
+    std::vector<std::filesystem::path> items;
+    for (int i = 0; i < 70; ++i)
+        items.push_back(tree.file("folder/" + std::to_string(i)));
+    folder("own", true);
+    tree.file("own/item");
+    tree.file("folder/kept");
+    ASSERT_TRUE(shared.allocAuthorization());
+    const LogCapture log;
+    std::vector<std::string> told;
+    {
+        const AsOrdinaryUser user;
+        ItemRemoval removal;
+        const ItemRemoval::Told tell = [&](std::size_t index, const RemovalOutcome &outcome) {
+            EXPECT_TRUE(outcome.removed);
+            EXPECT_EQ(outcome.neededRights, index < items.size());
+            told.push_back(std::to_string(index));
+        };
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            const auto target = test::targetIn(tree.path("folder"), std::to_string(i));
+            removal.removeInTurn(i, target, removal.reach(target), tell);
+        }
+        const auto own = test::targetIn(tree.path("own"), "item");
+        removal.removeInTurn(items.size(), own, removal.reach(own), tell);
+        EXPECT_EQ(rights.batches, 1) << "the first 64";
+        EXPECT_TRUE(removal.isWaiting());
+        removal.finish(tell);
+    }
+    EXPECT_EQ(rights.batches, 2);
+    EXPECT_EQ(rights.removals, items);
+    EXPECT_EQ(told.size(), items.size() + 1);
+    EXPECT_EQ(tree.snapshot("folder").size(), 1u);
+    EXPECT_THAT(log.text(), HasSubstr("Clean deletable file failed: " + items[0].native() +
+                                      "-Permission denied\n"));
+}
+
+// What the helper is told is what the item is after the first attempt, and nothing else's place.
+TEST_F(Authorization, AnItemThatWasExchangedMeanwhileDoesNotGo) {
     folder("folder", false);
     tree.file("folder/item");
-    own("folder/item");
-    tree.mode("folder/item", 0440);
+    tree.file("folder/other");
     ASSERT_TRUE(shared.allocAuthorization());
-    const auto target = *NvAuthorization::targetOf(tree.path("folder/item"));
-    test::RecordingPlatform recorder;
-    const LogCapture log;
+    test::FaultPlatform faults;
+    faults.setFault([&](std::string_view call, const std::filesystem::path &) {
+        if (call == "removeItem" && ::seteuid(0) == 0) {
+            std::filesystem::rename(tree.path("folder/other"), tree.path("folder/item"));
+            EXPECT_EQ(::seteuid(test::ordinaryUser), 0);
+        }
+        return std::error_code();
+    });
     const AsOrdinaryUser user;
-    unsigned modeForTool = 0;
-    rights.reply = [&](const RemovalTarget &item) {
-        modeForTool = modeOf(item.path());
-        return PrivilegedReply{true, true, {}};
-    };
-    const RemovalOutcome outcome = NvAuthorization::removeWithOutcome(target);
-    EXPECT_TRUE(outcome.removed);
-    EXPECT_TRUE(outcome.neededRights);
-    EXPECT_EQ(outcome.error, std::errc::permission_denied);
-    std::vector<std::string> order;
-    for (const auto &call : recorder.calls()) {
-        if (call.argument == target.path() && call.name != "openHolder")
-            order.push_back(call.name);
-    }
-    EXPECT_THAT(order, testing::ElementsAre("isDeletable", "setPermissions", "removeItem",
-                                            "setPermissions", "rights.removeItem"));
-    EXPECT_EQ(modeForTool, 0440u);
-    EXPECT_THAT(log.text(), HasSubstr("Clean deletable file failed: " + target.path().native() +
-                                      "-Permission denied\n"));
+    EXPECT_EQ(test::removeWithOutcome(tree.path("folder/item")).error, RemovalError::Changed);
+    EXPECT_TRUE(rights.removals.empty());
+    EXPECT_TRUE(tree.exists("folder/item"));
+}
+
+TEST_F(Authorization, OneRunAtATime) {
+    tree.file("folder/item");
+    RemovalRun::Begun first = RemovalRun::begin("Clean");
+    ASSERT_TRUE(first.run);
+    EXPECT_EQ(RemovalRun::current(), first.run);
+    EXPECT_EQ(0, test::runInChild([&] {
+                  const RemovalRun::Begun other = RemovalRun::begin("other");
+                  return other.run || other.heldBy != "Clean" || other.process != ::getppid() ||
+                         !RemovalRun::refusal(other).contains(QStringLiteral("Clean"));
+              }));
+    EXPECT_FALSE(RemovalRun::begin("other").run);
+    EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path("folder/item"))) << "part of the run";
+    first.run.reset();
+    EXPECT_TRUE(RemovalRun::begin("other").run);
 }
 
 TEST_F(Authorization, WhatSurvivesIsAsItWas) {
@@ -215,7 +259,7 @@ TEST_F(Authorization, WhatIsBusyStaysBusy) {
                                     : std::error_code();
     });
     const LogCapture log;
-    const RemovalOutcome outcome = NvAuthorization::removeWithOutcome(tree.path("folder/item"));
+    const RemovalOutcome outcome = test::removeWithOutcome(tree.path("folder/item"));
     EXPECT_FALSE(outcome.removed);
     EXPECT_FALSE(outcome.neededRights);
     EXPECT_EQ(outcome.error, std::errc::device_or_resource_busy);
@@ -228,9 +272,8 @@ TEST_F(Authorization, WhatIsBusyStaysBusy) {
 class PrefixedDirectories final : public StandardDirectories {
 public:
     std::vector<std::filesystem::path> paths(StandardDirectory) override { return {}; }
-    std::vector<std::filesystem::path> trashesOfVolume(const std::filesystem::path &) override {
-        return {};
-    }
+    CleanFolders cleanFolders(CleanPlace) override { return {}; }
+    CleanFolders trashesOfVolume(const std::filesystem::path &) override { return {}; }
     std::filesystem::path systemPath(const std::filesystem::path &path) override {
         return test::TestEnvironment::current().system().native() + path.native();
     }
@@ -244,8 +287,7 @@ TEST_F(Authorization, AnArchiveThatAptHoldsIsBusyEvenForRoot) {
     const auto other = system.file("var/cache/man/index");
     ASSERT_TRUE(shared.allocAuthorization());
     auto holder = std::make_unique<test::LockHolder>(lockFile);
-    EXPECT_EQ(NvAuthorization::removeWithOutcome(package).error,
-              std::errc::device_or_resource_busy);
+    EXPECT_EQ(test::removeWithOutcome(package).error, std::errc::device_or_resource_busy);
     EXPECT_TRUE(NvAuthorization::synFastRemovePath(other));
     EXPECT_TRUE(std::filesystem::exists(package));
     EXPECT_TRUE(rights.removals.empty());
@@ -257,15 +299,13 @@ TEST_F(Authorization, SaysWhyAnItemStayed) {
     folder("folder", false);
     tree.file("folder/item");
     ASSERT_TRUE(shared.allocAuthorization());
-    rights.reply = [](const RemovalTarget &) {
-        return PrivilegedReply{true, false, "rm: cannot remove"};
-    };
+    rights.reply = [](const auto &) { return PrivilegedReply{true, false, "rm: cannot remove"}; };
     const AsOrdinaryUser user;
-    const RemovalOutcome outcome = NvAuthorization::removeWithOutcome(tree.path("folder/item"));
+    const RemovalOutcome outcome = test::removeWithOutcome(tree.path("folder/item"));
     EXPECT_FALSE(outcome.removed);
     EXPECT_TRUE(outcome.neededRights);
     EXPECT_EQ(outcome.words, "rm: cannot remove");
-    EXPECT_EQ(NvAuthorization::removeWithOutcome(tree.path("none/item")).error,
+    EXPECT_EQ(test::removeWithOutcome(tree.path("none/item")).error,
               std::errc::no_such_file_or_directory);
 }
 
@@ -273,17 +313,33 @@ TEST_F(Authorization, OnePadlockForAllPages) {
     PadlockController one;
     PadlockController other;
     std::vector<bool> heard;
+    bool wasAsking = false;
     QObject::connect(&other, &PadlockController::lockStateChanged,
                      [&](bool open) { heard.push_back(open); });
+    QObject::connect(&other, &PadlockController::askingChanged,
+                     [&](bool asking) { wasAsking = wasAsking || asking; });
+    const auto ask = [&] {
+        QEventLoop loop;
+        QObject::connect(&one, &PadlockController::lockStateChanged, &loop, &QEventLoop::quit);
+        one.unlockRigths(true);
+        // Neither the thread nor the other padlock waits, and none asks a second time.
+        EXPECT_TRUE(other.isAsking());
+        other.unlockRigths(true);
+        loop.exec();
+        return one.isOpen();
+    };
     EXPECT_FALSE(one.isOpen());
     rights.result = {RightsOutcome::Dismissed, 126, {}};
-    EXPECT_FALSE(one.unlockRigths(true));
+    EXPECT_FALSE(ask());
+    EXPECT_TRUE(wasAsking);
+    EXPECT_FALSE(other.isAsking());
     EXPECT_STREQ(other.imageName(), "Lock.png");
     rights.result = {RightsOutcome::Granted, 0, {}};
-    EXPECT_TRUE(one.unlockRigths(true));
+    EXPECT_TRUE(ask());
+    EXPECT_EQ(rights.requests, 2);
     EXPECT_TRUE(other.isOpen());
     EXPECT_STREQ(other.imageName(), "Unlock.png");
-    EXPECT_FALSE(other.unlockRigths(false));
+    other.unlockRigths(false);
     EXPECT_FALSE(one.isOpen());
     EXPECT_FALSE(shared.getAuthorizationRet());
     EXPECT_THAT(heard, testing::ElementsAre(false, true, false));

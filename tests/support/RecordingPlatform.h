@@ -10,7 +10,7 @@ namespace brightsweep::test {
 
 /// Puts itself in front of Platform::current() for the rest of the test and keeps a list of every
 /// call with its main argument, as PlatformHook tells them. Safe from every thread. The removal of
-/// AdministratorRights is listed as "rights.removeItem".
+/// AdministratorRights is listed as "rights.removeItems", with the folder of its items.
 class RecordingPlatform {
 public:
     struct Call {

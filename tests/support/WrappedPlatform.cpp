@@ -100,11 +100,6 @@ public:
             "isMountPoint", path, [&] { return m_wrapped->isMountPoint(path); },
             [](std::error_code) { return true; });
     }
-    bool isLockedByAnother(const std::filesystem::path &path) override {
-        return ask(
-            "isLockedByAnother", path, [&] { return m_wrapped->isLockedByAnother(path); },
-            [](std::error_code) { return true; });
-    }
     Result<FileDescriptor> openFile(const std::filesystem::path &path) override {
         return ask("openFile", path, [&] { return m_wrapped->openFile(path); });
     }
@@ -146,26 +141,33 @@ public:
     Result<RemovalRoot> rememberRoot(const std::filesystem::path &folder) override {
         return ask("rememberRoot", folder, [&] { return m_wrapped->rememberRoot(folder); });
     }
-    Result<OpenDirectory> openHolder(const RemovalTarget &target) override {
-        return ask("openHolder", target.path(), [&] { return m_wrapped->openHolder(target); });
+    Result<OpenDirectory> openRoot(const RemovalRoot &root) override {
+        return ask("openRoot", root.path, [&] { return m_wrapped->openRoot(root); });
     }
-    bool isDeletable(const RemovalTarget &target) override {
+    std::vector<std::filesystem::path> mountPointsBelow(const OpenDirectory &root) override {
+        return m_wrapped->mountPointsBelow(root);
+    }
+    Result<OpenItem> openItem(const RemovalTarget &target, const OpenItem *previous) override {
+        return ask("openItem", target.path(),
+                   [&] { return m_wrapped->openItem(target, previous); });
+    }
+    bool isDeletable(const OpenItem &item) override {
         return ask(
-            "isDeletable", target.path(), [&] { return m_wrapped->isDeletable(target); },
+            "isDeletable", item.path, [&] { return m_wrapped->isDeletable(item); },
             [](std::error_code) { return false; });
     }
-    std::error_code checkRemoval(const RemovalTarget &target) override {
-        return ask("checkRemoval", target.path(), [&] { return m_wrapped->checkRemoval(target); });
+    std::error_code checkRemoval(const OpenItem &item) override {
+        return ask("checkRemoval", item.path, [&] { return m_wrapped->checkRemoval(item); });
     }
-    std::error_code removeItem(const RemovalTarget &target,
-                               const std::atomic<bool> *stop) override {
-        return ask("removeItem", target.path(),
-                   [&] { return m_wrapped->removeItem(target, stop); });
+    std::error_code removeItem(const OpenItem &item, const RemovalOptions &options) override {
+        return ask("removeItem", item.path, [&] { return m_wrapped->removeItem(item, options); });
     }
-    Result<std::uint32_t> setPermissions(const RemovalTarget &target, std::uint32_t mode) override {
-        return ask("setPermissions", target.path(),
-                   [&] { return m_wrapped->setPermissions(target, mode); });
+    bool hasGone(const OpenItem &item) override { return m_wrapped->hasGone(item); }
+    std::error_code openModeJournal(const std::filesystem::path &journal) override {
+        return ask("openModeJournal", journal, [&] { return m_wrapped->openModeJournal(journal); });
     }
+    void closeModeJournal() override { m_wrapped->closeModeJournal(); }
+    void putModesBack() override { m_wrapped->putModesBack(); }
 };
 
 class WrappedDirectories final : public Wrapped<StandardDirectories> {
@@ -176,9 +178,16 @@ public:
             "paths", std::to_string(int(directory)), [&] { return m_wrapped->paths(directory); },
             none);
     }
-    std::vector<std::filesystem::path> trashesOfVolume(const std::filesystem::path &top) override {
+    CleanFolders cleanFolders(CleanPlace place) override {
         return ask(
-            "trashesOfVolume", top, [&] { return m_wrapped->trashesOfVolume(top); }, none);
+            "cleanFolders", std::to_string(int(place)),
+            [&] { return m_wrapped->cleanFolders(place); },
+            [](std::error_code) { return CleanFolders(); });
+    }
+    CleanFolders trashesOfVolume(const std::filesystem::path &top) override {
+        return ask(
+            "trashesOfVolume", top, [&] { return m_wrapped->trashesOfVolume(top); },
+            [](std::error_code) { return CleanFolders(); });
     }
     std::filesystem::path systemPath(const std::filesystem::path &path) override {
         return ask(
@@ -250,10 +259,16 @@ public:
             "accepts", {}, [&] { return m_wrapped->accepts(token); },
             [](std::error_code) { return false; });
     }
-    PrivilegedReply removeItem(const RightsToken &token, const RemovalTarget &target) override {
+    std::vector<PrivilegedReply> removeItems(const RightsToken &token,
+                                             const PrivilegedRemoval &removal,
+                                             const std::atomic<bool> *stop) override {
+        const auto folder = paths::join(removal.root.path, removal.way.native());
         return ask(
-            "rights.removeItem", target.path(),
-            [&] { return m_wrapped->removeItem(token, target); }, refused);
+            "rights.removeItems", folder,
+            [&] { return m_wrapped->removeItems(token, removal, stop); },
+            [&](std::error_code error) {
+                return std::vector<PrivilegedReply>(removal.items.size(), refused(error));
+            });
     }
     PrivilegedReply dropCaches(const RightsToken &token) override {
         return ask(

@@ -50,12 +50,14 @@ protected:
     }
 
     std::filesystem::path stage = TestEnvironment::current().work() / "stage";
-    CleanableMachine machine{stage / "home", TestEnvironment::current().system()};
+    CleanableMachine machine{stage / "home", stage / "system"};
 };
 
 TEST_P(AdminClean, AsksOnceBeforeTheFirstRemoval) {
     ASSERT_EQ(::geteuid(), 0u) << "this test sets up a system bus and so needs root";
     machine.giveHome(stageUser);
+    machine.system.directory("var/lib");
+    machine.system.link("var/run", "/run"); // where the bus is
     const auto before = machine.state();
     std::vector<std::string> arguments = {"--apply", "--admin"};
     for (const char *category : {"0", "1", "2", "3", "4", "5"})

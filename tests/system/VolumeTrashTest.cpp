@@ -33,7 +33,11 @@ private:
 ChildResult cleanTrash(const std::vector<std::string> &more = {}) {
     std::vector<std::string> arguments = {BRIGHTSWEEP_CLI, "--json", "clean", "--category", "4"};
     arguments.insert(arguments.end(), more.begin(), more.end());
-    return runProgram(arguments, {}, RunAs::Unprivileged);
+    // A home of root's has no place for the user's lock; a session does.
+    const auto runtime = TestEnvironment::current().root() / "session";
+    std::filesystem::create_directories(runtime);
+    EXPECT_EQ(::chown(runtime.c_str(), unprivilegedUser, unprivilegedUser), 0);
+    return runProgram(arguments, {{"XDG_RUNTIME_DIR", runtime}}, RunAs::Unprivileged);
 }
 
 TEST(VolumeTrash, OnlySoundTrashesOfFurtherVolumesAreEmptied) {

@@ -43,7 +43,7 @@ def allow_rights(policy):
     rules = pathlib.Path("/run/stage/rules/00-stage.rules")
     rules.write_text(rules.read_text() +
                      "polkit.addRule(function(action, subject) {\n"
-                     '    if (action.id == "com.norvmac.DeskSweeperPro.helper")\n'
+                     '    if (action.id == "com.norvmac.DeskSweeperPro.files")\n'
                      "        return polkit.Result.YES;\n});\n")
     return f"{binaries}/{os.path.basename(PROGRAM)}"
 

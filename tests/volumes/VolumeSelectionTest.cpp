@@ -1,4 +1,4 @@
-#include "platform/linux/VolumeSelection.h"
+#include "linux/VolumeSelection.h"
 #include "platform/linux/ReferenceNumbers.h"
 #include "platform/linux/RemoteFigures.h"
 #include "platform/linux/VolumeHolders.h"

@@ -31,7 +31,7 @@ QStringList quickCleanFolders() {
         if (selections.value(int(category)) != whole)
             continue;
         for (const auto &folder : FolderUtilities::getFolderPath(category))
-            folders += paths::display(folder);
+            folders += paths::display(folder.path);
     }
     return folders;
 }

@@ -309,6 +309,7 @@ void CleanResultsPanel::bind() {
             &CleanResultsPanel::askDownloadsAlone);
     connect(page, &NewMainViewController::showAlertForPrivilegesToClean, this,
             &CleanResultsPanel::showAlertForPrivilegesToClean);
+    connect(page, &NewMainViewController::removalRefused, this, &CleanResultsPanel::removalRefused);
     connect(page, &NewMainViewController::lockAnimation, this, [this](bool running) {
         if (running)
             m_padlockBlink->startUnlockAnimation(lockButton);
@@ -334,6 +335,9 @@ void CleanResultsPanel::bind() {
             m_controller.unlockRigths(open);
     });
     connect(&m_controller.padlock(), &PadlockController::lockStateChanged, this, showLock);
+    connect(&m_controller.padlock(), &PadlockController::askingChanged, lockButton,
+            [this](bool asking) { lockButton->setEnabled(!asking); });
+    lockButton->setEnabled(!m_controller.padlock().isAsking());
     showLock(m_controller.padlock().isOpen());
 
     m_filterSettled->setSingleShot(true);

@@ -60,6 +60,7 @@ private:
     void askDownloads();
     void askDownloadsAlone();
     void showAlertForPrivilegesToClean();
+    void removalRefused(const QString &words);
 
     NewMainViewController &m_controller;
     LeftListView *m_left;

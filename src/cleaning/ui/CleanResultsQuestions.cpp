@@ -3,6 +3,7 @@
 #include "cleaning/ui/CleanResultsPanel.h"
 #include "cleaning/ui/FileIcons.h"
 #include "cleaning/ui/ResultView.h"
+#include "core/Texts.h"
 #include "foundation/Paths.h"
 #include "ui/AlertSheet.h"
 #include "ui/ImageProvider.h"
@@ -77,6 +78,14 @@ void CleanResultsPanel::showAlertForPrivilegesToClean() {
     content.text = QLatin1String(cleanPageTexts::privilegesText);
     content.buttons = {{QStringLiteral("OK"), false, [this] { m_controller.limitAlertEnded(); }}};
     content.calledOff = [this] { m_controller.limitAlertEnded(); };
+    AlertSheet::show(std::move(content), window());
+}
+
+void CleanResultsPanel::removalRefused(const QString &words) {
+    AlertContent content;
+    content.imageName = QStringLiteral("warning.png");
+    content.text = words;
+    content.buttons = {{localizedText("OK"), false, {}}};
     AlertSheet::show(std::move(content), window());
 }
 

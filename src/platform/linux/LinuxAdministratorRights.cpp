@@ -13,9 +13,13 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
+#include <condition_variable>
 #include <csignal>
 #include <cstring>
 #include <filesystem>
+#include <optional>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -24,6 +28,11 @@ namespace brightsweep {
 namespace {
 
 constexpr char helperName[] = "brightsweep-helper";
+// Which of the policy's two questions is asked.
+constexpr char filesArgument[] = "files";
+// Between two looks at a stop flag, and how long a stopped request may take to answer.
+constexpr int tickMilliseconds = 50;
+constexpr int stopMilliseconds = 1000;
 constexpr int dismissedStatus = 126;
 constexpr int refusedStatus = 127;
 constexpr std::size_t maximumWords = 4096;
@@ -124,11 +133,11 @@ bool sendAll(int stream, std::string_view bytes) {
     return true;
 }
 
-// Waits for the next payload, without limit: a dialog or a large removal takes its time. What
-// `errors` delivers meanwhile is added to the words. Nothing when the stream has ended.
-std::optional<std::string> receive(int stream, helper::FrameBuffer &received, int errors,
-                                   std::string &words) {
-    bool wordsMayCome = errors >= 0;
+// Waits for the hello, without limit: the user takes his time. What `errors` delivers meanwhile is
+// added to the words. Nothing when the stream has ended.
+std::optional<std::string> receiveHello(int stream, int errors, std::string &words) {
+    helper::FrameBuffer received;
+    bool wordsMayCome = true;
     for (;;) {
         if (auto payload = received.next())
             return payload;
@@ -171,43 +180,198 @@ RightsOutcome rightsOutcome(int status, std::string_view words) {
     return saying == sayings.end() ? RightsOutcome::Failed : saying->outcome;
 }
 
+// A running helper. Requests come one after the other; ending it is possible at any time.
+class LinuxAdministratorRights::Helper {
+public:
+    Helper(FileDescriptor stream, pid_t process, const helper::Token &token)
+        : m_stream(std::move(stream)), m_process(process), m_token(token) {}
+    ~Helper() {
+        end();
+        m_stream.reset();
+        const pid_t process = m_process;
+        // It ends within a second by itself; whoever gives the rights up does not wait for it.
+        try {
+            std::thread([process] { waitFor(process); }).detach();
+        } catch (const std::system_error &) {
+            ::waitpid(process, nullptr, WNOHANG);
+        }
+    }
+    Helper(const Helper &) = delete;
+    Helper &operator=(const Helper &) = delete;
+
+    bool accepts(const RightsToken &token) {
+        const std::lock_guard lock(m_tokenMutex);
+        return helper::sameToken(token, m_token) && isAlive();
+    }
+    RightsToken token() {
+        const std::lock_guard lock(m_tokenMutex);
+        return isAlive() ? m_token : RightsToken{};
+    }
+    // Its end of the stream is closed for both, so that it stops what it does and ends.
+    void end() {
+        const std::lock_guard lock(m_tokenMutex);
+        ::explicit_bzero(m_token.data(), m_token.size());
+        m_isEnded = true;
+        ::shutdown(m_stream.get(), SHUT_RDWR);
+    }
+    bool isAlive() const {
+        pollfd polled{m_stream.get(), POLLRDHUP, 0};
+        return !m_isEnded && ::poll(&polled, 1, 0) == 0;
+    }
+
+    // Nothing when the helper has gone or been ended. A request that waits for another one gives up
+    // when it is stopped.
+    std::optional<helper::Replies> ask(const helper::Request &request,
+                                       const std::atomic<bool> *stop) {
+        const std::string bytes = helper::frame(helper::encodeRequest(request));
+        if (bytes.empty())
+            return helper::Replies{{false, false, std::strerror(ENAMETOOLONG)}};
+        if (!takeTurn(stop))
+            return helper::Replies{{false, false, std::strerror(ECANCELED)}};
+        const Turn turn(*this);
+        if (!sendAll(m_stream.get(), bytes))
+            return std::nullopt;
+        const auto payload = receive(request.token, stop);
+        auto replies = payload ? helper::decodeReplies(*payload) : std::nullopt;
+        if (!replies)
+            end();
+        return replies;
+    }
+
+private:
+    class Turn {
+    public:
+        explicit Turn(Helper &helper) : m_helper(helper) {}
+        ~Turn() {
+            const std::lock_guard lock(m_helper.m_turnMutex);
+            m_helper.m_busy = false;
+            m_helper.m_turns.notify_one();
+        }
+
+    private:
+        Helper &m_helper;
+    };
+
+    bool takeTurn(const std::atomic<bool> *stop) {
+        std::unique_lock lock(m_turnMutex);
+        while (m_busy) {
+            if (stop && *stop)
+                return false;
+            m_turns.wait_for(lock, std::chrono::milliseconds(tickMilliseconds));
+        }
+        m_busy = true;
+        return true;
+    }
+
+    // Waits for the next payload for as long as a large removal takes.
+    std::optional<std::string> receive(const helper::Token &token, const std::atomic<bool> *stop) {
+        int left = -1; // milliseconds; no limit until a stop was sent
+        for (;;) {
+            if (auto payload = m_received.next())
+                return payload;
+            if (m_received.isOversized() || left == 0)
+                return std::nullopt;
+            if (left < 0 && stop && *stop) {
+                sendAll(m_stream.get(),
+                        helper::frame(helper::encodeRequest({token, helper::Verb::Stop, {}})));
+                left = stopMilliseconds;
+            }
+            pollfd polled{m_stream.get(), POLLIN, 0};
+            const bool ticks = stop || left > 0;
+            const int ready = ::poll(&polled, 1, ticks ? tickMilliseconds : -1);
+            if (ready < 0 && errno != EINTR)
+                return std::nullopt;
+            if (ready == 0 && left > 0)
+                left = std::max(left - tickMilliseconds, 0);
+            if (ready > 0 && !readSome(m_stream.get(),
+                                       [&](std::string_view bytes) { m_received.append(bytes); }))
+                return std::nullopt;
+        }
+    }
+
+    FileDescriptor m_stream;
+    const pid_t m_process;
+    std::mutex m_tokenMutex;
+    RightsToken m_token;
+    std::atomic<bool> m_isEnded{false};
+    std::mutex m_turnMutex;
+    std::condition_variable m_turns;
+    bool m_busy = false;
+    helper::FrameBuffer m_received; // of whoever has the turn
+};
+
 LinuxAdministratorRights::~LinuxAdministratorRights() {
     release();
 }
 
-RightsResult LinuxAdministratorRights::request() {
+std::shared_ptr<LinuxAdministratorRights::Helper> LinuxAdministratorRights::helper() const {
     const std::lock_guard lock(m_mutex);
-    if (m_process != 0 && isAlive())
+    return m_helper;
+}
+
+RightsResult LinuxAdministratorRights::request() {
+    const std::lock_guard requesting(m_requesting);
+    if (const auto held = helper(); held && held->isAlive())
         return {RightsOutcome::Granted, 0, {}};
-    end();
+    release();
+    {
+        const std::lock_guard lock(m_mutex);
+        m_withdrawn = false;
+    }
     return start();
 }
 
 int LinuxAdministratorRights::release() {
-    const std::lock_guard lock(m_mutex);
-    return end();
+    std::shared_ptr<Helper> held;
+    {
+        const std::lock_guard lock(m_mutex);
+        held = std::exchange(m_helper, nullptr);
+        m_withdrawn = true;
+        // The question goes with the process that asks it.
+        if (m_asking != 0)
+            ::kill(m_asking, SIGTERM);
+    }
+    if (held)
+        held->end();
+    return 0;
 }
 
 RightsToken LinuxAdministratorRights::token() const {
-    const std::lock_guard lock(m_mutex);
-    return m_token;
+    const auto held = helper();
+    return held ? held->token() : RightsToken{};
 }
 
 bool LinuxAdministratorRights::accepts(const RightsToken &token) {
-    const std::lock_guard lock(m_mutex);
-    return m_process != 0 && helper::sameToken(token, m_token) && isAlive();
+    const auto held = helper();
+    return held && held->accepts(token);
 }
 
-PrivilegedReply LinuxAdministratorRights::removeItem(const RightsToken &token,
-                                                     const RemovalTarget &target) {
-    return ask({token,
-                helper::Verb::RemovePath,
-                {target.root.path.native(), target.root.device, target.root.inode,
-                 target.relative.native()}});
+std::vector<PrivilegedReply> LinuxAdministratorRights::removeItems(const RightsToken &token,
+                                                                   const PrivilegedRemoval &removal,
+                                                                   const std::atomic<bool> *stop) {
+    helper::Request request{token, helper::Verb::RemoveItems, {}};
+    request.remove.root = removal.root.path.native();
+    request.remove.device = removal.root.device;
+    request.remove.inode = removal.root.inode;
+    request.remove.way = removal.way.native();
+    for (const PrivilegedRemoval::Item &item : removal.items) {
+        request.remove.items.push_back({item.name, item.attributes.device, item.attributes.inode,
+                                        item.attributes.kind, item.attributes.size,
+                                        item.attributes.changed});
+    }
+    const helper::Replies replies = ask(request, stop);
+    std::vector<PrivilegedReply> answers;
+    // One reply for all is a refusal of the whole.
+    for (std::size_t i = 0; i < removal.items.size(); ++i) {
+        const helper::Reply &reply = replies[replies.size() == removal.items.size() ? i : 0];
+        answers.push_back({reply.performed, reply.gone, reply.output});
+    }
+    return answers;
 }
 
 PrivilegedReply LinuxAdministratorRights::dropCaches(const RightsToken &token) {
-    return ask({token, helper::Verb::DropCaches, {}});
+    const helper::Reply reply = ask({token, helper::Verb::DropCaches, {}}, nullptr).front();
+    return {reply.performed, reply.gone, reply.output};
 }
 
 RightsResult LinuxAdministratorRights::start() {
@@ -226,66 +390,49 @@ RightsResult LinuxAdministratorRights::start() {
     if (::geteuid() != 0)
         arguments.emplace_back("pkexec");
     arguments.push_back(helperPath().native());
+    arguments.emplace_back(filesArgument);
     pid_t process = 0;
     if (const int error = spawn(arguments, others.get(), errorsWritten.get(), process))
         return {RightsOutcome::Failed, error, arguments[0] + ": " + std::strerror(error)};
     others.reset();
     errorsWritten.reset();
+    {
+        const std::lock_guard lock(m_mutex);
+        m_asking = process;
+        if (m_withdrawn)
+            ::kill(process, SIGTERM);
+    }
 
     std::string words;
-    helper::FrameBuffer received;
-    const auto payload = receive(own.get(), received, errorsRead.get(), words);
-    const auto token = payload ? helper::decodeHello(*payload) : std::nullopt;
-    if (!token) {
-        own.reset();
-        const int status = waitFor(process);
-        readRest(errorsRead.get(), words);
-        const int code = WIFEXITED(status) ? WEXITSTATUS(status) : EINTR;
-        return {WIFEXITED(status) ? rightsOutcome(code, words) : RightsOutcome::Failed, code,
-                words};
+    const auto payload = receiveHello(own.get(), errorsRead.get(), words);
+    auto token = payload ? helper::decodeHello(*payload) : std::nullopt;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_asking = 0;
+        if (token && !m_withdrawn) {
+            m_helper = std::make_shared<Helper>(std::move(own), process, *token);
+            ::explicit_bzero(token->data(), token->size());
+            return {RightsOutcome::Granted, 0, words};
+        }
     }
-    m_stream = std::move(own);
-    m_received = std::move(received);
-    m_process = process;
-    m_token = *token;
-    return {RightsOutcome::Granted, 0, words};
+    own.reset();
+    const int status = waitFor(process);
+    if (token)
+        return {RightsOutcome::Dismissed, dismissedStatus, "taken back"};
+    readRest(errorsRead.get(), words);
+    const int code = WIFEXITED(status) ? WEXITSTATUS(status) : EINTR;
+    return {WIFEXITED(status) ? rightsOutcome(code, words) : RightsOutcome::Dismissed, code, words};
 }
 
-// The helper never speaks unasked, so that anything to read is the end of the stream.
-bool LinuxAdministratorRights::isAlive() const {
-    pollfd polled{m_stream.get(), POLLIN, 0};
-    return ::poll(&polled, 1, 0) == 0;
-}
-
-// Ends the helper by ending its input, and waits until it has gone.
-int LinuxAdministratorRights::end() {
-    m_stream.reset();
-    m_received = {};
-    m_token = {};
-    if (m_process == 0)
-        return 0;
-    const int status = waitFor(m_process);
-    m_process = 0;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : EINTR;
-}
-
-PrivilegedReply LinuxAdministratorRights::ask(const helper::Request &request) {
-    const std::lock_guard lock(m_mutex);
-    if (m_process == 0)
-        return {false, false, "no administrator rights are held"};
-    const std::string bytes = helper::frame(helper::encodeRequest(request));
-    if (bytes.empty())
-        return {false, false, std::strerror(ENAMETOOLONG)};
-    std::string none;
-    std::optional<std::string> payload;
-    if (sendAll(m_stream.get(), bytes))
-        payload = receive(m_stream.get(), m_received, -1, none);
-    const auto reply = payload ? helper::decodeReply(*payload) : std::nullopt;
-    if (!reply) {
-        end();
-        return {false, false, "the process that held the rights has ended"};
-    }
-    return {reply->performed, reply->gone, reply->output};
+helper::Replies LinuxAdministratorRights::ask(const helper::Request &request,
+                                              const std::atomic<bool> *stop) {
+    const auto held = helper();
+    if (!held)
+        return {{false, false, "no administrator rights are held"}};
+    auto replies = held->ask(request, stop);
+    if (!replies)
+        return {{false, false, "the process that held the rights has ended"}};
+    return *std::move(replies);
 }
 
 } // namespace brightsweep

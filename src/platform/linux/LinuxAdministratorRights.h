@@ -6,8 +6,8 @@
 
 #include <sys/types.h>
 
+#include <memory>
 #include <mutex>
-#include <optional>
 
 namespace brightsweep {
 
@@ -17,7 +17,8 @@ namespace brightsweep {
 /// The helper is the one beside the running program, as in a build, else the installed one. No
 /// variable of the environment names it: whoever could set one would have the user approve a
 /// program of his choice. The rights last as long as that process; one that dies takes them along,
-/// and whatever was asked of it was not performed.
+/// and whatever was asked of it was not performed. Giving them up waits for nobody: a process that
+/// takes its time to end is waited for on a thread of its own.
 class LinuxAdministratorRights final : public AdministratorRights {
 public:
     ~LinuxAdministratorRights() override;
@@ -26,21 +27,23 @@ public:
     int release() override;
     RightsToken token() const override;
     bool accepts(const RightsToken &token) override;
-    PrivilegedReply removeItem(const RightsToken &token, const RemovalTarget &target) override;
+    std::vector<PrivilegedReply> removeItems(const RightsToken &token,
+                                             const PrivilegedRemoval &removal,
+                                             const std::atomic<bool> *stop) override;
     PrivilegedReply dropCaches(const RightsToken &token) override;
 
 private:
-    // All of these expect the mutex to be held.
-    RightsResult start();
-    bool isAlive() const;
-    int end();
-    PrivilegedReply ask(const helper::Request &request);
+    class Helper;
 
+    RightsResult start();
+    std::shared_ptr<Helper> helper() const;
+    helper::Replies ask(const helper::Request &request, const std::atomic<bool> *stop);
+
+    std::mutex m_requesting; ///< held while the dialog may be up
     mutable std::mutex m_mutex;
-    FileDescriptor m_stream;
-    helper::FrameBuffer m_received;
-    pid_t m_process = 0; ///< 0 while no rights are held
-    RightsToken m_token{};
+    std::shared_ptr<Helper> m_helper; ///< null while no rights are held
+    pid_t m_asking = 0;               ///< the process that asks the user, while it does
+    bool m_withdrawn = false;         ///< the question was taken back
 };
 
 /// What pkexec means by its exit status and its words, in the C locale.

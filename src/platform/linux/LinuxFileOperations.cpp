@@ -16,7 +16,6 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 
 namespace brightsweep {
 
@@ -70,19 +69,6 @@ std::int64_t nanoseconds(const timespec &time) {
     return std::int64_t(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
 }
 
-FileAttributes attributesOf(const struct stat &status) {
-    FileAttributes attributes;
-    attributes.type = typeOfMode(status.st_mode);
-    attributes.mode = status.st_mode & 07777;
-    attributes.owner = status.st_uid;
-    attributes.links = status.st_nlink;
-    attributes.size = std::uint64_t(std::max<off_t>(status.st_size, 0));
-    attributes.device = status.st_dev;
-    attributes.inode = status.st_ino;
-    attributes.modified = nanoseconds(status.st_mtim);
-    return attributes;
-}
-
 Result<FileAttributes> attributesOfPath(const std::filesystem::path &path, int flags) {
     const auto shortened = shortenPath(path.native());
     if (!shortened)
@@ -111,6 +97,21 @@ Result<OpenDirectory> opened(int descriptor, const OpenDirectory *parent) {
 }
 
 } // namespace
+
+FileAttributes attributesOf(const struct stat &status) {
+    FileAttributes attributes;
+    attributes.type = typeOfMode(status.st_mode);
+    attributes.mode = status.st_mode & 07777;
+    attributes.kind = status.st_mode & S_IFMT;
+    attributes.owner = status.st_uid;
+    attributes.links = status.st_nlink;
+    attributes.size = std::uint64_t(std::max<off_t>(status.st_size, 0));
+    attributes.device = status.st_dev;
+    attributes.inode = status.st_ino;
+    attributes.modified = nanoseconds(status.st_mtim);
+    attributes.changed = nanoseconds(status.st_ctim);
+    return attributes;
+}
 
 Result<OpenDirectory> LinuxFileOperations::openDirectory(const std::filesystem::path &path) {
     const auto shortened = shortenPath(path.native());
@@ -159,6 +160,12 @@ std::error_code LinuxFileOperations::readBlock(const OpenDirectory &directory,
         const bool needed =
             wanted == WantedAttributes::All || entry.type == EntryType::Unknown ||
             (wanted == WantedAttributes::NonDirectories && entry.type != EntryType::Directory);
+        const auto *mounted = block.mountPoints();
+        if (mounted &&
+            std::find(mounted->begin(), mounted->end(), entry.nameView()) != mounted->end()) {
+            entry.type = EntryType::Directory;
+            continue;
+        }
         struct stat status;
         if (needed && ::fstatat(descriptor, name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
             entry.hasAttributes = true;
@@ -205,25 +212,6 @@ bool LinuxFileOperations::isMountPoint(const std::filesystem::path &path) {
            ::statx(shortened->base(), shortened->name.c_str(),
                    AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, 0, &status) == 0 &&
            (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
-}
-
-// By /proc/locks, which tells of every process's locks also where the file cannot be opened; its
-// lines are "1: POSIX  ADVISORY  WRITE 123 08:01:4567 0 EOF", see proc(5).
-bool LinuxFileOperations::isLockedByAnother(const std::filesystem::path &path) {
-    const auto file = attributes(path);
-    if (!file)
-        return false;
-    char identity[64];
-    std::snprintf(identity, sizeof identity, " %02x:%02x:%llu ", major(file->device),
-                  minor(file->device), static_cast<unsigned long long>(file->inode));
-    std::ifstream locks("/proc/locks");
-    const std::string own = " " + std::to_string(::getpid()) + " ";
-    for (std::string line; std::getline(locks, line);) {
-        if (line.find(identity) != line.npos && line.find("->") == line.npos &&
-            line.find(own) == line.npos)
-            return true;
-    }
-    return false;
 }
 
 Result<FileDescriptor> LinuxFileOperations::openFile(const std::filesystem::path &path) {

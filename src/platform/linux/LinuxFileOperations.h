@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/ModeJournal.h"
 #include "platform/FileOperations.h"
 
 struct stat;
@@ -21,7 +22,6 @@ public:
     Result<FileAttributes> attributesFollowing(const std::filesystem::path &path) override;
     Result<std::filesystem::path> canonicalPath(const std::filesystem::path &path) override;
     bool isMountPoint(const std::filesystem::path &path) override;
-    bool isLockedByAnother(const std::filesystem::path &path) override;
 
     Result<FileDescriptor> openFile(const std::filesystem::path &path) override;
     Result<FileDescriptor> openListedFile(const std::string &path) override;
@@ -38,11 +38,22 @@ public:
     Result<std::uint64_t> nextData(const FileDescriptor &file, std::uint64_t offset) override;
 
     Result<RemovalRoot> rememberRoot(const std::filesystem::path &folder) override;
-    Result<OpenDirectory> openHolder(const RemovalTarget &target) override;
-    bool isDeletable(const RemovalTarget &target) override;
-    std::error_code checkRemoval(const RemovalTarget &target) override;
-    std::error_code removeItem(const RemovalTarget &target, const std::atomic<bool> *stop) override;
-    Result<std::uint32_t> setPermissions(const RemovalTarget &target, std::uint32_t mode) override;
+    Result<OpenDirectory> openRoot(const RemovalRoot &root) override;
+    std::vector<std::filesystem::path> mountPointsBelow(const OpenDirectory &root) override;
+    Result<OpenItem> openItem(const RemovalTarget &target, const OpenItem *previous) override;
+    bool isDeletable(const OpenItem &item) override;
+    std::error_code checkRemoval(const OpenItem &item) override;
+    std::error_code removeItem(const OpenItem &item, const RemovalOptions &options) override;
+    bool hasGone(const OpenItem &item) override;
+    std::error_code openModeJournal(const std::filesystem::path &journal) override;
+    void closeModeJournal() override;
+    void putModesBack() override;
+
+private:
+    ModeJournal m_modes;
 };
+
+/// What stat(2) tells, in the seam's terms.
+FileAttributes attributesOf(const struct stat &status);
 
 } // namespace brightsweep

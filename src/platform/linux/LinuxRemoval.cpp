@@ -2,7 +2,10 @@
 
 #include "foundation/Paths.h"
 #include "linux/LongPath.h"
-#include "linux/MountTable.h"
+#include "linux/ModeJournal.h"
+#include "linux/RemovalError.h"
+#include "linux/RemovalWay.h"
+#include "platform/linux/OwnPlaces.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -26,33 +29,47 @@ std::error_code lastError() {
 const auto canceled = std::make_error_code(std::errc::operation_canceled);
 const auto busy = std::make_error_code(std::errc::device_or_resource_busy);
 
-bool isPlainName(std::string_view name) {
-    return !name.empty() && name != "." && name != ".." && name.find('\0') == name.npos;
-}
+class LinuxHoldingFolder final : public HoldingFolder {
+public:
+    const OpenDirectory &directory() const override { return m_directory; }
+    int descriptor() const { return m_directory.descriptor.get(); }
 
-// The number of the mount that a descriptor lies on: two directories with different numbers have a
-// mount between them, also one of the same file system.
-Result<std::uint64_t> mountOf(int descriptor) {
-    struct statx status;
-    if (::statx(descriptor, "", AT_EMPTY_PATH | AT_STATX_DONT_SYNC,
-                STATX_BASIC_STATS | STATX_MNT_ID, &status) != 0)
-        return lastError();
-    if (!(status.stx_mask & STATX_MNT_ID))
-        return (std::uint64_t(status.stx_dev_major) << 32) | status.stx_dev_minor;
-    return std::uint64_t(status.stx_mnt_id);
+    RemovalRoot root;
+    std::string way; ///< from the root
+    HoldingPlace place;
+    std::shared_ptr<const SystemPlaces> places;
+    std::string aptArchives; ///< where this lies in apt's folder of packages
+    OpenDirectory m_directory;
+};
+
+const LinuxHoldingFolder &linuxFolder(const OpenItem &item) {
+    return static_cast<const LinuxHoldingFolder &>(*item.folder);
 }
 
 // Removes what lies in one directory, depth first, and the directory itself last.
 class TreeRemoval {
 public:
-    TreeRemoval(LinuxFileOperations &files, std::uint64_t mount, const std::atomic<bool> *stop)
-        : m_files(files), m_mount(mount), m_stop(stop) {}
+    TreeRemoval(LinuxFileOperations &files, ModeJournal &modes, const OpenItem &item,
+                const RemovalOptions &options)
+        : m_files(files),
+          m_modes(modes),
+          m_item(item),
+          m_mount(linuxFolder(item).place.place().mount),
+          m_options(options) {}
+    // What was opened up and still stands.
+    ~TreeRemoval() {
+        while (!m_levels.empty()) {
+            if (m_levels.back().opened != 0)
+                m_modes.putBack(m_levels.back().opened);
+            m_levels.pop_back();
+        }
+    }
+    TreeRemoval(const TreeRemoval &) = delete;
+    TreeRemoval &operator=(const TreeRemoval &) = delete;
 
-    std::error_code run(const OpenDirectory &holder, const char *name) {
-        auto top = m_files.openDirectoryAt(holder, name);
-        if (!top)
-            return top.error();
-        if (const auto error = enter(std::move(*top), name))
+    std::error_code run() {
+        const OpenDirectory &holder = m_item.folder->directory();
+        if (const auto error = enter(holder, m_item.name))
             return error;
         while (!m_levels.empty()) {
             if (isStopped())
@@ -74,21 +91,44 @@ private:
         OpenDirectory open; // without descriptor while closed
         std::string name;
         std::vector<std::string> children; // directories still to be removed
+        std::uint64_t opened = 0;          // the journal's number of its mode
     };
 
     // Removes everything in the directory that is not a directory, and notes those.
-    std::error_code enter(OpenDirectory directory, std::string name) {
-        const auto mount = mountOf(directory.descriptor.get());
-        if (!mount)
-            return mount.error();
-        if (*mount != m_mount)
-            return busy;
-        Level level{std::move(directory), std::move(name), {}};
+    std::error_code enter(const OpenDirectory &parent, const std::string &name) {
+        auto directory = m_files.openDirectoryAt(parent, name.c_str());
+        std::uint64_t opened = 0;
+        if (!directory && directory.error() != std::errc::permission_denied)
+            return directory.error();
+        if (const auto error = openUp(parent, name, directory, opened))
+            return error;
+        m_levels.push_back({*std::move(directory), name, {}, opened});
+        Level &level = m_levels.back();
+        const auto place = placeOf(level.open.descriptor.get());
+        if (!place)
+            return place.error();
+        const bool isFirst = m_levels.size() == 1;
+        if (isFirst &&
+            (place->device != m_item.attributes.device || place->inode != m_item.attributes.inode))
+            return RemovalError::Changed;
+        if (place->mount != m_mount)
+            return RemovalError::HoldsVolume;
+        if (linuxFolder(m_item).places->isProtected(place->device, place->inode))
+            return RemovalError::ProtectedPlace;
+        if (const auto error = removeEntries(level))
+            return error;
+        if (m_levels.size() > maximumOpen)
+            m_levels[m_levels.size() - 1 - maximumOpen].open.descriptor.reset();
+        return {};
+    }
+
+    std::error_code removeEntries(Level &level) {
         do {
             if (const auto error = m_files.readBlock(level.open, m_block, WantedAttributes::None))
                 return error;
             if (isStopped())
                 return canceled;
+            m_modes.beat();
             for (const DirectoryEntry &entry : m_block.entries()) {
                 if (entry.type == EntryType::Directory)
                     level.children.emplace_back(entry.nameView());
@@ -97,42 +137,75 @@ private:
                     return lastError();
             }
         } while (!m_block.atEnd());
-        m_levels.push_back(std::move(level));
-        if (m_levels.size() > maximumOpen)
-            m_levels[m_levels.size() - 1 - maximumOpen].open.descriptor.reset();
         return {};
     }
 
-    std::error_code descend(Level &level) {
-        std::string name = std::move(level.children.back());
-        level.children.pop_back();
-        auto child = m_files.openDirectoryAt(level.open, name.c_str());
-        if (!child) {
-            // Gone, or made into something else meanwhile: then it goes as what it is now.
-            if (child.error() == std::errc::no_such_file_or_directory)
-                return {};
-            if (child.error() == std::errc::not_a_directory ||
-                child.error() == std::errc::too_many_symbolic_link_levels) {
-                return ::unlinkat(level.open.descriptor.get(), name.c_str(), 0) == 0 ||
-                               errno == ENOENT
-                           ? std::error_code()
-                           : lastError();
-            }
-            // A directory that may not be read can still go when it is empty.
-            if (::unlinkat(level.open.descriptor.get(), name.c_str(), AT_REMOVEDIR) == 0)
-                return {};
-            return child.error();
+    // Opens the mode up where the owner lacks bits, and the directory again where that was why it
+    // could not be opened.
+    std::error_code openUp(const OpenDirectory &parent, const std::string &name,
+                           Result<OpenDirectory> &directory, std::uint64_t &opened) {
+        FileDescriptor place;
+        if (!directory) {
+            auto reached = openPlaceAt(parent.descriptor.get(), name.c_str());
+            if (!reached)
+                return reached.error();
+            place = *std::move(reached);
         }
-        return enter(std::move(*child), std::move(name));
+        const int descriptor = directory ? directory->descriptor.get() : place.get();
+        const auto number = m_modes.openUp(descriptor, pathOf(name));
+        if (!number) {
+            if (m_options.modeStays)
+                *m_options.modeStays = true;
+            return directory ? number.error() : directory.error();
+        }
+        opened = *number;
+        if (!directory && opened != 0) {
+            directory = m_files.openDirectoryAt(parent, name.c_str());
+            const auto one = placeOf(place.get());
+            const bool isSame = directory && one && directory->device == one->device &&
+                                directory->inode == one->inode;
+            if (!isSame) {
+                m_modes.putBack(std::exchange(opened, 0));
+                return directory ? make_error_code(RemovalError::Changed) : directory.error();
+            }
+        }
+        return directory ? std::error_code() : directory.error();
+    }
+
+    std::string pathOf(const std::string &name) const {
+        std::string path = m_item.path.native();
+        for (std::size_t i = 1; i < m_levels.size(); ++i)
+            path += '/' + m_levels[i].name;
+        return m_levels.empty() ? path : path + '/' + name;
+    }
+
+    std::error_code descend(Level &level) {
+        const std::string name = std::move(level.children.back());
+        level.children.pop_back();
+        const std::size_t depth = m_levels.size();
+        const auto error = enter(level.open, name);
+        if (!error || m_levels.size() > depth)
+            return error;
+        // Gone, or made into something else meanwhile: then it goes as what it is now.
+        const OpenDirectory &above = m_levels.back().open;
+        if (error == std::errc::no_such_file_or_directory)
+            return {};
+        const bool isOther = error == std::errc::not_a_directory ||
+                             error == std::errc::too_many_symbolic_link_levels;
+        // A directory that may not be read can still go when it is empty.
+        const int flags = isOther ? 0 : AT_REMOVEDIR;
+        if (::unlinkat(above.descriptor.get(), name.c_str(), flags) == 0 ||
+            (isOther && errno == ENOENT))
+            return {};
+        return isOther ? lastError() : error;
     }
 
     // The last level is empty: removes it from the one above, which is opened again if need be.
     std::error_code ascend(const OpenDirectory &holder) {
-        Level done = std::move(m_levels.back());
-        m_levels.pop_back();
         const OpenDirectory *above = &holder;
-        if (!m_levels.empty()) {
-            Level &level = m_levels.back();
+        Level &done = m_levels.back();
+        if (m_levels.size() > 1) {
+            Level &level = m_levels[m_levels.size() - 2];
             if (!level.open.descriptor) {
                 auto parent = m_files.openParentOf(done.open, level.open.device, level.open.inode);
                 if (!parent)
@@ -141,42 +214,47 @@ private:
             }
             above = &level.open;
         }
+        m_modes.beat();
         if (::unlinkat(above->descriptor.get(), done.name.c_str(), AT_REMOVEDIR) != 0 &&
             errno != ENOENT)
             return lastError();
+        if (done.opened != 0)
+            m_modes.forget(done.opened);
+        m_levels.pop_back();
         return {};
     }
 
-    bool isStopped() const { return m_stop && m_stop->load(std::memory_order_relaxed); }
+    bool isStopped() const {
+        return m_options.stop && m_options.stop->load(std::memory_order_relaxed);
+    }
 
     LinuxFileOperations &m_files;
+    ModeJournal &m_modes;
+    const OpenItem &m_item;
     std::uint64_t m_mount;
-    const std::atomic<bool> *m_stop;
+    const RemovalOptions &m_options;
     DirectoryBlock m_block;
     std::vector<Level> m_levels;
 };
 
-// Why a name may not be taken out of its folder, by the folder's rights and its sticky rule; also
-// fills in what the name stands for.
-std::error_code keptInFolder(const OpenDirectory &holder, const std::string &name,
-                             struct stat &item) {
-    const int descriptor = holder.descriptor.get();
+// Why a name may not be taken out of its folder, by the folder's rights and its sticky rule.
+std::error_code keptInFolder(const OpenItem &item) {
+    const int descriptor = linuxFolder(item).descriptor();
     struct stat folder;
-    if (::fstatat(descriptor, name.c_str(), &item, AT_SYMLINK_NOFOLLOW) != 0 ||
-        ::fstat(descriptor, &folder) != 0 ||
+    if (::fstat(descriptor, &folder) != 0 ||
         ::faccessat(descriptor, ".", W_OK | X_OK, AT_EACCESS) != 0)
         return lastError();
     const uid_t user = ::geteuid();
-    if ((folder.st_mode & S_ISVTX) && user != 0 && user != item.st_uid && user != folder.st_uid)
+    if ((folder.st_mode & S_ISVTX) && user != 0 && user != item.attributes.owner &&
+        user != folder.st_uid)
         return std::make_error_code(std::errc::operation_not_permitted);
     return {};
 }
 
-bool holdsMount(const RemovalTarget &target, const OpenDirectory &holder, const std::string &name) {
-    std::string path = currentPath(holder.descriptor.get());
-    if (path.empty())
-        path = paths::parent(target.path()).native();
-    return holdsMountPoint(currentMounts(), paths::join(path, name).native());
+bool isSameFolder(const LinuxHoldingFolder &folder, const RemovalTarget &target,
+                  std::string_view way) {
+    return folder.root == target.root && folder.way == way &&
+           folder.place.mounts == ownMounts().current();
 }
 
 } // namespace
@@ -193,97 +271,119 @@ Result<RemovalRoot> LinuxFileOperations::rememberRoot(const std::filesystem::pat
     return RemovalRoot{*canonical, directory->device, directory->inode};
 }
 
-Result<OpenDirectory> LinuxFileOperations::openHolder(const RemovalTarget &target) {
-    auto directory = openDirectory(target.root.path);
-    if (!directory)
-        return directory;
-    if (directory->device != target.root.device || directory->inode != target.root.inode)
-        return std::errc::no_such_file_or_directory;
+Result<OpenDirectory> LinuxFileOperations::openRoot(const RemovalRoot &root) {
+    auto descriptor = openPlace(root.path.native());
+    if (!descriptor)
+        return descriptor.error();
+    const auto place = placeOf(descriptor->get());
+    if (!place)
+        return place.error();
+    if (place->device != root.device || place->inode != root.inode)
+        return RemovalError::Changed;
+    OpenDirectory reached;
+    reached.descriptor = *std::move(descriptor);
+    return openDirectoryAt(reached, ".");
+}
+
+std::vector<std::filesystem::path>
+LinuxFileOperations::mountPointsBelow(const OpenDirectory &root) {
+    std::vector<std::filesystem::path> found;
+    const std::string path = currentPath(root.descriptor.get());
+    if (path.empty())
+        return found;
+    const auto mounts = ownMounts().current();
+    for (const std::string_view point : mounts->below(path))
+        found.emplace_back(point);
+    return found;
+}
+
+Result<OpenItem> LinuxFileOperations::openItem(const RemovalTarget &target,
+                                               const OpenItem *previous) {
     const std::string_view relative = target.relative.native();
-    if (!isPlainName(paths::lastComponent(target.relative)) || relative.starts_with('/') ||
-        relative.ends_with('/'))
+    const auto slash = relative.rfind('/');
+    const std::string_view way =
+        slash == relative.npos ? std::string_view() : relative.substr(0, slash);
+    OpenItem item;
+    item.name = relative.substr(slash + 1);
+    item.path = target.path();
+    if (!isPlainName(item.name) || slash == 0)
         return std::errc::invalid_argument;
-    std::size_t start = 0;
-    for (auto slash = relative.find('/'); slash != relative.npos;
-         slash = relative.find('/', start)) {
-        const std::string name(relative.substr(start, slash - start));
-        if (!isPlainName(name))
-            return std::errc::invalid_argument;
-        auto next = openDirectoryAt(*directory, name.c_str());
-        if (!next)
-            return next;
-        directory = std::move(next);
-        start = slash + 1;
+    std::shared_ptr<const LinuxHoldingFolder> folder;
+    if (previous && previous->folder && isSameFolder(linuxFolder(*previous), target, way)) {
+        folder = std::static_pointer_cast<const LinuxHoldingFolder>(previous->folder);
+    } else {
+        auto made = std::make_shared<LinuxHoldingFolder>();
+        auto descriptor = openHoldingPlace(target.root.path.native(), target.root.device,
+                                           target.root.inode, way, made->place);
+        if (!descriptor)
+            return descriptor.error();
+        made->m_directory.descriptor = *std::move(descriptor);
+        made->m_directory.device = made->place.place().device;
+        made->m_directory.inode = made->place.place().inode;
+        made->root = target.root;
+        made->way = way;
+        made->places = ownPlaces();
+        made->aptArchives = made->places->aptArchivesOf(made->place.chain);
+        folder = std::move(made);
     }
-    return directory;
+    struct stat status {};
+    item.refusal = lookAt(folder->descriptor(), folder->place, item.name, status);
+    if (item.refusal && item.refusal != RemovalError::HoldsVolume)
+        return item.refusal;
+    item.attributes = attributesOf(status);
+    const SystemPlaces &places = *folder->places;
+    if (!item.refusal && places.isProtected(status.st_dev, status.st_ino))
+        item.refusal = RemovalError::ProtectedPlace;
+    if (!item.refusal && ::geteuid() == 0)
+        item.refusal = places.refusalForRoot(folder->place.chain, item.name, status);
+    if (!item.refusal && isAptAtWork(folder->aptArchives))
+        item.refusal = busy;
+    item.folder = std::move(folder);
+    return item;
 }
 
-bool LinuxFileOperations::isDeletable(const RemovalTarget &target) {
-    const auto holder = openHolder(target);
-    if (!holder)
-        return false;
-    const std::string name = paths::lastComponent(target.relative);
-    struct stat item;
-    return !keptInFolder(*holder, name, item) &&
-           (S_ISLNK(item.st_mode) || ::faccessat(holder->descriptor.get(), name.c_str(), W_OK,
-                                                 AT_EACCESS | AT_SYMLINK_NOFOLLOW) == 0);
+bool LinuxFileOperations::isDeletable(const OpenItem &item) {
+    return !keptInFolder(item) && (item.attributes.type == EntryType::Link ||
+                                   ::faccessat(linuxFolder(item).descriptor(), item.name.c_str(),
+                                               W_OK, AT_EACCESS | AT_SYMLINK_NOFOLLOW) == 0);
 }
 
-std::error_code LinuxFileOperations::checkRemoval(const RemovalTarget &target) {
-    const auto holder = openHolder(target);
-    if (!holder)
-        return holder.error();
-    const std::string name = paths::lastComponent(target.relative);
-    struct stat item;
-    if (const auto error = keptInFolder(*holder, name, item))
-        return error;
-    return holdsMount(target, *holder, name) ? busy : std::error_code();
+std::error_code LinuxFileOperations::checkRemoval(const OpenItem &item) {
+    return item.refusal ? item.refusal : keptInFolder(item);
 }
 
-std::error_code LinuxFileOperations::removeItem(const RemovalTarget &target,
-                                                const std::atomic<bool> *stop) {
-    const auto holder = openHolder(target);
-    if (!holder)
-        return holder.error();
-    const std::string name = paths::lastComponent(target.relative);
-    struct stat item;
-    if (::fstatat(holder->descriptor.get(), name.c_str(), &item, AT_SYMLINK_NOFOLLOW) != 0)
-        return lastError();
-    if (holdsMount(target, *holder, name))
-        return busy;
-    if (!S_ISDIR(item.st_mode)) {
-        return ::unlinkat(holder->descriptor.get(), name.c_str(), 0) == 0 ? std::error_code()
-                                                                          : lastError();
+std::error_code LinuxFileOperations::removeItem(const OpenItem &item,
+                                                const RemovalOptions &options) {
+    if (item.refusal)
+        return item.refusal;
+    if (item.attributes.type != EntryType::Directory) {
+        return ::unlinkat(linuxFolder(item).descriptor(), item.name.c_str(), 0) == 0
+                   ? std::error_code()
+                   : lastError();
     }
     // What may not leave its folder is not emptied either.
-    if (const auto error = keptInFolder(*holder, name, item))
+    if (const auto error = keptInFolder(item))
         return error;
-    const auto mount = mountOf(holder->descriptor.get());
-    if (!mount)
-        return mount.error();
-    return TreeRemoval(*this, *mount, stop).run(*holder, name.c_str());
+    return TreeRemoval(*this, m_modes, item, options).run();
 }
 
-Result<std::uint32_t> LinuxFileOperations::setPermissions(const RemovalTarget &target,
-                                                          std::uint32_t mode) {
-    const auto holder = openHolder(target);
-    if (!holder)
-        return holder.error();
-    const std::string name = paths::lastComponent(target.relative);
-    const FileDescriptor item(
-        ::openat(holder->descriptor.get(), name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+bool LinuxFileOperations::hasGone(const OpenItem &item) {
     struct stat status;
-    if (!item || ::fstat(item.get(), &status) != 0)
-        return lastError();
-    const bool allowed =
-        S_ISDIR(status.st_mode) || (S_ISREG(status.st_mode) && status.st_nlink == 1);
-    if (!allowed)
-        return std::errc::operation_not_permitted;
-    // A descriptor opened as a place takes no fchmod; its link in /proc leads to that very item.
-    const std::string link = "/proc/self/fd/" + std::to_string(item.get());
-    if (::chmod(link.c_str(), mode) != 0)
-        return lastError();
-    return std::uint32_t(status.st_mode & 07777);
+    return ::fstatat(linuxFolder(item).descriptor(), item.name.c_str(), &status,
+                     AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0 &&
+           errno == ENOENT;
+}
+
+std::error_code LinuxFileOperations::openModeJournal(const std::filesystem::path &journal) {
+    return m_modes.open(journal.native());
+}
+
+void LinuxFileOperations::closeModeJournal() {
+    m_modes.close();
+}
+
+void LinuxFileOperations::putModesBack() {
+    m_modes.putAllBack();
 }
 
 } // namespace brightsweep

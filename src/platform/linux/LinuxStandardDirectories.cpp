@@ -3,10 +3,12 @@
 #include "foundation/Identity.h"
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
-#include "foundation/SmallFile.h"
-#include "linux/MountTable.h"
+#include "linux/LongPath.h"
+#include "linux/Mounts.h"
+#include "platform/linux/OwnPlaces.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,32 +25,24 @@ namespace {
 
 using std::filesystem::path;
 
-// Packages' own folders below /var/cache and /var/log whose contents come again by themselves.
-constexpr std::array localCaches = {
-    "/var/cache/apt/archives", "/var/cache/dnf",        "/var/cache/libdnf5",
-    "/var/cache/yum",          "/var/cache/pacman/pkg", "/var/cache/zypp/packages",
-    "/var/cache/PackageKit",   "/var/cache/fontconfig", "/var/cache/man",
-    "/var/cache/swcatalog",    "/var/cache/app-info",   "/var/lib/snapd/cache",
-};
-constexpr std::array localLogs = {
-    "/var/log/apt", "/var/log/unattended-upgrades", "/var/log/dist-upgrade",
-    "/var/crash",   "/var/lib/systemd/coredump",
-};
 constexpr std::array logFolderNames = {"logs", "Logs", "log"};
 constexpr std::array logFileEndings = {".log", ".log.gz", ".log.xz"};
 
-path configHome() {
-    return environmentFolder("XDG_CONFIG_HOME", ".config");
-}
-path dataHome() {
-    return environmentFolder("XDG_DATA_HOME", ".local/share");
-}
-path stateHome() {
-    return environmentFolder("XDG_STATE_HOME", ".local/state");
-}
-path cacheHome() {
-    return environmentFolder("XDG_CACHE_HOME", ".cache");
-}
+struct PlaceRole {
+    CleanPlace place;
+    FolderRole role;
+};
+
+// The categories of one folder of the user's.
+constexpr std::array placeRoles = {
+    PlaceRole{CleanPlace::UserCaches, FolderRole::Cache},
+    PlaceRole{CleanPlace::HomeTrash, FolderRole::TrashItems},
+    PlaceRole{CleanPlace::Downloads, FolderRole::Downloads},
+};
+
+// File systems that keep no owners: whoever mounted them may write, or nobody.
+constexpr std::array<std::string_view, 7> ownerlessTypes = {"vfat",    "msdos", "exfat", "ntfs",
+                                                            "fuseblk", "cifs",  "smb3"};
 
 bool isDigit(char character) {
     return character >= '0' && character <= '9';
@@ -64,19 +58,6 @@ std::optional<struct stat> statusOf(const path &item) {
 bool isRealDirectory(const path &folder) {
     const auto status = statusOf(folder);
     return status && S_ISDIR(status->st_mode);
-}
-
-std::string resolvedPath(const path &folder) {
-    struct Free {
-        void operator()(char *text) const { std::free(text); }
-    };
-    const std::unique_ptr<char, Free> resolved(::realpath(folder.c_str(), nullptr));
-    return resolved ? std::string(resolved.get()) : std::string();
-}
-
-bool isDirectory(const path &folder) {
-    struct stat status;
-    return ::stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 // The names in a directory; nothing where it cannot be read.
@@ -140,110 +121,129 @@ bool holdsOnlyLogs(const path &folder) {
     });
 }
 
-// Every folder of logs two levels below a base folder, in the order of names.
+// Every folder of logs two levels below a base folder, in the order of names. What has a mount in
+// it is passed over unasked.
 void addLogFolders(std::vector<path> &folders, const path &base) {
+    const auto place = openPlace(base.native());
+    const std::string reached = place ? currentPath(place->get()) : std::string();
+    if (reached.empty())
+        return;
+    const auto mounts = ownMounts().current();
+    const auto isAsked = [&](const std::string &below) {
+        return !mounts->holdsMountPoint(reached + '/' + below);
+    };
     auto programs = namesIn(base).value_or(std::vector<std::string>());
     std::sort(programs.begin(), programs.end());
     for (const std::string &program : programs) {
         const path programFolder = paths::join(base, program);
-        if (!isRealDirectory(programFolder))
+        if (mounts->isAt(reached + '/' + program) || !isRealDirectory(programFolder))
             continue;
         for (const char *name : logFolderNames) {
             const path folder = paths::join(programFolder, name);
-            if (isRealDirectory(folder) && holdsOnlyLogs(folder))
+            if (isAsked(program + '/' + name) && isRealDirectory(folder) && holdsOnlyLogs(folder))
                 folders.push_back(folder);
         }
     }
 }
 
 std::vector<path> userLogs() {
-    std::vector<path> folders = {paths::join(stateHome(), "log"), paths::join(dataHome(), "xorg"),
+    const path data = folderOfRole(FolderRole::Data);
+    const path state = folderOfRole(FolderRole::State);
+    std::vector<path> folders = {paths::join(state, "log"), paths::join(data, "xorg"),
                                  paths::join(homeFolder(), ".npm/_logs"),
-                                 paths::join(dataHome(), "sddm")};
-    for (const path &base : {configHome(), dataHome(), stateHome()})
+                                 paths::join(data, "sddm")};
+    for (const path &base : {folderOfRole(FolderRole::Config), data, state})
         addLogFolders(folders, base);
     return folders;
 }
 
-// The value of XDG_DOWNLOAD_DIR in user-dirs.dirs: "$HOME/…" or an absolute path in double quotes,
-// with backslash escapes. Relative values count as not configured.
-path downloads() {
-    const auto text = readSmallFile(paths::join(configHome(), "user-dirs.dirs"));
-    path folder;
-    std::string_view rest = text ? std::string_view(*text) : std::string_view();
-    constexpr std::string_view key = "XDG_DOWNLOAD_DIR=\"";
-    while (!rest.empty()) {
-        const auto end = std::min(rest.find('\n'), rest.size());
-        std::string_view line = rest.substr(0, end);
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-        line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
-        if (!line.starts_with(key))
-            continue;
-        line.remove_prefix(key.size());
-        std::string value;
-        for (std::size_t i = 0; i < line.size() && line[i] != '"'; ++i) {
-            if (line[i] == '\\' && i + 1 < line.size())
-                ++i;
-            value += line[i];
-        }
-        constexpr std::string_view home = "$HOME";
-        if (value == home || value.starts_with("$HOME/"))
-            folder = homeFolder().native() + value.substr(home.size());
-        else if (value.starts_with('/'))
-            folder = value;
-    }
-    return folder.empty() ? paths::join(homeFolder(), "Downloads") : folder;
+bool isOwnedByUser(int directory, const Place &place) {
+    struct stat status;
+    if (::fstat(directory, &status) != 0)
+        return false;
+    if (status.st_uid == ::geteuid())
+        return true;
+    const auto mounts = ownMounts().current();
+    const Mount *mount = mounts->find(place.mount);
+    return mount &&
+           std::find(ownerlessTypes.begin(), ownerlessTypes.end(), mount->type) !=
+               ownerlessTypes.end() &&
+           ::faccessat(directory, ".", W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 // Owned by root and not open to others, unless a sticky bit keeps them from one another's files.
-bool isSoundSystemFolder(const path &folder) {
-    const auto status = statusOf(folder);
-    return status && S_ISDIR(status->st_mode) && status->st_uid == 0 &&
-           (!(status->st_mode & S_IWOTH) || (status->st_mode & S_ISVTX));
+bool isSoundSystemFolder(int directory) {
+    struct stat status;
+    return ::fstat(directory, &status) == 0 && status.st_uid == 0 &&
+           (!(status.st_mode & S_IWOTH) || (status.st_mode & S_ISVTX));
 }
 
-// True when removing every child of the folder could take more than what the folder is for.
-bool holdsTooMuch(const path &folder) {
-    const std::string place = resolvedPath(folder);
-    for (const path &kept : {homeFolder(), configHome(), dataHome(), stateHome(), path("/")}) {
-        const std::string keptPlace = resolvedPath(kept);
-        if (!keptPlace.empty() && paths::isSameOrBelow(keptPlace, place))
-            return true;
-    }
-    const auto mounts = currentMounts();
-    return std::any_of(mounts.begin(), mounts.end(),
-                       [&](const Mount &mount) { return mount.mountPoint == place; });
+// Takes an open folder in, if removing every child of it takes no more than what it is for.
+void add(CleanFolders &folders, const path &folder, int directory, int role, bool isOwned) {
+    const auto chain = climb(directory);
+    if (!chain)
+        return;
+    const Place &own = chain->front();
+    const auto leaveOut = [&](LeftOutReason reason, const char *words) {
+        NSLog("Folder is not cleaned, since it %s: %@", words, folder);
+        folders.leftOut.push_back({folder, reason});
+    };
+    if (chain->size() == 1 || (*chain)[1].mount != own.mount)
+        return leaveOut(LeftOutReason::TopOfVolume, "is the top of a volume");
+    if (!isOwned)
+        return leaveOut(LeftOutReason::NotOwned, "belongs to somebody else");
+    if (ownPlaces()->isProtected(own.device, own.inode, role))
+        return leaveOut(LeftOutReason::KeptPlace, "holds more than its category");
+    const auto isThere = [&](const RemovalRoot &other) {
+        return other.device == own.device && other.inode == own.inode;
+    };
+    if (std::none_of(folders.folders.begin(), folders.folders.end(), isThere))
+        folders.folders.push_back({folder, own.device, own.inode});
 }
 
-std::vector<path> cleanFolders(std::vector<path> candidates) {
-    std::vector<path> folders;
-    for (path &folder : candidates) {
-        if (!isDirectory(folder))
+void addUserFolder(CleanFolders &folders, const path &folder, FolderRole role) {
+    const auto directory = openPlace(folder.native());
+    const auto place = directory ? placeOf(directory->get()) : Result<Place>(directory.error());
+    if (place)
+        add(folders, folder, directory->get(), int(role), isOwnedByUser(directory->get(), *place));
+}
+
+CleanFolders systemFoldersOf(LinuxStandardDirectories &directories, unsigned category) {
+    CleanFolders folders;
+    for (std::size_t row = 0; row < systemFolders.size(); ++row) {
+        if (systemFolders[row].category != category)
             continue;
-        if (holdsTooMuch(folder))
-            NSLog("Folder is not cleaned, since it holds more than its category: %@", folder);
-        else if (std::find(folders.begin(), folders.end(), folder) == folders.end())
-            folders.push_back(std::move(folder));
+        const path folder = directories.systemPath(systemFolders[row].path);
+        const auto holder = openPlace(paths::parent(folder).native());
+        const auto directory =
+            holder ? openPlaceAt(holder->get(), paths::lastComponent(folder).c_str())
+                   : Result<FileDescriptor>(holder.error());
+        if (directory)
+            add(folders, folder, directory->get(), roleOfSystemFolder(row),
+                isSoundSystemFolder(directory->get()));
     }
     return folders;
 }
 
-template <std::size_t Size>
-std::vector<path> systemFolders(LinuxStandardDirectories &directories,
-                                const std::array<const char *, Size> &table) {
-    std::vector<path> folders;
-    for (const char *folder : table) {
-        const path place = directories.systemPath(folder);
-        if (isSoundSystemFolder(place))
-            folders.push_back(place);
-    }
-    return cleanFolders(std::move(folders));
+// A directory below an open one, on the same mount, that passes the check; through no link.
+template <typename Check>
+FileDescriptor soundChild(int parent, const char *name, Check isSound) {
+    auto child = openPlaceAt(parent, name);
+    if (!child)
+        return {};
+    const auto place = placeOf(child->get());
+    const auto above = placeOf(parent);
+    struct stat status;
+    const bool isGood = place && above && place->mount == above->mount &&
+                        ::fstat(child->get(), &status) == 0 && isSound(status);
+    return isGood ? *std::move(child) : FileDescriptor();
 }
 
-bool isOwnPrivateDirectory(const path &folder) {
-    const auto status = statusOf(folder);
-    return status && S_ISDIR(status->st_mode) && status->st_uid == ::getuid() &&
-           (status->st_mode & 07777) == 0700;
+bool isOwn(const struct stat &status) {
+    return status.st_uid == ::geteuid();
+}
+bool isOwnAndPrivate(const struct stat &status) {
+    return isOwn(status) && (status.st_mode & 07777) == 0700;
 }
 
 } // namespace
@@ -259,21 +259,9 @@ std::vector<path> LinuxStandardDirectories::paths(StandardDirectory directory) {
     switch (directory) {
     case StandardDirectory::ApplicationSupport:
     case StandardDirectory::Library:
-        return {dataHome()};
+        return {folderOfRole(FolderRole::Data)};
     case StandardDirectory::Preferences:
-        return {configHome()};
-    case StandardDirectory::UserCaches:
-        return cleanFolders({cacheHome()});
-    case StandardDirectory::LocalCaches:
-        return systemFolders(*this, localCaches);
-    case StandardDirectory::UserLogs:
-        return cleanFolders(userLogs());
-    case StandardDirectory::LocalLogs:
-        return systemFolders(*this, localLogs);
-    case StandardDirectory::Downloads:
-        return cleanFolders({downloads()});
-    case StandardDirectory::HomeTrash:
-        return cleanFolders({paths::join(dataHome(), "Trash/files")});
+        return {folderOfRole(FolderRole::Config)};
     case StandardDirectory::Applications:
         return {"/Applications", "/Network/Applications", "/Developer/Applications",
                 paths::join(homeFolder(), "Applications")};
@@ -287,19 +275,48 @@ std::vector<path> LinuxStandardDirectories::paths(StandardDirectory directory) {
     return {};
 }
 
-std::vector<path> LinuxStandardDirectories::trashesOfVolume(const path &top) {
-    const std::string user = std::to_string(::getuid());
-    std::vector<path> folders;
-    const path shared = paths::join(top, ".Trash");
-    const auto sharedStatus = statusOf(shared);
-    if (sharedStatus && S_ISDIR(sharedStatus->st_mode) && (sharedStatus->st_mode & S_ISVTX) &&
-        isOwnPrivateDirectory(paths::join(shared, user)))
-        folders.push_back(paths::join(shared, user + "/files"));
-    const path own = paths::join(top, ".Trash-" + user);
-    if (isOwnPrivateDirectory(own))
-        folders.push_back(paths::join(own, "files"));
-    std::erase_if(folders, [](const path &folder) { return !isRealDirectory(folder); });
-    return cleanFolders(std::move(folders));
+CleanFolders LinuxStandardDirectories::cleanFolders(CleanPlace place) {
+    if (place == CleanPlace::LocalCaches)
+        return systemFoldersOf(*this, cachesCategory);
+    if (place == CleanPlace::LocalLogs)
+        return systemFoldersOf(*this, logsCategory);
+    CleanFolders folders;
+    if (place == CleanPlace::UserLogs) {
+        for (const path &folder : userLogs())
+            addUserFolder(folders, folder, FolderRole::None);
+    }
+    for (const PlaceRole &row : placeRoles) {
+        if (row.place == place)
+            addUserFolder(folders, folderOfRole(row.role), row.role);
+    }
+    for (RemovalRoot &folder : folders.folders)
+        folder.isTrash = place == CleanPlace::HomeTrash;
+    return folders;
+}
+
+// Step by step from the top, through no link: whoever owns what lies above the user's own folder
+// may exchange it at any time, and only what was looked at counts.
+CleanFolders LinuxStandardDirectories::trashesOfVolume(const path &top) {
+    const std::string user = std::to_string(::geteuid());
+    CleanFolders folders;
+    const auto volume = openPlace(top.native());
+    if (!volume)
+        return folders;
+    const auto isSticky = [](const struct stat &status) { return status.st_mode & S_ISVTX; };
+    const auto addTrash = [&](const FileDescriptor &trash, const path &folder) {
+        const auto files = trash ? soundChild(trash.get(), "files", isOwn) : FileDescriptor();
+        if (files)
+            add(folders, paths::join(folder, "files"), files.get(), int(FolderRole::TrashItems),
+                true);
+    };
+    if (const auto shared = soundChild(volume->get(), ".Trash", isSticky))
+        addTrash(soundChild(shared.get(), user.c_str(), isOwnAndPrivate),
+                 paths::join(top, ".Trash/" + user));
+    const std::string own = ".Trash-" + user;
+    addTrash(soundChild(volume->get(), own.c_str(), isOwnAndPrivate), paths::join(top, own));
+    for (RemovalRoot &folder : folders.folders)
+        folder.isTrash = true;
+    return folders;
 }
 
 } // namespace brightsweep

@@ -6,14 +6,14 @@ namespace brightsweep {
 
 /// The XDG folders of the user and the system's own caches and logs.
 ///
-/// A clean folder is left out, with a line in the log, when it equals or contains the home, "/" or
-/// one of the XDG config, data and state folders, or is itself the top of a mount: whoever points
-/// a user directory at such a place has switched it off. Folders of the system count only while
-/// they are real directories, owned by root and not open to others.
+/// Where a folder is fit to be cleaned is told by what it is, on descriptors: a user's folder is
+/// the user's own and has no other purpose, a system's is a real directory of root's that is not
+/// open to others, and neither is the top of a mount.
 class LinuxStandardDirectories final : public StandardDirectories {
 public:
     std::vector<std::filesystem::path> paths(StandardDirectory directory) override;
-    std::vector<std::filesystem::path> trashesOfVolume(const std::filesystem::path &top) override;
+    CleanFolders cleanFolders(CleanPlace place) override;
+    CleanFolders trashesOfVolume(const std::filesystem::path &top) override;
     std::filesystem::path systemPath(const std::filesystem::path &path) override;
 };
 

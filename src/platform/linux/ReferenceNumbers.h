@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/VolumeSelection.h"
+#include "linux/VolumeSelection.h"
 
 #include <cstdint>
 #include <map>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "linux/VolumeSelection.h"
 #include "platform/VolumeSource.h"
-#include "platform/linux/VolumeSelection.h"
 
 #include <string_view>
 

@@ -2,7 +2,6 @@
 
 #include "linux/MountTable.h"
 
-#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>

@@ -1,6 +1,6 @@
-#include "platform/linux/VolumeSelection.h"
+#include "linux/VolumeSelection.h"
 
-#include "foundation/Paths.h"
+#include "foundation/PathBytes.h"
 
 #include <algorithm>
 #include <array>
@@ -71,7 +71,7 @@ bool namesServer(std::string_view source) {
 
 bool isAppImage(const Mount &mount) {
     return mount.type.find("AppImage") != std::string::npos ||
-           paths::lastComponent(mount.mountPoint).starts_with(".mount_");
+           mount.mountPoint.compare(mount.mountPoint.rfind('/') + 1, 7, ".mount_") == 0;
 }
 
 std::optional<VolumeKind> kindOf(const Mount &mount, std::string_view place,

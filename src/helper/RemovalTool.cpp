@@ -1,0 +1,115 @@
+#include "helper/RemovalTool.h"
+
+#include "foundation/FileDescriptor.h"
+#include "helper/Confinement.h"
+#include "helper/Frame.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <ctime>
+#include <string_view>
+
+namespace brightsweep::helper {
+
+namespace {
+
+constexpr char removalTool[] = "/bin/rm";
+// Between the polite signal and the other, and at most until the tool is left to the kernel.
+constexpr int politeMilliseconds = 200;
+constexpr int patienceMilliseconds = 900;
+
+// Only calls that are safe after a fork; never returns.
+[[noreturn]] void becomeTool(int directory, int output, char *const *arguments) {
+    const int input = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+    ::setpgid(0, 0);
+    if (::fchdir(directory) == 0 && ::dup2(input, 0) == 0 && ::dup2(output, 1) == 1 &&
+        ::dup2(output, 2) == 2 && confineToRemoving(directory)) {
+        for (const int number : {SIGPIPE, SIGINT, SIGHUP, SIGQUIT, SIGTERM})
+            ::signal(number, SIG_DFL);
+        char locale[] = "LC_ALL=C";
+        char *const environment[] = {locale, nullptr};
+        ::execve(removalTool, arguments, environment);
+    }
+    constexpr std::string_view message = "the removal tool cannot be started";
+    if (::write(output, message.data(), message.size()) < 0)
+        ::_exit(126);
+    ::_exit(127);
+}
+
+// Waits for a child of ours; false when it has not ended by then.
+bool waitFor(pid_t child, int milliseconds) {
+    constexpr int step = 10;
+    for (int waited = 0;; waited += step) {
+        if (::waitpid(child, nullptr, WNOHANG) != 0)
+            return true;
+        if (waited >= milliseconds)
+            return false;
+        const timespec pause{0, step * 1'000'000L};
+        ::nanosleep(&pause, nullptr);
+    }
+}
+
+} // namespace
+
+ToolEnd runRemovalTool(int directory, const std::vector<std::string> &names,
+                       const std::function<bool(int output)> &wait) {
+    ToolEnd end;
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC) != 0) {
+        end.output = std::strerror(errno);
+        return end;
+    }
+    const FileDescriptor reading(ends[0]);
+    FileDescriptor writing(ends[1]);
+    std::vector<std::string> words = {"rm", "-rf", "--one-file-system", "--"};
+    for (const std::string &name : names)
+        words.push_back("./" + name);
+    std::vector<char *> arguments;
+    for (std::string &word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    const pid_t child = ::fork();
+    if (child < 0) {
+        end.output = std::strerror(errno);
+        return end;
+    }
+    if (child == 0)
+        becomeTool(directory, writing.get(), arguments.data());
+    ::setpgid(child, child);
+    writing.reset();
+    end.started = true;
+
+    char block[4096];
+    while (!end.stopped) {
+        if (!wait(reading.get())) {
+            end.stopped = true;
+            break;
+        }
+        const ssize_t got = ::read(reading.get(), block, sizeof block);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            break;
+        end.output.append(block, std::min(std::size_t(got), maximumOutput - end.output.size()));
+    }
+    if (!end.stopped) {
+        while (::waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
+        }
+        return end;
+    }
+    ::kill(-child, SIGTERM);
+    if (!waitFor(child, politeMilliseconds)) {
+        ::kill(-child, SIGKILL);
+        // One that the kernel keeps in a call goes when that returns; nobody waits for it.
+        waitFor(child, patienceMilliseconds - politeMilliseconds);
+    }
+    return end;
+}
+
+} // namespace brightsweep::helper

@@ -1,0 +1,54 @@
+#include "linux/RemovalError.h"
+
+#include <array>
+#include <string>
+
+namespace brightsweep {
+
+namespace {
+
+struct Row {
+    RemovalError error;
+    const char *words;
+    bool isBusy = false;
+};
+
+constexpr std::array rows = {
+    Row{RemovalError::HoldsVolume, "holds another volume", true},
+    Row{RemovalError::CrossesVolume, "lies on another volume", true},
+    Row{RemovalError::ProtectedPlace, "a protected place"},
+    Row{RemovalError::PartOfSystem, "part of the system"},
+    Row{RemovalError::Changed, "changed since it was found"},
+    Row{RemovalError::MountsUnknown, "the mount table cannot be read"},
+    Row{RemovalError::OutsideOwnTree, "lies outside of this system's folders"},
+};
+
+class Category final : public std::error_category {
+public:
+    const char *name() const noexcept override { return "removal"; }
+
+    std::string message(int value) const override {
+        for (const Row &row : rows) {
+            if (int(row.error) == value)
+                return row.words;
+        }
+        return "cannot be removed";
+    }
+
+    std::error_condition default_error_condition(int value) const noexcept override {
+        for (const Row &row : rows) {
+            if (int(row.error) == value && row.isBusy)
+                return std::errc::device_or_resource_busy;
+        }
+        return {value, *this};
+    }
+};
+
+} // namespace
+
+std::error_code make_error_code(RemovalError error) {
+    static const Category category;
+    return {int(error), category};
+}
+
+} // namespace brightsweep

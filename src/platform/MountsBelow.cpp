@@ -1,0 +1,38 @@
+#include "platform/MountsBelow.h"
+
+#include "foundation/PathBytes.h"
+#include "platform/FileOperations.h"
+
+#include <algorithm>
+
+namespace brightsweep {
+
+MountsBelow::MountsBelow(const std::vector<std::filesystem::path> &points) {
+    for (const std::filesystem::path &point : points) {
+        m_points.push_back(point.native());
+        if (point.native().find('/') == std::string::npos)
+            m_direct.push_back(point.native());
+    }
+    std::sort(m_points.begin(), m_points.end());
+}
+
+MountsBelow MountsBelow::of(FileOperations &files, const OpenDirectory &folder) {
+    return MountsBelow(files.mountPointsBelow(folder));
+}
+
+bool MountsBelow::isIn(std::string_view entry) const {
+    return std::any_of(m_points.begin(), m_points.end(), [&](const std::string &point) {
+        return paths::isSameOrBelow(point, entry);
+    });
+}
+
+bool MountsBelow::isAt(const DirectoryWalk::Directory &directory, std::string_view entry) const {
+    if (m_points.empty())
+        return false;
+    std::string path(entry);
+    for (const auto *level = &directory; level && !level->name().empty(); level = level->parent())
+        path.insert(0, std::string(level->name()) + '/');
+    return std::binary_search(m_points.begin(), m_points.end(), path);
+}
+
+} // namespace brightsweep

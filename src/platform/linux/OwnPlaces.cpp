@@ -1,0 +1,130 @@
+#include "platform/linux/OwnPlaces.h"
+
+#include "foundation/Identity.h"
+#include "foundation/Paths.h"
+#include "foundation/SmallFile.h"
+#include "linux/UserDirectories.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <cstdlib>
+#include <mutex>
+#include <string>
+
+namespace brightsweep {
+
+namespace {
+
+using std::chrono::steady_clock;
+
+// Folders come and go; so long an answer may be old.
+constexpr std::chrono::milliseconds freshness(200);
+
+struct RoleRow {
+    FolderRole role;
+    const char *variable; ///< of the environment, or of user-dirs.dirs
+    const char *belowHome;
+    bool isUserDirectory;
+};
+
+constexpr std::array roles = {
+    RoleRow{FolderRole::Config, "XDG_CONFIG_HOME", ".config", false},
+    RoleRow{FolderRole::Data, "XDG_DATA_HOME", ".local/share", false},
+    RoleRow{FolderRole::State, "XDG_STATE_HOME", ".local/state", false},
+    RoleRow{FolderRole::Cache, "XDG_CACHE_HOME", ".cache", false},
+    RoleRow{FolderRole::Desktop, "XDG_DESKTOP_DIR", "Desktop", true},
+    RoleRow{FolderRole::Documents, "XDG_DOCUMENTS_DIR", "Documents", true},
+    RoleRow{FolderRole::Downloads, "XDG_DOWNLOAD_DIR", "Downloads", true},
+    RoleRow{FolderRole::Music, "XDG_MUSIC_DIR", "Music", true},
+    RoleRow{FolderRole::Pictures, "XDG_PICTURES_DIR", "Pictures", true},
+    RoleRow{FolderRole::Public, "XDG_PUBLICSHARE_DIR", "Public", true},
+    RoleRow{FolderRole::Templates, "XDG_TEMPLATES_DIR", "Templates", true},
+    RoleRow{FolderRole::Videos, "XDG_VIDEOS_DIR", "Videos", true},
+};
+
+using Directories = std::map<std::string, std::string>;
+
+Directories userDirectories() {
+    const auto text = readSmallFile(
+        paths::join(environmentFolder("XDG_CONFIG_HOME", ".config"), "user-dirs.dirs"));
+    return text ? parseUserDirectories(*text, homeFolder().native()) : Directories();
+}
+
+std::filesystem::path placeOfRow(const RoleRow &row, const Directories &named) {
+    if (!row.isUserDirectory)
+        return environmentFolder(row.variable, row.belowHome);
+    const auto found = named.find(row.variable);
+    return found == named.end() ? paths::join(homeFolder(), row.belowHome)
+                                : std::filesystem::path(found->second);
+}
+
+RemovalCaller ownCaller() {
+    RemovalCaller caller;
+    caller.user = ::geteuid();
+    caller.homes.push_back(homeFolder().native());
+    std::array<char, 16 * 1024> buffer;
+    passwd entry{};
+    passwd *found = nullptr;
+    if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found)
+        caller.homes.emplace_back(found->pw_dir);
+    const Directories named = userDirectories();
+    for (const RoleRow &row : roles) {
+        // A user directory that is the home itself is switched off.
+        if (const auto place = placeOfRow(row, named);
+            !row.isUserDirectory || place != homeFolder())
+            caller.standardFolders.push_back({int(row.role), place.native()});
+    }
+    for (const FolderRole role : {FolderRole::Trash, FolderRole::TrashItems})
+        caller.standardFolders.push_back({int(role), folderOfRole(role).native()});
+    caller.ownsAllHomes = caller.user == 0;
+    if (const char *prefix = std::getenv("BRIGHTSWEEP_SYSTEM_ROOT"))
+        caller.systemRoot = prefix;
+    return caller;
+}
+
+// What the answer depends on besides the mounts and the disk.
+std::string surroundings() {
+    std::string text = std::to_string(::geteuid());
+    for (const char *name : {"HOME", "BRIGHTSWEEP_SYSTEM_ROOT", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
+                             "XDG_STATE_HOME", "XDG_CACHE_HOME"}) {
+        const char *value = std::getenv(name);
+        text.append("\n").append(value ? value : "");
+    }
+    return text;
+}
+
+} // namespace
+
+std::filesystem::path folderOfRole(FolderRole role) {
+    if (role == FolderRole::Trash)
+        return paths::join(folderOfRole(FolderRole::Data), "Trash");
+    if (role == FolderRole::TrashItems)
+        return paths::join(folderOfRole(FolderRole::Trash), "files");
+    for (const RoleRow &row : roles) {
+        if (row.role == role)
+            return placeOfRow(row, userDirectories());
+    }
+    return {};
+}
+
+std::shared_ptr<const SystemPlaces> ownPlaces() {
+    static std::mutex mutex;
+    static std::shared_ptr<const SystemPlaces> places;
+    static std::string madeFor;
+    static steady_clock::time_point madeAt;
+    const std::lock_guard lock(mutex);
+    const auto mounts = ownMounts().current();
+    std::string now = surroundings();
+    if (!places || places->mounts() != mounts || madeFor != now ||
+        steady_clock::now() - madeAt > freshness) {
+        places = std::make_shared<const SystemPlaces>(ownCaller(), mounts);
+        madeFor = std::move(now);
+        madeAt = steady_clock::now();
+    }
+    return places;
+}
+
+} // namespace brightsweep
