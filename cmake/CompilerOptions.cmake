@@ -8,6 +8,18 @@ target_compile_definitions(brightsweep_options INTERFACE
   QT_NO_CAST_FROM_BYTEARRAY QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 target_include_directories(brightsweep_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 
+# What makes a fault in memory harder to use: position-independent programs whose tables are
+# read-only once they run, canaries, and landing pads where the processor checks them.
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+target_compile_options(brightsweep_options INTERFACE
+  -fstack-protector-strong -fstack-clash-protection)
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64|i.86")
+  target_compile_options(brightsweep_options INTERFACE -fcf-protection)
+endif()
+target_link_options(brightsweep_options INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
+
 if(BRIGHTSWEEP_SANITIZE)
   target_compile_options(brightsweep_options INTERFACE
     -fsanitize=${BRIGHTSWEEP_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

@@ -14,6 +14,8 @@
 #include "platform/VolumeSource.h"
 #include "platform/Workspace.h"
 #include "preferences/PreferenceViewController.h"
+#include "removal/NvAuthorization.h"
+#include "removal/RemovalRun.h"
 #include "volumes/VolumeNotifications.h"
 
 #include <QCoreApplication>
@@ -32,6 +34,8 @@ namespace {
 
 constexpr int quitStatus = 1;
 constexpr std::chrono::seconds hostPatience{10};
+// For what removes something when the program ends.
+constexpr std::chrono::seconds removalPatience{1};
 
 } // namespace
 
@@ -248,6 +252,8 @@ void AppDelegate::menuAction(MenuAction action) {
 void AppDelegate::takeLeave() {
     Q_EMIT quitting();
     _statusItem.setShown(false);
+    RemovalRun::endForQuit(removalPatience);
+    NvAuthorization::shareNvAuthorization().freeAuthorization();
     UserDefaults::standardUserDefaults().synchronize();
     ObjectLog::flushAll();
 }

@@ -1,6 +1,7 @@
 #include "cleaning/FolderUtilities.h"
 
 #include "cleaning/ItemSizes.h"
+#include "core/Texts.h"
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
 #include "linux/SystemPlaces.h"
@@ -26,13 +27,13 @@ constexpr std::array categoryPlaces = {
 
 struct ReasonRow {
     LeftOutReason reason;
-    const char *words;
+    const char *key;
 };
 
 constexpr std::array reasons = {
-    ReasonRow{LeftOutReason::TopOfVolume, "is the top of a volume"},
-    ReasonRow{LeftOutReason::NotOwned, "belongs to somebody else"},
-    ReasonRow{LeftOutReason::KeptPlace, "holds more than its category"},
+    ReasonRow{LeftOutReason::TopOfVolume, "LEFT_OUT_TOP"},
+    ReasonRow{LeftOutReason::NotOwned, "LEFT_OUT_FOREIGN"},
+    ReasonRow{LeftOutReason::KeptPlace, "LEFT_OUT_KEPT"},
 };
 
 void addVolumeTrashes(CleanFolders &folders) {
@@ -68,12 +69,15 @@ std::vector<RemovalRoot> FolderUtilities::getFolderPath(std::uint32_t index,
     return std::move(folders.folders);
 }
 
-const char *FolderUtilities::wordsOf(LeftOutReason reason) {
-    for (const ReasonRow &row : reasons) {
-        if (row.reason == reason)
-            return row.words;
+QString FolderUtilities::wordsOf(const std::vector<LeftOutFolder> &leftOut) {
+    QStringList sentences;
+    for (const LeftOutFolder &folder : leftOut) {
+        const auto row = std::find_if(reasons.begin(), reasons.end(), [&](const ReasonRow &reason) {
+            return reason.reason == folder.reason;
+        });
+        sentences += localizedText(row->key).arg(paths::display(folder.path));
     }
-    return "";
+    return sentences.join(QLatin1Char(' '));
 }
 
 std::uint64_t FolderUtilities::sizeOfItemAtPath(const std::filesystem::path &path) {

@@ -4,6 +4,8 @@
 #include "platform/StandardDirectories.h"
 #include "removal/NvAuthorization.h"
 
+#include <QString>
+
 #include <cstdint>
 #include <filesystem>
 #include <string_view>
@@ -20,8 +22,8 @@ public:
     /// meant for it but not fit to be cleaned are added to `leftOut`, when given.
     static std::vector<RemovalRoot> getFolderPath(std::uint32_t index,
                                                   std::vector<LeftOutFolder> *leftOut = nullptr);
-    /// The reason in words, to stand behind the folder's name.
-    static const char *wordsOf(LeftOutReason reason);
+    /// The folders and why each is left out, in words, a sentence for each.
+    static QString wordsOf(const std::vector<LeftOutFolder> &leftOut);
 
     /// The sum of the logical sizes of all files below; of a file or a link its own. Directories
     /// add nothing, links are not followed, a further name of a file counts again. What cannot be

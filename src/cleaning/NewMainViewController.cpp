@@ -179,7 +179,10 @@ void NewMainViewController::scanButtonAction() {
         view.setSizeStrLabelString(QStringLiteral("0.00KB"));
         scanObjsArr.push_back(index);
         view.bind(*tableControllers[index]);
-        tableControllers[index]->beginScanTask(FolderUtilities::getFolderPath(index));
+        std::vector<LeftOutFolder> leftOut;
+        auto folders = FolderUtilities::getFolderPath(index, &leftOut);
+        view.setNote(FolderUtilities::wordsOf(leftOut));
+        tableControllers[index]->beginScanTask(std::move(folders));
     }
     Q_EMIT baseNumberSetPrograss(startOfProgress);
     Q_EMIT controlsChanged();

@@ -8,6 +8,7 @@
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
+#include "linux/RemovalError.h"
 #include "platform/Platform.h"
 #include "removal/ItemRemoval.h"
 #include "removal/RemovalRun.h"
@@ -117,7 +118,10 @@ std::uint64_t ScanViewController::scanDirectory(const RemovalRoot &directory,
         row.root = root;
         row.modified = item.modified;
         row.isDirectory = item.type == EntryType::Directory;
-        row.holdsVolume = item.holdsVolume;
+        // Known before any attempt.
+        if (item.holdsVolume)
+            row.failure =
+                QString::fromStdString(make_error_code(RemovalError::HoldsVolume).message());
         totalSize = addSaturating(totalSize, item.size);
         m_totalSize = totalSize;
         setFilesSize(UtilityFunction::convertVolSpace(totalSize));

@@ -50,6 +50,11 @@ void V3MainListView::setCheckBoxHidden(bool hidden) {
     Q_EMIT changed();
 }
 
+void V3MainListView::setNote(const QString &note) {
+    m_note = note;
+    Q_EMIT changed();
+}
+
 void V3MainListView::initSizeLable() {
     m_sizeLabel = getFoundText(m_tag);
     m_cleanSizeLabel = noSize;

@@ -44,6 +44,8 @@ public:
     QString sizeLabel() const { return m_sizeLabel; }
     QString cleanStrLabel() const { return QStringLiteral("Cleaned:"); }
     QString cleanSizeLabel() const { return m_cleanSizeLabel; }
+    /// What of the category is not cleaned, and why; empty where that is nothing.
+    QString note() const { return m_note; }
 
     // -- What the page tells it
     void setCheckBoxHidden(bool hidden);
@@ -57,6 +59,7 @@ public:
     /// 0 unticked, any other number ticked: a part shows as ticked here.
     void refCheckBoxInMainView(int state);
 
+    void setNote(const QString &note);
     /// While false a click on the check box does nothing.
     void setEnabled(bool enabled) { m_enabled = enabled; }
 
@@ -90,6 +93,7 @@ private:
     Animation m_animation = Animation::Stopped;
     QString m_sizeLabel;
     QString m_cleanSizeLabel;
+    QString m_note;
     std::array<QString, 6> m_foundSizes; // only that of its own category is ever shown
     ScanViewController *m_controller = nullptr;
 

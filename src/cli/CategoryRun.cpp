@@ -96,8 +96,7 @@ bool scanCategories(std::vector<CategoryRun> &runs, const std::vector<unsigned> 
         run.folders = FolderUtilities::getFolderPath(index, &run.leftOut);
         run.controller = std::make_unique<ScanViewController>();
         for (const LeftOutFolder &folder : run.leftOut)
-            output.warning(folder.path.native() + " is not cleaned: it " +
-                           FolderUtilities::wordsOf(folder.reason) + ".");
+            output.warning(FolderUtilities::wordsOf({folder}).toStdString());
     }
     return runAll(
         runs, output,

@@ -6,6 +6,7 @@
 #include "foundation/Log.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
+#include "removal/RemovalRun.h"
 
 #include <cstdlib>
 
@@ -13,6 +14,7 @@ int main(int argc, char **argv) {
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
     brightsweep::MacLog::setLogFileForCommandLine(brightsweep::logFileName);
     brightsweep::registerAllDefaults();
+    brightsweep::RemovalRun::putBackLeftModes();
     const int status = brightsweep::cli::runCommandLine(argc, argv);
     brightsweep::ObjectLog::flushAll();
     std::_Exit(status);

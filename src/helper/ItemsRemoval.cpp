@@ -111,8 +111,7 @@ private:
 
 } // namespace
 
-Replies ItemsRemoval::run(const RemoveItems &removal,
-                          const std::function<bool(int output)> &wait) const {
+Replies ItemsRemoval::run(const RemoveItems &removal, const std::function<bool(int output)> &wait) {
     if (const auto reason = refusalOfWords(removal); !reason.empty())
         return {refused(std::string(reason))};
     HoldingPlace place;
@@ -120,8 +119,8 @@ Replies ItemsRemoval::run(const RemoveItems &removal,
         openHoldingPlace(removal.root, removal.device, removal.inode, removal.way, place);
     if (!directory)
         return {refused(directory.error().message())};
-    const SystemPlaces places(m_caller, place.mounts);
-    return Batch(removal, directory->get(), place, places).run(wait);
+    const auto places = m_places.get([this] { return m_caller; }, place.mounts);
+    return Batch(removal, directory->get(), place, *places).run(wait);
 }
 
 } // namespace brightsweep::helper

@@ -18,10 +18,11 @@ public:
 
     /// Blocks until the tool has ended. An item that is not there any more is performed and gone.
     /// `wait` is as for runRemovalTool().
-    Replies run(const RemoveItems &removal, const std::function<bool(int output)> &wait) const;
+    Replies run(const RemoveItems &removal, const std::function<bool(int output)> &wait);
 
 private:
-    RemovalCaller m_caller;
+    const RemovalCaller m_caller;
+    RecentPlaces m_places;
 };
 
 } // namespace brightsweep::helper

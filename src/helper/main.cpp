@@ -97,7 +97,7 @@ Reply dropCaches() {
 // Answers requests until the stream ends.
 class Service {
 public:
-    Service(Channel &channel, const Token &token, const ItemsRemoval &removal)
+    Service(Channel &channel, const Token &token, ItemsRemoval &removal)
         : m_channel(channel), m_token(token), m_removal(removal) {}
 
     int run() {
@@ -169,7 +169,7 @@ private:
 
     Channel &m_channel;
     const Token &m_token;
-    const ItemsRemoval &m_removal;
+    ItemsRemoval &m_removal;
 };
 
 // Nothing of the caller's surroundings reaches what is started from here.
@@ -197,7 +197,7 @@ int main(int argc, char **argv) {
         std::fputs("brightsweep-helper: started by brightsweep only\n", stderr);
         return 2;
     }
-    const ItemsRemoval removal(callerOfProcess());
+    ItemsRemoval removal(callerOfProcess());
     settle();
     Channel channel(STDIN_FILENO);
     Token token;

@@ -17,6 +17,9 @@ namespace brightsweep {
 
 namespace {
 
+// Folders come and go; an answer may be that old.
+constexpr std::chrono::milliseconds freshness(200);
+
 enum class Kind {
     System,             ///< the system's own; no volume lies in it
     SystemWithChildren, ///< likewise, and none of its direct children goes either
@@ -356,6 +359,17 @@ bool SystemPlaces::isAptReserved(const Place &directory, std::string_view name) 
     return std::find(aptReserved.begin(), aptReserved.end(), name) != aptReserved.end() &&
            std::any_of(m_aptArchives.begin(), m_aptArchives.end(),
                        [&](const auto &archives) { return archives.first.isSameFile(directory); });
+}
+
+std::shared_ptr<const SystemPlaces>
+RecentPlaces::get(const std::function<RemovalCaller()> &caller,
+                  const std::shared_ptr<const MountSnapshot> &mounts) {
+    const auto now = std::chrono::steady_clock::now();
+    if (!m_places || m_places->mounts() != mounts || now - m_madeAt > freshness) {
+        m_places = std::make_shared<const SystemPlaces>(caller(), mounts);
+        m_madeAt = now;
+    }
+    return m_places;
 }
 
 bool isAptAtWork(const std::string &archives) {

@@ -6,7 +6,9 @@
 #include <sys/types.h>
 
 #include <array>
+#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -142,6 +144,18 @@ private:
     std::vector<Region> m_regions;
     std::vector<std::pair<Place, std::string>> m_aptArchives;
     std::vector<std::uint64_t> m_volumes; // numbers of mounts
+};
+
+/// Keeps the places for a caller, and looks at them again when mounts changed or after a moment.
+/// One thread at a time.
+class RecentPlaces {
+public:
+    std::shared_ptr<const SystemPlaces> get(const std::function<RemovalCaller()> &caller,
+                                            const std::shared_ptr<const MountSnapshot> &mounts);
+
+private:
+    std::shared_ptr<const SystemPlaces> m_places;
+    std::chrono::steady_clock::time_point m_madeAt;
 };
 
 /// True while another process holds the lock in apt's folder of packages. A lock that may not be

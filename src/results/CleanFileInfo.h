@@ -35,7 +35,6 @@ struct CleanFileInfo {
     std::uint64_t fileSizeNum = 0;
     std::int8_t bIsSelected = 0;
     bool isDirectory = false; ///< never true for a link
-    bool holdsVolume = false; ///< something is mounted on it or below it, so that it will stay
     /// The bytes that the words in `size` read as, which is what pages add up.
     std::uint64_t shownSize = 0;
     /// Nanoseconds since the epoch; none where it could not be read.
@@ -43,7 +42,8 @@ struct CleanFileInfo {
 
     /// The folder as it was when it was listed.
     std::shared_ptr<const RemovalRoot> root;
-    /// Why the last attempt to remove the item failed, for its row; empty when there was none.
+    /// Why the last attempt to remove the item failed, or the next one will, for its row; else
+    /// empty.
     QString failure;
 };
 

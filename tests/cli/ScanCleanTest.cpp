@@ -283,7 +283,7 @@ TEST_F(ScanClean, ADownloadsFolderThatIsTooMuchIsDropped) {
     const auto before = machine.state();
     const auto result = cli({"clean", "--category", "5", "--apply"});
     EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.errors, top + " is not cleaned: it holds more than its category.\n");
+    EXPECT_EQ(result.errors, top + " is not cleaned, since it holds more than its category.\n");
     EXPECT_THAT(changes(before, machine.state()), IsEmpty());
 }
 

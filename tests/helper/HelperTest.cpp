@@ -367,10 +367,13 @@ TEST(Helper, SendsTheBeginningOfWhatTheToolSays) {
 
 TEST(Helper, TakesNothingFromAnArchiveThatAptHolds) {
     TestTree tree(TestEnvironment::current().system());
-    const auto archives = tree.directory("var/cache/apt/archives");
-    tree.file("var/cache/apt/archives/lock", "");
-    tree.file("var/cache/apt/archives/one.deb");
-    tree.file("var/cache/apt/archives/partial/two.deb");
+    // The caches may well lie elsewhere.
+    const auto archives = tree.directory("data/apt/archives");
+    tree.directory("var");
+    tree.link("var/cache", "../data");
+    tree.file("data/apt/archives/lock", "");
+    tree.file("data/apt/archives/one.deb");
+    tree.file("data/apt/archives/partial/two.deb");
     auto holder = std::make_unique<test::LockHolder>(archives / "lock");
     HelperProcess process;
     const auto before = tree.snapshot();

@@ -1,5 +1,6 @@
 #include "removal/TrashRecord.h"
 
+#include "platform/StandardDirectories.h"
 #include "removal/FakeRights.h"
 #include "removal/NvAuthorization.h"
 
@@ -69,6 +70,24 @@ TEST(TrashRecord, TouchesNothingThatIsNoTrash) {
     EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path("Trash/files/item")));
     EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path(".Trash-7/files/second")));
     EXPECT_EQ(tree.snapshot("outside"), before);
+}
+
+// The home's trash may be a link to a folder of any name; a file of sizes that nobody computed is
+// not read.
+TEST(TrashRecord, GoesWithTheItemWhereTheTrashIsALink) {
+    TestTree home(test::TestEnvironment::current().home());
+    TestTree elsewhere;
+    elsewhere.file("bin of mine/files/item");
+    elsewhere.file("bin of mine/info/item.trashinfo");
+    elsewhere.sparseFile("bin of mine/directorysizes", 200ull << 30);
+    home.link(".local/share/Trash", elsewhere.path("bin of mine"));
+    const auto folders = Platform::current().directories->cleanFolders(CleanPlace::HomeTrash);
+    ASSERT_EQ(folders.folders.size(), 1u);
+    EXPECT_TRUE(NvAuthorization::synFastRemovePath(RemovalTarget{folders.folders[0], "item"}));
+    EXPECT_EQ(elsewhere.snapshot().size(), 4u);
+    EXPECT_FALSE(elsewhere.exists("bin of mine/info/item.trashinfo"));
+    EXPECT_EQ(std::filesystem::file_size(elsewhere.path("bin of mine/directorysizes")),
+              200ull << 30);
 }
 
 TEST(TrashRecord, StaysWithAnItemThatStays) {

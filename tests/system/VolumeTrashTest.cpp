@@ -2,6 +2,7 @@
 #include "support/CleanableMachine.h"
 #include "support/TestEnvironment.h"
 #include "system/PrivateMachine.h"
+#include "system/SilentServer.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -97,6 +98,40 @@ TEST(VolumeTrash, OnlySoundTrashesOfFurtherVolumesAreEmptied) {
                                          "- " + single + "/files/b"));
     }
     machine.clear();
+}
+
+// What is mounted is never asked: its server may be dead, and then whoever asks waits for ever. The
+// rest counts and goes, and what holds the mount says so.
+TEST(SilentMount, BelowACategoryFolderHangsNothing) {
+    ASSERT_EQ(::geteuid(), 0u) << "this test mounts a file system and so needs root";
+    PrivateMachine::current();
+    TestTree home(TestEnvironment::current().home());
+    home.file(".cache/direct/x");
+    home.directory(".cache/itself");
+    home.file(".cache/holder/sibling", "12345");
+    home.directory(".cache/holder/mnt");
+    home.directory("Downloads");
+    home.directory(".config/program");
+    for (const auto manner : {SilentServer::Manner::NeverReads, SilentServer::Manner::Swallows}) {
+        const SilentServer itself(home.path(".cache/itself"), manner);
+        const SilentServer below(home.path(".cache/holder/mnt"), manner);
+        const SilentServer downloads(home.path("Downloads"), manner);
+        const SilentServer program(home.path(".config/program"), manner);
+        home.file(".cache/goes");
+        const auto scan = runProgram({BRIGHTSWEEP_CLI, "--json", "scan"});
+        EXPECT_EQ(scan.status, 0);
+        EXPECT_NE(scan.errors.find("Downloads is not cleaned, since it is the top of a volume."),
+                  std::string::npos);
+        const auto clean = runProgram(
+            {BRIGHTSWEEP_CLI, "--json", "clean", "--category", "1", "--category", "3", "--apply"});
+        EXPECT_EQ(clean.status, 3);
+        const auto document = documentOf(clean.output, "clean");
+        EXPECT_THAT(pathsIn(document, "failed"),
+                    UnorderedElementsAre(home.path(".cache/itself"), home.path(".cache/holder")));
+        EXPECT_FALSE(home.exists(".cache/goes"));
+        EXPECT_TRUE(home.exists(".cache/holder/sibling"));
+        EXPECT_EQ(clean.output.find("holds another volume") == std::string::npos, false);
+    }
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "app/AppDelegate.h"
 #include "app/AppPrefsWindowController.h"
 #include "app/Guide.h"
+#include "app/QuitSignals.h"
 #include "app/ui/ApplicationViews.h"
 #include "app/ui/MainWindow.h"
 #include "cleaning/ui/QuickCleanWindow.h"
@@ -14,6 +15,7 @@
 #include "platform/Platform.h"
 #include "platform/SingleInstance.h"
 #include "platform/StatusItem.h"
+#include "removal/RemovalRun.h"
 #include "ui/ImageProvider.h"
 #include "ui/Theme.h"
 #include "volumes/ui/CustomStatusItemView.h"
@@ -120,6 +122,7 @@ int runApplication(int argc, char **argv, int terminal) {
         break;
     }
 
+    RemovalRun::putBackLeftModes();
     theme::follow(*application);
     auto *const statusItem =
         new CustomStatusItemView(*Platform::current().statusItem, *new TrayStatusItem);
@@ -129,6 +132,7 @@ int runApplication(int argc, char **argv, int terminal) {
     parts.renderStatusImage = CustomStatusItemView::drawnImages;
     parts.makeCleanWindow = makeQuickCleanWindow;
     auto *const delegate = new AppDelegate(std::move(parts));
+    QObject::connect(new QuitSignals, &QuitSignals::quitRequested, delegate, &AppDelegate::quit);
     auto *const views = new ApplicationViews(*delegate, *statusItem);
     QObject::connect(&views->mainWindow(), &MainWindow::firstFramePainted, application,
                      [start] { firstFrameShown(Steady::now() - start); });

@@ -21,6 +21,7 @@ constexpr int rowHeight = 52;
 constexpr int imageSide = 32;
 constexpr int markSide = 18;
 constexpr int barHeight = 4;
+constexpr int noteMargin = 240;  // for the figures at the right
 constexpr int turnInterval = 33; // milliseconds
 constexpr int turnStep = 12;     // degrees
 constexpr double scaleBegin = 3; // powers of ten, in bytes
@@ -59,7 +60,9 @@ void OverviewRow::follow() {
     setAccessibleName(m_row.titleName());
     setAccessibleDescription(
         QStringLiteral("%1, %2 %3")
-            .arg(m_row.sizeLabel(), m_row.cleanStrLabel(), m_row.cleanSizeLabel()));
+            .arg(m_row.sizeLabel(), m_row.cleanStrLabel(), m_row.cleanSizeLabel()) +
+        (m_row.note().isEmpty() ? QString() : QStringLiteral(", ") + m_row.note()));
+    setToolTip(m_row.note().toHtmlEscaped());
     runWhileNeeded();
     update();
 }
@@ -107,6 +110,7 @@ void OverviewRow::paintEvent(QPaintEvent *) {
     painter.setPen(theme::text());
     painter.setFont(theme::font(13));
     painter.drawText(words, Qt::AlignLeft | Qt::AlignVCenter, m_row.titleName());
+    const int titleWidth = painter.fontMetrics().horizontalAdvance(m_row.titleName());
     painter.setPen(theme::accent());
     painter.setFont(theme::font(14, true));
     painter.drawText(words, Qt::AlignRight | Qt::AlignVCenter, m_row.sizeLabel());
@@ -119,6 +123,8 @@ void OverviewRow::paintEvent(QPaintEvent *) {
                          m_row.cleanStrLabel() + QLatin1Char(' ') + m_row.cleanSizeLabel());
     }
 
+    paintNote(painter, words.adjusted(titleWidth + 4 * theme::grid, 0, -noteMargin, 0));
+
     QRectF bar(x, height() - 2 * theme::grid - barHeight, right - x, barHeight);
     painter.setPen(Qt::NoPen);
     painter.setBrush(theme::hover());
@@ -127,6 +133,16 @@ void OverviewRow::paintEvent(QPaintEvent *) {
     painter.setBrush(theme::accent());
     if (bar.width() > 0)
         painter.drawRoundedRect(bar, barHeight / 2.0, barHeight / 2.0);
+}
+
+// Between the title and the figures, as far as there is room; whole as tool tip.
+void OverviewRow::paintNote(QPainter &painter, const QRect &room) {
+    if (m_row.note().isEmpty())
+        return;
+    painter.setPen(theme::accent());
+    painter.setFont(theme::font(11));
+    painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter,
+                     painter.fontMetrics().elidedText(m_row.note(), Qt::ElideRight, room.width()));
 }
 
 void OverviewRow::mouseReleaseEvent(QMouseEvent *event) {

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class QPainter;
 class QTimer;
 
 namespace brightsweep {
@@ -30,6 +31,7 @@ protected:
 
 private:
     void follow();
+    void paintNote(QPainter &painter, const QRect &room);
     void runWhileNeeded();
     QRect checkBox() const;
 

@@ -157,14 +157,15 @@ std::vector<path> userLogs() {
     return folders;
 }
 
-bool isOwnedByUser(int directory, const Place &place) {
+bool isOwnedByUser(int directory) {
     struct stat status;
     if (::fstat(directory, &status) != 0)
         return false;
     if (status.st_uid == ::geteuid())
         return true;
+    const auto place = placeOf(directory);
     const auto mounts = ownMounts().current();
-    const Mount *mount = mounts->find(place.mount);
+    const Mount *mount = place ? mounts->find(place->mount) : nullptr;
     return mount &&
            std::find(ownerlessTypes.begin(), ownerlessTypes.end(), mount->type) !=
                ownerlessTypes.end() &&
@@ -178,8 +179,10 @@ bool isSoundSystemFolder(int directory) {
            (!(status.st_mode & S_IWOTH) || (status.st_mode & S_ISVTX));
 }
 
-// Takes an open folder in, if removing every child of it takes no more than what it is for.
-void add(CleanFolders &folders, const path &folder, int directory, int role, bool isOwned) {
+// Takes an open folder in, if removing every child of it takes no more than what it is for. Whose
+// it is comes last: what is mounted may have nobody to answer that.
+template <typename IsOwned>
+void add(CleanFolders &folders, const path &folder, int directory, int role, IsOwned isOwned) {
     const auto chain = climb(directory);
     if (!chain)
         return;
@@ -190,7 +193,7 @@ void add(CleanFolders &folders, const path &folder, int directory, int role, boo
     };
     if (chain->size() == 1 || (*chain)[1].mount != own.mount)
         return leaveOut(LeftOutReason::TopOfVolume, "is the top of a volume");
-    if (!isOwned)
+    if (!isOwned())
         return leaveOut(LeftOutReason::NotOwned, "belongs to somebody else");
     if (ownPlaces()->isProtected(own.device, own.inode, role))
         return leaveOut(LeftOutReason::KeptPlace, "holds more than its category");
@@ -203,9 +206,9 @@ void add(CleanFolders &folders, const path &folder, int directory, int role, boo
 
 void addUserFolder(CleanFolders &folders, const path &folder, FolderRole role) {
     const auto directory = openPlace(folder.native());
-    const auto place = directory ? placeOf(directory->get()) : Result<Place>(directory.error());
-    if (place)
-        add(folders, folder, directory->get(), int(role), isOwnedByUser(directory->get(), *place));
+    if (directory)
+        add(folders, folder, directory->get(), int(role),
+            [&] { return isOwnedByUser(directory->get()); });
 }
 
 CleanFolders systemFoldersOf(LinuxStandardDirectories &directories, unsigned category) {
@@ -220,7 +223,7 @@ CleanFolders systemFoldersOf(LinuxStandardDirectories &directories, unsigned cat
                    : Result<FileDescriptor>(holder.error());
         if (directory)
             add(folders, folder, directory->get(), roleOfSystemFolder(row),
-                isSoundSystemFolder(directory->get()));
+                [&] { return isSoundSystemFolder(directory->get()); });
     }
     return folders;
 }
@@ -307,7 +310,7 @@ CleanFolders LinuxStandardDirectories::trashesOfVolume(const path &top) {
         const auto files = trash ? soundChild(trash.get(), "files", isOwn) : FileDescriptor();
         if (files)
             add(folders, paths::join(folder, "files"), files.get(), int(FolderRole::TrashItems),
-                true);
+                [] { return true; });
     };
     if (const auto shared = soundChild(volume->get(), ".Trash", isSticky))
         addTrash(soundChild(shared.get(), user.c_str(), isOwnAndPrivate),

@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <chrono>
 #include <cstdlib>
 #include <mutex>
 #include <string>
@@ -17,11 +16,6 @@
 namespace brightsweep {
 
 namespace {
-
-using std::chrono::steady_clock;
-
-// Folders come and go; so long an answer may be old.
-constexpr std::chrono::milliseconds freshness(200);
 
 struct RoleRow {
     FolderRole role;
@@ -112,19 +106,14 @@ std::filesystem::path folderOfRole(FolderRole role) {
 
 std::shared_ptr<const SystemPlaces> ownPlaces() {
     static std::mutex mutex;
-    static std::shared_ptr<const SystemPlaces> places;
+    static RecentPlaces places;
     static std::string madeFor;
-    static steady_clock::time_point madeAt;
     const std::lock_guard lock(mutex);
-    const auto mounts = ownMounts().current();
-    std::string now = surroundings();
-    if (!places || places->mounts() != mounts || madeFor != now ||
-        steady_clock::now() - madeAt > freshness) {
-        places = std::make_shared<const SystemPlaces>(ownCaller(), mounts);
+    if (std::string now = surroundings(); now != madeFor) {
+        places = {};
         madeFor = std::move(now);
-        madeAt = steady_clock::now();
     }
-    return places;
+    return places.get(ownCaller, ownMounts().current());
 }
 
 } // namespace brightsweep
