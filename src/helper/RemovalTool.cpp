@@ -24,7 +24,7 @@ constexpr char removalTool[] = "/bin/rm";
 constexpr int politeMilliseconds = 200;
 constexpr int patienceMilliseconds = 900;
 
-// Only calls that are safe after a fork; never returns.
+// Runs in the parent's memory, which waits meanwhile: only system calls, and no return.
 [[noreturn]] void becomeTool(int directory, int output, char *const *arguments) {
     const int input = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
     ::setpgid(0, 0);
@@ -74,7 +74,7 @@ ToolEnd runRemovalTool(int directory, const std::vector<std::string> &names,
     for (std::string &word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
-    const pid_t child = ::fork();
+    const pid_t child = ::vfork();
     if (child < 0) {
         end.output = std::strerror(errno);
         return end;

@@ -243,6 +243,7 @@ class CleanPage(unittest.TestCase):
             path.parent.mkdir(parents=True, exist_ok=True)
             path.touch()
         subprocess.run(["chown", "-R", f"{USER}:{USER}", str(many)], check=True)
+        subprocess.run(["chmod", "500", *map(str, many.iterdir())], check=True)
         self.before = snapshot(self.folder)
         self.scan()
         self.desktop.press("Clean")
@@ -253,6 +254,9 @@ class CleanPage(unittest.TestCase):
         self.desktop.key("ctrl+q")
         self.assertEqual(self.desktop.wait_for_end(), 1)
         self.assertEqual(self.gone() - self.below(CACHES), set())
+        # What its owner had closed, and what is left of it, is closed again.
+        for folder in many.iterdir() if many.exists() else ():
+            self.assertEqual(stat.S_IMODE(folder.stat().st_mode), 0o500, folder)
 
     def test_a_stopped_scan_asks_for_a_restart(self):
         self.prepare("UserCaches")
