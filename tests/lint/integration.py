@@ -9,7 +9,7 @@ import xml.etree.ElementTree as xml
 
 ID = "com.norvmac.DeskSweeperPro"
 EXPECTED = {
-    "bin/brightsweep", "bin/brightsweep-cli", "libexec/brightsweep-helper", "libexec/purge",
+    "bin/brightsweep", "bin/brightsweep-cli", "libexec/brightsweep-helper", "libexec/brightsweep/purge",
     f"share/applications/{ID}.desktop", f"share/dbus-1/services/{ID}.service",
     f"share/metainfo/{ID}.metainfo.xml", f"share/polkit-1/actions/{ID}.policy",
     f"share/icons/hicolor/scalable/apps/{ID}.svg",
