@@ -2,9 +2,11 @@
 
 #include "cli/Commands.h"
 #include "foundation/Identity.h"
+#include "foundation/Log.h"
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <csignal>
 #include <string>
 
@@ -34,17 +36,28 @@ constexpr const Command *commands[] = {
     &volumesCommand, &memoryCommand, &settingsCommand,   &historyCommand,
 };
 
+// Every command has them.
+constexpr struct {
+    char letter; ///< 0 where there is none
+    const char *name;
+    const char *words;
+} commonOptions[] = {
+    {0, "json", "One JSON document on standard output"},
+    {0, "quiet", "No progress"},
+    {'h', "help", "This text, or that of a command"},
+    {0, "version", "The version"},
+};
+
 std::string overview() {
     std::string text = "Usage: brightsweep-cli [--json] [--quiet] COMMAND [options]\n\nCommands:\n";
     Table table({false, false, false});
     for (const Command *command : commands)
         table.row({"", command->name, command->summary});
-    return text + table.text() +
-           "\nOptions:\n"
-           "  --json     One JSON document on standard output\n"
-           "  --quiet    No progress\n"
-           "  --help     This text, or that of a command\n"
-           "  --version  The version\n";
+    Table options({false, false, false});
+    for (const auto &option : commonOptions)
+        options.row({option.letter ? std::string("  -") + option.letter + "," : "",
+                     std::string("--") + option.name, option.words});
+    return text + table.text() + "\nOptions:\n" + options.text();
 }
 
 // The name of the command is the first argument that is no option.
@@ -59,16 +72,25 @@ const char *commandName(int argc, char **argv) {
 // One character for each byte, so that a path comes through the parser whole.
 QStringList argumentTexts(int argc, char **argv, const char *command) {
     QStringList texts;
-    bool commandSeen = false;
     for (int i = 0; i < argc; ++i) {
-        if (argv[i] == command && !commandSeen) {
-            commandSeen = true;
-            texts[0] += QLatin1Char(' ') + QString::fromLatin1(command);
-            continue;
-        }
-        texts += QString::fromLatin1(argv[i]);
+        if (i == 0 || argv[i] != command)
+            texts += QString::fromLatin1(argv[i]);
     }
     return texts;
+}
+
+// Qt's own text would begin with the path of the program.
+std::string helpOf(const Command &command, const QCommandLineParser &parser) {
+    const std::string text = parser.helpText().toStdString();
+    const auto options = std::min(text.find(" [options]"), text.size());
+    return std::string("Usage: brightsweep-cli ") + command.name + text.substr(options);
+}
+
+// What Qt says belongs into the log, or before the table stands a line about the locale.
+void logMessage(QtMsgType type, const QMessageLogContext &, const QString &text) {
+    NSLog("%@", text);
+    if (type == QtFatalMsg)
+        Output().warning(text.toStdString());
 }
 
 } // namespace
@@ -78,6 +100,7 @@ const std::atomic<bool> &interrupted() {
 }
 
 int runCommandLine(int argc, char **argv) {
+    qInstallMessageHandler(logMessage);
     // Never destroyed: a thread of the platform may be waiting for a service that does not answer.
     static int arguments = argc;
     new QCoreApplication(arguments, argv);
@@ -94,10 +117,12 @@ int runCommandLine(int argc, char **argv) {
     }
 
     QCommandLineParser parser;
-    parser.addOption({QStringLiteral("json"), QStringLiteral("One JSON document.")});
-    parser.addOption({QStringLiteral("quiet"), QStringLiteral("No progress.")});
-    const auto help = parser.addHelpOption();
-    parser.addOption({QStringLiteral("version"), QStringLiteral("The version.")});
+    for (const auto &option : commonOptions) {
+        QStringList names = {QLatin1String(option.name)};
+        if (option.letter)
+            names.prepend(QString(QLatin1Char(option.letter)));
+        parser.addOption({names, QLatin1String(option.words)});
+    }
     if (command) {
         parser.setApplicationDescription(QString::fromUtf8(command->summary));
         command->configure(parser);
@@ -105,8 +130,8 @@ int runCommandLine(int argc, char **argv) {
     const bool understood = parser.parse(argumentTexts(argc, argv, command ? name : nullptr));
     if (understood && parser.isSet(QStringLiteral("version")))
         return output.data(std::string("brightsweep ") + programVersion + "\n") ? Done : Failed;
-    if (understood && parser.isSet(help))
-        return output.data(command ? parser.helpText().toStdString() : overview()) ? Done : Failed;
+    if (understood && parser.isSet(QStringLiteral("help")))
+        return output.data(command ? helpOf(*command, parser) : overview()) ? Done : Failed;
     if (!name)
         return output.usage("Name a command; `brightsweep-cli --help` lists them.");
     if (!command)
