@@ -15,14 +15,28 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <string_view>
 
 namespace {
 
 bool sessionBusIsSilent = false;
 
+bool hasDisplay() {
+#ifdef BRIGHTSWEEP_GUI
+    return brightsweep::hasDisplay();
+#else
+    return false;
+#endif
+}
+
+// The terminal form keeps its standard error, and shows nothing there but what the scan has to say.
+void openLogOfTerminal(std::string_view fileName) {
+    brightsweep::MacLog::createSupportFolder();
+    brightsweep::MacLog::setLogFileForCommandLine(fileName);
+}
+
 // The terminal form of the program: the same scan, printed.
 int terminalMain(char *program) {
-    brightsweep::MacLog::createSupportFolder();
     char command[] = "scan";
     char *arguments[] = {program, command, nullptr};
     return brightsweep::cli::runCommandLine(2, arguments);
@@ -33,7 +47,7 @@ int applicationMain(int argc, char **argv, int terminal) {
         brightsweep::NSLog("The session bus does not answer; the program starts without it.");
     brightsweep::registerAllDefaults();
 #ifdef BRIGHTSWEEP_GUI
-    if (brightsweep::hasDisplay())
+    if (hasDisplay())
         return brightsweep::runApplication(argc, argv, terminal);
 #endif
     static_cast<void>(argc);
@@ -47,12 +61,16 @@ int main(int argc, char **argv) {
     // The log takes the place of standard error.
     const brightsweep::FileDescriptor terminal(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3));
 #ifdef BRIGHTSWEEP_GUI
-    sessionBusIsSilent = brightsweep::hasDisplay() && brightsweep::leaveSilentSessionBus();
+    sessionBusIsSilent = hasDisplay() && brightsweep::leaveSilentSessionBus();
 #endif
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
-    const int status = brightsweep::runEntry(argc, argv, brightsweep::ClearMemory::freeMemory, [&] {
-        return applicationMain(argc, argv, terminal.get());
-    });
+    const bool scans = !hasDisplay() && !brightsweep::ClearMemory::valueToFree(argc, argv);
+    if (scans)
+        brightsweep::Log::setDescriptor(-1); // until the log is open
+    const int status = brightsweep::runEntry(
+        argc, argv, scans ? openLogOfTerminal : brightsweep::MacLog::setLogFile,
+        brightsweep::ClearMemory::freeMemory,
+        [&] { return applicationMain(argc, argv, terminal.get()); });
     brightsweep::ObjectLog::flushAll();
     std::_Exit(status);
 }

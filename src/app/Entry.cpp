@@ -1,16 +1,15 @@
 #include "app/Entry.h"
 
-#include "core/MacLog.h"
 #include "core/UtilityFunction.h"
 #include "foundation/Identity.h"
 
 namespace brightsweep {
 
-int runEntry(int argc, char **argv, EntryCommand freeMemory,
+int runEntry(int argc, char **argv, EntryLog openLog, EntryCommand freeMemory,
              const std::function<int()> &applicationMain) {
     if (UtilityFunction::isBelowSystemVer(10, 6, 0))
         return 0;
-    MacLog::setLogFile(logFileName);
+    openLog(logFileName);
     const int status = freeMemory(argc, argv);
     return status != -1 ? status : applicationMain();
 }

@@ -58,13 +58,19 @@ std::filesystem::path releaseToolPath() {
 }
 
 int ClearMemory::freeMemory(int argc, const char *const *argv) {
+    const char *const value = valueToFree(argc, argv);
+    if (!value)
+        return -1;
+    NSLog("freeMemoy size=%s", value);
+    return 0;
+}
+
+const char *ClearMemory::valueToFree(int argc, const char *const *argv) {
     for (int i = 1; i + 1 < argc; ++i) {
-        if (argv[i] == std::string_view("fr")) {
-            NSLog("freeMemoy size=%s", argv[i + 1]);
-            return 0;
-        }
+        if (argv[i] == std::string_view("fr"))
+            return argv[i + 1];
     }
-    return -1;
+    return nullptr;
 }
 
 int ClearMemory::getMemoryInfo(MemoryInfo *info) {

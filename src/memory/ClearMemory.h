@@ -20,6 +20,8 @@ public:
     /// value is logged and the process's exit status, 0, is returned; no memory is touched. -1
     /// where it does not stand, or stands last.
     static int freeMemory(int argc, const char *const *argv);
+    /// The value that freeMemory() would log; null where it would return -1.
+    static const char *valueToFree(int argc, const char *const *argv);
 
     /// Reads into `meminfo` and the pointer, if there is one, and collects a finished release. 0.
     int getMemoryInfo(MemoryInfo *info);

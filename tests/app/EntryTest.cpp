@@ -211,13 +211,13 @@ TEST_F(MacLogTest, GateComesFirst) {
         return 7;
     };
     facts->running = {10, 5, 19};
-    EXPECT_EQ(runEntry(3, arguments, ClearMemory::freeMemory, application), 0);
+    EXPECT_EQ(runEntry(3, arguments, MacLog::setLogFile, ClearMemory::freeMemory, application), 0);
     EXPECT_FALSE(tree.exists(log));
     facts->running = {10, 6, 0};
-    EXPECT_EQ(runEntry(3, arguments, ClearMemory::freeMemory, application), 0);
+    EXPECT_EQ(runEntry(3, arguments, MacLog::setLogFile, ClearMemory::freeMemory, application), 0);
     EXPECT_EQ(messages(contents(tree.path(log))).back(), "freeMemoy size=1024");
     EXPECT_EQ(runs, 0);
-    EXPECT_EQ(runEntry(2, arguments, ClearMemory::freeMemory, application), 7);
+    EXPECT_EQ(runEntry(2, arguments, MacLog::setLogFile, ClearMemory::freeMemory, application), 7);
     EXPECT_EQ(runs, 1);
 }
 

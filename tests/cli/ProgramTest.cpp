@@ -30,22 +30,20 @@ protected:
     }
 };
 
-TEST_F(Program, FirstRunMakesItsFolderAndTheSecondLogsThere) {
+TEST_F(Program, LogsInItsFolderAndPrintsTheTableAlone) {
     CleanableMachine machine;
     TestTree &home = machine.home;
     const auto before = machine.state();
     const auto first = runProgram({BRIGHTSWEEP_PROGRAM});
     EXPECT_EQ(first.status, 0);
-    EXPECT_THAT(first.errors, HasSubstr("hardware info\n"));
-    EXPECT_THAT(first.output, HasSubstr("System Caches"));
-    EXPECT_TRUE(home.exists(".local/share/Brightsweep"));
-    EXPECT_FALSE(home.exists(log));
-
-    const auto second = runProgram({BRIGHTSWEEP_PROGRAM});
-    EXPECT_EQ(second.status, 0);
-    EXPECT_THAT(second.errors, Not(HasSubstr("hardware info\n")));
-    EXPECT_EQ(second.output, first.output);
+    EXPECT_EQ(first.errors, "");
+    EXPECT_THAT(first.output, testing::StartsWith("System Caches"));
     EXPECT_THAT(textOf(home.path(log)), HasSubstr("hardware info\n"));
+    // In a locale that Qt has something to say about.
+    const auto second = runProgram({BRIGHTSWEEP_PROGRAM}, {{"LC_ALL", "C"}});
+    EXPECT_EQ(second.status, 0);
+    EXPECT_EQ(second.errors, "");
+    EXPECT_EQ(second.output, first.output);
 
     // With a folder, a command to free memory is logged there.
     EXPECT_THAT(runProgram({BRIGHTSWEEP_PROGRAM, "x", "fr", "1"}).errors,
