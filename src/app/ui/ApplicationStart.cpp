@@ -46,11 +46,39 @@ void tellStarter(const std::string &words) {
     [[maybe_unused]] const auto written = ::write(starterTerminal, line.data(), line.size());
 }
 
+bool isSet(const char *variable) {
+    const char *const value = std::getenv(variable);
+    return value && *value;
+}
+
+// Whether the toolkit has found its way to the display, and the plugins that it has missed so far.
+bool displayReached = false;
+QStringList missingPlugins;
+
+// In place of Qt's own words, which tell people to reinstall the program.
+std::string displayTrouble() {
+    QStringList displays;
+    for (const char *const variable : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "DISPLAY"}) {
+        if (isSet(variable))
+            displays += QLatin1String(variable) + QLatin1Char('=') + qEnvironmentVariable(variable);
+    }
+    QString words =
+        QStringLiteral("cannot reach the display (%1)").arg(displays.join(QStringLiteral(", ")));
+    if (!missingPlugins.isEmpty())
+        words += QStringLiteral("; Qt's plugin for %1 is not installed")
+                     .arg(missingPlugins.join(QStringLiteral(", ")));
+    if (missingPlugins.contains(QStringLiteral("wayland")))
+        words += QStringLiteral(" (package qt6-wayland)");
+    return words.toStdString();
+}
+
 void logMessage(QtMsgType type, const QMessageLogContext &context, const QString &text) {
     NSLog("%@: %@", context.category ? context.category : "", text);
+    if (!displayReached && text.startsWith(QStringLiteral("Could not find the Qt platform plugin")))
+        missingPlugins += text.section(QLatin1Char('"'), 1, 1);
     if (type != QtFatalMsg)
         return;
-    tellStarter(text.toStdString());
+    tellStarter(displayReached ? text.toStdString() : displayTrouble());
     ObjectLog::flushAll();
     std::_Exit(failureStatus);
 }
@@ -60,11 +88,6 @@ void endWithoutDisplay() {
     NSLog("The display has gone; the program ends.");
     ObjectLog::flushAll();
     std::_Exit(failureStatus);
-}
-
-bool isSet(const char *variable) {
-    const char *const value = std::getenv(variable);
-    return value && *value;
 }
 
 std::string activationToken() {
@@ -108,6 +131,7 @@ int runApplication(int argc, char **argv, int terminal) {
     QApplication::setApplicationDisplayName(QStringLiteral("Brightsweep"));
     static int argumentCount = argc;
     auto *const application = new QApplication(argumentCount, argv);
+    displayReached = true;
     QApplication::setQuitOnLastWindowClosed(false);
 
     const std::string token = activationToken();
