@@ -232,10 +232,10 @@ def main():
     enter_namespace()
     words = [word for word in sys.argv[1:] if not word.startswith("--")]
     disks = "--no-disks" not in sys.argv
-    program = os.path.abspath(words[0])
     rounds = int(words[1]) if len(words) > 1 else ROUNDS
     seconds = int(words[2]) if len(words) > 2 else IDLE_SECONDS
-    machine = Machine()
+    machine = Machine(words[0])
+    program = machine.program
     if disks:
         machine.start_disks()
     desktop = Desktop(program, tray=False)

@@ -7,6 +7,7 @@
 #include "foundation/NotificationCenter.h"
 #include "removal/NvAuthorization.h"
 #include "support/FaultPlatform.h"
+#include "support/NeedsRoot.h"
 #include "support/RecordingPlatform.h"
 
 #include <gmock/gmock.h>
@@ -31,6 +32,7 @@ std::int64_t recorded() {
 }
 
 TEST(CleanPage, AScanGoesThroughItsPanelsAndTicksWhatIsStored) {
+    test::needRoot();
     CleanPage::store("102010");
     CleanPage at;
     EXPECT_TRUE(at.page.controls().stateTextHidden);
@@ -58,6 +60,7 @@ TEST(CleanPage, AScanGoesThroughItsPanelsAndTicksWhatIsStored) {
 }
 
 TEST(CleanPage, WithNothingSelectedAllSixAreScannedAndCleanStaysOff) {
+    test::needRoot();
     CleanPage::store("000000");
     CleanPage at;
     at.scan();
@@ -100,6 +103,7 @@ TEST(CleanPage, AStopIsFinalAndThePageOffersARestart) {
 
 // The scan action that means stop marks the workers, and they run on.
 TEST(CleanPage, TheScanActionDuringAScanEndsNothing) {
+    test::needRoot();
     CleanPage at;
     at.page.clickScanBtn();
     NotificationCenter::defaultCenter().post(QStringLiteral("scanItemGetScanBtn"));
@@ -134,6 +138,7 @@ struct DownloadsAnswer {
 class CleanPageDownloads : public testing::TestWithParam<DownloadsAnswer> {};
 
 TEST_P(CleanPageDownloads, EachAnswerTakesWhatItSays) {
+    test::needRoot();
     CleanPage::store("111111");
     CleanPage at;
     at.scan();

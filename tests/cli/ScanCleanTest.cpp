@@ -1,6 +1,7 @@
 #include "support/ChildProcess.h"
 #include "support/CleanableMachine.h"
 #include "support/LockHolder.h"
+#include "support/NeedsRoot.h"
 
 #include <QJsonArray>
 
@@ -86,6 +87,7 @@ protected:
 };
 
 TEST_F(ScanClean, WithoutApplyTellsWhatApplyRemoves) {
+    needRoot();
     const auto before = machine.state();
     const auto told = clean(everyCategory);
     EXPECT_EQ(told[QStringLiteral("applied")], false);
@@ -201,7 +203,7 @@ TEST_F(ScanClean, WrongUsageIsToldInALineAndRemovesNothing) {
 }
 
 TEST_F(ScanClean, WhatNeedsRightsStaysAndIsTold) {
-    ASSERT_EQ(::geteuid(), 0u) << "this test gives its rights up and so needs root";
+    needRoot();
     machine.giveHome(unprivilegedUser);
     const std::string report = machine.system.file("var/crash/own.crash", "own");
     ASSERT_EQ(::chown(report.c_str(), unprivilegedUser, 0), 0);
@@ -355,6 +357,7 @@ TEST_F(ScanClean, OnlyFoldersOfNothingButLogsAreLogFolders) {
 }
 
 TEST_F(ScanClean, SystemFoldersOfOthersAreNone) {
+    needRoot();
     TestTree &system = machine.system;
     const auto listed = [&](const char *folder) {
         return testing::Value(foldersOf(0), testing::Contains(system.path(folder).native()));
@@ -372,6 +375,7 @@ TEST_F(ScanClean, SystemFoldersOfOthersAreNone) {
 }
 
 TEST_F(ScanClean, WhileThePackageManagerWorksItsCacheIsBusy) {
+    needRoot();
     const auto before = machine.state();
     const std::string package = machine.system.path("var/cache/apt/archives/a_1.0_all.deb");
     {

@@ -174,7 +174,8 @@ TEST_P(SingleInstanceOnBus, ABusThatHangsIsDoneWithout) {
     m_bus->signal(SIGCONT);
 }
 
-INSTANTIATE_TEST_SUITE_P(Bus, SingleInstanceOnBus, testing::Values(Way::Bus));
+INSTANTIATE_TEST_SUITE_P(Ways, SingleInstanceOnBus, testing::Values(Way::Bus),
+                         [](const auto &) { return "Bus"; });
 
 } // namespace
 } // namespace brightsweep

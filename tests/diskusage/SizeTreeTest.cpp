@@ -2,6 +2,7 @@
 #include "diskusage/Trees.h"
 #include "foundation/NotificationCenter.h"
 #include "support/FaultPlatform.h"
+#include "support/NeedsRoot.h"
 #include "support/TestTree.h"
 
 #include <gtest/gtest.h>
@@ -211,6 +212,7 @@ TEST(SizeTree, AFolderThatCannotBeReadIsAnEmptyNode) {
 
 // Mounts are walked like folders, but for those that hold no storage.
 TEST(SizeTree, EntersOtherVolumesButNotTheKernels) {
+    test::needRoot();
     TestTree tree;
     const auto memory = tree.directory("memory");
     const auto kernel = tree.directory("kernel");

@@ -184,7 +184,7 @@ TEST(Content, ThePageCacheIsLeftAsItWas) {
         return std::count(pages.begin(), pages.end(), true);
     };
     if (count(before[0]) != 0 || count(before[1]) == 0)
-        GTEST_SKIP() << "the file system keeps its pages by rules of its own";
+        GTEST_SKIP() << "needs a file system that reads no page ahead unasked";
     EXPECT_EQ(search(tree.top()).size(), 1u);
     for (std::size_t i = 0; i < files.size(); ++i)
         EXPECT_EQ(cachedPages(files[i]), before[i]) << files[i];

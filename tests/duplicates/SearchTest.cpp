@@ -76,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(Seeds, RandomTrees, testing::Range(0u, 12u));
 
 TEST(Peers, FindTheSameGroups) {
     if (std::system("command -v jdupes > /dev/null 2>&1") != 0)
-        GTEST_SKIP() << "jdupes is not installed";
+        GTEST_SKIP() << "needs jdupes";
     for (unsigned seed = 100; seed < 106; ++seed) {
         TestTree tree(TestEnvironment::current().work() / std::to_string(seed));
         buildRandomTree(tree, seed, true);

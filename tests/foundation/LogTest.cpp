@@ -83,7 +83,7 @@ TEST(Log, Formats) {
 TEST(Log, NumbersAreTheSameInEveryLocale) {
     const test::CommaLocale locale;
     if (!locale)
-        GTEST_SKIP() << "no locale with a decimal comma can be made here";
+        GTEST_SKIP() << "needs a locale with a decimal comma";
     EXPECT_EQ(formatted("%0.2f", 1.5), "1.50");
 }
 

@@ -1,6 +1,7 @@
 #include "foundation/SmallFile.h"
 
 #include "support/ChildProcess.h"
+#include "support/NeedsRoot.h"
 #include "support/TestTree.h"
 
 #include <gtest/gtest.h>
@@ -33,6 +34,7 @@ TEST(SmallFile, ReadsOnlyFilesAndOnlySoMuch) {
 }
 
 TEST(SmallFile, FullDiskKeepsTheOldText) {
+    test::needRoot();
     test::TestTree tree;
     const auto folder = tree.directory("small");
     const int status = test::runInChild([&] {

@@ -3,6 +3,7 @@
 #include "foundation/SmallFile.h"
 #include "support/ChildProcess.h"
 #include "support/CommaLocale.h"
+#include "support/NeedsRoot.h"
 #include "support/TestTree.h"
 
 #include <gtest/gtest.h>
@@ -86,7 +87,7 @@ TEST(UserDefaults, ReadsEveryTypeAsEveryOther) {
 TEST(UserDefaults, FractionsReadInEveryLocale) {
     const test::CommaLocale locale;
     if (!locale)
-        GTEST_SKIP() << "no locale with a decimal comma can be made here";
+        GTEST_SKIP() << "needs a locale with a decimal comma";
     test::TestTree tree;
     UserDefaults defaults(tree.path("settings"));
     defaults.setObject(key, 0.25f);
@@ -144,6 +145,7 @@ TEST(UserDefaults, ReadOnlyFolderKeepsTheChangeInMemory) {
 }
 
 TEST(UserDefaults, FullDiskLosesNothing) {
+    test::needRoot();
     test::TestTree tree;
     const auto folder = tree.directory("small");
     const int status = test::runInChild([&] {

@@ -1,5 +1,7 @@
 #include "helper/HelperProcess.h"
 
+#include "support/NeedsRoot.h"
+
 #include <fcntl.h>
 #include <sched.h>
 #include <sys/mount.h>
@@ -14,11 +16,12 @@
 namespace brightsweep::test {
 
 HelperProcess::HelperProcess(const std::vector<std::string> &environment) {
+    needRoot();
     int streams[2];
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, streams) != 0)
         throw std::runtime_error("socketpair");
     m_stream = FileDescriptor(streams[0]);
-    const FileDescriptor others(streams[1]);
+    FileDescriptor others(streams[1]);
     m_process = ::fork();
     if (m_process == 0) {
         for (const std::string &variable : environment) {
@@ -30,6 +33,7 @@ HelperProcess::HelperProcess(const std::vector<std::string> &environment) {
         ::execl(BRIGHTSWEEP_TEST_HELPER, BRIGHTSWEEP_TEST_HELPER, "files", nullptr);
         ::_exit(127);
     }
+    others.reset(); // or the end of a helper that says nothing would not be seen
     if (const auto hello = payload())
         m_token = helper::decodeHello(*hello).value_or(helper::Token{});
 }
@@ -112,10 +116,11 @@ helper::RemoveItems removalBelow(const std::filesystem::path &root, const std::s
 }
 
 void enterPrivateMounts() {
+    needRoot();
     static const bool entered = ::unshare(CLONE_NEWNS) == 0 &&
                                 ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
     if (!entered)
-        throw std::runtime_error("this test needs mounts of its own, and so root");
+        throw std::runtime_error("no private mounts");
 }
 
 } // namespace brightsweep::test

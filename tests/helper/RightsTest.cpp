@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxAdministratorRights.h"
 
 #include "platform/Platform.h"
+#include "support/NeedsRoot.h"
 #include "support/Removals.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
@@ -41,6 +42,7 @@ pid_t childProcess() {
 }
 
 TEST(Rights, RootGetsThemWithoutBeingAsked) {
+    test::needRoot();
     TestTree tree;
     tree.file("folder/item");
     LinuxAdministratorRights rights;
@@ -93,6 +95,7 @@ TEST(Rights, ARemovalEndsWhenItIsStoppedOrTheRightsAreGivenUp) {
 }
 
 TEST(Rights, AreLostWithTheirProcessAndCanBeGotAnew) {
+    test::needRoot();
     TestTree tree;
     tree.file("folder/item");
     LinuxAdministratorRights rights;
@@ -114,6 +117,7 @@ TEST(Rights, AreLostWithTheirProcessAndCanBeGotAnew) {
 }
 
 TEST(Rights, AProcessThatDiesOverARequestKeepsNobodyWaiting) {
+    test::needRoot();
     TestTree tree;
     tree.file("folder/item");
     LinuxAdministratorRights rights;
@@ -132,6 +136,7 @@ TEST(Rights, AProcessThatDiesOverARequestKeepsNobodyWaiting) {
 }
 
 TEST(Rights, ServeSixThreads) {
+    test::needRoot();
     TestTree tree;
     constexpr int threads = 6;
     constexpr int items = 15;
@@ -176,7 +181,7 @@ class Pkexec : public testing::TestWithParam<Scene> {};
 
 // The real thing: a user without rights, pkexec, polkitd, rules, a bus of their own.
 TEST_P(Pkexec, AsksTheRealAuthority) {
-    ASSERT_EQ(::geteuid(), 0u) << "this test sets up a system bus and so needs root";
+    test::needRoot();
     TestTree tree;
     std::vector<std::string> items;
     for (int i = 0; i < 5; ++i)

@@ -4,6 +4,7 @@
 #include "linux/RemovalError.h"
 #include "platform/Platform.h"
 #include "support/ChildProcess.h"
+#include "support/NeedsRoot.h"
 #include "support/Removals.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
@@ -88,6 +89,7 @@ TEST(Removal, RecognisesItsRootByWhatItIs) {
 }
 
 TEST(Removal, LeavesAnItemWithAMountWhole) {
+    test::needRoot();
     TestTree tree;
     tree.file("root/item/first", "kept");
     tree.directory("root/item/deep/mount point");
@@ -220,6 +222,7 @@ TEST(Removal, OpensModesOfDirectoriesAndPutsThemBack) {
 
 // As root everything is deletable, so these rows are judged by a user without rights.
 TEST(Removal, KnowsWhatAUserMayTakeOut) {
+    test::needRoot();
     TestTree tree;
     tree.mode("", 0755);
     ::chmod(test::TestEnvironment::current().root().c_str(), 0755);

@@ -1,6 +1,7 @@
 #include "platform/StandardDirectories.h"
 
 #include "platform/Platform.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
@@ -32,6 +33,7 @@ std::vector<std::filesystem::path> pathsOf(CleanPlace place) {
 }
 
 TEST(StandardDirectories, SystemFoldersMustBeRealRootOwnedAndClosed) {
+    test::needRoot();
     TestTree system(TestEnvironment::current().system());
     system.directory("var/cache/apt/archives");
     system.directory("var/cache/man");

@@ -2,6 +2,7 @@
 
 #include "platform/AdministratorRights.h"
 #include "platform/Platform.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
@@ -26,6 +27,7 @@ constexpr uid_t ordinaryUser = 61234;
 class AsOrdinaryUser {
 public:
     AsOrdinaryUser() {
+        needRoot();
         for (auto &[variable, before] : m_folders) {
             before = std::getenv(variable);
             const auto folder = TestEnvironment::current().root() / "user" / variable;

@@ -8,6 +8,7 @@
 #include "support/ChildProcess.h"
 #include "support/FaultPlatform.h"
 #include "support/LockHolder.h"
+#include "support/NeedsRoot.h"
 #include "support/Removals.h"
 
 #include <gmock/gmock.h>
@@ -43,7 +44,8 @@ protected:
         own(name, usersOwn ? test::ordinaryUser : 0);
     }
     void own(std::string_view name, uid_t user = test::ordinaryUser) {
-        ASSERT_EQ(::lchown(tree.path(name).c_str(), user, user), 0) << "this test needs root";
+        test::needRoot();
+        ASSERT_EQ(::lchown(tree.path(name).c_str(), user, user), 0);
     }
 
     TestTree tree;
@@ -93,6 +95,7 @@ TEST_F(Authorization, SaysInTheLogWhyThereAreNoRights) {
 }
 
 TEST_F(Authorization, AReferenceProvesOnlyThatRightsWereGot) {
+    test::needRoot();
     const LogCapture log;
     tree.file("folder/item");
     ASSERT_TRUE(shared.allocAuthorization());

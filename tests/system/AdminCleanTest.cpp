@@ -1,5 +1,6 @@
 #include "support/ChildProcess.h"
 #include "support/CleanableMachine.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 
 #include <gmock/gmock.h>
@@ -54,7 +55,7 @@ protected:
 };
 
 TEST_P(AdminClean, AsksOnceBeforeTheFirstRemoval) {
-    ASSERT_EQ(::geteuid(), 0u) << "this test sets up a system bus and so needs root";
+    needRoot();
     machine.giveHome(stageUser);
     machine.system.directory("var/lib");
     machine.system.link("var/run", "/run"); // where the bus is

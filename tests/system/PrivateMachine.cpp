@@ -1,6 +1,7 @@
 #include "system/PrivateMachine.h"
 
 #include "linux/MountTable.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 
 #include <fcntl.h>
@@ -85,6 +86,7 @@ PrivateMachine &PrivateMachine::current() {
 }
 
 PrivateMachine::PrivateMachine() {
+    needRoot();
     if (::unshare(CLONE_NEWNS) != 0 ||
         ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
         throw std::runtime_error("no private mounts");

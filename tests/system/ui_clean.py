@@ -12,7 +12,7 @@ import subprocess
 import sys
 import unittest
 
-from ui_desktop import USER, Desktop, Machine, enter_namespace, eventually
+from ui_desktop import BINARIES, USER, Desktop, Machine, enter_namespace, eventually
 
 PROGRAM = ""
 MACHINE = None
@@ -31,13 +31,10 @@ SETTINGS = ("SystemCaches", "UserCaches", "SystemLogs", "UserLogs", "UserTrash",
 
 def allow_rights(policy):
     """Lets the program's own helper be started by the real pkexec without a question."""
-    binaries = "/run/stage/bin"
-    os.makedirs(binaries)
-    subprocess.run(["mount", "--bind", os.path.dirname(PROGRAM), binaries], check=True)
     actions = "/run/stage/actions"
     shutil.copytree("/usr/share/polkit-1/actions", actions)
     words = pathlib.Path(policy).read_text()
-    words = re.sub(r'(exec\.path">)[^<]*<', rf"\1{binaries}/brightsweep-helper<", words)
+    words = re.sub(r'(exec\.path">)[^<]*<', rf"\1{BINARIES}/brightsweep-helper<", words)
     pathlib.Path(actions, os.path.basename(policy)).write_text(words)
     subprocess.run(["mount", "--bind", actions, "/usr/share/polkit-1/actions"], check=True)
     rules = pathlib.Path("/run/stage/rules/00-stage.rules")
@@ -45,7 +42,6 @@ def allow_rights(policy):
                      "polkit.addRule(function(action, subject) {\n"
                      '    if (action.id == "com.norvmac.DeskSweeperPro.files")\n'
                      "        return polkit.Result.YES;\n});\n")
-    return f"{binaries}/{os.path.basename(PROGRAM)}"
 
 
 def snapshot(folder):
@@ -315,13 +311,11 @@ def load_tests(loader, tests, pattern):
 
 
 if __name__ == "__main__":
-    if os.geteuid() != 0:
-        sys.exit("needs root for its mounts")
     enter_namespace()
-    PROGRAM = os.path.abspath(sys.argv.pop(1))
+    MACHINE = Machine(sys.argv.pop(1))
+    PROGRAM = MACHINE.program
     POLICY = os.path.abspath(sys.argv.pop(1))
-    MACHINE = Machine()
-    PROGRAM = allow_rights(POLICY)
+    allow_rights(POLICY)
     MACHINE.start_disks()
     try:
         unittest.main(verbosity=2)

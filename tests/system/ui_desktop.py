@@ -20,7 +20,8 @@ import time
 
 USER = 61234
 NAME = "bstester"
-HERE = pathlib.Path(__file__).resolve().parent
+BINARIES = "/run/stage/bin"
+READER = "/run/stage/ui_reader.py"
 PATIENCE = 90.0
 FOLDERS = "brightsweep-stage-"
 NODES = (("null", 1, 3), ("zero", 1, 5), ("random", 1, 8), ("urandom", 1, 9), ("fuse", 10, 229),
@@ -28,7 +29,11 @@ NODES = (("null", 1, 3), ("zero", 1, 5), ("random", 1, 8), ("urandom", 1, 9), ("
 
 
 def enter_namespace():
-    """Starts this script again in namespaces that end with it; returns inside."""
+    """Starts this script again in namespaces that end with it; returns inside. Without root it ends
+    as skipped."""
+    if os.geteuid() != 0:
+        print("needs root")
+        sys.exit(77)
     if os.environ.get("STAGE_INSIDE") != "1":
         os.environ["STAGE_INSIDE"] = "1"
         os.execvp("unshare", ["unshare", "--mount", "--propagation", "private", "--pid", "--fork",
@@ -99,9 +104,10 @@ def mount_over(place, *options):
 
 
 class Machine:
-    """The system's side: buses, device manager, disks service, rights for everybody."""
+    """The system's side: buses, device manager, disks service, rights for everybody; and the
+    program where everybody can reach it."""
 
-    def __init__(self):
+    def __init__(self, program):
         self.processes = []
         for place in ("/run", "/media", "/dev", "/var/lib/udisks2"):
             mount_over(place)
@@ -113,8 +119,12 @@ class Machine:
         for number in range(16):
             os.mknod(f"/dev/loop{number}", 0o060600, os.makedev(7, number))
         self.images = folder_of_this_run()
-        for place in ("/run/dbus", "/run/stage/rules"):
+        for place in ("/run/dbus", "/run/stage/rules", BINARIES):
             os.makedirs(place)
+        subprocess.run(["mount", "--bind", os.path.dirname(os.path.abspath(program)), BINARIES],
+                       check=True)
+        self.program = f"{BINARIES}/{os.path.basename(program)}"
+        shutil.copy(pathlib.Path(__file__).with_name(os.path.basename(READER)), READER)
         pathlib.Path("/run/stage/passwd").write_text(
             pathlib.Path("/etc/passwd").read_text() +
             f"{NAME}:x:{USER}:{USER}::{self.images}:/bin/sh\n")
@@ -222,7 +232,7 @@ class Desktop:
             assert eventually(lambda: os.path.exists(f"{self.folder}/runtime/stage")), "no display"
         with open(f"{self.folder}/reader.log", "wb") as log:
             self.reader = subprocess.Popen(
-                ["/usr/bin/python3", str(HERE / "ui_reader.py")], stderr=log, stdout=subprocess.PIPE,
+                ["/usr/bin/python3", READER], stderr=log, stdout=subprocess.PIPE,
                 **{**self.as_user(), "stdin": subprocess.PIPE})
         self.processes.append(self.reader)
         self.read("told")  # From now on it hears of everything.

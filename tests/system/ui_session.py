@@ -295,11 +295,9 @@ class Wayland(Session):
 
 
 if __name__ == "__main__":
-    if os.geteuid() != 0:
-        sys.exit("needs root for its mounts")
     enter_namespace()
-    PROGRAM = os.path.abspath(sys.argv.pop(1))
-    MACHINE = Machine()
+    MACHINE = Machine(sys.argv.pop(1))
+    PROGRAM = MACHINE.program
     MACHINE.start_disks()
     try:
         unittest.main(verbosity=2)

@@ -10,6 +10,7 @@
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "ui/AlertSheet.h"
 #include "ui/Theme.h"
@@ -248,6 +249,7 @@ TEST_F(CleanPageView, WhatAFilterHidesIsToldOf) {
 }
 
 TEST_F(CleanPageView, WhatTheUserOpenedAndClosedStaysSo) {
+    test::needRoot();
     EXPECT_TRUE(outline->isExpanded(model().index(0, 0)));
     outline->collapse(model().index(0, 0));
     outline->setCurrentIndex(leaf(40));
@@ -350,7 +352,10 @@ TEST_P(DownloadsSheet, EachAnswerDoesWhatItSays) {
 INSTANTIATE_TEST_SUITE_P(Answers, DownloadsSheet,
                          testing::Values(SheetAnswer{"Yes", 8, State::Results},
                                          SheetAnswer{"No", 5, State::Results},
-                                         SheetAnswer{nullptr, 0, State::Results}));
+                                         SheetAnswer{nullptr, 0, State::Results}),
+                         [](const auto &answer) {
+                             return std::string(answer.param.name ? answer.param.name : "Closed");
+                         });
 
 TEST_F(CleanPageView, TheSumIsWhatIsTicked) {
     EXPECT_EQ(find<QLabel>("trashFileNumTF")->text(), QString::number(ticked()));
