@@ -29,14 +29,14 @@ bool hasDisplay() {
 #endif
 }
 
-// The terminal form keeps its standard error, and shows nothing there but what the scan has to say.
-void openLogOfTerminal(std::string_view fileName) {
-    brightsweep::MacLog::createSupportFolder();
-    brightsweep::MacLog::setLogFileForCommandLine(fileName);
+void openLogOfWindow(std::string_view fileName) {
+    brightsweep::Log::setDescriptor(STDERR_FILENO);
+    brightsweep::MacLog::setLogFile(fileName);
 }
 
 // The terminal form of the program: the same scan, printed.
 int terminalMain(char *program) {
+    brightsweep::MacLog::createSupportFolder();
     char command[] = "scan";
     char *arguments[] = {program, command, nullptr};
     return brightsweep::cli::runCommandLine(2, arguments);
@@ -64,11 +64,11 @@ int main(int argc, char **argv) {
     sessionBusIsSilent = hasDisplay() && brightsweep::leaveSilentSessionBus();
 #endif
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
+    // What is said before the log is open belongs to nobody's terminal.
+    brightsweep::Log::setDescriptor(-1);
     const bool scans = !hasDisplay() && !brightsweep::ClearMemory::valueToFree(argc, argv);
-    if (scans)
-        brightsweep::Log::setDescriptor(-1); // until the log is open
     const int status = brightsweep::runEntry(
-        argc, argv, scans ? openLogOfTerminal : brightsweep::MacLog::setLogFile,
+        argc, argv, scans ? brightsweep::MacLog::setLogFileForCommandLine : openLogOfWindow,
         brightsweep::ClearMemory::freeMemory,
         [&] { return applicationMain(argc, argv, terminal.get()); });
     brightsweep::ObjectLog::flushAll();

@@ -30,7 +30,7 @@ protected:
     }
 };
 
-TEST_F(Program, LogsInItsFolderAndPrintsTheTableAlone) {
+TEST_F(Program, FirstRunMakesItsFolderAndTheSecondLogsThere) {
     CleanableMachine machine;
     TestTree &home = machine.home;
     const auto before = machine.state();
@@ -38,12 +38,18 @@ TEST_F(Program, LogsInItsFolderAndPrintsTheTableAlone) {
     EXPECT_EQ(first.status, 0);
     EXPECT_EQ(first.errors, "");
     EXPECT_THAT(first.output, testing::StartsWith("System Caches"));
-    EXPECT_THAT(textOf(home.path(log)), HasSubstr("hardware info\n"));
+    EXPECT_TRUE(home.exists(".local/share/Brightsweep"));
+    EXPECT_FALSE(home.exists(log));
     // In a locale that Qt has something to say about.
     const auto second = runProgram({BRIGHTSWEEP_PROGRAM}, {{"LC_ALL", "C"}});
     EXPECT_EQ(second.status, 0);
     EXPECT_EQ(second.errors, "");
     EXPECT_EQ(second.output, first.output);
+    EXPECT_THAT(textOf(home.path(log)), HasSubstr("hardware info\n"));
+
+    const auto lost = runProgram({BRIGHTSWEEP_PROGRAM}, {{"DISPLAY", ":4711"}});
+    EXPECT_EQ(lost.status, 1);
+    EXPECT_EQ(lost.errors, "brightsweep: cannot reach the display (DISPLAY=:4711)\n");
 
     // With a folder, a command to free memory is logged there.
     EXPECT_THAT(runProgram({BRIGHTSWEEP_PROGRAM, "x", "fr", "1"}).errors,

@@ -73,12 +73,14 @@ std::string displayTrouble() {
 }
 
 void logMessage(QtMsgType type, const QMessageLogContext &context, const QString &text) {
-    NSLog("%@: %@", context.category ? context.category : "", text);
+    const bool fatal = type == QtFatalMsg;
+    const std::string words = fatal && !displayReached ? displayTrouble() : text.toStdString();
+    NSLog("%@: %@", context.category ? context.category : "", words);
     if (!displayReached && text.startsWith(QStringLiteral("Could not find the Qt platform plugin")))
         missingPlugins += text.section(QLatin1Char('"'), 1, 1);
-    if (type != QtFatalMsg)
+    if (!fatal)
         return;
-    tellStarter(displayReached ? text.toStdString() : displayTrouble());
+    tellStarter(words);
     ObjectLog::flushAll();
     std::_Exit(failureStatus);
 }
