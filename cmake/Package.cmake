@@ -2,7 +2,8 @@
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME brightsweep)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
-set(CPACK_PACKAGE_CONTACT "Brightsweep <brightsweep@localhost>")
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_PACKAGE_CONTACT "Norvex <brightsweep@norvex.example>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "keep a machine tidy, from the tray and one window")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
   "Brightsweep finds what caches, logs, trash and downloads take up and removes

@@ -1,5 +1,6 @@
 """What the desktop needs, as it is installed: integration.py ROOT BUILD CMAKE."""
 import configparser
+import gzip
 import pathlib
 import re
 import subprocess
@@ -15,8 +16,10 @@ EXPECTED = {
     f"share/icons/hicolor/scalable/apps/{ID}.svg",
     f"share/icons/hicolor/symbolic/apps/{ID}-symbolic.svg",
     "share/brightsweep/guide.html",
-    "share/man/man1/brightsweep.1", "share/man/man1/brightsweep-cli.1",
-    "share/man/man8/brightsweep-helper.8", "share/man/man8/purge.8",
+    "share/man/man1/brightsweep.1.gz", "share/man/man1/brightsweep-cli.1.gz",
+    "share/man/man8/brightsweep-helper.8.gz", "share/man/man8/purge.8.gz",
+    "share/doc/brightsweep/changelog.gz", "share/doc/brightsweep/changelog.Debian.gz",
+    "share/doc/brightsweep/copyright",
 }
 faults = []
 
@@ -37,13 +40,33 @@ def installed(build, cmake, target):
 
 
 def manuals(folder):
-    for page in sorted(folder.rglob("*.[18]")):
+    for page in sorted(folder.rglob("*.gz")):
         shown = subprocess.run(["man", "--warnings", "-E", "UTF-8", "-l", "-Tutf8", str(page)],
                                capture_output=True, text=True,
                                env={"LC_ALL": "C.UTF-8", "MANWIDTH": "80", "PATH": "/usr/bin:/bin"})
         check(shown.returncode == 0 and not shown.stderr, f"{page.name}: {shown.stderr}")
         text = re.sub("\x1b\\[[0-9;]*m|.\b", "", shown.stdout)
         check("NAME" in text and "SYNOPSIS" in text, f"{page.name}: no sections")
+
+
+def options(program, root):
+    """Each command's options in its help and in its section of the manual page."""
+    def of(text):
+        return set(re.findall(r"^ *(?:-\w, +)?--([a-z-]+)", text, re.M))
+
+    def help(*words):
+        return subprocess.run([program, *words, "--help"], capture_output=True, text=True).stdout
+    page = (root / "resources/linux/man/brightsweep-cli.1").read_text().replace("\\-", "-")
+    sections = {title.strip('"').split()[0]: set(re.findall(r"^\.BI? +--([a-z-]+)", text, re.M))
+                for title, text in re.findall(r"^\.SS (.*)\n((?:(?!\.S[SH]).*\n)*)", page, re.M)}
+    commands = re.findall(r"^  (\w+)  ", help().split("Options:")[0], re.M)
+    check(sorted(commands) == sorted(sections), f"commands {commands}, in the manual {sections}")
+    common = of(help())
+    for command in commands:
+        has = of(help(command)) - common
+        check(help(command).startswith(f"Usage: brightsweep-cli {command} [options]"),
+              f"the help of {command} does not name it")
+        check(has == sections.get(command), f"{command} has {has}, the manual {sections.get(command)}")
 
 
 def names(top, prefix):
@@ -94,8 +117,13 @@ def main():
             manuals(top / "share/man")
             info = (top / f"share/metainfo/{ID}.metainfo.xml").read_text()
             check(f'<release version="{version}"' in info, "the metainfo tells of another version")
-            for page in (top / "share/man").rglob("*.[18]"):
-                check(f"Brightsweep {version}" in page.read_text(), f"{page.name}: another version")
+            open_heading = f"## {version} (in development)" in (root / "CHANGELOG.md").read_text()
+            check(open_heading == ('type="development"' in info),
+                  "metainfo and CHANGELOG.md differ on what is released")
+            for page in (top / "share/man").rglob("*.gz"):
+                check(f"Brightsweep {version}" in gzip.open(page, "rt").read(),
+                      f"{page.name}: another version")
+            options(top / "bin/brightsweep-cli", root)
     print("\n".join(faults))
     return 1 if faults else 0
 
