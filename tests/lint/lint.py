@@ -1,6 +1,7 @@
 """House rules as tests: lint.py RULE ROOT, where RULE is layering, features, formatting or selftest."""
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -23,6 +24,10 @@ GUI = re.compile(r"#include\s*<(Qt(Gui|Widgets|OpenGL|OpenGLWidgets|Svg)/|"
 LINUX = re.compile(r'#include\s*<(linux/|asm/|mntent\.h|sys/(vfs|statfs|epoll|inotify|eventfd|'
                    r'signalfd|timerfd|syscall|prctl|mount|sysinfo|fanotify|sendfile|sysmacros)\.h|'
                    r'QDBus|QtDBus|dbus/)|"/proc\b|"/sys/|QDBus[A-Z]')
+
+
+# Every version of the formatter has ideas of its own.
+FORMATTER = shutil.which("clang-format-14") or "clang-format"
 
 
 def sources(root):
@@ -106,7 +111,7 @@ def features(root):
 def formatting(root):
     files = [str(path) for folder in ("src", "tests", "bench") for path in (root / folder).rglob("*")
              if path.suffix in (".h", ".cpp")]
-    result = subprocess.run(["clang-format", "--dry-run", "-Werror", *files],
+    result = subprocess.run([FORMATTER, "--dry-run", "-Werror", *files],
                             capture_output=True, text=True)
     return result.stderr.splitlines()[:40] if result.returncode else []
 
@@ -134,6 +139,10 @@ def selftest(_):
 
 
 if __name__ == "__main__":
+    version = subprocess.run([FORMATTER, "--version"], capture_output=True, text=True).stdout
+    if sys.argv[1] == "formatting" and "version 14." not in version:
+        print("needs clang-format 14")
+        sys.exit(77)
     found = globals()[sys.argv[1]](pathlib.Path(sys.argv[2]))
     print("\n".join(found))
     sys.exit(1 if found else 0)
