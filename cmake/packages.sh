@@ -10,7 +10,7 @@ test_packages=(libgtest-dev libgmock-dev 'clang-format-14|clang-format' python3 
     xvfb openbox trayer xdotool at-spi2-core weston qt6-wayland)
 clang_packages=(clang libclang-rt-dev)
 package_packages=(dpkg-dev file)
-fresh_machine_packages=(debootstrap git xvfb weston)
+fresh_machine_packages=(debootstrap git util-linux xvfb weston)
 
 # Says what it installs; asks for rights only where something is missing.
 install_packages() {
