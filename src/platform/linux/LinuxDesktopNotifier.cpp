@@ -148,12 +148,13 @@ void LinuxDesktopNotifier::notify(const DesktopNotification &notification) {
             return;
         }
         const std::uint32_t number = reply.arguments().value(0).toUInt();
+        // Later versions of Qt do not say who replied.
+        const QString server = reply.service().isEmpty() ? m_server->owner() : reply.service();
         if (notification.action)
-            m_shown[number] = {reply.service(), notification.action, {}};
+            m_shown[number] = {server, notification.action, {}};
         // Some services take the time for a suggestion.
         if (life > 0)
-            QTimer::singleShot(life, this,
-                               [this, number, server = reply.service()] { close(number, server); });
+            QTimer::singleShot(life, this, [this, number, server] { close(number, server); });
     });
 }
 
