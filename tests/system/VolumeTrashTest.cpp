@@ -1,5 +1,6 @@
 #include "support/ChildProcess.h"
 #include "support/CleanableMachine.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "system/PrivateMachine.h"
 #include "system/SilentServer.h"
@@ -102,7 +103,7 @@ TEST(VolumeTrash, OnlySoundTrashesOfFurtherVolumesAreEmptied) {
 // What is mounted is never asked: its server may be dead, and then whoever asks waits for ever. The
 // rest counts and goes, and what holds the mount says so.
 TEST(SilentMount, BelowACategoryFolderHangsNothing) {
-    ASSERT_EQ(::geteuid(), 0u) << "this test mounts a file system and so needs root";
+    needRoot();
     PrivateMachine::current();
     TestTree home(TestEnvironment::current().home());
     home.file(".cache/direct/x");
