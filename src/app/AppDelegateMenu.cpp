@@ -31,7 +31,7 @@ constexpr std::array menuSections = {LocalStorage, ExternalStorage, SuperDriver,
                                      DiskImage};
 // "Eject All" is there for these.
 constexpr std::array ejectableSections = {SuperDriver, NetworkStorage, DiskImage, ExternalStorage};
-constexpr char memorySectionKey[] = "FREE_MEMORY";
+constexpr char memorySectionKey[] = QT_TRID_NOOP("FREE_MEMORY");
 
 // The alarm of a setting, in percent of the whole.
 float alarmOf(const QString &key) {

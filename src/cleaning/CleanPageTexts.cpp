@@ -26,15 +26,21 @@ struct RowTexts {
 };
 
 constexpr RowTexts rowTexts[] = {
-    {0, "TITLE_CLEAN_SYS_MYMAC", nullptr, "my_mac_b.png"},
-    {1, "TITLE_CLEAN_SYS_CACHES", "DESC_CLEAN_SYS_CACHES", "system_caches_b.png"},
-    {2, "TITLE_CLEAN_USR_CACHES", "DESC_CLEAN_USR_CACHES", "user_caches_b.png"},
-    {3, "TITLE_CLEAN_SYS_LOGS", "DESC_CLEAN_SYS_LOGS", "system_logs_b.png"},
-    {4, "TITLE_CLEAN_USR_LOGS", "DESC_CLEAN_USR_LOGS", "user_logs_b.png"},
-    {5, "TITLE_CLEAN_TRASH", "DESC_CLEAN_TRASH", "user_trash_b.png"},
-    {6, "TITLE_CLEAN_DOWNLOADS", "DESC_CLEAN_DOWNLOADS", "download_b.png"},
-    {8, "TITLE_UNINSTALL", "DESC_UNINSTALL", "uninstall_b.png"},
-    {9, "TITLE_FREESPACE_MONITOR", "DESC_FREESPACE_MONITOR", "disk_b.png"},
+    {0, QT_TRID_NOOP("TITLE_CLEAN_SYS_MYMAC"), nullptr, "my_mac_b.png"},
+    {1, QT_TRID_NOOP("TITLE_CLEAN_SYS_CACHES"), QT_TRID_NOOP("DESC_CLEAN_SYS_CACHES"),
+     "system_caches_b.png"},
+    {2, QT_TRID_NOOP("TITLE_CLEAN_USR_CACHES"), QT_TRID_NOOP("DESC_CLEAN_USR_CACHES"),
+     "user_caches_b.png"},
+    {3, QT_TRID_NOOP("TITLE_CLEAN_SYS_LOGS"), QT_TRID_NOOP("DESC_CLEAN_SYS_LOGS"),
+     "system_logs_b.png"},
+    {4, QT_TRID_NOOP("TITLE_CLEAN_USR_LOGS"), QT_TRID_NOOP("DESC_CLEAN_USR_LOGS"),
+     "user_logs_b.png"},
+    {5, QT_TRID_NOOP("TITLE_CLEAN_TRASH"), QT_TRID_NOOP("DESC_CLEAN_TRASH"), "user_trash_b.png"},
+    {6, QT_TRID_NOOP("TITLE_CLEAN_DOWNLOADS"), QT_TRID_NOOP("DESC_CLEAN_DOWNLOADS"),
+     "download_b.png"},
+    {8, QT_TRID_NOOP("TITLE_UNINSTALL"), QT_TRID_NOOP("DESC_UNINSTALL"), "uninstall_b.png"},
+    {9, QT_TRID_NOOP("TITLE_FREESPACE_MONITOR"), QT_TRID_NOOP("DESC_FREESPACE_MONITOR"),
+     "disk_b.png"},
 };
 
 } // namespace

@@ -31,9 +31,9 @@ struct ReasonRow {
 };
 
 constexpr std::array reasons = {
-    ReasonRow{LeftOutReason::TopOfVolume, "LEFT_OUT_TOP"},
-    ReasonRow{LeftOutReason::NotOwned, "LEFT_OUT_FOREIGN"},
-    ReasonRow{LeftOutReason::KeptPlace, "LEFT_OUT_KEPT"},
+    ReasonRow{LeftOutReason::TopOfVolume, QT_TRID_NOOP("LEFT_OUT_TOP")},
+    ReasonRow{LeftOutReason::NotOwned, QT_TRID_NOOP("LEFT_OUT_FOREIGN")},
+    ReasonRow{LeftOutReason::KeptPlace, QT_TRID_NOOP("LEFT_OUT_KEPT")},
 };
 
 void addVolumeTrashes(CleanFolders &folders) {

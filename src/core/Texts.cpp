@@ -1,11 +1,6 @@
 #include "core/Texts.h"
 
-#include <QFile>
-#include <QLocale>
-
-#include <algorithm>
-#include <string>
-#include <vector>
+#include <QTranslator>
 
 // The macro declares a function and stands outside every namespace for that.
 static void initTexts() {
@@ -15,24 +10,34 @@ static void initTexts() {
 namespace brightsweep {
 namespace {
 
-/// "de-DE" asks for "de-DE", then for "de".
-std::vector<TextTable> tablesOfUser() {
-    QStringList languages;
-    for (const QString &wanted : QLocale::system().uiLanguages()) {
-        languages.append(wanted);
-        languages.append(wanted.section(QLatin1Char('-'), 0, 0));
+const QString textsFolder = QStringLiteral(":/texts");
+
+struct Reader {
+    Reader() {
+        initTexts();
+        [[maybe_unused]] const bool isThere =
+            english.load(QStringLiteral("brightsweep_en"), textsFolder);
+        Q_ASSERT(isThere);
     }
-    languages.append(QStringLiteral("en"));
-    languages.removeDuplicates();
-    std::vector<TextTable> tables;
-    for (const QString &language : languages) {
-        TextTable table = TextTable::ofLanguage(language);
-        if (!table.keys().isEmpty())
-            tables.push_back(std::move(table));
-        if (language == QLatin1String("en"))
-            break;
+
+    QLocale locale = QLocale::c();
+    QTranslator texts; ///< empty for English and for languages that the program does not speak
+    QTranslator english;
+};
+
+Reader &current() {
+    static Reader reader;
+    return reader;
+}
+
+QString textBehind(const char *key, int count) {
+    const Reader &asked = current();
+    for (const QTranslator *translator : {&asked.texts, &asked.english}) {
+        QString text = translator->translate(nullptr, key, nullptr, count);
+        if (!text.isNull())
+            return text;
     }
-    return tables;
+    return QString::fromUtf8(key);
 }
 
 } // namespace
@@ -68,50 +73,47 @@ QString nameInSentence(const QString &name) {
     return QString::fromStdU32String(shown);
 }
 
-TextTable TextTable::ofLanguage(const QString &language) {
-    initTexts();
-    QFile file(QStringLiteral(":/texts/") + language);
-    return file.open(QIODevice::ReadOnly) ? fromBytes(file.readAll()) : TextTable();
+void setReader(const QLocale &locale) {
+    Reader &asked = current();
+    asked.locale = locale;
+    // Answers false where the program has no such language.
+    static_cast<void>(
+        asked.texts.load(locale, QStringLiteral("brightsweep"), QStringLiteral("_"), textsFolder));
 }
 
-TextTable TextTable::fromBytes(const QByteArray &bytes) {
-    TextTable table;
-    for (const QByteArray &raw : bytes.split('\n')) {
-        const QString line = QString::fromUtf8(raw).trimmed();
-        const auto middle = line.indexOf(QLatin1Char('='));
-        if (line.startsWith(QLatin1Char('#')) || middle < 1)
-            continue;
-        QString text = line.mid(middle + 1).trimmed();
-        text.replace(QLatin1String("\\n"), QLatin1String("\n"));
-        table.m_lines.push_back({line.left(middle).trimmed(), text});
-    }
-    std::stable_sort(table.m_lines.begin(), table.m_lines.end(),
-                     [](const Line &one, const Line &other) { return one.key < other.key; });
-    return table;
-}
-
-QString TextTable::text(QLatin1String key) const {
-    const auto found =
-        std::lower_bound(m_lines.begin(), m_lines.end(), key,
-                         [](const Line &line, QLatin1String wanted) { return line.key < wanted; });
-    return found != m_lines.end() && found->key == key ? found->text : QString();
-}
-
-QStringList TextTable::keys() const {
-    QStringList keys;
-    for (const Line &line : m_lines)
-        keys.append(line.key);
-    return keys;
+const QLocale &reader() {
+    return current().locale;
 }
 
 QString localizedText(const char *key) {
-    static const std::vector<TextTable> tables = tablesOfUser();
-    for (const TextTable &table : tables) {
-        const QString text = table.text(QLatin1String(key));
-        if (!text.isNull())
-            return text;
-    }
-    return QString::fromLatin1(key);
+    return textBehind(key, -1);
+}
+
+QString localizedText(const QString &key) {
+    return textBehind(key.toUtf8().constData(), -1);
+}
+
+QString localizedText(const char *key, std::size_t count) {
+    // The forms of large numbers repeat; what is beyond int only has to keep its last digits.
+    constexpr std::size_t repeats = 1'000'000;
+    const auto form = int(count < repeats ? count : repeats + count % repeats);
+    return textBehind(key, form).replace(QLatin1String("%n"), readersNumber(count));
+}
+
+QString readersNumber(std::uint64_t number) {
+    return reader().toString(qulonglong(number));
+}
+
+QString readersSize(const QString &words) {
+    const auto blank = words.indexOf(QLatin1Char(' '));
+    bool isNumber = false;
+    const double number = words.left(blank).toDouble(&isNumber);
+    if (!isNumber)
+        return words;
+    const auto point = words.indexOf(QLatin1Char('.'));
+    QLocale locale = reader();
+    locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    return locale.toString(number, 'f', point < 0 ? 0 : int(blank - point - 1)) + words.mid(blank);
 }
 
 } // namespace brightsweep

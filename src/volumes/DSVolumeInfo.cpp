@@ -13,11 +13,11 @@ struct VolumeClass {
 
 // By VolumeType.
 constexpr std::array volumeClasses = {
-    VolumeClass{"LOCAL_STORAGE", "drive-harddisk"},
-    VolumeClass{"EXTERNAL_STORAGE", "drive-removable-media"},
-    VolumeClass{"SUPER_DRIVER", "drive-optical"},
-    VolumeClass{"NETWOR_STORAGE", "folder-remote"},
-    VolumeClass{"DISK_IMAGE", "media-removable"},
+    VolumeClass{QT_TRID_NOOP("LOCAL_STORAGE"), "drive-harddisk"},
+    VolumeClass{QT_TRID_NOOP("EXTERNAL_STORAGE"), "drive-removable-media"},
+    VolumeClass{QT_TRID_NOOP("SUPER_DRIVER"), "drive-optical"},
+    VolumeClass{QT_TRID_NOOP("NETWOR_STORAGE"), "folder-remote"},
+    VolumeClass{QT_TRID_NOOP("DISK_IMAGE"), "media-removable"},
 };
 
 VolumeClass classOf(std::int32_t volType) {

@@ -9,6 +9,7 @@
 #include "app/ui/MainWindow.h"
 #include "cleaning/ui/QuickCleanWindow.h"
 #include "core/MacLog.h"
+#include "core/Texts.h"
 #include "foundation/Identity.h"
 #include "foundation/Log.h"
 #include "foundation/UserDefaults.h"
@@ -22,6 +23,8 @@
 #include "volumes/ui/TrayStatusItem.h"
 
 #include <QApplication>
+#include <QLibraryInfo>
+#include <QTranslator>
 
 #include <unistd.h>
 
@@ -107,6 +110,18 @@ QIcon windowIcon() {
     return icon;
 }
 
+// Qt's own words, those of an input's menu, come from its own files where they are installed.
+void speakToUser(QApplication &application) {
+    const QLocale user = QLocale::system();
+    setReader(user);
+    auto *const toolkit = new QTranslator(&application);
+    if (toolkit->load(user, QStringLiteral("qtbase"), QStringLiteral("_"),
+                      QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(toolkit);
+    // As the other programs of a desktop do it, whether they speak the language or not.
+    QApplication::setLayoutDirection(user.textDirection());
+}
+
 void firstFrameShown(Steady::duration took) {
     const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(took).count();
     NSLog("The first frame was painted after %d ms.", milliseconds);
@@ -134,6 +149,7 @@ int runApplication(int argc, char **argv, int terminal) {
     static int argumentCount = argc;
     auto *const application = new QApplication(argumentCount, argv);
     displayReached = true;
+    speakToUser(*application);
     QApplication::setQuitOnLastWindowClosed(false);
 
     const std::string token = activationToken();

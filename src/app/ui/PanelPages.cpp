@@ -81,18 +81,18 @@ struct EmptyPage {
 };
 
 constexpr std::array emptyPages = {
-    EmptyPage{"duplicates_file", "start_duplicates.png", "Duplicates", "EMPTY_DUPLICATES",
-              "OPEN_HOME", openHome},
-    EmptyPage{"disk_usage", "start_disk_usage.png", "Disk Usage", "EMPTY_DISK_USAGE",
-              "SHOW_VOLUMES", showVolumes},
-    EmptyPage{"delete", "start_uninstall.png", "Uninstall", "EMPTY_UNINSTALL", "OPEN_APPLICATIONS",
-              openApplications},
-    EmptyPage{"memory", "start_memory.png", "Free Memory", "EMPTY_MEMORY", "FREE_MEMORY_NOW",
-              freeMemory},
-    EmptyPage{"login_items", "start_login_items.png", "Login Items", "EMPTY_LOGIN_ITEMS",
-              "OPEN_AUTOSTART", openAutostart},
-    EmptyPage{"preferences", "start_preferences.png", "Preferences", "EMPTY_PREFERENCES",
-              "SHOW_LOG", showLog},
+    EmptyPage{"duplicates_file", "start_duplicates.png", "Duplicates",
+              QT_TRID_NOOP("EMPTY_DUPLICATES"), QT_TRID_NOOP("OPEN_HOME"), openHome},
+    EmptyPage{"disk_usage", "start_disk_usage.png", "Disk Usage", QT_TRID_NOOP("EMPTY_DISK_USAGE"),
+              QT_TRID_NOOP("SHOW_VOLUMES"), showVolumes},
+    EmptyPage{"delete", "start_uninstall.png", "Uninstall", QT_TRID_NOOP("EMPTY_UNINSTALL"),
+              QT_TRID_NOOP("OPEN_APPLICATIONS"), openApplications},
+    EmptyPage{"memory", "start_memory.png", "Free Memory", QT_TRID_NOOP("EMPTY_MEMORY"),
+              QT_TRID_NOOP("FREE_MEMORY_NOW"), freeMemory},
+    EmptyPage{"login_items", "start_login_items.png", "Login Items",
+              QT_TRID_NOOP("EMPTY_LOGIN_ITEMS"), QT_TRID_NOOP("OPEN_AUTOSTART"), openAutostart},
+    EmptyPage{"preferences", "start_preferences.png", "Preferences",
+              QT_TRID_NOOP("EMPTY_PREFERENCES"), QT_TRID_NOOP("SHOW_LOG"), showLog},
 };
 
 // The panels of a feature's later states.
