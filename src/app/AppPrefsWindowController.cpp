@@ -1,43 +1,14 @@
 #include "app/AppPrefsWindowController.h"
 
+#include "app/PageTable.h"
 #include "cleaning/NewMainViewController.h"
 #include "foundation/UserDefaults.h"
 
-#include <array>
 #include <memory>
 
 namespace brightsweep {
 
 namespace {
-
-enum class ToolbarEntry { Panel, Spaces, Item };
-
-struct PanelRow {
-    ToolbarEntry kind;
-    const char *label;
-    const char *text;
-};
-
-// In the order of the toolbar; the stored page counts in this order.
-constexpr std::array panelTable = {
-    PanelRow{ToolbarEntry::Panel, "Scan", "Fast Clean"},
-    PanelRow{ToolbarEntry::Panel, "duplicates_file", "Duplicates"},
-    PanelRow{ToolbarEntry::Panel, "disk_usage", "Disk Usage"},
-    PanelRow{ToolbarEntry::Panel, "delete", "Uninstall"},
-    PanelRow{ToolbarEntry::Panel, "memory", "Free Memory"},
-    PanelRow{ToolbarEntry::Panel, "login_items", "Login Items"},
-    PanelRow{ToolbarEntry::Panel, "QC_FastClean", ""},
-    PanelRow{ToolbarEntry::Panel, "DATA_FastClean", ""},
-    PanelRow{ToolbarEntry::Panel, "QC_Duplicates", ""},
-    PanelRow{ToolbarEntry::Panel, "DATA_Duplicates", ""},
-    PanelRow{ToolbarEntry::Panel, "QC_DiskUsage", ""},
-    PanelRow{ToolbarEntry::Panel, "DATA_DiskUsage", ""},
-    PanelRow{ToolbarEntry::Spaces, "", ""},
-    PanelRow{ToolbarEntry::Panel, "preferences", ""},
-    PanelRow{ToolbarEntry::Item, "Help", ""},
-};
-
-constexpr int uninstallSelection = 6;
 
 std::unique_ptr<AppPrefsWindowController> &shared() {
     // Never destroyed: the process ends without destructors.
@@ -84,21 +55,31 @@ void AppPrefsWindowController::makeCleanPage() {
             });
 }
 
+void AppPrefsWindowController::addPage(const Page &page) {
+    const QLatin1String identifier(page.identifier);
+    const QLatin1String title(page.title);
+    if (page.hasPanel)
+        addView(identifier, page.hasLabel ? title : QString(), title);
+    else
+        addItem(identifier, title);
+}
+
 void AppPrefsWindowController::setupToolbar() {
     makeCleanPage();
-    for (const PanelRow &row : panelTable) {
-        const QString label = QString::fromLatin1(row.label);
-        switch (row.kind) {
-        case ToolbarEntry::Panel:
-            addView(label, QString::fromLatin1(row.text));
-            break;
-        case ToolbarEntry::Spaces:
-            addSpaces();
-            break;
-        case ToolbarEntry::Item:
-            addItem(label);
-            break;
+    for (const Page &page : pageTable) {
+        if (!page.atTheEnd)
+            addPage(page);
+    }
+    for (const Page &page : pageTable) {
+        if (page.state) {
+            addView(QLatin1String(page.panels[1]), {}, {});
+            addView(QLatin1String(page.panels[2]), {}, {});
         }
+    }
+    addSpaces();
+    for (const Page &page : pageTable) {
+        if (page.atTheEnd)
+            addPage(page);
     }
     readAnimationSettings();
 }

@@ -7,6 +7,7 @@
 namespace brightsweep {
 
 class NewMainViewController;
+struct Page;
 
 /// The program's one window: its table of panels. Main thread.
 class AppPrefsWindowController : public DBPrefsWindowController {
@@ -39,6 +40,7 @@ protected:
 
 private:
     void makeCleanPage();
+    void addPage(const Page &page);
 
     std::unique_ptr<NewMainViewController> m_v4MainView;
 };

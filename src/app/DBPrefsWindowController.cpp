@@ -1,10 +1,9 @@
 #include "app/DBPrefsWindowController.h"
 
+#include "app/PageTable.h"
 #include "core/SettingKeys.h"
 #include "foundation/Log.h"
 #include "foundation/UserDefaults.h"
-
-#include <array>
 
 namespace brightsweep {
 
@@ -12,45 +11,11 @@ namespace {
 
 constexpr QLatin1String helpIdentifier("Help");
 constexpr QLatin1String uninstallIdentifier("delete");
-constexpr int uninstallSelection = 6;
 constexpr std::chrono::milliseconds usualDuration{250};
 constexpr std::chrono::milliseconds slowDuration{1250};
 
-// What a toolbar item stands for in each state of its feature, and how it is remembered.
-struct PanelMapping {
-    const char *identifier;
-    std::int64_t (DBPrefsWindowController::*state)() const;
-    std::array<const char *, 3> panels;
-    int storedIndex;
-};
-
-constexpr std::array panelMappings = {
-    PanelMapping{"Scan",
-                 &DBPrefsWindowController::view4FastClean,
-                 {"Scan", "QC_FastClean", "DATA_FastClean"},
-                 0},
-    PanelMapping{"duplicates_file",
-                 &DBPrefsWindowController::view4Duplicates,
-                 {"duplicates_file", "QC_Duplicates", "DATA_Duplicates"},
-                 1},
-    PanelMapping{"disk_usage",
-                 &DBPrefsWindowController::view4DiskUsage,
-                 {"disk_usage", "QC_DiskUsage", "DATA_DiskUsage"},
-                 2},
-    PanelMapping{"delete", nullptr, {}, 3},
-    PanelMapping{"memory", nullptr, {}, 4},
-    PanelMapping{"login_items", nullptr, {}, 5},
-};
-// Any other page is remembered as the login items.
+// Any other item is remembered as the login items.
 constexpr int otherStoredIndex = 5;
-
-const PanelMapping *mappingOf(const QString &identifier) {
-    for (const PanelMapping &mapping : panelMappings) {
-        if (identifier == QLatin1String(mapping.identifier))
-            return &mapping;
-    }
-    return nullptr;
-}
 
 } // namespace
 
@@ -92,9 +57,9 @@ QString DBPrefsWindowController::storedItem() const {
 }
 
 void DBPrefsWindowController::toggleActivePreferenceView(const QString &identifier) {
-    const PanelMapping *mapping = mappingOf(identifier);
+    const Page *const page = pageWithIdentifier(identifier);
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    defaults.setObject(DSToobarItem, mapping ? mapping->storedIndex : otherStoredIndex);
+    defaults.setObject(DSToobarItem, page ? page->storedIndex : otherStoredIndex);
     defaults.synchronize();
     // The help has no panel: the page on show stays the selected one, and goes on by itself.
     if (hasPanel(identifier))
@@ -103,12 +68,11 @@ void DBPrefsWindowController::toggleActivePreferenceView(const QString &identifi
 }
 
 QString DBPrefsWindowController::panelForIdentifier(const QString &identifier) const {
-    const PanelMapping *mapping = mappingOf(identifier);
-    if (!mapping || !mapping->state)
+    const Page *const page = pageWithIdentifier(identifier);
+    if (!page || !page->state)
         return identifier;
-    const auto state = std::uint64_t((this->*mapping->state)());
-    return state < mapping->panels.size() ? QString(QLatin1String(mapping->panels[state]))
-                                          : identifier;
+    const auto state = std::uint64_t((this->*page->state)());
+    return state < page->panels.size() ? QString(QLatin1String(page->panels[state])) : identifier;
 }
 
 void DBPrefsWindowController::displayViewForIdentifier(const QString &identifier, bool animate) {
@@ -163,23 +127,24 @@ QRect DBPrefsWindowController::frameForView(const QRect &windowFrame, const QSiz
     return {windowFrame.topLeft(), QSize(panel.width(), panel.height() + toolbarHeight)};
 }
 
-void DBPrefsWindowController::addView(const QString &label, const QString &text) {
+void DBPrefsWindowController::addView(const QString &label, const QString &text,
+                                      const QString &name) {
     m_identifiers += label;
     m_panels += label;
     if (label.startsWith(QLatin1String("QC_")) || label.startsWith(QLatin1String("DATA_")))
         return;
-    m_items.insert(label, {label, text, label});
+    m_items.insert(label, {label, text, name, label});
 }
 
-void DBPrefsWindowController::addItem(const QString &label) {
+void DBPrefsWindowController::addItem(const QString &label, const QString &name) {
     m_identifiers += label;
-    m_items.insert(label, {label, {}, label});
+    m_items.insert(label, {label, {}, name, label});
 }
 
 void DBPrefsWindowController::addSpaces() {
     for (const QLatin1String space : {toolbarFlexibleSpaceIdentifier, toolbarSpaceIdentifier}) {
         m_identifiers += space;
-        m_items.insert(space, {space, {}, {}});
+        m_items.insert(space, {space, {}, {}, {}});
     }
 }
 

@@ -21,6 +21,7 @@ inline constexpr QLatin1String toolbarSpaceIdentifier("space");
 struct ToolbarItem {
     QString identifier;
     QString text;  ///< empty for one that shows its image alone
+    QString name;  ///< what a screen reader says and a tool tip shows
     QString image; ///< the name of its image
 };
 
@@ -109,10 +110,13 @@ protected:
     virtual void setupToolbar() {}
     virtual void beginToSanUninstallListWhenSelect(int) {}
 
+    /// The number of the uninstall page for beginToSanUninstallListWhenSelect().
+    static constexpr int uninstallSelection = 6;
+
     /// Adds a panel. One whose label begins with "QC_" or "DATA_" gets no item.
-    void addView(const QString &label, const QString &text);
+    void addView(const QString &label, const QString &text, const QString &name);
     /// Adds an item without a panel of its own.
-    void addItem(const QString &label);
+    void addItem(const QString &label, const QString &name);
     void addSpaces();
 
 private:

@@ -32,23 +32,6 @@ constexpr int leastMenuWidth = 200;
 constexpr int titleBarHeight = 32;
 constexpr std::chrono::milliseconds sizeSettles{500};
 
-// What an item without a text is, in words.
-constexpr struct {
-    const char *identifier;
-    const char *name;
-} bareItems[] = {
-    {"preferences", "Preferences"},
-    {"Help", "Help"},
-};
-
-QString accessibleNameOf(const ToolbarItem &item) {
-    for (const auto &bare : bareItems) {
-        if (item.identifier == QLatin1String(bare.identifier))
-            return QLatin1String(bare.name);
-    }
-    return item.text;
-}
-
 QSize storedSize() {
     const QStringList parts =
         UserDefaults::standardUserDefaults().stringForKey(windowSizeKey).split(u'x');
@@ -105,7 +88,7 @@ void MainWindow::ensureToolBar() {
         else if (item.identifier == toolbarSpaceIdentifier)
             m_toolbar->addSpace();
         else
-            m_toolbar->addItem(item.identifier, item.text, item.image, accessibleNameOf(item),
+            m_toolbar->addItem(item.identifier, item.text, item.image, item.name,
                                m_controller.hasPanel(item.identifier));
     }
     connect(m_toolbar, &PanelToolBar::pressed, this, [this](const QString &identifier) {

@@ -1,5 +1,6 @@
 #include "app/ui/PanelPages.h"
 
+#include "app/PageTable.h"
 #include "app/ui/EmptyPanel.h"
 #include "cleaning/ui/CleanProgressPanel.h"
 #include "cleaning/ui/CleanResultsPanel.h"
@@ -71,72 +72,73 @@ void showLog(const PanelActs &) {
     Platform::current().workspace->reveal(MacLog::supportFolder() / logFileName);
 }
 
+template <typename Panel>
+QWidget *makeClean(const PanelActs &acts, QWidget *parent) {
+    return new Panel(*acts.clean, parent);
+}
+
+QWidget *makeCleanResults(const PanelActs &acts, QWidget *parent) {
+    auto *const results = new CleanResultsPanel(*acts.clean, parent);
+    QObject::connect(results, &CleanResultsPanel::volumesRequested, results, acts.showVolumes);
+    return results;
+}
+
+// What a page that has no screen yet says and offers.
 struct EmptyPage {
-    const char *panel;
+    const char *page;
     const char *image;
-    const char *title;
     const char *sentenceKey;
     const char *actKey;
     void (*act)(const PanelActs &);
 };
 
 constexpr std::array emptyPages = {
-    EmptyPage{"duplicates_file", "start_duplicates.png", "Duplicates",
-              QT_TRID_NOOP("EMPTY_DUPLICATES"), QT_TRID_NOOP("OPEN_HOME"), openHome},
-    EmptyPage{"disk_usage", "start_disk_usage.png", "Disk Usage", QT_TRID_NOOP("EMPTY_DISK_USAGE"),
+    EmptyPage{"duplicates_file", "start_duplicates.png", QT_TRID_NOOP("EMPTY_DUPLICATES"),
+              QT_TRID_NOOP("OPEN_HOME"), openHome},
+    EmptyPage{"disk_usage", "start_disk_usage.png", QT_TRID_NOOP("EMPTY_DISK_USAGE"),
               QT_TRID_NOOP("SHOW_VOLUMES"), showVolumes},
-    EmptyPage{"delete", "start_uninstall.png", "Uninstall", QT_TRID_NOOP("EMPTY_UNINSTALL"),
+    EmptyPage{"delete", "start_uninstall.png", QT_TRID_NOOP("EMPTY_UNINSTALL"),
               QT_TRID_NOOP("OPEN_APPLICATIONS"), openApplications},
-    EmptyPage{"memory", "start_memory.png", "Free Memory", QT_TRID_NOOP("EMPTY_MEMORY"),
+    EmptyPage{"memory", "start_memory.png", QT_TRID_NOOP("EMPTY_MEMORY"),
               QT_TRID_NOOP("FREE_MEMORY_NOW"), freeMemory},
-    EmptyPage{"login_items", "start_login_items.png", "Login Items",
-              QT_TRID_NOOP("EMPTY_LOGIN_ITEMS"), QT_TRID_NOOP("OPEN_AUTOSTART"), openAutostart},
-    EmptyPage{"preferences", "start_preferences.png", "Preferences",
-              QT_TRID_NOOP("EMPTY_PREFERENCES"), QT_TRID_NOOP("SHOW_LOG"), showLog},
+    EmptyPage{"login_items", "start_login_items.png", QT_TRID_NOOP("EMPTY_LOGIN_ITEMS"),
+              QT_TRID_NOOP("OPEN_AUTOSTART"), openAutostart},
+    EmptyPage{"preferences", "start_preferences.png", QT_TRID_NOOP("EMPTY_PREFERENCES"),
+              QT_TRID_NOOP("SHOW_LOG"), showLog},
 };
 
-// The panels of a feature's later states.
-constexpr struct {
-    const char *ending;
-    const char *panel;
-} laterStates[] = {
-    {"_Duplicates", "duplicates_file"},
-    {"_DiskUsage", "disk_usage"},
-};
-
-const EmptyPage &pageOf(const QString &identifier) {
-    QString panel = identifier;
-    for (const auto &state : laterStates) {
-        if (identifier.endsWith(QLatin1String(state.ending)))
-            panel = QLatin1String(state.panel);
+QWidget *makeEmpty(const Page &page, const PanelActs &acts, QWidget *parent) {
+    for (const EmptyPage &row : emptyPages) {
+        if (QLatin1String(row.page) == QLatin1String(page.identifier))
+            return new EmptyPanel({QLatin1String(row.image), QLatin1String(page.title),
+                                   localizedText(row.sentenceKey), localizedText(row.actKey),
+                                   [act = row.act, acts] { act(acts); }},
+                                  parent);
     }
-    for (const EmptyPage &page : emptyPages) {
-        if (panel == QLatin1String(page.panel))
-            return page;
-    }
-    return emptyPages.front();
+    return new QWidget(parent);
 }
+
+// The panels that have a screen of their own; those of the other pages are empty pages.
+struct PanelMaker {
+    const char *panel;
+    QWidget *(*make)(const PanelActs &, QWidget *);
+};
+
+constexpr std::array panelMakers = {
+    PanelMaker{"Scan", makeClean<CleanStartPanel>},
+    PanelMaker{"QC_FastClean", makeClean<CleanProgressPanel>},
+    PanelMaker{"DATA_FastClean", makeCleanResults},
+};
 
 } // namespace
 
 QWidget *makePanelPage(const QString &identifier, const PanelActs &acts, QWidget *parent) {
-    if (acts.clean) {
-        if (identifier == QLatin1String("Scan"))
-            return new CleanStartPanel(*acts.clean, parent);
-        if (identifier == QLatin1String("QC_FastClean"))
-            return new CleanProgressPanel(*acts.clean, parent);
-        if (identifier == QLatin1String("DATA_FastClean")) {
-            auto *const results = new CleanResultsPanel(*acts.clean, parent);
-            QObject::connect(results, &CleanResultsPanel::volumesRequested, results,
-                             acts.showVolumes);
-            return results;
-        }
+    for (const PanelMaker &row : panelMakers) {
+        if (acts.clean && identifier == QLatin1String(row.panel))
+            return row.make(acts, parent);
     }
-    const EmptyPage &page = pageOf(identifier);
-    return new EmptyPanel({QLatin1String(page.image), QLatin1String(page.title),
-                           localizedText(page.sentenceKey), localizedText(page.actKey),
-                           [act = page.act, acts] { act(acts); }},
-                          parent);
+    const Page *const page = pageOfPanel(identifier);
+    return page ? makeEmpty(*page, acts, parent) : new QWidget(parent);
 }
 
 } // namespace brightsweep
