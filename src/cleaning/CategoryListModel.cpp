@@ -9,6 +9,7 @@
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
+#include "preferences/PreferenceViewController.h"
 
 namespace brightsweep {
 
@@ -112,7 +113,7 @@ void CategoryListModel::getSelectAllOrNull() {
 }
 
 void CategoryListModel::changeCheckBoxInUserDefaultsWithNumber(int number) {
-    cleanCategories[std::size_t(aTag)].setClicked(number);
+    PreferenceViewController::setCategoryClicked(unsigned(aTag), number);
 }
 
 void CategoryListModel::setSelectButton(bool on) {

@@ -4,12 +4,15 @@
 
 namespace brightsweep {
 
+std::int64_t storedSelection(unsigned category) {
+    return UserDefaults::standardUserDefaults().integerForKey(
+        QLatin1String(cleanCategories[category].key));
+}
+
 QStringList getDefaultsValue() {
     QStringList selection;
-    for (const CleanCategory &category : cleanCategories) {
-        selection +=
-            QString::number(UserDefaults::standardUserDefaults().integerForKey(category.key));
-    }
+    for (unsigned category = 0; category < categoryCount; ++category)
+        selection += QString::number(storedSelection(category));
     return selection;
 }
 

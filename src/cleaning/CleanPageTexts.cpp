@@ -1,5 +1,6 @@
 #include "cleaning/CleanPageTexts.h"
 
+#include "cleaning/CleanCategories.h"
 #include "core/DateText.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
@@ -19,29 +20,25 @@ int length(const QString &text) {
 }
 
 struct RowTexts {
-    int row;
-    const char *title;
-    const char *description;
-    const char *image;
+    int row = 0;
+    const char *title = nullptr;
+    const char *description = nullptr;
+    const char *image = nullptr;
 };
 
+// The rows that are no category.
 constexpr RowTexts rowTexts[] = {
     {0, QT_TRID_NOOP("TITLE_CLEAN_SYS_MYMAC"), nullptr, "my_mac_b.png"},
-    {1, QT_TRID_NOOP("TITLE_CLEAN_SYS_CACHES"), QT_TRID_NOOP("DESC_CLEAN_SYS_CACHES"),
-     "system_caches_b.png"},
-    {2, QT_TRID_NOOP("TITLE_CLEAN_USR_CACHES"), QT_TRID_NOOP("DESC_CLEAN_USR_CACHES"),
-     "user_caches_b.png"},
-    {3, QT_TRID_NOOP("TITLE_CLEAN_SYS_LOGS"), QT_TRID_NOOP("DESC_CLEAN_SYS_LOGS"),
-     "system_logs_b.png"},
-    {4, QT_TRID_NOOP("TITLE_CLEAN_USR_LOGS"), QT_TRID_NOOP("DESC_CLEAN_USR_LOGS"),
-     "user_logs_b.png"},
-    {5, QT_TRID_NOOP("TITLE_CLEAN_TRASH"), QT_TRID_NOOP("DESC_CLEAN_TRASH"), "user_trash_b.png"},
-    {6, QT_TRID_NOOP("TITLE_CLEAN_DOWNLOADS"), QT_TRID_NOOP("DESC_CLEAN_DOWNLOADS"),
-     "download_b.png"},
     {8, QT_TRID_NOOP("TITLE_UNINSTALL"), QT_TRID_NOOP("DESC_UNINSTALL"), "uninstall_b.png"},
     {9, QT_TRID_NOOP("TITLE_FREESPACE_MONITOR"), QT_TRID_NOOP("DESC_FREESPACE_MONITOR"),
      "disk_b.png"},
 };
+
+const RowTexts *textsOf(int row) {
+    const auto *const found = std::find_if(std::begin(rowTexts), std::end(rowTexts),
+                                           [&](const RowTexts &texts) { return texts.row == row; });
+    return found == std::end(rowTexts) ? nullptr : found;
+}
 
 } // namespace
 
@@ -87,17 +84,21 @@ CleanStyledText cleanPageTexts::recoveredLine(std::uint64_t bytes, const QDateTi
 }
 
 CleanHeading changeNoteText(int row) {
-    const auto *const found = std::find_if(std::begin(rowTexts), std::end(rowTexts),
-                                           [&](const RowTexts &texts) { return texts.row == row; });
-    if (found == std::end(rowTexts)) {
+    RowTexts texts;
+    if (row >= rowOfCategory(0) && row < rowOfCategory(categoryCount)) {
+        const CleanCategory &category = cleanCategories[std::size_t(row - rowOfCategory(0))];
+        texts = {row, category.titleKey, category.descriptionKey, category.headingImage};
+    } else if (const RowTexts *const found = textsOf(row)) {
+        texts = *found;
+    } else {
         NSLog("请核对名字（KEY）是否与LocalSizeStr对应");
         return {};
     }
     CleanHeading heading;
-    heading.title = localizedText(found->title);
-    heading.image = QLatin1String(found->image);
-    if (found->description)
-        heading.description.text = localizedText(found->description);
+    heading.title = localizedText(texts.title);
+    heading.image = QLatin1String(texts.image);
+    if (texts.description)
+        heading.description.text = localizedText(texts.description);
     return heading;
 }
 

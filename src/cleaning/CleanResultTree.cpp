@@ -11,10 +11,6 @@ namespace brightsweep {
 
 namespace {
 
-// Names of the theme's icons: the trash is shown full, the downloads folder has an icon of its own.
-constexpr std::array<const char *, categoryCount> groupIcons = {
-    "folder", "folder", "folder", "folder", "user-trash-full", "folder-download"};
-
 void fillLeaf(CleanNodeData &data, const CleanFileInfo &row) {
     data.setFileSize(row.shownSize);
     data.setSelectNum(row.bIsSelected != 0 ? 1 : 0);
@@ -43,7 +39,7 @@ void CleanResultTree::constructTree(const std::vector<ScanViewController *> &tab
                 continue;
             const Node group = SimpleTreeNode::nodeWithData(
                 SimpleNodeData::groupDataWithName(cleanCategories[category].name));
-            group->data().setIconRep(groupIcons[category]);
+            group->data().setIconRep(cleanCategories[category].groupIcon);
             for (const Node &leaf : leaves)
                 group->insertChild(leaf, group->numberOfChildren());
             m_treeData->insertChild(group, m_treeData->numberOfChildren());

@@ -5,6 +5,7 @@
 #include "cleaning/ItemSizes.h"
 #include "cleaning/ScanViewController.h"
 #include "foundation/UserDefaults.h"
+#include "preferences/PreferenceViewController.h"
 
 #include <algorithm>
 #include <utility>
@@ -14,10 +15,11 @@ namespace brightsweep {
 namespace {
 
 // A write reaches the disk, so what stays as it is is not written.
-void changeCheckBoxInUserDefaults(const CleanCategory &category, int number) {
-    const UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    if (!defaults.hasUserValue(category.key) || defaults.integerForKey(category.key) != number)
-        category.setClicked(number);
+void changeCheckBoxInUserDefaults(unsigned category, int number) {
+    const QLatin1String key(cleanCategories[category].key);
+    if (!UserDefaults::standardUserDefaults().hasUserValue(key) ||
+        storedSelection(category) != number)
+        PreferenceViewController::setCategoryClicked(category, number);
 }
 
 } // namespace
@@ -59,7 +61,7 @@ void CleanSelection::applyStored() {
         const QString &state = m_selectArray[category];
         tickAll(category, state != QLatin1String("0"));
         if (state == QLatin1String("2"))
-            changeCheckBoxInUserDefaults(cleanCategories[category], 1);
+            changeCheckBoxInUserDefaults(category, 1);
     }
 }
 
@@ -82,7 +84,7 @@ std::array<int, 6> CleanSelection::store(bool keepEmpty) {
         states[category] = all ? 1 : one.selected > 0 ? 2 : 0;
         if (states[category] != 2)
             tickAll(category, all);
-        changeCheckBoxInUserDefaults(cleanCategories[category], states[category]);
+        changeCheckBoxInUserDefaults(category, states[category]);
     }
     return states;
 }

@@ -6,7 +6,6 @@
 #include "core/CheckImage.h"
 #include "core/UtilityFunction.h"
 #include "foundation/NotificationCenter.h"
-#include "foundation/UserDefaults.h"
 #include "preferences/PreferenceViewController.h"
 
 #include <algorithm>
@@ -113,12 +112,11 @@ bool CustomTableView::shouldSelectRow(int row) {
 void CustomTableView::checkBoxClicked(int tag) {
     if (tag < 1 || tag > int(categoryCount))
         return;
-    const CleanCategory &category = cleanCategories[std::size_t(tag - 1)];
-    const bool state = UserDefaults::standardUserDefaults().integerForKey(category.key) != 0;
+    const bool state = storedSelection(unsigned(tag - 1)) != 0;
     NotificationCenter::defaultCenter().post(
         changeCheckBoxNotification, nullptr,
         {{QStringLiteral("tag"), tag}, {QStringLiteral("flag"), state}});
-    category.setClicked(state ? 0 : 1);
+    PreferenceViewController::setCategoryClicked(unsigned(tag - 1), state ? 0 : 1);
 }
 
 void CustomTableView::changeCheckBox(bool flag, int tag) {

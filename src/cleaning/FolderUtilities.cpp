@@ -17,14 +17,6 @@ namespace brightsweep {
 
 namespace {
 
-constexpr std::uint32_t trashCategory = 4;
-
-// The source of each category; the trash has further ones on the volumes.
-constexpr std::array categoryPlaces = {
-    CleanPlace::LocalCaches, CleanPlace::UserCaches, CleanPlace::LocalLogs,
-    CleanPlace::UserLogs,    CleanPlace::HomeTrash,  CleanPlace::Downloads,
-};
-
 struct ReasonRow {
     LeftOutReason reason;
     const char *key;
@@ -59,10 +51,11 @@ void addVolumeTrashes(CleanFolders &folders) {
 
 std::vector<RemovalRoot> FolderUtilities::getFolderPath(std::uint32_t index,
                                                         std::vector<LeftOutFolder> *leftOut) {
-    if (index >= categoryPlaces.size())
+    if (index >= categoryCount)
         return {};
-    CleanFolders folders = Platform::current().directories->cleanFolders(categoryPlaces[index]);
-    if (index == trashCategory)
+    const auto place = CleanPlace(index);
+    CleanFolders folders = Platform::current().directories->cleanFolders(place);
+    if (place == CleanPlace::HomeTrash)
         addVolumeTrashes(folders);
     if (leftOut)
         *leftOut = std::move(folders.leftOut);

@@ -27,10 +27,6 @@ const QString object = QStringLiteral("object");
 const QString disabledCleanImage = QStringLiteral("clean_d.png");
 const QString enabledCleanImage = QStringLiteral("clean_normal.png");
 
-constexpr std::array<const char *, categoryCount> rowImages = {
-    "system_caches_b.png", "user_caches_b.png", "system_logs_b.png",
-    "user_logs_b.png",     "user_trash_b.png",  "download_folder_b.png"};
-
 template <typename Owned>
 auto pointers(const std::vector<std::unique_ptr<Owned>> &owned) {
     std::vector<Owned *> all;
@@ -99,8 +95,8 @@ void NewMainViewController::v3MainViewInfo() {
         const bool none = stored[index] == QLatin1String("0");
         allNewViewArr.push_back(std::make_unique<V3MainListView>(
             none ? QStringLiteral("option_no.png") : QStringLiteral("option_yes.png"),
-            QLatin1String(rowImages[index]), QLatin1String(cleanCategories[index].name),
-            QStringLiteral("0.0KB"), int(index), none));
+            QLatin1String(cleanCategories[index].rowImage),
+            QLatin1String(cleanCategories[index].name), QStringLiteral("0.0KB"), int(index), none));
     }
 }
 

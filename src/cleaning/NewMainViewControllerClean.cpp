@@ -28,7 +28,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr unsigned downloads = 5;
+constexpr unsigned downloads = downloadsCategory;
 constexpr unsigned allCategories = categoryCount;
 // So that the sheet follows the last reload.
 constexpr auto alertDelay = 200ms;

@@ -4,6 +4,7 @@
 #include "cleaning/CleanNotifications.h"
 #include "cleaning/ScanViewController.h"
 #include "foundation/NotificationCenter.h"
+#include "preferences/PreferenceViewController.h"
 
 #include <algorithm>
 #include <utility>
@@ -103,7 +104,7 @@ void V3MainListView::checkBoxAction() {
     // A part counts as unticked: a click makes it whole.
     const int newValue = value == 1 ? 0 : 1;
     refCheckBoxInMainView(newValue);
-    cleanCategories[std::size_t(m_tag)].setClicked(newValue);
+    PreferenceViewController::setCategoryClicked(unsigned(m_tag), newValue);
     NotificationCenter::defaultCenter().post(
         updateSelectNumberNotification, nullptr,
         {{QStringLiteral("object"), QVariantMap{{QStringLiteral("rowNum"), m_tag}}}});

@@ -3,7 +3,6 @@
 #include "cleaning/CleanCategories.h"
 #include "cleaning/FolderUtilities.h"
 #include "core/UtilityFunction.h"
-#include "foundation/UserDefaults.h"
 #include "platform/Platform.h"
 #include "platform/VolumeSource.h"
 
@@ -17,7 +16,6 @@ namespace brightsweep::cli {
 
 namespace {
 
-constexpr unsigned trashCategory = 4;
 constexpr int settleMilliseconds = 500;
 constexpr int pollMilliseconds = 50;
 
@@ -115,11 +113,6 @@ bool removeCategories(std::vector<CategoryRun> &runs, const std::shared_ptr<Remo
         },
         &ScanViewController::cleanFinishedChanged, &ScanViewController::cancelFastClean,
         &ScanViewController::cleanSize);
-}
-
-int storedSelection(unsigned index) {
-    return int(UserDefaults::standardUserDefaults().integerForKey(
-        brightsweep::cleanCategories[index].key));
 }
 
 } // namespace brightsweep::cli

@@ -35,7 +35,4 @@ bool scanCategories(std::vector<CategoryRun> &runs, const std::vector<unsigned> 
 bool removeCategories(std::vector<CategoryRun> &runs, const std::shared_ptr<RemovalRun> &run,
                       Output &output);
 
-/// The stored selection of a category: 0 none, 1 all, 2 part.
-int storedSelection(unsigned index);
-
 } // namespace brightsweep::cli

@@ -32,7 +32,7 @@ std::string jsonDocument(const std::vector<CategoryRun> &runs) {
     json.key("command").value("scan");
     json.key("categories").beginArray();
     for (const CategoryRun &run : runs) {
-        const int selection = storedSelection(run.index);
+        const auto selection = storedSelection(run.index);
         json.beginObject();
         json.key("index").value(run.index);
         json.key("name").value(brightsweep::cleanCategories[run.index].name);

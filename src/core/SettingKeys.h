@@ -1,5 +1,7 @@
 #pragma once
 
+#include "linux/CategoryTable.h"
+
 #include <QLatin1String>
 #include <QVariant>
 
@@ -11,12 +13,12 @@ namespace brightsweep {
 inline constexpr QLatin1String DSDisplayTypeKey("DisplayType");
 inline constexpr QLatin1String DSSpaceAlarmKey("SpaceAlarm");
 inline constexpr QLatin1String DSMemoryAlarmKey("MemoryAlarm");
-inline constexpr QLatin1String DSSystemCachesKey("SystemCaches");
-inline constexpr QLatin1String DSUserCachesKey("UserCaches");
-inline constexpr QLatin1String DSSystemLogsKey("SystemLogs");
-inline constexpr QLatin1String DSUserLogsKey("UserLogs");
-inline constexpr QLatin1String DSUserTrashKey("UserTrash");
-inline constexpr QLatin1String DSUserDownloadsKey("UserDownloads");
+inline constexpr QLatin1String DSSystemCachesKey(categoryOf(CleanPlace::LocalCaches).key);
+inline constexpr QLatin1String DSUserCachesKey(categoryOf(CleanPlace::UserCaches).key);
+inline constexpr QLatin1String DSSystemLogsKey(categoryOf(CleanPlace::LocalLogs).key);
+inline constexpr QLatin1String DSUserLogsKey(categoryOf(CleanPlace::UserLogs).key);
+inline constexpr QLatin1String DSUserTrashKey(categoryOf(CleanPlace::HomeTrash).key);
+inline constexpr QLatin1String DSUserDownloadsKey(categoryOf(CleanPlace::Downloads).key);
 inline constexpr QLatin1String DSLoginCheckKey("LoginCheck");
 inline constexpr QLatin1String DSLoginItemIsHide("DSLoginItemIsHide");
 inline constexpr QLatin1String DSToobarItem("DSToolbarItem");
@@ -49,18 +51,27 @@ struct SettingKey {
     QVariant defaultValue() const;
 };
 
+/// The state of a category: 0 none, 1 all, 2 part.
+inline constexpr SettingKey categorySetting(const CleanCategory &category) {
+    return {QLatin1String(category.key),
+            SettingType::Integer,
+            SettingOwner::PreferenceViewController,
+            category.selectedAtFirst,
+            0,
+            2};
+}
+
 /// The complete vocabulary of the store.
 inline constexpr SettingKey settingKeys[] = {
     {DSDisplayTypeKey, SettingType::Integer, SettingOwner::Nobody},
     {DSSpaceAlarmKey, SettingType::Float, SettingOwner::PreferenceViewController, "0.1"},
     {DSMemoryAlarmKey, SettingType::Float, SettingOwner::PreferenceViewController, "0.1"},
-    // The state of a category: 0 none, 1 all, 2 part.
-    {DSSystemCachesKey, SettingType::Integer, SettingOwner::PreferenceViewController, "1", 0, 2},
-    {DSUserCachesKey, SettingType::Integer, SettingOwner::PreferenceViewController, "1", 0, 2},
-    {DSSystemLogsKey, SettingType::Integer, SettingOwner::PreferenceViewController, "1", 0, 2},
-    {DSUserLogsKey, SettingType::Integer, SettingOwner::PreferenceViewController, "1", 0, 2},
-    {DSUserTrashKey, SettingType::Integer, SettingOwner::PreferenceViewController, "0", 0, 2},
-    {DSUserDownloadsKey, SettingType::Integer, SettingOwner::PreferenceViewController, "0", 0, 2},
+    categorySetting(cleanCategories[0]),
+    categorySetting(cleanCategories[1]),
+    categorySetting(cleanCategories[2]),
+    categorySetting(cleanCategories[3]),
+    categorySetting(cleanCategories[4]),
+    categorySetting(cleanCategories[5]),
     {DSLoginCheckKey, SettingType::Integer, SettingOwner::PreferenceViewController, "0", 0, 1},
     {DSLoginItemIsHide, SettingType::Integer, SettingOwner::PreferenceViewController, "0", 0, 1},
     {QLatin1String("DSMyMacClicked"), SettingType::Integer, SettingOwner::PreferenceViewController,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/CategoryTable.h"
 #include "linux/Mounts.h"
 #include "linux/Place.h"
 
@@ -19,39 +20,6 @@
 struct stat;
 
 namespace brightsweep {
-
-/// A folder of the system whose every direct child can go without harm, while it stays itself.
-struct SystemFolder {
-    unsigned category = 0; ///< the index of the clean category
-    std::string_view path;
-};
-
-inline constexpr std::string_view aptArchives = "/var/cache/apt/archives";
-/// What belongs to apt in that folder and is no item.
-inline constexpr std::array<std::string_view, 2> aptReserved = {"lock", "partial"};
-
-inline constexpr unsigned cachesCategory = 0;
-inline constexpr unsigned logsCategory = 2;
-
-inline constexpr std::array systemFolders = {
-    SystemFolder{cachesCategory, aptArchives},
-    SystemFolder{cachesCategory, "/var/cache/dnf"},
-    SystemFolder{cachesCategory, "/var/cache/libdnf5"},
-    SystemFolder{cachesCategory, "/var/cache/yum"},
-    SystemFolder{cachesCategory, "/var/cache/pacman/pkg"},
-    SystemFolder{cachesCategory, "/var/cache/zypp/packages"},
-    SystemFolder{cachesCategory, "/var/cache/PackageKit"},
-    SystemFolder{cachesCategory, "/var/cache/fontconfig"},
-    SystemFolder{cachesCategory, "/var/cache/man"},
-    SystemFolder{cachesCategory, "/var/cache/swcatalog"},
-    SystemFolder{cachesCategory, "/var/cache/app-info"},
-    SystemFolder{cachesCategory, "/var/lib/snapd/cache"},
-    SystemFolder{logsCategory, "/var/log/apt"},
-    SystemFolder{logsCategory, "/var/log/unattended-upgrades"},
-    SystemFolder{logsCategory, "/var/log/dist-upgrade"},
-    SystemFolder{logsCategory, "/var/crash"},
-    SystemFolder{logsCategory, "/var/lib/systemd/coredump"},
-};
 
 /// A folder of a user's that keeps its place, such as the one for downloads, and a number that
 /// tells it apart from others that may be the same folder.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/CategoryTable.h"
 #include "platform/FileOperations.h"
 
 #include <filesystem>
@@ -16,16 +17,6 @@ enum class StandardDirectory {
     Applications,
     Home,
     Temporary,
-};
-
-/// The folders that a clean category has, whose direct children may go.
-enum class CleanPlace {
-    LocalCaches,
-    UserCaches,
-    LocalLogs,
-    UserLogs,
-    HomeTrash, ///< the folder that holds the trashed items themselves
-    Downloads,
 };
 
 /// Why a folder that is meant for a category is not cleaned.

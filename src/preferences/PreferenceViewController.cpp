@@ -31,6 +31,10 @@ void PreferenceViewController::initialize() {
     defaults().synchronize();
 }
 
+void PreferenceViewController::setCategoryClicked(unsigned category, int number) {
+    setAndSynchronize(QLatin1String(cleanCategories[category].key), number);
+}
+
 void PreferenceViewController::setSystemCashesClicked(int number) {
     setAndSynchronize(DSSystemCachesKey, number);
 }

@@ -12,7 +12,9 @@ public:
     /// setting is read.
     static void initialize();
 
-    // The states of the six categories. The getters hand back the stored object itself, which is
+    /// The state of a category, by its index: 0 none, 1 all, 2 part.
+    static void setCategoryClicked(unsigned category, int number);
+    // The same for each of the six. The getters hand back the stored object itself, which is
     // valid once the defaults are registered, whatever its number.
     static void setSystemCashesClicked(int number);
     static QVariant getSystemCashesClicked();

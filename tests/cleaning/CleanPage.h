@@ -4,6 +4,7 @@
 #include "cleaning/NewMainViewController.h"
 #include "cleaning/ScanViewController.h"
 #include "cleaning/V3MainListView.h"
+#include "preferences/PreferenceViewController.h"
 #include "support/CleanableMachine.h"
 #include "support/ManualClock.h"
 
@@ -66,7 +67,7 @@ public:
     static std::string stored() { return getDefaultsValue().join(QString()).toStdString(); }
     static void store(const char *states) {
         for (unsigned index = 0; index < categoryCount; ++index)
-            cleanCategories[index].setClicked(states[index] - '0');
+            PreferenceViewController::setCategoryClicked(index, states[index] - '0');
     }
     std::string line() const { return page.controls().stateTextField.text.toStdString(); }
     QModelIndex group(unsigned category) {

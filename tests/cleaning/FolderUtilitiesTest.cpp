@@ -5,6 +5,7 @@
 #include "core/TaskStopper.h"
 #include "core/UtilityFunction.h"
 #include "platform/Platform.h"
+#include "preferences/PreferenceViewController.h"
 #include "results/CleanFileInfo.h"
 #include "support/FaultPlatform.h"
 #include "support/Removals.h"
@@ -157,8 +158,8 @@ TEST(CleanFileInfo, ACopyIsNotTickedAndSortingGoesByTheWords) {
 
 TEST(CleanCategories, ReadTheirSelectionFromTheSettings) {
     EXPECT_EQ(getDefaultsValue().join(QLatin1Char(' ')), QStringLiteral("1 1 1 1 0 0"));
-    cleanCategories[5].setClicked(2);
-    cleanCategories[0].setClicked(0);
+    PreferenceViewController::setCategoryClicked(5, 2);
+    PreferenceViewController::setCategoryClicked(0, 0);
     EXPECT_EQ(getDefaultsValue().join(QLatin1Char(' ')), QStringLiteral("0 1 1 1 0 2"));
 }
 

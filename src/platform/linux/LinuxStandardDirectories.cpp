@@ -28,18 +28,6 @@ using std::filesystem::path;
 constexpr std::array logFolderNames = {"logs", "Logs", "log"};
 constexpr std::array logFileEndings = {".log", ".log.gz", ".log.xz"};
 
-struct PlaceRole {
-    CleanPlace place;
-    FolderRole role;
-};
-
-// The categories of one folder of the user's.
-constexpr std::array placeRoles = {
-    PlaceRole{CleanPlace::UserCaches, FolderRole::Cache},
-    PlaceRole{CleanPlace::HomeTrash, FolderRole::TrashItems},
-    PlaceRole{CleanPlace::Downloads, FolderRole::Downloads},
-};
-
 // File systems that keep no owners: whoever mounted them may write, or nobody.
 constexpr std::array<std::string_view, 7> ownerlessTypes = {"vfat",    "msdos", "exfat", "ntfs",
                                                             "fuseblk", "cifs",  "smb3"};
@@ -211,7 +199,7 @@ void addUserFolder(CleanFolders &folders, const path &folder, FolderRole role) {
             [&] { return isOwnedByUser(directory->get()); });
 }
 
-CleanFolders systemFoldersOf(LinuxStandardDirectories &directories, unsigned category) {
+CleanFolders systemFoldersOf(LinuxStandardDirectories &directories, CleanPlace category) {
     CleanFolders folders;
     for (std::size_t row = 0; row < systemFolders.size(); ++row) {
         if (systemFolders[row].category != category)
@@ -279,19 +267,15 @@ std::vector<path> LinuxStandardDirectories::paths(StandardDirectory directory) {
 }
 
 CleanFolders LinuxStandardDirectories::cleanFolders(CleanPlace place) {
-    if (place == CleanPlace::LocalCaches)
-        return systemFoldersOf(*this, cachesCategory);
-    if (place == CleanPlace::LocalLogs)
-        return systemFoldersOf(*this, logsCategory);
+    if (place == CleanPlace::LocalCaches || place == CleanPlace::LocalLogs)
+        return systemFoldersOf(*this, place);
     CleanFolders folders;
     if (place == CleanPlace::UserLogs) {
         for (const path &folder : userLogs())
             addUserFolder(folders, folder, FolderRole::None);
     }
-    for (const PlaceRole &row : placeRoles) {
-        if (row.place == place)
-            addUserFolder(folders, folderOfRole(row.role), row.role);
-    }
+    if (const FolderRole role = categoryOf(place).userFolder; role != FolderRole::None)
+        addUserFolder(folders, folderOfRole(role), role);
     for (RemovalRoot &folder : folders.folders)
         folder.isTrash = place == CleanPlace::HomeTrash;
     return folders;
