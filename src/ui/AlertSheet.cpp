@@ -7,21 +7,27 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace brightsweep {
 
 namespace {
 
 constexpr int imageSide = 48;
-constexpr int textWidth = 360;
+constexpr int statedWidth = 360;
 
 QLabel *plainLabel(const QString &text, double size, bool bold, QWidget *parent) {
     auto *const label = new QLabel(text, parent);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
-    label->setFixedWidth(textWidth);
-    label->setFont(theme::font(size, bold));
+    theme::keepFont(label, size, bold);
+    theme::keep(label, [label] {
+        const int room = label->screen()->availableSize().width() * 2 / 3;
+        label->setFixedWidth(std::min(theme::height(statedWidth), room));
+    });
     return label;
 }
 

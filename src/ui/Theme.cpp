@@ -1,14 +1,18 @@
 #include "ui/Theme.h"
 
+#include "core/Texts.h"
 #include "platform/Platform.h"
 #include "ui/StyleSheet.h"
 
 #include <QApplication>
+#include <QDateTime>
 #include <QFontMetrics>
+#include <QLocale>
 #include <QPalette>
 #include <QPixmapCache>
 #include <QStyle>
 #include <QStyleFactory>
+#include <QWidget>
 
 #include <algorithm>
 #include <cmath>
@@ -113,6 +117,49 @@ int height(int stated) {
     return line <= usualLine ? stated : static_cast<int>(std::ceil(stated * line / usualLine));
 }
 
+QSize leastPanel() {
+    return {height(880), height(500)};
+}
+
+int textWidth(const QStringList &texts, double size, bool bold) {
+    const QFontMetrics metrics(font(size, bold));
+    int widest = 0;
+    for (const QString &text : texts)
+        widest = std::max(widest, metrics.horizontalAdvance(text));
+    return widest;
+}
+
+QString widestSize() {
+    return readersSize(QStringLiteral("8888.88 MB"));
+}
+
+QString widestDate() {
+    return reader().toString(QDateTime({2028, 12, 28}, {22, 58, 58}), QLocale::ShortFormat);
+}
+
+Look &look() {
+    static Look look;
+    return look;
+}
+
+void keep(QObject *user, const std::function<void()> &set) {
+    set();
+    QObject::connect(&look(), &Look::changed, user, set);
+}
+
+void keepSize(QWidget *widget, int width, int stated) {
+    keep(widget, [=] {
+        if (width > 0)
+            widget->setFixedWidth(height(width));
+        if (stated > 0)
+            widget->setFixedHeight(height(stated));
+    });
+}
+
+void keepFont(QWidget *widget, double size, bool bold) {
+    keep(widget, [=] { widget->setFont(font(size, bold)); });
+}
+
 void apply(QApplication &application, const Hints &hints) {
     desktopFont();
     state().appearance = hints;
@@ -123,6 +170,7 @@ void apply(QApplication &application, const Hints &hints) {
     QApplication::setPalette(palette());
     QApplication::setFont(font(12));
     application.setStyleSheet(styleSheet());
+    Q_EMIT look().changed();
 }
 
 void follow(QApplication &application) {

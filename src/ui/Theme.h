@@ -4,8 +4,14 @@
 
 #include <QColor>
 #include <QFont>
+#include <QObject>
+#include <QSize>
+#include <QStringList>
+
+#include <functional>
 
 class QApplication;
+class QWidget;
 
 namespace brightsweep::theme {
 
@@ -73,6 +79,31 @@ const Hints &appearance();
 QFont font(double size, bool bold = false);
 /// A stated height, or more where the desktop's text would not fit: stated heights are minima.
 int height(int stated);
+
+/// The least size of a panel that states none.
+QSize leastPanel();
+/// The room that the widest of the texts takes in font(size, bold).
+int textWidth(const QStringList &texts, double size, bool bold = false);
+/// Texts at least as wide as any size and any date of a list.
+QString widestSize();
+QString widestDate();
+
+/// Tells of a change of the look, once palette, font and style sheet are the new ones.
+class Look : public QObject {
+    Q_OBJECT
+
+Q_SIGNALS:
+    void changed();
+};
+Look &look();
+
+/// Runs `set` now and after each change of the look, as long as `user` lives. Whatever a widget
+/// keeps of fonts and measures is set in it.
+void keep(QObject *user, const std::function<void()> &set);
+/// Of images and of what else keeps a width and a height; 0 leaves that one free.
+void keepSize(QWidget *widget, int width, int height);
+/// Gives the widget font(size, bold), and again after each change of the look.
+void keepFont(QWidget *widget, double size, bool bold = false);
 
 /// Gives the program its palette, font and style sheet. May be called again: every widget then gets
 /// its changes of palette, font and style as events. A text scale is held between 0.5 and 3.

@@ -38,8 +38,8 @@ AboutPanel::AboutPanel(QWidget *parent) : QDialog(parent) {
         label->setTextFormat(Qt::PlainText);
         label->setAlignment(Qt::AlignCenter);
         label->setWordWrap(true);
-        label->setFixedWidth(textWidth);
-        label->setFont(theme::font(size, bold));
+        theme::keepFont(label, size, bold);
+        theme::keepSize(label, textWidth, 0);
         label->setProperty("secondary", isSecondary);
         layout->addWidget(label, 0, Qt::AlignHCenter);
     };

@@ -25,13 +25,13 @@ EmptyPanel::EmptyPanel(const EmptyPanelContent &content, QWidget *parent) : QWid
     layout->setSpacing(0);
     layout->addStretch(2);
     auto *const image = new ImageView(content.imageName, this);
-    image->setFixedSize(imageSide, imageSide);
+    theme::keepSize(image, imageSide, imageSide);
     layout->addWidget(image, 0, Qt::AlignHCenter);
     layout->addSpacing(6 * theme::grid);
 
     auto *const title = new QLabel(content.title, this);
     title->setTextFormat(Qt::PlainText);
-    title->setFont(theme::font(20, true));
+    theme::keepFont(title, 20, true);
     title->setObjectName(QStringLiteral("empty.title"));
     layout->addWidget(title, 0, Qt::AlignHCenter);
     layout->addSpacing(2 * theme::grid);
@@ -39,8 +39,9 @@ EmptyPanel::EmptyPanel(const EmptyPanelContent &content, QWidget *parent) : QWid
     auto *const sentence = new Paragraph(content.sentence, this);
     sentence->setTextFormat(Qt::PlainText);
     sentence->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    sentence->setFont(theme::font(13));
-    sentence->setParagraphWidth(sentenceWidth * theme::height(100) / 100);
+    theme::keepFont(sentence, 13);
+    theme::keep(sentence,
+                [sentence] { sentence->setParagraphWidth(theme::height(sentenceWidth)); });
     sentence->setObjectName(QStringLiteral("empty.sentence"));
     sentence->setProperty("secondary", true);
     layout->addWidget(sentence, 0, Qt::AlignHCenter);
@@ -57,7 +58,7 @@ EmptyPanel::EmptyPanel(const EmptyPanelContent &content, QWidget *parent) : QWid
 }
 
 QSize EmptyPanel::sizeHint() const {
-    return {880, 500};
+    return theme::leastPanel().expandedTo(layout()->minimumSize());
 }
 
 } // namespace brightsweep

@@ -57,6 +57,11 @@ MainWindow::MainWindow(DBPrefsWindowController &controller, PanelMaker panelMake
     layout->addWidget(m_toolbar);
     layout->addWidget(contentSubview, 1);
     viewAnimation->setEasingCurve(QEasingCurve::InOutQuad);
+    // Larger text may need a larger window; smaller text leaves the user's.
+    connect(&theme::look(), &theme::Look::changed, this, [this] {
+        if (QWidget *const panel = currentPanel())
+            resizeToPanel(fittingScreen(panel->sizeHint()), false);
+    });
     m_sizeSettled->setSingleShot(true);
     m_sizeSettled->setInterval(sizeSettles);
     connect(m_sizeSettled, &QTimer::timeout, this, &MainWindow::rememberSize);

@@ -20,6 +20,10 @@ constexpr int leastWidth = 72;
 constexpr int bareWidth = 44; // of an item without a label
 constexpr double labelSize = 11;
 
+int scaled(int stated) {
+    return theme::height(stated);
+}
+
 } // namespace
 
 PanelToolBarItem::PanelToolBarItem(const QString &imageName, const QString &label,
@@ -27,9 +31,9 @@ PanelToolBarItem::PanelToolBarItem(const QString &imageName, const QString &labe
     : QAbstractButton(parent), m_imageName(imageName) {
     setText(label);
     setAccessibleName(accessibleName);
-    if (label.isEmpty())
-        setToolTip(accessibleName);
-    setFont(theme::font(labelSize));
+    setToolTip(accessibleName);
+    theme::keepFont(this, labelSize);
+    theme::keep(this, [this] { updateGeometry(); });
     // The mouse presses without taking the keyboard's place.
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
@@ -37,17 +41,16 @@ PanelToolBarItem::PanelToolBarItem(const QString &imageName, const QString &labe
 }
 
 QSize PanelToolBarItem::sizeHint() const {
-    const int width =
-        text().isEmpty()
-            ? bareWidth
-            : std::max(leastWidth, fontMetrics().horizontalAdvance(text()) + 2 * sidePadding);
+    const int width = text().isEmpty()
+                          ? scaled(bareWidth)
+                          : std::max(scaled(leastWidth),
+                                     fontMetrics().horizontalAdvance(text()) + 2 * sidePadding);
     return {width, theme::height(itemHeight)};
 }
 
-// On a narrow screen the items move together before any is cut off.
+// On a narrow screen the items move together, and their labels are cut before any goes.
 QSize PanelToolBarItem::minimumSizeHint() const {
-    const int content = text().isEmpty() ? imageSide : fontMetrics().horizontalAdvance(text());
-    return {content + 2 * theme::grid, theme::height(itemHeight)};
+    return {scaled(imageSide) + 4 * theme::grid, theme::height(itemHeight)};
 }
 
 void PanelToolBarItem::changeEvent(QEvent *event) {
@@ -81,19 +84,20 @@ void PanelToolBarItem::paintEvent(QPaintEvent *) {
     }
     const int textHeight = text().isEmpty() ? 0 : fontMetrics().height();
     const int gap = text().isEmpty() ? 0 : theme::grid;
-    const double top = (height() - imageSide - gap - textHeight) / 2.0;
+    const int side = scaled(imageSide);
+    const double top = (height() - side - gap - textHeight) / 2.0;
     if (!isEnabled())
         painter.setOpacity(0.4);
     else if (!lit && !underMouse())
         painter.setOpacity(theme::appearance().highContrast ? 1 : 0.75);
-    paintImage(painter, m_imageName,
-               QRectF((width() - imageSide) / 2.0, top, imageSide, imageSide));
+    paintImage(painter, m_imageName, QRectF((width() - side) / 2.0, top, side, side));
     if (textHeight > 0) {
         painter.setOpacity(isEnabled() ? 1 : 0.4);
         painter.setPen(lit || underMouse() ? theme::text() : theme::secondary());
         painter.setFont(font());
-        painter.drawText(QRectF(0, top + imageSide + gap, width(), textHeight),
-                         Qt::AlignHCenter | Qt::AlignTop, text());
+        painter.drawText(QRectF(0, top + side + gap, width(), textHeight),
+                         Qt::AlignHCenter | Qt::AlignTop,
+                         fontMetrics().elidedText(text(), Qt::ElideRight, width()));
     }
     if (hasFocus()) {
         painter.setOpacity(1);

@@ -23,6 +23,10 @@ CheckHeader::CheckHeader(QWidget *parent) : QHeaderView(Qt::Horizontal, parent) 
     setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 
+int CheckHeader::contentWidth(int logicalIndex) const {
+    return sectionSizeFromContents(logicalIndex).width();
+}
+
 void CheckHeader::setCheckState(Qt::CheckState state) {
     if (m_state == state)
         return;
@@ -36,10 +40,10 @@ void CheckHeader::paintSection(QPainter *painter, const QRect &rect, int logical
     painter->restore();
     if (logicalIndex != checkSection)
         return;
+    const int side = theme::height(markSide);
     painter->setRenderHint(QPainter::Antialiasing);
     paintImage(*painter, QLatin1String(checkImage(m_state)),
-               QRect(rect.left() + 2 * theme::grid, rect.center().y() - markSide / 2 + 1, markSide,
-                     markSide));
+               QRect(rect.left() + 2 * theme::grid, rect.center().y() - side / 2 + 1, side, side));
 }
 
 void CheckHeader::mousePressEvent(QMouseEvent *event) {

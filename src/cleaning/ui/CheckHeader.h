@@ -9,6 +9,8 @@ class CheckHeader : public QHeaderView {
     Q_OBJECT
 
 public:
+    /// What the title of a column takes, sorted or not.
+    int contentWidth(int logicalIndex) const;
     explicit CheckHeader(QWidget *parent = nullptr);
 
     void setCheckState(Qt::CheckState state);

@@ -3,11 +3,12 @@
 #include "cleaning/CleanCategories.h"
 #include "cleaning/NewMainViewController.h"
 #include "cleaning/V3MainListView.h"
-#include "cleaning/ui/OverviewRow.h"
+#include "cleaning/ui/OverviewList.h"
 #include "core/UtilityFunction.h"
 #include "ui/Theme.h"
 #include "ui/effects/Animation.h"
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -30,26 +31,29 @@ CleanProgressPanel::CleanProgressPanel(NewMainViewController &controller, QWidge
       stopScanBtn(new QPushButton(QStringLiteral("Stop"), this)),
       stopScanText(new QLabel(QStringLiteral("Stopping…"), this)) {
     auto *const column = new QWidget(this);
-    column->setFixedWidth(theme::height(columnWidth));
-    auto *const outer = new QVBoxLayout(this);
-    outer->setContentsMargins(0, 6 * theme::grid, 0, 6 * theme::grid);
-    outer->addWidget(column, 0, Qt::AlignHCenter);
+    auto *const outer = new QHBoxLayout(this);
+    outer->setContentsMargins(6 * theme::grid, 6 * theme::grid, 6 * theme::grid, 6 * theme::grid);
+    outer->addStretch(1);
+    outer->addWidget(column, 1000);
+    outer->addStretch(1);
+    theme::keep(column, [column] { column->setMaximumWidth(theme::height(columnWidth)); });
     auto *const layout = new QVBoxLayout(column);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
 
     m_total->setObjectName(QStringLiteral("clean.total"));
-    m_total->setFont(theme::font(28, true));
+    theme::keepFont(m_total, 28, true);
     m_total->setProperty("number", true);
     m_total->setAlignment(Qt::AlignHCenter);
-    m_state->setFont(theme::font(12));
+    theme::keepFont(m_state, 12);
     m_state->setProperty("secondary", true);
     m_state->setAlignment(Qt::AlignHCenter);
     layout->addWidget(m_total);
     layout->addWidget(m_state);
     layout->addSpacing(4 * theme::grid);
+    auto *const list = new OverviewList(controller, column);
+    layout->addWidget(list, 1000);
     for (unsigned category = 0; category < categoryCount; ++category) {
-        layout->addWidget(new OverviewRow(controller.row(category), column));
         connect(&controller.row(category), &V3MainListView::changed, this,
                 &CleanProgressPanel::showTotal);
     }
@@ -85,7 +89,7 @@ CleanProgressPanel::CleanProgressPanel(NewMainViewController &controller, QWidge
 }
 
 QSize CleanProgressPanel::sizeHint() const {
-    return {880, 500};
+    return theme::leastPanel().expandedTo(layout()->minimumSize());
 }
 
 void CleanProgressPanel::follow() {

@@ -6,7 +6,7 @@
 #include "cleaning/ui/ComputerSheet.h"
 #include "cleaning/ui/HiddenTicksNotice.h"
 #include "cleaning/ui/LeftListView.h"
-#include "cleaning/ui/OverviewRow.h"
+#include "cleaning/ui/OverviewList.h"
 #include "cleaning/ui/ResultView.h"
 #include "cleaning/ui/StyledLabel.h"
 #include "ui/ImageProvider.h"
@@ -28,11 +28,12 @@ namespace brightsweep {
 
 namespace {
 
-constexpr int leftWidth = 232;
 constexpr int headingSide = 40;
 constexpr int outcomeSide = 96;
 constexpr int filterWidth = 200;
+constexpr int leastFilterWidth = 140;
 constexpr int trashSide = 24;
+constexpr int lockSide = 20;
 constexpr int buttonWidth = 128;
 constexpr int buttonHeight = 36;
 constexpr int noteWidth = 420;
@@ -70,7 +71,9 @@ QPushButton *removingButton(const QString &name, const QString &text, QWidget *p
     auto *const button = new RemovingButton(text, parent);
     button->setObjectName(name);
     button->setProperty("primary", true);
-    button->setMinimumSize(theme::height(buttonWidth), theme::height(buttonHeight));
+    theme::keep(button, [button] {
+        button->setMinimumSize(theme::height(buttonWidth), theme::height(buttonHeight));
+    });
     return button;
 }
 
@@ -120,7 +123,7 @@ CleanResultsPanel::CleanResultsPanel(NewMainViewController &controller, QWidget 
 }
 
 QSize CleanResultsPanel::sizeHint() const {
-    return {880, 500};
+    return theme::leastPanel().expandedTo(layout()->minimumSize());
 }
 
 // -- Making
@@ -131,18 +134,21 @@ QWidget *CleanResultsPanel::makeHeading() {
     row->setContentsMargins(2 * theme::grid, theme::grid, 2 * theme::grid, 2 * theme::grid);
     row->setSpacing(3 * theme::grid);
     m_headingImage = new ImageView(heading);
-    m_headingImage->setFixedSize(headingSide, headingSide);
+    theme::keepSize(m_headingImage, headingSide, headingSide);
     row->addWidget(m_headingImage, 0, Qt::AlignTop);
     auto *const words = new QVBoxLayout;
-    words->setSpacing(0);
+    words->setSpacing(theme::grid);
+    auto *const upper = new QHBoxLayout;
+    upper->setSpacing(3 * theme::grid);
     m_title = new QLabel(heading);
     m_title->setTextFormat(Qt::PlainText);
-    m_title->setFont(theme::font(15, true));
+    theme::keepFont(m_title, 15, true);
     m_title->setObjectName(QStringLiteral("clean.title"));
     m_description = new StyledLabel(heading);
     m_description->setWordWrap(true);
     m_description->setObjectName(QStringLiteral("clean.description"));
-    words->addWidget(m_title);
+    upper->addWidget(m_title, 1);
+    words->addLayout(upper);
     words->addWidget(m_description);
     row->addLayout(words, 1);
     m_filter = new QLineEdit(heading);
@@ -150,8 +156,11 @@ QWidget *CleanResultsPanel::makeHeading() {
     m_filter->setPlaceholderText(QStringLiteral("Filter by name"));
     m_filter->setAccessibleName(QStringLiteral("Filter by name"));
     m_filter->setClearButtonEnabled(true);
-    m_filter->setFixedWidth(theme::height(filterWidth));
-    row->addWidget(m_filter, 0, Qt::AlignVCenter);
+    theme::keep(m_filter, [this] {
+        m_filter->setMinimumWidth(theme::height(leastFilterWidth));
+        m_filter->setMaximumWidth(theme::height(filterWidth));
+    });
+    upper->addWidget(m_filter, 0, Qt::AlignVCenter);
     return heading;
 }
 
@@ -173,7 +182,6 @@ QWidget *CleanResultsPanel::makeNotice() {
 
 QWidget *CleanResultsPanel::makeLeft() {
     auto *const left = new QWidget(this);
-    left->setFixedWidth(theme::height(leftWidth));
     auto *const column = new QVBoxLayout(left);
     column->setContentsMargins(0, 0, 0, 2 * theme::grid);
     column->setSpacing(theme::grid);
@@ -188,14 +196,7 @@ QWidget *CleanResultsPanel::makeLeft() {
 }
 
 QWidget *CleanResultsPanel::makeOverview() {
-    auto *const page = new QWidget(m_box);
-    auto *const layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 2 * theme::grid);
-    layout->setSpacing(0);
-    for (unsigned category = 0; category < categoryCount; ++category)
-        layout->addWidget(new OverviewRow(m_controller.row(category), page));
-    layout->addStretch(1);
-    return page;
+    return new OverviewList(m_controller, m_box);
 }
 
 QWidget *CleanResultsPanel::makeOutcome() {
@@ -204,17 +205,18 @@ QWidget *CleanResultsPanel::makeOutcome() {
     layout->setSpacing(0);
     layout->addStretch(2);
     auto *const picture = new ImageView(QStringLiteral("start_done.png"), page);
-    picture->setFixedSize(outcomeSide, outcomeSide);
+    theme::keepSize(picture, outcomeSide, outcomeSide);
     layout->addWidget(picture, 0, Qt::AlignHCenter);
     layout->addSpacing(4 * theme::grid);
     m_outcomeTitle = new QLabel(page);
-    m_outcomeTitle->setFont(theme::font(18, true));
+    theme::keepFont(m_outcomeTitle, 18, true);
     m_outcomeTitle->setObjectName(QStringLiteral("clean.outcome"));
     layout->addWidget(m_outcomeTitle, 0, Qt::AlignHCenter);
     layout->addSpacing(theme::grid);
     m_outcomeText = new StyledLabel(page);
     m_outcomeText->setAlignment(Qt::AlignHCenter);
-    m_outcomeText->setParagraphWidth(theme::height(noteWidth));
+    theme::keep(m_outcomeText,
+                [this] { m_outcomeText->setParagraphWidth(theme::height(noteWidth)); });
     layout->addWidget(m_outcomeText, 0, Qt::AlignHCenter);
     layout->addSpacing(4 * theme::grid);
     m_outcomeAct = new QPushButton(page);
@@ -253,35 +255,39 @@ QWidget *CleanResultsPanel::makeBottom() {
     lockButton = new QToolButton(bottom);
     lockButton->setObjectName(QStringLiteral("lockButton"));
     lockButton->setCheckable(true);
-    lockButton->setIconSize({20, 20});
+    theme::keep(lockButton, [this] {
+        lockButton->setIconSize({theme::height(lockSide), theme::height(lockSide)});
+    });
     lockButton->setToolTip(QLatin1String(cleanPageTexts::lockToolTip));
     lockButton->setAccessibleName(QStringLiteral("Padlock"));
     row->addWidget(lockButton);
     m_padlockBlink = new Animation(bottom);
     m_padlockBlink->hide();
-    row->addStretch(1);
 
     auto *const words = new QVBoxLayout;
     words->setSpacing(0);
     m_sum = new QLabel(bottom);
     m_sum->setObjectName(QStringLiteral("clean.sum"));
-    m_sum->setFont(theme::font(22, true));
+    theme::keepFont(m_sum, 22, true);
     m_sum->setProperty("number", true);
     stateTextField = new StyledLabel(bottom);
     stateTextField->setObjectName(QStringLiteral("stateTextField"));
     m_freeSpace = secondaryLabel(bottom);
-    m_freeSpace->setFont(theme::font(11));
+    theme::keepFont(m_freeSpace, 11);
     m_freeSpace->setObjectName(QStringLiteral("clean.freeSpace"));
-    for (QLabel *const label : {m_sum, static_cast<QLabel *>(stateTextField), m_freeSpace})
-        words->addWidget(label, 0, Qt::AlignRight);
-    row->addLayout(words);
+    for (QLabel *const label : {m_sum, static_cast<QLabel *>(stateTextField), m_freeSpace}) {
+        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        label->setWordWrap(true);
+        words->addWidget(label);
+    }
+    row->addLayout(words, 1);
     row->addSpacing(2 * theme::grid);
 
     m_trashImage = new ImageView(QStringLiteral("user_trash_m.png"), bottom);
-    m_trashImage->setFixedSize(trashSide, trashSide);
+    theme::keepSize(m_trashImage, trashSide, trashSide);
     row->addWidget(m_trashImage);
     trashFileNumTF = new QLabel(bottom);
-    trashFileNumTF->setFont(theme::font(13, true));
+    theme::keepFont(trashFileNumTF, 13, true);
     trashFileNumTF->setObjectName(QStringLiteral("trashFileNumTF"));
     row->addWidget(trashFileNumTF);
     cleanButton = removingButton(QStringLiteral("cleanButton"), QStringLiteral("Clean"), bottom);

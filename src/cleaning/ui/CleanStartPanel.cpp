@@ -29,18 +29,20 @@ CleanStartPanel::CleanStartPanel(NewMainViewController &controller, QWidget *par
       m_restart(new StyledLabel(this)),
       m_button(new QPushButton(this)),
       m_picture(new ImageView(QStringLiteral("start_clean.png"), this)) {
-    m_title->setFont(theme::font(20, true));
+    theme::keepFont(m_title, 20, true);
     m_sentence->setObjectName(QStringLiteral("clean.sentence"));
     m_sentence->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    m_sentence->setParagraphWidth(theme::height(sentenceWidth));
     m_restart->setStyledText({QLatin1String(cleanPageTexts::restartText), 12, {}});
     m_restart->setAlignment(Qt::AlignHCenter);
-    m_restart->setParagraphWidth(theme::height(sentenceWidth));
-    m_picture->setFixedSize(pictureSide, pictureSide);
+    theme::keepSize(m_picture, pictureSide, pictureSide);
     m_button->setObjectName(QStringLiteral("scanButton"));
     m_button->setProperty("primary", true);
-    m_button->setMinimumSize(theme::height(buttonWidth), theme::height(buttonHeight));
-    m_button->setFont(theme::font(14, true));
+    theme::keep(this, [this] {
+        m_sentence->setParagraphWidth(theme::height(sentenceWidth));
+        m_restart->setParagraphWidth(theme::height(sentenceWidth));
+        m_button->setMinimumSize(theme::height(buttonWidth), theme::height(buttonHeight));
+    });
+    theme::keepFont(m_button, 14, true);
 
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins(8 * theme::grid, 8 * theme::grid, 8 * theme::grid, 8 * theme::grid);
@@ -69,7 +71,7 @@ CleanStartPanel::CleanStartPanel(NewMainViewController &controller, QWidget *par
 }
 
 QSize CleanStartPanel::sizeHint() const {
-    return {880, 500};
+    return theme::leastPanel().expandedTo(layout()->minimumSize());
 }
 
 void CleanStartPanel::follow() {

@@ -19,7 +19,7 @@ constexpr int valueWidth = 280;
 QLabel *plainLabel(const QString &text, QWidget *parent) {
     auto *const label = new QLabel(text, parent);
     label->setTextFormat(Qt::PlainText);
-    label->setFont(theme::font(12));
+    theme::keepFont(label, 12);
     return label;
 }
 
@@ -37,7 +37,7 @@ ComputerSheet::ComputerSheet(QWidget *window) : QDialog(window, Qt::Sheet) {
     int row = 0;
     for (const ComputerInfoCell &cell : facts.rows()) {
         auto *const image = new ImageView(cell.iconImage, this);
-        image->setFixedSize(imageSide, imageSide);
+        theme::keepSize(image, imageSide, imageSide);
         auto *const title = plainLabel(cell.titleText, this);
         title->setProperty("secondary", true);
         const bool isKnown = !cell.valueText.isEmpty();
@@ -45,7 +45,7 @@ ComputerSheet::ComputerSheet(QWidget *window) : QDialog(window, Qt::Sheet) {
             plainLabel(isKnown ? cell.valueText : QStringLiteral("not known"), this);
         value->setProperty("secondary", !isKnown);
         value->setWordWrap(true);
-        value->setFixedWidth(theme::height(valueWidth));
+        theme::keepSize(value, valueWidth, 0);
         value->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
         value->setAccessibleName(cell.titleText + QLatin1Char(' ') + value->text());
         grid->addWidget(image, row, 0);

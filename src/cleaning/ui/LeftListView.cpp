@@ -13,6 +13,8 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 
+#include <algorithm>
+
 namespace brightsweep {
 
 namespace {
@@ -20,10 +22,12 @@ namespace {
 constexpr int rowHeight = 48;
 constexpr int iconSide = 28;
 constexpr int markSide = 18;
+constexpr int leastWidth = 200;
+constexpr int frameOfRow = 4; // that of the list, and its scroll bar's
 
 QRect checkBoxOf(const QRect &row) {
-    return {row.right() - 3 * theme::grid - markSide, row.center().y() - markSide / 2 + 1, markSide,
-            markSide};
+    const int side = theme::height(markSide);
+    return {row.right() - 3 * theme::grid - side, row.center().y() - side / 2 + 1, side, side};
 }
 
 class LeftRowDelegate : public QStyledItemDelegate {
@@ -47,8 +51,8 @@ public:
                               ? theme::hover()
                               : QColor(Qt::transparent));
         painter->drawRoundedRect(row.adjusted(1, 1, -1, -1), theme::radius, theme::radius);
-        const QRect icon(row.left() + 3 * theme::grid, row.center().y() - iconSide / 2 + 1,
-                         iconSide, iconSide);
+        const int side = theme::height(iconSide);
+        const QRect icon(row.left() + 3 * theme::grid, row.center().y() - side / 2 + 1, side, side);
         paintImage(*painter, index.data(CustomTableView::IconImageRole).toString(), icon);
         const QString check = m_list.checkImage(index.row());
         const QRect box = checkBoxOf(row);
@@ -57,8 +61,9 @@ public:
         const QRect words(icon.right() + 3 * theme::grid, row.top() + theme::grid,
                           box.left() - icon.right() - 5 * theme::grid,
                           row.height() - 2 * theme::grid);
-        const QRect upper(words.left(), words.top(), words.width(), words.height() / 2);
-        const QRect lower(words.left(), upper.bottom() + 1, words.width(), words.height() / 2);
+        const QRect upper(words.left(), words.top(), words.width(), words.height() * 13 / 25);
+        const QRect lower(words.left(), upper.bottom() + 1, words.width(),
+                          words.height() - upper.height());
         painter->setPen(theme::text());
         painter->setFont(theme::font(12, isCurrent));
         painter->drawText(upper, Qt::AlignLeft | Qt::AlignVCenter,
@@ -92,6 +97,17 @@ LeftListView::LeftListView(NewMainViewController &controller, QWidget *parent)
     for (unsigned category = 0; category < categoryCount; ++category)
         connect(&controller.row(category), &V3MainListView::changed, viewport(),
                 qOverload<>(&QWidget::update));
+    theme::keep(this, [this] {
+        QStringList names;
+        for (int row = 0; row < model()->rowCount(); ++row)
+            names += model()->index(row, 0).data().toString();
+        const int words = std::max(theme::textWidth(names, 12, true),
+                                   theme::textWidth({theme::widestSize()}, 11));
+        setFixedWidth(std::max(theme::height(leastWidth), words + theme::height(iconSide) +
+                                                              theme::height(markSide) +
+                                                              11 * theme::grid + 2 * frameOfRow));
+        scheduleDelayedItemsLayout();
+    });
     connect(&controller, &NewMainViewController::partsChanged, this, &LeftListView::showRow);
     showRow();
 }

@@ -21,7 +21,6 @@ constexpr int rowHeight = 52;
 constexpr int imageSide = 32;
 constexpr int markSide = 18;
 constexpr int barHeight = 4;
-constexpr int noteMargin = 240;  // for the figures at the right
 constexpr int turnInterval = 33; // milliseconds
 constexpr int turnStep = 12;     // degrees
 constexpr double scaleBegin = 3; // powers of ten, in bytes
@@ -46,6 +45,7 @@ OverviewRow::OverviewRow(V3MainListView &row, QWidget *parent)
         update();
     });
     connect(&m_row, &V3MainListView::changed, this, &OverviewRow::follow);
+    theme::keep(this, [this] { updateGeometry(); });
     follow();
 }
 
@@ -77,7 +77,8 @@ void OverviewRow::runWhileNeeded() {
 }
 
 QRect OverviewRow::checkBox() const {
-    return {2 * theme::grid, (height() - markSide) / 2, markSide, markSide};
+    const int side = theme::height(markSide);
+    return {2 * theme::grid, (height() - side) / 2, side, side};
 }
 
 void OverviewRow::paintEvent(QPaintEvent *) {
@@ -91,13 +92,15 @@ void OverviewRow::paintEvent(QPaintEvent *) {
     int x = margin;
     if (!m_row.isCheckBoxHidden()) {
         paintImage(painter, m_row.checkBoxImage(), checkBox());
-        x += markSide + 3 * theme::grid;
+        x += checkBox().width() + 3 * theme::grid;
     }
-    paintImage(painter, m_row.image(), QRect(x, (height() - imageSide) / 2, imageSide, imageSide));
-    x += imageSide + 3 * theme::grid;
+    const int image = theme::height(imageSide);
+    paintImage(painter, m_row.image(), QRect(x, (height() - image) / 2, image, image));
+    x += image + 3 * theme::grid;
 
     // The mark at the right end: turning while something runs, ticked afterwards.
-    const QRect mark(width() - margin - markSide, (height() - markSide) / 2, markSide, markSide);
+    const int side = theme::height(markSide);
+    const QRect mark(width() - margin - side, (height() - side) / 2, side, side);
     if (m_row.progress() == V3MainListView::Progress::Running) {
         painter.setPen(QPen(theme::accent(), 2, Qt::SolidLine, Qt::RoundCap));
         painter.drawArc(mark.adjusted(2, 2, -2, -2), -m_angle * 16, 270 * 16);
@@ -107,23 +110,7 @@ void OverviewRow::paintEvent(QPaintEvent *) {
     const int right = mark.left() - 3 * theme::grid;
     const QRect words(x, theme::grid, right - x, height() - 4 * theme::grid - barHeight);
 
-    painter.setPen(theme::text());
-    painter.setFont(theme::font(13));
-    painter.drawText(words, Qt::AlignLeft | Qt::AlignVCenter, m_row.titleName());
-    const int titleWidth = painter.fontMetrics().horizontalAdvance(m_row.titleName());
-    painter.setPen(theme::accent());
-    painter.setFont(theme::font(14, true));
-    painter.drawText(words, Qt::AlignRight | Qt::AlignVCenter, m_row.sizeLabel());
-    if (UtilityFunction::getVolSpaceFromString(m_row.cleanSizeLabel()) > 0) {
-        const int sizeWidth = painter.fontMetrics().horizontalAdvance(m_row.sizeLabel());
-        painter.setPen(theme::secondary());
-        painter.setFont(theme::font(12));
-        painter.drawText(words.adjusted(0, 0, -std::max(sizeWidth, 96) - 4 * theme::grid, 0),
-                         Qt::AlignRight | Qt::AlignVCenter,
-                         m_row.cleanStrLabel() + QLatin1Char(' ') + m_row.cleanSizeLabel());
-    }
-
-    paintNote(painter, words.adjusted(titleWidth + 4 * theme::grid, 0, -noteMargin, 0));
+    paintWords(painter, words);
 
     QRectF bar(x, height() - 2 * theme::grid - barHeight, right - x, barHeight);
     painter.setPen(Qt::NoPen);
@@ -135,14 +122,35 @@ void OverviewRow::paintEvent(QPaintEvent *) {
         painter.drawRoundedRect(bar, barHeight / 2.0, barHeight / 2.0);
 }
 
-// Between the title and the figures, as far as there is room; whole as tool tip.
-void OverviewRow::paintNote(QPainter &painter, const QRect &room) {
-    if (m_row.note().isEmpty())
-        return;
+// The figures are whole; the title and the note have the room that they leave, and the note is
+// whole as tool tip.
+void OverviewRow::paintWords(QPainter &painter, QRect room) {
+    constexpr auto right = Qt::AlignRight | Qt::AlignVCenter;
+    constexpr int gap = 4 * theme::grid;
+    const auto takeRight = [&](int width) { room.setRight(room.right() - width - gap); };
     painter.setPen(theme::accent());
-    painter.setFont(theme::font(11));
-    painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter,
-                     painter.fontMetrics().elidedText(m_row.note(), Qt::ElideRight, room.width()));
+    painter.setFont(theme::font(14, true));
+    painter.drawText(room, right, m_row.sizeLabel());
+    // A column of its own, so that nothing moves while the figures grow.
+    takeRight(std::max(theme::textWidth({theme::widestSize()}, 14, true),
+                       painter.fontMetrics().horizontalAdvance(m_row.sizeLabel())));
+    if (UtilityFunction::getVolSpaceFromString(m_row.cleanSizeLabel()) > 0) {
+        const QString cleaned = m_row.cleanStrLabel() + QLatin1Char(' ') + m_row.cleanSizeLabel();
+        painter.setPen(theme::secondary());
+        painter.setFont(theme::font(12));
+        painter.drawText(room, right, cleaned);
+        takeRight(painter.fontMetrics().horizontalAdvance(cleaned));
+    }
+    const auto elided = [&](const QString &words, double size, const QColor &color) {
+        painter.setPen(color);
+        painter.setFont(theme::font(size));
+        const QString shown = painter.fontMetrics().elidedText(words, Qt::ElideRight, room.width());
+        painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter, shown);
+        room.setLeft(room.left() + painter.fontMetrics().horizontalAdvance(shown) + gap);
+    };
+    elided(m_row.titleName(), 13, theme::text());
+    if (room.width() > gap)
+        elided(m_row.note(), 11, theme::accent());
 }
 
 void OverviewRow::mouseReleaseEvent(QMouseEvent *event) {

@@ -31,7 +31,7 @@ protected:
 
 private:
     void follow();
-    void paintNote(QPainter &painter, const QRect &room);
+    void paintWords(QPainter &painter, QRect room);
     void runWhileNeeded();
     QRect checkBox() const;
 

@@ -52,7 +52,7 @@ public:
         layout->setContentsMargins(6 * theme::grid, 5 * theme::grid, 6 * theme::grid,
                                    5 * theme::grid);
         layout->setSpacing(3 * theme::grid);
-        fixedText.setFont(theme::font(15, true));
+        theme::keepFont(&fixedText, 15, true);
         fixedText.setObjectName(QStringLiteral("fixedText"));
         curFileName.setTextFormat(Qt::PlainText);
         curFileName.setProperty("secondary", true);
@@ -68,7 +68,10 @@ public:
         layout->addWidget(&delProgress);
         layout->addWidget(&curFileName);
         layout->addWidget(&cancelBtn, 0, Qt::AlignRight);
-        setFixedWidth(theme::height(windowWidth));
+        theme::keep(this, [this] {
+            setFixedWidth(theme::height(windowWidth));
+            follow();
+        });
         connect(&cancelBtn, &QPushButton::clicked, &m_controller,
                 &CleanSysController::stopFastClean);
         connect(&m_controller, &CleanSysController::changed, this, &Screen::follow);

@@ -21,6 +21,9 @@ namespace {
 
 constexpr int markSide = 18;
 constexpr int iconSide = 24;
+constexpr double fontSize = 12;
+constexpr int cellLeft = 2 * theme::grid;
+constexpr int cellRight = 4 * theme::grid;
 constexpr int leastFolderWidth = 120; // less says nothing
 
 // In index order.
@@ -29,7 +32,8 @@ constexpr std::array groupImages = {
     "user_logs_m.png",     "user_trash_m.png",  "download_folder_m.png",
 };
 
-QRect middle(const QRect &area, int side) {
+QRect middle(const QRect &area, int stated) {
+    const int side = theme::height(stated);
     return {area.left() + 2 * theme::grid, area.center().y() - side / 2 + 1, side, side};
 }
 
@@ -66,6 +70,10 @@ QSize ResultRowDelegate::sizeHint(const QStyleOptionViewItem &, const QModelInde
     return {0, theme::height(theme::rowHeight)};
 }
 
+int ResultRowDelegate::widthOf(const QString &text) const {
+    return theme::textWidth({text}, fontSize, true) + cellLeft + cellRight;
+}
+
 void ResultRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                               const QModelIndex &index) const {
     const bool isLeaf = m_form.groupRole < 0 || !index.data(m_form.groupRole).toBool();
@@ -93,8 +101,8 @@ void ResultRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
     } else {
         const bool isGroup = !isLeaf;
         painter->setPen(isGroup || isSelected ? theme::text() : theme::secondary());
-        painter->setFont(theme::font(12, isGroup));
-        painter->drawText(option.rect.adjusted(2 * theme::grid, 0, -4 * theme::grid, 0),
+        painter->setFont(theme::font(fontSize, isGroup));
+        painter->drawText(option.rect.adjusted(cellLeft, 0, -cellRight, 0),
                           Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()) |
                               Qt::AlignVCenter,
                           index.data().toString());
@@ -164,7 +172,7 @@ void ResultRowDelegate::paintName(QPainter &painter, const QRect &area, bool isS
     line.add(paths::display(paths::lastComponent(path)), theme::font(12, isSelected), theme::text(),
              Qt::ElideMiddle, noteWidth);
     line.add(note, small, failure.isEmpty() ? theme::accent() : theme::danger(), Qt::ElideRight);
-    if (note.isEmpty() && line.room() >= leastFolderWidth)
+    if (note.isEmpty() && line.room() >= theme::height(leastFolderWidth))
         line.add(paths::display(paths::parent(path)), small, theme::secondary(), Qt::ElideLeft);
 }
 

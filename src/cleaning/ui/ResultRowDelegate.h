@@ -34,6 +34,9 @@ public:
                const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
+    /// What a cell takes for this text, however it stands out.
+    int widthOf(const QString &text) const;
+
 Q_SIGNALS:
     void openClicked(const QModelIndex &index);
 

@@ -25,9 +25,7 @@ namespace {
 
 constexpr int fewRows = 200;
 constexpr int checkWidth = 36;
-constexpr int countWidth = 92;
-constexpr int sizeWidth = 104;
-constexpr int dateWidth = 164;
+constexpr int leastNameWidth = 260; // before a column of lesser use goes
 
 ResultRowForm outlineForm() {
     ResultRowForm form;
@@ -72,7 +70,47 @@ ResultView::ResultView(const ResultRowForm &form, QWidget *parent)
     setMouseTracking(true);
     setFrameShape(NoFrame);
     m_header->setStretchLastSection(false);
-    m_header->setMinimumSectionSize(checkWidth);
+    m_header->setMinimumSectionSize(1);
+    m_header->setSectionResizeMode(QHeaderView::Fixed);
+}
+
+void ResultView::setColumns(int name, std::vector<Column> columns) {
+    m_columns = std::move(columns);
+    m_header->setSectionResizeMode(QHeaderView::Fixed);
+    m_header->setSectionResizeMode(name, QHeaderView::Stretch);
+    m_header->setSortIndicator(-1, Qt::AscendingOrder);
+    setSortingEnabled(true);
+    theme::keep(this, [this] {
+        // The size of a list's rows is asked for once, until its layout is made anew.
+        scheduleDelayedItemsLayout();
+        fitColumns();
+    });
+}
+
+void ResultView::fitColumns() {
+    int room = viewport()->width();
+    std::vector<int> widths;
+    for (const Column &column : m_columns) {
+        const int words = column.widest.isEmpty() ? theme::height(checkWidth)
+                                                  : m_delegate->widthOf(column.widest);
+        const int header = column.widest.isEmpty() ? 0 : m_header->contentWidth(column.number);
+        widths.push_back(std::max(words, header));
+        room -= widths.back();
+    }
+    // The last ones go first.
+    for (std::size_t i = m_columns.size(); i-- > 0;) {
+        const bool goes = m_columns[i].isOptional && room < theme::height(leastNameWidth);
+        setColumnHidden(m_columns[i].number, goes);
+        if (goes)
+            room += widths[i];
+        else
+            m_header->resizeSection(m_columns[i].number, widths[i]);
+    }
+}
+
+void ResultView::resizeEvent(QResizeEvent *event) {
+    QTreeView::resizeEvent(event);
+    fitColumns();
 }
 
 void ResultView::keyPressEvent(QKeyEvent *event) {
@@ -133,14 +171,11 @@ OutlineView::OutlineView(CleanOutlineController &outline, QWidget *parent)
     setModel(&m_outline.model());
     setTreePosition(CleanOutlineModel::NameColumn);
     setIndentation(5 * theme::grid);
-    m_header->setSortIndicator(-1, Qt::AscendingOrder);
-    setSortingEnabled(true);
-    m_header->setSectionResizeMode(QHeaderView::Fixed);
-    m_header->setSectionResizeMode(CleanOutlineModel::NameColumn, QHeaderView::Stretch);
-    m_header->resizeSection(CleanOutlineModel::Checkbox, checkWidth);
-    m_header->resizeSection(CleanOutlineModel::allSelectNum, countWidth);
-    m_header->resizeSection(CleanOutlineModel::FileSize, sizeWidth);
-    m_header->resizeSection(CleanOutlineModel::ModifyDate, dateWidth);
+    setColumns(CleanOutlineModel::NameColumn,
+               {{CleanOutlineModel::Checkbox, {}, false},
+                {CleanOutlineModel::FileSize, theme::widestSize(), false},
+                {CleanOutlineModel::allSelectNum, QStringLiteral("88888/88888"), true},
+                {CleanOutlineModel::ModifyDate, theme::widestDate(), true}});
     connect(m_header, &CheckHeader::checkBoxClicked, &m_outline,
             &CleanOutlineController::setAllSelectOrNoSelect);
     connect(&m_outline, &CleanOutlineController::ticksChanged, this, &OutlineView::showAllState);
@@ -231,13 +266,9 @@ CategoryView::CategoryView(CategoryListModel &list, QWidget *parent)
     setModel(&m_list);
     setRootIsDecorated(false);
     setItemsExpandable(false);
-    m_header->setSortIndicator(-1, Qt::AscendingOrder);
-    setSortingEnabled(true);
-    m_header->setSectionResizeMode(QHeaderView::Fixed);
-    m_header->setSectionResizeMode(CategoryListModel::Name, QHeaderView::Stretch);
-    m_header->resizeSection(CategoryListModel::checkBox, checkWidth);
-    m_header->resizeSection(CategoryListModel::Size, sizeWidth);
-    m_header->resizeSection(CategoryListModel::openFiled, checkWidth);
+    setColumns(CategoryListModel::Name, {{CategoryListModel::checkBox, {}, false},
+                                         {CategoryListModel::Size, theme::widestSize(), false},
+                                         {CategoryListModel::openFiled, {}, false}});
     m_header->setCheckState(m_list.selectButton() ? Qt::Checked : Qt::Unchecked);
     connect(m_header, &CheckHeader::checkBoxClicked, &m_list,
             &CategoryListModel::cleanShowSelectNumInBottom);

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace brightsweep {
 
@@ -25,6 +26,16 @@ public:
 protected:
     ResultView(const ResultRowForm &form, QWidget *parent);
 
+    struct Column {
+        int number;
+        QString widest;  ///< of its texts; a column of images has none
+        bool isOptional; ///< goes where the names would have too little room
+    };
+    /// The columns beside that of the names, which takes what they leave; the last optional one
+    /// goes first. Once, with the model set.
+    void setColumns(int name, std::vector<Column> columns);
+
+    void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void dataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight,
@@ -41,6 +52,11 @@ protected:
 
     CheckHeader *m_header;
     ResultRowDelegate *m_delegate;
+
+private:
+    void fitColumns();
+
+    std::vector<Column> m_columns;
 };
 
 /// The outline of results: a group for each category, its items below. The controller outlives it.

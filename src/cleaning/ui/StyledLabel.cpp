@@ -2,8 +2,6 @@
 
 #include "ui/Theme.h"
 
-#include <QEvent>
-
 #include <algorithm>
 
 namespace brightsweep {
@@ -21,6 +19,7 @@ QString html(const QString &text, const QFont &font, const QColor &color) {
 
 StyledLabel::StyledLabel(QWidget *parent) : Paragraph(parent) {
     setTextFormat(Qt::RichText);
+    theme::keep(this, [this] { render(); });
 }
 
 void StyledLabel::setStyledText(const CleanStyledText &text) {
@@ -28,12 +27,6 @@ void StyledLabel::setStyledText(const CleanStyledText &text) {
         return;
     m_text = text;
     render();
-}
-
-void StyledLabel::changeEvent(QEvent *event) {
-    Paragraph::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        render();
 }
 
 void StyledLabel::render() {

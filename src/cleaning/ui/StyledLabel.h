@@ -15,9 +15,6 @@ public:
     void setStyledText(const CleanStyledText &text);
     const CleanStyledText &styledText() const { return m_text; }
 
-protected:
-    void changeEvent(QEvent *event) override;
-
 private:
     void render();
 

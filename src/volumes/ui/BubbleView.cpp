@@ -44,7 +44,7 @@ BubbleText::BubbleText(const Bubble &content, QWidget *parent)
     : QWidget(parent), m_text(content.text()) {
     setObjectName(QStringLiteral("bubble.text"));
     setAccessibleName(m_text);
-    setFixedSize(content.width(), Bubble::height);
+    theme::keepSize(this, content.width(), Bubble::height);
 }
 
 QString BubbleText::fitted(const QString &text, const QRect &area, const QFont &font) {

@@ -6,6 +6,8 @@
 
 #include <QPainter>
 
+#include <algorithm>
+
 namespace brightsweep {
 
 namespace {
@@ -21,7 +23,8 @@ CustomGreyBarView::CustomGreyBarView(const char *sectionKey, QWidget *parent)
 }
 
 QSize CustomGreyBarView::sizeHint() const {
-    return {popup::width(), theme::height(barHeight)};
+    const int wanted = theme::textWidth({m_text}, 9.5, true) + 2 * popup::scaled(textLeft);
+    return {std::max(popup::width(), wanted), theme::height(barHeight)};
 }
 
 void CustomGreyBarView::paintEvent(QPaintEvent *) {

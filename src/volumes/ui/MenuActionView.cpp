@@ -8,6 +8,8 @@
 #include <QKeySequence>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace brightsweep {
 
 namespace {
@@ -55,8 +57,14 @@ void MenuActionView::updateFromEntry() {
     update();
 }
 
+const QString &MenuActionView::text() const {
+    return m_menu.entries()[m_entry].text;
+}
+
 QSize MenuActionView::sizeHint() const {
-    return {popup::width(), theme::height(actionHeight)};
+    const int wanted = popup::scaled(textLeft) + theme::textWidth({text()}, 12) +
+                       theme::textWidth({m_shortcut}, 11) + 2 * popup::scaled(textRight);
+    return {std::max(popup::width(), wanted), theme::height(actionHeight)};
 }
 
 void MenuActionView::paintEvent(QPaintEvent *) {
@@ -79,17 +87,17 @@ void MenuActionView::paintEvent(QPaintEvent *) {
         paintImage(painter, QStringLiteral("tick.png"),
                    QRectF(popup::scaled(tickLeft), (height() - side) / 2, side, side));
     }
-    const QRect text = rect().adjusted(popup::scaled(textLeft), 0, -popup::scaled(textRight), 0);
+    const QRect words = rect().adjusted(popup::scaled(textLeft), 0, -popup::scaled(textRight), 0);
     painter.setFont(theme::font(12));
     QColor color = theme::text();
     if (!isEnabled())
         color.setAlphaF(disabledOpacity);
     painter.setPen(color);
-    painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter, m_menu.entries()[m_entry].text);
+    painter.drawText(words, Qt::AlignLeft | Qt::AlignVCenter, text());
     painter.setFont(theme::font(11));
     painter.setPen(lit ? theme::text() : theme::secondary());
     if (isEnabled())
-        painter.drawText(text, Qt::AlignRight | Qt::AlignVCenter, m_shortcut);
+        painter.drawText(words, Qt::AlignRight | Qt::AlignVCenter, m_shortcut);
 }
 
 } // namespace brightsweep

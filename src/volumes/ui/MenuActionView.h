@@ -25,6 +25,8 @@ protected:
     void paintEvent(QPaintEvent *) override;
 
 private:
+    const QString &text() const;
+
     StatusMenu &m_menu;
     std::size_t m_entry;
     QString m_shortcut;

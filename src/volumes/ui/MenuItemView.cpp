@@ -8,6 +8,7 @@
 
 #include <QPainter>
 
+#include <algorithm>
 #include <iterator>
 
 namespace brightsweep {
@@ -18,7 +19,6 @@ constexpr int rowHeight = 50;
 constexpr int iconSide = 24;
 constexpr int iconLeft = 14;
 constexpr int columnLeft = 48;
-constexpr int columnWidth = 192;
 constexpr int buttonSide = 28;
 constexpr int barHeight = 6;
 
@@ -26,6 +26,10 @@ constexpr int barHeight = 6;
 constexpr const char *storageImages[] = {"volume_local.png",   "volume_external.png",
                                          "volume_optical.png", "volume_network.png",
                                          "volume_image.png",   "freememory.png"};
+
+QString ofTotal(const QString &total) {
+    return QStringLiteral("free of %1").arg(total);
+}
 
 } // namespace
 
@@ -49,7 +53,17 @@ const MenuItem &MenuItemView::item() const {
 }
 
 QSize MenuItemView::sizeHint() const {
-    return {popup::width(), theme::height(rowHeight)};
+    const int right = popup::scaled(buttonSide) + popup::scaled(10) + theme::grid;
+    const int wanted = popup::scaled(columnLeft) + figuresWidth() + right;
+    return {std::max(popup::width(), wanted), theme::height(rowHeight)};
+}
+
+// Of the widest figures that the row may come to, so that no refresh needs another window.
+int MenuItemView::figuresWidth() const {
+    const QString size = theme::widestSize();
+    return std::max(theme::textWidth({item().stateText()}, 11, true),
+                    theme::textWidth({size}, 11, true) + theme::grid +
+                        theme::textWidth({ofTotal(size)}, 11));
 }
 
 void MenuItemView::updateFromRow() {
@@ -108,8 +122,7 @@ void MenuItemView::paintFigures(QPainter &painter, const QRectF &place, bool lit
     painter.setFont(words);
     painter.setPen(lit ? theme::text() : theme::secondary());
     const QRectF rest = place.adjusted(used + theme::grid, 0, 0, 0);
-    painter.drawText(rest, Qt::AlignLeft | Qt::AlignVCenter,
-                     QStringLiteral("free of %1").arg(row.u64TotalSpace));
+    painter.drawText(rest, Qt::AlignLeft | Qt::AlignVCenter, ofTotal(row.u64TotalSpace));
 }
 
 void MenuItemView::paintEvent(QPaintEvent *) {
@@ -129,7 +142,7 @@ void MenuItemView::paintEvent(QPaintEvent *) {
                    QRectF(popup::scaled(iconLeft), (height() - side) / 2, side, side));
 
     const double left = popup::scaled(columnLeft);
-    const double width = popup::scaled(columnWidth);
+    const double width = double(backButton->x()) - theme::grid - left;
     const QFont bold = theme::font(12, true);
     const double nameHeight = QFontMetricsF(bold).height();
     const double figuresHeight = QFontMetricsF(theme::font(11)).height();

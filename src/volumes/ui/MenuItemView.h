@@ -29,6 +29,7 @@ protected:
 
 private:
     const MenuItem &item() const;
+    int figuresWidth() const;
     void paintFigures(QPainter &painter, const QRectF &place, bool lit) const;
 
     StatusMenu &m_menu;

@@ -53,7 +53,7 @@ void PopupImageButton::setImageName(const QString &name) {
 void PopupImageButton::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     paintGround(painter, QColor(255, 255, 255, 46));
-    QRectF image(0, 0, imageSide, imageSide);
+    QRectF image(0, 0, theme::height(imageSide), theme::height(imageSide));
     image.moveCenter(QRectF(rect()).center());
     paintImage(painter, m_imageName, image);
 }

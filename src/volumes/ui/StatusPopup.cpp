@@ -70,6 +70,10 @@ StatusPopup::StatusPopup(StatusMenu &menu, QWidget *parent)
     layout->setContentsMargins(edge, edge + verticalPadding, edge, edge + verticalPadding);
     layout->addWidget(m_area);
 
+    connect(&theme::look(), &theme::Look::changed, this, [this] {
+        if (isVisible())
+            rebuilt();
+    });
     connect(&m_menu, &StatusMenu::rebuilt, this, &StatusPopup::rebuilt);
     connect(&m_menu, &StatusMenu::closeRequested, this, &StatusPopup::closeRequested);
     connect(&m_menu, &StatusMenu::rowChanged, this, [this](int row) {
@@ -108,7 +112,7 @@ void StatusPopup::open() {
     const QRect available = screen ? screen->availableGeometry() : QRect(0, 0, 1024, 768);
     const QPoint point =
         m_activation.hasPosition ? QPoint(m_activation.x, m_activation.y) : available.topRight();
-    QSize wanted(popup::width() + 2 * edge,
+    QSize wanted(m_content->sizeHint().width() + 2 * edge,
                  m_content->sizeHint().height() + 2 * (edge + verticalPadding));
     QRect frame = place(wanted, point, available);
     const bool scrolls = frame.height() < wanted.height();
