@@ -18,6 +18,7 @@
 #include <QDir>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 
@@ -108,14 +109,15 @@ constexpr std::array emptyPages = {
 };
 
 QWidget *makeEmpty(const Page &page, const PanelActs &acts, QWidget *parent) {
-    for (const EmptyPage &row : emptyPages) {
-        if (QLatin1String(row.page) == QLatin1String(page.identifier))
-            return new EmptyPanel({QLatin1String(row.image), QLatin1String(page.title),
-                                   localizedText(row.sentenceKey), localizedText(row.actKey),
-                                   [act = row.act, acts] { act(acts); }},
-                                  parent);
-    }
-    return new QWidget(parent);
+    const auto *row = std::find_if(emptyPages.begin(), emptyPages.end(), [&](const auto &each) {
+        return QLatin1String(each.page) == QLatin1String(page.identifier);
+    });
+    if (row == emptyPages.end())
+        row = emptyPages.begin();
+    return new EmptyPanel({QLatin1String(row->image), QLatin1String(page.title),
+                           localizedText(row->sentenceKey), localizedText(row->actKey),
+                           [act = row->act, acts] { act(acts); }},
+                          parent);
 }
 
 // The panels that have a screen of their own; those of the other pages are empty pages.
