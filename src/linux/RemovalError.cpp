@@ -21,6 +21,8 @@ constexpr std::array rows = {
     Row{RemovalError::Changed, "changed since it was found"},
     Row{RemovalError::MountsUnknown, "the mount table cannot be read"},
     Row{RemovalError::OutsideOwnTree, "lies outside of this system's folders"},
+    Row{RemovalError::NoTrash, "has no trash on its volume"},
+    Row{RemovalError::InTrash, "lies in the trash already"},
 };
 
 class Category final : public std::error_category {

@@ -14,6 +14,8 @@ enum class RemovalError {
     Changed,        ///< the item or its root is no longer what it was when it was found
     MountsUnknown,  ///< the mount table cannot be read
     OutsideOwnTree, ///< reached through another root or another view of the mounts
+    NoTrash,        ///< its volume has no trash of the user's
+    InTrash,        ///< it lies in the trash already
 };
 
 std::error_code make_error_code(RemovalError error);

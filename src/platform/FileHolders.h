@@ -1,5 +1,7 @@
 #pragma once
 
+#include <compare>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -12,6 +14,14 @@ struct HeldFile {
     std::string program; ///< its name
 };
 
+/// A file that a running program may write to, by what it is.
+struct WrittenFile {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+
+    auto operator<=>(const WrittenFile &) const = default;
+};
+
 /// Which files running programs hold. Safe from every thread; looks at every process and is not for
 /// the main thread.
 class FileHolders {
@@ -22,6 +32,8 @@ public:
     /// Of processes of other users only what the system shows, and none of this process. Asks no
     /// file system for any of the files.
     virtual std::vector<HeldFile> heldFiles() = 0;
+    /// The files that they have open, or mapped and shared, for writing; sorted. Likewise.
+    virtual std::vector<WrittenFile> writtenFiles() = 0;
 };
 
 } // namespace brightsweep

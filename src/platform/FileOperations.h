@@ -20,11 +20,12 @@ enum class EntryType : std::uint8_t { Unknown, File, Directory, Link, Other };
 /// What one name stands for, never what a link in its place leads to.
 struct FileAttributes {
     EntryType type = EntryType::Unknown;
-    std::uint32_t mode = 0;  ///< permission bits only
-    std::uint32_t kind = 0;  ///< the system's own bits for the type
-    std::uint32_t owner = 0; ///< user number
-    std::uint64_t links = 0; ///< names of the file
-    std::uint64_t size = 0;  ///< logical bytes; of a link its own
+    std::uint32_t mode = 0;   ///< permission bits only
+    std::uint32_t kind = 0;   ///< the system's own bits for the type
+    std::uint32_t owner = 0;  ///< user number
+    std::uint64_t links = 0;  ///< names of the file
+    std::uint64_t size = 0;   ///< logical bytes; of a link its own
+    std::uint64_t stored = 0; ///< bytes that it takes in its file system
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
     std::int64_t modified = 0; ///< nanoseconds since the epoch
@@ -48,9 +49,12 @@ struct DirectoryEntry {
     /// True where attributes were asked for and could be read.
     bool hasAttributes = false;
     std::uint64_t inode = 0;
-    std::uint64_t size = 0;    ///< only with attributes
-    std::uint64_t device = 0;  ///< only with attributes
-    std::int64_t modified = 0; ///< nanoseconds since the epoch; only with attributes
+    // Only with attributes, as FileAttributes has them:
+    std::uint64_t size = 0;
+    std::uint64_t stored = 0;
+    std::uint64_t device = 0;
+    std::int64_t modified = 0;
+    std::int64_t changed = 0;
 
     std::string_view nameView() const { return {name, nameLength}; }
 };
@@ -124,6 +128,24 @@ struct OpenItem {
     /// Why the item stays whatever its rights are: a protected place, something mounted at or below
     /// it, a lock of the program that owns it; see RemovalError.
     std::error_code refusal;
+};
+
+/// The user's trash for what lies in one folder, by the freedesktop Trash document: the home trash,
+/// or the volume's own. Its folders are open, so that one exchanged meanwhile is not used.
+struct TrashFolder {
+    FileDescriptor trash; ///< holds `files`, `info` and `directorysizes`
+    FileDescriptor files;
+    FileDescriptor info;
+    /// What the record of an item puts before its name: the folder's path, absolute in the home
+    /// trash, from the volume's top in another, where it is empty for the top itself.
+    std::string original;
+    bool isHome = false;
+};
+
+/// How far two files came to share their blocks.
+struct SharedRange {
+    std::uint64_t bytes = 0;
+    bool isEqual = true; ///< false where the system found the contents to differ
 };
 
 struct RemovalOptions {
@@ -206,6 +228,27 @@ public:
     /// hole follows. Where the file system cannot tell, `offset` itself.
     virtual Result<std::uint64_t> nextData(const FileDescriptor &file, std::uint64_t offset) = 0;
 
+    // -- Equal files
+
+    /// Keeps all others from opening the file for writing, until the descriptor is closed. A
+    /// program that wants to waits meanwhile, so that isWantedForWriting() is to be asked several
+    /// times a second, and the file closed when it says so. `errc::text_file_busy` where the file
+    /// is open for writing already; any other error where the system cannot keep writers out.
+    virtual std::error_code keepWritersOut(const FileDescriptor &file) = 0;
+    virtual bool isWantedForWriting(const FileDescriptor &file) = 0;
+    /// How many of the file's stored bytes no other file shares: what goes back to the file system
+    /// with its last name. Snapshots may hold them all the same.
+    virtual Result<std::uint64_t> unsharedBytes(const FileDescriptor &file) = 0;
+    /// Makes a range of `file` share the blocks of the same range of `source`, if and as far as
+    /// the system itself finds the bytes equal; the file's times and mode stay. Fewer bytes than
+    /// asked for are no error. `file` is the user's own or opened for writing.
+    virtual Result<SharedRange> shareRange(const FileDescriptor &source, const FileDescriptor &file,
+                                           std::uint64_t offset, std::uint64_t length) = 0;
+    /// Why files of this file's file system cannot share blocks at all; empty where they can.
+    virtual std::error_code sharingRefusal(const FileDescriptor &file) = 0;
+    /// True for a file whose blocks are always written in place.
+    virtual bool isNeverCopiedOnWrite(const FileDescriptor &file) = 0;
+
     // -- Removal
 
     /// Canonicalises the folder and notes what it is. It must be a directory.
@@ -234,6 +277,14 @@ public:
     /// Directories that their owner may not read, enter or write have their modes opened up on the
     /// way, where a journal is open; those that survive get their own back.
     virtual std::error_code removeItem(const OpenItem &item, const RemovalOptions &options) = 0;
+    /// The trash for what lies in that folder, on the folder's own mount. RemovalError::NoTrash
+    /// where there is none and none can be had, InTrash for what lies in it already. With `make` it
+    /// is made where it is missing; without, its descriptors are then empty.
+    virtual Result<TrashFolder> trashOf(const HoldingFolder &folder, bool make) = 0;
+    /// Renames the item into a directory of the same mount, never over something else
+    /// (`errc::file_exists`), with the refusals of removeItem().
+    virtual std::error_code moveItem(const OpenItem &item, const FileDescriptor &directory,
+                                     const std::string &name) = 0;
     /// True when the name is no longer there.
     virtual bool hasGone(const OpenItem &item) = 0;
     /// Begins to note modes that removals open up, after putting back what a killed process left.

@@ -70,6 +70,19 @@ public:
     Result<std::uint64_t> nextData(const FileDescriptor &, std::uint64_t) override {
         return unsupported;
     }
+    std::error_code keepWritersOut(const FileDescriptor &) override {
+        return std::make_error_code(unsupported);
+    }
+    bool isWantedForWriting(const FileDescriptor &) override { return false; }
+    Result<std::uint64_t> unsharedBytes(const FileDescriptor &) override { return unsupported; }
+    Result<SharedRange> shareRange(const FileDescriptor &, const FileDescriptor &, std::uint64_t,
+                                   std::uint64_t) override {
+        return unsupported;
+    }
+    std::error_code sharingRefusal(const FileDescriptor &) override {
+        return std::make_error_code(unsupported);
+    }
+    bool isNeverCopiedOnWrite(const FileDescriptor &) override { return false; }
     Result<RemovalRoot> rememberRoot(const std::filesystem::path &) override { return unsupported; }
     Result<OpenDirectory> openRoot(const RemovalRoot &) override { return unsupported; }
     std::vector<std::filesystem::path> mountPointsBelow(const OpenDirectory &) override {
@@ -83,6 +96,11 @@ public:
         return std::make_error_code(unsupported);
     }
     std::error_code removeItem(const OpenItem &, const RemovalOptions &) override {
+        return std::make_error_code(unsupported);
+    }
+    Result<TrashFolder> trashOf(const HoldingFolder &, bool) override { return unsupported; }
+    std::error_code moveItem(const OpenItem &, const FileDescriptor &,
+                             const std::string &) override {
         return std::make_error_code(unsupported);
     }
     bool hasGone(const OpenItem &) override { return false; }
@@ -182,6 +200,7 @@ public:
     explicit NullFileHolders(const char *reason) : m_reason(reason) {}
     std::string unavailableReason() const override { return m_reason; }
     std::vector<HeldFile> heldFiles() override { return {}; }
+    std::vector<WrittenFile> writtenFiles() override { return {}; }
 
 private:
     std::string m_reason;

@@ -82,23 +82,36 @@ std::mutex &rewriting() {
     return mutex;
 }
 
-std::error_code forgetSizes(int trash, const std::unordered_set<std::string> &names) {
+// Takes the lines of those names out, and puts the new ones at the end.
+std::error_code rewriteSizes(int trash, const std::unordered_set<std::string> &names,
+                             const std::string &lines) {
     const std::lock_guard lock(rewriting());
     const FileDescriptor old(
         ::openat(trash, sizesFile, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
-    struct stat status;
-    if (!old || ::fstat(old.get(), &status) != 0)
+    struct stat status {};
+    status.st_uid = ::geteuid();
+    status.st_gid = ::getegid();
+    status.st_mode = 0600;
+    std::string kept;
+    if (!old && (errno != ENOENT || lines.empty()))
         return lastError();
-    if (!S_ISREG(status.st_mode))
-        return std::make_error_code(std::errc::invalid_argument);
-    if (status.st_size > largestSizes)
-        return std::make_error_code(std::errc::file_too_large);
-    const auto text = readAll(old.get());
-    if (!text)
-        return text.error();
-    const std::string kept = withoutDirectorySizes(*text, names);
-    if (kept == *text)
-        return {};
+    if (old) {
+        if (::fstat(old.get(), &status) != 0)
+            return lastError();
+        if (!S_ISREG(status.st_mode))
+            return std::make_error_code(std::errc::invalid_argument);
+        if (status.st_size > largestSizes)
+            return std::make_error_code(std::errc::file_too_large);
+        const auto text = readAll(old.get());
+        if (!text)
+            return text.error();
+        kept = withoutDirectorySizes(*text, names);
+        if (kept == *text && lines.empty())
+            return {};
+    }
+    if (!kept.empty() && !kept.ends_with('\n') && !lines.empty())
+        kept += '\n';
+    kept += lines;
     // One that a crash has left behind is in nobody's use.
     ::unlinkat(trash, newSizesFile, 0);
     const FileDescriptor replacement(
@@ -162,9 +175,9 @@ std::optional<TrashRecord> TrashRecord::of(const HoldingFolder &folder,
 
 bool TrashRecord::forget(const std::string &name) const {
     if (currentBatch)
-        currentBatch->add(m_trash, name);
+        currentBatch->add(m_trash, name, {});
     else
-        forgetSizes(m_trash.get(), {name});
+        rewriteSizes(m_trash.get(), {name}, {});
     return ::unlinkat(m_info.get(), (name + ".trashinfo").c_str(), 0) == 0 || errno == ENOENT ||
            errno == ENAMETOOLONG; // a name with no room for the ending never had one
 }
@@ -176,15 +189,37 @@ Result<RemovalTarget> TrashRecord::trashInfo(const std::string &name) const {
     return RemovalTarget{{m_infoPath, status.st_dev, status.st_ino}, name + ".trashinfo"};
 }
 
+void noteDirectorySize(const FileDescriptor &trash, const std::string &name, std::uint64_t bytes,
+                       std::int64_t seconds) {
+    const auto encoded =
+        QByteArray(name.data(), qsizetype(name.size())).toPercentEncoding().toStdString();
+    const std::string line =
+        std::to_string(bytes) + ' ' + std::to_string(seconds) + ' ' + encoded + '\n';
+    if (currentBatch)
+        currentBatch->add(trash, name, line);
+    else
+        rewriteSizes(trash.get(), {name}, line);
+}
+
 TrashBatch::TrashBatch() : m_outer(std::exchange(currentBatch, this)) {}
 
 TrashBatch::~TrashBatch() {
     currentBatch = m_outer;
-    for (const auto &[identity, trash] : m_trashes)
-        forgetSizes(trash.folder.get(), trash.names);
+    for (auto &[identity, trash] : m_trashes)
+        write(trash);
 }
 
-void TrashBatch::add(const FileDescriptor &trash, const std::string &name) {
+void TrashBatch::write(Trash &trash) {
+    std::string lines;
+    for (const auto &[name, line] : trash.lines)
+        lines += line;
+    rewriteSizes(trash.folder.get(), trash.names, lines);
+    trash.names.clear();
+    trash.lines.clear();
+}
+
+void TrashBatch::add(const FileDescriptor &trash, const std::string &name,
+                     const std::string &line) {
     struct stat status;
     if (::fstat(trash.get(), &status) != 0)
         return;
@@ -192,10 +227,12 @@ void TrashBatch::add(const FileDescriptor &trash, const std::string &name) {
     if (!gathered.folder)
         gathered.folder = FileDescriptor(::fcntl(trash.get(), F_DUPFD_CLOEXEC, 0));
     gathered.names.insert(name);
-    if (gathered.names.size() < batchSize)
-        return;
-    forgetSizes(gathered.folder.get(), gathered.names);
-    gathered.names.clear();
+    if (line.empty())
+        gathered.lines.erase(name);
+    else
+        gathered.lines[name] = line;
+    if (gathered.names.size() >= batchSize)
+        write(gathered);
 }
 
 } // namespace brightsweep

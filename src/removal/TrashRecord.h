@@ -38,10 +38,15 @@ private:
     std::filesystem::path m_infoPath;
 };
 
-/// While one lives, what its thread removes from trashes is gathered, and each `directorysizes`
-/// file is rewritten once at the end, or after some thousands of removals. Made and destroyed on
-/// one thread, the last made first. The file only saves others a computation: lines of what has
-/// gone do no harm meanwhile, nor when the process ends before.
+/// Has a trash's `directorysizes` tell how many bytes a directory in it takes, as its `.trashinfo`
+/// of that time says it came. Errors are of no weight: the file saves a computation.
+void noteDirectorySize(const FileDescriptor &trash, const std::string &name, std::uint64_t bytes,
+                       std::int64_t seconds);
+
+/// While one lives, what its thread moves to or removes from trashes is gathered, and each
+/// `directorysizes` file is rewritten once at the end, or after some thousands of them. Made and
+/// destroyed on one thread, the last made first. The file only saves others a computation: lines of
+/// what has gone do no harm meanwhile, nor when the process ends before.
 class [[nodiscard]] TrashBatch {
 public:
     TrashBatch();
@@ -51,11 +56,15 @@ public:
 
 private:
     friend class TrashRecord;
+    friend void noteDirectorySize(const FileDescriptor &, const std::string &, std::uint64_t,
+                                  std::int64_t);
     struct Trash {
         FileDescriptor folder;
-        std::unordered_set<std::string> names;
+        std::unordered_set<std::string> names;    ///< whose old lines go
+        std::map<std::string, std::string> lines; ///< new ones, by name
     };
-    void add(const FileDescriptor &trash, const std::string &name);
+    void add(const FileDescriptor &trash, const std::string &name, const std::string &line);
+    static void write(Trash &trash);
 
     std::map<std::pair<std::uint64_t, std::uint64_t>, Trash> m_trashes; // by device and inode
     TrashBatch *const m_outer;

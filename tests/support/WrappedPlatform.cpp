@@ -138,6 +138,26 @@ public:
     Result<std::uint64_t> nextData(const FileDescriptor &file, std::uint64_t offset) override {
         return ask("nextData", pathOf(file), [&] { return m_wrapped->nextData(file, offset); });
     }
+    std::error_code keepWritersOut(const FileDescriptor &file) override {
+        return ask("keepWritersOut", pathOf(file), [&] { return m_wrapped->keepWritersOut(file); });
+    }
+    bool isWantedForWriting(const FileDescriptor &file) override {
+        return m_wrapped->isWantedForWriting(file);
+    }
+    Result<std::uint64_t> unsharedBytes(const FileDescriptor &file) override {
+        return ask("unsharedBytes", pathOf(file), [&] { return m_wrapped->unsharedBytes(file); });
+    }
+    Result<SharedRange> shareRange(const FileDescriptor &source, const FileDescriptor &file,
+                                   std::uint64_t offset, std::uint64_t length) override {
+        return ask("shareRange", pathOf(file),
+                   [&] { return m_wrapped->shareRange(source, file, offset, length); });
+    }
+    std::error_code sharingRefusal(const FileDescriptor &file) override {
+        return ask("sharingRefusal", pathOf(file), [&] { return m_wrapped->sharingRefusal(file); });
+    }
+    bool isNeverCopiedOnWrite(const FileDescriptor &file) override {
+        return m_wrapped->isNeverCopiedOnWrite(file);
+    }
     Result<RemovalRoot> rememberRoot(const std::filesystem::path &folder) override {
         return ask("rememberRoot", folder, [&] { return m_wrapped->rememberRoot(folder); });
     }
@@ -161,6 +181,15 @@ public:
     }
     std::error_code removeItem(const OpenItem &item, const RemovalOptions &options) override {
         return ask("removeItem", item.path, [&] { return m_wrapped->removeItem(item, options); });
+    }
+    Result<TrashFolder> trashOf(const HoldingFolder &folder, bool make) override {
+        return ask("trashOf", pathOf(folder.directory()),
+                   [&] { return m_wrapped->trashOf(folder, make); });
+    }
+    std::error_code moveItem(const OpenItem &item, const FileDescriptor &directory,
+                             const std::string &name) override {
+        return ask("moveItem", item.path,
+                   [&] { return m_wrapped->moveItem(item, directory, name); });
     }
     bool hasGone(const OpenItem &item) override { return m_wrapped->hasGone(item); }
     std::error_code openModeJournal(const std::filesystem::path &journal) override {
@@ -331,6 +360,7 @@ public:
             "heldFiles", {}, [&] { return m_wrapped->heldFiles(); },
             [](std::error_code) { return std::vector<HeldFile>(); });
     }
+    std::vector<WrittenFile> writtenFiles() override { return m_wrapped->writtenFiles(); }
 };
 
 class WrappedStatusItem final : public Wrapped<StatusItem> {

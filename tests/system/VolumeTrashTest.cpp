@@ -1,3 +1,8 @@
+#include "linux/RemovalError.h"
+#include "platform/Platform.h"
+#include "platform/StandardDirectories.h"
+#include "removal/MoveToTrash.h"
+#include "removal/NvAuthorization.h"
 #include "support/ChildProcess.h"
 #include "support/CleanableMachine.h"
 #include "support/NeedsRoot.h"
@@ -10,6 +15,8 @@
 
 #include <sys/mount.h>
 #include <unistd.h>
+
+#include <fstream>
 
 namespace brightsweep::test {
 namespace {
@@ -96,6 +103,46 @@ TEST(VolumeTrash, OnlySoundTrashesOfFurtherVolumesAreEmptied) {
                     UnorderedElementsAre("- " + shared + "/files/a",
                                          "- " + shared + "/info/a.trashinfo",
                                          "- " + single + "/files/b"));
+    }
+    machine.clear();
+}
+
+// An item goes to the trash of its own volume, where a clean finds it, and is told of from the top.
+TEST(VolumeTrash, TakesWhatIsThrownAwayOnIt) {
+    auto &machine = PrivateMachine::current();
+    const std::string disk = machine.makeMemoryDisk();
+    ASSERT_FALSE(disk.empty()) << "the kernel makes no block device of memory";
+    {
+        const auto place = TestEnvironment::current().system() / "media/disk";
+        const Volume mounted(disk, place);
+        TestTree volume(place);
+        const std::string shared = ".Trash/" + std::to_string(::geteuid());
+        const std::string single = ".Trash-" + std::to_string(::geteuid());
+        MoveToTrash trash;
+        const auto throwAway = [&](const char *name) {
+            const auto file = volume.file(name);
+            const auto item = Platform::current().files->openItem(*NvAuthorization::targetOf(file));
+            EXPECT_FALSE(trash.check(*item));
+            return trash.move(*item);
+        };
+        EXPECT_FALSE(throwAway("folder/a b"));
+        EXPECT_TRUE(volume.exists(single + "/files/a b"));
+        std::ifstream record(volume.path(single + "/info/a b.trashinfo"));
+        const std::string text{std::istreambuf_iterator<char>(record), {}};
+        EXPECT_NE(text.find("\nPath=folder/a%20b\n"), std::string::npos) << text;
+        volume.directory(".Trash");
+        volume.mode(".Trash", 01777);
+        EXPECT_FALSE(throwAway("at the top"));
+        EXPECT_TRUE(volume.exists(shared + "/files/at the top"));
+        const auto found = Platform::current().directories->trashesOfVolume(place);
+        EXPECT_EQ(found.folders.size(), 2u);
+        // One that others can write to is no trash, and the user's own is not made where it fails.
+        volume.mode(".Trash", 0777);
+        volume.mode(single, 0755);
+        const auto file = volume.file("stays");
+        const auto item = Platform::current().files->openItem(*NvAuthorization::targetOf(file));
+        EXPECT_EQ(trash.move(*item), RemovalError::NoTrash);
+        EXPECT_TRUE(volume.exists("stays"));
     }
     machine.clear();
 }

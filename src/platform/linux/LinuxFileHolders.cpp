@@ -2,9 +2,15 @@
 
 #include "foundation/SmallFile.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cinttypes>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -41,6 +47,51 @@ std::set<std::string> pathsOf(const fs::path &process) {
     return paths;
 }
 
+template <typename Each>
+void forEachProcess(Each each) {
+    const std::string own = std::to_string(::getpid());
+    std::error_code error;
+    for (fs::directory_iterator i("/proc", error), end; !error && i != end; i.increment(error)) {
+        const std::string name = i->path().filename();
+        const bool isProcess = std::all_of(name.begin(), name.end(),
+                                           [](char digit) { return digit >= '0' && digit <= '9'; });
+        if (isProcess && name != own)
+            each(i->path());
+    }
+}
+
+// By the line "flags:" of fdinfo, in octal; see proc(5).
+bool isForWriting(const fs::path &information) {
+    constexpr std::string_view key = "flags:";
+    std::ifstream file(information);
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with(key))
+            return (std::strtol(line.c_str() + key.size(), nullptr, 8) & O_ACCMODE) != O_RDONLY;
+    }
+    return false;
+}
+
+// What a link of /proc leads to, as the system remembers it.
+void addIdentity(const fs::path &link, std::vector<WrittenFile> &files) {
+    struct statx status;
+    if (::statx(AT_FDCWD, link.c_str(), AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT,
+                STATX_TYPE | STATX_INO, &status) == 0 &&
+        S_ISREG(status.stx_mode))
+        files.push_back({::makedev(status.stx_dev_major, status.stx_dev_minor), status.stx_ino});
+}
+
+// "start-end rw-s offset major:minor inode path": pages that are written back to the file.
+void addWrittenMapping(const std::string &line, std::vector<WrittenFile> &files) {
+    char rights[5] = {};
+    unsigned major = 0;
+    unsigned minor = 0;
+    std::uint64_t inode = 0;
+    if (std::sscanf(line.c_str(), "%*s %4s %*s %x:%x %" SCNu64, rights, &major, &minor, &inode) ==
+            4 &&
+        rights[1] == 'w' && rights[3] == 's' && inode != 0)
+        files.push_back({::makedev(major, minor), inode});
+}
+
 } // namespace
 
 std::string mappedPath(std::string_view line) {
@@ -62,23 +113,33 @@ std::string mappedPath(std::string_view line) {
 
 std::vector<HeldFile> LinuxFileHolders::heldFiles() {
     std::vector<HeldFile> held;
-    const std::string own = std::to_string(::getpid());
-    std::error_code error;
-    for (fs::directory_iterator i("/proc", error), end; !error && i != end; i.increment(error)) {
-        const std::string name = i->path().filename();
-        const bool isProcess = std::all_of(name.begin(), name.end(),
-                                           [](char digit) { return digit >= '0' && digit <= '9'; });
-        if (!isProcess || name == own)
-            continue;
+    forEachProcess([&](const fs::path &process) {
         constexpr std::size_t longestName = 64;
-        const auto words = readSmallFile(i->path() / "comm", longestName);
+        const auto words = readSmallFile(process / "comm", longestName);
         if (!words)
-            continue;
+            return;
         const std::string program = (*words).substr(0, (*words).find('\n'));
-        for (const std::string &path : pathsOf(i->path()))
+        for (const std::string &path : pathsOf(process))
             held.push_back({path, program});
-    }
+    });
     return held;
+}
+
+std::vector<WrittenFile> LinuxFileHolders::writtenFiles() {
+    std::vector<WrittenFile> written;
+    forEachProcess([&](const fs::path &process) {
+        std::error_code error;
+        for (fs::directory_iterator i(process / "fdinfo", error), end; !error && i != end;
+             i.increment(error)) {
+            if (isForWriting(i->path()))
+                addIdentity(process / "fd" / i->path().filename(), written);
+        }
+        std::ifstream maps(process / "maps");
+        for (std::string line; std::getline(maps, line);)
+            addWrittenMapping(line, written);
+    });
+    std::sort(written.begin(), written.end());
+    return written;
 }
 
 } // namespace brightsweep

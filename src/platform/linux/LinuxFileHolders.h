@@ -10,6 +10,7 @@ namespace brightsweep {
 class LinuxFileHolders final : public FileHolders {
 public:
     std::vector<HeldFile> heldFiles() override;
+    std::vector<WrittenFile> writtenFiles() override;
 };
 
 /// The path in a line of /proc/PID/maps with the system's escapes undone; empty without one.

@@ -69,6 +69,11 @@ std::int64_t nanoseconds(const timespec &time) {
     return std::int64_t(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
 }
 
+// The unit is the system's own, whatever the blocks of the file system are; see stat(2).
+std::uint64_t storedBytes(const struct stat &status) {
+    return std::uint64_t(std::max<blkcnt_t>(status.st_blocks, 0)) * 512;
+}
+
 Result<FileAttributes> attributesOfPath(const std::filesystem::path &path, int flags) {
     const auto shortened = shortenPath(path.native());
     if (!shortened)
@@ -106,6 +111,7 @@ FileAttributes attributesOf(const struct stat &status) {
     attributes.owner = status.st_uid;
     attributes.links = status.st_nlink;
     attributes.size = std::uint64_t(std::max<off_t>(status.st_size, 0));
+    attributes.stored = storedBytes(status);
     attributes.device = status.st_dev;
     attributes.inode = status.st_ino;
     attributes.modified = nanoseconds(status.st_mtim);
@@ -171,9 +177,11 @@ std::error_code LinuxFileOperations::readBlock(const OpenDirectory &directory,
             entry.hasAttributes = true;
             entry.type = typeOfMode(status.st_mode);
             entry.size = std::uint64_t(std::max<off_t>(status.st_size, 0));
+            entry.stored = storedBytes(status);
             entry.device = status.st_dev;
             entry.inode = status.st_ino;
             entry.modified = nanoseconds(status.st_mtim);
+            entry.changed = nanoseconds(status.st_ctim);
         }
     }
     return {};

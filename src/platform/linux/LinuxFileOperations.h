@@ -37,6 +37,14 @@ public:
                     std::uint64_t length) override;
     Result<std::uint64_t> nextData(const FileDescriptor &file, std::uint64_t offset) override;
 
+    std::error_code keepWritersOut(const FileDescriptor &file) override;
+    bool isWantedForWriting(const FileDescriptor &file) override;
+    Result<std::uint64_t> unsharedBytes(const FileDescriptor &file) override;
+    Result<SharedRange> shareRange(const FileDescriptor &source, const FileDescriptor &file,
+                                   std::uint64_t offset, std::uint64_t length) override;
+    std::error_code sharingRefusal(const FileDescriptor &file) override;
+    bool isNeverCopiedOnWrite(const FileDescriptor &file) override;
+
     Result<RemovalRoot> rememberRoot(const std::filesystem::path &folder) override;
     Result<OpenDirectory> openRoot(const RemovalRoot &root) override;
     std::vector<std::filesystem::path> mountPointsBelow(const OpenDirectory &root) override;
@@ -44,6 +52,9 @@ public:
     bool isDeletable(const OpenItem &item) override;
     std::error_code checkRemoval(const OpenItem &item) override;
     std::error_code removeItem(const OpenItem &item, const RemovalOptions &options) override;
+    Result<TrashFolder> trashOf(const HoldingFolder &folder, bool make) override;
+    std::error_code moveItem(const OpenItem &item, const FileDescriptor &directory,
+                             const std::string &name) override;
     bool hasGone(const OpenItem &item) override;
     std::error_code openModeJournal(const std::filesystem::path &journal) override;
     void closeModeJournal() override;

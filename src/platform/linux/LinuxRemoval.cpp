@@ -6,8 +6,10 @@
 #include "linux/RemovalError.h"
 #include "linux/RemovalWay.h"
 #include "platform/linux/OwnPlaces.h"
+#include "platform/linux/TrashFolders.h"
 
 #include <fcntl.h>
+#include <stdio.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -365,6 +367,41 @@ std::error_code LinuxFileOperations::removeItem(const OpenItem &item,
     if (const auto error = keptInFolder(item))
         return error;
     return TreeRemoval(*this, m_modes, item, options).run();
+}
+
+Result<TrashFolder> LinuxFileOperations::trashOf(const HoldingFolder &folder, bool make) {
+    return trashOfPlace(static_cast<const LinuxHoldingFolder &>(folder).place, make);
+}
+
+std::error_code LinuxFileOperations::moveItem(const OpenItem &item, const FileDescriptor &directory,
+                                              const std::string &name) {
+    if (item.refusal)
+        return item.refusal;
+    const int from = linuxFolder(item).descriptor();
+    const auto isItem = [&item](int folder, const std::string &called) {
+        struct stat status;
+        return ::fstatat(folder, called.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+               status.st_dev == item.attributes.device && status.st_ino == item.attributes.inode;
+    };
+    if (!isItem(from, item.name))
+        return RemovalError::Changed;
+    if (::renameat2(from, item.name.c_str(), directory.get(), name.c_str(), RENAME_NOREPLACE) !=
+        0) {
+        // Some file systems have no such call. Then the free name is looked for first, which will
+        // do in a folder of the user's own.
+        struct stat status;
+        if (errno != EINVAL && errno != ENOSYS)
+            return lastError();
+        if (::fstatat(directory.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0)
+            return std::make_error_code(std::errc::file_exists);
+        if (::renameat(from, item.name.c_str(), directory.get(), name.c_str()) != 0)
+            return lastError();
+    }
+    if (isItem(directory.get(), name))
+        return {};
+    // Exchanged at the last moment: what was not looked at goes back.
+    ::renameat2(directory.get(), name.c_str(), from, item.name.c_str(), RENAME_NOREPLACE);
+    return RemovalError::Changed;
 }
 
 bool LinuxFileOperations::hasGone(const OpenItem &item) {

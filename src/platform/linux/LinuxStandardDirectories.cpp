@@ -6,6 +6,7 @@
 #include "linux/LongPath.h"
 #include "linux/Mounts.h"
 #include "platform/linux/OwnPlaces.h"
+#include "platform/linux/TrashFolders.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -216,27 +217,6 @@ CleanFolders systemFoldersOf(LinuxStandardDirectories &directories, CleanPlace c
     return folders;
 }
 
-// A directory below an open one, on the same mount, that passes the check; through no link.
-template <typename Check>
-FileDescriptor soundChild(int parent, const char *name, Check isSound) {
-    auto child = openPlaceAt(parent, name);
-    if (!child)
-        return {};
-    const auto place = placeOf(child->get());
-    const auto above = placeOf(parent);
-    struct stat status;
-    const bool isGood = place && above && place->mount == above->mount &&
-                        ::fstat(child->get(), &status) == 0 && isSound(status);
-    return isGood ? *std::move(child) : FileDescriptor();
-}
-
-bool isOwn(const struct stat &status) {
-    return status.st_uid == ::geteuid();
-}
-bool isOwnAndPrivate(const struct stat &status) {
-    return isOwn(status) && (status.st_mode & 07777) == 0700;
-}
-
 } // namespace
 
 path LinuxStandardDirectories::systemPath(const path &place) {
@@ -281,26 +261,20 @@ CleanFolders LinuxStandardDirectories::cleanFolders(CleanPlace place) {
     return folders;
 }
 
-// Step by step from the top, through no link: whoever owns what lies above the user's own folder
-// may exchange it at any time, and only what was looked at counts.
 CleanFolders LinuxStandardDirectories::trashesOfVolume(const path &top) {
     const std::string user = std::to_string(::geteuid());
     CleanFolders folders;
     const auto volume = openPlace(top.native());
     if (!volume)
         return folders;
-    const auto isSticky = [](const struct stat &status) { return status.st_mode & S_ISVTX; };
     const auto addTrash = [&](const FileDescriptor &trash, const path &folder) {
-        const auto files = trash ? soundChild(trash.get(), "files", isOwn) : FileDescriptor();
+        const auto files = trash ? folderOfTrash(trash.get(), "files") : FileDescriptor();
         if (files)
             add(folders, paths::join(folder, "files"), files.get(), int(FolderRole::TrashItems),
                 [] { return true; });
     };
-    if (const auto shared = soundChild(volume->get(), ".Trash", isSticky))
-        addTrash(soundChild(shared.get(), user.c_str(), isOwnAndPrivate),
-                 paths::join(top, ".Trash/" + user));
-    const std::string own = ".Trash-" + user;
-    addTrash(soundChild(volume->get(), own.c_str(), isOwnAndPrivate), paths::join(top, own));
+    addTrash(sharedVolumeTrash(volume->get()), paths::join(top, ".Trash/" + user));
+    addTrash(singleVolumeTrash(volume->get()), paths::join(top, ".Trash-" + user));
     for (RemovalRoot &folder : folders.folders)
         folder.isTrash = true;
     return folders;
