@@ -36,6 +36,7 @@
     <message id="LEFT_OUT_TOP"><translation>%1 wird nicht bereinigt, da dort ein Datenträger beginnt.</translation></message>
     <message id="LOCAL_STORAGE"><translation>Interne Laufwerke</translation></message>
     <message id="NETWOR_STORAGE"><translation>Netzlaufwerke</translation></message>
+    <message id="NOTHING_RELEASED"><translation>Kein Speicher ließ sich freigeben.</translation></message>
     <message id="NO_FOLDER_CONTENT"><translation>Es sind keine Ordner zum Bereinigen ausgewählt. Wählen Sie sie in den Einstellungen aus.</translation></message>
     <message id="NO_HAVE_REMOVABLE"><translation>Es gibt nichts auszuwerfen.</translation></message>
     <message id="OK"><translation>OK</translation></message>

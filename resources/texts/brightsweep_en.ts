@@ -36,6 +36,7 @@
     <message id="LEFT_OUT_TOP"><translation>%1 is not cleaned, since it is the top of a volume.</translation></message>
     <message id="LOCAL_STORAGE"><translation>Local Storage</translation></message>
     <message id="NETWOR_STORAGE"><translation>Network Storage</translation></message>
+    <message id="NOTHING_RELEASED"><translation>No memory could be freed.</translation></message>
     <message id="NO_FOLDER_CONTENT"><translation>No folders are chosen for cleaning. Choose them in Preferences.</translation></message>
     <message id="NO_HAVE_REMOVABLE"><translation>There is nothing to eject.</translation></message>
     <message id="OK"><translation>OK</translation></message>

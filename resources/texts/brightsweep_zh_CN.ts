@@ -36,6 +36,7 @@
     <message id="LEFT_OUT_TOP"><translation>不会清理 %1，因为它是一个卷的根目录。</translation></message>
     <message id="LOCAL_STORAGE"><translation>本地存储</translation></message>
     <message id="NETWOR_STORAGE"><translation>网络存储</translation></message>
+    <message id="NOTHING_RELEASED"><translation>未能释放内存。</translation></message>
     <message id="NO_FOLDER_CONTENT"><translation>没有选择要清理的文件夹。请在“偏好设置”中选择。</translation></message>
     <message id="NO_HAVE_REMOVABLE"><translation>没有可弹出的卷。</translation></message>
     <message id="OK"><translation>确定</translation></message>

@@ -50,6 +50,8 @@ AppDelegate::AppDelegate(AppDelegateParts parts, QObject *parent)
     connect(&m_menu, &StatusMenu::menuVisibleChanged, this, [this](bool visible) {
         if (visible)
             updateMemoryRow();
+        else
+            m_releaseSeen = !_clearMemory || !_clearMemory->isUncollected();
     });
     connect(&m_menu, &StatusMenu::ejectRequested, this,
             [this](int reference) { eject(std::int16_t(reference)); });

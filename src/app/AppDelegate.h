@@ -188,6 +188,7 @@ private:
     std::unique_ptr<ClearMemory> _clearMemory;
     cleanMemoryInfo _cleanMemInfo;
     MemoryInfo _memoryInfo;
+    bool m_releaseSeen = false; ///< the menu has closed since the last release ended
     SpaceAlarm m_alarm;
     std::vector<std::unique_ptr<RefreshLoop>> m_loops;
 

@@ -208,14 +208,19 @@ MenuItem AppDelegate::memoryRow() {
     row.title = memoryTitle;
     row.volumeSize = QStringLiteral("Memory");
     row.icon = QStringLiteral("freememory.png");
+    // Free memory alone is small on every healthy system.
+    const auto available = Platform::current().memory->availableBytes();
     row.u64TotalSpace = _cleanMemInfo.totalMem;
-    row.u64FreeSpace = _cleanMemInfo.freeMem;
-    row.nTotalSize = _memoryInfo.totalMem;
-    row.nFreeSize = _memoryInfo.freeMem;
+    row.u64FreeSpace =
+        available ? UtilityFunction::covertCleanMemory(*available) : _cleanMemInfo.freeMem;
+    // The reader is the decimal one and the words are binary, so both sizes are a little small.
+    row.nTotalSize = UtilityFunction::getVolSpaceFromString(row.u64TotalSpace);
+    row.nFreeSize = UtilityFunction::getVolSpaceFromString(row.u64FreeSpace);
     row.errorValue = alarmText(DSMemoryAlarmKey);
-    if (const auto available = Platform::current().memory->availableBytes())
-        row.toolTip =
-            QStringLiteral("Available: ") + UtilityFunction::covertCleanMemory(*available);
+    row.toolTip = QStringLiteral("Free: %1, inactive: %2")
+                      .arg(_cleanMemInfo.freeMem, _cleanMemInfo.inactiveMem);
+    if (!m_releaseSeen && _clearMemory->couldDoNothing())
+        row.note = localizedText("NOTHING_RELEASED");
     row.setPrograssImage();
     return row;
 }
@@ -431,7 +436,9 @@ void AppDelegate::cleanMemoryClickAction(const Notification &) {
         return;
     if (!_clearMemory)
         _clearMemory = std::make_unique<ClearMemory>();
-    _clearMemory->clearMemory();
+    m_releaseSeen = false;
+    if (_clearMemory->clearMemory() < 0)
+        updateMemoryRow();
 }
 
 } // namespace brightsweep

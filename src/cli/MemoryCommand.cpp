@@ -78,7 +78,7 @@ int release(ClearMemory &memory, MemoryInfo &info, Output &output) {
     memory.getMemoryInfo(&info);
     if (interrupted())
         return Interrupted;
-    if (memory.terminationStatus() == 0)
+    if (!memory.couldDoNothing())
         return Done;
     output.warning("The release tool released nothing.");
     return Failed;

@@ -94,7 +94,10 @@ int ClearMemory::clearMemory() {
             return 1;
     }
     const std::vector<std::string> command = releaseCommand();
-    if (const int error = launch(command, task)) {
+    m_isStandIn = command.size() > 1;
+    const int error = launch(command, task);
+    m_failedToStart = error != 0;
+    if (error) {
         NSLog("%@ cannot be started: %@", command[0],
               std::error_code(error, std::generic_category()));
         return -1;
@@ -102,6 +105,10 @@ int ClearMemory::clearMemory() {
     m_ended = false;
     isRunFree = true;
     return 0;
+}
+
+bool ClearMemory::couldDoNothing() const {
+    return !isRunFree && (m_failedToStart || (m_status && (m_isStandIn || *m_status != 0)));
 }
 
 bool ClearMemory::isRuning() {

@@ -36,6 +36,9 @@ public:
     /// The exit status of the release collected last, 128 and more for one that was ended by a
     /// signal. It is told, and changes nothing.
     std::optional<int> terminationStatus() const { return m_status; }
+    /// The last attempt released nothing: its tool could not be started, failed, or is not there,
+    /// so that this program stood in for it. False while it runs.
+    bool couldDoNothing() const;
 
     /// What a release starts: the system's own tool, else that of this program, else this program
     /// with "fr" and the number of free and inactive bytes, which frees nothing.
@@ -48,6 +51,8 @@ private:
     pid_t task = 0;
     bool isRunFree = false;
     bool m_ended = false; // the child has been waited for
+    bool m_isStandIn = false;
+    bool m_failedToStart = false;
     std::optional<int> m_status;
     int m_endStatus = 0;
 };

@@ -23,7 +23,7 @@ bool MenuItem::storageWarns(int storage) {
 }
 
 QString MenuItem::stateText() const {
-    return isEjecting ? QStringLiteral("Ejecting…") : u64FreeSpace;
+    return isEjecting ? QStringLiteral("Ejecting…") : note.isEmpty() ? u64FreeSpace : note;
 }
 
 QString MenuItem::ejectImage() const {

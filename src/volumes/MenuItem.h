@@ -36,12 +36,15 @@ public:
     bool isEjecting = false; ///< an eject of the volume is under way
     QString prograssImage;   ///< what getPrograssImage() gave last
     QString toolTip;         ///< plain text
+    QString note;            ///< stands in the place of the figures; empty as a rule
 
     bool isMemory() const { return myStorage == memoryStorage; }
     /// A row whose tag is 5 ignores clicks: the memory's, and the sixth volume's.
     bool answersClicks() const { return ViewTag != tagWithoutClicks; }
-    /// What stands in the place of the free space: "Ejecting…" while an eject lasts.
+    /// What stands in the place of the free space: "Ejecting…" while an eject lasts, else the note.
     QString stateText() const;
+    /// stateText() is the free space.
+    bool showsFigures() const { return !isEjecting && note.isEmpty(); }
     /// The image of the eject button.
     QString ejectImage() const;
     /// "%d.png" with the used percentage, or its warning form "%d-1.png"; empty where there is

@@ -1,5 +1,6 @@
 #include "app/Resident.h"
 #include "core/SettingKeys.h"
+#include "core/UtilityFunction.h"
 #include "foundation/UserDefaults.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
@@ -218,10 +219,11 @@ TEST_F(Menu, AVolumeMayHaveTheNumberOfTheMemorysTitle) {
 TEST_F(Menu, TheMemorysRow) {
     launch();
     const MenuItem &shown = *delegate->menu().memoryItem();
-    EXPECT_EQ(shown.u64FreeSpace, QStringLiteral("400.00 KB"));
-    EXPECT_EQ(shown.toolTip, QStringLiteral("Available: 2.00 GB"));
+    EXPECT_EQ(shown.u64FreeSpace, QStringLiteral("2.00 GB"));
+    EXPECT_EQ(shown.nFreeSize, 2'000'000'000u) << "its words, read as decimal";
+    EXPECT_EQ(shown.nTotalSize, UtilityFunction::getVolSpaceFromString(shown.u64TotalSpace));
+    EXPECT_EQ(shown.toolTip, QStringLiteral("Free: 400.00 KB, inactive: 200.00 KB"));
     EXPECT_EQ(shown.icon, QStringLiteral("freememory.png"));
-    EXPECT_TRUE(shown.warns()) << "next to nothing of this machine's memory";
     // The system's own release tool, as this test has it.
     TestTree tree(TestEnvironment::current().system());
     const auto ran = tree.path("ran");
@@ -241,12 +243,53 @@ TEST_F(Menu, TheMemorysRow) {
     };
     EXPECT_TRUE(becomes(readsNothing)) << "nobody sees it";
     EXPECT_TRUE(std::filesystem::exists(ran));
-    memory->figures = MemoryCounts{.free = 1024};
+    memory->available = 4 << 20;
     delegate->menu().menuWillOpen();
     EXPECT_EQ(delegate->menu().memoryItem()->u64FreeSpace, QStringLiteral("4.00 MB"));
-    memory->figures = MemoryCounts{.free = 2048};
+    memory->available = 8 << 20;
     delegate->updateDataForMenuItem();
     EXPECT_EQ(delegate->menu().memoryItem()->u64FreeSpace, QStringLiteral("8.00 MB"));
+}
+
+TEST_F(Menu, TheMemorysRowWarnsByItsOwnAlarm) {
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    launch();
+    const std::uint64_t total = delegate->menu().memoryItem()->nTotalSize * 1024 / 1000 *
+                                1024 / 1000 * 1024 / 1000;
+    const struct {
+        float space, memory;
+        std::uint64_t percentFree;
+        bool warns;
+    } table[] = {{0.9f, 0.2f, 40, false}, {0.1f, 0.5f, 40, true}, {0.9f, 0.1f, 5, true}};
+    delegate->menu().menuWillOpen();
+    for (const auto &line : table) {
+        defaults.setObject(DSSpaceAlarmKey, line.space);
+        defaults.setObject(DSMemoryAlarmKey, line.memory);
+        memory->figures = MemoryCounts{.free = 1};
+        memory->available = total / 100 * line.percentFree;
+        delegate->updateDataForMenuItem();
+        EXPECT_EQ(delegate->menu().memoryItem()->warns(), line.warns) << line.percentFree;
+    }
+}
+
+TEST_F(Menu, AReleaseThatCouldDoNothingIsSaidUntilItWasSeen) {
+    launch();
+    TestTree tree(TestEnvironment::current().system());
+    tree.file("usr/bin/purge", "#!/bin/sh\nexit 1\n");
+    const auto says = [&] {
+        delegate->updateDataForMenuItem();
+        return !delegate->menu().memoryItem()->showsFigures();
+    };
+    // Both one that fails and one that cannot be started.
+    for (const int mode : {0755, 0}) {
+        tree.mode("usr/bin/purge", mode);
+        delegate->menu().menuWillOpen();
+        EXPECT_FALSE(says());
+        delegate->menu().cleanMemoryButtonClick();
+        EXPECT_TRUE(becomes(says));
+        EXPECT_TRUE(says());
+        delegate->menu().menuDidClose();
+    }
 }
 
 TEST_F(Menu, MountsAreToldInABubble) {

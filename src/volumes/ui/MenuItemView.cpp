@@ -68,10 +68,10 @@ int MenuItemView::figuresWidth() const {
 
 void MenuItemView::updateFromRow() {
     const MenuItem &row = item();
-    setAccessibleName(row.isEjecting
-                          ? row.volumeSize + QStringLiteral(", ") + row.stateText()
-                          : QStringLiteral("%1, %2 free of %3")
-                                .arg(row.volumeSize, row.stateText(), row.u64TotalSpace));
+    setAccessibleName(row.showsFigures()
+                          ? QStringLiteral("%1, %2 free of %3")
+                                .arg(row.volumeSize, row.stateText(), row.u64TotalSpace)
+                          : row.volumeSize + QStringLiteral(", ") + row.stateText());
     // Red alone tells an assistive program nothing, and the tool tip's markup is not to be read.
     QStringList described{row.warns() ? localizedText("ROW_WARNS") : QString(), row.toolTip};
     described.removeAll(QString());
@@ -114,9 +114,11 @@ void MenuItemView::paintFigures(QPainter &painter, const QRectF &place, bool lit
     const QString state = row.stateText();
     const QColor red = theme::danger();
     painter.setFont(figure);
-    painter.setPen(row.warns() && !lit ? red : row.isEjecting ? theme::text() : theme::accent());
+    painter.setPen(!row.showsFigures()   ? theme::text()
+                   : row.warns() && !lit ? red
+                                         : theme::accent());
     painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, state);
-    if (row.isEjecting)
+    if (!row.showsFigures())
         return;
     const double used = QFontMetricsF(figure).horizontalAdvance(state);
     painter.setFont(words);
