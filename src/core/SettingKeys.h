@@ -30,6 +30,8 @@ inline constexpr QLatin1String DSSystemDuplication("DSSystemDuplication");
 inline constexpr QLatin1String DSDiskUsageLimit("DSDiskUsageLimit");
 inline constexpr QLatin1String DSDiskUsageUnit("DSDiskUsageUnit");
 inline constexpr QLatin1String DSDiskUsageShowStyle("DSDiskUsageShowStyle");
+/// The size of the content that the user gave the window, as "880x500".
+inline constexpr QLatin1String mainWindowSizeKey("MainWindowSize");
 
 enum class SettingType { Integer, Float, Bool, Text };
 
@@ -94,6 +96,7 @@ inline constexpr SettingKey settingKeys[] = {
     {DSDiskUsageShowStyle, SettingType::Bool, SettingOwner::PreferenceViewController, "0"},
     {QLatin1String("SUEnableAutomaticChecks"), SettingType::Bool, SettingOwner::Nobody},
     {QLatin1String("SUScheduledCheckInterval"), SettingType::Integer, SettingOwner::Nobody},
+    {mainWindowSizeKey, SettingType::Text, SettingOwner::Nobody},
     {QLatin1String("openAtStartup"), SettingType::Text, SettingOwner::AppController, "YES"},
     {QLatin1String("fade"), SettingType::Text, SettingOwner::AppController, "YES"},
     {QLatin1String("shiftSlowsAnimation"), SettingType::Text, SettingOwner::AppController, "YES"},

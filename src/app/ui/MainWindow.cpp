@@ -2,6 +2,7 @@
 
 #include "app/DBPrefsWindowController.h"
 #include "app/ui/PanelToolBar.h"
+#include "core/SettingKeys.h"
 #include "foundation/UserDefaults.h"
 #include "ui/Theme.h"
 #include "ui/WindowSystem.h"
@@ -25,8 +26,6 @@ namespace brightsweep {
 
 namespace {
 
-/// The size of the content that the user gave the window, as "880x500".
-const QString windowSizeKey = QStringLiteral("MainWindowSize");
 constexpr int stayAboveLevel = 9;
 constexpr int leastMenuWidth = 200;
 constexpr int titleBarHeight = 32;
@@ -34,7 +33,7 @@ constexpr std::chrono::milliseconds sizeSettles{500};
 
 QSize storedSize() {
     const QStringList parts =
-        UserDefaults::standardUserDefaults().stringForKey(windowSizeKey).split(u'x');
+        UserDefaults::standardUserDefaults().stringForKey(mainWindowSizeKey).split(u'x');
     return parts.size() == 2 ? QSize(parts[0].toInt(), parts[1].toInt()) : QSize();
 }
 
@@ -222,9 +221,9 @@ void MainWindow::rememberSize() {
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
     const QSize size = contentSubview->size();
     const QString words = QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
-    if (defaults.stringForKey(windowSizeKey) == words)
+    if (defaults.stringForKey(mainWindowSizeKey) == words)
         return;
-    defaults.setObject(windowSizeKey, words);
+    defaults.setObject(mainWindowSizeKey, words);
     defaults.synchronize();
 }
 
