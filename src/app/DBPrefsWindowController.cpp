@@ -118,7 +118,7 @@ QString DBPrefsWindowController::title() const {
 }
 
 std::chrono::milliseconds DBPrefsWindowController::crossFadeDuration(bool shiftPressed) const {
-    return _shiftSlowsAnimation && shiftPressed ? slowDuration : usualDuration;
+    return _crossFade && _shiftSlowsAnimation && shiftPressed ? slowDuration : usualDuration;
 }
 
 QRect DBPrefsWindowController::frameForView(const QRect &windowFrame, const QSize &content,

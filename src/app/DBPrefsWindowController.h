@@ -74,7 +74,7 @@ public:
     void setCrossFade(bool crossFade) { _crossFade = crossFade; }
     bool shiftSlowsAnimation() const { return _shiftSlowsAnimation; }
     void setShiftSlowsAnimation(bool slows) { _shiftSlowsAnimation = slows; }
-    /// How long a change of panel takes; the shift key may slow it.
+    /// How long a change of panel takes; the shift key may slow a cross-fade.
     std::chrono::milliseconds crossFadeDuration(bool shiftPressed) const;
     /// The window's frame around a panel of that size. The upper edge and x stay; what the frame
     /// has above the content stays, too. In coordinates whose y grows downwards.
@@ -94,8 +94,8 @@ public:
     QString panelForIdentifier(const QString &identifier) const;
 
 Q_SIGNALS:
-    /// Put the panel in the place of the one on show. The panels change at once; with `animate` and
-    /// crossFade() the window's frame takes its time.
+    /// Put the panel in the place of the one on show. The panels change at once; with `animate` the
+    /// window's frame takes its time.
     void displayPanel(const QString &identifier, bool animate);
     void selectedItemChanged(const QString &identifier);
     void titleChanged(const QString &title);

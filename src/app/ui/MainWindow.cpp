@@ -143,7 +143,7 @@ void MainWindow::displayPanel(const QString &identifier, bool animate) {
     if (!fromToolbar)
         panel->setFocus(Qt::OtherFocusReason);
     // The panels change at once; only the window's frame takes its time.
-    resizeToPanel(least, animate && m_controller.crossFade());
+    resizeToPanel(least, animate);
 }
 
 // A small screen shows less than a panel would like.
