@@ -14,9 +14,6 @@ constexpr QLatin1String uninstallIdentifier("delete");
 constexpr std::chrono::milliseconds usualDuration{250};
 constexpr std::chrono::milliseconds slowDuration{1250};
 
-// Any other item is remembered as the login items.
-constexpr int otherStoredIndex = 5;
-
 } // namespace
 
 QList<ToolbarItem> DBPrefsWindowController::toolbarItems() const {
@@ -57,10 +54,11 @@ QString DBPrefsWindowController::storedItem() const {
 }
 
 void DBPrefsWindowController::toggleActivePreferenceView(const QString &identifier) {
-    const Page *const page = pageWithIdentifier(identifier);
-    UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    defaults.setObject(DSToobarItem, page ? page->storedIndex : otherStoredIndex);
-    defaults.synchronize();
+    if (const Page *const page = pageWithIdentifier(identifier); page && page->storedIndex >= 0) {
+        UserDefaults &defaults = UserDefaults::standardUserDefaults();
+        defaults.setObject(DSToobarItem, page->storedIndex);
+        defaults.synchronize();
+    }
     // The help has no panel: the page on show stays the selected one, and goes on by itself.
     if (hasPanel(identifier))
         setSelectedItem(identifier);

@@ -14,7 +14,8 @@ struct Page {
     bool hasLabel = true;  ///< the item shows the title below its image
     bool atTheEnd = false; ///< the item stands at the far end of the toolbar
     bool hasPanel = true;
-    int storedIndex = 5; ///< how the page is remembered; most others as the login items
+    /// How the page is remembered; below 0 not at all, since it is looked at in passing.
+    int storedIndex = -1;
     /// The sub-panel on show, an index into `panels`; null for a page of one panel.
     std::int64_t (DBPrefsWindowController::*state)() const = nullptr;
     /// At the start, in progress, with data.
