@@ -60,13 +60,15 @@ int applicationMain(int argc, char **argv, int terminal) {
 int main(int argc, char **argv) {
     // The log takes the place of standard error.
     const brightsweep::FileDescriptor terminal(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3));
+    const bool frees = brightsweep::ClearMemory::valueToFree(argc, argv) != nullptr;
 #ifdef BRIGHTSWEEP_GUI
-    sessionBusIsSilent = hasDisplay() && brightsweep::leaveSilentSessionBus();
+    // The command "fr" needs no bus and waits for none.
+    sessionBusIsSilent = !frees && hasDisplay() && brightsweep::leaveSilentSessionBus();
 #endif
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
     // What is said before the log is open belongs to nobody's terminal.
     brightsweep::Log::setDescriptor(-1);
-    const bool scans = !hasDisplay() && !brightsweep::ClearMemory::valueToFree(argc, argv);
+    const bool scans = !hasDisplay() && !frees;
     const int status = brightsweep::runEntry(
         argc, argv, scans ? brightsweep::MacLog::setLogFileForCommandLine : openLogOfWindow,
         brightsweep::ClearMemory::freeMemory,

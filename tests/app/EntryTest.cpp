@@ -14,7 +14,9 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -241,6 +243,15 @@ TEST(ClearMemory, FindsItsCommandAnywhere) {
 }
 
 TEST(Process, CommandFrLogsAndEnds) {
+    // A bus that takes connections and never greets: nobody is to ask it.
+    const auto bus = test::TestEnvironment::current().work() / "bus";
+    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    sockaddr_un place{.sun_family = AF_UNIX, .sun_path = {}};
+    bus.native().copy(place.sun_path, sizeof place.sun_path - 1);
+    ASSERT_EQ(::bind(socket.get(), reinterpret_cast<sockaddr *>(&place), sizeof place), 0);
+    ASSERT_EQ(::listen(socket.get(), 1), 0);
+    ::setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + bus.native()).c_str(), 1);
+    ::setenv("DISPLAY", ":not-there", 1);
     for (const auto &arguments : {std::vector<std::string>{BRIGHTSWEEP_PROGRAM, "fr", "1024"},
                                   std::vector<std::string>{BRIGHTSWEEP_PROGRAM, "x", "fr", "1"}}) {
         const auto result = test::runProgram(arguments);
@@ -249,6 +260,7 @@ TEST(Process, CommandFrLogsAndEnds) {
         EXPECT_NE(result.errors.find("freeMemoy size=" + arguments.back() + "\n"),
                   std::string::npos);
     }
+    EXPECT_EQ(::accept(socket.get(), nullptr, nullptr), -1);
     // Such a run is no launch: there is still no folder for a log.
     EXPECT_TRUE(
         std::filesystem::is_empty(test::TestEnvironment::current().home() / ".local/share"));
