@@ -50,6 +50,14 @@ TEST(StandardDirectories, SystemFoldersMustBeRealRootOwnedAndClosed) {
     EXPECT_THAT(pathsOf(CleanPlace::LocalLogs), ElementsAre(system.path("var/log/apt")));
 }
 
+TEST(StandardDirectories, ApplicationFoldersFollowTheSystemsPrefix) {
+    const auto system = TestEnvironment::current().system();
+    EXPECT_THAT(Platform::current().directories->paths(StandardDirectory::Applications),
+                ElementsAre(system / "Applications", system / "Network/Applications",
+                            system / "Developer/Applications",
+                            TestEnvironment::current().home() / "Applications"));
+}
+
 TEST(StandardDirectories, LogFoldersHoldNothingButLogs) {
     TestTree home(TestEnvironment::current().home());
     home.file(".local/state/log/anything");

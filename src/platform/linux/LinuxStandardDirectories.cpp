@@ -234,8 +234,8 @@ std::vector<path> LinuxStandardDirectories::paths(StandardDirectory directory) {
     case StandardDirectory::Preferences:
         return {folderOfRole(FolderRole::Config)};
     case StandardDirectory::Applications:
-        return {"/Applications", "/Network/Applications", "/Developer/Applications",
-                paths::join(homeFolder(), "Applications")};
+        return {systemPath("/Applications"), systemPath("/Network/Applications"),
+                systemPath("/Developer/Applications"), paths::join(homeFolder(), "Applications")};
     case StandardDirectory::Home:
         return {homeFolder()};
     case StandardDirectory::Temporary: {
