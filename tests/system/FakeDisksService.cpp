@@ -16,6 +16,7 @@
 
 #include <sys/mount.h>
 #include <sys/sysmacros.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -71,19 +72,20 @@ private:
                 {QStringLiteral("CryptoBackingDevice"), QVariant::fromValue(backing)},
                 {QStringLiteral("IdLabel"), QStringLiteral("Stick")}};
         };
-        return {{block,
-                 {{named("Block"), facts(m_device, drive, none)},
-                  {named("Filesystem"), {}},
-                  {named("Encrypted"), {}}}},
-                {plain, {{named("Block"), facts(0, none, block)}}},
-                {drive,
-                 {{named("Drive"),
-                   {{QStringLiteral("Ejectable"), true},
-                    {QStringLiteral("Removable"), false},
-                    {QStringLiteral("MediaRemovable"), true},
-                    {QStringLiteral("ConnectionBus"), QStringLiteral("usb")},
-                    {QStringLiteral("Optical"), false},
-                    {QStringLiteral("CanPowerOff"), true}}}}}};
+        return {
+            {block,
+             {{named("Block"), facts(m_device, drive, none)},
+              {named("Filesystem"), {}},
+              {named("Encrypted"), {}}}},
+            {plain, {{named("Block"), facts(0, none, block)}}},
+            {drive,
+             {{named("Drive"),
+               {{QStringLiteral("Ejectable"), true},
+                {QStringLiteral("Removable"), false},
+                {QStringLiteral("MediaRemovable"), ::access((m_log + ".fixed").c_str(), F_OK) != 0},
+                {QStringLiteral("ConnectionBus"), QStringLiteral("usb")},
+                {QStringLiteral("Optical"), false},
+                {QStringLiteral("CanPowerOff"), true}}}}}};
     }
 
     void unmount() const {

@@ -244,6 +244,17 @@ TEST_F(VolumesSystemTest, TheServiceSaysWhatADriveIs) {
     EXPECT_EQ(volume[QStringLiteral("name")].toString(), QStringLiteral("Stick"));
     EXPECT_TRUE(volume[QStringLiteral("canEject")].toBool());
 
+    // The removable bit alone changes neither the class nor the eject flag.
+    machine().stopDisks();
+    std::ofstream(log + ".fixed") << "now";
+    machine().startDisks({BRIGHTSWEEP_FAKE_DISKS, number.c_str(), log.c_str()});
+    EXPECT_TRUE(eventually([&] {
+        source().settle(30'000);
+        return (factsOf("/media/stick")->extendedAttributes & volumeIsRemovableBit) == 0;
+    }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(changes, 1);
+
     const auto calls = [&] {
         return shell("cat " + quoted(log) + "; rm -f " + quoted(log)).output;
     };

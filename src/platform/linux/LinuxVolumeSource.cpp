@@ -96,6 +96,16 @@ bool isEjectable(const VolumeFacts &facts) {
            (facts.extendedAttributes & (volumeIsEjectableBit | volumeIsOnExternalBusBit)) != 0;
 }
 
+// What decides how a menu shows a volume: its class, by the first fact that holds, and whether it
+// can be ejected. The removable bit counts only where no other fact has decided.
+std::pair<int, bool> looks(const VolumeFacts &facts) {
+    const auto has = [&](std::uint32_t bit) { return (facts.extendedAttributes & bit) != 0; };
+    const bool decides[] = {facts.serverAddress != 0, facts.optical == OpticalMedia::Yes,
+                            has(volumeIsOnExternalBusBit), has(volumeIsRemovableBit)};
+    const auto first = std::find(std::begin(decides), std::end(decides), true);
+    return {int(first - std::begin(decides)), isEjectable(facts)};
+}
+
 std::uint64_t combined(const std::vector<MountIdentity> &identities) {
     std::uint64_t hash = 0xcbf29ce484222325;
     for (const MountIdentity identity : identities)
@@ -167,9 +177,7 @@ bool LinuxVolumeSource::hasOtherClass(const std::vector<Volume> &before,
                                       const std::vector<Volume> &now) {
     return std::any_of(now.begin(), now.end(), [&](const Volume &volume) {
         return std::any_of(before.begin(), before.end(), [&](const Volume &old) {
-            return old.identity == volume.identity &&
-                   (old.facts.extendedAttributes != volume.facts.extendedAttributes ||
-                    old.facts.optical != volume.facts.optical);
+            return old.identity == volume.identity && looks(old.facts) != looks(volume.facts);
         });
     });
 }
