@@ -5,11 +5,41 @@
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
 
+#include <algorithm>
+#include <mutex>
+#include <set>
+
 namespace brightsweep {
 
 namespace {
 
 constexpr std::uint16_t firstVersionWithExtendedAttributes = 3;
+
+// The mounts whose missing device has been told; enumerations are many and the line is the same.
+struct ToldMounts {
+    std::mutex mutex;
+    std::set<std::int16_t> numbers;
+};
+
+ToldMounts &toldMounts() {
+    static ToldMounts told;
+    return told;
+}
+
+// True for the first time in the life of a mount.
+bool isNews(std::int16_t refNumber) {
+    const std::lock_guard lock(toldMounts().mutex);
+    return toldMounts().numbers.insert(refNumber).second;
+}
+
+void forgetAllBut(const std::vector<VolumeFacts> &mounted) {
+    const std::lock_guard lock(toldMounts().mutex);
+    std::erase_if(toldMounts().numbers, [&](std::int16_t number) {
+        return std::none_of(mounted.begin(), mounted.end(), [&](const VolumeFacts &facts) {
+            return facts.refNumber == number && facts.optical == OpticalMedia::Unknown;
+        });
+    });
+}
 
 } // namespace
 
@@ -20,7 +50,9 @@ VolumesInfo::VolumesInfo(VolumeSource &source) : m_source(source) {
 }
 
 void VolumesInfo::enumVolumesInfo() {
-    for (const VolumeFacts &facts : m_source.volumes()) {
+    const std::vector<VolumeFacts> mounted = m_source.volumes();
+    forgetAllBut(mounted);
+    for (const VolumeFacts &facts : mounted) {
         if (facts.totalBytes == 0)
             continue;
         DSVolumeInfo record;
@@ -76,10 +108,9 @@ bool VolumesInfo::volCDorDVD(const VolumeFacts &facts) {
     bVolIsCDorDVD = false;
     if (facts.optical != OpticalMedia::Unknown)
         bVolIsCDorDVD = facts.optical == OpticalMedia::Yes;
-    else if (facts.deviceId.empty())
-        NSLog("IOBSDNameMatching returned a NULL dictionary.");
-    else
-        NSLog("IOServiceGetMatchingService returned IO_OBJECT_NULL.");
+    else if (isNews(facts.refNumber))
+        NSLog(facts.deviceId.empty() ? "IOBSDNameMatching returned a NULL dictionary."
+                                     : "IOServiceGetMatchingService returned IO_OBJECT_NULL.");
     return bVolIsCDorDVD;
 }
 

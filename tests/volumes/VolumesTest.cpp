@@ -124,6 +124,20 @@ TEST(VolumesInfo, AVolumeThatIsNoLongerThereEndsTheEnumeration) {
     EXPECT_TRUE(log.has("FSGetVolumeParms failed returned -35"));
 }
 
+TEST(VolumesInfo, AMissingDeviceIsToldOnceForAMount) {
+    FakeVolumeSource source;
+    source.add("/").optical = OpticalMedia::Unknown;
+    const auto linesLogged = [&] {
+        const LogCapture log;
+        VolumesInfo(source).getAllVolsInfo();
+        return log.has("IOServiceGetMatchingService returned IO_OBJECT_NULL.");
+    };
+    EXPECT_TRUE(linesLogged());
+    EXPECT_FALSE(linesLogged());
+    source.mounted[0].refNumber = 2;
+    EXPECT_TRUE(linesLogged()) << "another mount";
+}
+
 TEST(VolumesManager, EjectsAllThatCanBeWhateverFails) {
     FakeVolumeSource source;
     VolumesManager manager(source);
