@@ -6,10 +6,13 @@
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <set>
+#include <thread>
 
 namespace brightsweep {
 
@@ -17,6 +20,8 @@ namespace {
 
 constexpr std::size_t batchSize = 64 * 1024;
 constexpr std::int64_t batchMilliseconds = 100;
+// Between a line that waits and its writing, when no other line follows it.
+constexpr std::chrono::milliseconds flusherPause{80};
 
 std::atomic<int> logDescriptor{STDERR_FILENO};
 std::atomic<bool> limitTold{false};
@@ -123,11 +128,49 @@ std::int64_t nowMilliseconds() {
 struct AllLogs {
     std::mutex mutex;
     std::set<ObjectLog *> logs;
+    std::condition_variable wake;
+    bool linesWait = false;
 };
 
 AllLogs &allLogs() {
     static auto *const all = new AllLogs;
     return *all;
+}
+
+// Writes what waits in the logs of jobs that meet nothing more for a while.
+[[noreturn]] void flushForEver() {
+    AllLogs &all = allLogs();
+    for (;;) {
+        {
+            std::unique_lock lock(all.mutex);
+            all.wake.wait(lock, [&] { return all.linesWait; });
+            all.linesWait = false;
+        }
+        std::this_thread::sleep_for(flusherPause);
+        ObjectLog::flushAll();
+    }
+}
+
+// Without a thread for it lines wait for the next one, as they would for a full batch.
+void startFlusher() {
+    sigset_t every;
+    sigset_t before;
+    ::sigfillset(&every);
+    ::pthread_sigmask(SIG_BLOCK, &every, &before); // signals are for the program's own threads
+    try {
+        std::thread(flushForEver).detach();
+    } catch (const std::system_error &error) {
+        NSLog("Lines for single objects may be late: %@", error.code());
+    }
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+void wakeFlusher() {
+    static std::once_flag started;
+    std::call_once(started, startFlusher);
+    const std::lock_guard lock(allLogs().mutex);
+    allLogs().linesWait = true;
+    allLogs().wake.notify_one();
 }
 
 // Threads are numbered in the order in which they first log.
@@ -229,17 +272,25 @@ void ObjectLog::flushAll() {
         const std::unique_lock own(log->m_mutex, std::try_to_lock);
         if (own)
             log->handOver();
+        else
+            allLogs().linesWait = true;
     }
 }
 
 void ObjectLog::add(std::string_view message) {
     const std::string line = Log::line(message);
-    const std::lock_guard lock(m_mutex);
-    if (m_lines.empty())
-        m_firstLineTime = nowMilliseconds();
-    m_lines += line;
-    if (m_lines.size() >= batchSize || nowMilliseconds() - m_firstLineTime >= batchMilliseconds)
-        handOver();
+    bool isFirst = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        isFirst = m_lines.empty();
+        if (isFirst)
+            m_firstLineTime = nowMilliseconds();
+        m_lines += line;
+        if (m_lines.size() >= batchSize || nowMilliseconds() - m_firstLineTime >= batchMilliseconds)
+            handOver();
+    }
+    if (isFirst)
+        wakeFlusher();
 }
 
 void ObjectLog::handOver() {

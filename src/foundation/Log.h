@@ -76,8 +76,9 @@ void NSLog(const char *format, const Arguments &...arguments) {
 }
 
 /// Lines that a job writes for every object it meets, handed over in batches: at 64 KiB, after
-/// 100 ms, at flush() and at the end. When the log file has passed Log::sizeLimit they are left
-/// out, after one line of the process that says so. Belongs to one thread but for flushAll().
+/// 100 ms also when none follows, at flush() and at the end. When the log file has passed
+/// Log::sizeLimit they are left out, after one line of the process that says so. Belongs to one
+/// thread but for flushAll().
 class ObjectLog {
 public:
     ObjectLog();

@@ -1,6 +1,7 @@
 #include "foundation/Log.h"
 
 #include "foundation/FileDescriptor.h"
+#include "support/ChildProcess.h"
 #include "support/CommaLocale.h"
 #include "support/TestTree.h"
 
@@ -128,6 +129,16 @@ TEST(Log, ObjectLinesComeInBatches) {
         objects.log("goes with it");
     }
     EXPECT_EQ(log.lines().size(), 3u);
+}
+
+TEST(Log, ALineThatNothingFollowsIsWrittenSoon) {
+    test::TestTree tree;
+    const LogToFile log(tree.path("log"));
+    ObjectLog objects;
+    for (std::size_t lines = 1; lines <= 2; ++lines) {
+        objects.log("alone");
+        EXPECT_TRUE(test::eventually([&] { return log.lines().size() == lines; }));
+    }
 }
 
 TEST(Log, ObjectLinesOfRunningJobsAreFetched) {
