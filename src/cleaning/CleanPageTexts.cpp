@@ -73,6 +73,11 @@ QString cleanPageTexts::freeSpaceLine(const QString &before, const QString &afte
 CleanStyledText cleanPageTexts::recoveredLine(std::uint64_t bytes, const QDateTime &date,
                                               const QString &freeString,
                                               const QString &totleString) {
+    if (bytes == 0)
+        return {QStringLiteral("The capacity of startup disk is %1, and %2 is available.")
+                    .arg(freeString, totleString),
+                12,
+                {}};
     const QString words = UtilityFunction::convertVolSpace(bytes);
     const QString dateWords =
         date.isValid() ? UtilityFunction::parseDateTime(dateText(date)) : QString();

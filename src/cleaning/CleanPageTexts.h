@@ -29,8 +29,9 @@ CleanStyledText countLine(std::size_t selected, std::size_t total, std::uint64_t
 CleanStyledText cleanedLine(std::uint64_t bytes);
 /// The free space of the startup volume before and after a clean, in words.
 QString freeSpaceLine(const QString &before, const QString &after);
-/// What the last clean recovered; the texts of the startup volume come from "FreeTotleArr". An
-/// invalid date leaves its place empty.
+/// What the last clean recovered, and the startup volume, whose texts come from "FreeTotleArr".
+/// Where nothing was recovered it is about the volume alone. An invalid date leaves its place
+/// empty.
 CleanStyledText recoveredLine(std::uint64_t bytes, const QDateTime &date, const QString &freeString,
                               const QString &totleString);
 

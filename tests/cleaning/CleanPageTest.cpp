@@ -359,6 +359,11 @@ TEST(CleanPage, TheOverviewTellsOfTheLastCleanAndTheStartupDisk) {
                              "10:22:33. The capacity of startup disk is 500.00 GB, and 20.00 GB is "
                              "available."));
     EXPECT_EQ(heading.description.accented, (std::vector<CleanStyledText::Span>{{0, 7, 18, true}}));
+    // Without a clean before there is nothing to tell of one.
+    EXPECT_EQ(cleanPageTexts::recoveredLine(0, QDateTime::currentDateTime(), QStringLiteral("5 GB"),
+                                            QStringLiteral("2 GB"))
+                  .text,
+              QStringLiteral("The capacity of startup disk is 5 GB, and 2 GB is available."));
 }
 
 TEST(CleanPage, TheCountLineMarksItsNumbers) {
