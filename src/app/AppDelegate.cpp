@@ -3,14 +3,18 @@
 #include "app/AppPrefsWindowController.h"
 #include "app/LaunchAtLogin.h"
 #include "app/RefreshLoop.h"
+#include "cleaning/NewMainViewController.h"
+#include "core/MacLog.h"
 #include "core/UtilityFunction.h"
 #include "core/UtilityObject.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
+#include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
 #include "platform/DesktopNotifier.h"
 #include "platform/Platform.h"
 #include "platform/SingleInstance.h"
+#include "platform/SystemFacts.h"
 #include "platform/VolumeSource.h"
 #include "platform/Workspace.h"
 #include "preferences/PreferenceViewController.h"
@@ -36,6 +40,14 @@ constexpr int quitStatus = 1;
 constexpr std::chrono::seconds hostPatience{10};
 // For what removes something when the program ends.
 constexpr std::chrono::seconds removalPatience{1};
+// In the support folder: the volumes whose low space has been told in this boot.
+constexpr char toldLowSpaceFile[] = "told-low-space";
+
+SpaceAlarm alarmOfThisBoot() {
+    const auto boot = Platform::current().facts->kernelValue("kern.bootsessionuuid");
+    return boot ? SpaceAlarm(paths::join(MacLog::supportFolder(), toldLowSpaceFile), *boot)
+                : SpaceAlarm();
+}
 
 } // namespace
 
@@ -45,7 +57,8 @@ AppDelegate::AppDelegate(AppDelegateParts parts, QObject *parent)
       m_noLoginItems("the program has no list of login items"),
       _statusItem(m_parts.statusItem ? *m_parts.statusItem : *Platform::current().statusItem),
       m_clock(m_parts.clock ? *m_parts.clock : Clock::eventLoop()),
-      m_bubbles(m_clock) {
+      m_bubbles(m_clock),
+      m_alarm(alarmOfThisBoot()) {
     connect(&m_menu, &StatusMenu::actionTriggered, this, &AppDelegate::menuAction);
     connect(&m_menu, &StatusMenu::menuVisibleChanged, this, [this](bool visible) {
         if (visible)
@@ -176,8 +189,19 @@ void AppDelegate::handleReopenAppEvent(const std::string &activationToken) {
         m_reopenToken = activationToken;
 }
 
-void AppDelegate::showPage(int row) {
-    showMainWindow();
+void AppDelegate::scanNow(const std::string &activationToken) {
+    showPage(scanRow, "Scan", activationToken);
+    NewMainViewController &page =
+        *AppPrefsWindowController::sharedPrefsWindowController().v4MainView();
+    using State = NewMainViewController::State;
+    if ((page.state() == State::Idle || page.state() == State::Results) && !page.needsRestart())
+        page.clickScanBtn();
+}
+
+void AppDelegate::showPage(int row, const char *page, const std::string &activationToken) {
+    showMainWindow(activationToken);
+    AppPrefsWindowController::sharedPrefsWindowController().toggleActivePreferenceView(
+        QLatin1String(page));
     // The text only fills the place of the first element.
     const QVariantList object{QStringLiteral("s"), row};
     NotificationCenter::defaultCenter().post(shouldSelectRowNotification, nullptr,

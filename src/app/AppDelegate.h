@@ -90,9 +90,9 @@ public:
     void showMainWindow(const std::string &activationToken = {});
     /// A second start of the program, or its launcher entry.
     void handleReopenAppEvent(const std::string &activationToken);
-    void onClickScan() { showPage(scanRow); }
-    void onClickUninstall() { showPage(uninstallRow); }
-    void onClickFree() { showPage(freeSpaceRow); }
+    void onClickScan() { showPage(scanRow, "Scan"); }
+    void onClickUninstall() { showPage(uninstallRow, "delete"); }
+    void onClickFree() { showPage(freeSpaceRow, "disk_usage"); }
     /// The preferences.
     void Reference();
     void AboutFunCall();
@@ -149,7 +149,8 @@ private:
     void handleCloseCleanWindow(const Notification &notification);
     void cleanMemoryClickAction(const Notification &notification);
 
-    void showPage(int row);
+    void showPage(int row, const char *page, const std::string &activationToken = {});
+    void scanNow(const std::string &activationToken);
     void takeLeave();
     void runAsMain();
     void tellWithoutHost();

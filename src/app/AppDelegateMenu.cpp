@@ -17,6 +17,8 @@
 #include "volumes/VolumeNotifications.h"
 #include "volumes/VolumesManager.h"
 
+#include <QPointer>
+
 #include <algorithm>
 #include <array>
 
@@ -323,6 +325,11 @@ void AppDelegate::tellAlarms() {
         notification.body = nameInSentence(volume.volumeName) + QStringLiteral(": ") +
                             volume.freeSpace + QStringLiteral(" of ") + volume.totalSpace +
                             QStringLiteral(" are free.");
+        notification.actionLabel = QStringLiteral("Scan");
+        notification.action = [self = QPointer(this)](const std::string &token) {
+            if (self)
+                self->scanNow(token);
+        };
         Platform::current().notifier->show(notification);
     }
 }

@@ -19,8 +19,10 @@ void LaunchAtLogin::writeFileOfLaunchAppWhenLogin(const QString &state) {
 }
 
 QString LaunchAtLogin::readeFileOfLaunchAppWhenLogin() {
-    return QString::number(
-        int(UserDefaults::standardUserDefaults().integerForKey(DSLoginCheckKey)));
+    const UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    const auto number = int(defaults.integerForKey(DSLoginCheckKey));
+    // A word such as "YES" is true and no number.
+    return QString::number(number == 0 && defaults.boolForKey(DSLoginCheckKey) ? 1 : number);
 }
 
 void LaunchAtLogin::launchAppWhenLogin(int state, const std::filesystem::path &program,

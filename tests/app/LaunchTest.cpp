@@ -46,7 +46,7 @@ TEST_F(Launch, OpensTheWindowOnTheFirstRow) {
 }
 
 TEST_F(Launch, StaysInTheTrayWhenStartedWithTheSession) {
-    UserDefaults::standardUserDefaults().setObject(DSLoginCheckKey, 1);
+    UserDefaults::standardUserDefaults().setObject(DSLoginCheckKey, QStringLiteral("YES"));
     parts.refreshInterval = std::chrono::milliseconds(1);
     QObject context;
     int ticks = 0;
@@ -86,11 +86,14 @@ TEST_F(Launch, ALaterStartShowsTheRowUsedLast) {
 TEST_F(Launch, MenuEntriesGoToTheirRows) {
     launch();
     const Selections selections;
-    delegate->onClickScan();
     delegate->onClickUninstall();
+    EXPECT_EQ(window().currentPanel(), QStringLiteral("delete"));
+    delegate->onClickScan();
+    EXPECT_EQ(window().currentPanel(), QStringLiteral("Scan"));
     delegate->onClickFree();
+    EXPECT_EQ(window().currentPanel(), QStringLiteral("disk_usage"));
     EXPECT_EQ(selections.rows.filter(QStringLiteral("s")),
-              (QStringList{QStringLiteral("s0"), QStringLiteral("s8"), QStringLiteral("s9")}));
+              (QStringList{QStringLiteral("s8"), QStringLiteral("s0"), QStringLiteral("s9")}));
     delegate->Reference();
     EXPECT_EQ(window().currentPanel(), QStringLiteral("preferences"));
     EXPECT_EQ(window().selectedItem(), QStringLiteral("preferences"));

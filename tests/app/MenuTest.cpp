@@ -1,7 +1,9 @@
 #include "app/Resident.h"
+#include "core/MacLog.h"
 #include "core/SettingKeys.h"
 #include "core/UtilityFunction.h"
 #include "foundation/UserDefaults.h"
+#include "platform/SystemFacts.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 #include "volumes/VolumeNotifications.h"
@@ -39,6 +41,12 @@ private:
     std::condition_variable m_changed;
     bool m_reached = false;
     bool m_open = false;
+};
+
+class OtherBoot final : public SystemFacts {
+public:
+    Result<SystemVersion> version() override { return SystemVersion{10, 7, 0}; }
+    Result<std::string> kernelValue(std::string_view) override { return std::string("other"); }
 };
 
 class Menu : public Resident {
@@ -254,8 +262,8 @@ TEST_F(Menu, TheMemorysRow) {
 TEST_F(Menu, TheMemorysRowWarnsByItsOwnAlarm) {
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
     launch();
-    const std::uint64_t total = delegate->menu().memoryItem()->nTotalSize * 1024 / 1000 *
-                                1024 / 1000 * 1024 / 1000;
+    const std::uint64_t total =
+        delegate->menu().memoryItem()->nTotalSize * 1024 / 1000 * 1024 / 1000 * 1024 / 1000;
     const struct {
         float space, memory;
         std::uint64_t percentFree;
@@ -441,6 +449,7 @@ TEST_F(Menu, NothingToEjectIsSaidInABubble) {
 }
 
 TEST_F(Menu, TheAlarmIsToldOnceUntilItHasRecovered) {
+    ASSERT_TRUE(MacLog::createSupportFolder());
     add("stick", external).name = "<b>";
     add("image", removable).freeBytes = 0;
     launch();
@@ -456,6 +465,31 @@ TEST_F(Menu, TheAlarmIsToldOnceUntilItHasRecovered) {
     for (const auto &step : steps)
         EXPECT_EQ(percent(step.free), step.told) << step.free;
     EXPECT_TRUE(notifier->shown[0].body.startsWith(QStringLiteral("<b>: 200.00 MB of 2.00 GB")));
+    EXPECT_EQ(notifier->shown[1].actionLabel, QStringLiteral("Scan"));
+    window().toggleActivePreferenceView(QStringLiteral("memory"));
+    QString token;
+    QObject::connect(&window(), &DBPrefsWindowController::windowShown,
+                     [&] { token = QString::fromStdString(window().takeActivationToken()); });
+    notifier->shown[1].action("click");
+    EXPECT_EQ(token, QStringLiteral("click"));
+    EXPECT_EQ(window().currentPanel(), QStringLiteral("QC_FastClean"));
+    // Neither a mount that comes back nor a program that starts anew tells it again.
+    const VolumeFacts stick = volumes->mounted[1];
+    volumes->mounted.erase(volumes->mounted.begin() + 1);
+    delegate->updateDataForMenuItem();
+    volumes->mounted.insert(volumes->mounted.begin() + 1, stick);
+    delegate->updateDataForMenuItem();
+    delegate.reset();
+    AppPrefsWindowController::resetSharedPrefsWindowController();
+    launch();
+    delegate->updateDataForMenuItem();
+    EXPECT_EQ(notifier->shown.size(), 2u);
+    // Another boot.
+    Platform::current().facts = std::make_unique<OtherBoot>();
+    delegate.reset();
+    launch();
+    delegate->updateDataForMenuItem();
+    EXPECT_EQ(notifier->shown.size(), 3u);
 }
 
 TEST_F(Menu, TheStatusItemIsHiddenAndShown) {

@@ -84,6 +84,14 @@ Value physicalMemory() {
                                  : eightBytes(std::uint64_t(pages) * std::uint64_t(size));
 }
 
+// Another one after every start of the system.
+Value bootIdentifier() {
+    const auto text = readSmallFile("/proc/sys/kernel/random/boot_id");
+    if (!text)
+        return text.error();
+    return std::string(trimmed(*text));
+}
+
 constexpr struct {
     std::string_view name;
     Value (*read)();
@@ -98,6 +106,7 @@ constexpr struct {
     {"kern.ostype", [] { return unameField(&utsname::sysname); }},
     {"kern.osrelease", [] { return unameField(&utsname::release); }},
     {"kern.hostname", [] { return unameField(&utsname::nodename); }},
+    {"kern.bootsessionuuid", bootIdentifier},
 };
 
 } // namespace
