@@ -18,6 +18,10 @@ inline constexpr QLatin1String DSFastCleanFinish("FastCleanFinish");
 // Posted at every cancel point that is reached, so possibly more than once.
 inline constexpr QLatin1String DSCleanCanceled("FastCleanCanceled");
 
+// Posted by the quick clean on the main thread once it has reported. User info "object": the
+// number of items that went.
+inline constexpr QLatin1String quickCleanEndedNotification("quickCleanEnded");
+
 // Posted within the clean page, on the main thread.
 // User info "object": whether something was ticked, or "clean"; may be left out.
 inline constexpr QLatin1String cleanShowSelectNumInBottomNotification("cleanShowSelectNumInBottom");

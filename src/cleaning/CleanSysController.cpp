@@ -2,10 +2,12 @@
 
 #include "cleaning/BrowseFolderOperation.h"
 #include "cleaning/CleanNotifications.h"
+#include "cleaning/CleanPageTexts.h"
 #include "cleaning/CleanWindow.h"
 #include "cleaning/DeleteFolderOperation.h"
 #include "cleaning/FolderUtilities.h"
 #include "cleaning/ItemSizes.h"
+#include "core/ParseFileLog.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "core/UtilityFunctionOfData.h"
@@ -16,9 +18,13 @@
 #include "removal/RemovalRun.h"
 #include "volumes/VolumeNotifications.h"
 
+#include <QDateTime>
+
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <limits>
 #include <utility>
 
 namespace brightsweep {
@@ -38,6 +44,26 @@ constexpr std::array<QString SettingItems::*, 6> categorySettings = {
     &SettingItems::systemCaches, &SettingItems::userCaches, &SettingItems::systemLogs,
     &SettingItems::userLogs,     &SettingItems::userTrash,  &SettingItems::downloads,
 };
+
+constexpr struct {
+    StayReason reason;
+    const char *text;
+} stayedTexts[] = {
+    {StayReason::NeedsRights, QT_TRID_NOOP("STAYED_RIGHTS")},
+    {StayReason::InUse, QT_TRID_NOOP("STAYED_IN_USE")},
+    {StayReason::ReadOnly, QT_TRID_NOOP("STAYED_READ_ONLY")},
+    {StayReason::Other, QT_TRID_NOOP("STAYED_OTHER")},
+};
+
+QString stayedWords(const CleanTally &tally) {
+    QStringList words;
+    for (const auto &text : stayedTexts) {
+        const std::size_t items = tally.stayed[std::size_t(text.reason)];
+        if (items > 0)
+            words += localizedText(text.text, items);
+    }
+    return words.join(QStringLiteral(", "));
+}
 
 std::uint64_t number(const Notification &notification, const char *key) {
     return notification.userInfo.value(QLatin1String(key)).toULongLong();
@@ -201,9 +227,10 @@ void CleanSysController::handleScanFinish(const Notification &notification) {
 void CleanSysController::beginDeleting() {
     // Stopped when the scan had just ended: no operation is left to tell of it.
     if (m_stopped)
-        return report(totalDelSize());
+        return report();
     m_state = State::Deleting;
-    m_queue.addOperation(std::make_shared<DeleteFolderOperation>(foldersArr, m_run));
+    m_removal = std::make_shared<DeleteFolderOperation>(foldersArr, m_run);
+    m_queue.addOperation(m_removal);
     Q_EMIT changed();
 }
 
@@ -241,18 +268,15 @@ void CleanSysController::handleDelFileFailed(const Notification &notification) {
 }
 
 void CleanSysController::handleFinishClean(const Notification &) {
-    m_calls.post([this] {
-        // What was found is reported as cleaned: failures are taken off only where there are none.
-        report(failedCount() == 0 ? totalSize() - failedSize() : totalSize());
-    });
+    m_calls.post([this] { report(); });
 }
 
 void CleanSysController::handleCancelClean(const Notification &) {
-    m_calls.post([this] { report(totalDelSize()); });
+    m_calls.post([this] { report(); });
 }
 
 // A cancel may be told more than once, and only the first counts.
-void CleanSysController::report(std::uint64_t size) {
+void CleanSysController::report() {
     if (m_state == State::Reporting || m_state == State::Closed)
         return;
     unRegisterNotification();
@@ -265,8 +289,23 @@ void CleanSysController::report(std::uint64_t size) {
         const std::lock_guard lock(m_mutex);
         m_progressVal = 100;
     }
+    const CleanTally tally = m_removal ? m_removal->tally() : CleanTally();
+    m_showFixedText = cleanPageTexts::cleanedLine(tally.wentBytes).text;
+    m_stayedWords = stayedWords(tally);
+    record(tally);
     Q_EMIT changed();
-    showCleanFinishBubble(QString::number(fileCount()), UtilityFunction::convertVolSpace(size));
+    showCleanFinishBubble(QString::number(tally.wentItems),
+                          UtilityFunction::convertVolSpace(tally.wentBytes));
+    NotificationCenter::defaultCenter().post(
+        quickCleanEndedNotification, this,
+        {{QStringLiteral("object"), qulonglong(tally.wentItems)}});
+}
+
+void CleanSysController::record(const CleanTally &tally) {
+    constexpr auto most = std::uint64_t(std::numeric_limits<std::int64_t>::max());
+    if (tally.wentBytes > 0)
+        ParseFileLog().setSize(std::int64_t(std::min(tally.wentBytes, most)),
+                               QDateTime::currentDateTime());
 }
 
 void CleanSysController::stopFastClean() {
@@ -290,12 +329,17 @@ void CleanSysController::cancelRun() {
     m_queue.cancelAllOperations();
     // Between two operations, or without a thread to run them, none tells of the end.
     if (m_queue.isIdle())
-        m_calls.post([this] { report(totalDelSize()); });
+        m_calls.post([this] { report(); });
 }
 
 void CleanSysController::showCleanFinishBubble(const QString &count, const QString &cleanSpace) {
-    bubbleViewWith(localizedText("CLEAN_FILES_COUNT") + QLatin1Char(' ') + count,
-                   localizedText("CLEAN_FILES_SIZE") + QLatin1Char(' ') + cleanSpace);
+    const QString counted = localizedText("CLEAN_FILES_COUNT") + QLatin1Char(' ') + count;
+    const QString sized = localizedText("CLEAN_FILES_SIZE") + QLatin1Char(' ') + cleanSpace;
+    // Two lines are all that a bubble has.
+    if (m_stayedWords.isEmpty())
+        bubbleViewWith(counted, sized);
+    else
+        bubbleViewWith(counted + QStringLiteral(", ") + cleanSpace, m_stayedWords);
 }
 
 void CleanSysController::bubbleViewWith(const QString &view, const QString &bView) {
@@ -346,6 +390,8 @@ void CleanSysController::goIfDone() {
 }
 
 QString CleanSysController::curDeleteFile() const {
+    if (m_state == State::Reporting || m_state == State::Closed)
+        return m_stayedWords;
     const std::lock_guard lock(m_mutex);
     return paths::display(m_curDeleteFile);
 }

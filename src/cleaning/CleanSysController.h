@@ -19,11 +19,14 @@
 
 namespace brightsweep {
 
+class DeleteFolderOperation;
 class RemovalRun;
+struct CleanTally;
 struct Notification;
 
 /// The quick clean: it measures the categories that the settings mark as whole, empties them and
-/// reports in a bubble, with no choice in between.
+/// reports in a bubble what went and what stayed, with no choice in between. What went is recorded
+/// as the last clean, and quickCleanEndedNotification is posted.
 ///
 /// Main thread. Its two operations run on a queue of its own, one after the other; what they tell
 /// is heard on that thread, kept under a lock, and shown on the main thread. It hears its own
@@ -64,6 +67,7 @@ public:
     State state() const { return m_state; }
     const std::vector<RemovalRoot> &folders() const { return foldersArr; }
     QString showFixedText() const { return m_showFixedText; }
+    /// The path under way; once the run has ended, what stayed and why.
     QString curDeleteFile() const;
     /// As computed: not a number or infinite where the scan found nothing, and over 100 at times.
     double progressVal() const;
@@ -110,7 +114,8 @@ private:
     void refuse(const QString &words);
     void beginDeleting();
     void cancelRun();
-    void report(std::uint64_t size);
+    void report();
+    void record(const CleanTally &tally);
     void showCleanFinishBubble(const QString &count, const QString &cleanSpace);
     void bubbleViewWith(const QString &view, const QString &bView);
     void timerDeleteBubble();
@@ -120,7 +125,9 @@ private:
     const Delays m_delays;
     State m_state = State::Idle;
     std::vector<RemovalRoot> foldersArr;
-    std::shared_ptr<RemovalRun> m_run; ///< from the start of the scan to the report
+    std::shared_ptr<RemovalRun> m_run;                ///< from the start of the scan to the report
+    std::shared_ptr<DeleteFolderOperation> m_removal; ///< from its start on
+    QString m_stayedWords;
     QString m_showFixedText;
     QTimer m_bubbleTimer;
     QTimer m_closeTimer;

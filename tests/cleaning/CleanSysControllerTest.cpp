@@ -2,6 +2,7 @@
 
 #include "cleaning/CleanNotifications.h"
 #include "cleaning/CleanSysController.h"
+#include "core/ParseFileLog.h"
 #include "core/UtilityObject.h"
 #include "foundation/NotificationCenter.h"
 #include "support/FaultPlatform.h"
@@ -74,7 +75,7 @@ TEST(CleanSysController, WithNothingSelectedItOnlySaysSo) {
     EXPECT_EQ(machine.state(), before);
 }
 
-TEST(CleanSysController, EmptiesTheMarkedCategoriesAndReportsWhatTheScanFound) {
+TEST(CleanSysController, EmptiesTheMarkedCategoriesAndReportsWhatWent) {
     CleanPage::store("010001");
     const test::CleanableMachine machine;
     const auto before = machine.state();
@@ -85,29 +86,48 @@ TEST(CleanSysController, EmptiesTheMarkedCategoriesAndReportsWhatTheScanFound) {
     EXPECT_EQ(test::changes(before, machine.state()), machine.changesOf({1, 5}));
     ASSERT_EQ(clean.bubbles.size(), 1u);
     EXPECT_EQ(clean.widths[0], 280);
-    // Folders count as objects; a link has the size of its text.
-    EXPECT_THAT(clean.bubbles[0], testing::StartsWith("Files cleaned: 11|Space freed: 11."));
+    const std::size_t items = machine.items[1].size() + machine.items[5].size();
+    // A link has the size of its text.
+    EXPECT_THAT(clean.bubbles[0], testing::StartsWith("Items cleaned: " + std::to_string(items) +
+                                                      "|Space freed: 11."));
+    EXPECT_THAT(clean.controller->showFixedText().toStdString(), testing::EndsWith(" is cleaned"));
+    EXPECT_GT(ParseFileLog().getSize(nullptr), 11'000);
     EXPECT_EQ(clean.controller->progressVal(), 100);
     EXPECT_EQ(UtilityObject::getMyObject().liveBubbleCount, 0);
     EXPECT_EQ(UtilityObject::getMyObject().totalBubbleCount, 0);
     EXPECT_EQ(clean.closes, 1);
 }
 
-// The report never takes off what failed.
-TEST(CleanSysController, ReportsTheScannedSizeAlsoWhenAllFails) {
+TEST(CleanSysController, TellsWhatStayedAndWhy) {
+    const struct {
+        std::errc error;
+        const char *stuck; // "" for all
+        const char *bubble;
+    } rows[] = {
+        {std::errc::permission_denied, "",
+         "Items cleaned: 0, 0.00 KB|2 items need administrator rights"},
+        {std::errc::read_only_file_system, "",
+         "Items cleaned: 0, 0.00 KB|2 items are on a "
+         "read-only volume"},
+        {std::errc::device_or_resource_busy, "folder",
+         "Items cleaned: 1, 9.00 KB|1 item is in use"},
+    };
     CleanPage::store("000001");
     const test::CleanableMachine machine;
-    const auto before = machine.state();
     test::FaultPlatform fault;
-    fault.setFault([](std::string_view call, const std::filesystem::path &) {
-        return call == "removeItem" ? std::make_error_code(std::errc::permission_denied)
-                                    : std::error_code();
-    });
-    QuickClean clean;
-    clean.run();
-    EXPECT_EQ(machine.state(), before);
-    EXPECT_GT(clean.controller->failedCount(), 0u);
-    EXPECT_EQ(clean.bubbles[0], "Files cleaned: 3|Space freed: 9.00 KB");
+    for (const auto &row : rows) {
+        fault.setFault([&](std::string_view call, const std::filesystem::path &path) {
+            return call == "removeItem" && (!*row.stuck || path.filename() == row.stuck)
+                       ? std::make_error_code(row.error)
+                       : std::error_code();
+        });
+        QuickClean clean;
+        clean.run();
+        EXPECT_GT(clean.controller->failedCount(), 0u);
+        EXPECT_EQ(clean.bubbles[0], row.bubble);
+        EXPECT_TRUE(clean.bubbles[0].ends_with(clean.controller->curDeleteFile().toStdString()));
+        EXPECT_EQ(ParseFileLog().getSize(nullptr), *row.stuck ? 9'000 : 0);
+    }
 }
 
 TEST(CleanSysController, ASizeOfNothingGivesAnEndlessFigureAndAFullBar) {
@@ -203,7 +223,7 @@ TEST(CleanSysController, AStoppedOneDoesNotDisturbTheNext) {
     release = true;
     test::waitUntil([&] { return second.closes > 0; });
     EXPECT_EQ(test::changes(before, machine.state()), machine.changesOf({5}));
-    EXPECT_EQ(second.bubbles[0], "Files cleaned: 3|Space freed: 9.00 KB");
+    EXPECT_EQ(second.bubbles[0], "Items cleaned: 2|Space freed: 9.00 KB");
     test::waitUntil([&] { return first.controller.isNull(); });
     EXPECT_EQ(second.closes, 1);
     NotificationCenter::defaultCenter().removeObserver(&context);
