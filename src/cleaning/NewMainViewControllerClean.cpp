@@ -253,7 +253,8 @@ void NewMainViewController::recordHistory() {
     for (const unsigned index : scanObjsArr)
         went = addSaturating(went, tableControllers[index]->cleanSize());
     constexpr auto most = std::uint64_t(std::numeric_limits<std::int64_t>::max());
-    ParseFileLog().setSize(std::int64_t(std::min(went, most)), QDateTime::currentDateTime());
+    if (went > 0)
+        ParseFileLog().setSize(std::int64_t(std::min(went, most)), QDateTime::currentDateTime());
     readHistory();
     m_outcome = CleanOutcome::Cleaned;
     const QString freeAfter = postStartupVolume();

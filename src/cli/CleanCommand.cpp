@@ -156,7 +156,10 @@ int refused(Output &output) {
     return RightsRefused;
 }
 
+// A clean that freed nothing leaves the record of the one before.
 void recordHistory(std::uint64_t bytes) {
+    if (bytes == 0)
+        return;
     constexpr auto most = std::uint64_t(std::numeric_limits<std::int64_t>::max());
     ParseFileLog().setSize(std::int64_t(std::min(bytes, most)), QDateTime::currentDateTime());
 }

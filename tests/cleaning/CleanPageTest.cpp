@@ -217,6 +217,7 @@ TEST(CleanPage, ACleanOfNothingTickedSaysSo) {
     CleanPage at;
     at.scan();
     const auto before = at.machine.state();
+    ParseFileLog().setSize(5, QDateTime::currentDateTime());
     at.page.cleanButtonActionInfo();
     at.waitFor(State::Results);
     EXPECT_EQ(at.line(), "0.00 KB is cleaned");
@@ -228,6 +229,51 @@ TEST(CleanPage, ACleanOfNothingTickedSaysSo) {
 struct FailureCase {
     const char *name;
     const char *stored;
+    EXPECT_EQ(recorded(), 5) << "that of the clean before";
+}
+
+TEST(CleanPage, TheLeftListShowsWhatIsCountedAndAClickDoesTheOpposite) {
+    CleanPage::store("010000");
+    CleanPage at;
+    CustomTableView &left = at.page.customTableView();
+    const auto box = [&](int row) {
+        return left.index(row, 0).data(CustomTableView::CheckImageRole).toString().toStdString();
+    };
+    at.page.clickScanBtn();
+    left.checkBoxClicked(2);
+    at.page.row(3).checkBoxAction();
+    at.waitFor(State::Results);
+    EXPECT_EQ(CleanPage::stored(), "010000") << "nothing is stored while a scan runs";
+    EXPECT_EQ(box(2), "option_yes.png");
+    CategoryListModel &list = at.page.list(1);
+    list.setData(list.index(0, 0), {}, Qt::CheckStateRole);
+    const std::size_t rows = at.machine.items[1].size();
+    for (const auto &[image, stored, ticked] : {std::tuple{"option_a.png", "020000", rows - 1},
+                                                {"option_no.png", "000000", 0},
+                                                {"option_yes.png", "010000", rows}}) {
+        EXPECT_EQ(box(2), image);
+        EXPECT_EQ(CleanPage::stored(), stored);
+        EXPECT_EQ(at.page.selectCount2Clean(), ticked);
+        EXPECT_EQ(at.page.row(1).isTicked(), ticked > 0);
+        left.checkBoxClicked(2);
+    }
+}
+
+TEST(CleanPage, AQuickCleanMakesTheListOutOfDate) {
+    CleanPage at;
+    const auto ends = [](int items) {
+        NotificationCenter::defaultCenter().post(QStringLiteral("quickCleanEnded"), nullptr,
+                                                 {{QStringLiteral("object"), items}});
+    };
+    ends(1);
+    EXPECT_FALSE(at.page.isOutdated()) << "there is no list yet";
+    at.scan();
+    ends(0);
+    EXPECT_FALSE(at.page.isOutdated());
+    ends(1);
+    EXPECT_TRUE(at.page.isOutdated());
+    at.scan();
+    EXPECT_FALSE(at.page.isOutdated());
     const char *stuck; // the name of the item that cannot go
     int row;           // 0: a clean of all
     bool alert;
