@@ -10,6 +10,7 @@
     <message id="CANNOT_OPEN_FINDER"><translation>Dieser Datenträger lässt sich nicht in der Dateiverwaltung öffnen.</translation></message>
     <message id="CLEAN_FILES_COUNT"><translation>Bereinigte Objekte:</translation></message>
     <message id="CLEAN_FILES_SIZE"><translation>Freigegebener Platz:</translation></message>
+    <message id="CLEAN_OUTDATED"><translation>Seit dieser Suche hat eine Schnellreinigung Objekte entfernt.</translation></message>
     <message id="CLOSE"><translation>Schließen</translation></message>
     <message id="DESC_CLEAN_DOWNLOADS"><translation>Alles in Ihrem Download-Ordner. Sehen Sie ihn vorher durch: Es sind Ihre eigenen Dateien.</translation></message>
     <message id="DESC_CLEAN_SYS_CACHES"><translation>Pakete und Daten, die das System aufhebt, um sie nicht noch einmal herunterladen oder berechnen zu müssen. Bei Bedarf holt oder erzeugt es sie neu.</translation></message>
@@ -50,11 +51,11 @@
     <message id="ROW_WARNS"><translation>Knapp</translation></message>
     <message id="SHOW_LOG"><translation>Protokoll zeigen</translation></message>
     <message id="SHOW_VOLUMES"><translation>Datenträger zeigen</translation></message>
-    <message id="SUPER_DRIVER"><translation>Optische Laufwerke</translation></message>
     <message id="STAYED_IN_USE" numerus="yes"><translation><numerusform>%n Objekt wird benutzt</numerusform><numerusform>%n Objekte werden benutzt</numerusform></translation></message>
     <message id="STAYED_OTHER" numerus="yes"><translation><numerusform>%n Objekt ließ sich nicht entfernen</numerusform><numerusform>%n Objekte ließen sich nicht entfernen</numerusform></translation></message>
     <message id="STAYED_READ_ONLY" numerus="yes"><translation><numerusform>%n Objekt liegt auf einem schreibgeschützten Datenträger</numerusform><numerusform>%n Objekte liegen auf einem schreibgeschützten Datenträger</numerusform></translation></message>
     <message id="STAYED_RIGHTS" numerus="yes"><translation><numerusform>%n Objekt braucht Administratorrechte</numerusform><numerusform>%n Objekte brauchen Administratorrechte</numerusform></translation></message>
+    <message id="SUPER_DRIVER"><translation>Optische Laufwerke</translation></message>
     <message id="TITLE_CLEAN_DOWNLOADS"><translation>Downloads</translation></message>
     <message id="TITLE_CLEAN_SYS_CACHES"><translation>System-Caches</translation></message>
     <message id="TITLE_CLEAN_SYS_LOGS"><translation>Systemprotokolle</translation></message>

@@ -10,6 +10,7 @@
     <message id="CANNOT_OPEN_FINDER"><translation>This volume cannot be opened in the file manager.</translation></message>
     <message id="CLEAN_FILES_COUNT"><translation>Items cleaned:</translation></message>
     <message id="CLEAN_FILES_SIZE"><translation>Space freed:</translation></message>
+    <message id="CLEAN_OUTDATED"><translation>A quick clean has removed items since this scan.</translation></message>
     <message id="CLOSE"><translation>Close</translation></message>
     <message id="DESC_CLEAN_DOWNLOADS"><translation>Everything in your downloads folder. Look through it first: these are your own files.</translation></message>
     <message id="DESC_CLEAN_SYS_CACHES"><translation>Packages and data that the system keeps to save a second download or computation. It fetches or makes them anew when they are needed.</translation></message>
@@ -50,11 +51,11 @@
     <message id="ROW_WARNS"><translation>Low</translation></message>
     <message id="SHOW_LOG"><translation>Show Log</translation></message>
     <message id="SHOW_VOLUMES"><translation>Show Volumes</translation></message>
-    <message id="SUPER_DRIVER"><translation>Optical Drives</translation></message>
     <message id="STAYED_IN_USE" numerus="yes"><translation><numerusform>%n item is in use</numerusform><numerusform>%n items are in use</numerusform></translation></message>
     <message id="STAYED_OTHER" numerus="yes"><translation><numerusform>%n item could not be removed</numerusform><numerusform>%n items could not be removed</numerusform></translation></message>
     <message id="STAYED_READ_ONLY" numerus="yes"><translation><numerusform>%n item is on a read-only volume</numerusform><numerusform>%n items are on a read-only volume</numerusform></translation></message>
     <message id="STAYED_RIGHTS" numerus="yes"><translation><numerusform>%n item needs administrator rights</numerusform><numerusform>%n items need administrator rights</numerusform></translation></message>
+    <message id="SUPER_DRIVER"><translation>Optical Drives</translation></message>
     <message id="TITLE_CLEAN_DOWNLOADS"><translation>User Downloads</translation></message>
     <message id="TITLE_CLEAN_SYS_CACHES"><translation>System Caches</translation></message>
     <message id="TITLE_CLEAN_SYS_LOGS"><translation>System Logs</translation></message>

@@ -10,6 +10,7 @@
     <message id="CANNOT_OPEN_FINDER"><translation>无法在文件管理器中打开此卷。</translation></message>
     <message id="CLEAN_FILES_COUNT"><translation>已清理的项目：</translation></message>
     <message id="CLEAN_FILES_SIZE"><translation>已释放的空间：</translation></message>
+    <message id="CLEAN_OUTDATED"><translation>自此次扫描以来，快速清理已移除了一些项目。</translation></message>
     <message id="CLOSE"><translation>关闭</translation></message>
     <message id="DESC_CLEAN_DOWNLOADS"><translation>下载文件夹中的所有内容。请先查看：这些是您自己的文件。</translation></message>
     <message id="DESC_CLEAN_SYS_CACHES"><translation>系统为避免再次下载或计算而保留的软件包和数据。需要时系统会重新获取或生成。</translation></message>
@@ -50,11 +51,11 @@
     <message id="ROW_WARNS"><translation>不足</translation></message>
     <message id="SHOW_LOG"><translation>显示日志</translation></message>
     <message id="SHOW_VOLUMES"><translation>显示卷</translation></message>
-    <message id="SUPER_DRIVER"><translation>光驱</translation></message>
     <message id="STAYED_IN_USE" numerus="yes"><translation><numerusform>%n 个项目正在使用</numerusform></translation></message>
     <message id="STAYED_OTHER" numerus="yes"><translation><numerusform>%n 个项目无法移除</numerusform></translation></message>
     <message id="STAYED_READ_ONLY" numerus="yes"><translation><numerusform>%n 个项目位于只读卷上</numerusform></translation></message>
     <message id="STAYED_RIGHTS" numerus="yes"><translation><numerusform>%n 个项目需要管理员权限</numerusform></translation></message>
+    <message id="SUPER_DRIVER"><translation>光驱</translation></message>
     <message id="TITLE_CLEAN_DOWNLOADS"><translation>用户下载</translation></message>
     <message id="TITLE_CLEAN_SYS_CACHES"><translation>系统缓存</translation></message>
     <message id="TITLE_CLEAN_SYS_LOGS"><translation>系统日志</translation></message>

@@ -74,6 +74,7 @@ NewMainViewController::NewMainViewController(Surroundings surroundings, QObject 
     observe(scanItemGetScanBtnNotification, &NewMainViewController::scanItemGetScanBtn);
     observe(FreeTotleArrNotification, &NewMainViewController::GetFreeTotleArr);
     observe(refNewTableViewSizeLabelNotification, &NewMainViewController::refNewTableViewSizeLabel);
+    observe(quickCleanEndedNotification, &NewMainViewController::quickCleanEnded);
     readHistory();
     postStartupVolume();
 }
@@ -158,6 +159,7 @@ void NewMainViewController::scanButtonAction() {
     m_outcome = CleanOutcome::None;
     m_controls.cleanButton = {false, m_controls.cleanButton.hidden, disabledCleanImage};
     m_controls.scanButton.image = QStringLiteral("back_index.png");
+    m_isOutdated = false;
     m_controls.stopScanBtn = {};
     m_controls.freeSpaceLine.clear();
     scanObjsArr.clear();
@@ -355,6 +357,16 @@ void NewMainViewController::shouldSelectRowWithArray(int row) {
     m_selectRowNum = row;
     if (row == 0)
         readHistory(); // another process may have cleaned
+void NewMainViewController::quickCleanEnded(const Notification &notification) {
+    readHistory();
+    Q_EMIT headingChanged();
+    // Before the first scan there is no list.
+    if (m_isFirstComeIn || notification.userInfo.value(object).toULongLong() == 0)
+        return;
+    m_isOutdated = true;
+    Q_EMIT controlsChanged();
+}
+
     m_parts = {row};
     m_parts.v3MainView = row == 0;
     const bool isCategory = row >= 1 && row <= int(categoryCount);

@@ -73,6 +73,8 @@ public:
     CleanOutcome outcome() const { return m_outcome; }
     /// True once a scan was stopped: no later one of this process finds anything.
     bool needsRestart() const { return m_needsRestart; }
+    /// A quick clean has removed something since the scan that is on show, or under way.
+    bool isOutdated() const { return m_isOutdated; }
     V3MainListView &row(unsigned category) { return *allNewViewArr[category]; }
     CategoryListModel &list(unsigned category) { return *m_lists[category]; }
     CustomTableView &customTableView() { return *m_customTableView; }
@@ -147,6 +149,7 @@ private:
     void scanItemGetScanBtn(const Notification &notification);
     void GetFreeTotleArr(const Notification &notification);
     void refNewTableViewSizeLabel(const Notification &notification);
+    void quickCleanEnded(const Notification &notification);
 
     void v3MainViewInfo();
     void setState(State state);
@@ -218,6 +221,7 @@ private:
     bool m_isCleanFinshed = true;
     bool m_isOneCleanButton = false;
     bool m_needsRestart = false;
+    bool m_isOutdated = false;
 };
 
 } // namespace brightsweep

@@ -9,6 +9,7 @@
 #include "cleaning/ui/OverviewList.h"
 #include "cleaning/ui/ResultView.h"
 #include "cleaning/ui/StyledLabel.h"
+#include "core/Texts.h"
 #include "ui/ImageProvider.h"
 #include "ui/ImageView.h"
 #include "ui/Theme.h"
@@ -169,13 +170,19 @@ QWidget *CleanResultsPanel::makeNotice() {
     notice->setProperty("card", true);
     auto *const row = new QHBoxLayout(notice);
     row->setContentsMargins(3 * theme::grid, theme::grid, 2 * theme::grid, theme::grid);
-    auto *const words = new QLabel(QLatin1String(cleanPageTexts::restartText), notice);
-    words->setWordWrap(true);
-    row->addWidget(words, 1);
-    auto *const restart = new QPushButton(QStringLiteral("Restart"), notice);
-    restart->setObjectName(QStringLiteral("clean.restart"));
-    connect(restart, &QPushButton::clicked, &m_controller, &NewMainViewController::restart);
-    row->addWidget(restart);
+    m_noticeWords = new QLabel(notice);
+    m_noticeWords->setObjectName(QStringLiteral("clean.notice"));
+    m_noticeWords->setWordWrap(true);
+    row->addWidget(m_noticeWords, 1);
+    m_noticeAct = new QPushButton(notice);
+    m_noticeAct->setObjectName(QStringLiteral("clean.restart"));
+    connect(m_noticeAct, &QPushButton::clicked, this, [this] {
+        if (m_controller.needsRestart())
+            m_controller.restart();
+        else
+            m_controller.clickScanBtn();
+    });
+    row->addWidget(m_noticeAct);
     m_notice = notice;
     return notice;
 }
@@ -417,13 +424,22 @@ void CleanResultsPanel::followParts() {
         followOutcome();
     }
     m_filter->setVisible(page == m_outline);
-    m_notice->setVisible(m_controller.needsRestart() && page != m_outcome);
+    followNotice(page);
     if (m_box->currentWidget() == page)
         return;
     const bool hadFocus = m_box->isAncestorOf(focusWidget());
     m_box->setCurrentWidget(page);
     if (hadFocus)
         page->setFocus();
+void CleanResultsPanel::followNotice(const QWidget *page) {
+    const bool restarts = m_controller.needsRestart();
+    m_noticeWords->setText(restarts ? QString(QLatin1String(cleanPageTexts::restartText))
+                                    : localizedText("CLEAN_OUTDATED"));
+    m_noticeAct->setText(restarts ? QStringLiteral("Restart") : QStringLiteral("Scan"));
+    m_noticeAct->setEnabled(m_controller.state() == NewMainViewController::State::Results);
+    m_notice->setVisible(restarts ? page != m_outcome : m_controller.isOutdated());
+}
+
 }
 
 void CleanResultsPanel::followOutcome() {
@@ -439,6 +455,7 @@ void CleanResultsPanel::followOutcome() {
     m_outcomeAct->setText(isStopped ? QStringLiteral("Restart") : QStringLiteral("Back"));
 }
 
+    followNotice(m_box->currentWidget());
 void CleanResultsPanel::followControls() {
     const CleanPageControls &controls = m_controller.controls();
     const auto show = [](QPushButton *button, const CleanPageControls::Button &state) {

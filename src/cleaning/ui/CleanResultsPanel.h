@@ -55,6 +55,7 @@ private:
     void followParts();
     void followControls();
     void followOutcome();
+    void followNotice(const QWidget *page);
     void expandFirst();
     void flyToTrash(const QVariant &icon, const QModelIndex &from);
     void askDownloads();
@@ -69,6 +70,8 @@ private:
     StyledLabel *m_description;
     QLineEdit *m_filter;
     QWidget *m_notice;
+    QLabel *m_noticeWords;
+    QPushButton *m_noticeAct;
     HiddenTicksNotice *m_hiddenTicks;
     QTimer *m_filterSettled;
     QStackedWidget *m_box;
