@@ -27,8 +27,12 @@ void postCount(const QVariant &object, const QVariantMap &more = {}) {
 
 } // namespace
 
-CategoryListModel::CategoryListModel(ScanViewController &controller, QObject *parent)
-    : QAbstractTableModel(parent), m_controller(controller), m_rows(int(controller.rowCount())) {}
+CategoryListModel::CategoryListModel(ScanViewController &controller, unsigned category,
+                                     QObject *parent)
+    : QAbstractTableModel(parent),
+      m_controller(controller),
+      m_rows(int(controller.rowCount())),
+      aTag(category) {}
 
 void CategoryListModel::reload() {
     const int rows = int(m_controller.rowCount());
@@ -39,6 +43,10 @@ void CategoryListModel::reload() {
     } else if (rows > 0) {
         Q_EMIT dataChanged(index(0, 0), index(rows - 1, columns - 1));
     }
+    // A clean may have taken the ticked rows away, or all of them.
+    const ScanViewController::Counts counts = m_controller.counts();
+    if (m_selectButton && (counts.rows == 0 || counts.ticked < counts.rows))
+        setSelectButton(false);
 }
 
 int CategoryListModel::CellClick(int row, int state) {
@@ -49,7 +57,7 @@ int CategoryListModel::CellClick(int row, int state) {
         selectedRowInFastCleanNotification, nullptr,
         {{QStringLiteral("object"), row},
          {QStringLiteral("isSelect"), isSlected},
-         {QStringLiteral("iconImage"), item ? item->icon : QString()}});
+         {QStringLiteral("iconImage"), item ? paths::toVariant(item->path) : QVariant()}});
     NSLog("CellClick=%d", row);
     return 0;
 }
@@ -68,6 +76,9 @@ void CategoryListModel::setTicked(const QModelIndexList &rows, bool ticked) {
     isSlected = ticked;
     getSelectAllOrNull();
     reload();
+    // One flight for all of them.
+    if (ticked)
+        CellClick(rows.constFirst().row(), 1);
     postCount(ticked);
 }
 
@@ -100,7 +111,7 @@ void CategoryListModel::selectAll(bool ticked) {
     const bool isSo = counts.ticked == (ticked ? counts.rows : 0);
     if (!isSo)
         m_controller.selectAll(ticked);
-    setSelectButton(ticked);
+    setSelectButton(ticked && counts.rows > 0);
     if (!isSo || int(counts.rows) != m_rows)
         reload();
 }
@@ -109,11 +120,12 @@ void CategoryListModel::getSelectAllOrNull() {
     const ScanViewController::Counts counts = m_controller.counts();
     const bool all = counts.rows > 0 && counts.ticked == counts.rows;
     setSelectButton(all);
-    changeCheckBoxInUserDefaultsWithNumber(all ? 1 : counts.ticked > 0 ? 2 : 0);
+    if (counts.rows > 0)
+        changeCheckBoxInUserDefaultsWithNumber(all ? 1 : counts.ticked > 0 ? 2 : 0);
 }
 
 void CategoryListModel::changeCheckBoxInUserDefaultsWithNumber(int number) {
-    PreferenceViewController::setCategoryClicked(unsigned(aTag), number);
+    PreferenceViewController::setCategoryClicked(aTag, number);
 }
 
 void CategoryListModel::setSelectButton(bool on) {
@@ -194,6 +206,8 @@ bool CategoryListModel::setData(const QModelIndex &index, const QVariant &, int 
     m_controller.setSelected(std::size_t(index.row()), isSlected);
     getSelectAllOrNull();
     Q_EMIT dataChanged(index, index);
+    if (isSlected)
+        CellClick(index.row(), 1);
     postCount(isSlected);
     return true;
 }

@@ -27,15 +27,16 @@ public:
         IsDirectoryRole, ///< as the scan found it
     };
 
-    explicit CategoryListModel(ScanViewController &controller, QObject *parent = nullptr);
+    /// The category is the one whose state the list writes.
+    CategoryListModel(ScanViewController &controller, unsigned category, QObject *parent = nullptr);
 
     /// The controller's rows, or their ticks, are other ones now.
     void reload();
     /// While false no tick and no other order is taken.
     void setEnabled(bool enabled) { m_enabled = enabled; }
 
-    /// A click into the column of ticks; the reply is the cell's new state. Only a cell that was on
-    /// posts selectedRowInFastCleanNotification.
+    /// A cell of the column of ticks in that state; the reply is the cell's new one. Only a cell
+    /// that is on posts selectedRowInFastCleanNotification, for the flight into the trash.
     int CellClick(int row, int state);
     /// Opens the folder that holds the item; of a plain folder the folder itself.
     bool openFinder(int row);
@@ -47,9 +48,8 @@ public:
     void cleanShowSelectNumInBottom(bool state);
     void setAllCheckBoxSelect();
     void setNoCheckBoxSelect();
-    /// Counts the ticked rows, sets the header's box and writes the state. The write goes to the
-    /// setting of the system caches, whichever list this is; the page puts all six right when it
-    /// counts the next time.
+    /// Counts the ticked rows, sets the header's box and writes the state of the category; that of
+    /// an empty list stays.
     void getSelectAllOrNull();
     void changeCheckBoxInUserDefaultsWithNumber(int number);
     /// The row that stands out.
@@ -77,7 +77,7 @@ private:
     ScanViewController &m_controller;
     int m_rows = 0;
     int m_selectRowNum = -1;
-    int aTag = 0; // never another
+    const unsigned aTag; // the category
     bool m_selectButton = false;
     bool m_enabled = true;
     bool isSlected = false;

@@ -72,18 +72,25 @@ void CleanSelection::tickAll(unsigned category, bool ticked) {
         m_lists[category]->setNoCheckBoxSelect();
 }
 
-std::array<int, 6> CleanSelection::store(bool keepEmpty) {
+int CleanSelection::stateOf(unsigned category) const {
+    const Counts one = counts(category);
+    if (one.total == 0)
+        return int(storedSelection(category));
+    return one.selected == one.total ? 1 : one.selected > 0 ? 2 : 0;
+}
+
+std::array<int, 6> CleanSelection::store() {
     std::array<int, 6> states{};
     for (unsigned category = 0; category < m_controllers.size(); ++category) {
         const Counts one = counts(category);
-        if (keepEmpty && one.total == 0) {
-            states[category] = getDefaultsValue()[category].toInt();
+        // One that a clean has emptied or a scan did not reach is no choice of the user's.
+        if (one.total == 0) {
+            states[category] = int(storedSelection(category));
             continue;
         }
-        const bool all = one.total > 0 && one.selected == one.total;
-        states[category] = all ? 1 : one.selected > 0 ? 2 : 0;
+        states[category] = stateOf(category);
         if (states[category] != 2)
-            tickAll(category, all);
+            tickAll(category, states[category] == 1);
         changeCheckBoxInUserDefaults(category, states[category]);
     }
     return states;

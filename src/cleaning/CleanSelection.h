@@ -40,9 +40,10 @@ public:
     void applyStored();
     /// All or none of a category's rows.
     void tickAll(unsigned category, bool ticked);
-    /// Stores the state that the ticks of each category come to. One without rows has none, unless
-    /// such are to keep what is stored. Gives the states.
-    std::array<int, 6> store(bool keepEmpty);
+    /// 0 none, 1 all, 2 part, as counted; of a category without rows what is stored.
+    int stateOf(unsigned category) const;
+    /// Stores the state of each category that has rows. Gives the states of all.
+    std::array<int, 6> store();
 
 private:
     std::vector<ScanViewController *> m_controllers;

@@ -30,8 +30,10 @@ constexpr int wrapsTo = 50;
 constexpr int mostProgress = 100;
 constexpr int updatesPerReload = 100;
 
-QString tickImage(bool ticked) {
-    return QLatin1String(checkImage(ticked ? Qt::Checked : Qt::Unchecked));
+QString tickImage(int state) {
+    return QLatin1String(checkImage(state == 0   ? Qt::Unchecked
+                                    : state == 2 ? Qt::PartiallyChecked
+                                                 : Qt::Checked));
 }
 
 QString progressBar(int percent) {
@@ -56,7 +58,7 @@ CustomTableView::CustomTableView(QObject *parent)
         cell.titleName = getLeftCellTitle(row);
         cell.iconImage = QLatin1String(iconArr[std::size_t(row)]);
         if (row > 0)
-            cell.checkBoxImage = tickImage(m_selectArray[row - 1] != QLatin1String("0"));
+            cell.checkBoxImage = tickImage(m_selectArray[row - 1].toInt());
     }
     NotificationCenter::defaultCenter().addObserver(
         this, changeCheckBoxNotification, [this](const Notification &notification) {
@@ -98,7 +100,7 @@ QString CustomTableView::getTotalSizeImage() const {
 }
 
 bool CustomTableView::shouldSelectRow(int row) {
-    if (row == refusedRow)
+    if (row == refusedRow || !m_rowsEnabled)
         return false;
     m_clickRow = row;
     PreferenceViewController::setLastClickRow(row);
@@ -110,23 +112,38 @@ bool CustomTableView::shouldSelectRow(int row) {
 }
 
 void CustomTableView::checkBoxClicked(int tag) {
-    if (tag < 1 || tag > int(categoryCount))
+    if (tag < 1 || tag > int(categoryCount) || !m_ticksEnabled)
         return;
     const bool state = storedSelection(unsigned(tag - 1)) != 0;
+    // Stored first, so that whoever hears of it reads what it is now.
+    PreferenceViewController::setCategoryClicked(unsigned(tag - 1), state ? 0 : 1);
     NotificationCenter::defaultCenter().post(
         changeCheckBoxNotification, nullptr,
         {{QStringLiteral("tag"), tag}, {QStringLiteral("flag"), state}});
-    PreferenceViewController::setCategoryClicked(unsigned(tag - 1), state ? 0 : 1);
 }
 
 void CustomTableView::changeCheckBox(bool flag, int tag) {
     if (tag < 1 || tag > int(categoryCount))
         return;
-    dataArr[std::size_t(tag)].checkBoxImage = tickImage(!flag);
+    dataArr[std::size_t(tag)].checkBoxImage = tickImage(flag ? 0 : 1);
     m_selectArray[tag - 1] = flag ? QStringLiteral("0") : QStringLiteral("1");
-    NotificationCenter::defaultCenter().post(updateSelectNumberNotification, nullptr,
-                                             {{QStringLiteral("object"), m_selectArray}});
+    NotificationCenter::defaultCenter().post(
+        updateSelectNumberNotification, nullptr,
+        {{QStringLiteral("object"), m_selectArray}, {QStringLiteral("rowNum"), tag - 1}});
     reload();
+}
+
+void CustomTableView::showStates(const std::array<int, 6> &states) {
+    bool isOther = false;
+    for (std::size_t category = 0; category < states.size(); ++category) {
+        QString &image = dataArr[category + 1].checkBoxImage;
+        const QString now = tickImage(states[category]);
+        isOther = isOther || image != now;
+        image = now;
+        m_selectArray[qsizetype(category)] = QString::number(states[category]);
+    }
+    if (isOther)
+        reload();
 }
 
 void CustomTableView::setProImageNum(int number) {

@@ -38,10 +38,18 @@ public:
     QString getTotalSize() const;
     /// The image of the share of the ticked sizes that has gone.
     QString getTotalSizeImage() const;
-    /// False for row 7, which leads nowhere. Any other row posts "shouldSelectRow".
+    /// False for row 7, which leads nowhere, and while rows are not enabled. Any other row posts
+    /// "shouldSelectRow".
     bool shouldSelectRow(int row);
-    /// A click on the check box of row 1 to 6.
+    /// A click on the check box of row 1 to 6: stores the opposite state, a part becoming none, and
+    /// posts "changeCheckBox".
     void checkBoxClicked(int tag);
+    /// What the ticks of the categories come to: 0 none, 1 all, 2 part.
+    void showStates(const std::array<int, 6> &states);
+    /// While false no other row is taken; during a clean.
+    void setRowsEnabled(bool enabled) { m_rowsEnabled = enabled; }
+    /// While false no click on a check box is taken.
+    void setTicksEnabled(bool enabled) { m_ticksEnabled = enabled; }
     /// Hears "changeCheckBox": the state before the click, and the row.
     void changeCheckBox(bool flag, int tag);
 
@@ -73,6 +81,8 @@ private:
     int m_clickRow = 0;
     int m_updates = 0;
     bool m_isCleanInfo = false;
+    bool m_rowsEnabled = true;
+    bool m_ticksEnabled = true;
 };
 
 } // namespace brightsweep

@@ -51,7 +51,7 @@ NewMainViewController::NewMainViewController(Surroundings surroundings, QObject 
                 &NewMainViewController::scanFinished);
         connect(controller.get(), &ScanViewController::cleanFinishedChanged, this,
                 &NewMainViewController::cleanFinished);
-        m_lists.push_back(std::make_unique<CategoryListModel>(*controller));
+        m_lists.push_back(std::make_unique<CategoryListModel>(*controller, index));
         tableControllers.push_back(std::move(controller));
     }
     m_selection = std::make_unique<CleanSelection>(pointers(tableControllers), pointers(m_lists));
@@ -156,10 +156,12 @@ void NewMainViewController::scanButtonAction() {
         return;
     }
     setState(State::Scanning);
+    // Nothing is stored of rows that are still coming.
+    setTicksEnabled(false);
     m_outcome = CleanOutcome::None;
+    m_isOutdated = false;
     m_controls.cleanButton = {false, m_controls.cleanButton.hidden, disabledCleanImage};
     m_controls.scanButton.image = QStringLiteral("back_index.png");
-    m_isOutdated = false;
     m_controls.stopScanBtn = {};
     m_controls.freeSpaceLine.clear();
     scanObjsArr.clear();
@@ -228,6 +230,7 @@ void NewMainViewController::endScan() {
     for (unsigned index = 0; index < categoryCount; ++index)
         allNewViewArr[index]->refCheckBoxInMainView(m_selection->selectArray()[index].toInt());
     const bool stopped = m_state == State::Stopping;
+    setTicksEnabled(true);
     setState(State::Results);
     m_controls.scanButton.enabled = true;
     m_outline->constructTree();
@@ -269,8 +272,7 @@ void NewMainViewController::setCleanButtonState() {
 void NewMainViewController::cleanShowSelectNumCommAction() {
     const bool scanning = m_state == State::Scanning || m_state == State::Stopping;
     if (!m_isFirstComeIn && !scanning && m_isCleanFinshed) {
-        // What a stopped scan did not reach is no choice of the user's.
-        const auto states = m_selection->store(m_needsRestart);
+        const auto states = m_selection->store();
         for (unsigned index = 0; index < categoryCount; ++index)
             allNewViewArr[index]->refCheckBoxInMainView(states[index]);
     }
@@ -284,6 +286,10 @@ void NewMainViewController::refreshCounters() {
     m_allSelectTotalSize = all.bytes;
     m_controls.trashFileNumTF = QString::number(all.selected);
     m_controls.allSelect = m_outline->allSelectState();
+    std::array<int, 6> states{};
+    for (unsigned index = 0; index < categoryCount; ++index)
+        states[index] = m_selection->stateOf(index);
+    m_customTableView->showStates(states);
     setCleanButtonEnabled(free && all.selected >= 1);
     CleanSelection::Counts shown = all;
     if (m_selectRowNum >= 1 && m_selectRowNum <= int(categoryCount)) {
@@ -307,13 +313,18 @@ void NewMainViewController::updateSelectNumber(const Notification &notification)
         return;
     m_selection->reload();
     m_controls.scanButton.enabled = true;
-    const QVariant row =
-        notification.userInfo.value(object).toMap().value(QStringLiteral("rowNum"));
+    // The overview's rows name the category in the object, the left list beside it.
+    const QString rowNum = QStringLiteral("rowNum");
+    const QVariant row = notification.userInfo.value(object).toMap().value(
+        rowNum, notification.userInfo.value(rowNum));
     const unsigned index = row.toUInt();
-    if (row.isValid() && index < categoryCount)
-        m_selection->tickAll(index, m_selection->selectArray()[index].toInt() >= 1);
-    else
+    if (row.isValid() && index < categoryCount) {
+        const int state = m_selection->selectArray()[index].toInt();
+        m_selection->tickAll(index, state >= 1);
+        allNewViewArr[index]->refCheckBoxInMainView(state);
+    } else {
         NSLog("There is no row to select in this notification");
+    }
     setCleanButtonEnabled(m_selection->returnSelectNum() >= 1);
     NotificationCenter::defaultCenter().post(cleanShowSelectNumInBottomNotification);
 }
@@ -330,7 +341,11 @@ void NewMainViewController::cleanShowSelectNumInBottom(const Notification &notif
 }
 
 void NewMainViewController::callBackCheckBoxClick(const Notification &notification) {
-    Q_EMIT flyToTrash(notification.userInfo.value(QStringLiteral("iconImage")), QModelIndex());
+    const int row = notification.userInfo.value(object).toInt();
+    const bool isCategory = m_selectRowNum >= 1 && m_selectRowNum <= int(categoryCount);
+    Q_EMIT flyToTrash(notification.userInfo.value(QStringLiteral("iconImage")),
+                      isCategory ? m_lists[std::size_t(m_selectRowNum - 1)]->index(row, 0)
+                                 : QModelIndex());
 }
 
 void NewMainViewController::refNewTableViewSizeLabel(const Notification &notification) {
@@ -340,6 +355,16 @@ void NewMainViewController::refNewTableViewSizeLabel(const Notification &notific
     const unsigned index = row.toUInt(&isNumber);
     if (isNumber && index < allNewViewArr.size())
         allNewViewArr[index]->initSizeLable();
+}
+
+void NewMainViewController::quickCleanEnded(const Notification &notification) {
+    readHistory();
+    Q_EMIT headingChanged();
+    // Before the first scan there is no list.
+    if (m_isFirstComeIn || notification.userInfo.value(object).toULongLong() == 0)
+        return;
+    m_isOutdated = true;
+    Q_EMIT controlsChanged();
 }
 
 // -- Rows of the left list
@@ -357,16 +382,6 @@ void NewMainViewController::shouldSelectRowWithArray(int row) {
     m_selectRowNum = row;
     if (row == 0)
         readHistory(); // another process may have cleaned
-void NewMainViewController::quickCleanEnded(const Notification &notification) {
-    readHistory();
-    Q_EMIT headingChanged();
-    // Before the first scan there is no list.
-    if (m_isFirstComeIn || notification.userInfo.value(object).toULongLong() == 0)
-        return;
-    m_isOutdated = true;
-    Q_EMIT controlsChanged();
-}
-
     m_parts = {row};
     m_parts.v3MainView = row == 0;
     const bool isCategory = row >= 1 && row <= int(categoryCount);

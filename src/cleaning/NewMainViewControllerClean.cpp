@@ -44,6 +44,7 @@ void NewMainViewController::cleanButtonActionInfo() {
 
 void NewMainViewController::beginClean() {
     m_isCleanFinshed = false;
+    m_customTableView->setRowsEnabled(false);
     m_finishScanCount = 0;
     scanObjsArr.clear();
     m_controls.cleanButton.enabled = false;
@@ -265,6 +266,7 @@ void NewMainViewController::recordHistory() {
 // What is ticked belongs to the clean, from the question on.
 void NewMainViewController::setTicksEnabled(bool enabled) {
     m_outline->setEnabled(enabled);
+    m_customTableView->setTicksEnabled(enabled);
     for (unsigned index = 0; index < categoryCount; ++index) {
         m_lists[index]->setEnabled(enabled);
         allNewViewArr[index]->setEnabled(enabled);
@@ -273,6 +275,7 @@ void NewMainViewController::setTicksEnabled(bool enabled) {
 
 void NewMainViewController::leaveCleaning() {
     m_isCleanFinshed = true;
+    m_customTableView->setRowsEnabled(true);
     m_controls.scanButton.enabled = true;
     m_controls.backButton.enabled = true;
     m_controls.outlineEnabled = true;

@@ -154,6 +154,7 @@ TEST(CustomTableView, ACheckBoxTellsOfTheStateBeforeAndStoresTheOther) {
         &context, QStringLiteral("updateSelectNumber"), [&](const Notification &notification) {
             heard = notification.userInfo.value(QStringLiteral("object"));
         });
+    EXPECT_EQ(text(table, 2, CustomTableView::CheckImageRole), "option_a.png");
     table.checkBoxClicked(2);
     EXPECT_EQ(CleanPage::stored(), "000000");
     EXPECT_EQ(text(table, 2, CustomTableView::CheckImageRole), "option_no.png");

@@ -96,6 +96,8 @@ TEST(CleanOutline, TicksFollowTheRulesOfLeavesAndGroups) {
     EXPECT_FALSE(at.page.controls().cleanButton.enabled);
     at.click(at.leaf("b"));
     EXPECT_EQ(at.flights, 1);
+    at.page.outline().setTicked({at.leaf("b")}, true); // nothing to change
+    EXPECT_EQ(at.flights, 1);
     EXPECT_EQ(at.page.list(1).rowCount(), 3);
     at.click(at.leaf("a"));
     at.click(at.leaf("c"));
@@ -221,32 +223,40 @@ TEST(CleanOutline, MarksWhatARunningProgramHolds) {
                     .contains(QStringLiteral("In use by netscape")));
 }
 
-TEST(CategoryList, ATickGoesToTheSettingOfTheSystemCachesUntilThePageCountsAgain) {
+TEST(CategoryList, ATickStoresTheStateOfItsCategoryAndFliesOnce) {
     CleanPage::store("000011");
     CleanPage at;
     at.scan();
-    at.page.shouldSelectRowWithArray(4); // the user's logs: the page stores nothing here
+    at.page.shouldSelectRowWithArray(4); // the user's logs
     CategoryListModel &list = at.page.list(3);
     Tester tester(&list, Tester::FailureReportingMode::Fatal);
-    ASSERT_TRUE(
-        list.setData(list.index(0, CategoryListModel::checkBox), Qt::Checked, Qt::CheckStateRole));
-    EXPECT_EQ(CleanPage::stored(), "200011");
+    std::vector<QPersistentModelIndex> flights;
+    QObject::connect(&at.page, &NewMainViewController::flyToTrash, &at.page,
+                     [&](const QVariant &, const QModelIndex &from) { flights.push_back(from); });
+    const QModelIndex tick = list.index(2, CategoryListModel::checkBox);
+    ASSERT_TRUE(list.setData(tick, Qt::Checked, Qt::CheckStateRole));
+    EXPECT_EQ(CleanPage::stored(), "000211");
+    EXPECT_THAT(flights, ElementsAre(tick));
     EXPECT_FALSE(list.selectButton());
     EXPECT_THAT(at.line(), testing::StartsWith("1 of 4 selected"));
-    at.page.shouldSelectRowWithArray(0);
-    EXPECT_EQ(CleanPage::stored(), "000211");
+    list.setData(tick, Qt::Unchecked, Qt::CheckStateRole);
+    EXPECT_EQ(flights.size(), 1u);
+    list.setTicked({list.index(0, 0), list.index(1, 0)}, true);
+    EXPECT_EQ(flights.size(), 2u);
     list.cleanShowSelectNumInBottom(true);
+    EXPECT_EQ(flights.size(), 3u);
     EXPECT_TRUE(list.selectButton());
     EXPECT_EQ(CleanPage::stored(), "000111");
 }
 
 TEST(CategoryList, AnEmptyListIsNothing) {
     ScanViewController controller;
-    CategoryListModel list(controller);
+    CategoryListModel list(controller, 3);
     CleanPage::store("111111");
     list.getSelectAllOrNull();
+    list.setAllCheckBoxSelect();
     EXPECT_FALSE(list.selectButton());
-    EXPECT_EQ(CleanPage::stored(), "011111");
+    EXPECT_EQ(CleanPage::stored(), "111111");
 }
 
 TEST(CategoryList, AClickOnATickedCellTellsOfIt) {

@@ -124,13 +124,13 @@ QString LeftListView::foundText(int row) const {
 QString LeftListView::checkImage(int row) const {
     if (row == 0 || m_controller.row(unsigned(row - 1)).isCheckBoxHidden())
         return {};
-    return m_controller.row(unsigned(row - 1)).checkBoxImage();
+    return model()->index(row, 0).data(CustomTableView::CheckImageRole).toString();
 }
 
 bool LeftListView::tick(int row) {
     if (checkImage(row).isEmpty())
         return false;
-    m_controller.row(unsigned(row - 1)).checkBoxAction();
+    m_controller.customTableView().checkBoxClicked(row);
     return true;
 }
 
@@ -161,6 +161,8 @@ void LeftListView::mousePressEvent(QMouseEvent *event) {
         tick(index.row()))
         return;
     QListView::mousePressEvent(event);
+    // The list marks what was clicked after it has told of it, also where that was refused.
+    showRow();
 }
 
 void LeftListView::keyPressEvent(QKeyEvent *event) {
