@@ -69,7 +69,8 @@ void CleanOutlineController::setTicked(const QModelIndexList &rows, bool ticked)
         const auto below = m_model.shownLeaves(row);
         leaves.insert(leaves.end(), below.begin(), below.end());
     }
-    set(leaves, ticked);
+    if (set(leaves, ticked) && ticked)
+        Q_EMIT flyToTrash(groupFlyImage, rows.constFirst());
 }
 
 void CleanOutlineController::setAllSelectOrNoSelect(bool ticked) {

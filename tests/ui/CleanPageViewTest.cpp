@@ -6,6 +6,7 @@
 #include "cleaning/ui/ComputerSheet.h"
 #include "cleaning/ui/FileIcons.h"
 #include "cleaning/ui/HiddenTicksNotice.h"
+#include "cleaning/ui/LeftListView.h"
 #include "cleaning/ui/ResultView.h"
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
@@ -14,6 +15,7 @@
 #include "support/TestEnvironment.h"
 #include "ui/AlertSheet.h"
 #include "ui/Theme.h"
+#include "ui/effects/PathAnimation.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -248,6 +250,31 @@ TEST_F(CleanPageView, WhatAFilterHidesIsToldOf) {
     EXPECT_EQ(model().rowCount(group()), int(all));
 }
 
+TEST_F(CleanPageView, ATickFliesOnceFromItsRow) {
+    const auto expectFlightFrom = [&](const QAbstractItemView &view, const QModelIndex &row) {
+        const auto flights = panel->findChildren<PathAnimation *>();
+        ASSERT_EQ(flights.size(), 1);
+        const QPoint start = view.viewport()->mapTo(panel.get(), view.visualRect(row).topLeft());
+        EXPECT_LE((flights[0]->animatedIconView()->pos() - start).manhattanLength(), 8);
+        flights[0]->flight().setCurrentTime(flights[0]->flight().duration() - 1);
+        auto *const trash = find<QLabel>("trashFileNumTF");
+        const QPoint end = trash->mapTo(panel.get(), QPoint());
+        EXPECT_LE((flights[0]->animatedIconView()->pos() - end).manhattanLength(), 80);
+        delete flights[0];
+    };
+    at->page.outline().setAllSelectOrNoSelect(false);
+    qDeleteAll(panel->findChildren<PathAnimation *>());
+    outline->setCurrentIndex(leaf(3));
+    press(Qt::Key_Space);
+    expectFlightFrom(*outline, leaf(3));
+    at->page.shouldSelectRowWithArray(2);
+    auto *const list = panel->findChild<CategoryView *>();
+    QApplication::processEvents();
+    const QModelIndex row = list->model()->index(2, 0);
+    list->model()->setData(row, {}, Qt::CheckStateRole);
+    expectFlightFrom(*list, row);
+}
+
 TEST_F(CleanPageView, WhatTheUserOpenedAndClosedStaysSo) {
     test::needRoot();
     EXPECT_TRUE(outline->isExpanded(model().index(0, 0)));
@@ -310,7 +337,12 @@ TEST_F(CleanPageView, ACleanOfOneCategoryKeepsItsPlace) {
     ASSERT_GT(place, 0);
     list->model()->setData(list->model()->index(3, 0), {}, Qt::CheckStateRole);
     before = at->machine.state();
+    auto *const left = panel->findChild<LeftListView *>();
     find<QPushButton>("oneListCleanButton")->click();
+    QTest::mouseClick(left->viewport(), Qt::LeftButton, {},
+                      left->visualRect(left->model()->index(4, 0)).center());
+    EXPECT_EQ(left->selectionModel()->selectedIndexes(),
+              QModelIndexList{left->model()->index(2, 0)});
     test::waitUntil([&] { return at->page.outcome() == CleanOutcome::Cleaned; });
     EXPECT_THAT(gone(), SizeIs(1));
     EXPECT_EQ(nameOf(list->currentIndex()), current);

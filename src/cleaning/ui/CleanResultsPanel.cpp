@@ -330,8 +330,6 @@ void CleanResultsPanel::bind() {
             m_padlockBlink->stopUnlockAnimation(lockButton);
     });
     connect(page, &NewMainViewController::flyToTrash, this, &CleanResultsPanel::flyToTrash);
-    connect(&m_controller.outline(), &CleanOutlineController::flyToTrash, this,
-            &CleanResultsPanel::flyToTrash);
 
     connect(m_back, &QPushButton::clicked, page, [this] { m_controller.clickBackBtn(); });
     connect(cleanButton, &QPushButton::clicked, page,
@@ -431,6 +429,8 @@ void CleanResultsPanel::followParts() {
     m_box->setCurrentWidget(page);
     if (hadFocus)
         page->setFocus();
+}
+
 void CleanResultsPanel::followNotice(const QWidget *page) {
     const bool restarts = m_controller.needsRestart();
     m_noticeWords->setText(restarts ? QString(QLatin1String(cleanPageTexts::restartText))
@@ -438,8 +438,6 @@ void CleanResultsPanel::followNotice(const QWidget *page) {
     m_noticeAct->setText(restarts ? QStringLiteral("Restart") : QStringLiteral("Scan"));
     m_noticeAct->setEnabled(m_controller.state() == NewMainViewController::State::Results);
     m_notice->setVisible(restarts ? page != m_outcome : m_controller.isOutdated());
-}
-
 }
 
 void CleanResultsPanel::followOutcome() {
@@ -455,9 +453,9 @@ void CleanResultsPanel::followOutcome() {
     m_outcomeAct->setText(isStopped ? QStringLiteral("Restart") : QStringLiteral("Back"));
 }
 
-    followNotice(m_box->currentWidget());
 void CleanResultsPanel::followControls() {
     const CleanPageControls &controls = m_controller.controls();
+    followNotice(m_box->currentWidget());
     const auto show = [](QPushButton *button, const CleanPageControls::Button &state) {
         button->setEnabled(state.enabled);
         button->setVisible(!state.hidden);

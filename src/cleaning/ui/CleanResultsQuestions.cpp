@@ -1,4 +1,5 @@
 // The questions and flights of the results panel.
+#include "cleaning/CategoryListModel.h"
 #include "cleaning/NewMainViewController.h"
 #include "cleaning/ui/CleanResultsPanel.h"
 #include "cleaning/ui/FileIcons.h"
@@ -11,6 +12,7 @@
 #include "ui/effects/PathAnimation.h"
 
 #include <QLabel>
+#include <QStackedWidget>
 
 namespace brightsweep {
 
@@ -33,14 +35,27 @@ QPixmap flyingImage(const QVariant &icon, bool isDirectory, qreal ratio) {
 void CleanResultsPanel::flyToTrash(const QVariant &icon, const QModelIndex &from) {
     if (!isVisible() || findChildren<PathAnimation *>().size() >= flightsAtOnce)
         return;
-    const QPixmap image = flyingImage(icon, from.data(CleanOutlineModel::IsDirectoryRole).toBool(),
-                                      devicePixelRatioF());
+    auto *const list = qobject_cast<QAbstractItemView *>(m_box->currentWidget());
+    QAbstractItemView *const view = list ? list : m_outline;
+    const bool isShown = from.isValid() && from.model() == view->model();
+    const int directoryRole = view == m_outline ? int(CleanOutlineModel::IsDirectoryRole)
+                                                : int(CategoryListModel::IsDirectoryRole);
+    const QPixmap image =
+        flyingImage(icon, isShown && from.data(directoryRole).toBool(), devicePixelRatioF());
     if (image.isNull())
         return;
     auto *const flight = new PathAnimation(this);
     connect(flight, &PathAnimation::callBackDeleteItemWithIndex, flight, &QObject::deleteLater);
-    flight->animateTableView(m_outline, m_trashImage, m_outline->visualRect(from).topLeft(), image,
-                             0, this);
+    // From the row's own place, of the header's box from the top of the list.
+    const QPoint start = isShown ? view->visualRect(from).topLeft() : QPoint();
+    const QPoint row = view->viewport()->mapTo(this, start);
+    const int below = view->parentWidget()->height() - view->y() - view->height();
+    flight->startOffset = QPointF(row.x(), height() - row.y() - flyingSide) -
+                          QPointF(start.x(), below - start.y() + height());
+    const QWidget *const bottom = m_trashImage->parentWidget();
+    flight->endOffset = QPointF(bottom->mapTo(this, QPoint()).x(),
+                                height() - bottom->mapTo(this, QPoint(0, bottom->height())).y());
+    flight->animateTableView(view, m_trashImage, start, image, 0, this);
 }
 
 void CleanResultsPanel::askDownloads() {
