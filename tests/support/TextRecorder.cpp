@@ -36,6 +36,7 @@ public:
         QRectF room(widget->mapTo(&m_root, QPoint()), widget->size());
         if (painter()->hasClipping())
             room &= place.mapRect(painter()->clipBoundingRect());
+        const QRectF shown = room;
         for (const QWidget *above = widget; above != &m_root; above = above->parentWidget()) {
             if (qobject_cast<QAbstractScrollArea *>(above->parentWidget())) {
                 room.adjust(0, -anywhere, 0, anywhere);
@@ -45,7 +46,7 @@ public:
         m_drawn.push_back({item.text(),
                            place.mapRect(QRectF(at.x(), at.y() - item.ascent(), item.width(),
                                                 item.ascent() + item.descent())),
-                           room});
+                           room, shown});
     }
 
 private:
@@ -96,11 +97,11 @@ std::vector<std::string> TextRecorder::faults() const {
             one.place.top() < one.room.top() - tolerance ||
             one.place.bottom() > one.room.bottom() + tolerance)
             lines.push_back("cut: " + one.text.toStdString());
-        const QRectF core = one.place.adjusted(2, tolerance, -2, -tolerance);
+        const QRectF core = one.place.adjusted(2, tolerance, -2, -tolerance) & one.shown;
         for (std::size_t other = 0; other < i; ++other) {
             // What stands out is painted twice, with an effect or over the neighbouring cell.
-            if (m_drawn[other].text != one.text && m_drawn[other].place.intersects(core) &&
-                m_drawn[other].room.intersects(one.room))
+            if (m_drawn[other].text != one.text &&
+                (m_drawn[other].place & m_drawn[other].shown).intersects(core))
                 lines.push_back("over each other: " + one.text.toStdString() + " and " +
                                 m_drawn[other].text.toStdString());
         }

@@ -24,7 +24,8 @@ public:
     struct Drawn {
         QString text;
         QRectF place;
-        QRectF room; ///< what of the widget the text may be seen in
+        QRectF room;  ///< what of the widget the text may be seen in, once it is scrolled there
+        QRectF shown; ///< and what of it is on show now
     };
 
 private:
