@@ -359,6 +359,7 @@ void NewMainViewController::refNewTableViewSizeLabel(const Notification &notific
 
 void NewMainViewController::quickCleanEnded(const Notification &notification) {
     readHistory();
+    postStartupVolume();
     Q_EMIT headingChanged();
     // Before the first scan there is no list.
     if (m_isFirstComeIn || notification.userInfo.value(object).toULongLong() == 0)

@@ -250,6 +250,7 @@ TEST_F(VolumesSystemTest, TheServiceSaysWhatADriveIs) {
     machine().startDisks({BRIGHTSWEEP_FAKE_DISKS, number.c_str(), log.c_str()});
     EXPECT_TRUE(eventually([&] {
         source().settle(30'000);
+        QCoreApplication::processEvents();
         return (factsOf("/media/stick")->extendedAttributes & volumeIsRemovableBit) == 0;
     }));
     QCoreApplication::processEvents();
