@@ -5,6 +5,7 @@
 #include "app/RefreshLoop.h"
 #include "cleaning/NewMainViewController.h"
 #include "core/MacLog.h"
+#include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "core/UtilityObject.h"
 #include "foundation/Log.h"
@@ -154,11 +155,9 @@ void AppDelegate::tellWithoutHost() {
         AppPrefsWindowController::sharedPrefsWindowController().isVisible())
         return;
     DesktopNotification notification;
-    notification.summary = QStringLiteral("Brightsweep is running");
-    notification.body =
-        QStringLiteral("This desktop shows no status items. Start Brightsweep again, or choose "
-                       "Open, to see its window.");
-    notification.actionLabel = QStringLiteral("Open");
+    notification.summary = localizedText("RUNS_WITHOUT_ITEM");
+    notification.body = localizedText("RUNS_WITHOUT_ITEM_HOW");
+    notification.actionLabel = localizedText("Open");
     notification.action = [self = QPointer(this)](const std::string &token) {
         if (self)
             self->showMainWindow(token);
@@ -223,7 +222,7 @@ void AppDelegate::AboutFunCall() {
 
 void AppDelegate::help() {
     if (m_parts.guide.empty() || !Platform::current().workspace->open(m_parts.guide))
-        Q_EMIT alertRequested(QStringLiteral("The guide cannot be opened."));
+        Q_EMIT alertRequested(localizedText("NO_GUIDE"));
 }
 
 void AppDelegate::cleaningFile() {

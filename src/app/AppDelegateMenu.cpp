@@ -66,8 +66,8 @@ void AppDelegate::showMenuBar() {
     m_statusItemMade = true;
     _statusItem.setActivatedHandler(
         [this](const StatusActivation &activation) { Q_EMIT popupRequested(activation); });
-    showToolTip(QStringLiteral("TotalSize:") + statusTotalSpace,
-                QStringLiteral("FreeSize:") + statusFreeSpace);
+    showToolTip(localizedText("TotalSize:") + readersSize(statusTotalSpace),
+                localizedText("FreeSize:") + readersSize(statusFreeSpace));
     showImage(m_statusImage);
 }
 
@@ -137,9 +137,10 @@ void AppDelegate::showBootVolume(const DSVolumeInfo &volume) {
     if (!m_statusItemMade)
         return;
     showToolTip(nameInSentence(volume.volumeName),
-                QStringLiteral("Total Size:") + volume.totalSpace +
-                    QStringLiteral("\nFree Space:") + volume.freeSpace);
-    const QString title = volume.freeSpace + QStringLiteral(" / ") + volume.totalSpace;
+                localizedText("Total Size:") + readersSize(volume.totalSpace) + QLatin1Char('\n') +
+                    localizedText("Free Space:") + readersSize(volume.freeSpace));
+    const QString title =
+        readersSize(volume.freeSpace) + QStringLiteral(" / ") + readersSize(volume.totalSpace);
     if (m_title == title)
         return;
     m_title = title;
@@ -208,7 +209,7 @@ MenuItem AppDelegate::memoryRow() {
     row.myStorage = memoryStorage;
     row.ViewTag = tagWithoutClicks;
     row.title = memoryTitle;
-    row.volumeSize = QStringLiteral("Memory");
+    row.volumeSize = QStringLiteral(QT_TRID_NOOP("Memory"));
     row.icon = QStringLiteral("freememory.png");
     // Free memory alone is small on every healthy system.
     const auto available = Platform::current().memory->availableBytes();
@@ -219,8 +220,9 @@ MenuItem AppDelegate::memoryRow() {
     row.nTotalSize = UtilityFunction::getVolSpaceFromString(row.u64TotalSpace);
     row.nFreeSize = UtilityFunction::getVolSpaceFromString(row.u64FreeSpace);
     row.errorValue = alarmText(DSMemoryAlarmKey);
-    row.toolTip = QStringLiteral("Free: %1, inactive: %2")
-                      .arg(_cleanMemInfo.freeMem, _cleanMemInfo.inactiveMem);
+    row.toolTip =
+        localizedText("MEMORY_PARTS")
+            .arg(readersSize(_cleanMemInfo.freeMem), readersSize(_cleanMemInfo.inactiveMem));
     if (!m_releaseSeen && _clearMemory->couldDoNothing())
         row.note = localizedText("NOTHING_RELEASED");
     row.setPrograssImage();
@@ -241,15 +243,15 @@ void AppDelegate::addOtherItem() {
                    ejectableSections.end();
         });
     m_menu.addSeparator();
-    m_menu.addAction(MenuAction::EjectAll, QStringLiteral("Eject All"), QStringLiteral("e"),
-                     anyEjectable && !m_ejector->isEjectingAll());
+    m_menu.addAction(MenuAction::EjectAll, QStringLiteral(QT_TRID_NOOP("Eject All")),
+                     QStringLiteral("e"), anyEjectable && !m_ejector->isEjectingAll());
     m_menu.addSeparator();
-    m_menu.addAction(MenuAction::MainWindow, QStringLiteral("Main Window"), {}, true);
-    m_menu.addAction(MenuAction::LaunchAtLogin, QStringLiteral("Launch at login"), {}, true,
-                     LaunchAtLogin::readeFileOfLaunchAppWhenLogin().toInt() != 0);
+    m_menu.addAction(MenuAction::MainWindow, QStringLiteral(QT_TRID_NOOP("Main Window")), {}, true);
+    m_menu.addAction(MenuAction::LaunchAtLogin, QStringLiteral(QT_TRID_NOOP("Launch at login")), {},
+                     true, LaunchAtLogin::readeFileOfLaunchAppWhenLogin().toInt() != 0);
     m_menu.addSeparator();
-    m_menu.addAction(MenuAction::Quit, QStringLiteral("Quit Brightsweep"), QStringLiteral("q"),
-                     true);
+    m_menu.addAction(MenuAction::Quit, QStringLiteral(QT_TRID_NOOP("Quit Brightsweep")),
+                     QStringLiteral("q"), true);
     m_menu.finish();
     openMainWindow();
 }
@@ -321,11 +323,11 @@ void AppDelegate::updateMemoryRow() {
 void AppDelegate::tellAlarms() {
     for (const DSVolumeInfo &volume : m_alarm.crossed(*volsInfo, int(alarmOf(DSSpaceAlarmKey)))) {
         DesktopNotification notification;
-        notification.summary = QStringLiteral("Low disk space");
-        notification.body = nameInSentence(volume.volumeName) + QStringLiteral(": ") +
-                            volume.freeSpace + QStringLiteral(" of ") + volume.totalSpace +
-                            QStringLiteral(" are free.");
-        notification.actionLabel = QStringLiteral("Scan");
+        notification.summary = localizedText("LOW_SPACE");
+        notification.body = localizedText("LOW_SPACE_OF")
+                                .arg(nameInSentence(volume.volumeName),
+                                     readersSize(volume.freeSpace), readersSize(volume.totalSpace));
+        notification.actionLabel = localizedText("Scan");
         notification.action = [self = QPointer(this)](const std::string &token) {
             if (self)
                 self->scanNow(token);
@@ -347,10 +349,11 @@ void AppDelegate::handleUnmount(const Notification &notification) {
 void AppDelegate::DSCommVolumeNottification(const Notification &notification, const QString &word) {
     QString name = notification.userInfo.value(NSWorkspaceVolumeLocalizedNameKey).toString();
     if (name.isEmpty())
-        name = QStringLiteral("You disk");
-    m_bubbles.initBubbleViewWith(
-        {nameInSentence(name) + QStringLiteral(" is ") + word + QStringLiteral(" successfully!"),
-         {}});
+        name = localizedText("You disk");
+    const char *const sentence = word == QLatin1String("mounted")
+                                     ? QT_TRID_NOOP("%@ is mounted successfully!")
+                                     : QT_TRID_NOOP("%@ is unmounted successfully!");
+    m_bubbles.initBubbleViewWith({localizedText(sentence).arg(nameInSentence(name)), {}});
     NotificationCenter::defaultCenter().post(refMenuItemWhenDeleteAndAddNotification, this);
     NotificationCenter::defaultCenter().post(updateSizeViewNotification, this);
 }
@@ -420,10 +423,10 @@ void AppDelegate::ejected(const std::vector<VolumeEjectAttempt> &attempts) {
         for (const std::string &holder : attempt.result.holders)
             holders += nameInSentence(paths::text(holder));
         Bubble bubble;
-        bubble.firstLine =
-            nameInSentence(volume->volumeName) + QStringLiteral(" cannot be ejected.");
+        bubble.firstLine = localizedText("CANNOT_EJECT").arg(nameInSentence(volume->volumeName));
         if (!holders.isEmpty())
-            bubble.secondLine = QStringLiteral("In use by ") + holders.join(QStringLiteral(", "));
+            bubble.secondLine =
+                localizedText("IN_USE_BY").arg(reader().createSeparatedList(holders));
         m_bubbles.initBubbleViewWith(bubble);
     }
     NotificationCenter::defaultCenter().post(refMenuItemWhenDeleteAndAddNotification, this);

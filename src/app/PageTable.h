@@ -10,9 +10,9 @@ namespace brightsweep {
 /// One page of the main window, apart from its screen, which app/ui/PanelPages makes.
 struct Page {
     const char *identifier; ///< of the item, its image and the panel that it shows at first
-    const char *title;
-    bool hasLabel = true;  ///< the item shows the title below its image
-    bool atTheEnd = false; ///< the item stands at the far end of the toolbar
+    const char *title;      ///< a key
+    bool hasLabel = true;   ///< the item shows the title below its image
+    bool atTheEnd = false;  ///< the item stands at the far end of the toolbar
     bool hasPanel = true;
     /// How the page is remembered; below 0 not at all, since it is looked at in passing.
     int storedIndex = -1;
@@ -26,7 +26,7 @@ struct Page {
 /// behind the pages that are not at the end.
 inline constexpr std::array pageTable = {
     Page{"Scan",
-         "Fast Clean",
+         QT_TRID_NOOP("Fast Clean"),
          true,
          false,
          true,
@@ -34,7 +34,7 @@ inline constexpr std::array pageTable = {
          &DBPrefsWindowController::view4FastClean,
          {"Scan", "QC_FastClean", "DATA_FastClean"}},
     Page{"duplicates_file",
-         "Duplicates",
+         QT_TRID_NOOP("Duplicates"),
          true,
          false,
          true,
@@ -42,18 +42,18 @@ inline constexpr std::array pageTable = {
          &DBPrefsWindowController::view4Duplicates,
          {"duplicates_file", "QC_Duplicates", "DATA_Duplicates"}},
     Page{"disk_usage",
-         "Disk Usage",
+         QT_TRID_NOOP("Disk Usage"),
          true,
          false,
          true,
          2,
          &DBPrefsWindowController::view4DiskUsage,
          {"disk_usage", "QC_DiskUsage", "DATA_DiskUsage"}},
-    Page{"delete", "Uninstall", true, false, true, 3},
-    Page{"memory", "Free Memory", true, false, true, 4},
-    Page{"login_items", "Login Items", true, false, true, 5},
-    Page{"preferences", "Preferences", false, true},
-    Page{"Help", "Help", false, true, false},
+    Page{"delete", QT_TRID_NOOP("Uninstall"), true, false, true, 3},
+    Page{"memory", QT_TRID_NOOP("Free Memory"), true, false, true, 4},
+    Page{"login_items", QT_TRID_NOOP("Login Items"), true, false, true, 5},
+    Page{"preferences", QT_TRID_NOOP("Preferences"), false, true},
+    Page{"Help", QT_TRID_NOOP("Help"), false, true, false},
 };
 
 /// The page with that identifier, or null.

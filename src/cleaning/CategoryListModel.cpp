@@ -4,6 +4,7 @@
 #include "cleaning/CleanNotifications.h"
 #include "cleaning/FolderUtilities.h"
 #include "cleaning/ScanViewController.h"
+#include "core/Texts.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
@@ -158,14 +159,14 @@ QVariant CategoryListModel::data(const QModelIndex &index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
         return index.column() == Name   ? QVariant(paths::display(row->name))
-               : index.column() == Size ? QVariant(row->size)
+               : index.column() == Size ? QVariant(readersSize(row->size))
                                         : QVariant();
     case Qt::CheckStateRole:
         return index.column() == checkBox
                    ? QVariant(row->bIsSelected != 0 ? Qt::Checked : Qt::Unchecked)
                    : QVariant();
     case Qt::AccessibleTextRole:
-        return index.column() == openFiled ? QVariant(QStringLiteral("Show in the file manager"))
+        return index.column() == openFiled ? QVariant(localizedText("REVEAL"))
                : index.column() == Size    ? QVariant()
                : row->failure.isEmpty()
                    ? QVariant(paths::display(row->name))
@@ -218,11 +219,11 @@ QVariant CategoryListModel::headerData(int section, Qt::Orientation orientation,
     if (role == Qt::TextAlignmentRole && section == Size)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
     if (role == Qt::AccessibleTextRole && section == checkBox)
-        return QStringLiteral("Tick all");
+        return localizedText("TICK_ALL");
     if (role != Qt::DisplayRole)
         return {};
-    return section == Name   ? QStringLiteral("Name")
-           : section == Size ? QStringLiteral("Size")
+    return section == Name   ? localizedText("Name")
+           : section == Size ? localizedText("Size")
                              : QString();
 }
 

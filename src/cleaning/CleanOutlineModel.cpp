@@ -1,10 +1,10 @@
 #include "cleaning/CleanOutlineModel.h"
 
+#include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
 
 #include <QDateTime>
-#include <QLocale>
 
 #include <algorithm>
 #include <array>
@@ -16,7 +16,8 @@ namespace brightsweep {
 namespace {
 
 constexpr std::array<const char *, CleanOutlineModel::columns> columnTitles = {
-    "", "Name", "Selected", "Size", "Modified"};
+    "", QT_TRID_NOOP("Name"), QT_TRID_NOOP("Selected"), QT_TRID_NOOP("Size"),
+    QT_TRID_NOOP("Modified")};
 
 Qt::CheckState checkState(const SimpleNodeData &data) {
     return data.selectNum() == 2   ? Qt::PartiallyChecked
@@ -27,17 +28,23 @@ Qt::CheckState checkState(const SimpleNodeData &data) {
 QString dateWords(FileTime time) {
     using std::chrono::duration_cast;
     const auto milliseconds = duration_cast<std::chrono::milliseconds>(time.time_since_epoch());
-    return QLocale().toString(QDateTime::fromMSecsSinceEpoch(milliseconds.count()),
-                              QLocale::ShortFormat);
+    return reader().toString(QDateTime::fromMSecsSinceEpoch(milliseconds.count()),
+                             QLocale::ShortFormat);
 }
 
 QString holderWords(const QString &program) {
-    return QStringLiteral("In use by %1").arg(program);
+    return localizedText("IN_USE_BY").arg(program);
+}
+
+// A group has the name of its category, which is a key.
+QString nameWords(const SimpleNodeData &data) {
+    const QString name = paths::display(data.name());
+    return data.isGroup() ? localizedText(name) : name;
 }
 
 // A tip is rich text as soon as it looks like it; a name must never be.
 QString toolTip(const SimpleNodeData &data) {
-    QString tip = paths::display(data.name()).toHtmlEscaped();
+    QString tip = nameWords(data).toHtmlEscaped();
     if (data.isLeaf()) {
         const auto &leaf = static_cast<const CleanNodeData &>(data);
         if (!leaf.failure.isEmpty())
@@ -49,7 +56,7 @@ QString toolTip(const SimpleNodeData &data) {
 }
 
 QString accessibleText(const SimpleNodeData &data) {
-    QString words = paths::display(data.name());
+    QString words = nameWords(data);
     if (data.isLeaf()) {
         const auto &leaf = static_cast<const CleanNodeData &>(data);
         for (const QString &more :
@@ -263,12 +270,12 @@ int CleanOutlineModel::columnCount(const QModelIndex &) const {
 QVariant CleanOutlineModel::text(const SimpleNodeData &data, int column) const {
     switch (column) {
     case NameColumn:
-        return paths::display(data.name());
+        return nameWords(data);
     case allSelectNum:
         return data.isGroup() ? QVariant(QString::fromStdString(data.showSelectNumStr()))
                               : QVariant();
     case FileSize:
-        return UtilityFunction::convertVolSpace(data.fileSize());
+        return readersSize(UtilityFunction::convertVolSpace(data.fileSize()));
     case ModifyDate:
         return data.isLeaf() && data.ModificationDate()
                    ? QVariant(dateWords(*data.ModificationDate()))
@@ -342,9 +349,9 @@ QVariant CleanOutlineModel::headerData(int section, Qt::Orientation orientation,
     if (orientation != Qt::Horizontal || section < 0 || section >= columns)
         return {};
     if (role == Qt::AccessibleTextRole && section == Checkbox)
-        return QStringLiteral("Tick all");
+        return localizedText("TICK_ALL");
     if (role == Qt::DisplayRole)
-        return QString::fromLatin1(columnTitles[std::size_t(section)]);
+        return localizedText(columnTitles[std::size_t(section)]);
     return role == Qt::TextAlignmentRole && section == FileSize
                ? QVariant(Qt::AlignRight | Qt::AlignVCenter)
                : QVariant();

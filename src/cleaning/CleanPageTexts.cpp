@@ -15,8 +15,42 @@ namespace {
 constexpr int loudSize = 14;
 constexpr int loudestSize = 18;
 
-int length(const QString &text) {
-    return int(text.size());
+// What stands in the place of "%1" to "%9" of a sentence.
+struct Part {
+    QString words;
+    int size = 0;
+    bool bold = false;
+    bool accented = true;
+};
+
+Part plain(const QString &words) {
+    return {words, 0, false, false};
+}
+
+// Each language has its own order, so a part is found by its placeholder.
+CleanStyledText styledText(const char *key, const std::vector<Part> &parts) {
+    const QString sentence = localizedText(key);
+    CleanStyledText styled;
+    for (qsizetype place = 0; place < sentence.size(); ++place) {
+        const auto part = std::size_t(sentence.mid(place + 1, 1).toUInt()) - 1;
+        if (sentence[place] != QLatin1Char('%') || part >= parts.size()) {
+            styled.text += sentence[place];
+            continue;
+        }
+        const Part &shown = parts[part];
+        if (shown.accented)
+            styled.accented.push_back(
+                {int(styled.text.size()), int(shown.words.size()), shown.size, shown.bold});
+        styled.text += shown.words;
+        ++place;
+    }
+    return styled;
+}
+
+// In the program's own form until the reader's is known.
+QString dateWords(const QDateTime &date) {
+    return reader() == QLocale::c() ? UtilityFunction::parseDateTime(dateText(date))
+                                    : reader().toString(date, QLocale::ShortFormat);
 }
 
 struct RowTexts {
@@ -44,48 +78,34 @@ const RowTexts *textsOf(int row) {
 
 CleanStyledText cleanPageTexts::countLine(std::size_t selected, std::size_t total,
                                           std::uint64_t bytes) {
-    const QString selectedWords = QString::number(selected);
-    const QString totalWords = QString::number(total);
-    const QString sizeWords = UtilityFunction::convertVolSpace(bytes);
-    const QString between = QStringLiteral(" of ");
-    const QString behind = QStringLiteral(" selected, ");
-    const int totalStart = length(selectedWords) + length(between);
-    const int sizeStart = totalStart + length(totalWords) + length(behind);
-    return {selectedWords + between + totalWords + behind + sizeWords +
-                QStringLiteral(" will free up."),
-            12,
-            {{0, length(selectedWords), loudSize, true},
-             {totalStart, length(totalWords), 0, false},
-             {sizeStart, length(sizeWords), 0, false}}};
+    return styledText("%d of %d selected, %@ will free up.",
+                      {{readersNumber(selected), loudSize, true},
+                       {readersNumber(total)},
+                       {readersSize(UtilityFunction::convertVolSpace(bytes))}});
 }
 
 CleanStyledText cleanPageTexts::cleanedLine(std::uint64_t bytes) {
-    const QString words = UtilityFunction::convertVolSpace(bytes);
-    return {words + QStringLiteral(" is cleaned"), 12, {{0, length(words), 0, false}}};
+    return styledText("%@ is cleaned", {{readersSize(UtilityFunction::convertVolSpace(bytes))}});
 }
 
 QString cleanPageTexts::freeSpaceLine(const QString &before, const QString &after) {
     return before.isEmpty() || after.isEmpty()
                ? QString()
-               : QStringLiteral("Free space: %1 before, %2 now.").arg(before, after);
+               : localizedText("FREE_BEFORE_AFTER").arg(readersSize(before), readersSize(after));
 }
 
 CleanStyledText cleanPageTexts::recoveredLine(std::uint64_t bytes, const QDateTime &date,
                                               const QString &freeString,
                                               const QString &totleString) {
     if (bytes == 0)
-        return {QStringLiteral("The capacity of startup disk is %1, and %2 is available.")
-                    .arg(freeString, totleString),
-                12,
-                {}};
-    const QString words = UtilityFunction::convertVolSpace(bytes);
-    const QString dateWords =
-        date.isValid() ? UtilityFunction::parseDateTime(dateText(date)) : QString();
-    return {QStringLiteral("%1 space has been recovered since last clean %2. The capacity of "
-                           "startup disk is %3, and %4 is available.")
-                .arg(words, dateWords, freeString, totleString),
-            12,
-            {{0, length(words), loudestSize, true}}};
+        return styledText("CAPACITY",
+                          {plain(readersSize(freeString)), plain(readersSize(totleString))});
+    return styledText("%@ space has been recovered since last clean %@. The capacity of startup "
+                      "disk is %@, and %@ is available.",
+                      {{readersSize(UtilityFunction::convertVolSpace(bytes)), loudestSize, true},
+                       plain(date.isValid() ? dateWords(date) : QString()),
+                       plain(readersSize(freeString)),
+                       plain(readersSize(totleString))});
 }
 
 CleanHeading changeNoteText(int row) {

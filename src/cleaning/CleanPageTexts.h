@@ -12,16 +12,18 @@ namespace brightsweep {
 /// The lines of the clean page, with what stands out in them.
 namespace cleanPageTexts {
 
-inline constexpr char lockToolTip[] = "Click lock to get a higer privileges.";
-inline constexpr char warningTitle[] = "Are you sure you want to continue?";
-inline constexpr char warningText[] =
+// Keys of texts.
+
+inline constexpr char lockToolTip[] = QT_TRID_NOOP("Click lock to get a higer privileges.");
+inline constexpr char warningTitle[] = QT_TRID_NOOP("Are you sure you want to continue?");
+inline constexpr char warningText[] = QT_TRID_NOOP(
     "Downloads folder is selected to clean. We recommend you to view this folder for anything "
-    "useful before emptying it.";
-inline constexpr char privilegesText[] =
+    "useful before emptying it.");
+inline constexpr char privilegesText[] = QT_TRID_NOOP(
     "You do not have privileges to clean these files. Please open the padlock at the bottom to "
-    "have admin access.";
+    "have admin access.");
 inline constexpr char restartText[] =
-    "The scan was stopped. Brightsweep has to be restarted before it can scan again.";
+    QT_TRID_NOOP("The scan was stopped. Brightsweep has to be restarted before it can scan again.");
 
 /// "%d of %d selected, %@ will free up."
 CleanStyledText countLine(std::size_t selected, std::size_t total, std::uint64_t bytes);

@@ -141,7 +141,7 @@ void CleanSysController::resetStatus() {
         m_progressVal = 0;
     }
     foldersArr.clear();
-    m_showFixedText = QStringLiteral("Scanning system...");
+    m_showFixedText = QStringLiteral(QT_TRID_NOOP("Scanning system..."));
     Q_EMIT changed();
 }
 
@@ -238,7 +238,7 @@ void CleanSysController::handleBeginFastClean(const Notification &) {
     m_calls.post([this] {
         m_indeterminate = false;
         if (!foldersArr.empty())
-            m_showFixedText = QStringLiteral("Deleting items...");
+            m_showFixedText = QStringLiteral(QT_TRID_NOOP("Deleting items..."));
         Q_EMIT changed();
     });
 }
@@ -294,8 +294,8 @@ void CleanSysController::report() {
     m_stayedWords = stayedWords(tally);
     record(tally);
     Q_EMIT changed();
-    showCleanFinishBubble(QString::number(tally.wentItems),
-                          UtilityFunction::convertVolSpace(tally.wentBytes));
+    showCleanFinishBubble(readersNumber(tally.wentItems),
+                          readersSize(UtilityFunction::convertVolSpace(tally.wentBytes)));
     NotificationCenter::defaultCenter().post(
         quickCleanEndedNotification, this,
         {{QStringLiteral("object"), qulonglong(tally.wentItems)}});

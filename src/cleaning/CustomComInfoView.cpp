@@ -24,13 +24,14 @@ CustomComInfoView::CustomComInfoView() {
         const char *title;
         QString value;
     } rows[] = {
-        {"model_identifier.png", "Model Identifier:", text(systemInfo.Model)},
-        {"cpu_vendor.png", "CPU Vendor:", text(systemInfo.CpuVendor)},
-        {"cpu_brand.png", "CPU Brand:", text(systemInfo.CpuBrandString)},
-        {"memory.png", "Memory:", UtilityFunction::formatValue(systemInfo.TotalMem, 1024)},
-        {"os_type.png", "OS Type:", text(systemInfo.OSType)},
-        {"os_rdease.png", "OS Release:", text(systemInfo.OSVersion)},
-        {"hostname.png", "Hostname:", text(systemInfo.Hostname)},
+        {"model_identifier.png", QT_TRID_NOOP("Model Identifier:"), text(systemInfo.Model)},
+        {"cpu_vendor.png", QT_TRID_NOOP("CPU Vendor:"), text(systemInfo.CpuVendor)},
+        {"cpu_brand.png", QT_TRID_NOOP("CPU Brand:"), text(systemInfo.CpuBrandString)},
+        {"memory.png", QT_TRID_NOOP("Memory:"),
+         UtilityFunction::formatValue(systemInfo.TotalMem, 1024)},
+        {"os_type.png", QT_TRID_NOOP("OS Type:"), text(systemInfo.OSType)},
+        {"os_rdease.png", QT_TRID_NOOP("OS Release:"), text(systemInfo.OSVersion)},
+        {"hostname.png", QT_TRID_NOOP("Hostname:"), text(systemInfo.Hostname)},
     };
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
         m_rows[row].iconImage = QLatin1String(rows[row].image);

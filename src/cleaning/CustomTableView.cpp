@@ -4,6 +4,7 @@
 #include "cleaning/CleanNotifications.h"
 #include "cleaning/ItemSizes.h"
 #include "core/CheckImage.h"
+#include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "foundation/NotificationCenter.h"
 #include "preferences/PreferenceViewController.h"
@@ -45,9 +46,9 @@ QString progressBar(int percent) {
 QString getLeftCellTitle(int row) {
     if (row >= 1 && row <= int(categoryCount))
         return QLatin1String(cleanCategories[std::size_t(row - 1)].name);
-    return row == 8   ? QStringLiteral("Uninstall Applications")
-           : row == 9 ? QStringLiteral("Free Space Monitor")
-                      : QStringLiteral("My Mac");
+    return row == 8   ? QStringLiteral(QT_TRID_NOOP("Uninstall Applications"))
+           : row == 9 ? QStringLiteral(QT_TRID_NOOP("Free Space Monitor"))
+                      : QStringLiteral(QT_TRID_NOOP("My Mac"));
 }
 
 CustomTableView::CustomTableView(QObject *parent)
@@ -203,7 +204,7 @@ QVariant CustomTableView::data(const QModelIndex &index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
-        return cell.titleName;
+        return localizedText(cell.titleName);
     case IconImageRole:
         return cell.iconImage;
     case BackgroundImageRole:

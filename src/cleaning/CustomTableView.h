@@ -11,7 +11,7 @@
 
 namespace brightsweep {
 
-/// The text of a row of the left list; "My Mac" for a row without one.
+/// The key of a row's text in the left list; "My Mac" for a row without one.
 QString getLeftCellTitle(int row);
 
 /// The left list of the clean page: the overview in row 0, the six categories in rows 1 to 6. Main

@@ -9,6 +9,7 @@
 #include "cleaning/ScanViewController.h"
 #include "cleaning/V3MainListView.h"
 #include "core/ParseFileLog.h"
+#include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
@@ -284,7 +285,7 @@ void NewMainViewController::refreshCounters() {
     const bool free = m_isCleanFinshed && m_state != State::Scanning && m_state != State::Stopping;
     m_selectCount2Clean = all.selected;
     m_allSelectTotalSize = all.bytes;
-    m_controls.trashFileNumTF = QString::number(all.selected);
+    m_controls.trashFileNumTF = readersNumber(all.selected);
     m_controls.allSelect = m_outline->allSelectState();
     std::array<int, 6> states{};
     for (unsigned index = 0; index < categoryCount; ++index)

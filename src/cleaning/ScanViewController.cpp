@@ -3,6 +3,7 @@
 #include "cleaning/CleanNotifications.h"
 #include "cleaning/FolderUtilities.h"
 #include "cleaning/ItemSizes.h"
+#include "core/Texts.h"
 #include "core/ThreadWorker.h"
 #include "core/UtilityFunction.h"
 #include "foundation/Log.h"
@@ -45,7 +46,7 @@ bool listItems(const OpenDirectory &folder, const RemovalRoot &root, const Mount
 }
 
 QString failureText(const RemovalOutcome &outcome) {
-    QString text = QString::fromStdString(outcome.error.message());
+    QString text = localizedText(QString::fromStdString(outcome.error.message()));
     const auto words = QByteArrayView(outcome.words).trimmed();
     if (!words.isEmpty())
         text += QStringLiteral(" (") +
@@ -120,8 +121,8 @@ std::uint64_t ScanViewController::scanDirectory(const RemovalRoot &directory,
         row.isDirectory = item.type == EntryType::Directory;
         // Known before any attempt.
         if (item.holdsVolume)
-            row.failure =
-                QString::fromStdString(make_error_code(RemovalError::HoldsVolume).message());
+            row.failure = localizedText(
+                QString::fromStdString(make_error_code(RemovalError::HoldsVolume).message()));
         totalSize = addSaturating(totalSize, item.size);
         m_totalSize = totalSize;
         setFilesSize(UtilityFunction::convertVolSpace(totalSize));

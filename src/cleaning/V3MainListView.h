@@ -42,7 +42,7 @@ public:
     Progress progress() const { return m_progress; }
     Animation animation() const { return m_animation; }
     QString sizeLabel() const { return m_sizeLabel; }
-    QString cleanStrLabel() const { return QStringLiteral("Cleaned:"); }
+    QString cleanStrLabel() const { return QStringLiteral(QT_TRID_NOOP("Cleaned:")); }
     QString cleanSizeLabel() const { return m_cleanSizeLabel; }
     /// What of the category is not cleaned, and why; empty where that is nothing.
     QString note() const { return m_note; }

@@ -2,6 +2,8 @@
 
 #include <QTranslator>
 
+#include <algorithm>
+
 // The macro declares a function and stands outside every namespace for that.
 static void initTexts() {
     Q_INIT_RESOURCE(texts);
@@ -31,6 +33,8 @@ Reader &current() {
 }
 
 QString textBehind(const char *key, int count) {
+    if (!*key)
+        return {};
     const Reader &asked = current();
     for (const QTranslator *translator : {&asked.texts, &asked.english}) {
         QString text = translator->translate(nullptr, key, nullptr, count);
@@ -105,15 +109,17 @@ QString readersNumber(std::uint64_t number) {
 }
 
 QString readersSize(const QString &words) {
-    const auto blank = words.indexOf(QLatin1Char(' '));
+    constexpr auto unitLength = 2;
+    const QString figure = words.chopped(std::min<qsizetype>(unitLength, words.size())).trimmed();
     bool isNumber = false;
-    const double number = words.left(blank).toDouble(&isNumber);
-    if (!isNumber)
+    const double number = figure.toDouble(&isNumber);
+    if (!isNumber || !words.endsWith(QLatin1Char('B')))
         return words;
-    const auto point = words.indexOf(QLatin1Char('.'));
+    const auto point = figure.indexOf(QLatin1Char('.'));
     QLocale locale = reader();
     locale.setNumberOptions(QLocale::OmitGroupSeparator);
-    return locale.toString(number, 'f', point < 0 ? 0 : int(blank - point - 1)) + words.mid(blank);
+    return locale.toString(number, 'f', point < 0 ? 0 : int(figure.size() - point - 1)) +
+           words.mid(figure.size());
 }
 
 } // namespace brightsweep

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "linux/TextKey.h"
+
 #include <array>
 #include <string_view>
 
@@ -36,15 +38,10 @@ enum class CleanPlace : unsigned {
     Downloads,
 };
 
-/// Marks a key of resources/texts/ where Qt's own mark is not to be had.
-inline constexpr const char *textKey(const char *key) {
-    return key;
-}
-
 /// One of the six fixed categories: all that tells it from the others.
 struct CleanCategory {
     CleanPlace place = CleanPlace::LocalCaches;
-    const char *name;
+    const char *name;            ///< in the program's own words, which are the key of the reader's
     const char *key;             ///< of the setting that keeps how much of it is selected
     const char *selectedAtFirst; ///< that setting's default
     const char *context;         ///< tells the observers of "filesSize" apart
@@ -59,24 +56,26 @@ struct CleanCategory {
 };
 
 inline constexpr std::array cleanCategories = {
-    CleanCategory{CleanPlace::LocalCaches, "System Caches", "SystemCaches", "1",
+    CleanCategory{CleanPlace::LocalCaches, textKey("System Caches"), "SystemCaches", "1",
                   "KVO_CONTEXT_SYS_CACHES", textKey("TITLE_CLEAN_SYS_CACHES"),
                   textKey("DESC_CLEAN_SYS_CACHES"), "system_caches_b.png", "system_caches_b.png",
                   "folder"},
-    CleanCategory{CleanPlace::UserCaches, "User Caches", "UserCaches", "1",
+    CleanCategory{CleanPlace::UserCaches, textKey("User Caches"), "UserCaches", "1",
                   "KVO_CONTEXT_USER_CACHES", textKey("TITLE_CLEAN_USR_CACHES"),
                   textKey("DESC_CLEAN_USR_CACHES"), "user_caches_b.png", "user_caches_b.png",
                   "folder", FolderRole::Cache},
-    CleanCategory{CleanPlace::LocalLogs, "System Logs", "SystemLogs", "1", "KVO_CONTEXT_SYS_LOGS",
-                  textKey("TITLE_CLEAN_SYS_LOGS"), textKey("DESC_CLEAN_SYS_LOGS"),
-                  "system_logs_b.png", "system_logs_b.png", "folder"},
-    CleanCategory{CleanPlace::UserLogs, "User Logs", "UserLogs", "1", "KVO_CONTEXT_USER_LOGS",
-                  textKey("TITLE_CLEAN_USR_LOGS"), textKey("DESC_CLEAN_USR_LOGS"),
-                  "user_logs_b.png", "user_logs_b.png", "folder"},
-    CleanCategory{CleanPlace::HomeTrash, "User Trash", "UserTrash", "0", "KVO_CONTEXT_USER_TRASH",
-                  textKey("TITLE_CLEAN_TRASH"), textKey("DESC_CLEAN_TRASH"), "user_trash_b.png",
-                  "user_trash_b.png", "user-trash-full", FolderRole::TrashItems},
-    CleanCategory{CleanPlace::Downloads, "User Downloads", "UserDownloads", "0",
+    CleanCategory{CleanPlace::LocalLogs, textKey("System Logs"), "SystemLogs", "1",
+                  "KVO_CONTEXT_SYS_LOGS", textKey("TITLE_CLEAN_SYS_LOGS"),
+                  textKey("DESC_CLEAN_SYS_LOGS"), "system_logs_b.png", "system_logs_b.png",
+                  "folder"},
+    CleanCategory{CleanPlace::UserLogs, textKey("User Logs"), "UserLogs", "1",
+                  "KVO_CONTEXT_USER_LOGS", textKey("TITLE_CLEAN_USR_LOGS"),
+                  textKey("DESC_CLEAN_USR_LOGS"), "user_logs_b.png", "user_logs_b.png", "folder"},
+    CleanCategory{CleanPlace::HomeTrash, textKey("User Trash"), "UserTrash", "0",
+                  "KVO_CONTEXT_USER_TRASH", textKey("TITLE_CLEAN_TRASH"),
+                  textKey("DESC_CLEAN_TRASH"), "user_trash_b.png", "user_trash_b.png",
+                  "user-trash-full", FolderRole::TrashItems},
+    CleanCategory{CleanPlace::Downloads, textKey("User Downloads"), "UserDownloads", "0",
                   "KVO_CONTEXT_USER_DOWNLOADS", textKey("TITLE_CLEAN_DOWNLOADS"),
                   textKey("DESC_CLEAN_DOWNLOADS"), "download_b.png", "download_folder_b.png",
                   "folder-download", FolderRole::Downloads},

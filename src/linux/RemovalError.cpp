@@ -1,5 +1,7 @@
 #include "linux/RemovalError.h"
 
+#include "linux/TextKey.h"
+
 #include <array>
 #include <string>
 
@@ -14,15 +16,15 @@ struct Row {
 };
 
 constexpr std::array rows = {
-    Row{RemovalError::HoldsVolume, "holds another volume", true},
-    Row{RemovalError::CrossesVolume, "lies on another volume", true},
-    Row{RemovalError::ProtectedPlace, "a protected place"},
-    Row{RemovalError::PartOfSystem, "part of the system"},
-    Row{RemovalError::Changed, "changed since it was found"},
-    Row{RemovalError::MountsUnknown, "the mount table cannot be read"},
-    Row{RemovalError::OutsideOwnTree, "lies outside of this system's folders"},
-    Row{RemovalError::NoTrash, "has no trash on its volume"},
-    Row{RemovalError::InTrash, "lies in the trash already"},
+    Row{RemovalError::HoldsVolume, textKey("holds another volume"), true},
+    Row{RemovalError::CrossesVolume, textKey("lies on another volume"), true},
+    Row{RemovalError::ProtectedPlace, textKey("a protected place")},
+    Row{RemovalError::PartOfSystem, textKey("part of the system")},
+    Row{RemovalError::Changed, textKey("changed since it was found")},
+    Row{RemovalError::MountsUnknown, textKey("the mount table cannot be read")},
+    Row{RemovalError::OutsideOwnTree, textKey("lies outside of this system's folders")},
+    Row{RemovalError::NoTrash, textKey("has no trash on its volume")},
+    Row{RemovalError::InTrash, textKey("lies in the trash already")},
 };
 
 class Category final : public std::error_category {
@@ -34,7 +36,7 @@ public:
             if (int(row.error) == value)
                 return row.words;
         }
-        return "cannot be removed";
+        return textKey("cannot be removed");
     }
 
     std::error_condition default_error_condition(int value) const noexcept override {

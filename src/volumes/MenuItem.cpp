@@ -23,7 +23,9 @@ bool MenuItem::storageWarns(int storage) {
 }
 
 QString MenuItem::stateText() const {
-    return isEjecting ? QStringLiteral("Ejecting…") : note.isEmpty() ? u64FreeSpace : note;
+    return isEjecting       ? QStringLiteral(QT_TRID_NOOP("Ejecting…"))
+           : note.isEmpty() ? u64FreeSpace
+                            : note;
 }
 
 QString MenuItem::ejectImage() const {

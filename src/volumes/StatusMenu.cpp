@@ -132,7 +132,7 @@ void StatusMenu::cleanMemoryButtonClick() {
         return;
     UtilityObject::getMyObject().isFristOpenTimeInMenuItem = false;
     MenuItem freeing = *row;
-    freeing.volumeSize = QStringLiteral("Freeing...");
+    freeing.volumeSize = QStringLiteral(QT_TRID_NOOP("Freeing..."));
     setRow(*row, freeing);
     NotificationCenter::defaultCenter().post(cleanMemoryClickActionNotification, this);
 }

@@ -312,7 +312,7 @@ TEST_F(Menu, MountsAreToldInABubble) {
     volumes->mountHandler({true, "50% <i>&</i>", "/media/x"});
     volumes->mountHandler({false, "", "/media/x"});
     EXPECT_EQ(bubbles, (QStringList{QStringLiteral("50% <i>&</i> is mounted successfully!"),
-                                    QStringLiteral("You disk is unmounted successfully!")}));
+                                    QStringLiteral("Your disk is unmounted successfully!")}));
     EXPECT_EQ(posts.mid(0, 2),
               (QStringList{refMenuItemWhenDeleteAndAddNotification, updateSizeViewNotification}));
     EXPECT_EQ(rebuilds, 2);

@@ -32,6 +32,8 @@ TEST_F(Texts, NumbersHaveTheReadersForm) {
     EXPECT_EQ(readersNumber(12345), QStringLiteral("12345"));
     setReader(QLocale(QStringLiteral("de_DE")));
     EXPECT_EQ(readersSize(QStringLiteral("1000.00 KB")), QStringLiteral("1000,00 KB"));
+    EXPECT_EQ(readersSize(QStringLiteral("0.00KB")), QStringLiteral("0,00KB"));
+    EXPECT_EQ(readersSize(QStringLiteral("6.1")), QStringLiteral("6.1"));
     EXPECT_EQ(readersSize(QStringLiteral("12 GB")), QStringLiteral("12 GB"));
     EXPECT_EQ(readersSize(QStringLiteral("Ejecting…")), QStringLiteral("Ejecting…"));
     EXPECT_EQ(readersNumber(12345), QStringLiteral("12.345"));

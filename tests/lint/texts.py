@@ -8,7 +8,7 @@ import xml.etree.ElementTree as tree
 FORMS = {"en": 2, "de": 2, "zh_CN": 1}
 COMMENT = re.compile(r'//[^\n]*|/\*.*?\*/|("(?:[^"\\\n]|\\.)*")', re.S)
 LITERALS = r'((?:\s*"(?:[^"\\\n]|\\.)*")+)'
-KEY = re.compile(r"\b(?:localizedText|QT_TRID_NOOP|textKey)\(" + LITERALS)
+KEY = re.compile(r"\b(?:localizedText|styledText|QT_TRID_NOOP|textKey)\(" + LITERALS)
 PLACEHOLDER = re.compile(r"%(?:n|[1-9])")
 
 

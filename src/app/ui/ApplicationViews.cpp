@@ -72,10 +72,10 @@ ApplicationViews::ApplicationViews(AppDelegate &delegate, CustomStatusItemView &
 
 ApplicationViews::~ApplicationViews() = default;
 
-QAction *ApplicationViews::addMenuItem(const QString &name, const QString &shortcut,
+QAction *ApplicationViews::addMenuItem(const char *name, const QString &shortcut,
                                        void (AppDelegate::*act)()) {
-    auto *const action = m_mainWindow->applicationMenu().addAction(name);
-    action->setObjectName(QStringLiteral("menu.") + name);
+    auto *const action = m_mainWindow->applicationMenu().addAction(localizedText(name));
+    action->setObjectName(QStringLiteral("menu.") + QLatin1String(name));
     if (!shortcut.isEmpty())
         action->setShortcut(QKeySequence(shortcut));
     connect(action, &QAction::triggered, &m_delegate, act);
@@ -86,20 +86,20 @@ QAction *ApplicationViews::addMenuItem(const QString &name, const QString &short
 
 void ApplicationViews::fillApplicationMenu() {
     QMenu &menu = m_mainWindow->applicationMenu();
-    addMenuItem(QStringLiteral("Scan"), {}, &AppDelegate::onClickScan);
-    auto *const quickClean = menu.addAction(QStringLiteral("Quick Clean…"));
+    addMenuItem(QT_TRID_NOOP("Scan"), {}, &AppDelegate::onClickScan);
+    auto *const quickClean = menu.addAction(localizedText("Quick Clean…"));
     quickClean->setObjectName(QStringLiteral("menu.Quick Clean…"));
     connect(quickClean, &QAction::triggered, this, &ApplicationViews::askForQuickClean);
     connect(&menu, &QMenu::aboutToShow, quickClean,
             [this, quickClean] { quickClean->setEnabled(m_delegate.canCleanFile()); });
-    addMenuItem(QStringLiteral("Free Space"), {}, &AppDelegate::onClickFree);
-    addMenuItem(QStringLiteral("Uninstall"), {}, &AppDelegate::onClickUninstall);
+    addMenuItem(QT_TRID_NOOP("Free Space"), {}, &AppDelegate::onClickFree);
+    addMenuItem(QT_TRID_NOOP("Uninstall"), {}, &AppDelegate::onClickUninstall);
     menu.addSeparator();
-    addMenuItem(QStringLiteral("Preferences"), QStringLiteral("Ctrl+,"), &AppDelegate::Reference);
-    addMenuItem(QStringLiteral("Help"), QStringLiteral("F1"), &AppDelegate::help);
-    addMenuItem(QStringLiteral("About"), {}, &AppDelegate::AboutFunCall);
+    addMenuItem(QT_TRID_NOOP("Preferences"), QStringLiteral("Ctrl+,"), &AppDelegate::Reference);
+    addMenuItem(QT_TRID_NOOP("Help"), QStringLiteral("F1"), &AppDelegate::help);
+    addMenuItem(QT_TRID_NOOP("About"), {}, &AppDelegate::AboutFunCall);
     menu.addSeparator();
-    addMenuItem(QStringLiteral("Quit"), QStringLiteral("Ctrl+Q"), &AppDelegate::quit);
+    addMenuItem(QT_TRID_NOOP("Quit"), QStringLiteral("Ctrl+Q"), &AppDelegate::quit);
 }
 
 void ApplicationViews::askForQuickClean() {

@@ -31,7 +31,7 @@ public:
 
 private:
     void fillApplicationMenu();
-    QAction *addMenuItem(const QString &name, const QString &shortcut, void (AppDelegate::*act)());
+    QAction *addMenuItem(const char *name, const QString &shortcut, void (AppDelegate::*act)());
     void askForQuickClean();
     void showAlert(const QString &text);
     void showAbout();

@@ -3,6 +3,7 @@
 #include "app/DBPrefsWindowController.h"
 #include "app/ui/PanelToolBar.h"
 #include "core/SettingKeys.h"
+#include "core/Texts.h"
 #include "foundation/UserDefaults.h"
 #include "ui/Theme.h"
 #include "ui/WindowSystem.h"
@@ -92,8 +93,8 @@ void MainWindow::ensureToolBar() {
         else if (item.identifier == toolbarSpaceIdentifier)
             m_toolbar->addSpace();
         else
-            m_toolbar->addItem(item.identifier, item.text, item.image, item.name,
-                               m_controller.hasPanel(item.identifier));
+            m_toolbar->addItem(item.identifier, localizedText(item.text), item.image,
+                               localizedText(item.name), m_controller.hasPanel(item.identifier));
     }
     connect(m_toolbar, &PanelToolBar::pressed, this, [this](const QString &identifier) {
         if (m_toolbar->item(identifier) == m_menuButton)
@@ -104,11 +105,11 @@ void MainWindow::ensureToolBar() {
             m_controller.toggleActivePreferenceView(identifier);
     });
     m_popupButton = m_toolbar->addItem(QStringLiteral("popup"), {}, QStringLiteral("disk_ico.png"),
-                                       QStringLiteral("Volumes and memory"), false);
+                                       localizedText("VOLUMES_AND_MEMORY"), false);
     m_popupButton->setVisible(m_popupButtonShown);
     m_menuButton =
         m_toolbar->addItem(QStringLiteral("menu"), {}, QStringLiteral("application_menu.png"),
-                           QStringLiteral("Menu"), false);
+                           localizedText("MENU"), false);
 }
 
 void MainWindow::setPopupButtonShown(bool shown) {

@@ -114,7 +114,7 @@ QWidget *makeEmpty(const Page &page, const PanelActs &acts, QWidget *parent) {
     });
     if (row == emptyPages.end())
         row = emptyPages.begin();
-    return new EmptyPanel({QLatin1String(row->image), QLatin1String(page.title),
+    return new EmptyPanel({QLatin1String(row->image), localizedText(page.title),
                            localizedText(row->sentenceKey), localizedText(row->actKey),
                            [act = row->act, acts] { act(acts); }},
                           parent);

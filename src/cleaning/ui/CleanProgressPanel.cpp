@@ -4,6 +4,7 @@
 #include "cleaning/NewMainViewController.h"
 #include "cleaning/V3MainListView.h"
 #include "cleaning/ui/OverviewList.h"
+#include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "ui/Theme.h"
 #include "ui/effects/Animation.h"
@@ -28,8 +29,8 @@ CleanProgressPanel::CleanProgressPanel(NewMainViewController &controller, QWidge
       m_total(new QLabel(this)),
       m_state(new QLabel(this)),
       scanProgressAnim(new Animation(this)),
-      stopScanBtn(new QPushButton(QStringLiteral("Stop"), this)),
-      stopScanText(new QLabel(QStringLiteral("Stopping…"), this)) {
+      stopScanBtn(new QPushButton(localizedText("STOP"), this)),
+      stopScanText(new QLabel(localizedText("Stopping…"), this)) {
     auto *const column = new QWidget(this);
     auto *const outer = new QHBoxLayout(this);
     outer->setContentsMargins(6 * theme::grid, 6 * theme::grid, 6 * theme::grid, 6 * theme::grid);
@@ -99,8 +100,8 @@ void CleanProgressPanel::follow() {
     stopScanBtn->setEnabled(controls.stopScanBtn.enabled);
     stopScanText->setVisible(controls.stopTextShown);
     scanProgressAnim->setVisible(controls.scanProgressShown);
-    m_state->setText(controls.stopTextShown ? QStringLiteral("Stopping…")
-                                            : QStringLiteral("found so far"));
+    m_state->setText(controls.stopTextShown ? localizedText("Stopping…")
+                                            : localizedText("FOUND_SO_FAR"));
     showTotal();
 }
 
@@ -108,7 +109,7 @@ void CleanProgressPanel::showTotal() {
     std::uint64_t bytes = 0;
     for (unsigned category = 0; category < categoryCount; ++category)
         bytes += UtilityFunction::getVolSpaceFromString(m_controller.row(category).sizeLabel());
-    m_total->setText(UtilityFunction::convertVolSpace(bytes));
+    m_total->setText(readersSize(UtilityFunction::convertVolSpace(bytes)));
 }
 
 } // namespace brightsweep

@@ -95,7 +95,7 @@ CleanResultsPanel::CleanResultsPanel(NewMainViewController &controller, QWidget 
     m_box->addWidget(m_outcome);
     m_uninstallNote = new QWidget(m_box);
     m_box->addWidget(m_uninstallNote);
-    m_volumeNote = makeNote(QStringLiteral("Show volumes"), &CleanResultsPanel::volumesRequested);
+    m_volumeNote = makeNote(localizedText("SHOW_VOLUMES"), &CleanResultsPanel::volumesRequested);
     m_box->addWidget(m_volumeNote);
 
     auto *const right = new QVBoxLayout;
@@ -154,8 +154,8 @@ QWidget *CleanResultsPanel::makeHeading() {
     row->addLayout(words, 1);
     m_filter = new QLineEdit(heading);
     m_filter->setObjectName(QStringLiteral("clean.filter"));
-    m_filter->setPlaceholderText(QStringLiteral("Filter by name"));
-    m_filter->setAccessibleName(QStringLiteral("Filter by name"));
+    m_filter->setPlaceholderText(localizedText("FILTER"));
+    m_filter->setAccessibleName(localizedText("FILTER"));
     m_filter->setClearButtonEnabled(true);
     theme::keep(m_filter, [this] {
         m_filter->setMinimumWidth(theme::height(leastFilterWidth));
@@ -193,7 +193,7 @@ QWidget *CleanResultsPanel::makeLeft() {
     column->setContentsMargins(0, 0, 0, 2 * theme::grid);
     column->setSpacing(theme::grid);
     column->addWidget(m_left, 1);
-    auto *const facts = new QPushButton(QStringLiteral("This computer"), left);
+    auto *const facts = new QPushButton(localizedText("THIS_COMPUTER"), left);
     facts->setObjectName(QStringLiteral("clean.computer"));
     facts->setFlat(true);
     connect(facts, &QPushButton::clicked, this, [this] { (new ComputerSheet(window()))->open(); });
@@ -255,7 +255,7 @@ QWidget *CleanResultsPanel::makeBottom() {
     auto *const row = new QHBoxLayout(bottom);
     row->setContentsMargins(4 * theme::grid, 3 * theme::grid, 4 * theme::grid, 3 * theme::grid);
     row->setSpacing(3 * theme::grid);
-    m_back = new QPushButton(QStringLiteral("Back"), bottom);
+    m_back = new QPushButton(localizedText("BACK"), bottom);
     m_back->setObjectName(QStringLiteral("backButton"));
     m_back->setIcon(imageNamed(QStringLiteral("arrow_left.png")));
     row->addWidget(m_back);
@@ -265,8 +265,8 @@ QWidget *CleanResultsPanel::makeBottom() {
     theme::keep(lockButton, [this] {
         lockButton->setIconSize({theme::height(lockSide), theme::height(lockSide)});
     });
-    lockButton->setToolTip(QLatin1String(cleanPageTexts::lockToolTip));
-    lockButton->setAccessibleName(QStringLiteral("Padlock"));
+    lockButton->setToolTip(localizedText(cleanPageTexts::lockToolTip));
+    lockButton->setAccessibleName(localizedText("PADLOCK"));
     row->addWidget(lockButton);
     m_padlockBlink = new Animation(bottom);
     m_padlockBlink->hide();
@@ -297,9 +297,9 @@ QWidget *CleanResultsPanel::makeBottom() {
     theme::keepFont(trashFileNumTF, 13, true);
     trashFileNumTF->setObjectName(QStringLiteral("trashFileNumTF"));
     row->addWidget(trashFileNumTF);
-    cleanButton = removingButton(QStringLiteral("cleanButton"), QStringLiteral("Clean"), bottom);
+    cleanButton = removingButton(QStringLiteral("cleanButton"), localizedText("CLEAN"), bottom);
     oneListCleanButton =
-        removingButton(QStringLiteral("oneListCleanButton"), QStringLiteral("Clean"), bottom);
+        removingButton(QStringLiteral("oneListCleanButton"), localizedText("CLEAN"), bottom);
     row->addWidget(cleanButton);
     row->addWidget(oneListCleanButton);
     return bottom;
@@ -433,9 +433,9 @@ void CleanResultsPanel::followParts() {
 
 void CleanResultsPanel::followNotice(const QWidget *page) {
     const bool restarts = m_controller.needsRestart();
-    m_noticeWords->setText(restarts ? QString(QLatin1String(cleanPageTexts::restartText))
+    m_noticeWords->setText(restarts ? localizedText(cleanPageTexts::restartText)
                                     : localizedText("CLEAN_OUTDATED"));
-    m_noticeAct->setText(restarts ? QStringLiteral("Restart") : QStringLiteral("Scan"));
+    m_noticeAct->setText(restarts ? localizedText("RESTART") : localizedText("Scan"));
     m_noticeAct->setEnabled(m_controller.state() == NewMainViewController::State::Results);
     m_notice->setVisible(restarts ? page != m_outcome : m_controller.isOutdated());
 }
@@ -443,14 +443,13 @@ void CleanResultsPanel::followNotice(const QWidget *page) {
 void CleanResultsPanel::followOutcome() {
     const bool isStopped =
         m_controller.outcome() == CleanOutcome::Stopped || m_controller.needsRestart();
-    m_outcomeTitle->setText(isStopped ? QStringLiteral("The scan was stopped")
-                                      : QStringLiteral("Nothing to clean"));
+    m_outcomeTitle->setText(isStopped ? localizedText("SCAN_STOPPED")
+                                      : localizedText("NOTHING_TO_CLEAN"));
     CleanStyledText words;
-    words.text = isStopped ? QString(QLatin1String(cleanPageTexts::restartText))
-                           : QStringLiteral("None of the six categories holds anything that could "
-                                            "go.");
+    words.text = isStopped ? localizedText(cleanPageTexts::restartText)
+                           : localizedText("NOTHING_TO_CLEAN_WHY");
     m_outcomeText->setStyledText(words);
-    m_outcomeAct->setText(isStopped ? QStringLiteral("Restart") : QStringLiteral("Back"));
+    m_outcomeAct->setText(isStopped ? localizedText("RESTART") : localizedText("BACK"));
 }
 
 void CleanResultsPanel::followControls() {

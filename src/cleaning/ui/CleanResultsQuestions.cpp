@@ -61,13 +61,12 @@ void CleanResultsPanel::flyToTrash(const QVariant &icon, const QModelIndex &from
 void CleanResultsPanel::askDownloads() {
     AlertContent content;
     content.imageName = QStringLiteral("logo-128x128.icns");
-    content.text = QLatin1String(cleanPageTexts::warningTitle);
-    content.informativeText = QLatin1String(cleanPageTexts::warningText);
-    AlertButton yes{QStringLiteral("Yes"), true,
+    content.text = localizedText(cleanPageTexts::warningTitle);
+    content.informativeText = localizedText(cleanPageTexts::warningText);
+    AlertButton yes{localizedText("YES"), true,
                     [this] { m_controller.alertWindowYesButtonAction(); }};
-    AlertButton no{QStringLiteral("No"), true,
-                   [this] { m_controller.alertWindowNoButtonAction(); }};
-    AlertButton view{QStringLiteral("Open Downloads"), false,
+    AlertButton no{localizedText("NO"), true, [this] { m_controller.alertWindowNoButtonAction(); }};
+    AlertButton view{localizedText("OPEN_DOWNLOADS"), false,
                      [this] { m_controller.openViewNewLink(); }};
     view.keepsOpen = true;
     content.buttons = {yes, no, view};
@@ -78,11 +77,11 @@ void CleanResultsPanel::askDownloads() {
 void CleanResultsPanel::askDownloadsAlone() {
     AlertContent content;
     content.imageName = QStringLiteral("warning.png");
-    content.text = QLatin1String(cleanPageTexts::warningTitle);
-    content.informativeText = QLatin1String(cleanPageTexts::warningText);
+    content.text = localizedText(cleanPageTexts::warningTitle);
+    content.informativeText = localizedText(cleanPageTexts::warningText);
     content.buttons = {
-        {QStringLiteral("OK"), true, [this] { m_controller.downloadAlertEnded(1); }},
-        {QStringLiteral("Cancel"), false, [this] { m_controller.downloadAlertEnded(0); }}};
+        {localizedText("OK"), true, [this] { m_controller.downloadAlertEnded(1); }},
+        {localizedText("CANCEL"), false, [this] { m_controller.downloadAlertEnded(0); }}};
     content.calledOff = [this] { m_controller.downloadAlertEnded(0); };
     AlertSheet::show(std::move(content), window());
 }
@@ -90,8 +89,8 @@ void CleanResultsPanel::askDownloadsAlone() {
 void CleanResultsPanel::showAlertForPrivilegesToClean() {
     AlertContent content;
     content.imageName = QStringLiteral("Lock.png");
-    content.text = QLatin1String(cleanPageTexts::privilegesText);
-    content.buttons = {{QStringLiteral("OK"), false, [this] { m_controller.limitAlertEnded(); }}};
+    content.text = localizedText(cleanPageTexts::privilegesText);
+    content.buttons = {{localizedText("OK"), false, [this] { m_controller.limitAlertEnded(); }}};
     content.calledOff = [this] { m_controller.limitAlertEnded(); };
     AlertSheet::show(std::move(content), window());
 }

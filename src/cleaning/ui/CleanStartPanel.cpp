@@ -24,7 +24,7 @@ constexpr int buttonHeight = 40;
 CleanStartPanel::CleanStartPanel(NewMainViewController &controller, QWidget *parent)
     : QWidget(parent),
       m_controller(controller),
-      m_title(new QLabel(QStringLiteral("Fast Clean"), this)),
+      m_title(new QLabel(localizedText("Fast Clean"), this)),
       m_sentence(new StyledLabel(this)),
       m_restart(new StyledLabel(this)),
       m_button(new QPushButton(this)),
@@ -32,7 +32,7 @@ CleanStartPanel::CleanStartPanel(NewMainViewController &controller, QWidget *par
     theme::keepFont(m_title, 20, true);
     m_sentence->setObjectName(QStringLiteral("clean.sentence"));
     m_sentence->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    m_restart->setStyledText({QLatin1String(cleanPageTexts::restartText), 12, {}});
+    m_restart->setStyledText({localizedText(cleanPageTexts::restartText), 12, {}});
     m_restart->setAlignment(Qt::AlignHCenter);
     theme::keepSize(m_picture, pictureSide, pictureSide);
     m_button->setObjectName(QStringLiteral("scanButton"));
@@ -80,8 +80,8 @@ void CleanStartPanel::follow() {
         sentence.text = localizedText("EMPTY_SCAN");
     m_sentence->setStyledText(sentence);
     m_restart->setVisible(m_controller.needsRestart());
-    m_button->setText(m_controller.needsRestart() ? QStringLiteral("Restart")
-                                                  : QStringLiteral("Scan"));
+    m_button->setText(m_controller.needsRestart() ? localizedText("RESTART")
+                                                  : localizedText("Scan"));
 }
 
 void CleanStartPanel::showEvent(QShowEvent *) {

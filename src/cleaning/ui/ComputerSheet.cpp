@@ -28,7 +28,7 @@ QLabel *plainLabel(const QString &text, QWidget *parent) {
 ComputerSheet::ComputerSheet(QWidget *window) : QDialog(window, Qt::Sheet) {
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName(QStringLiteral("computer"));
-    setWindowTitle(QStringLiteral("This computer"));
+    setWindowTitle(localizedText("THIS_COMPUTER"));
     auto *const grid = new QGridLayout(this);
     grid->setContentsMargins(6 * theme::grid, 6 * theme::grid, 6 * theme::grid, 5 * theme::grid);
     grid->setHorizontalSpacing(3 * theme::grid);
@@ -38,16 +38,16 @@ ComputerSheet::ComputerSheet(QWidget *window) : QDialog(window, Qt::Sheet) {
     for (const ComputerInfoCell &cell : facts.rows()) {
         auto *const image = new ImageView(cell.iconImage, this);
         theme::keepSize(image, imageSide, imageSide);
-        auto *const title = plainLabel(cell.titleText, this);
+        auto *const title = plainLabel(localizedText(cell.titleText), this);
         title->setProperty("secondary", true);
         const bool isKnown = !cell.valueText.isEmpty();
         auto *const value =
-            plainLabel(isKnown ? cell.valueText : QStringLiteral("not known"), this);
+            plainLabel(isKnown ? readersSize(cell.valueText) : localizedText("NOT_KNOWN"), this);
         value->setProperty("secondary", !isKnown);
         value->setWordWrap(true);
         theme::keepSize(value, valueWidth, 0);
         value->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-        value->setAccessibleName(cell.titleText + QLatin1Char(' ') + value->text());
+        value->setAccessibleName(title->text() + QLatin1Char(' ') + value->text());
         grid->addWidget(image, row, 0);
         grid->addWidget(title, row, 1);
         grid->addWidget(value, row++, 2);

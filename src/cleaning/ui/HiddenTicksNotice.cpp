@@ -1,6 +1,7 @@
 #include "cleaning/ui/HiddenTicksNotice.h"
 
 #include "cleaning/CleanOutlineController.h"
+#include "core/Texts.h"
 #include "ui/Theme.h"
 
 #include <QHBoxLayout>
@@ -17,7 +18,7 @@ HiddenTicksNotice::HiddenTicksNotice(const CleanOutlineController &outline, QWid
     m_words->setObjectName(QStringLiteral("clean.hiddenTicks"));
     m_words->setWordWrap(true);
     row->addWidget(m_words, 1);
-    auto *const all = new QPushButton(QStringLiteral("Show all"), this);
+    auto *const all = new QPushButton(localizedText("SHOW_ALL"), this);
     all->setObjectName(QStringLiteral("clean.showAll"));
     connect(all, &QPushButton::clicked, this, &HiddenTicksNotice::showAll);
     row->addWidget(all);
@@ -26,10 +27,7 @@ HiddenTicksNotice::HiddenTicksNotice(const CleanOutlineController &outline, QWid
 
 void HiddenTicksNotice::follow(bool isOutlineShown) {
     const std::size_t hidden = m_outline.hiddenSelectedCount();
-    m_words->setText(
-        hidden == 1 ? QStringLiteral("The filter hides 1 ticked item. Clean removes it too.")
-                    : QStringLiteral("The filter hides %1 ticked items. Clean removes them too.")
-                          .arg(hidden));
+    m_words->setText(localizedText("HIDDEN_TICKS", hidden));
     setVisible(hidden > 0 && isOutlineShown);
 }
 

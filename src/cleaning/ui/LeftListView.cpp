@@ -4,6 +4,7 @@
 #include "cleaning/CustomTableView.h"
 #include "cleaning/NewMainViewController.h"
 #include "cleaning/V3MainListView.h"
+#include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "ui/ImageProvider.h"
 #include "ui/Theme.h"
@@ -71,7 +72,8 @@ public:
                                                             upper.width()));
         painter->setPen(isCurrent ? theme::text() : theme::secondary());
         painter->setFont(theme::font(11));
-        painter->drawText(lower, Qt::AlignLeft | Qt::AlignVCenter, m_list.foundText(index.row()));
+        painter->drawText(lower, Qt::AlignLeft | Qt::AlignVCenter,
+                          readersSize(m_list.foundText(index.row())));
         painter->restore();
     }
 
@@ -84,7 +86,7 @@ private:
 LeftListView::LeftListView(NewMainViewController &controller, QWidget *parent)
     : QListView(parent), m_controller(controller) {
     setObjectName(QStringLiteral("leftList"));
-    setAccessibleName(QStringLiteral("Categories"));
+    setAccessibleName(localizedText("CATEGORIES"));
     setModel(&controller.customTableView());
     setItemDelegate(new LeftRowDelegate(this));
     setUniformItemSizes(true);

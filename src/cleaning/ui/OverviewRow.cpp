@@ -1,6 +1,7 @@
 #include "cleaning/ui/OverviewRow.h"
 
 #include "cleaning/V3MainListView.h"
+#include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "ui/ImageProvider.h"
 #include "ui/Theme.h"
@@ -57,10 +58,11 @@ QSize OverviewRow::sizeHint() const {
 
 void OverviewRow::follow() {
     setFocusPolicy(m_row.isCheckBoxHidden() ? Qt::NoFocus : Qt::TabFocus);
-    setAccessibleName(m_row.titleName());
+    setAccessibleName(localizedText(m_row.titleName()));
     setAccessibleDescription(
         QStringLiteral("%1, %2 %3")
-            .arg(m_row.sizeLabel(), m_row.cleanStrLabel(), m_row.cleanSizeLabel()) +
+            .arg(readersSize(m_row.sizeLabel()), localizedText(m_row.cleanStrLabel()),
+                 readersSize(m_row.cleanSizeLabel())) +
         (m_row.note().isEmpty() ? QString() : QStringLiteral(", ") + m_row.note()));
     setToolTip(m_row.note().toHtmlEscaped());
     runWhileNeeded();
@@ -128,27 +130,29 @@ void OverviewRow::paintWords(QPainter &painter, QRect room) {
     constexpr auto right = Qt::AlignRight | Qt::AlignVCenter;
     constexpr int gap = 4 * theme::grid;
     const auto takeRight = [&](int width) { room.setRight(room.right() - width - gap); };
+    const QString size = readersSize(m_row.sizeLabel());
     painter.setPen(theme::accent());
     painter.setFont(theme::font(14, true));
-    painter.drawText(room, right, m_row.sizeLabel());
+    painter.drawText(room, right, size);
     // A column of its own, so that nothing moves while the figures grow.
     takeRight(std::max(theme::textWidth({theme::widestSize()}, 14, true),
-                       painter.fontMetrics().horizontalAdvance(m_row.sizeLabel())));
+                       painter.fontMetrics().horizontalAdvance(size)));
     if (UtilityFunction::getVolSpaceFromString(m_row.cleanSizeLabel()) > 0) {
-        const QString cleaned = m_row.cleanStrLabel() + QLatin1Char(' ') + m_row.cleanSizeLabel();
+        const QString cleaned = localizedText(m_row.cleanStrLabel()) + QLatin1Char(' ') +
+                                readersSize(m_row.cleanSizeLabel());
         painter.setPen(theme::secondary());
         painter.setFont(theme::font(12));
         painter.drawText(room, right, cleaned);
         takeRight(painter.fontMetrics().horizontalAdvance(cleaned));
     }
-    const auto elided = [&](const QString &words, double size, const QColor &color) {
+    const auto elided = [&](const QString &words, double fontSize, const QColor &color) {
         painter.setPen(color);
-        painter.setFont(theme::font(size));
+        painter.setFont(theme::font(fontSize));
         const QString shown = painter.fontMetrics().elidedText(words, Qt::ElideRight, room.width());
         painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter, shown);
         room.setLeft(room.left() + painter.fontMetrics().horizontalAdvance(shown) + gap);
     };
-    elided(m_row.titleName(), 13, theme::text());
+    elided(localizedText(m_row.titleName()), 13, theme::text());
     if (room.width() > gap)
         elided(m_row.note(), 11, theme::accent());
 }

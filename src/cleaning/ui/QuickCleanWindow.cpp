@@ -95,7 +95,7 @@ protected:
 
 private:
     void follow() {
-        fixedText.setText(m_controller.showFixedText());
+        fixedText.setText(localizedText(m_controller.showFixedText()));
         curFileName.setText(
             curFileName.fontMetrics().elidedText(m_controller.curDeleteFile(), Qt::ElideMiddle,
                                                  theme::height(windowWidth) - 12 * theme::grid));

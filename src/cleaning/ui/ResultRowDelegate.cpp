@@ -2,6 +2,7 @@
 
 #include "cleaning/CleanCategories.h"
 #include "core/CheckImage.h"
+#include "core/Texts.h"
 #include "foundation/Paths.h"
 #include "ui/ImageProvider.h"
 #include "ui/Theme.h"
@@ -161,7 +162,7 @@ void ResultRowDelegate::paintName(QPainter &painter, const QRect &area, bool isS
         m_form.holderRole >= 0 ? index.data(m_form.holderRole).toString() : QString();
     const QString note = !failure.isEmpty() ? failure
                          : holder.isEmpty() ? QString()
-                                            : QStringLiteral("in use by %1").arg(holder);
+                                            : localizedText("IN_USE_BY").arg(holder);
     const int noteWidth =
         note.isEmpty() ? 0
                        : std::min(QFontMetrics(small).horizontalAdvance(note) + 4 * theme::grid,

@@ -4,6 +4,7 @@
 #include "cleaning/CleanOutlineController.h"
 #include "cleaning/ui/CheckHeader.h"
 #include "cleaning/ui/ResultRowDelegate.h"
+#include "core/Texts.h"
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
@@ -140,11 +141,10 @@ void ResultView::contextMenuEvent(QContextMenuEvent *event) {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const QPersistentModelIndex item(clicked);
     if (!model()->hasChildren(clicked.siblingAtColumn(0))) {
-        menu->addAction(QStringLiteral("Open"), this, [this, item] { open(item); });
-        menu->addAction(QStringLiteral("Show in the file manager"), this,
-                        [this, item] { reveal(item); });
+        menu->addAction(localizedText("Open"), this, [this, item] { open(item); });
+        menu->addAction(localizedText("REVEAL"), this, [this, item] { reveal(item); });
     }
-    menu->addAction(QStringLiteral("Copy path"), this, &ResultView::copyPaths);
+    menu->addAction(localizedText("COPY_PATH"), this, &ResultView::copyPaths);
     menu->popup(isByKey ? viewport()->mapToGlobal(visualRect(clicked).bottomLeft())
                         : event->globalPos());
 }
@@ -167,7 +167,7 @@ void ResultView::copyPaths() const {
 OutlineView::OutlineView(CleanOutlineController &outline, QWidget *parent)
     : ResultView(outlineForm(), parent), m_outline(outline) {
     setObjectName(QStringLiteral("outline"));
-    setAccessibleName(QStringLiteral("Results"));
+    setAccessibleName(localizedText("RESULTS"));
     setModel(&m_outline.model());
     setTreePosition(CleanOutlineModel::NameColumn);
     setIndentation(5 * theme::grid);
@@ -262,7 +262,7 @@ QString OutlineView::pathText() const {
 CategoryView::CategoryView(CategoryListModel &list, QWidget *parent)
     : ResultView(listForm(), parent), m_list(list) {
     setObjectName(QStringLiteral("categoryList"));
-    setAccessibleName(QStringLiteral("Items"));
+    setAccessibleName(localizedText("ITEMS"));
     setModel(&m_list);
     setRootIsDecorated(false);
     setItemsExpandable(false);

@@ -1,5 +1,6 @@
 #include "volumes/ui/MenuActionView.h"
 
+#include "core/Texts.h"
 #include "ui/ImageProvider.h"
 #include "ui/Theme.h"
 #include "volumes/StatusMenu.h"
@@ -28,7 +29,7 @@ MenuActionView::MenuActionView(StatusMenu &menu, std::size_t entry, QWidget *par
     const MenuEntry &source = m_menu.entries()[m_entry];
     setObjectName(QStringLiteral("action.") + source.text);
     setCheckable(source.action == MenuAction::LaunchAtLogin);
-    setAccessibleName(source.text);
+    setAccessibleName(localizedText(source.text));
     if (!source.key.isEmpty()) {
         const QKeySequence keys(QStringLiteral("Ctrl+") + source.key.toUpper());
         setShortcut(keys);
@@ -57,8 +58,8 @@ void MenuActionView::updateFromEntry() {
     update();
 }
 
-const QString &MenuActionView::text() const {
-    return m_menu.entries()[m_entry].text;
+QString MenuActionView::text() const {
+    return localizedText(m_menu.entries()[m_entry].text);
 }
 
 QSize MenuActionView::sizeHint() const {

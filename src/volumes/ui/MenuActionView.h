@@ -25,7 +25,7 @@ protected:
     void paintEvent(QPaintEvent *) override;
 
 private:
-    const QString &text() const;
+    QString text() const;
 
     StatusMenu &m_menu;
     std::size_t m_entry;

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace brightsweep {
 
@@ -27,8 +28,19 @@ constexpr const char *storageImages[] = {"volume_local.png",   "volume_external.
                                          "volume_optical.png", "volume_network.png",
                                          "volume_image.png",   "freememory.png"};
 
-QString ofTotal(const QString &total) {
-    return QStringLiteral("free of %1").arg(total);
+QString nameOf(const MenuItem &row) {
+    return row.isMemory() ? localizedText(row.volumeSize) : row.volumeSize;
+}
+
+QString stateOf(const MenuItem &row) {
+    return row.showsFigures() ? readersSize(row.stateText()) : localizedText(row.stateText());
+}
+
+// What stands before and behind the free space, which differs by language.
+std::pair<QString, QString> aroundFree(const QString &total) {
+    const QString sentence = localizedText("FREE_OF").arg(QStringLiteral("%1"), total);
+    const auto place = sentence.indexOf(QLatin1String("%1"));
+    return {sentence.left(place).trimmed(), sentence.mid(place + 2).trimmed()};
 }
 
 } // namespace
@@ -61,17 +73,18 @@ QSize MenuItemView::sizeHint() const {
 // Of the widest figures that the row may come to, so that no refresh needs another window.
 int MenuItemView::figuresWidth() const {
     const QString size = theme::widestSize();
-    return std::max(theme::textWidth({item().stateText()}, 11, true),
-                    theme::textWidth({size}, 11, true) + theme::grid +
-                        theme::textWidth({ofTotal(size)}, 11));
+    const auto [before, behind] = aroundFree(size);
+    return std::max(theme::textWidth({stateOf(item())}, 11, true),
+                    theme::textWidth({before}, 11) + theme::textWidth({size}, 11, true) +
+                        theme::textWidth({behind}, 11) + 2 * theme::grid);
 }
 
 void MenuItemView::updateFromRow() {
     const MenuItem &row = item();
     setAccessibleName(row.showsFigures()
-                          ? QStringLiteral("%1, %2 free of %3")
-                                .arg(row.volumeSize, row.stateText(), row.u64TotalSpace)
-                          : row.volumeSize + QStringLiteral(", ") + row.stateText());
+                          ? localizedText("VOLUME_FREE_OF")
+                                .arg(nameOf(row), stateOf(row), readersSize(row.u64TotalSpace))
+                          : nameOf(row) + QStringLiteral(", ") + stateOf(row));
     // Red alone tells an assistive program nothing, and the tool tip's markup is not to be read.
     QStringList described{row.warns() ? localizedText("ROW_WARNS") : QString(), row.toolTip};
     described.removeAll(QString());
@@ -86,8 +99,8 @@ void MenuItemView::updateFromRow() {
     backButton->setEnabled(pressable && !row.isEjecting);
     backButton->setImageName(row.isMemory() ? QStringLiteral("clean_memory.png")
                                             : row.ejectImage());
-    const QString does = row.isMemory() ? QStringLiteral("Free Memory")
-                                        : QStringLiteral("Eject %1").arg(row.volumeSize);
+    const QString does =
+        row.isMemory() ? localizedText("Free Memory") : localizedText("EJECT").arg(row.volumeSize);
     backButton->setAccessibleName(does);
     update();
 }
@@ -109,22 +122,23 @@ void MenuItemView::leaveEvent(QEvent *event) {
 
 void MenuItemView::paintFigures(QPainter &painter, const QRectF &place, bool lit) const {
     const MenuItem &row = item();
-    const QFont figure = theme::font(11, true);
-    const QFont words = theme::font(11);
-    const QString state = row.stateText();
-    const QColor red = theme::danger();
-    painter.setFont(figure);
-    painter.setPen(!row.showsFigures()   ? theme::text()
-                   : row.warns() && !lit ? red
-                                         : theme::accent());
-    painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, state);
+    QRectF rest = place;
+    const auto draw = [&](const QString &words, bool isLoud, const QColor &color) {
+        if (words.isEmpty())
+            return;
+        const QFont font = theme::font(11, isLoud);
+        painter.setFont(font);
+        painter.setPen(color);
+        painter.drawText(rest, Qt::AlignLeft | Qt::AlignVCenter, words);
+        rest.setLeft(rest.left() + QFontMetricsF(font).horizontalAdvance(words) + theme::grid);
+    };
     if (!row.showsFigures())
-        return;
-    const double used = QFontMetricsF(figure).horizontalAdvance(state);
-    painter.setFont(words);
-    painter.setPen(lit ? theme::text() : theme::secondary());
-    const QRectF rest = place.adjusted(used + theme::grid, 0, 0, 0);
-    painter.drawText(rest, Qt::AlignLeft | Qt::AlignVCenter, ofTotal(row.u64TotalSpace));
+        return draw(stateOf(row), true, theme::text());
+    const QColor quiet = lit ? theme::text() : theme::secondary();
+    const auto [before, behind] = aroundFree(readersSize(row.u64TotalSpace));
+    draw(before, false, quiet);
+    draw(stateOf(row), true, row.warns() && !lit ? theme::danger() : theme::accent());
+    draw(behind, false, quiet);
 }
 
 void MenuItemView::paintEvent(QPaintEvent *) {
@@ -156,7 +170,7 @@ void MenuItemView::paintEvent(QPaintEvent *) {
     painter.setPen(row.warns() && !lit ? theme::danger() : theme::text());
     painter.drawText(
         QRectF(left, top, width, nameHeight), Qt::AlignLeft | Qt::AlignVCenter,
-        QFontMetricsF(bold).elidedText(popup::oneLine(row.volumeSize), Qt::ElideMiddle, width));
+        QFontMetricsF(bold).elidedText(popup::oneLine(nameOf(row)), Qt::ElideMiddle, width));
     top += nameHeight + gap;
     paintImage(painter, row.prograssImage, QRectF(left, top, width, bar));
     top += bar + gap;

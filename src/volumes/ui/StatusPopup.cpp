@@ -1,5 +1,6 @@
 #include "volumes/ui/StatusPopup.h"
 
+#include "core/Texts.h"
 #include "ui/RoundedWindow.h"
 #include "ui/Theme.h"
 #include "ui/WindowSystem.h"
@@ -57,7 +58,7 @@ StatusPopup::StatusPopup(StatusMenu &menu, QWidget *parent)
       m_area(new QScrollArea(this)) {
     setObjectName(QStringLiteral("popup"));
     setWindowTitle(QStringLiteral("Brightsweep"));
-    setAccessibleName(QStringLiteral("Volumes and memory"));
+    setAccessibleName(localizedText("VOLUMES_AND_MEMORY"));
     setAttribute(Qt::WA_TranslucentBackground);
     // No other window of the program is needed for it to live, and none ends with it.
     setAttribute(Qt::WA_QuitOnClose, false);
