@@ -286,6 +286,10 @@ class QuickClean(CleanPage):
 
     def test_it_asks_names_the_folders_and_reports_in_a_bubble(self):
         self.prepare("UserCaches", "UserLogs")
+        stays = pathlib.Path(self.folder, CACHES, "stays", "file")  # of another user
+        stays.parent.mkdir()
+        stays.touch()
+        self.before = snapshot(self.folder)
         self.start()
         self.ask_for_it()
         self.assertTrue(self.desktop.shows(f"{self.folder}/{CACHES}"))
@@ -295,9 +299,12 @@ class QuickClean(CleanPage):
 
         self.ask_for_it()
         self.desktop.press("Clean")
-        self.desktop.wait_for_one("Files cleaned: ")
+        self.desktop.wait_for_one("Items cleaned: ")
+        self.assertTrue(self.desktop.shows("1 item needs administrator rights"))
+        self.assertTrue(stays.exists())
+        shutil.rmtree(stays.parent)
         self.wait_until_gone(CACHES, LOGS)
-        self.desktop.wait_without("Files cleaned: ")
+        self.desktop.wait_without("Items cleaned: ")
         self.assertIsNone(self.desktop.running.poll())
 
 
