@@ -3,6 +3,7 @@
 #include "duplicates/QrxLog.h"
 #include "duplicates/duplicateFind.h"
 #include "foundation/Paths.h"
+#include "platform/Platform.h"
 
 namespace brightsweep {
 
@@ -25,7 +26,8 @@ std::shared_ptr<SimpleTreeNode> groupNode(const std::string &name, const std::st
 }
 
 // Adds a member to a group, and its size to the group's.
-void appendLeaf(SimpleTreeNode &group, std::shared_ptr<SimpleNodeData> leaf) {
+void appendLeaf(SimpleTreeNode &group, std::shared_ptr<DuplicateLeaf> leaf) {
+    leaf->setPlace(std::uint32_t(group.numberOfChildren()));
     group.data().setFileSize(group.data().fileSize() + leaf->fileSize());
     append(group, SimpleTreeNode::nodeWithData(std::move(leaf)));
 }
@@ -33,7 +35,11 @@ void appendLeaf(SimpleTreeNode &group, std::shared_ptr<SimpleNodeData> leaf) {
 std::shared_ptr<SimpleTreeNode> bundleGroup(const AppList &bundles) {
     auto group = groupNode(bundles.back()->DirectoryName, "APP");
     for (const auto &bundle : bundles) {
-        auto leaf = SimpleNodeData::leafDataWithName(bundle->DirectoryPathName);
+        SearchedFile searched{
+            SearchedFile::Kind::Bundle, bundle->device, bundle->inode, bundle->DirectorySize, 0, 0};
+        for (const auto &file : bundle->AllFileInDirectory)
+            searched.changed = std::max(searched.changed, file->changed);
+        auto leaf = std::make_shared<DuplicateLeaf>(bundle->DirectoryPathName, searched);
         // The icon of a bundle goes by its bare name.
         leaf->setIconRep(bundle->DirectoryName);
         leaf->setFileSize(bundle->DirectorySize);
@@ -42,8 +48,13 @@ std::shared_ptr<SimpleTreeNode> bundleGroup(const AppList &bundles) {
     return group;
 }
 
-std::shared_ptr<SimpleNodeData> fileLeaf(const fileAttrbItem &file) {
-    auto leaf = SimpleNodeData::leafDataWithName(file.filePathName);
+std::shared_ptr<DuplicateLeaf> fileLeaf(const fileAttrbItem &file) {
+    const auto kind = file.kind == fileAttrbItem::Kind::Link ? SearchedFile::Kind::Link
+                                                             : SearchedFile::Kind::File;
+    auto leaf = std::make_shared<DuplicateLeaf>(
+        file.filePathName,
+        SearchedFile{kind, file.device, file.inode, file.fileSize,
+                     file.ModificationDate.time_since_epoch().count(), file.changed});
     leaf->setIconRepToName();
     leaf->setFileSize(file.fileSize);
     leaf->setModificationDate(file.ModificationDate);
@@ -69,6 +80,8 @@ void DuplicateFilesOpt::beginSearchAtPath(const std::filesystem::path &path,
         m_findDuplicate = search;
         m_CurrentSearchPath = path.native();
     }
+    const auto root = Platform::current().files->rememberRoot(path);
+    m_root = root ? Result<SearchRoot>(SearchRoot{path, *root}) : root.error();
     QRX_LOG(beginMethod, " -INFO:search Path:%@  limitedsize:%llu", path, withLimitSize);
     search->searchDuplicateFileAtPath(path, withLimitSize);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "duplicates/AppAttrbItem.h"
+#include "duplicates/SearchedFile.h"
 #include "duplicates/fileAttrbItem.h"
 #include "results/SimpleTreeNode.h"
 
@@ -42,7 +43,10 @@ public:
     void stopSearch();
     /// A tree of groups, those of bundles first, with the members as leaves. False, and the pointer
     /// left alone, where nothing was found. To be called once.
+    /// The leaves are DuplicateLeaf objects.
     bool getDuplicateFiles(std::shared_ptr<SimpleTreeNode> &root);
+    /// Where the search began; after it. Nothing where the folder could not be reached.
+    const Result<SearchRoot> &searchRoot() const { return m_root; }
 
 private:
     std::shared_ptr<duplicateFind> find();
@@ -51,6 +55,7 @@ private:
     SearchOption m_option;
     FileList m_findArray;
     std::vector<AppList> m_findAppArray;
+    Result<SearchRoot> m_root = std::errc::no_such_file_or_directory;
     std::size_t m_Index = 0; // length of m_findArray before the last copy
 
     std::mutex m_mutex; // all that follows

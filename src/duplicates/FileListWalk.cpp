@@ -44,6 +44,7 @@ std::shared_ptr<fileAttrbItem> makeItem(std::string path, const DirectoryEntry &
     item->filePathName = std::move(path);
     item->fileSize = entry.size;
     item->ModificationDate = fileTime(entry.modified);
+    item->changed = entry.changed;
     item->device = entry.device;
     item->inode = entry.inode;
     item->kind = entry.type == EntryType::File   ? fileAttrbItem::Kind::File

@@ -28,6 +28,7 @@ public:
     std::uint64_t md5 = 0;
     std::uint64_t md5_1k = 0;
     FileTime ModificationDate;
+    std::int64_t changed = 0; ///< contents, mode, names or owner; nanoseconds since the epoch
     /// Of a link, those of what it leads to.
     std::uint64_t device = 0;
     std::uint64_t inode = 0;

@@ -191,6 +191,8 @@ public:
                                                 const char *name) = 0;
     /// Follows links; errors as of the system call.
     virtual Result<FileAttributes> attributesFollowing(const std::filesystem::path &path) = 0;
+    /// What a link leads to, as it stands there.
+    virtual Result<std::string> linkTarget(const std::filesystem::path &path) = 0;
     /// Absolute, without links; of what exists only.
     virtual Result<std::filesystem::path> canonicalPath(const std::filesystem::path &path) = 0;
     /// True where something is mounted on the very item, a single file included.

@@ -49,6 +49,7 @@ public:
     Result<std::filesystem::path> canonicalPath(const std::filesystem::path &) override {
         return unsupported;
     }
+    Result<std::string> linkTarget(const std::filesystem::path &) override { return unsupported; }
     bool isMountPoint(const std::filesystem::path &) override { return false; }
     Result<FileDescriptor> openFile(const std::filesystem::path &) override { return unsupported; }
     Result<FileDescriptor> openListedFile(const std::string &) override { return unsupported; }

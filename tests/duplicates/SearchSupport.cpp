@@ -1,7 +1,11 @@
 #include "duplicates/SearchSupport.h"
 
+#include "duplicates/DuplicateFilesOpt.h"
+#include "duplicates/crc.h"
+
 #include <algorithm>
 #include <random>
+#include <stdexcept>
 
 namespace brightsweep::test {
 
@@ -36,6 +40,46 @@ Groups unordered(Groups groups) {
         std::sort(group.begin(), group.end());
     std::sort(groups.begin(), groups.end());
     return groups;
+}
+
+Searched searchFor(const std::filesystem::path &root) {
+    DuplicateFilesOpt search(1);
+    search.beginSearchAtPath(root, 0);
+    Searched found{*search.searchRoot(), {}};
+    std::shared_ptr<SimpleTreeNode> tree;
+    if (search.getDuplicateFiles(tree)) {
+        for (const auto &group : tree->children())
+            found.groups.push_back(membersOf(*group));
+    }
+    return found;
+}
+
+std::vector<DuplicateRemoval::Member> &Searched::groupOf(const std::filesystem::path &path) {
+    for (auto &group : groups) {
+        for (const auto &member : group) {
+            if (member.path == path)
+                return group;
+        }
+    }
+    throw std::runtime_error("not found: " + path.native());
+}
+
+std::size_t Searched::placeOf(const std::filesystem::path &path) {
+    const auto &group = groupOf(path);
+    const auto isIt = [&](const auto &member) { return member.path == path; };
+    return std::size_t(std::find_if(group.begin(), group.end(), isIt) - group.begin());
+}
+
+// The checksum is linear: what is changed in the middle is made up for by the last eight bytes.
+std::string forgedTwin(std::string text) {
+    std::string change(text.size(), '\0');
+    change[1024] = 1;
+    const std::uint64_t value = crc::fold(0, change.data(), change.size() - 8);
+    for (std::size_t i = 0; i < 8; ++i)
+        change[change.size() - 8 + i] = char(value >> (8 * i));
+    for (std::size_t i = 0; i < text.size(); ++i)
+        text[i] = char(text[i] ^ change[i]);
+    return text;
 }
 
 std::string bytes(std::size_t size, unsigned seed) {

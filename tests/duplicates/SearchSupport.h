@@ -1,5 +1,6 @@
 #pragma once
 
+#include "duplicates/DuplicateRemoval.h"
 #include "duplicates/duplicateFind.h"
 
 #include <filesystem>
@@ -23,6 +24,20 @@ Groups search(const std::filesystem::path &root, SearchSettings settings = {});
 
 /// The groups without the order of groups and members.
 Groups unordered(Groups groups);
+
+/// What a search found, as removals take it.
+struct Searched {
+    SearchRoot root;
+    std::vector<std::vector<DuplicateRemoval::Member>> groups;
+
+    /// The group of a path, and its place in it.
+    std::vector<DuplicateRemoval::Member> &groupOf(const std::filesystem::path &path);
+    std::size_t placeOf(const std::filesystem::path &path);
+};
+Searched searchFor(const std::filesystem::path &root);
+
+/// Other bytes than these with the same first kilobyte and the same checksum; of more than 1,040.
+std::string forgedTwin(std::string text);
 
 /// Bytes that look random and are the same for the same seed.
 std::string bytes(std::size_t size, unsigned seed);

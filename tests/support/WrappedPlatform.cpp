@@ -95,6 +95,9 @@ public:
     Result<std::filesystem::path> canonicalPath(const std::filesystem::path &path) override {
         return ask("canonicalPath", path, [&] { return m_wrapped->canonicalPath(path); });
     }
+    Result<std::string> linkTarget(const std::filesystem::path &path) override {
+        return ask("linkTarget", path, [&] { return m_wrapped->linkTarget(path); });
+    }
     bool isMountPoint(const std::filesystem::path &path) override {
         return ask(
             "isMountPoint", path, [&] { return m_wrapped->isMountPoint(path); },

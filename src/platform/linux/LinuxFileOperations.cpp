@@ -213,6 +213,19 @@ LinuxFileOperations::canonicalPath(const std::filesystem::path &path) {
     return canonical;
 }
 
+Result<std::string> LinuxFileOperations::linkTarget(const std::filesystem::path &path) {
+    const auto shortened = shortenPath(path.native());
+    if (!shortened)
+        return shortened.error();
+    std::string target(PATH_MAX, '\0'); // no link holds more
+    const ssize_t size =
+        ::readlinkat(shortened->base(), shortened->name.c_str(), target.data(), target.size());
+    if (size < 0)
+        return lastError();
+    target.resize(std::size_t(size));
+    return target;
+}
+
 bool LinuxFileOperations::isMountPoint(const std::filesystem::path &path) {
     const auto shortened = shortenPath(path.native());
     struct statx status;

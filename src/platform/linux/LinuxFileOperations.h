@@ -21,6 +21,7 @@ public:
     Result<FileAttributes> attributesAt(const OpenDirectory &directory, const char *name) override;
     Result<FileAttributes> attributesFollowing(const std::filesystem::path &path) override;
     Result<std::filesystem::path> canonicalPath(const std::filesystem::path &path) override;
+    Result<std::string> linkTarget(const std::filesystem::path &path) override;
     bool isMountPoint(const std::filesystem::path &path) override;
 
     Result<FileDescriptor> openFile(const std::filesystem::path &path) override;

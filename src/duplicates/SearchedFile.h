@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/FileOperations.h"
+#include "results/SimpleNodeData.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <utility>
+
+namespace brightsweep {
+
+/// What a member of a group was when the search met it. It is acted on only while it still is.
+struct SearchedFile {
+    enum class Kind : std::uint8_t {
+        File,
+        Link,   ///< to a file: size and times are the link's own, device and inode its target's
+        Bundle, ///< device and inode of the directory, all else of what it holds
+    };
+
+    Kind kind = Kind::File;
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::uint64_t size = 0;
+    std::int64_t modified = 0; ///< nanoseconds since the epoch; of a bundle 0
+    std::int64_t changed = 0;  ///< likewise; of a bundle the latest of its files, 0 when not known
+};
+
+/// Where a search began: the folder by the path that its finds begin with, and what it is.
+struct SearchRoot {
+    std::filesystem::path searched;
+    RemovalRoot root;
+};
+
+/// The leaf of a search's tree.
+class DuplicateLeaf : public SimpleNodeData {
+public:
+    DuplicateLeaf(std::string path, const SearchedFile &searched)
+        : SimpleNodeData(std::move(path), true), m_searched(searched) {}
+
+    const SearchedFile &searched() const { return m_searched; }
+    /// Its place in the group as the search made it, whatever order is shown; the file that was
+    /// found first has the last.
+    std::uint32_t place() const { return m_place; }
+    void setPlace(std::uint32_t place) { m_place = place; }
+
+private:
+    SearchedFile m_searched;
+    std::uint32_t m_place = 0;
+};
+
+} // namespace brightsweep
