@@ -161,11 +161,15 @@ void PrivateMachine::stopBus() {
     ::unlink("/run/dbus/system_bus_socket");
 }
 
-std::string PrivateMachine::makeDisk(const std::string &label) {
+std::string PrivateMachine::makeDisk(const std::string &label, const std::string &type) {
+    // The least that each can be made in, with room for the tests.
+    const bool isSmall = type == "ext4";
+    const std::string maker =
+        isSmall ? "mkfs.ext4 -q -F -L " : "mkfs." + type + (type == "xfs" ? " -q" : "") + " -f -L ";
     const std::string image = m_images / ("image" + std::to_string(m_devices.size()));
-    const std::string made = "truncate -s 64M " + quoted(image) + " && mkfs.ext4 -q -F -L " +
-                             quoted(label) + " " + quoted(image) + " && losetup -f --show " +
-                             quoted(image);
+    const std::string made = "truncate -s " + std::string(isSmall ? "64M " : "512M ") +
+                             quoted(image) + " && " + maker + quoted(label) + " " + quoted(image) +
+                             " > /dev/null && losetup -f --show " + quoted(image);
     std::string device = shell(made).output;
     device.erase(std::min(device.find('\n'), device.size()));
     m_devices.push_back(device);
@@ -191,9 +195,10 @@ std::string PrivateMachine::makeMemoryDisk() {
     return device;
 }
 
-void PrivateMachine::mountDisk(const std::string &device, const fs::path &place) {
+void PrivateMachine::mountDisk(const std::string &device, const fs::path &place,
+                               const std::string &type) {
     fs::create_directories(place);
-    if (::mount(device.c_str(), place.c_str(), "ext4", 0, nullptr) != 0)
+    if (::mount(device.c_str(), place.c_str(), type.c_str(), 0, nullptr) != 0)
         throw std::runtime_error("cannot mount " + device);
 }
 

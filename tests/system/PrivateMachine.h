@@ -28,13 +28,14 @@ public:
     /// What the disks service has logged.
     std::string wordsOfDisks() const;
 
-    /// A loop device with a fresh ext4 of 64 MiB; empty where that failed.
-    std::string makeDisk(const std::string &label);
+    /// A loop device with a fresh file system; empty where that failed. An ext4 has 64 MiB.
+    std::string makeDisk(const std::string &label, const std::string &type = "ext4");
     /// A block device in memory, with a fresh ext4, that is no loop device; empty where the kernel
     /// has none.
     std::string makeMemoryDisk();
     /// Mounts a device, making the mount point.
-    void mountDisk(const std::string &device, const std::filesystem::path &place);
+    void mountDisk(const std::string &device, const std::filesystem::path &place,
+                   const std::string &type = "ext4");
     bool isAttached(const std::string &device) const;
 
     /// Undoes what a test has left: mounts below /media and /boot, loop devices, images.
