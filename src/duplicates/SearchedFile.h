@@ -43,10 +43,14 @@ public:
     /// found first has the last.
     std::uint32_t place() const { return m_place; }
     void setPlace(std::uint32_t place) { m_place = place; }
+    /// Where the selection keeps it, if it does.
+    std::size_t selectionPlace() const { return m_selectionPlace; }
+    void setSelectionPlace(std::size_t place) { m_selectionPlace = std::uint32_t(place); }
 
 private:
     SearchedFile m_searched;
     std::uint32_t m_place = 0;
+    std::uint32_t m_selectionPlace = 0;
 };
 
 } // namespace brightsweep
