@@ -27,6 +27,7 @@
     <message id="COPY_PATH"><translation>Pfad kopieren</translation></message>
     <message id="CPU Brand:"><translation>Prozessor:</translation></message>
     <message id="CPU Vendor:"><translation>Prozessorhersteller:</translation></message>
+    <message id="Clean"><translation>Bereinigen</translation></message>
     <message id="Cleaned:"><translation>Bereinigt:</translation></message>
     <message id="Click lock to get a higer privileges."><translation>Klicken Sie auf das Schloss, um höhere Rechte zu erhalten.</translation></message>
     <message id="DESC_CLEAN_DOWNLOADS"><translation>Alles in Ihrem Download-Ordner. Sehen Sie ihn vorher durch: Es sind Ihre eigenen Dateien.</translation></message>
@@ -110,6 +111,7 @@
     <message id="Preferences"><translation>Einstellungen</translation></message>
     <message id="QUICK_CLEAN"><translation>Bereinigen</translation></message>
     <message id="QUICK_CLEAN_ASK"><translation>Alles in diesen Ordnern wird entfernt.</translation></message>
+    <message id="Quick Clean"><translation>Schnell bereinigen</translation></message>
     <message id="Quick Clean…"><translation>Schnell bereinigen …</translation></message>
     <message id="Quit"><translation>Beenden</translation></message>
     <message id="Quit Brightsweep"><translation>Brightsweep beenden</translation></message>
@@ -121,6 +123,7 @@
     <message id="ROW_WARNS"><translation>Knapp</translation></message>
     <message id="RUNS_WITHOUT_ITEM"><translation>Brightsweep läuft</translation></message>
     <message id="RUNS_WITHOUT_ITEM_HOW"><translation>Diese Arbeitsumgebung zeigt keine Statussymbole. Starten Sie Brightsweep noch einmal oder wählen Sie „Öffnen“, um sein Fenster zu sehen.</translation></message>
+    <message id="Removal"><translation>Entfernen</translation></message>
     <message id="SCAN_STOPPED"><translation>Die Suche wurde angehalten</translation></message>
     <message id="SHOW_ALL"><translation>Alle zeigen</translation></message>
     <message id="SHOW_LOG"><translation>Protokoll zeigen</translation></message>
@@ -135,6 +138,7 @@
     <message id="Scanning system..."><translation>System wird durchsucht …</translation></message>
     <message id="Selected"><translation>Ausgewählt</translation></message>
     <message id="Size"><translation>Größe</translation></message>
+    <message id="Start"><translation>Start</translation></message>
     <message id="Stopping…"><translation>Wird angehalten …</translation></message>
     <message id="System Caches"><translation>System-Caches</translation></message>
     <message id="System Logs"><translation>Systemprotokolle</translation></message>

@@ -27,6 +27,7 @@
     <message id="COPY_PATH"><translation>Copy path</translation></message>
     <message id="CPU Brand:"><translation>CPU Brand:</translation></message>
     <message id="CPU Vendor:"><translation>CPU Vendor:</translation></message>
+    <message id="Clean"><translation>Clean</translation></message>
     <message id="Cleaned:"><translation>Cleaned:</translation></message>
     <message id="Click lock to get a higer privileges."><translation>Click the lock to get higher privileges.</translation></message>
     <message id="DESC_CLEAN_DOWNLOADS"><translation>Everything in your downloads folder. Look through it first: these are your own files.</translation></message>
@@ -110,6 +111,7 @@
     <message id="Preferences"><translation>Preferences</translation></message>
     <message id="QUICK_CLEAN"><translation>Clean</translation></message>
     <message id="QUICK_CLEAN_ASK"><translation>Everything in these folders will be removed.</translation></message>
+    <message id="Quick Clean"><translation>Quick Clean</translation></message>
     <message id="Quick Clean…"><translation>Quick Clean…</translation></message>
     <message id="Quit"><translation>Quit</translation></message>
     <message id="Quit Brightsweep"><translation>Quit Brightsweep</translation></message>
@@ -121,6 +123,7 @@
     <message id="ROW_WARNS"><translation>Low</translation></message>
     <message id="RUNS_WITHOUT_ITEM"><translation>Brightsweep is running</translation></message>
     <message id="RUNS_WITHOUT_ITEM_HOW"><translation>This desktop shows no status items. Start Brightsweep again, or choose Open, to see its window.</translation></message>
+    <message id="Removal"><translation>Removal</translation></message>
     <message id="SCAN_STOPPED"><translation>The scan was stopped</translation></message>
     <message id="SHOW_ALL"><translation>Show all</translation></message>
     <message id="SHOW_LOG"><translation>Show Log</translation></message>
@@ -135,6 +138,7 @@
     <message id="Scanning system..."><translation>Scanning system...</translation></message>
     <message id="Selected"><translation>Selected</translation></message>
     <message id="Size"><translation>Size</translation></message>
+    <message id="Start"><translation>Start</translation></message>
     <message id="Stopping…"><translation>Stopping…</translation></message>
     <message id="System Caches"><translation>System Caches</translation></message>
     <message id="System Logs"><translation>System Logs</translation></message>

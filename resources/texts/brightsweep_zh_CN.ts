@@ -27,6 +27,7 @@
     <message id="COPY_PATH"><translation>复制路径</translation></message>
     <message id="CPU Brand:"><translation>处理器型号：</translation></message>
     <message id="CPU Vendor:"><translation>处理器厂商：</translation></message>
+    <message id="Clean"><translation>清理</translation></message>
     <message id="Cleaned:"><translation>已清理：</translation></message>
     <message id="Click lock to get a higer privileges."><translation>点按锁以获取更高权限。</translation></message>
     <message id="DESC_CLEAN_DOWNLOADS"><translation>下载文件夹中的所有内容。请先查看：这些是您自己的文件。</translation></message>
@@ -110,6 +111,7 @@
     <message id="Preferences"><translation>偏好设置</translation></message>
     <message id="QUICK_CLEAN"><translation>清理</translation></message>
     <message id="QUICK_CLEAN_ASK"><translation>这些文件夹中的所有内容都将被移除。</translation></message>
+    <message id="Quick Clean"><translation>快速清理</translation></message>
     <message id="Quick Clean…"><translation>快速清理…</translation></message>
     <message id="Quit"><translation>退出</translation></message>
     <message id="Quit Brightsweep"><translation>退出 Brightsweep</translation></message>
@@ -121,6 +123,7 @@
     <message id="ROW_WARNS"><translation>不足</translation></message>
     <message id="RUNS_WITHOUT_ITEM"><translation>Brightsweep 正在运行</translation></message>
     <message id="RUNS_WITHOUT_ITEM_HOW"><translation>此桌面不显示状态图标。请再次启动 Brightsweep 或选择“打开”以查看其窗口。</translation></message>
+    <message id="Removal"><translation>移除</translation></message>
     <message id="SCAN_STOPPED"><translation>扫描已停止</translation></message>
     <message id="SHOW_ALL"><translation>全部显示</translation></message>
     <message id="SHOW_LOG"><translation>显示日志</translation></message>
@@ -135,6 +138,7 @@
     <message id="Scanning system..."><translation>正在扫描系统…</translation></message>
     <message id="Selected"><translation>已选</translation></message>
     <message id="Size"><translation>大小</translation></message>
+    <message id="Start"><translation>启动</translation></message>
     <message id="Stopping…"><translation>正在停止…</translation></message>
     <message id="System Caches"><translation>系统缓存</translation></message>
     <message id="System Logs"><translation>系统日志</translation></message>

@@ -177,7 +177,7 @@ void CleanSysController::windowDidLoad() {
 void CleanSysController::beginScan() {
     if (m_stopped)
         return;
-    RemovalRun::Begun begun = RemovalRun::begin("Quick Clean");
+    RemovalRun::Begun begun = RemovalRun::begin(QT_TRID_NOOP("Quick Clean"));
     if (!begun.run && begun.process == ::getpid() && m_runPatience > 0ms) {
         m_runPatience -= runPause;
         QTimer::singleShot(runPause, this, &CleanSysController::beginScan);

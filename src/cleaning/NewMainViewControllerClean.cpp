@@ -73,7 +73,7 @@ void NewMainViewController::allCleanButtonActionInfo() {
 
 // Empty where another removal is under way; the clean is then called off.
 std::shared_ptr<RemovalRun> NewMainViewController::beginRun() {
-    RemovalRun::Begun begun = RemovalRun::begin("Clean");
+    RemovalRun::Begun begun = RemovalRun::begin(QT_TRID_NOOP("Clean"));
     if (!begun.run) {
         callOff();
         Q_EMIT removalRefused(RemovalRun::refusal(begun));

@@ -171,7 +171,7 @@ bool NvAuthorization::removeItemAtPath(const std::filesystem::path &path) {
 bool NvAuthorization::synFastRemovePath(const RemovalTarget &target) {
     auto run = RemovalRun::current();
     if (!run)
-        run = RemovalRun::begin("Removal").run;
+        run = RemovalRun::begin(QT_TRID_NOOP("Removal")).run;
     if (!run)
         return false;
     const RemovalRun::Busy busy(*run);

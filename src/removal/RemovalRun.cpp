@@ -117,7 +117,9 @@ RemovalRun::Begun RemovalRun::begin(const std::string &what) {
 QString RemovalRun::refusal(const Begun &begun) {
     if (begun.heldBy.empty())
         return localizedText("REMOVAL_NO_LOCK");
-    return localizedText("REMOVAL_RUNS").arg(paths::display(begun.heldBy)).arg(begun.process);
+    return localizedText("REMOVAL_RUNS")
+        .arg(localizedText(paths::display(begun.heldBy)))
+        .arg(begun.process);
 }
 
 std::shared_ptr<RemovalRun> RemovalRun::current() {
@@ -130,7 +132,7 @@ void RemovalRun::putBackLeftModes() {
     const auto journal = journalPath();
     // Beginning a run puts them back.
     if (!journal.empty() && ::lstat(journal.c_str(), &status) == 0)
-        begin("Start");
+        begin(QT_TRID_NOOP("Start"));
 }
 
 void RemovalRun::endForQuit(std::chrono::milliseconds patience) {

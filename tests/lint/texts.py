@@ -1,7 +1,9 @@
-"""The translation files hold what the sources ask for: texts.py keys ROOT."""
+"""Words for the user come from the translation files: texts.py RULE ROOT, where RULE is keys, literals
+or selftest."""
 import pathlib
 import re
 import sys
+import tempfile
 import xml.etree.ElementTree as tree
 
 # What of the plural forms a language has (Qt's own rules).
@@ -57,6 +59,57 @@ def keys(root):
                    and frozenset.union(*placeholders(table[key])) !=
                    frozenset.union(*placeholders(english))]
     return faults
+
+
+# The command line, the log and the terminal speak English to everybody.
+SILENT = ("cli/", "foundation/", "helper/", "linux/", "platform/", "app/ui/ApplicationStart.cpp")
+STRING = r"(?:QStringLiteral|QLatin1String|QString::fromLatin1)\("
+WORDS = re.compile(r"(\w+\()?" + STRING + LITERALS)
+READS_LIKE_WORDS = re.compile(r"[a-z]{2}[,.:!]? [A-Za-z%]|[a-z](?:…|\.\.\.|: ?)$")
+MARKUP = re.compile(r"^<|[{}]|yyyy")
+# What is no word to be read, though it looks like some.
+NO_TEXT = ("setObjectName(", "setStyleSheet(", "startsWith(")
+SHOWN = re.compile(r"\b(?:set(?:Text|ToolTip|AccessibleName|AccessibleDescription|WindowTitle|"
+                   r"PlaceholderText|Title)|addAction|new QPushButton|new QLabel|addLine|"
+                   r"(?:text|informativeText|summary|body|actionLabel|firstLine|secondLine) =)"
+                   r"\(?\s*" + STRING + r'\s*"(\w[^"]*)"')
+
+
+def literals(root):
+    """No words for the user but those behind a key."""
+    faults = []
+    for path, text in sources(root):
+        place = path.relative_to(root / "src").as_posix()
+        if place.startswith(SILENT):
+            continue
+        found = [joined(match[2]) for match in WORDS.finditer(text) if match[1] not in NO_TEXT]
+        found = [words for words in found if READS_LIKE_WORDS.search(words)]
+        # A single word, where it is clearly one to be shown; the program's name is no word.
+        found += [match[1] for match in SHOWN.finditer(text) if match[1] != "Brightsweep"]
+        faults += [f"src/{place}: {words!r} stands behind no key" for words in sorted(set(found))
+                   if not MARKUP.search(words)]
+    return faults
+
+
+def selftest(_):
+    with tempfile.TemporaryDirectory() as folder:
+        root = pathlib.Path(folder)
+        (root / "src/ui").mkdir(parents=True)
+        (root / "resources/texts").mkdir(parents=True)
+        (root / "src/ui/A.cpp").write_text(
+            'a(localizedText("A"), localizedText("B"), localizedText("C")); // localizedText("D")\n'
+            'new QPushButton(QStringLiteral("Stop"), this); setObjectName(QStringLiteral("a b"));\n'
+            'b = QStringLiteral("%1 of "\n "%2 free"); NSLog("two words");\n')
+        for language in FORMS:
+            (root / f"resources/texts/brightsweep_{language}.ts").write_text(
+                '<TS><context><message id="A"><translation>%' + str(1 + (language == "de")) +
+                '</translation></message><message id="B" numerus="yes"><translation><numerusform>%n'
+                '</numerusform></translation></message><message id="' +
+                ("D" if language == "zh_CN" else "C") +
+                '"><translation>c</translation></message></context></TS>')
+        # Two lack a plural form, one has another placeholder, one a key too few and one too many.
+        faults = [] if len(keys(root)) == 5 else [f"keys finds {keys(root)}"]
+        return faults + ([] if len(literals(root)) == 2 else [f"literals finds {literals(root)}"])
 
 
 if __name__ == "__main__":
