@@ -12,6 +12,11 @@ static void initTexts() {
 namespace brightsweep {
 namespace {
 
+// Marks of Unicode that keep the direction of what stands between them from what stands around it.
+constexpr QChar isolateBegin(0x2066); // from left to right
+constexpr QChar anyIsolate(0x2068);   // as its first letter says
+constexpr QChar isolateEnd(0x2069);
+
 const QString textsFolder = QStringLiteral(":/texts");
 
 struct Reader {
@@ -36,19 +41,20 @@ QString textBehind(const char *key, int count) {
     if (!*key)
         return {};
     const Reader &asked = current();
-    for (const QTranslator *translator : {&asked.texts, &asked.english}) {
-        QString text = translator->translate(nullptr, key, nullptr, count);
-        if (!text.isNull())
-            return text;
-    }
-    return QString::fromUtf8(key);
+    QString text = asked.texts.translate(nullptr, key, nullptr, count);
+    if (!text.isNull())
+        return text;
+    text = asked.english.translate(nullptr, key, nullptr, count);
+    if (text.isNull())
+        return QString::fromUtf8(key);
+    // Set apart, or its full stop would stand at its beginning.
+    return asked.locale.textDirection() == Qt::RightToLeft ? isolateBegin + text + isolateEnd
+                                                           : text;
 }
 
 } // namespace
 
 QString nameInSentence(const QString &name) {
-    constexpr char32_t isolateBegin = 0x2068;
-    constexpr char32_t isolateEnd = 0x2069;
     bool runsFromTheRight = false;
     std::u32string shown;
     for (const char32_t character : name.toStdU32String()) {
@@ -73,7 +79,7 @@ QString nameInSentence(const QString &name) {
         shown += character;
     }
     if (runsFromTheRight)
-        shown = isolateBegin + shown + isolateEnd;
+        return anyIsolate + QString::fromStdU32String(shown) + isolateEnd;
     return QString::fromStdU32String(shown);
 }
 

@@ -3,6 +3,7 @@
 #include "cleaning/CustomComInfoView.h"
 #include "cleaning/CustomTableView.h"
 #include "cleaning/NewLeftCustomTableView.h"
+#include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "foundation/NotificationCenter.h"
 
@@ -143,6 +144,24 @@ TEST(CustomTableView, ItsProgressImageStartsLate) {
     EXPECT_EQ(text(table, 1, CustomTableView::ProgressImageRole), "0_progress_bar.png");
     table.setProImageNum(7);
     EXPECT_EQ(text(table, 1, CustomTableView::ProgressImageRole), "7_progress_bar.png");
+}
+
+TEST(CustomTableView, IsTickedInEveryLanguageByTheSameNames) {
+    for (const auto &[language, caches] :
+         {std::pair{"de_DE", "Benutzer-Caches"}, std::pair{"zh_CN", "用户缓存"}}) {
+        setReader(QLocale(QLatin1String(language)));
+        CleanPage::store("000000");
+        CustomTableView table;
+        EXPECT_EQ(text(table, 2, Qt::DisplayRole), caches);
+        for (int row = 1; row < table.rowCount(); ++row)
+            table.checkBoxClicked(row);
+        EXPECT_EQ(CleanPage::stored(), "111111") << language;
+        EXPECT_EQ(getLeftCellTitle(2), QStringLiteral("User Caches"));
+        table.observeFoundText(QStringLiteral("KVO_CONTEXT_USER_CACHES"),
+                               QStringLiteral("1.50 MB"));
+        EXPECT_EQ(table.getTotalSize(), QStringLiteral("1.50 MB")) << "to be read again";
+    }
+    setReader(QLocale::c());
 }
 
 TEST(CustomTableView, ACheckBoxTellsOfTheStateBeforeAndStoresTheOther) {

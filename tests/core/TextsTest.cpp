@@ -18,7 +18,8 @@ TEST_F(Texts, AreTheReadersElseEnglishElseTheKey) {
                 {QLocale(QStringLiteral("en_GB")), "Cancel"},
                 {QLocale(QStringLiteral("de_AT")), "Abbrechen"},
                 {QLocale(QStringLiteral("zh_CN")), "取消"},
-                {QLocale(QStringLiteral("ar_EG")), "Cancel"},
+                {QLocale(QStringLiteral("fr_FR")), "Cancel"},
+                {QLocale(QStringLiteral("ar_EG")), "\u2066Cancel\u2069"},
                 {QLocale::c(), "Cancel"}};
     for (const auto &row : rows) {
         setReader(row.reader);

@@ -209,10 +209,10 @@ void MainWindow::setLevel(int levelKey) {
 void MainWindow::openApplicationMenu() {
     if (!m_menuButton || m_menu->isEmpty())
         return;
-    const QPoint corner =
-        m_menuButton->mapToGlobal(QPoint(m_menuButton->width(), m_menuButton->height()));
     m_menu->setMinimumWidth(theme::height(leastMenuWidth));
-    m_menu->popup(corner - QPoint(m_menu->sizeHint().expandedTo(m_menu->minimumSize()).width(), 0));
+    const int wide = m_menu->sizeHint().expandedTo(m_menu->minimumSize()).width();
+    const int left = isRightToLeft() ? 0 : m_menuButton->width() - wide;
+    m_menu->popup(m_menuButton->mapToGlobal(QPoint(left, m_menuButton->height())));
     m_menu->setActiveAction(m_menu->actions().constFirst());
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/CheckImage.h"
 #include "ui/ImageProvider.h"
+#include "ui/Mirrored.h"
 #include "ui/Theme.h"
 
 #include <QMouseEvent>
@@ -43,7 +44,8 @@ void CheckHeader::paintSection(QPainter *painter, const QRect &rect, int logical
     const int side = theme::height(markSide);
     painter->setRenderHint(QPainter::Antialiasing);
     paintImage(*painter, QLatin1String(checkImage(m_state)),
-               QRect(rect.left() + 2 * theme::grid, rect.center().y() - side / 2 + 1, side, side));
+               mirrored(rect, QRect(rect.left() + 2 * theme::grid, rect.center().y() - side / 2 + 1,
+                                    side, side)));
 }
 
 void CheckHeader::mousePressEvent(QMouseEvent *event) {

@@ -257,7 +257,8 @@ QWidget *CleanResultsPanel::makeBottom() {
     row->setSpacing(3 * theme::grid);
     m_back = new QPushButton(localizedText("BACK"), bottom);
     m_back->setObjectName(QStringLiteral("backButton"));
-    m_back->setIcon(imageNamed(QStringLiteral("arrow_left.png")));
+    m_back->setIcon(imageNamed(isRightToLeft() ? QStringLiteral("arrow_right.png")
+                                               : QStringLiteral("arrow_left.png")));
     row->addWidget(m_back);
     lockButton = new QToolButton(bottom);
     lockButton->setObjectName(QStringLiteral("lockButton"));

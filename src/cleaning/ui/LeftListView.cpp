@@ -7,6 +7,7 @@
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "ui/ImageProvider.h"
+#include "ui/Mirrored.h"
 #include "ui/Theme.h"
 
 #include <QKeyEvent>
@@ -54,11 +55,12 @@ public:
         painter->drawRoundedRect(row.adjusted(1, 1, -1, -1), theme::radius, theme::radius);
         const int side = theme::height(iconSide);
         const QRect icon(row.left() + 3 * theme::grid, row.center().y() - side / 2 + 1, side, side);
-        paintImage(*painter, index.data(CustomTableView::IconImageRole).toString(), icon);
+        paintImage(*painter, index.data(CustomTableView::IconImageRole).toString(),
+                   mirrored(row, icon));
         const QString check = m_list.checkImage(index.row());
         const QRect box = checkBoxOf(row);
         if (!check.isEmpty())
-            paintImage(*painter, check, box);
+            paintImage(*painter, check, mirrored(row, box));
         const QRect words(icon.right() + 3 * theme::grid, row.top() + theme::grid,
                           box.left() - icon.right() - 5 * theme::grid,
                           row.height() - 2 * theme::grid);
@@ -67,12 +69,12 @@ public:
                           words.height() - upper.height());
         painter->setPen(theme::text());
         painter->setFont(theme::font(12, isCurrent));
-        painter->drawText(upper, Qt::AlignLeft | Qt::AlignVCenter,
+        painter->drawText(mirrored(row, upper), Qt::AlignLeft | Qt::AlignVCenter,
                           painter->fontMetrics().elidedText(index.data().toString(), Qt::ElideRight,
                                                             upper.width()));
         painter->setPen(isCurrent ? theme::text() : theme::secondary());
         painter->setFont(theme::font(11));
-        painter->drawText(lower, Qt::AlignLeft | Qt::AlignVCenter,
+        painter->drawText(mirrored(row, lower), Qt::AlignLeft | Qt::AlignVCenter,
                           readersSize(m_list.foundText(index.row())));
         painter->restore();
     }
@@ -158,7 +160,8 @@ void LeftListView::currentChanged(const QModelIndex &current, const QModelIndex 
 void LeftListView::mousePressEvent(QMouseEvent *event) {
     const QPoint place = event->position().toPoint();
     const QModelIndex index = indexAt(place);
-    const QRect box = checkBoxOf(visualRect(index)).adjusted(-6, -6, 6, 6);
+    const QRect row = visualRect(index);
+    const QRect box = mirrored(row, checkBoxOf(row)).adjusted(-6, -6, 6, 6);
     if (event->button() == Qt::LeftButton && index.isValid() && box.contains(place) &&
         tick(index.row()))
         return;

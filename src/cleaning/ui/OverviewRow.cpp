@@ -4,6 +4,7 @@
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "ui/ImageProvider.h"
+#include "ui/Mirrored.h"
 #include "ui/Theme.h"
 
 #include <QKeyEvent>
@@ -80,7 +81,7 @@ void OverviewRow::runWhileNeeded() {
 
 QRect OverviewRow::checkBox() const {
     const int side = theme::height(markSide);
-    return {2 * theme::grid, (height() - side) / 2, side, side};
+    return mirrored(rect(), QRect(2 * theme::grid, (height() - side) / 2, side, side));
 }
 
 void OverviewRow::paintEvent(QPaintEvent *) {
@@ -97,7 +98,8 @@ void OverviewRow::paintEvent(QPaintEvent *) {
         x += checkBox().width() + 3 * theme::grid;
     }
     const int image = theme::height(imageSide);
-    paintImage(painter, m_row.image(), QRect(x, (height() - image) / 2, image, image));
+    paintImage(painter, m_row.image(),
+               mirrored(rect(), QRect(x, (height() - image) / 2, image, image)));
     x += image + 3 * theme::grid;
 
     // The mark at the right end: turning while something runs, ticked afterwards.
@@ -105,9 +107,9 @@ void OverviewRow::paintEvent(QPaintEvent *) {
     const QRect mark(width() - margin - side, (height() - side) / 2, side, side);
     if (m_row.progress() == V3MainListView::Progress::Running) {
         painter.setPen(QPen(theme::accent(), 2, Qt::SolidLine, Qt::RoundCap));
-        painter.drawArc(mark.adjusted(2, 2, -2, -2), -m_angle * 16, 270 * 16);
+        painter.drawArc(mirrored(rect(), mark).adjusted(2, 2, -2, -2), -m_angle * 16, 270 * 16);
     } else if (m_row.progress() == V3MainListView::Progress::Full) {
-        paintImage(painter, QStringLiteral("tick.png"), mark);
+        paintImage(painter, QStringLiteral("tick.png"), mirrored(rect(), mark));
     }
     const int right = mark.left() - 3 * theme::grid;
     const QRect words(x, theme::grid, right - x, height() - 4 * theme::grid - barHeight);
@@ -117,11 +119,11 @@ void OverviewRow::paintEvent(QPaintEvent *) {
     QRectF bar(x, height() - 2 * theme::grid - barHeight, right - x, barHeight);
     painter.setPen(Qt::NoPen);
     painter.setBrush(theme::hover());
-    painter.drawRoundedRect(bar, barHeight / 2.0, barHeight / 2.0);
+    painter.drawRoundedRect(mirrored(QRectF(rect()), bar), barHeight / 2.0, barHeight / 2.0);
     bar.setWidth(bar.width() * share(m_row.sizeLabel()));
     painter.setBrush(theme::accent());
     if (bar.width() > 0)
-        painter.drawRoundedRect(bar, barHeight / 2.0, barHeight / 2.0);
+        painter.drawRoundedRect(mirrored(QRectF(rect()), bar), barHeight / 2.0, barHeight / 2.0);
 }
 
 // The figures are whole; the title and the note have the room that they leave, and the note is
@@ -133,7 +135,7 @@ void OverviewRow::paintWords(QPainter &painter, QRect room) {
     const QString size = readersSize(m_row.sizeLabel());
     painter.setPen(theme::accent());
     painter.setFont(theme::font(14, true));
-    painter.drawText(room, right, size);
+    painter.drawText(mirrored(rect(), room), right, size);
     // A column of its own, so that nothing moves while the figures grow.
     takeRight(std::max(theme::textWidth({theme::widestSize()}, 14, true),
                        painter.fontMetrics().horizontalAdvance(size)));
@@ -142,14 +144,14 @@ void OverviewRow::paintWords(QPainter &painter, QRect room) {
                                 readersSize(m_row.cleanSizeLabel());
         painter.setPen(theme::secondary());
         painter.setFont(theme::font(12));
-        painter.drawText(room, right, cleaned);
+        painter.drawText(mirrored(rect(), room), right, cleaned);
         takeRight(painter.fontMetrics().horizontalAdvance(cleaned));
     }
     const auto elided = [&](const QString &words, double fontSize, const QColor &color) {
         painter.setPen(color);
         painter.setFont(theme::font(fontSize));
         const QString shown = painter.fontMetrics().elidedText(words, Qt::ElideRight, room.width());
-        painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter, shown);
+        painter.drawText(mirrored(rect(), room), Qt::AlignLeft | Qt::AlignVCenter, shown);
         room.setLeft(room.left() + painter.fontMetrics().horizontalAdvance(shown) + gap);
     };
     elided(localizedText(m_row.titleName()), 13, theme::text());

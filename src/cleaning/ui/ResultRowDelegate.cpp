@@ -5,6 +5,7 @@
 #include "core/Texts.h"
 #include "foundation/Paths.h"
 #include "ui/ImageProvider.h"
+#include "ui/Mirrored.h"
 #include "ui/Theme.h"
 
 #include <QApplication>
@@ -41,17 +42,22 @@ QRect middle(const QRect &area, int stated) {
 // The words of a line one after the other, each cut where the room ends.
 class Line {
 public:
-    Line(QPainter &painter, const QRect &area) : m_painter(painter), m_rest(area) {}
+    Line(QPainter &painter, const QRect &row, const QRect &area)
+        : m_painter(painter), m_row(row), m_rest(area) {}
 
     void add(const QString &text, const QFont &font, const QColor &color,
              Qt::TextElideMode mode = Qt::ElideMiddle, int reserve = 0) {
         if (text.isEmpty() || m_rest.width() <= reserve)
             return;
         const QFontMetrics metrics(font);
-        const QString cut = metrics.elidedText(text, mode, m_rest.width() - reserve);
+        QString cut = metrics.elidedText(text, mode, m_rest.width() - reserve);
+        // A path keeps its slash in front, whatever the row's direction.
+        if (!QGuiApplication::isLeftToRight())
+            cut = QChar(0x2068) + cut + QChar(0x2069);
         m_painter.setFont(font);
         m_painter.setPen(color);
-        m_painter.drawText(m_rest, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, cut);
+        m_painter.drawText(mirrored(m_row, m_rest),
+                           Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, cut);
         m_rest.setLeft(m_rest.left() + metrics.horizontalAdvance(cut) + 2 * theme::grid);
     }
 
@@ -59,6 +65,7 @@ public:
 
 private:
     QPainter &m_painter;
+    const QRect m_row;
     QRect m_rest;
 };
 
@@ -93,17 +100,18 @@ void ResultRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
     painter->setRenderHint(QPainter::Antialiasing);
     if (index.column() == m_form.checkColumn) {
         const auto state = index.data(Qt::CheckStateRole).value<Qt::CheckState>();
-        paintImage(*painter, QLatin1String(checkImage(state)), middle(option.rect, markSide));
+        paintImage(*painter, QLatin1String(checkImage(state)),
+                   mirrored(option.rect, middle(option.rect, markSide)));
     } else if (index.column() == m_form.nameColumn) {
         paintName(*painter, area, isSelected, index);
     } else if (index.column() == m_form.openColumn) {
         paintImage(*painter, index.data(m_form.imageRole).toString(),
-                   middle(option.rect, markSide));
+                   mirrored(option.rect, middle(option.rect, markSide)));
     } else {
         const bool isGroup = !isLeaf;
         painter->setPen(isGroup || isSelected ? theme::text() : theme::secondary());
         painter->setFont(theme::font(fontSize, isGroup));
-        painter->drawText(option.rect.adjusted(cellLeft, 0, -cellRight, 0),
+        painter->drawText(mirrored(option.rect, option.rect.adjusted(cellLeft, 0, -cellRight, 0)),
                           Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()) |
                               Qt::AlignVCenter,
                           index.data().toString());
@@ -113,9 +121,11 @@ void ResultRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
 
 QRect ResultRowDelegate::spanned(const QStyleOptionViewItem &option) const {
     const auto *const view = qobject_cast<const QTreeView *>(option.widget);
-    return view && m_form.spannedColumn >= 0
-               ? option.rect.adjusted(0, 0, view->header()->sectionSize(m_form.spannedColumn), 0)
-               : option.rect;
+    if (!view || m_form.spannedColumn < 0)
+        return option.rect;
+    const int more = view->header()->sectionSize(m_form.spannedColumn);
+    return QGuiApplication::isLeftToRight() ? option.rect.adjusted(0, 0, more, 0)
+                                            : option.rect.adjusted(-more, 0, 0, 0);
 }
 
 // A row that stands out has been painted over here, so the rest of its name comes again.
@@ -126,8 +136,7 @@ void ResultRowDelegate::paintSpanned(QPainter &painter, const QStyleOptionViewIt
     if (!view || (!isSelected && !option.state.testFlag(QStyle::State_MouseOver)))
         return;
     const QModelIndex name = index.siblingAtColumn(m_form.nameColumn);
-    QRect area = view->visualRect(name);
-    area.setRight(option.rect.right());
+    const QRect area = view->visualRect(name).united(option.rect);
     painter.save();
     painter.setClipRect(option.rect, Qt::IntersectClip);
     painter.setRenderHint(QPainter::Antialiasing, false);
@@ -142,8 +151,8 @@ void ResultRowDelegate::paintGroup(QPainter &painter, const QRect &area,
     const auto category =
         std::min<std::size_t>(index.data(m_form.categoryRole).toUInt(), groupImages.size() - 1);
     const QRect icon = middle(area, iconSide);
-    paintImage(painter, QLatin1String(groupImages[category]), icon);
-    Line line(painter, area.adjusted(icon.right() - area.left() + 3 * theme::grid, 0, 0, 0));
+    paintImage(painter, QLatin1String(groupImages[category]), mirrored(area, icon));
+    Line line(painter, area, area.adjusted(icon.right() - area.left() + 3 * theme::grid, 0, 0, 0));
     line.add(index.data().toString(), theme::font(13, true), theme::text());
 }
 
@@ -155,7 +164,8 @@ void ResultRowDelegate::paintName(QPainter &painter, const QRect &area, bool isS
     }
     const auto path = paths::fromVariant(index.data(m_form.pathRole));
     const QRect icon = middle(area, iconSide);
-    m_icons.icon(path, index.data(m_form.directoryRole).toBool()).paint(&painter, icon);
+    m_icons.icon(path, index.data(m_form.directoryRole).toBool())
+        .paint(&painter, mirrored(area, icon));
     const QFont small = theme::font(11);
     const QString failure = index.data(m_form.failureRole).toString();
     const QString holder =
@@ -167,7 +177,7 @@ void ResultRowDelegate::paintName(QPainter &painter, const QRect &area, bool isS
         note.isEmpty() ? 0
                        : std::min(QFontMetrics(small).horizontalAdvance(note) + 4 * theme::grid,
                                   area.width() / 2);
-    Line line(painter,
+    Line line(painter, area,
               area.adjusted(icon.right() - area.left() + 3 * theme::grid, 0, -2 * theme::grid, 0));
     // The selected row stands out by a heavier name.
     line.add(paths::display(paths::lastComponent(path)), theme::font(12, isSelected), theme::text(),

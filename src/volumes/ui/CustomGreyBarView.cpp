@@ -1,6 +1,7 @@
 #include "volumes/ui/CustomGreyBarView.h"
 
 #include "core/Texts.h"
+#include "ui/Mirrored.h"
 #include "ui/Theme.h"
 #include "volumes/ui/PopupMetrics.h"
 
@@ -32,7 +33,7 @@ void CustomGreyBarView::paintEvent(QPaintEvent *) {
     painter.fillRect(rect(), theme::raised());
     painter.setPen(theme::secondary());
     painter.setFont(theme::font(9.5, true));
-    painter.drawText(rect().adjusted(popup::scaled(textLeft), 0, 0, 0),
+    painter.drawText(mirrored(rect(), rect().adjusted(popup::scaled(textLeft), 0, 0, 0)),
                      Qt::AlignLeft | Qt::AlignVCenter, m_text);
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/Texts.h"
 #include "ui/ImageProvider.h"
+#include "ui/Mirrored.h"
 #include "ui/Theme.h"
 #include "volumes/StatusMenu.h"
 #include "volumes/ui/PopupMetrics.h"
@@ -86,9 +87,11 @@ void MenuActionView::paintEvent(QPaintEvent *) {
     if (isChecked()) {
         const double side = popup::scaled(tickSide);
         paintImage(painter, QStringLiteral("tick.png"),
-                   QRectF(popup::scaled(tickLeft), (height() - side) / 2, side, side));
+                   mirrored(QRectF(rect()),
+                            QRectF(popup::scaled(tickLeft), (height() - side) / 2, side, side)));
     }
-    const QRect words = rect().adjusted(popup::scaled(textLeft), 0, -popup::scaled(textRight), 0);
+    const QRect words =
+        mirrored(rect(), rect().adjusted(popup::scaled(textLeft), 0, -popup::scaled(textRight), 0));
     painter.setFont(theme::font(12));
     QColor color = theme::text();
     if (!isEnabled())

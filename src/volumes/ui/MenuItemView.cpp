@@ -2,6 +2,7 @@
 
 #include "core/Texts.h"
 #include "ui/ImageProvider.h"
+#include "ui/Mirrored.h"
 #include "ui/Theme.h"
 #include "volumes/StatusMenu.h"
 #include "volumes/ui/PopupMetrics.h"
@@ -107,7 +108,8 @@ void MenuItemView::updateFromRow() {
 
 void MenuItemView::resizeEvent(QResizeEvent *) {
     const int side = popup::scaled(buttonSide);
-    backButton->setGeometry(width() - side - popup::scaled(10), (height() - side) / 2, side, side);
+    backButton->setGeometry(mirrored(
+        rect(), QRect(width() - side - popup::scaled(10), (height() - side) / 2, side, side)));
 }
 
 void MenuItemView::enterEvent(QEnterEvent *event) {
@@ -129,7 +131,7 @@ void MenuItemView::paintFigures(QPainter &painter, const QRectF &place, bool lit
         const QFont font = theme::font(11, isLoud);
         painter.setFont(font);
         painter.setPen(color);
-        painter.drawText(rest, Qt::AlignLeft | Qt::AlignVCenter, words);
+        painter.drawText(mirrored(QRectF(rect()), rest), Qt::AlignLeft | Qt::AlignVCenter, words);
         rest.setLeft(rest.left() + QFontMetricsF(font).horizontalAdvance(words) + theme::grid);
     };
     if (!row.showsFigures())
@@ -152,13 +154,17 @@ void MenuItemView::paintEvent(QPaintEvent *) {
         painter.setBrush(theme::selection());
         painter.drawRoundedRect(box, popup::rowRadius, popup::rowRadius);
     }
+    const auto place = [this](double x, double y, double wide, double high) {
+        return mirrored(QRectF(rect()), QRectF(x, y, wide, high));
+    };
     const double side = popup::scaled(iconSide);
     if (row.myStorage >= 0 && std::size_t(row.myStorage) < std::size(storageImages))
         paintImage(painter, QLatin1String(storageImages[row.myStorage]),
-                   QRectF(popup::scaled(iconLeft), (height() - side) / 2, side, side));
+                   place(popup::scaled(iconLeft), (height() - side) / 2, side, side));
 
     const double left = popup::scaled(columnLeft);
-    const double width = double(backButton->x()) - theme::grid - left;
+    const double width =
+        rect().width() - popup::scaled(buttonSide) - popup::scaled(10) - theme::grid - left;
     const QFont bold = theme::font(12, true);
     const double nameHeight = QFontMetricsF(bold).height();
     const double figuresHeight = QFontMetricsF(theme::font(11)).height();
@@ -169,10 +175,10 @@ void MenuItemView::paintEvent(QPaintEvent *) {
     painter.setFont(bold);
     painter.setPen(row.warns() && !lit ? theme::danger() : theme::text());
     painter.drawText(
-        QRectF(left, top, width, nameHeight), Qt::AlignLeft | Qt::AlignVCenter,
+        place(left, top, width, nameHeight), Qt::AlignLeft | Qt::AlignVCenter,
         QFontMetricsF(bold).elidedText(popup::oneLine(nameOf(row)), Qt::ElideMiddle, width));
     top += nameHeight + gap;
-    paintImage(painter, row.prograssImage, QRectF(left, top, width, bar));
+    paintImage(painter, row.prograssImage, place(left, top, width, bar));
     top += bar + gap;
     paintFigures(painter, QRectF(left, top, width, figuresHeight), lit);
     if (hasFocus()) {
