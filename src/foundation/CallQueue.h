@@ -3,13 +3,14 @@
 #include <QObject>
 
 #include <functional>
-#include <memory>
+#include <mutex>
+#include <vector>
 
 namespace brightsweep {
 
 /// Runs functions on the thread that made it, through that thread's event loop, in the order in
-/// which they were handed in. It wakes the loop through a pipe, so that what one thread wrote
-/// before post() is visible to the function by plain system-call ordering.
+/// which they were handed in. They wait under a mutex of its own, so that ThreadSanitizer, which
+/// does not see into Qt's event queue, sees the hand-over.
 ///
 /// post() is safe from every thread while the queue lives; the queue is destroyed on its own
 /// thread, and functions not yet run are dropped with it.
@@ -17,16 +18,15 @@ class CallQueue : public QObject {
     Q_OBJECT
 
 public:
-    explicit CallQueue(QObject *parent = nullptr);
-    ~CallQueue() override;
+    using QObject::QObject;
 
     void post(std::function<void()> function);
 
 private:
-    void run();
+    Q_INVOKABLE void run();
 
-    struct State;
-    std::unique_ptr<State> m_state;
+    std::mutex m_mutex;
+    std::vector<std::function<void()>> m_waiting;
 };
 
 } // namespace brightsweep
