@@ -17,10 +17,20 @@ namespace {
 
 constexpr auto unsupported = std::errc::function_not_supported;
 
-class NullFileOperations final : public FileOperations {
+// A facility that is not there, and why.
+template <typename Interface>
+class Null : public Interface {
 public:
-    explicit NullFileOperations(const char *reason) : m_reason(reason) {}
+    explicit Null(const char *reason) : m_reason(reason) {}
     std::string unavailableReason() const override { return m_reason; }
+
+protected:
+    const std::string m_reason;
+};
+
+class NullFileOperations final : public Null<FileOperations> {
+public:
+    using Null::Null;
     Result<OpenDirectory> openDirectory(const std::filesystem::path &) override {
         return unsupported;
     }
@@ -110,53 +120,37 @@ public:
     }
     void closeModeJournal() override {}
     void putModesBack() override {}
-
-private:
-    std::string m_reason;
 };
 
-class NullStandardDirectories final : public StandardDirectories {
+class NullStandardDirectories final : public Null<StandardDirectories> {
 public:
-    explicit NullStandardDirectories(const char *reason) : m_reason(reason) {}
-    std::string unavailableReason() const override { return m_reason; }
+    using Null::Null;
     std::vector<std::filesystem::path> paths(StandardDirectory) override { return {}; }
     CleanFolders cleanFolders(CleanPlace) override { return {}; }
     CleanFolders trashesOfVolume(const std::filesystem::path &) override { return {}; }
     std::filesystem::path systemPath(const std::filesystem::path &path) override { return path; }
-
-private:
-    std::string m_reason;
 };
 
-class NullSystemFacts final : public SystemFacts {
+class NullSystemFacts final : public Null<SystemFacts> {
 public:
-    explicit NullSystemFacts(const char *reason) : m_reason(reason) {}
-    std::string unavailableReason() const override { return m_reason; }
+    using Null::Null;
     Result<SystemVersion> version() override { return unsupported; }
     Result<std::string> kernelValue(std::string_view) override { return unsupported; }
-
-private:
-    std::string m_reason;
 };
 
-class NullVolumeSource final : public VolumeSource {
+class NullVolumeSource final : public Null<VolumeSource> {
 public:
-    explicit NullVolumeSource(const char *reason) : m_reason(reason) {}
-    std::string unavailableReason() const override { return m_reason; }
+    using Null::Null;
     std::vector<VolumeFacts> volumes() override { return {}; }
     void settle(int) override {}
     EjectResult eject(std::int16_t) override { return {int(unsupported), m_reason, {}}; }
     void setMountHandler(std::function<void(const MountEvent &)>) override {}
     void setFactsHandler(std::function<void()>) override {}
-
-private:
-    std::string m_reason;
 };
 
-class NullAdministratorRights final : public AdministratorRights {
+class NullAdministratorRights final : public Null<AdministratorRights> {
 public:
-    explicit NullAdministratorRights(const char *reason) : m_reason(reason) {}
-    std::string unavailableReason() const override { return m_reason; }
+    using Null::Null;
     RightsResult request() override { return {RightsOutcome::Failed, int(unsupported), m_reason}; }
     int release() override { return 0; }
     RightsToken token() const override { return {}; }
@@ -166,51 +160,35 @@ public:
         return std::vector<PrivilegedReply>(removal.items.size(), {false, false, m_reason});
     }
     PrivilegedReply dropCaches(const RightsToken &) override { return {false, false, m_reason}; }
-
-private:
-    std::string m_reason;
 };
 
-class NullWorkspace final : public Workspace {
+class NullWorkspace final : public Null<Workspace> {
 public:
-    explicit NullWorkspace(const char *reason) : m_reason(reason) {}
-    std::string unavailableReason() const override { return m_reason; }
+    using Null::Null;
     QString displayName(const std::filesystem::path &) override { return {}; }
     bool isPackage(const std::filesystem::path &) override { return false; }
     QString typeOf(const std::filesystem::path &) override { return {}; }
     bool open(const std::filesystem::path &) override { return false; }
     bool reveal(const std::filesystem::path &) override { return false; }
-
-private:
-    std::string m_reason;
 };
 
-class NullMemorySource final : public MemorySource {
+class NullMemorySource final : public Null<MemorySource> {
 public:
-    explicit NullMemorySource(const char *reason) : m_reason(reason) {}
-    std::string unavailableReason() const override { return m_reason; }
+    using Null::Null;
     Result<MemoryCounts> counts() override { return unsupported; }
     Result<std::uint64_t> availableBytes() override { return unsupported; }
-
-private:
-    std::string m_reason;
 };
 
-class NullFileHolders final : public FileHolders {
+class NullFileHolders final : public Null<FileHolders> {
 public:
-    explicit NullFileHolders(const char *reason) : m_reason(reason) {}
-    std::string unavailableReason() const override { return m_reason; }
+    using Null::Null;
     std::vector<HeldFile> heldFiles() override { return {}; }
     std::vector<WrittenFile> writtenFiles() override { return {}; }
-
-private:
-    std::string m_reason;
 };
 
-class NullStatusItem final : public StatusItem {
+class NullStatusItem final : public Null<StatusItem> {
 public:
-    explicit NullStatusItem(const char *reason) : m_reason(reason) {}
-    std::string unavailableReason() const override { return m_reason; }
+    using Null::Null;
     bool hostPresent() const override { return false; }
     void setShown(bool) override {}
     void setImages(std::vector<StatusImage>) override {}
@@ -218,42 +196,27 @@ public:
     void setToolTip(const QString &, const QString &) override {}
     void setActivatedHandler(std::function<void(const StatusActivation &)>) override {}
     void setHostHandler(std::function<void(bool)>) override {}
-
-private:
-    std::string m_reason;
 };
 
-class NullDesktopNotifier final : public DesktopNotifier {
+class NullDesktopNotifier final : public Null<DesktopNotifier> {
 public:
-    explicit NullDesktopNotifier(const char *reason) : m_reason(reason) {}
-    std::string unavailableReason() const override { return m_reason; }
+    using Null::Null;
     bool available() override { return false; }
     void show(const DesktopNotification &) override {}
-
-private:
-    std::string m_reason;
 };
 
-class NullSingleInstance final : public SingleInstance {
+class NullSingleInstance final : public Null<SingleInstance> {
 public:
-    explicit NullSingleInstance(const char *reason) : m_reason(reason) {}
-    std::string unavailableReason() const override { return m_reason; }
+    using Null::Null;
     InstanceOutcome claim(bool, const std::string &) override { return InstanceOutcome::Failed; }
     void setActivateHandler(std::function<void(const std::string &)>) override {}
-
-private:
-    std::string m_reason;
 };
 
-class NullDesktopHints final : public DesktopHints {
+class NullDesktopHints final : public Null<DesktopHints> {
 public:
-    explicit NullDesktopHints(const char *reason) : m_reason(reason) {}
-    std::string unavailableReason() const override { return m_reason; }
+    using Null::Null;
     Hints hints() const override { return {}; }
     void setChangedHandler(std::function<void()>) override {}
-
-private:
-    std::string m_reason;
 };
 
 } // namespace
