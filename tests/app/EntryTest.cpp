@@ -223,25 +223,6 @@ TEST_F(MacLogTest, GateComesFirst) {
     EXPECT_EQ(runs, 1);
 }
 
-TEST(ClearMemory, FindsItsCommandAnywhere) {
-    const struct {
-        std::vector<const char *> arguments;
-        int status;
-    } rows[] = {
-        {{"p"}, -1},
-        {{"p", "fr"}, -1},
-        {{"fr", "1"}, -1}, // the program's own name does not count
-        {{"p", "fr", "1024"}, 0},
-        {{"p", "x", "fr", "1"}, 0},
-        {{"p", "fr", "fr"}, 0},
-        {{"p", "Fr", "1"}, -1},
-        {{}, -1},
-    };
-    for (const auto &row : rows)
-        EXPECT_EQ(ClearMemory::freeMemory(int(row.arguments.size()), row.arguments.data()),
-                  row.status);
-}
-
 TEST(Process, CommandFrLogsAndEnds) {
     // A bus that takes connections and never greets: nobody is to ask it.
     const auto bus = test::TestEnvironment::current().work() / "bus";

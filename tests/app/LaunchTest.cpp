@@ -43,6 +43,7 @@ TEST_F(Launch, OpensTheWindowOnTheFirstRow) {
     EXPECT_EQ(PreferenceViewController::getLastClickRow(), 0);
     EXPECT_EQ(selections.rows, (QStringList{QStringLiteral("0"), QStringLiteral("0")}));
     EXPECT_TRUE(item->shown);
+    EXPECT_EQ(AppDelegateParts().refreshInterval, std::chrono::seconds(2));
 }
 
 TEST_F(Launch, StaysInTheTrayWhenStartedWithTheSession) {

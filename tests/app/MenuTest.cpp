@@ -216,14 +216,6 @@ TEST_F(Menu, OnlyTheCountRebuilds) {
     EXPECT_TRUE(lines().contains(QStringLiteral("third")));
 }
 
-TEST_F(Menu, AVolumeMayHaveTheNumberOfTheMemorysTitle) {
-    add("five", external).refNumber = 5;
-    launch();
-    delegate->updateDataForMenuItem();
-    EXPECT_EQ(row(5).volumeSize, QStringLiteral("five"));
-    EXPECT_EQ(delegate->menu().memoryItem()->volumeSize, QStringLiteral("Memory"));
-}
-
 TEST_F(Menu, TheMemorysRow) {
     launch();
     const MenuItem &shown = *delegate->menu().memoryItem();
@@ -382,23 +374,6 @@ TEST_F(Menu, ARefusalNamesWhoHoldsTheVolume) {
               QStringList(QStringLiteral("stick cannot be ejected.\nIn use by editor, sh") +
                           QChar(0xfffd)));
     EXPECT_FALSE(row(2).isEjecting);
-}
-
-TEST_F(Menu, ARefusalNamesAVolumeThatHasNoRow) {
-    Gate gate;
-    volumes->beforeEject = [&] { gate.pass(); };
-    volumes->refusals[2] = {EBUSY, "busy", {}};
-    add("stick", external);
-    launch();
-    delegate->menu().backDisk(rowIndex(2));
-    gate.waitUntilReached();
-    const VolumeFacts back = volumes->mounted[1];
-    volumes->remove(2);
-    delegate->updateDataForMenuItem();
-    volumes->mounted.push_back(back);
-    gate.open();
-    EXPECT_TRUE(becomes([&] { return !bubbles.isEmpty(); }));
-    EXPECT_EQ(bubbles, QStringList(QStringLiteral("stick cannot be ejected.")));
 }
 
 TEST_F(Menu, ADriveThatIsNotLetGoIsTold) {

@@ -39,36 +39,6 @@ public:
     std::vector<int> rows;
 };
 
-TEST(V3MainListView, ShowsTheStatesThatThePageTellsIt) {
-    using Row = V3MainListView;
-    Row row(QStringLiteral("option_yes.png"), QStringLiteral("x.png"), QStringLiteral("Title"),
-            QStringLiteral("0.0KB"), 3, false);
-    const struct {
-        void (Row::*call)();
-        Row::Progress progress;
-        Row::Animation animation;
-    } calls[] = {
-        {&Row::startPrograssAnimation, Row::Progress::Running, Row::Animation::Running},
-        {&Row::stopPrograssAnimation, Row::Progress::Full, Row::Animation::Stopped},
-        {&Row::minishPrograss, Row::Progress::Running, Row::Animation::RunningDown},
-        {&Row::setAnimationFinish, Row::Progress::Full, Row::Animation::Finished},
-    };
-    for (const auto &each : calls) {
-        (row.*each.call)();
-        EXPECT_EQ(row.progress(), each.progress);
-        EXPECT_EQ(row.animation(), each.animation);
-    }
-    EXPECT_TRUE(row.isStriped());
-    row.refCheckBoxInMainView(2); // a part shows as ticked
-    EXPECT_EQ(row.checkBoxImage(), QStringLiteral("option_yes.png"));
-    row.refCheckBoxInMainView(0);
-    EXPECT_EQ(row.cleanButtonImage(), QStringLiteral("clean_button_d.png"));
-    EXPECT_EQ(row.getFoundText(6), QStringLiteral("0.00KB"));
-    row.setSizeStrLabelString(QStringLiteral("1.00 KB"));
-    EXPECT_EQ(row.cleanSizeLabel(), QStringLiteral("1.00 KB"));
-    EXPECT_EQ(row.sizeLabel(), QStringLiteral("0.0KB"));
-}
-
 TEST(V3MainListView, AClickMakesAPartWhole) {
     CleanPage::store("012000");
     V3MainListView row({}, {}, {}, {}, 2, false);
@@ -136,14 +106,6 @@ TEST(CustomTableView, AddsItsSizesUpAndShowsTheShareThatWent) {
     }
     table.setTotalSelectNum(CustomTableView::cleanIsFinished);
     EXPECT_EQ(table.getTotalSizeImage(), QStringLiteral("100_progress_bar.png"));
-}
-
-TEST(CustomTableView, ItsProgressImageStartsLate) {
-    CustomTableView table;
-    table.setProImageNum(6);
-    EXPECT_EQ(text(table, 1, CustomTableView::ProgressImageRole), "0_progress_bar.png");
-    table.setProImageNum(7);
-    EXPECT_EQ(text(table, 1, CustomTableView::ProgressImageRole), "7_progress_bar.png");
 }
 
 TEST(CustomTableView, IsTickedInEveryLanguageByTheSameNames) {

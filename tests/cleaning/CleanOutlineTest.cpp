@@ -259,20 +259,6 @@ TEST(CategoryList, AnEmptyListIsNothing) {
     EXPECT_EQ(CleanPage::stored(), "111111");
 }
 
-TEST(CategoryList, AClickOnATickedCellTellsOfIt) {
-    CleanPage at;
-    at.scan();
-    std::vector<int> rows;
-    QObject context;
-    NotificationCenter::defaultCenter().addObserver(
-        &context, QStringLiteral("selectedRowInFastClean"), [&](const Notification &notification) {
-            rows.push_back(notification.userInfo.value(QStringLiteral("object")).toInt());
-        });
-    EXPECT_EQ(at.page.list(1).CellClick(2, 1), 0);
-    EXPECT_EQ(at.page.list(1).CellClick(3, 0), 1);
-    EXPECT_THAT(rows, ElementsAre(2));
-}
-
 TEST(CategoryList, SortsByTheSizesAsShownAndKeepsPlaces) {
     Outline at({{"a", 5}, {"b", 3'000}, {"c", 4}, {"d", 9'000'000}});
     CategoryListModel &list = at.page.list(1);

@@ -228,7 +228,7 @@ TEST(CleanPage, ACleanOfNothingTickedSaysSo) {
     EXPECT_EQ(at.line(), "0.00 KB is cleaned");
     EXPECT_THAT(test::changes(before, at.machine.state()), IsEmpty());
     EXPECT_EQ(recording.count("removeItem"), 0u);
-    EXPECT_EQ(recording.count("rights.removeItem"), 0u);
+    EXPECT_EQ(recording.count("rights.removeItems"), 0u);
     EXPECT_EQ(recorded(), 5) << "that of the clean before";
 }
 
@@ -292,7 +292,7 @@ TEST_P(CleanPageFailures, TheAlertComesForTheRightOnes) {
     CleanPage at;
     fault.setFault([&](std::string_view call, const std::filesystem::path &path) {
         return (call == "removeItem" && path.filename() == GetParam().stuck) ||
-                       call == "rights.removeItem"
+                       call == "rights.removeItems"
                    ? std::make_error_code(std::errc::permission_denied)
                    : std::error_code();
     });
@@ -450,22 +450,6 @@ TEST(CleanPage, RowsOfTheLeftListShowTheirParts) {
         EXPECT_EQ(parts.diskSizeView, each.disk) << each.row;
         EXPECT_EQ(!at.page.heading().title.isEmpty(), each.title) << each.row;
     }
-}
-
-TEST(CleanPage, ALicenceGateThatClosesKeepsEverything) {
-    CleanPage::store("111111");
-    test::CleanableMachine machine;
-    NewMainViewController::Surroundings closed;
-    closed.licenceGate = [] { return false; };
-    NewMainViewController page(closed);
-    page.clickScanBtn();
-    test::waitUntil([&] { return page.state() == State::Results; });
-    page.cleanButtonActionInfo();
-    page.shouldSelectRowWithArray(2);
-    page.cleanButtonAction();
-    EXPECT_EQ(page.state(), State::Results);
-    EXPECT_EQ(page.selectRowNum(), 2);
-    EXPECT_TRUE(page.isCleanFinshed());
 }
 
 TEST(CleanPage, GoesAwayInTheMiddleOfAScanAndOfAClean) {

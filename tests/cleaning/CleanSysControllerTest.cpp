@@ -242,6 +242,8 @@ TEST(CleanSysController, AResetDuringARunLeavesItAlone) {
 }
 
 TEST(CleanSysController, BubblesStackUntilAllHaveGone) {
+    EXPECT_EQ(CleanSysController::Delays().bubble, std::chrono::seconds(5));
+    EXPECT_EQ(CleanSysController::Delays().close, std::chrono::seconds(1));
     CleanPage::store("000000");
     CleanSysController::Delays slow{std::chrono::milliseconds(200), std::chrono::milliseconds(1)};
     QuickClean one(slow);

@@ -29,11 +29,6 @@ using test::TestTree;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(FolderUtilities, AnIndexBehindTheLastCategoryHasNoFolders) {
-    EXPECT_THAT(FolderUtilities::getFolderPath(6), IsEmpty());
-    EXPECT_THAT(FolderUtilities::getFolderPath(~0u), IsEmpty());
-}
-
 TEST(FolderUtilities, TheHomeTrashComesFirst) {
     TestTree home(TestEnvironment::current().home());
     home.directory(".local/share/Trash/files");
@@ -84,27 +79,6 @@ TEST(ItemSizes, CountLogicalBytesOfEveryNameAndFollowNoLink) {
     EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("item/a")), 10u);
     EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("link")), link);
     EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("gone")), 0u);
-}
-
-TEST(ItemSizes, AreThoseOfAPlainWalkOnRandomTrees) {
-    for (unsigned seed = 1; seed <= 5; ++seed) {
-        TestTree tree(TestEnvironment::current().work() / std::to_string(seed));
-        std::mt19937 random(seed);
-        std::vector<std::string> folders = {"item"};
-        std::uint64_t expected = 0;
-        for (int i = 0; i < 300; ++i) {
-            const std::string name = folders[random() % folders.size()] + "/" + std::to_string(i);
-            if (random() % 3 == 0) {
-                tree.directory(name);
-                folders.push_back(name);
-            } else {
-                const std::uint64_t size = random() % (1u << (random() % 31));
-                tree.sparseFile(name, size);
-                expected += size;
-            }
-        }
-        EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("item")), expected) << seed;
-    }
 }
 
 TEST(ItemSizes, StayAtTheLargestValue) {

@@ -1,7 +1,6 @@
 #include "cleaning/BrowseFolderOperation.h"
 #include "cleaning/CleanNotifications.h"
 #include "cleaning/DeleteFolderOperation.h"
-#include "cleaning/SizedTrash.h"
 
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
@@ -120,12 +119,6 @@ TEST(DeleteFolderOperation, EmptiesFoldersAndKeepsThem) {
     EXPECT_EQ(heard.words.size(), 2u + 3 + 1);
     EXPECT_THAT(heard.words, testing::Contains("DeleteFileSuccess a 5"));
     EXPECT_THAT(heard.words, testing::Contains("DeleteFileFailed missing"));
-}
-
-TEST(DeleteFolderOperation, WritesTheSizesOfATrashOnce) {
-    test::SizedTrash trash;
-    DeleteFolderOperation(rootsOf({trash.files()}), newRun()).main();
-    trash.expectEmptiedWithOneWrite();
 }
 
 TEST(DeleteFolderOperation, WithoutRightsAFolderThatMayNotBeTouchedIsToldOnce) {

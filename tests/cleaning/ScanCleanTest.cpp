@@ -1,5 +1,4 @@
 #include "cleaning/ScanViewController.h"
-#include "cleaning/SizedTrash.h"
 
 #include "core/UtilityFunction.h"
 #include "foundation/NotificationCenter.h"
@@ -105,21 +104,6 @@ TEST(Scan, GivesARowForEachDirectChildInListingOrder) {
     EXPECT_TRUE(std::is_sorted(totals.begin(), totals.end()));
 }
 
-TEST(Scan, PostsTheCountersNotificationAndFinishesEvenWithNothing) {
-    TestTree tree;
-    int posted = 0;
-    QObject context;
-    NotificationCenter::defaultCenter().addObserver(&context,
-                                                    QStringLiteral("cleanShowSelectNumInBottom"),
-                                                    [&](const Notification &) { ++posted; });
-    ScanViewController controller;
-    scan(controller, {});
-    scan(controller, {tree.path("missing")});
-    EXPECT_EQ(posted, 2);
-    EXPECT_THAT(controller.scanFiles(), IsEmpty());
-    EXPECT_EQ(controller.totalSize(), 0u);
-}
-
 // A stopped scan is final: the same object never scans again.
 TEST(Scan, AStopKeepsAPrefixAndEndsEveryLaterScan) {
     TestTree tree;
@@ -176,16 +160,6 @@ TEST(Scan, AnOwnerThatGoesFirstWaitsForItsWork) {
     }
 }
 
-TEST(Clean, WritesTheSizesOfATrashOnce) {
-    test::SizedTrash trash;
-    ScanViewController controller;
-    scan(controller, {trash.files()});
-    for (std::size_t row = 0; row < controller.rowCount(); ++row)
-        controller.setSelected(row, true);
-    clean(controller);
-    trash.expectEmptiedWithOneWrite();
-}
-
 TEST(Clean, RemovesTheTickedRowsAndNothingElse) {
     TestTree tree;
     tree.file("outside/kept", "precious");
@@ -221,7 +195,7 @@ TEST(Clean, WithNothingTickedRemovesNothingAndStillFinishes) {
     test::RecordingPlatform recording;
     clean(controller);
     EXPECT_EQ(recording.count("removeItem"), 0u);
-    EXPECT_EQ(recording.count("rights.removeItem"), 0u);
+    EXPECT_EQ(recording.count("rights.removeItems"), 0u);
     EXPECT_EQ(controller.rowCount(), 1u);
 }
 
@@ -231,7 +205,7 @@ TEST(Clean, WhatCannotGoStaysTickedWithItsReasonAndTheTotalStays) {
     tree.file("folder/goes", "123");
     test::FaultPlatform fault;
     fault.setFault([&](std::string_view call, const std::filesystem::path &path) {
-        return (call == "removeItem" && path.filename() == "stuck") || call == "rights.removeItem"
+        return (call == "removeItem" && path.filename() == "stuck") || call == "rights.removeItems"
                    ? std::make_error_code(std::errc::permission_denied)
                    : std::error_code();
     });
@@ -273,21 +247,6 @@ TEST(Clean, AFolderThatWasExchangedKeepsEverything) {
     clean(controller);
     EXPECT_EQ(tree.snapshot(), before);
     EXPECT_EQ(controller.rowCount(), 1u);
-}
-
-TEST(Clean, AnItemWithFurtherNamesOutsideKeepsTheirMode) {
-    TestTree tree;
-    tree.file("outside", "x");
-    tree.mode("outside", 0640);
-    tree.hardLink("folder/hard", tree.path("outside"));
-    ScanViewController controller;
-    scan(controller, {tree.path("folder")});
-    controller.selectAll(true);
-    clean(controller);
-    struct stat status {};
-    ASSERT_EQ(::stat(tree.path("outside").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777, 0640u);
-    EXPECT_FALSE(tree.exists("folder/hard"));
 }
 
 } // namespace

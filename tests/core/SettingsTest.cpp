@@ -23,10 +23,11 @@ TEST(Settings, FirstRun) {
         QLatin1String key;
         float value;
     } rows[] = {
-        {DSSystemCachesKey, 1},  {DSUserCachesKey, 1},     {DSSystemLogsKey, 1},
-        {DSUserLogsKey, 1},      {DSUserTrashKey, 0},      {DSUserDownloadsKey, 0},
-        {DSSpaceAlarmKey, 0.1f}, {DSMemoryAlarmKey, 0.1f}, {DSDuplicationLimit, 1},
-        {DSDuplicatesUnit, 2},   {DSDiskUsageLimit, 0},    {DSDisplayTypeKey, 0},
+        {DSSystemCachesKey, 1},   {DSUserCachesKey, 1},     {DSSystemLogsKey, 1},
+        {DSUserLogsKey, 1},       {DSUserTrashKey, 0},      {DSUserDownloadsKey, 0},
+        {DSSpaceAlarmKey, 0.1f},  {DSMemoryAlarmKey, 0.1f}, {DSDuplicationLimit, 1},
+        {DSDuplicatesUnit, 2},    {DSDiskUsageLimit, 0},    {DSDisplayTypeKey, 0},
+        {DSSystemDuplication, 0}, {DSDiskUsageUnit, 0},     {QLatin1String("DSMyMacClicked"), 1},
     };
     for (const auto &row : rows)
         EXPECT_EQ(defaults().floatForKey(row.key), row.value) << row.key.data();
@@ -49,50 +50,26 @@ TEST(Settings, TheLaterShowStyleHolds) {
     EXPECT_FALSE(defaults().boolForKey(DSDiskUsageShowStyle));
 }
 
-TEST(Settings, AccessorsWriteTheirOwnKeys) {
+TEST(Settings, EachCategoryHasItsOwnAccessors) {
     using P = PreferenceViewController;
     const struct {
         void (*set)(int);
         QVariant (*get)();
-        QLatin1String key;
-    } categories[] = {
-        {P::setSystemCashesClicked, P::getSystemCashesClicked, DSSystemCachesKey},
-        {P::setUserCashesClicked, P::getUserCashesClicked, DSUserCachesKey},
-        {P::setSystemLogsClicked, P::getSystemLogsClickedClicked, DSSystemLogsKey},
-        {P::setUserLogsClicked, P::getUserLogsClicked, DSUserLogsKey},
-        {P::setUserTrashClicked, P::getUserTrashClicked, DSUserTrashKey},
-        {P::setUserDownLoadsFolderClicked, P::getUserDownLoadsFoldeClicked, DSUserDownloadsKey},
+    } rows[] = {
+        {P::setSystemCashesClicked, P::getSystemCashesClicked},
+        {P::setUserCashesClicked, P::getUserCashesClicked},
+        {P::setSystemLogsClicked, P::getSystemLogsClickedClicked},
+        {P::setUserLogsClicked, P::getUserLogsClicked},
+        {P::setUserTrashClicked, P::getUserTrashClicked},
+        {P::setUserDownLoadsFolderClicked, P::getUserDownLoadsFoldeClicked},
     };
-    for (const auto &category : categories) {
-        EXPECT_TRUE(category.get().isValid()); // also for a flag of 0
-        category.set(2);
-        EXPECT_EQ(category.get().toInt(), 2);
-        EXPECT_EQ(UserDefaults(defaults().file()).integerForKey(category.key), 2);
-        category.set(0);
-        EXPECT_TRUE(category.get().isValid());
-        EXPECT_EQ(defaults().integerForKey(category.key), 0);
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        EXPECT_TRUE(rows[i].get().isValid()); // also for a flag of 0
+        rows[i].set(2);
+        EXPECT_EQ(rows[i].get().toInt(), 2);
+        const QLatin1String key(cleanCategories[i].key);
+        EXPECT_EQ(UserDefaults(defaults().file()).integerForKey(key), 2);
     }
-    const struct {
-        void (*set)(int);
-        bool (*get)();
-        const char *key;
-    } flags[] = {
-        {P::setUninstallClicked, P::getUninstallClicked, "DSUninstall"},
-        {P::setFreeSpaceClicked, P::getFreeSpaceClicked, "DSFreeSpace"},
-        {P::setLoginItemIsHide, P::getLoginItemIsHide, "DSLoginItemIsHide"},
-    };
-    for (const auto &flag : flags) {
-        EXPECT_FALSE(flag.get());
-        flag.set(1);
-        EXPECT_TRUE(flag.get());
-        EXPECT_EQ(defaults().integerForKey(QLatin1String(flag.key)), 1);
-    }
-    EXPECT_EQ(P::getLastClickRow(), 0);
-    P::setLastClickRow(9);
-    EXPECT_EQ(P::getLastClickRow(), 9);
-    P::setHiddenStatusItem(true);
-    EXPECT_TRUE(P::getHiddenStatusItem());
-    EXPECT_TRUE(defaults().boolForKey(QStringLiteral("DSShowStatusItem")));
 }
 
 TEST(Settings, LimitsWrap) {
@@ -120,63 +97,19 @@ TEST(Settings, SnapshotIsText) {
     const SettingItems items = UtilityFunctionOfData::getMyData().readerTxtForSettingValue();
     EXPECT_EQ(items.errorValue, QStringLiteral("0.250000"));
     EXPECT_EQ(items.digital, QStringLiteral("0"));
-    EXPECT_EQ(items.systemCaches, QStringLiteral("1"));
-    EXPECT_EQ(items.downloads, QStringLiteral("0"));
     EXPECT_TRUE(items.graphic.isNull());
-
-    QVariantMap coded;
-    items.encodeWithCoder(coded);
-    EXPECT_EQ(coded.size(), 9);
-    EXPECT_EQ(coded.value(QStringLiteral("SystemCache")), items.systemCaches);
-    EXPECT_EQ(coded.value(QStringLiteral("SystemLog")), items.systemLogs);
-    EXPECT_EQ(SettingItems(coded).errorValue, items.errorValue);
-}
-
-TEST(Settings, FormBody) {
-    const auto parse = [](const QString &text) {
-        return UtilityFunctionOfData::getMyData().parseFormBodyWith(text);
+    QString SettingItems::*const fields[] = {
+        &SettingItems::systemCaches, &SettingItems::userCaches, &SettingItems::systemLogs,
+        &SettingItems::userLogs,     &SettingItems::userTrash,  &SettingItems::downloads,
     };
-    EXPECT_FALSE(parse(QString()));
-    EXPECT_TRUE(parse(QStringLiteral(""))->isEmpty());
-    const QMap<QString, QString> wanted = {{QStringLiteral("a"), QStringLiteral("1")},
-                                           {QStringLiteral("d"), QStringLiteral("4")}};
-    EXPECT_EQ(parse(QStringLiteral("a=1&b&c=2=3&d=4")), wanted);
-    const auto odd = *parse(QStringLiteral("a=1&a=%20+&=x&y="));
-    EXPECT_EQ(odd.value(QStringLiteral("a")), QStringLiteral("%20+"));
-    EXPECT_EQ(odd.size(), 3);
-}
-
-class ListedItems final : public LoginItemRegistry {
-public:
-    int indexForLoginItemWithPath(const std::filesystem::path &path) override {
-        const auto found = std::find(items.begin(), items.end(), path);
-        return found == items.end() ? -1 : int(found - items.begin());
+    for (unsigned category = 0; category < std::size(fields); ++category) {
+        PreferenceViewController::setCategoryClicked(category, 2);
+        SettingItems now = UtilityFunctionOfData::getMyData().readerTxtForSettingValue();
+        EXPECT_EQ(std::exchange(now.*fields[category], QString()), QStringLiteral("2"));
+        for (const auto field : fields)
+            EXPECT_NE(now.*field, QStringLiteral("2"));
+        PreferenceViewController::setCategoryClicked(category, 1);
     }
-    bool removeLoginItemAtIndex(int index) override {
-        items.erase(items.begin() + index);
-        return true;
-    }
-    bool addLoginItemWithPath(const std::filesystem::path &path, bool hideIt) override {
-        if (hideIt || refuses)
-            return false;
-        items.push_back(path);
-        return true;
-    }
-    std::vector<std::filesystem::path> items = {"/other"};
-    bool refuses = false;
-};
-
-TEST(LaunchAtLogin, RenewsAndRemovesItsOneEntry) {
-    using Items = std::vector<std::filesystem::path>;
-    ListedItems registry;
-    LaunchAtLogin::launchAppWhenLogin(1, "/program", registry);
-    registry.items.push_back("/later");
-    LaunchAtLogin::launchAppWhenLogin(1, "/program", registry);
-    EXPECT_EQ(registry.items, (Items{"/other", "/later", "/program"})); // fresh, and only once
-    EXPECT_EQ(LaunchAtLogin::readeFileOfLaunchAppWhenLogin(), QStringLiteral("1"));
-    LaunchAtLogin::launchAppWhenLogin(0, "/program", registry);
-    EXPECT_EQ(registry.items, (Items{"/other", "/later"}));
-    EXPECT_EQ(LaunchAtLogin::readeFileOfLaunchAppWhenLogin(), QStringLiteral("0"));
 }
 
 TEST(LaunchAtLogin, FlagStaysWhereTheEntryCannotBeHad) {

@@ -85,22 +85,6 @@ TEST(ThreadWorker, EndCallComesOnTheStartingThread) {
     EXPECT_NE(target.workThread, std::this_thread::get_id());
 }
 
-TEST(ThreadWorker, WorkMayTakeTheArgumentAlone) {
-    Target target;
-    target.worker =
-        ThreadWorker::workOn(&target, &Target::workWithArgumentAlone, "/a", &Target::didEnd);
-    ASSERT_TRUE(processUntil([&] { return target.ends > 0; }));
-    EXPECT_EQ(target.seenArgument, "/a");
-}
-
-TEST(ThreadWorker, MissingWorkStartsNothing) {
-    Target target;
-    void (Target::*missing)(int) = nullptr;
-    EXPECT_FALSE(ThreadWorker::workOn(&target, missing, 1, &Target::didEnd));
-    QCoreApplication::processEvents();
-    EXPECT_EQ(target.ends, 0);
-}
-
 TEST(ThreadWorker, CancellingOnlyRaisesAFlag) {
     std::promise<void> go;
     auto hold = go.get_future().share();
@@ -132,6 +116,18 @@ TEST(ThreadWorker, RunsWithoutAnEndCallAndWithoutAnOwner) {
     while (!watched.expired() && !deadline.hasExpired())
         std::this_thread::yield();
     EXPECT_TRUE(watched.expired());
+}
+
+// The thread is there until its end call has returned, so that nobody takes the work for over.
+TEST(ThreadWorker, WaitsForItsEndCall) {
+    Target target;
+    target.worker = ThreadWorker::workOn(&target, &Target::work, "", &Target::didEnd);
+    std::weak_ptr<ThreadWorker> watched = target.worker;
+    while (watched.use_count() < 3) // the target, the thread, the end call that waits
+        std::this_thread::yield();
+    EXPECT_EQ(target.ends, 0);
+    EXPECT_TRUE(processUntil([&] { return watched.use_count() == 1; }));
+    EXPECT_EQ(target.ends, 1);
 }
 
 TEST(ThreadWorker, ExceptionEndsItWithoutEndCall) {
@@ -171,32 +167,6 @@ TEST(ThreadWorker, OwnerMayGoInTheEndCall) {
     ASSERT_TRUE(processUntil([&] { return target->ends > 0; }));
     target.reset();
     ASSERT_TRUE(processUntil([&] { return watched.expired(); }));
-}
-
-TEST(ThreadWorker, ManyAtOnceKeepNoDescriptors) {
-    const auto openDescriptors = [] {
-        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
-    };
-    std::vector<std::unique_ptr<Target>> targets;
-    const auto before = openDescriptors();
-    for (int i = 0; i < 50; ++i) {
-        auto &target = *targets.emplace_back(std::make_unique<Target>());
-        target.worker =
-            ThreadWorker::workOn(&target, &Target::workWithArgumentAlone, "/", &Target::didEnd);
-    }
-    for (const auto &target : targets) {
-        EXPECT_TRUE(processUntil([&] { return target->ends > 0; }));
-        EXPECT_EQ(target->ends, 1);
-    }
-    EXPECT_TRUE(processUntil([&] { return openDescriptors() == before; }));
-}
-
-TEST(TaskStopper, OneFlagForAll) {
-    EXPECT_FALSE(TaskStopper::sharedTaskStopper().getStopFlags());
-    TaskStopper::sharedTaskStopper().setStopFlags(true);
-    EXPECT_TRUE(TaskStopper::sharedTaskStopper().flag());
-    TaskStopper::sharedTaskStopper().setStopFlags(false);
-    EXPECT_FALSE(TaskStopper::sharedTaskStopper().getStopFlags());
 }
 
 } // namespace

@@ -221,18 +221,5 @@ TEST(Facts, AreCutToTheirFields) {
     EXPECT_EQ(getSysInfo(nullptr), -1);
 }
 
-TEST(LeftList, RowIsPostedWithAnEmptyList) {
-    QObject context;
-    QVariantList object;
-    NotificationCenter::defaultCenter().addObserver(
-        &context, QStringLiteral("shouldSelectRow"), [&](const Notification &notification) {
-            object = notification.userInfo.value(QStringLiteral("object")).toList();
-        });
-    U::callSelectNotificationForMainWindowLeft(8);
-    ASSERT_EQ(object.size(), 2);
-    EXPECT_TRUE(object[0].toList().isEmpty());
-    EXPECT_EQ(object[1].toInt(), 8);
-}
-
 } // namespace
 } // namespace brightsweep

@@ -134,23 +134,6 @@ TEST_F(DesktopNotifierTest, AvailableOnceSomebodyIsThere) {
     ASSERT_TRUE(eventuallyInLoop([&] { return !notifier().available(); }));
 }
 
-TEST_F(DesktopNotifierTest, BusRestarts) {
-    {
-        Server server(m_bus, "actions");
-        ASSERT_TRUE(server.come());
-        notifier().show({{}, {}, 1, QStringLiteral("Open"), [](const std::string &) {}});
-        ASSERT_TRUE(eventuallyInLoop([&] { return server.count("Notify") == 1; }));
-    }
-    m_bus.stop();
-    ASSERT_TRUE(eventuallyInLoop([&] { return !notifier().available(); }));
-    m_bus.start();
-    Server server(m_bus, "body");
-    ASSERT_TRUE(server.come());
-    ASSERT_TRUE(eventuallyInLoop([&] { return notifier().available(); }));
-    notifier().show({{}, QStringLiteral("back"), 0, {}, {}});
-    ASSERT_TRUE(eventuallyInLoop([&] { return server.count("Notify") == 1; }));
-}
-
 TEST(DesktopNotifierWithoutBus, NothingIsShown) {
     Platform::current().notifier->show({{}, QStringLiteral("lost"), 5, {}, {}});
     EXPECT_FALSE(Platform::current().notifier->available());

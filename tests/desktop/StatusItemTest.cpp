@@ -258,30 +258,6 @@ TEST_F(StatusItemTest, OnlyChangesAreTold) {
                            QStringLiteral("NewIcon"), QStringLiteral("NewTitle")}));
 }
 
-TEST_F(StatusItemTest, HidingTakesTheItemAway) {
-    Watcher watcher(m_bus);
-    ASSERT_TRUE(watcher.come());
-    item().setShown(true);
-    ASSERT_TRUE(eventuallyInLoop([&] { return watcher.registrations() == 1; }));
-    const QString name = watcher.item();
-    const auto isThere = [&] {
-        return callInLoop(watcher.connection, QStringLiteral("org.freedesktop.DBus"),
-                          QStringLiteral("/org/freedesktop/DBus"),
-                          QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"),
-                          {name})
-            .arguments()
-            .value(0)
-            .toBool();
-    };
-    EXPECT_TRUE(isThere());
-    item().setShown(false);
-    EXPECT_TRUE(eventuallyInLoop([&] { return !isThere(); }));
-    EXPECT_TRUE(item().hostPresent());
-    item().setShown(true);
-    EXPECT_TRUE(eventuallyInLoop([&] { return watcher.registrations() == 2; }));
-    EXPECT_NE(watcher.item(), name);
-}
-
 } // namespace
 } // namespace brightsweep
 

@@ -144,6 +144,31 @@ TEST(RingPaint, ColoursFollowThePlaceInTheCircle) {
     }
 }
 
+// A level-2 sector's colour is nine tenths of the palette's at its place in the circle.
+TEST(RingPaint, ThePaletteGoesRoundTheCircle) {
+    TestTree tree;
+    constexpr int parts = 28;
+    for (int i = 0; i < parts; ++i)
+        tree.sparseFile(std::to_string(100 + i) + "/file", i == 0          ? 1500
+                                                           : i < parts - 1 ? 1000
+                                                                           : 900);
+    const Tree root = scan(tree.top());
+    const auto sectors = paint(*root);
+    ASSERT_EQ(sectors.size(), 1u + parts);
+    constexpr Color expected[] = {
+        {226, 110, 115}, {225, 229, 109}, {115, 229, 117}, {0, 227, 116}, {116, 229, 229},
+        {0, 115, 229},   {220, 119, 171}, {229, 115, 229}, {229, 1, 0},   {227, 229, 5},
+        {116, 229, 0},   {0, 229, 54},    {0, 229, 229},   {0, 114, 174}, {115, 115, 167},
+        {229, 0, 229},   {112, 57, 54},   {229, 115, 55},  {0, 225, 0},   {0, 117, 112},
+        {0, 61, 111},    {116, 113, 229}, {117, 0, 59},    {229, 0, 115}, {226, 114, 6},
+        {1, 113, 3},     {116, 0, 225},   {59, 114, 117}};
+    for (int i = 0; i < parts; ++i)
+        EXPECT_EQ((Color{sectors[std::size_t(i) + 1].fill[0], sectors[std::size_t(i) + 1].fill[1],
+                         sectors[std::size_t(i) + 1].fill[2]}),
+                  expected[i])
+            << i;
+}
+
 TEST(RingPaint, ActivityFadesAndWrapsAround) {
     TestTree tree;
     const Tree root = scan(tree.top());

@@ -311,35 +311,6 @@ TEST(SizeTree, AStopKeepsWhatWasCounted) {
     EXPECT_EQ(held.root->ppChildren()[1].load()->iSize, 0);
 }
 
-TEST(SizeTree, MayBePaintedAndProbedAtAnyMoment) {
-    TestTree tree;
-    for (int i = 0; i < 400; ++i)
-        tree.sparseFile(std::to_string(i % 5) + "/" + std::to_string(i % 17) + "/" +
-                            std::to_string(i) + "/file",
-                        100 + i);
-    std::atomic<bool> done{false};
-    const Tree root(W32AllDir::newRoot());
-    AllDir::bStopScan = false;
-    std::thread scanner([&] {
-        root->ListAllDir(tree.top().native() + "/", true);
-        done = true;
-    });
-    RecordingCanvas canvas;
-    const ChartCanvas::Use use(canvas);
-    std::int64_t before = 0;
-    while (!done) {
-        canvas.clear();
-        root->Paint(360, 0, 1, 0, false);
-        AllDir *found = nullptr;
-        root->Find(1.0, 90, &found);
-        const std::int64_t now = root->iSize;
-        EXPECT_GE(now, before);
-        before = now;
-    }
-    scanner.join();
-    EXPECT_EQ(sizesOf(*root), defined(tree));
-}
-
 TEST(SizeTree, FreeAllOfAnInnerNodeTakesItOut) {
     TestTree tree;
     tree.sparseFile("a/b/file", 10);

@@ -54,34 +54,6 @@ TEST(Content, ChecksumsOfFilesAroundTheBlocks) {
     }
 }
 
-TEST(Content, PlainDefinition) {
-    TestTree tree;
-    const auto one = itemFor(tree.file("1", "same"));
-    const auto two = itemFor(tree.file("2", "same"));
-    const auto other = itemFor(tree.file("3", "oTHe"));
-    const auto gone = itemFor(tree.file("4", "same"));
-    std::filesystem::remove(tree.path("4"));
-    algorithm plain;
-    FileList result;
-    EXPECT_TRUE(plain.getDuplicateFile(one, {other, gone, two}, result));
-    EXPECT_THAT(result, ElementsAre(two, one));
-    result.clear();
-    EXPECT_FALSE(plain.getDuplicateFile(gone, {two}, result));
-    EXPECT_TRUE(plain.getDuplicateFile(other, {one, two}, result));
-    EXPECT_FALSE(plain.getDuplicateFile(itemFor(tree.file("5", "alone")), {one}, result));
-    EXPECT_THAT(result, IsEmpty());
-    EXPECT_TRUE(fileAttrbItem::isEqual(one.get(), two.get()));
-    EXPECT_FALSE(fileAttrbItem::isEqual(gone.get(), gone.get()));
-    EXPECT_EQ(plain.getFileSize(tree.path("missing")), 0u);
-    EXPECT_TRUE(plain.compareWholeFile(tree.path("1"), tree.path("2")));
-    EXPECT_FALSE(plain.compareWholeFile(tree.path("1"), tree.path("3")));
-    tree.file("d1/a/b", "x");
-    tree.file("d2/a/b", "y");
-    EXPECT_TRUE(plain.CompareDirectory(tree.path("d1"), tree.path("d2")));
-    tree.file("d2/a/c", "y");
-    EXPECT_FALSE(plain.CompareDirectory(tree.path("d1"), tree.path("d2")));
-}
-
 // Systems that do not count cached pages, and such as do not confine a read to them either.
 TEST(Content, WithoutKnowledgeOfTheCache) {
     TestTree tree;
@@ -312,20 +284,6 @@ TEST(Content, OnlyWhatCanMatterIsReadAndOnce) {
         const bool isKnown = file && Platform::current().files->readCachedAt(*file, &byte, 1, 0);
         EXPECT_EQ(isKnown ? confined : platform.count("readAt"), reads);
     }
-}
-
-// The reads grow with the candidates, not with their square.
-TEST(Content, ReadsGrowLinearly) {
-    TestTree tree;
-    for (unsigned i = 0; i < 3000; ++i)
-        tree.file("d" + std::to_string(i % 7) + "/" + std::to_string(i),
-                  i % 3 ? "content " + std::to_string(10'000 + i) : "equal content!");
-    RecordingPlatform platform;
-    const auto groups = search(tree.top());
-    ASSERT_EQ(groups.size(), 1u);
-    EXPECT_EQ(groups[0].size(), 1000u);
-    EXPECT_LE(platform.count("openListedFile"), 3000u);
-    EXPECT_LE(platform.count("readCachedAt") + platform.count("readAt"), 6000u);
 }
 
 } // namespace

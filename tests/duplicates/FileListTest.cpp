@@ -1,10 +1,13 @@
 #include "duplicates/getFileList.h"
+#include "support/ChildProcess.h"
 #include "support/FaultPlatform.h"
-#include "support/RecordingPlatform.h"
+#include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <unistd.h>
 
 namespace brightsweep::test {
 namespace {
@@ -118,6 +121,22 @@ TEST(FileList, SystemWords) {
         EXPECT_TRUE(getFileList::IsSystemDirectory(path)) << path;
     for (const char *path : others)
         EXPECT_FALSE(getFileList::IsSystemDirectory(path)) << path;
+    // With the system left out, "/" is walked without what plays its role.
+    EXPECT_EQ(0, test::runInChild([] {
+                  TestTree root(TestEnvironment::current().root() / "another root");
+                  for (const char *place :
+                       {"usr", "lib", "lib32", "lib64", "libx32", "boot", "etc", "opt", "var",
+                        "run", "dev", "proc", "sys", "snap", "nix", "home"})
+                      root.file(std::string(place) + "/x/f", "x");
+                  if (::chroot(root.top().c_str()) != 0)
+                      return 1;
+                  getFileList lister;
+                  lister.setM_bSearchSystemDirectory(false);
+                  FileList files;
+                  std::vector<std::string> bundles;
+                  lister.getListAtPath("/", files, bundles, 0);
+                  return files.size() == 1 && files[0]->filePathName == "/home/x/f" ? 0 : 2;
+              }));
     // The rule holds for the very root only.
     TestTree tree;
     tree.file("Library/f", "x");
@@ -163,33 +182,6 @@ TEST(FileList, StoppedItStillSucceedsWithNothing) {
     EXPECT_TRUE(lister.getListAtPath(tree.top(), files, bundles, 0));
     EXPECT_EQ(files.size(), 1u);
     EXPECT_EQ(lister.m_CurrentPath(), tree.path("a").native());
-}
-
-TEST(FileList, ThePlainOperations) {
-    TestTree tree;
-    tree.file("a/b/.f", "x");
-    tree.link("a/link", tree.path("a/b"));
-    tree.file("A.app", "xx");
-    getFileList lister;
-    std::vector<std::string> paths;
-    EXPECT_TRUE(lister.getSubpathsOfDirectoryAtPath(&paths, tree.path("a")));
-    EXPECT_THAT(paths, ElementsAre(tree.path("a/b/.f"), tree.path("a/b")));
-    paths.clear();
-    EXPECT_TRUE(lister.getDirectoryAtPath(tree.top(), &paths));
-    EXPECT_THAT(paths,
-                UnorderedElementsAre(tree.path("a/b/.f"), tree.path("a/b"), tree.path("A.app")));
-    EXPECT_FALSE(lister.getDirectoryAtPath(tree.top(), nullptr));
-    std::vector<std::string> bundles;
-    EXPECT_TRUE(getFileList::getAppDirectory(tree.path("A.app"), &bundles, 2));
-    EXPECT_THAT(bundles, IsEmpty());
-    EXPECT_TRUE(getFileList::getAppDirectory(tree.path("A.app"), &bundles, 1));
-    EXPECT_TRUE(getFileList::getAppDirectory(tree.path("A.app"), &bundles, 1));
-    EXPECT_THAT(bundles, ElementsAre(tree.path("A.app")));
-    EXPECT_FALSE(getFileList::getAppDirectory("/a/app", &bundles, 0));
-    EXPECT_TRUE(getFileList::HasAppDirectory("/a/.app/b"));
-    EXPECT_FALSE(getFileList::IsAppDirectory("/a/.app"));
-    lister.stopSearch();
-    EXPECT_FALSE(lister.getSubpathsOfDirectoryAtPath(&paths, tree.path("a")));
 }
 
 TEST(FileList, DeepTreesAndHostileNames) {

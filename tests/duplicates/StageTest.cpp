@@ -166,6 +166,26 @@ TEST(Stages, Bundles) {
     EXPECT_EQ(groups[0][groups[0][1].ends_with("A.app") ? 0 : 1], tree.path("2/Rearranged.app"));
 }
 
+// Hidden members count whatever the setting says; the first of a group is listed last.
+TEST(Stages, BundlesCountHiddenMembers) {
+    TestTree tree;
+    for (const char *name : {"A.app", "B.app", "C.app"})
+        tree.file(name + std::string("/m"), "same");
+    tree.file("A.app/.h", "x");
+    tree.file("B.app/.h", "x");
+    tree.file("C.app/.h", "y");
+    std::vector<std::string> paths;
+    for (const char *name : {"A.app", "C.app", "B.app"})
+        paths.push_back(tree.path(name));
+    FindDuplicateApp finder(1);
+    std::vector<AppList> groups;
+    finder.FindAppInArray(paths, groups);
+    ASSERT_EQ(groups.size(), 1u);
+    ASSERT_EQ(groups[0].size(), 2u);
+    EXPECT_EQ(groups[0][0]->DirectoryName, "B.app");
+    EXPECT_EQ(groups[0][1]->DirectoryName, "A.app");
+}
+
 TEST(Stages, TheTree) {
     TestTree tree;
     tree.file("A.app/m", "bundle");

@@ -87,25 +87,6 @@ TEST(Tree, Structure) {
     EXPECT_EQ(first->description(), "{g10}");
 }
 
-TEST(Tree, MinimumCoverIsTheRoots) {
-    const auto one = sample();
-    const auto two = sample();
-    const auto cover = TreeNode::minimumNodeCoverFromNodesInArray(
-        {one->firstChild(), two, one->lastChild()->firstChild(), two->firstChild()});
-    EXPECT_THAT(cover, ElementsAre(one, two));
-}
-
-TEST(Tree, FromADictionary) {
-    const auto tree = SimpleTreeNode::treeFromDictionary(
-        {{QStringLiteral("Group"), QStringLiteral("g")},
-         {QStringLiteral("Entries"),
-          QVariantList{QStringLiteral("leaf"),
-                       QVariantMap{{QStringLiteral("Group"), QStringLiteral("sub")},
-                                   {QStringLiteral("Entries"), QVariantList{7}}}}}});
-    EXPECT_THAT(names(*tree), ElementsAre("leaf", "sub", ".7"));
-    EXPECT_TRUE(tree->data().isExpandable());
-}
-
 TEST(FileClasses, OddMembers) {
     const std::pair<const char *, int> cases[] = {{"", 0},    {"TXT", 1},  {"xml", 1}, {"acc", 2},
                                                   {"ogg", 3}, {"tar", 4},  {"gz", 6},  {"eps", 5},

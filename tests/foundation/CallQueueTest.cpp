@@ -20,7 +20,7 @@ bool processUntil(Condition condition) {
 
 // The functions touch plain data: the queue alone must order the two threads.
 TEST(CallQueue, KeepsTheOrderOfEachThread) {
-    constexpr int each = 5'000; // more than a pipe holds bytes for
+    constexpr int each = 5'000;
     CallQueue queue;
     std::vector<int> seen[2];
     std::thread posters[2];

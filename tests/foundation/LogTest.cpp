@@ -186,13 +186,5 @@ TEST(Log, ObjectLinesEndAtTheLimit) {
     EXPECT_NE(written([] { NSLog("direct"); }).find("direct"), std::string::npos);
 }
 
-TEST(Log, NowhereIsAPlaceToo) {
-    const int before = Log::descriptor();
-    Log::setDescriptor(-1);
-    NSLog("lost");
-    ObjectLog().log("lost");
-    Log::setDescriptor(before);
-}
-
 } // namespace
 } // namespace brightsweep

@@ -65,18 +65,6 @@ TEST(NotificationCenter, ObserverGoesWithItsContext) {
     EXPECT_EQ(calls, 0);
 }
 
-TEST(NotificationCenter, HandlerMayPost) {
-    NotificationCenter center;
-    QObject context;
-    int depth = 0;
-    center.addObserver(&context, event, [&](const Notification &) {
-        if (++depth < 5)
-            center.post(event);
-    });
-    center.post(event);
-    EXPECT_EQ(depth, 5);
-}
-
 TEST(NotificationCenter, RemovalWaitsForADeliveryUnderWay) {
     NotificationCenter center;
     QObject context;

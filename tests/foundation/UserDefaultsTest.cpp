@@ -125,25 +125,6 @@ TEST(UserDefaults, DamagedFileGivesItsIntactLines) {
     }
 }
 
-TEST(UserDefaults, ReadOnlyFolderKeepsTheChangeInMemory) {
-    test::TestTree tree;
-    const auto folder = tree.directory("config");
-    const auto file = tree.file("config/settings", "Old=1\n");
-    tree.mode("config", 0555);
-    const int status = test::runInChild([&] {
-        if (!test::becomeUnprivileged())
-            return 1;
-        UserDefaults defaults(file);
-        defaults.setObject(key, 2);
-        return defaults.synchronize() || defaults.integerForKey(key) != 2 ||
-                       defaults.integerForKey(text("Old")) != 1
-                   ? 2
-                   : 0;
-    });
-    EXPECT_EQ(status, 0);
-    EXPECT_EQ(*readSmallFile(file), "Old=1\n");
-}
-
 TEST(UserDefaults, FullDiskLosesNothing) {
     test::needRoot();
     test::TestTree tree;
@@ -216,16 +197,6 @@ TEST(UserDefaults, TwoProcessesLoseNoKey) {
         ASSERT_EQ(defaults.objectForKey(text("a") + QString::number(i)), QString::number(i));
         ASSERT_EQ(defaults.objectForKey(text("b") + QString::number(i)), QString::number(i));
     }
-}
-
-TEST(UserDefaults, TakesInWhatOthersWrite) {
-    test::TestTree tree;
-    UserDefaults mine(tree.path("settings"));
-    mine.setObject(key, 1);
-    UserDefaults(tree.path("settings")).setObject(key, 2);
-    EXPECT_EQ(mine.integerForKey(key), 1);
-    EXPECT_TRUE(mine.synchronize());
-    EXPECT_EQ(mine.integerForKey(key), 2);
 }
 
 TEST(UserDefaults, ManyThreadsShareIt) {

@@ -182,34 +182,6 @@ TEST(Helper, RefusesWhatMustStay) {
     EXPECT_TRUE(isRemoved(process.remove(root / "system/var/log/apt", "item")));
 }
 
-// The way around a refusal by another path to the same place.
-TEST(Helper, GuardsAPlaceByWhateverPathItIsReached) {
-    test::enterPrivateMounts();
-    TestTree tree;
-    auto &environment = TestEnvironment::current();
-    TestTree system(environment.system());
-    system.file("var/log/apt/term.log");
-    system.file("var/lib/dpkg/status");
-    const Mounted bound((environment.system() / "var").c_str(), tree.directory("bound"), nullptr,
-                        MS_BIND);
-    // A short link whose real path no call takes at once.
-    std::string deep = "deep";
-    for (int i = 0; i < 40; ++i)
-        deep += "/" + std::string(120, 'd');
-    const auto before = system.snapshot();
-    HelperProcess process;
-    for (const char *item : {"log/apt", "lib/dpkg", "log/apt/term.log", "lib/dpkg/status"})
-        EXPECT_FALSE(process.remove(tree.path("bound"), item).performed) << item;
-    // Another view of the mounts, by the descriptor or the root of a process.
-    const auto view = [&](const std::string &folder) {
-        RemoveItems removal = test::removalBelow(tree.path("bound"), "log/apt");
-        removal.root = folder + removal.root;
-        return process.remove(removal).front();
-    };
-    EXPECT_FALSE(view("/proc/" + std::to_string(::getpid()) + "/root").performed);
-    EXPECT_EQ(system.snapshot(), before);
-}
-
 TEST(Helper, TakesSeveralItemsAndTellsThemApart) {
     TestTree tree;
     std::vector<std::string> names;
@@ -311,24 +283,6 @@ TEST(Helper, RemovesTreesAndPathsOfAnyDepth) {
         lowest += "/d";
     EXPECT_TRUE(isRemoved(process.remove(tree.path("folder"), lowest)));
     EXPECT_TRUE(tree.exists("folder/d/d/d"));
-    // The root of a removal may be as deep.
-    const auto above = lowest.substr(0, lowest.size() - 4);
-    auto removal = test::removalBelow(tree.path("folder"), "d");
-    removal.root += '/' + above;
-    int descriptor = ::open(tree.path("folder").c_str(), O_PATH | O_DIRECTORY);
-    for (std::size_t i = 0; i <= above.size() / 2; ++i) {
-        const int next = ::openat(descriptor, "d", O_PATH | O_DIRECTORY);
-        ::close(descriptor);
-        descriptor = next;
-    }
-    struct stat status {};
-    ASSERT_EQ(::fstat(descriptor, &status), 0);
-    removal.inode = status.st_ino;
-    const auto item = test::removalBelow(tree.path("folder"), above + "/d");
-    removal.items = item.items;
-    EXPECT_TRUE(isRemoved(process.remove(removal).front()));
-    EXPECT_NE(::fstatat(descriptor, "d", &status, AT_SYMLINK_NOFOLLOW), 0);
-    ::close(descriptor);
 }
 
 TEST(Helper, LeavesATreeWithAMountInItWhole) {

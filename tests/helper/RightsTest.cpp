@@ -6,7 +6,6 @@
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -22,7 +21,6 @@ namespace brightsweep {
 namespace {
 
 using test::TestTree;
-using testing::HasSubstr;
 
 std::string textOf(const std::filesystem::path &file) {
     std::ifstream stream(file, std::ios::binary);
@@ -116,25 +114,6 @@ TEST(Rights, AreLostWithTheirProcessAndCanBeGotAnew) {
     EXPECT_TRUE(rights.removeItems(rights.token(), removal, nullptr)[0].gone);
 }
 
-TEST(Rights, AProcessThatDiesOverARequestKeepsNobodyWaiting) {
-    test::needRoot();
-    TestTree tree;
-    tree.file("folder/item");
-    LinuxAdministratorRights rights;
-    ASSERT_EQ(rights.request().outcome, RightsOutcome::Granted);
-    const pid_t helper = childProcess();
-    ASSERT_GT(helper, 0);
-    ::kill(helper, SIGSTOP);
-    const auto removal = removalOf(tree.path("folder"), "item");
-    PrivilegedReply reply{true, true, {}};
-    std::thread asking([&] { reply = rights.removeItems(rights.token(), removal, nullptr)[0]; });
-    ::kill(helper, SIGKILL);
-    asking.join();
-    EXPECT_FALSE(reply.performed);
-    EXPECT_TRUE(tree.exists("folder/item"));
-    EXPECT_EQ(rights.token(), RightsToken{});
-}
-
 TEST(Rights, ServeSixThreads) {
     test::needRoot();
     TestTree tree;
@@ -170,68 +149,6 @@ TEST(Rights, OutcomesAreToldApartByStatusAndWords) {
               RightsOutcome::Failed);
     EXPECT_EQ(rightsOutcome(1, "Not authorized"), RightsOutcome::Failed);
 }
-
-struct Scene {
-    const char *name;
-    bool granted;
-    const char *words; // in the log
-};
-
-class Pkexec : public testing::TestWithParam<Scene> {};
-
-// The real thing: a user without rights, pkexec, polkitd, rules, a bus of their own.
-TEST_P(Pkexec, AsksTheRealAuthority) {
-    test::needRoot();
-    TestTree tree;
-    std::vector<std::string> items;
-    for (int i = 0; i < 5; ++i)
-        items.push_back(
-            tree.file("stage/home/protected/" + std::to_string(i) + "/file").parent_path());
-    tree.file("stage/home/protected/kept");
-    const auto before = tree.snapshot("stage/home/protected");
-    const auto folder = tree.directory("stage");
-
-    const auto bin = std::filesystem::path(BRIGHTSWEEP_TEST_PROBE).parent_path();
-    std::vector<std::string> words = {BRIGHTSWEEP_TEST_STAGE,  GetParam().name, folder, bin,
-                                      BRIGHTSWEEP_TEST_POLICY, "rights-probe"};
-    words.insert(words.end(), items.begin(), items.end());
-    std::vector<char *> arguments;
-    for (std::string &word : words)
-        arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-    const pid_t stage = ::fork();
-    if (stage == 0) {
-        ::execv(arguments[0], arguments.data());
-        ::_exit(127);
-    }
-    int status = 1;
-    ::waitpid(stage, &status, 0);
-    const std::string out = textOf(folder / "out");
-    const std::string log = textOf(folder / "err");
-    ASSERT_EQ(status, 0) << out << log;
-
-    if (GetParam().granted) {
-        EXPECT_THAT(out, HasSubstr("rights 1\nagain 1\n1 "));
-        EXPECT_EQ(tree.snapshot("stage/home/protected").size(), 1u);
-        EXPECT_TRUE(tree.exists("stage/home/protected/kept"));
-        EXPECT_EQ(textOf(folder / "counted/count"), "asked\n"); // once for all items
-    } else {
-        EXPECT_THAT(out, HasSubstr("rights 0\n"));
-        EXPECT_THAT(out, testing::Not(HasSubstr("\n1 ")));
-        EXPECT_EQ(tree.snapshot("stage/home/protected"), before);
-        EXPECT_THAT(log, HasSubstr("Copy Rights Unsuccessful: "));
-        EXPECT_THAT(log, HasSubstr(GetParam().words)) << log;
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Scenes, Pkexec,
-    testing::Values(Scene{"granted", true, ""},
-                    Scene{"denied", false, "Administrator rights: denied (status 127): "},
-                    Scene{"noagent", false, "Administrator rights: no agent to ask the user"},
-                    Scene{"dismissed", false, "Administrator rights: the dialog was dismissed"},
-                    Scene{"nobus", false, "Administrator rights: no bus or no authority"}),
-    [](const auto &scene) { return std::string(scene.param.name); });
 
 } // namespace
 } // namespace brightsweep

@@ -11,6 +11,7 @@
 
 #include <sys/stat.h>
 
+#include <array>
 #include <csignal>
 #include <cstring>
 #include <set>
@@ -57,9 +58,10 @@ TEST_F(Memory, ReadsPagesAsBytes) {
     MemoryInfo info;
     EXPECT_EQ(getMemoryInfo(nullptr), -1);
     EXPECT_EQ(getMemoryInfo(&info), 0);
-    EXPECT_EQ(info.freeMem, 100u * 16'384);
-    EXPECT_EQ(info.wiredMem, 20u * 16'384);
-    EXPECT_EQ(info.vMem, 9u * 16'384);
+    const std::uint64_t pages[] = {info.freeMem, info.inactiveMem, info.activeMem, info.wiredMem,
+                                   info.pageIn,  info.pageOut,     info.vMem};
+    for (std::size_t i = 0; i < std::size(pages); ++i)
+        EXPECT_EQ(pages[i] / 16'384, std::to_array({100u, 50u, 30u, 20u, 7u, 8u, 9u})[i]) << i;
     EXPECT_EQ(info.totalMem, 1'000'000'000u);
     EXPECT_EQ(info.usedMem, info.totalMem - info.freeMem);
     EXPECT_EQ(info.swap, 0u);

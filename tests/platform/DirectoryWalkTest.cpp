@@ -1,10 +1,12 @@
 #include "platform/DirectoryWalk.h"
 
 #include "platform/Platform.h"
+#include "support/ChildProcess.h"
 #include "support/TestTree.h"
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <mutex>
@@ -100,6 +102,22 @@ TEST(DirectoryWalk, FindsItsWayBackUpADeepTreeWithFewDescriptors) {
         EXPECT_EQ(visitor.directories, 2 * levels - 1);
         EXPECT_EQ(visitor.errors, 0u);
     }
+}
+
+// At the limit a directory is closed and opened again; one that has been exchanged meanwhile is
+// not taken for it.
+TEST(DirectoryWalk, HoldsItselfToTheDescriptorsThatThereAre) {
+    TestTree tree;
+    for (int i = 0; i < 40; ++i)
+        tree.deepChain("d" + std::to_string(i), 60);
+    EXPECT_EQ(0, test::runInChild([&] {
+                  const rlimit few{24, 24};
+                  ::setrlimit(RLIMIT_NOFILE, &few);
+                  DirectoryWalk *walk = nullptr;
+                  CountingVisitor visitor(walk);
+                  walkAll(tree.top(), 2, visitor);
+                  return visitor.errors == 0 && visitor.directories == 1 + 40 * 60 ? 0 : 1;
+              }));
 }
 
 TEST(DirectoryWalk, AStopLeavesWhatHasBeenEnteredWithoutReadingIt) {

@@ -72,6 +72,11 @@ TEST(StandardDirectories, LogFoldersHoldNothingButLogs) {
     home.file(".config/linked/logs/a.log");
     home.link(".config/linked/logs/b.log", home.path(".config/good"));
     home.directory(".config/named/logs/notadate");
+    home.file(".config/date/logs/2026-01-31");
+    home.file(".config/packed/logs/a.log.bz2");
+    home.file(".config/nameless/logs/.log");
+    home.file(".config/part/logs/a.log.1x");
+    home.file(".config/folder/logs/a.log/x.log");
     home.file(".config/a/b/logs/deep.log");
     home.directory(".config/empty/log");
     EXPECT_THAT(pathsOf(CleanPlace::UserLogs),
@@ -98,6 +103,9 @@ TEST(StandardDirectories, DownloadsAreWhereTheUserSaysUnlessThatIsTooMuch) {
         {"XDG_DOWNLOAD_DIR=\"$HOME\"\n", {}},
         {"XDG_DOWNLOAD_DIR=\"$HOME/\"\n", {}},
         {"XDG_DOWNLOAD_DIR=\"$HOME/homelink\"\n", {}},
+        {"XDG_DOWNLOAD_DIR=\"$HOME/My Files/..\"\n", {}},
+        {"XDG_DOWNLOAD_DIR=\"../home\"\n", {home.path("Downloads")}},
+        {"XDG_DOWNLOAD_DIR=\"$HOMEMy Files\"\n", {home.path("Downloads")}},
         {"XDG_DOWNLOAD_DIR=\"/\"\n", {}},
         {"XDG_DOWNLOAD_DIR=\"$HOME/.config\"\n", {}},
         {"XDG_DOWNLOAD_DIR=\"$HOME/.local\"\n", {}},

@@ -2,6 +2,7 @@
 
 #include "platform/AdministratorRights.h"
 #include "platform/Platform.h"
+#include "support/LogCapture.h"
 #include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
@@ -110,19 +111,6 @@ private:
     }
 
     std::mutex m_mutex;
-};
-
-/// Collects what is logged while it lives.
-class LogCapture {
-public:
-    LogCapture();
-    ~LogCapture();
-    std::string text() const;
-
-private:
-    std::filesystem::path m_file;
-    int m_descriptor;
-    int m_before;
 };
 
 } // namespace brightsweep::test

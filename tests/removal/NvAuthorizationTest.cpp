@@ -67,33 +67,6 @@ TEST_F(Authorization, AsksOnceAndKeepsWhatItGot) {
     EXPECT_FALSE(shared.getAuthorizationRet());
 }
 
-TEST_F(Authorization, SaysInTheLogWhyThereAreNoRights) {
-    const struct {
-        RightsOutcome outcome;
-        const char *words;
-    } cases[] = {
-        {RightsOutcome::Dismissed, "Administrator rights: the dialog was dismissed (status 99): w"},
-        {RightsOutcome::Denied, "Administrator rights: denied (status 99): w"},
-        {RightsOutcome::NoAgent, "Administrator rights: no agent to ask the user (status 99): w"},
-        {RightsOutcome::NoBus, "Administrator rights: no bus or no authority on it (status 99): w"},
-        {RightsOutcome::Failed, "Administrator rights: the request failed (status 99): w"},
-    };
-    for (const auto &row : cases) {
-        const LogCapture log;
-        rights.result = {row.outcome, 99, "w"};
-        EXPECT_FALSE(shared.allocAuthorization());
-        EXPECT_FALSE(shared.getAuthorizationRet());
-        EXPECT_THAT(log.text(), HasSubstr("Copy Rights Unsuccessful: 99\n"));
-        EXPECT_THAT(log.text(), HasSubstr(row.words));
-    }
-    const LogCapture log;
-    rights.result = {RightsOutcome::Granted, 0, {}};
-    EXPECT_TRUE(shared.allocAuthorization());
-    rights.releaseStatus = 5;
-    EXPECT_TRUE(shared.freeAuthorization());
-    EXPECT_THAT(log.text(), HasSubstr("Free Rights Unsuccessful: 5\n"));
-}
-
 TEST_F(Authorization, AReferenceProvesOnlyThatRightsWereGot) {
     test::needRoot();
     const LogCapture log;
@@ -240,19 +213,6 @@ TEST_F(Authorization, WhatSurvivesIsAsItWas) {
     EXPECT_EQ(tree.snapshot(), before);
 }
 
-TEST_F(Authorization, AFurtherNameKeepsItsMode) {
-    folder("folder", true);
-    tree.file("folder/item");
-    own("folder/item");
-    tree.mode("folder/item", 0400);
-    tree.hardLink("other/name", tree.path("folder/item"));
-    tree.link("folder/link", tree.path("other/name"));
-    const AsOrdinaryUser user;
-    EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path("folder/link")));
-    EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path("folder/item")));
-    EXPECT_EQ(modeOf(tree.path("other/name")), 0400u);
-}
-
 TEST_F(Authorization, WhatIsBusyStaysBusy) {
     tree.file("folder/item");
     ASSERT_TRUE(shared.allocAuthorization());
@@ -269,33 +229,6 @@ TEST_F(Authorization, WhatIsBusyStaysBusy) {
     EXPECT_TRUE(rights.removals.empty());
     EXPECT_TRUE(tree.exists("folder/item"));
     EXPECT_THAT(log.text(), HasSubstr("item-Device or resource busy\n"));
-}
-
-// The system's places below the test's own folder.
-class PrefixedDirectories final : public StandardDirectories {
-public:
-    std::vector<std::filesystem::path> paths(StandardDirectory) override { return {}; }
-    CleanFolders cleanFolders(CleanPlace) override { return {}; }
-    CleanFolders trashesOfVolume(const std::filesystem::path &) override { return {}; }
-    std::filesystem::path systemPath(const std::filesystem::path &path) override {
-        return test::TestEnvironment::current().system().native() + path.native();
-    }
-};
-
-TEST_F(Authorization, AnArchiveThatAptHoldsIsBusyEvenForRoot) {
-    Platform::current().directories = std::make_unique<PrefixedDirectories>();
-    TestTree system(test::TestEnvironment::current().system());
-    const auto lockFile = system.file("var/cache/apt/archives/lock", "");
-    const auto package = system.file("var/cache/apt/archives/one.deb");
-    const auto other = system.file("var/cache/man/index");
-    ASSERT_TRUE(shared.allocAuthorization());
-    auto holder = std::make_unique<test::LockHolder>(lockFile);
-    EXPECT_EQ(test::removeWithOutcome(package).error, std::errc::device_or_resource_busy);
-    EXPECT_TRUE(NvAuthorization::synFastRemovePath(other));
-    EXPECT_TRUE(std::filesystem::exists(package));
-    EXPECT_TRUE(rights.removals.empty());
-    holder.reset();
-    EXPECT_TRUE(NvAuthorization::synFastRemovePath(package));
 }
 
 TEST_F(Authorization, SaysWhyAnItemStayed) {

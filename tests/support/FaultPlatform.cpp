@@ -18,8 +18,6 @@ FaultPlatform::FaultPlatform() : m_state(std::make_shared<State>()) {
         }));
 }
 
-FaultPlatform::~FaultPlatform() = default;
-
 void FaultPlatform::setFault(PlatformHook fault) {
     const std::lock_guard lock(m_state->mutex);
     m_state->fault = std::move(fault);

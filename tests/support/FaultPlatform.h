@@ -12,9 +12,6 @@ namespace brightsweep::test {
 class FaultPlatform {
 public:
     FaultPlatform();
-    ~FaultPlatform();
-    FaultPlatform(const FaultPlatform &) = delete;
-    FaultPlatform &operator=(const FaultPlatform &) = delete;
 
     void setFault(PlatformHook fault);
 

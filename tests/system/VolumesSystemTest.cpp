@@ -295,46 +295,6 @@ TEST_F(VolumesSystemTest, TheServiceSaysWhatADriveIs) {
     machine().stopDisks();
 }
 
-TEST_F(VolumesSystemTest, TheServiceIsAskedOnlyForChanges) {
-    machine().stopDisks();
-    machine().stopBus();
-    const std::string disk = machine().makeMemoryDisk();
-    ASSERT_FALSE(disk.empty()) << "the kernel makes no block device of memory";
-    machine().mountDisk(disk, "/media/stick");
-    struct stat status;
-    ASSERT_EQ(::stat(disk.c_str(), &status), 0);
-    const std::string number = std::to_string(status.st_rdev);
-    const std::string log = TestEnvironment::current().work() / "calls";
-    const auto refresh = [] {
-        source().volumes();
-        source().settle(30'000);
-        QCoreApplication::processEvents();
-    };
-    const auto asked = [&] {
-        std::error_code error;
-        const auto size = fs::file_size(log + ".asked", error);
-        return error ? 0 : size;
-    };
-    source().setFactsHandler([] {});
-    std::uintmax_t before = 0;
-    for (int start = 0; start < 2; ++start) {
-        machine().startDisks({BRIGHTSWEEP_FAKE_DISKS, number.c_str(), log.c_str()});
-        EXPECT_TRUE(eventually([&] {
-            refresh();
-            return asked() > before;
-        })) << "a service that has come is heard of";
-        EXPECT_TRUE(eventually([&] {
-            before = asked();
-            for (int i = 0; i < 20; ++i)
-                refresh();
-            return asked() == before;
-        })) << "what is known is not asked for again";
-        machine().stopDisks();
-    }
-    EXPECT_EQ(factsOf("/media/stick")->name, "Stick") << "what was said last stands";
-    source().setFactsHandler(nullptr);
-}
-
 TEST_F(VolumesSystemTest, TheMountTableIsReadWhenItHasChanged) {
     MountTableReader reader;
     EXPECT_TRUE(reader.changedMounts());

@@ -35,30 +35,6 @@ server = Server(bus, "/org/freedesktop/Notifications")
 GLib.MainLoop().run()
 """
 
-# Takes every item, and tells which.
-STATUS_HOST = """
-import dbus, dbus.service, dbus.mainloop.glib
-from gi.repository import GLib
-dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
-bus = dbus.SessionBus()
-WATCHER = "org.kde.StatusNotifierWatcher"
-VALUES = {"IsStatusNotifierHostRegistered": True, "ProtocolVersion": 0,
-          "RegisteredStatusNotifierItems": dbus.Array([], signature="s")}
-class Watcher(dbus.service.Object):
-    @dbus.service.method(WATCHER, in_signature="s", sender_keyword="sender")
-    def RegisterStatusNotifierItem(self, service, sender=None):
-        print(f"{sender} {service if service.startswith('/') else '/StatusNotifierItem'}", flush=True)
-    @dbus.service.method("org.freedesktop.DBus.Properties", in_signature="ss", out_signature="v")
-    def Get(self, interface, name):
-        return VALUES[name]
-    @dbus.service.method("org.freedesktop.DBus.Properties", in_signature="s", out_signature="a{sv}")
-    def GetAll(self, interface):
-        return VALUES
-watcher = Watcher(bus, "/StatusNotifierWatcher")
-name = dbus.service.BusName(WATCHER, bus)
-GLib.MainLoop().run()
-"""
-
 BUBBLE_WIDTH = 226
 
 PROGRAM = ""
@@ -154,27 +130,6 @@ class Tray(Session):
         desktop.start_tray()
         self.open_popup(desktop)
 
-    def test_the_desktops_own_items_come_first(self):
-        desktop = self.desktop()
-        desktop.start_program()
-        self.assertTrue(eventually(desktop.tray_place))
-        for _ in range(2):
-            host = desktop.start("/usr/bin/python3", "-c", STATUS_HOST)
-            items = pathlib.Path(f"{desktop.folder}/python3.log")
-            self.assertTrue(eventually(lambda items=items: items.read_text().split()))
-            self.assertTrue(eventually(lambda: desktop.tray_place() is None), "two icons")
-            name, path = items.read_text().split()[:2]
-            self.assertTrue(eventually(desktop.has_keyboard))
-            desktop.run("dbus-send", "--session", "--print-reply", f"--dest={name}", path,
-                        "org.kde.StatusNotifierItem.Activate", "int32:640", "int32:20")
-            desktop.wait_for("Quit Brightsweep")
-            desktop.key("Escape", at="Volumes and memory")
-            desktop.wait_without("Quit Brightsweep")
-            host.terminate()
-            host.wait()
-            self.assertTrue(eventually(desktop.tray_place), "the tray takes over again")
-
-
 class Window(Session):
     def test_a_second_start_shows_the_page_last_used(self):
         desktop = self.started()
@@ -196,17 +151,6 @@ class Window(Session):
         desktop.wait_for("Show Log")
         self.assertEqual(desktop.choose("About", "Up"), ["Scan", "Quit", "About"])
         desktop.wait_for("About Brightsweep")
-
-    def test_the_menu_stays_open_while_the_tray_comes(self):
-        desktop = self.started(tray=False)
-        desktop.wait_for("Volumes and memory")
-        desktop.open_menu()
-        desktop.start_tray()
-        MACHINE.mount_disk("Meanwhile")
-        desktop.wait_for_one("Meanwhile is mounted")
-        self.assertEqual(desktop.highlighted(), "Scan")
-        desktop.end_menu("Escape")
-        self.assertTrue(eventually(desktop.tray_place))
 
     def test_started_at_login_it_opens_no_window(self):
         desktop = self.desktop(tray=False)

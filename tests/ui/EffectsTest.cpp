@@ -1,14 +1,9 @@
 #include "ui/ImageProvider.h"
 #include "ui/Theme.h"
 #include "ui/effects/Animation.h"
-#include "ui/effects/AnimationCleanLayer.h"
-#include "ui/effects/AnimationHoverImageView.h"
-#include "ui/effects/AnimationLayer.h"
-#include "ui/effects/HoverButton.h"
 #include "ui/effects/PathAnimation.h"
 
 #include <QApplication>
-#include <QEnterEvent>
 #include <QPushButton>
 
 #include <gtest/gtest.h>
@@ -49,15 +44,6 @@ TEST_F(BarTest, StartsEmptyAndShowsPercentagesWithoutLimit) {
     EXPECT_EQ(m_bar.prograssFrame(), QRectF(-200, 0, 200, 6));
 }
 
-TEST_F(BarTest, StepsGoLeftInTenthsWhateverTheMaximum) {
-    for (const std::uint64_t maximum : {0, 7, 10}) {
-        m_bar.baseNumberSetPrograssMax(maximum, 3);
-        EXPECT_EQ(x(), -60);
-    }
-    m_bar.baseNumberSetPrograssMax(10, 0);
-    EXPECT_EQ(x(), 0);
-}
-
 TEST_F(BarTest, AmountsAddUpAndOnlyTheExactTotalBeginsAnew) {
     m_bar.prograssMax = 400;
     m_bar.prograssShowDependChangeSize(100);
@@ -71,21 +57,6 @@ TEST_F(BarTest, AmountsAddUpAndOnlyTheExactTotalBeginsAnew) {
     m_bar.prograssMax = 0;
     m_bar.prograssShowDependChangeSize(1);
     EXPECT_EQ(x(), -200) << "nothing has no share";
-}
-
-TEST_F(BarTest, SweepsOutOfSightAndWraps) {
-    ASSERT_EQ(static_cast<std::int64_t>(m_bar.goPrograss), -310);
-    for (int tick = 1; tick < 62; ++tick) {
-        m_bar.updateprograss();
-        EXPECT_GT(x(), 1e19) << tick;
-    }
-    EXPECT_EQ(static_cast<std::int64_t>(m_bar.goPrograss), -5);
-    m_bar.updateprograss();
-    EXPECT_EQ(static_cast<std::int64_t>(m_bar.goPrograss), -100) << "half a width to the left";
-    for (int tick = 0; tick < 20; ++tick)
-        m_bar.updateprograss();
-    EXPECT_EQ(static_cast<std::int64_t>(m_bar.goPrograss), -100);
-    m_bar.grab();
 }
 
 TEST_F(BarTest, RunsDownToItsFloorAndEndsThereWhenAsked) {
@@ -102,25 +73,6 @@ TEST_F(BarTest, RunsDownToItsFloorAndEndsThereWhenAsked) {
     EXPECT_FALSE(m_bar.isFinished);
     EXPECT_TRUE(m_bar.isAdd);
     EXPECT_EQ(static_cast<std::int64_t>(m_bar.goPrograss), -310);
-}
-
-TEST_F(BarTest, OneTimerAtATime) {
-    m_bar.stopTimer();
-    int asked = 0;
-    m_bar.target = [&] {
-        if (++asked == 3)
-            m_bar.stopTimer();
-    };
-    m_bar.timeSize = 0.001F;
-    m_bar.startUpdatePrograss();
-    m_bar.start(); // the one that runs stays
-    EXPECT_EQ(m_bar.findChildren<QTimer *>().size(), 0);
-    while (m_bar.isRunning())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    EXPECT_EQ(asked, 3);
-    EXPECT_EQ(static_cast<std::int64_t>(m_bar.goPrograss), -310);
-    m_bar.stop();
-    EXPECT_EQ(x(), -200);
 }
 
 TEST(Padlock, BlinksInEitherPhaseAndEndsClosed) {
@@ -202,12 +154,6 @@ TEST_F(FlightTest, EveryEntryFliesOneSecondFromItsPlaceAndTellsItsEnd) {
     };
     const Entry entries[] = {
         {[&] { m_flight.animateButtonSEL(&m_row, &m_button, m_icon, &m_page); }, {160, 390}},
-        {[&] { m_flight.animateStartBtn(&m_row, &m_button, m_icon, &m_page); }, {160, 390}},
-        {[&] {
-             m_flight.animateBrowserSEL(&m_list, 2, &m_button, m_icon, &m_page,
-                                        QRectF(0, 60, 60, 20));
-         },
-         {270, 370}},
         {[&] { m_flight.animateTableView(&m_list, &m_button, QPointF(5, 80), m_icon, 7, &m_page); },
          {155, 370}},
     };
@@ -228,7 +174,7 @@ TEST_F(FlightTest, EveryEntryFliesOneSecondFromItsPlaceAndTellsItsEnd) {
         EXPECT_EQ(icon->pos(), QPoint(320, 400 - 34 - 32));
         EXPECT_FALSE(icon->isVisible());
     }
-    EXPECT_EQ(m_told, 4);
+    EXPECT_EQ(m_told, 2);
     EXPECT_EQ(m_flight.animatedIconView()->property("tag").toInt(), 7);
     EXPECT_EQ(m_page.findChildren<ImageView *>().size(), 1) << "each flight takes its icon along";
 }
@@ -260,100 +206,6 @@ TEST_F(FlightTest, ThePageMayGoFirst) {
     EXPECT_EQ(m_flight.animatedIconView(), nullptr);
     m_flight.flight().setCurrentTime(1000);
     EXPECT_EQ(m_told, 1);
-}
-
-TEST(AnimationLayer, FliesAgainAfterItsPauseUntilStopped) {
-    AnimationLayer layer;
-    int told = 0;
-    QObject::connect(&layer, &AnimationLayer::callBackDeleteItemWithIndex, [&] { ++told; });
-    EXPECT_EQ(layer.iconOrigin(), QPointF(380, 190));
-    layer.startAnimation();
-    EXPECT_TRUE(layer.isAning());
-    EXPECT_EQ(layer.flight().duration(), 1500);
-    layer.flight().setCurrentTime(750);
-    EXPECT_LT(layer.iconOrigin().x(), 380);
-    EXPECT_GT(layer.iconOrigin().x(), 240) << "slow at first";
-    EXPECT_EQ(layer.iconOrigin().y(), 190);
-    layer.flight().setCurrentTime(1500);
-    EXPECT_EQ(layer.iconOrigin(), QPointF(380, 200));
-    EXPECT_TRUE(layer.pause().isActive());
-    EXPECT_EQ(layer.pause().interval(), 300);
-    EXPECT_EQ(told, 0);
-    layer.pause().setInterval(0);
-    while (told == 0)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    EXPECT_EQ(layer.flight().state(), QAbstractAnimation::Running);
-    layer.stopAnimation();
-    EXPECT_EQ(layer.flight().state(), QAbstractAnimation::Running) << "this one still ends";
-    layer.flight().setCurrentTime(1500);
-    while (told == 1)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    EXPECT_EQ(layer.flight().state(), QAbstractAnimation::Stopped);
-    EXPECT_FALSE(layer.pause().isActive());
-}
-
-TEST(AnimationCleanLayer, TellsOnceACycleAndSharesItsFrames) {
-    AnimationCleanLayer first;
-    AnimationCleanLayer second;
-    EXPECT_EQ(first.imageName(), QStringLiteral("clean_1.png"));
-    first.stopTimer();
-    first.start();
-    first.start();
-    EXPECT_TRUE(first.isAning());
-    first.stopTimer();
-    EXPECT_FALSE(first.isAning());
-    int told = 0;
-    const auto note = [&] { ++told; };
-    QObject::connect(&first, &AnimationCleanLayer::callBackDeleteItemWithIndex, note);
-    QObject::connect(&second, &AnimationCleanLayer::callBackDeleteItemWithIndex, note);
-    for (int tick = 1; tick <= 36; ++tick) {
-        AnimationCleanLayer &layer = tick % 2 == 1 ? first : second;
-        layer.changeImage();
-        EXPECT_EQ(layer.imageName(),
-                  QStringLiteral("clean_%1.png").arg(tick <= 18 ? tick : tick - 18));
-        EXPECT_EQ(told, tick / 18) << tick;
-    }
-    theme::apply(*qApp, {false, true, 1.0});
-    const QString still = first.imageName();
-    for (int tick = 0; tick < 18; ++tick)
-        first.changeImage();
-    EXPECT_EQ(first.imageName(), still);
-    EXPECT_EQ(told, 3);
-    theme::apply(*qApp, {});
-}
-
-void enter(QWidget &widget) {
-    QEnterEvent event(QPointF(1, 1), QPointF(1, 1), QPointF(1, 1));
-    QCoreApplication::sendEvent(&widget, &event);
-}
-
-void leave(QWidget &widget) {
-    QEvent event(QEvent::Leave);
-    QCoreApplication::sendEvent(&widget, &event);
-}
-
-template <typename View>
-void followsTheMouse() {
-    View view;
-    view.setNormalImage(QStringLiteral("hover.png"));
-    view.setHoverImage(QStringLiteral("highthover.png"));
-    EXPECT_EQ(view.imageName(), QStringLiteral("hover.png"));
-    enter(view);
-    EXPECT_EQ(view.imageName(), QStringLiteral("highthover.png"));
-    view.setEnabled(false);
-    leave(view);
-    EXPECT_EQ(view.imageName(), QStringLiteral("highthover.png")) << "kept while disabled";
-    view.setEnabled(true);
-    leave(view);
-    EXPECT_EQ(view.imageName(), QStringLiteral("hover.png"));
-    view.setEnabled(false);
-    enter(view);
-    EXPECT_EQ(view.imageName(), QStringLiteral("hover.png"));
-}
-
-TEST(Hover, ButtonsAndImagesFollowTheMouse) {
-    followsTheMouse<HoverButton>();
-    followsTheMouse<AnimationHoverImageView>();
 }
 
 } // namespace

@@ -110,18 +110,6 @@ TEST(Images, FamiliesHaveEveryNumberAndTwoForms) {
     }
 }
 
-TEST(Images, AreDrawnAnewForEachPixelRatio) {
-    const QSize size(24, 24);
-    const QImage doubled = pixmapNamed(QStringLiteral("Lock.png"), size, 2).toImage();
-    EXPECT_EQ(doubled.size(), QSize(48, 48));
-    EXPECT_EQ(doubled.devicePixelRatio(), 2.0);
-    const QImage single = pixmapNamed(QStringLiteral("Lock.png"), size, 1).toImage();
-    const QImage blown = single.scaled(48, 48, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    QImage flat = doubled;
-    flat.setDevicePixelRatio(1);
-    EXPECT_NE(flat, blown.convertToFormat(flat.format()));
-}
-
 TEST(Images, TheGaugeIsLegibleOnEveryTray) {
     for (const int side : {16, 22, 24, 44})
         for (const char *form : {"42%.png", "93%-1.png"})
@@ -142,15 +130,6 @@ TEST(Images, SurfacesFillTheirAreaAndOthersKeepTheirProportions) {
     const QImage mark = pixmapNamed(QStringLiteral("option_yes.png"), QSize(24, 96), 1).toImage();
     EXPECT_EQ(qAlpha(mark.pixel(12, 12)), 0);
     EXPECT_EQ(qAlpha(mark.pixel(12, 48)), 255);
-}
-
-TEST(Images, ADisabledIconIsFainter) {
-    const QIcon icon = imageNamed(QStringLiteral("option_yes.png"));
-    const QImage usual = icon.pixmap(QSize(24, 24)).toImage();
-    const QImage faint = icon.pixmap(QSize(24, 24), QIcon::Disabled).toImage();
-    EXPECT_GT(qAlpha(usual.pixel(5, 12)), 250);
-    EXPECT_LT(qAlpha(faint.pixel(5, 12)), 120);
-    EXPECT_GT(qAlpha(faint.pixel(5, 12)), 60);
 }
 
 } // namespace

@@ -189,18 +189,6 @@ TEST_F(PopupTest, ClosesByEscapeByASecondClickAndWithoutActivation) {
     EXPECT_FALSE(popup.isVisible());
 }
 
-TEST_F(PopupTest, OpensAgainRightAfterItWasClosed) {
-    build();
-    popup.toggle({});
-    popup.activateWindow();
-    turn();
-    ASSERT_EQ(QApplication::activeWindow(), &popup);
-    press(&popup, Qt::Key_Escape);
-    EXPECT_FALSE(popup.isVisible());
-    popup.toggle({});
-    EXPECT_TRUE(popup.isVisible());
-}
-
 TEST_F(PopupTest, EverythingIsReachedAndPressedByKeys) {
     build();
     popup.toggle({});

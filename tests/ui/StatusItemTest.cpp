@@ -129,17 +129,6 @@ TEST(BubbleViewTest, StacksAtTheRightEdgeAndNeverTakesTheFocus) {
         EXPECT_NE(window->objectName(), QStringLiteral("bubble"));
 }
 
-TEST(BubbleViewTest, ALongNameIsCutInItsMiddle) {
-    const QString text = QString(200, u'W') + QStringLiteral(" is mounted successfully!");
-    const QRect area(0, 0, 196, 50);
-    const QFont font = QApplication::font();
-    const QString fitted = BubbleText::fitted(text, area, font);
-    EXPECT_TRUE(fitted.endsWith(QStringLiteral("successfully!")));
-    EXPECT_TRUE(fitted.contains(u'…'));
-    EXPECT_LT(fitted.size(), text.size());
-    EXPECT_EQ(BubbleText::fitted(QStringLiteral("short"), area, font), QStringLiteral("short"));
-}
-
 TEST(BubbleViewTest, WordsStayWhole) {
     const QFont font = QApplication::font();
     const QFontMetrics metrics(font);
@@ -152,32 +141,6 @@ TEST(BubbleViewTest, WordsStayWhole) {
     // Broken anywhere it would stand in two lines.
     EXPECT_FALSE(fits(2));
     EXPECT_TRUE(fits(3));
-}
-
-TEST(AttachedWindowTest, StandsOnTheSideOfThePointThatHasRoom) {
-    const QRectF screen(0, 0, 1000, 800);
-    const QSizeF size(200, 100);
-    const struct {
-        QPointF point;
-        int side;
-    } cases[] = {
-        {{500, 400}, MAAttachedWindow::Below}, {{500, 790}, MAAttachedWindow::Above},
-        {{10, 400}, MAAttachedWindow::Right},  {{990, 400}, MAAttachedWindow::Left},
-        {{0, 0}, MAAttachedWindow::Below},
-    };
-    for (const auto &each : cases)
-        EXPECT_EQ(MAAttachedWindow::bestSideForAutomaticPosition(each.point, size, screen),
-                  each.side)
-            << each.point.x();
-
-    auto *const view = new QWidget;
-    view->resize(100, 40);
-    MAAttachedWindow window(view, QPointF(300, 200), nullptr, MAAttachedWindow::Below, 5);
-    EXPECT_EQ(window.width(), 100 + 2 * (2 + 1 + 16));
-    EXPECT_EQ(window.y(), 205);
-    window.setHasArrow(false);
-    EXPECT_EQ(window.width(), 100 + 2 * (2 + 1));
-    EXPECT_EQ(window.geometry().center().x(), 299);
 }
 
 } // namespace

@@ -1,17 +1,12 @@
-#include "foundation/FileDescriptor.h"
-#include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
-#include "foundation/SmallFile.h"
-#include "support/TestEnvironment.h"
+#include "support/LogCapture.h"
 #include "volumes/FakeVolumeSource.h"
 #include "volumes/VolumesInfo.h"
 #include "volumes/VolumesManager.h"
 #include "volumes/WatchMountUnmount.h"
 
 #include <gtest/gtest.h>
-
-#include <fcntl.h>
 
 namespace brightsweep::test {
 namespace {
@@ -20,26 +15,6 @@ constexpr std::uint32_t ejectable = volumeIsEjectableBit;
 constexpr std::uint32_t removable = volumeIsRemovableBit;
 constexpr std::uint32_t external = volumeIsOnExternalBusBit;
 constexpr std::uint32_t everyBit = ejectable | removable | external;
-
-// What is logged while it lives.
-class LogCapture {
-public:
-    LogCapture()
-        : m_path(TestEnvironment::current().work() / "log"),
-          m_file(::open(m_path.c_str(), O_CREAT | O_TRUNC | O_WRONLY | O_CLOEXEC, 0600)),
-          m_before(Log::descriptor()) {
-        Log::setDescriptor(m_file.get());
-    }
-    ~LogCapture() { Log::setDescriptor(m_before); }
-    bool has(std::string_view text) const {
-        return (*readSmallFile(m_path)).find(text) != std::string::npos;
-    }
-
-private:
-    std::filesystem::path m_path;
-    FileDescriptor m_file;
-    int m_before;
-};
 
 TEST(VolumesInfo, ClassifiesInOrderOfDecision) {
     const struct {

@@ -1,8 +1,12 @@
-#include "removal/FakeRights.h"
+#include "support/LogCapture.h"
 
 #include "foundation/Log.h"
+#include "support/TestEnvironment.h"
 
 #include <fcntl.h>
+
+#include <fstream>
+#include <iterator>
 
 namespace brightsweep::test {
 
@@ -11,12 +15,11 @@ LogCapture::LogCapture()
       m_descriptor(
           ::open(m_file.c_str(), O_CREAT | O_TRUNC | O_WRONLY | O_APPEND | O_CLOEXEC, 0666)),
       m_before(Log::descriptor()) {
-    Log::setDescriptor(m_descriptor);
+    Log::setDescriptor(m_descriptor.get());
 }
 
 LogCapture::~LogCapture() {
     Log::setDescriptor(m_before);
-    ::close(m_descriptor);
 }
 
 std::string LogCapture::text() const {
