@@ -4,6 +4,7 @@
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
+#include "platform/SystemFacts.h"
 
 #include <algorithm>
 #include <mutex>
@@ -41,6 +42,19 @@ void forgetAllBut(const std::vector<VolumeFacts> &mounted) {
     });
 }
 
+// The startup volume seldom has a label, and "/" names it to nobody: there it bears the machine's
+// name, else the system's.
+QString nameOf(const VolumeFacts &facts) {
+    for (const char *const fact : {"kern.hostname", "kern.ostype"}) {
+        if (facts.root != "/" || (!facts.name.empty() && facts.name != "/"))
+            break;
+        const auto name = Platform::current().facts->kernelValue(fact);
+        if (name && !name->empty())
+            return paths::text(*name);
+    }
+    return paths::text(facts.name);
+}
+
 } // namespace
 
 VolumesInfo::VolumesInfo() : VolumesInfo(*Platform::current().volumes) {}
@@ -60,7 +74,7 @@ void VolumesInfo::enumVolumesInfo() {
         record.nFreeSize = facts.freeBytes;
         record.freeSpace = UtilityFunction::convertVolSpace(facts.freeBytes);
         record.totalSpace = UtilityFunction::convertVolSpace(facts.totalBytes);
-        record.volumeName = paths::text(facts.name);
+        record.volumeName = nameOf(facts);
         record.volRefNumber = facts.refNumber;
         record.volRootDir = facts.root;
         record.bIsDefaultVol = facts.root == "/";
