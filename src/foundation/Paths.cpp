@@ -1,5 +1,7 @@
 #include "foundation/Paths.h"
 
+#include "foundation/Identity.h"
+
 #include <QByteArrayView>
 
 #include <algorithm>
@@ -55,6 +57,16 @@ QString display(const std::string &bytes) {
 
 QString display(const std::filesystem::path &path) {
     return display(std::string_view(path.native()));
+}
+
+QString displayFromHome(const std::filesystem::path &path) {
+    const std::string &bytes = path.native();
+    std::string home = homeFolder().native();
+    while (home.size() > 1 && home.back() == '/')
+        home.pop_back();
+    const bool isBelow = home.size() > 1 && bytes.starts_with(home) &&
+                         (bytes.size() == home.size() || bytes[home.size()] == '/');
+    return isBelow ? u'~' + display(std::string_view(bytes).substr(home.size())) : display(bytes);
 }
 
 bool isValidUtf8(std::string_view bytes) {

@@ -25,6 +25,9 @@ QString display(std::string_view bytes);
 QString display(const std::string &bytes);
 QString display(const std::filesystem::path &path);
 
+/// The same with "~" for the home.
+QString displayFromHome(const std::filesystem::path &path);
+
 /// True when the bytes are valid UTF-8, so that text() loses nothing.
 bool isValidUtf8(std::string_view bytes);
 

@@ -14,16 +14,18 @@ namespace brightsweep {
 struct AlertButton {
     QString label;
     bool removes = false; ///< the act takes something away: never the default button
-    std::function<void()> act;
+    std::function<void()> act = {};
     bool keepsOpen = false; ///< no answer: the question stays
+    QString toolTip = {};   ///< what the answer does, plain
 };
 
 struct AlertContent {
     QString imageName; ///< none where empty
     QString text;
     QString informativeText;
-    /// From right to left; the first that removes nothing is the default. "OK" where there are
-    /// none.
+    /// "OK" where there are none. Whatever their order here, those that remove stand at the right,
+    /// then those that end the question, then the others; the first of them that ends it and
+    /// removes nothing is the default.
     std::vector<AlertButton> buttons;
     /// Esc and closing: the act is called off.
     std::function<void()> calledOff;

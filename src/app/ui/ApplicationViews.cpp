@@ -22,7 +22,7 @@ namespace brightsweep {
 
 namespace {
 
-// What a quick clean empties: the folders of the categories that are ticked as a whole.
+// What a quick clean empties, one line for each category that is ticked as a whole.
 QStringList quickCleanFolders() {
     const QString whole = QString::number(int(CategorySelection::All));
     const QStringList selections = getDefaultsValue();
@@ -30,8 +30,14 @@ QStringList quickCleanFolders() {
     for (unsigned category = 0; category < categoryCount; ++category) {
         if (selections.value(int(category)) != whole)
             continue;
-        for (const auto &folder : FolderUtilities::getFolderPath(category))
-            folders += paths::display(folder.path);
+        const auto roots = FolderUtilities::getFolderPath(category);
+        if (roots.empty())
+            continue;
+        const QString place = paths::displayFromHome(roots.front().path);
+        const QString name = localizedText(cleanCategories[category].name);
+        folders += roots.size() == 1
+                       ? localizedText("QUICK_CLEAN_FOLDER").arg(name, place)
+                       : localizedText("QUICK_CLEAN_FOLDERS", roots.size() - 1).arg(name, place);
     }
     return folders;
 }
@@ -112,8 +118,8 @@ void ApplicationViews::askForQuickClean() {
         content.text = localizedText("QUICK_CLEAN_ASK");
         content.informativeText = folders.join(u'\n');
         content.buttons = {
-            {localizedText("CANCEL"), false, {}},
-            {localizedText("QUICK_CLEAN"), true, [this] { m_delegate.cleaningFile(); }}};
+            {localizedText("QUICK_CLEAN"), true, [this] { m_delegate.cleaningFile(); }, false, {}},
+            {localizedText("CANCEL"), false, {}, false, {}}};
     }
     AlertSheet::show(std::move(content), m_mainWindow.get());
 }

@@ -3,6 +3,7 @@
 #include "cleaning/CustomComInfoView.h"
 #include "core/Texts.h"
 #include "ui/ImageView.h"
+#include "ui/SheetShade.h"
 #include "ui/Theme.h"
 
 #include <QGridLayout>
@@ -28,6 +29,8 @@ QLabel *plainLabel(const QString &text, QWidget *parent) {
 ComputerSheet::ComputerSheet(QWidget *window) : QDialog(window, Qt::Sheet) {
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName(QStringLiteral("computer"));
+    setProperty("sheet", true);
+    shade(*this);
     setWindowTitle(localizedText("THIS_COMPUTER"));
     auto *const grid = new QGridLayout(this);
     grid->setContentsMargins(6 * theme::grid, 6 * theme::grid, 6 * theme::grid, 5 * theme::grid);
