@@ -56,7 +56,7 @@ QAbstractItemView {
   background: @window; alternate-background-color: @window; color: @text; border: 2px solid transparent;
   border-radius: @radius; selection-background-color: @selection; selection-color: @text; show-decoration-selected: 1;
 }
-QAbstractItemView:focus { border-color: @focus; }
+QAbstractItemView[keyboardFocus="true"]:focus { border-color: @focus; }
 QAbstractItemView::item { min-height: @row; padding: 0 8px; border: none; }
 QAbstractItemView::item:hover { background: @hover; }
 QAbstractItemView::item:selected { background: @selection; color: @text; }
@@ -91,6 +91,7 @@ QLineEdit, QAbstractSpinBox, QComboBox, QPlainTextEdit, QTextEdit {
 }
 QLineEdit, QAbstractSpinBox, QComboBox { min-height: @control; }
 QLineEdit:focus, QAbstractSpinBox:focus, QComboBox:focus, QPlainTextEdit:focus, QTextEdit:focus { border-color: @focus; }
+QLineEdit QToolButton { background: transparent; border: none; padding: 0; min-height: 0; }
 QLineEdit:disabled, QAbstractSpinBox:disabled, QComboBox:disabled { color: @faint; }
 QAbstractSpinBox::up-button, QAbstractSpinBox::down-button { background: transparent; border: none; width: 20px; }
 QAbstractSpinBox::up-arrow { image: url(:/images/arrow_up.svg); width: 10px; height: 10px; }

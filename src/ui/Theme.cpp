@@ -2,6 +2,7 @@
 
 #include "core/Texts.h"
 #include "platform/Platform.h"
+#include "ui/FocusFrame.h"
 #include "ui/StyleSheet.h"
 
 #include <QApplication>
@@ -10,6 +11,7 @@
 #include <QLocale>
 #include <QPalette>
 #include <QPixmapCache>
+#include <QPointer>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QWidget>
@@ -97,6 +99,16 @@ QColor color(Role role) {
     return state().appearance.highContrast ? contrast[index] : graphite[index];
 }
 
+QColor dangerText() {
+    return state().appearance.highContrast ? text() : QColor(255, 128, 118);
+}
+
+QColor shareBar() {
+    QColor bar = accent();
+    bar.setAlphaF(0.16F);
+    return bar;
+}
+
 const Hints &appearance() {
     return state().appearance;
 }
@@ -161,6 +173,11 @@ void keepFont(QWidget *widget, double size, bool bold) {
 }
 
 void apply(QApplication &application, const Hints &hints) {
+    static QPointer<FocusFrame> focusFrame;
+    if (!focusFrame) {
+        focusFrame = new FocusFrame(&application);
+        application.installEventFilter(focusFrame);
+    }
     desktopFont();
     state().appearance = hints;
     state().appearance.textScale = std::clamp(hints.textScale, 0.5, 3.0);

@@ -65,6 +65,11 @@ inline QColor ok() {
     return color(Role::Ok);
 }
 
+/// Danger as words, readable on every surface but the selection.
+QColor dangerText();
+/// Behind the words of a row.
+QColor shareBar();
+
 /// Of every raised surface, and the unit of every distance.
 inline constexpr int radius = 8;
 inline constexpr int grid = 4;

@@ -50,6 +50,7 @@ EmptyPanel::EmptyPanel(const EmptyPanelContent &content, QWidget *parent) : QWid
         layout->addSpacing(6 * theme::grid);
         auto *const act = new QPushButton(content.actLabel, this);
         act->setProperty("primary", true);
+        act->setAutoDefault(true); // Enter presses it
         act->setObjectName(QStringLiteral("empty.act"));
         connect(act, &QPushButton::clicked, this, content.act);
         layout->addWidget(act, 0, Qt::AlignHCenter);

@@ -32,6 +32,9 @@ constexpr int leastMenuWidth = 200;
 constexpr int titleBarHeight = 32;
 constexpr std::chrono::milliseconds sizeSettles{500};
 
+// Of the window, where the screen has room.
+constexpr QSize firstSize(1080, 680);
+
 QSize storedSize() {
     const QStringList parts =
         UserDefaults::standardUserDefaults().stringForKey(mainWindowSizeKey).split(u'x');
@@ -159,7 +162,9 @@ QSize MainWindow::fittingScreen(const QSize &panel) const {
 
 void MainWindow::resizeToPanel(const QSize &least, bool animate) {
     const QSize bar(0, m_toolbar->sizeHint().height());
-    const QSize present = isVisible() ? size() - bar : fittingScreen(storedSize());
+    const QSize stored = storedSize();
+    const QSize present =
+        isVisible() ? size() - bar : fittingScreen(stored.isValid() ? stored : firstSize - bar);
     const QSize wanted = present.expandedTo(least);
     const QSize content = isVisible() ? present : wanted;
     const QRect now = isVisible() ? geometry() : QRect(pos(), content + bar);

@@ -6,6 +6,7 @@
 #include "cleaning/V3MainListView.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
+#include "ui/FocusFrame.h"
 #include "ui/ImageProvider.h"
 #include "ui/Mirrored.h"
 #include "ui/Theme.h"
@@ -46,8 +47,9 @@ public:
         painter->setRenderHint(QPainter::Antialiasing);
         const bool isCurrent = option.state.testFlag(QStyle::State_Selected);
         const QRect row = option.rect.adjusted(0, 2, 0, -2);
-        painter->setPen(m_list.hasFocus() && isCurrent ? QPen(theme::accent(), theme::focusWidth)
-                                                       : QPen(Qt::NoPen));
+        painter->setPen(FocusFrame::isShown(m_list) && isCurrent
+                            ? QPen(theme::accent(), theme::focusWidth)
+                            : QPen(Qt::NoPen));
         painter->setBrush(isCurrent ? theme::selection()
                           : option.state.testFlag(QStyle::State_MouseOver)
                               ? theme::hover()
@@ -97,7 +99,7 @@ LeftListView::LeftListView(NewMainViewController &controller, QWidget *parent)
     setEditTriggers(NoEditTriggers);
     setFrameShape(NoFrame);
     // The row shows the focus.
-    setStyleSheet(QStringLiteral("QListView { border-color: transparent; }"));
+    setStyleSheet(QStringLiteral("QListView { border-color: transparent !important; }"));
     for (unsigned category = 0; category < categoryCount; ++category)
         connect(&controller.row(category), &V3MainListView::changed, viewport(),
                 qOverload<>(&QWidget::update));
