@@ -19,6 +19,8 @@
     <message id="CANNOT_OPEN_FINDER"><translation>Dieser Datenträger lässt sich nicht in der Dateiverwaltung öffnen.</translation></message>
     <message id="CAPACITY"><translation>Der Startdatenträger fasst %1, davon sind %2 verfügbar.</translation></message>
     <message id="CATEGORIES"><translation>Kategorien</translation></message>
+    <message id="CATEGORY_EMPTY"><translation>Nichts vorhanden</translation></message>
+    <message id="CATEGORY_EMPTY_TEXT"><translation>Diese Kategorie enthält nichts, das entfernt werden könnte.</translation></message>
     <message id="CLEAN"><translation>Bereinigen</translation></message>
     <message id="CLEAN_FILES_COUNT"><translation>Bereinigte Objekte:</translation></message>
     <message id="CLEAN_FILES_SIZE"><translation>Freigegebener Platz:</translation></message>
@@ -39,6 +41,7 @@
     <message id="DESC_FREESPACE_MONITOR"><translation>Behält den freien Platz jedes Datenträgers im Auge und warnt, bevor einer voll ist.</translation></message>
     <message id="DESC_UNINSTALL"><translation>Entfernt Programme samt den Einstellungen, Caches und Protokollen, die sie hinterlassen.</translation></message>
     <message id="DISK_IMAGE"><translation>Datenträgerabbilder</translation></message>
+    <message id="DOWNLOADS_TICKED" numerus="yes"><translation><numerusform>%n Objekt Ihrer Downloads ist angehakt, %1.</numerusform><numerusform>%n Objekte Ihrer Downloads sind angehakt, %1.</numerusform></translation></message>
     <message id="DRIVE_STAYS"><translation>Das Laufwerk konnte nicht freigegeben werden.</translation></message>
     <message id="Deleting items..."><translation>Objekte werden gelöscht …</translation></message>
     <message id="Disk Usage"><translation>Belegung</translation></message>
@@ -55,7 +58,16 @@
     <message id="EXTERNAL_STORAGE"><translation>Externe Laufwerke</translation></message>
     <message id="Eject All"><translation>Alle auswerfen</translation></message>
     <message id="Ejecting…"><translation>Wird ausgeworfen …</translation></message>
+    <message id="FAILED_BUSY"><translation>in Gebrauch</translation></message>
+    <message id="FAILED_CHANGED"><translation>inzwischen geändert</translation></message>
+    <message id="FAILED_OTHER"><translation>nicht entfernt</translation></message>
+    <message id="FAILED_PROTECTED"><translation>geschützt</translation></message>
+    <message id="FAILED_READ_ONLY"><translation>schreibgeschützt</translation></message>
+    <message id="FAILED_RIGHTS"><translation>Adminrechte nötig</translation></message>
+    <message id="FAILED_STOPPED"><translation>angehalten</translation></message>
+    <message id="FAILED_VOLUME"><translation>enthält Laufwerk</translation></message>
     <message id="FILTER"><translation>Nach Namen filtern</translation></message>
+    <message id="FILTER_NO_MATCH"><translation>Kein Name passt zum Filter.</translation></message>
     <message id="FOUND_SO_FAR"><translation>bisher gefunden</translation></message>
     <message id="FREE_BEFORE_AFTER"><translation>Freier Platz: vorher %1, jetzt %2.</translation></message>
     <message id="FREE_MEMORY"><translation>Arbeitsspeicher</translation></message>
@@ -77,6 +89,7 @@
     <message id="LEFT_OUT_KEPT"><translation>%1 wird nicht bereinigt, da es mehr als seine Kategorie enthält.</translation></message>
     <message id="LEFT_OUT_TOP"><translation>%1 wird nicht bereinigt, da dort ein Datenträger beginnt.</translation></message>
     <message id="LOCAL_STORAGE"><translation>Interne Laufwerke</translation></message>
+    <message id="LOCK_NO_AGENT"><translation>Hier kann kein Programm nach Administratorrechten fragen. Starten Sie einen Polkit-Agenten oder Brightsweep als Administrator.</translation></message>
     <message id="LOW_SPACE"><translation>Wenig Speicherplatz</translation></message>
     <message id="LOW_SPACE_OF"><translation>%1: %2 von %3 sind frei.</translation></message>
     <message id="Launch at login"><translation>Bei der Anmeldung starten</translation></message>
@@ -111,6 +124,8 @@
     <message id="Preferences"><translation>Einstellungen</translation></message>
     <message id="QUICK_CLEAN"><translation>Bereinigen</translation></message>
     <message id="QUICK_CLEAN_ASK"><translation>Alles in diesen Ordnern wird entfernt.</translation></message>
+    <message id="QUICK_CLEAN_FOLDER"><translation>%1: %2</translation></message>
+    <message id="QUICK_CLEAN_FOLDERS" numerus="yes"><translation><numerusform>%1: %2 und %n weiterer Ordner</numerusform><numerusform>%1: %2 und %n weitere Ordner</numerusform></translation></message>
     <message id="Quick Clean"><translation>Schnell bereinigen</translation></message>
     <message id="Quick Clean…"><translation>Schnell bereinigen …</translation></message>
     <message id="Quit"><translation>Beenden</translation></message>
@@ -127,6 +142,7 @@
     <message id="SCAN_STOPPED"><translation>Die Suche wurde angehalten</translation></message>
     <message id="SHOW_ALL"><translation>Alle zeigen</translation></message>
     <message id="SHOW_LOG"><translation>Protokoll zeigen</translation></message>
+    <message id="SHOW_OVERVIEW"><translation>Alle Kategorien zeigen</translation></message>
     <message id="SHOW_VOLUMES"><translation>Datenträger zeigen</translation></message>
     <message id="STAYED_IN_USE" numerus="yes"><translation><numerusform>%n Objekt wird benutzt</numerusform><numerusform>%n Objekte werden benutzt</numerusform></translation></message>
     <message id="STAYED_OTHER" numerus="yes"><translation><numerusform>%n Objekt ließ sich nicht entfernen</numerusform><numerusform>%n Objekte ließen sich nicht entfernen</numerusform></translation></message>
@@ -144,6 +160,10 @@
     <message id="System Logs"><translation>Systemprotokolle</translation></message>
     <message id="THIS_COMPUTER"><translation>Dieser Computer</translation></message>
     <message id="TICK_ALL"><translation>Alle auswählen</translation></message>
+    <message id="TIP_KEEP_DOWNLOADS" numerus="yes"><translation><numerusform>Behält die Downloads und entfernt das übrige Objekt, insgesamt %n, %1.</numerusform><numerusform>Behält die Downloads und entfernt die übrigen %n Objekte, %1.</numerusform></translation></message>
+    <message id="TIP_LOOK_FIRST"><translation>Zeigt den Ordner und entfernt nichts; die Frage bleibt.</translation></message>
+    <message id="TIP_REMOVE_ALL" numerus="yes"><translation><numerusform>Entfernt das %n angehakte Objekt, %1.</numerusform><numerusform>Entfernt alle %n angehakten Objekte, %1.</numerusform></translation></message>
+    <message id="TIP_REMOVE_NOTHING"><translation>Entfernt nichts.</translation></message>
     <message id="TITLE_CLEAN_DOWNLOADS"><translation>Downloads</translation></message>
     <message id="TITLE_CLEAN_SYS_CACHES"><translation>System-Caches</translation></message>
     <message id="TITLE_CLEAN_SYS_LOGS"><translation>Systemprotokolle</translation></message>

@@ -19,6 +19,8 @@
     <message id="CANNOT_OPEN_FINDER"><translation>This volume cannot be opened in the file manager.</translation></message>
     <message id="CAPACITY"><translation>The capacity of startup disk is %1, and %2 is available.</translation></message>
     <message id="CATEGORIES"><translation>Categories</translation></message>
+    <message id="CATEGORY_EMPTY"><translation>Nothing here</translation></message>
+    <message id="CATEGORY_EMPTY_TEXT"><translation>This category holds nothing that could go.</translation></message>
     <message id="CLEAN"><translation>Clean</translation></message>
     <message id="CLEAN_FILES_COUNT"><translation>Items cleaned:</translation></message>
     <message id="CLEAN_FILES_SIZE"><translation>Space freed:</translation></message>
@@ -39,6 +41,7 @@
     <message id="DESC_FREESPACE_MONITOR"><translation>Watches the free space of every volume and warns before one runs full.</translation></message>
     <message id="DESC_UNINSTALL"><translation>Removes applications together with the settings, caches and logs that they leave behind.</translation></message>
     <message id="DISK_IMAGE"><translation>Disk Images</translation></message>
+    <message id="DOWNLOADS_TICKED" numerus="yes"><translation><numerusform>%n item of your downloads is ticked, %1.</numerusform><numerusform>%n items of your downloads are ticked, %1.</numerusform></translation></message>
     <message id="DRIVE_STAYS"><translation>Its drive could not be released.</translation></message>
     <message id="Deleting items..."><translation>Deleting items...</translation></message>
     <message id="Disk Usage"><translation>Disk Usage</translation></message>
@@ -55,7 +58,16 @@
     <message id="EXTERNAL_STORAGE"><translation>External Storage</translation></message>
     <message id="Eject All"><translation>Eject All</translation></message>
     <message id="Ejecting…"><translation>Ejecting…</translation></message>
+    <message id="FAILED_BUSY"><translation>in use</translation></message>
+    <message id="FAILED_CHANGED"><translation>changed since</translation></message>
+    <message id="FAILED_OTHER"><translation>not removed</translation></message>
+    <message id="FAILED_PROTECTED"><translation>protected</translation></message>
+    <message id="FAILED_READ_ONLY"><translation>read-only</translation></message>
+    <message id="FAILED_RIGHTS"><translation>needs admin</translation></message>
+    <message id="FAILED_STOPPED"><translation>stopped</translation></message>
+    <message id="FAILED_VOLUME"><translation>holds a volume</translation></message>
     <message id="FILTER"><translation>Filter by name</translation></message>
+    <message id="FILTER_NO_MATCH"><translation>No name matches the filter.</translation></message>
     <message id="FOUND_SO_FAR"><translation>found so far</translation></message>
     <message id="FREE_BEFORE_AFTER"><translation>Free space: %1 before, %2 now.</translation></message>
     <message id="FREE_MEMORY"><translation>Memory</translation></message>
@@ -77,6 +89,7 @@
     <message id="LEFT_OUT_KEPT"><translation>%1 is not cleaned, since it holds more than its category.</translation></message>
     <message id="LEFT_OUT_TOP"><translation>%1 is not cleaned, since it is the top of a volume.</translation></message>
     <message id="LOCAL_STORAGE"><translation>Local Storage</translation></message>
+    <message id="LOCK_NO_AGENT"><translation>No program here can ask for administrator rights. Start a polkit agent, or start Brightsweep as an administrator.</translation></message>
     <message id="LOW_SPACE"><translation>Low disk space</translation></message>
     <message id="LOW_SPACE_OF"><translation>%1: %2 of %3 are free.</translation></message>
     <message id="Launch at login"><translation>Launch at login</translation></message>
@@ -111,6 +124,8 @@
     <message id="Preferences"><translation>Preferences</translation></message>
     <message id="QUICK_CLEAN"><translation>Clean</translation></message>
     <message id="QUICK_CLEAN_ASK"><translation>Everything in these folders will be removed.</translation></message>
+    <message id="QUICK_CLEAN_FOLDER"><translation>%1: %2</translation></message>
+    <message id="QUICK_CLEAN_FOLDERS" numerus="yes"><translation><numerusform>%1: %2 and %n more folder</numerusform><numerusform>%1: %2 and %n more folders</numerusform></translation></message>
     <message id="Quick Clean"><translation>Quick Clean</translation></message>
     <message id="Quick Clean…"><translation>Quick Clean…</translation></message>
     <message id="Quit"><translation>Quit</translation></message>
@@ -127,6 +142,7 @@
     <message id="SCAN_STOPPED"><translation>The scan was stopped</translation></message>
     <message id="SHOW_ALL"><translation>Show all</translation></message>
     <message id="SHOW_LOG"><translation>Show Log</translation></message>
+    <message id="SHOW_OVERVIEW"><translation>Show all categories</translation></message>
     <message id="SHOW_VOLUMES"><translation>Show Volumes</translation></message>
     <message id="STAYED_IN_USE" numerus="yes"><translation><numerusform>%n item is in use</numerusform><numerusform>%n items are in use</numerusform></translation></message>
     <message id="STAYED_OTHER" numerus="yes"><translation><numerusform>%n item could not be removed</numerusform><numerusform>%n items could not be removed</numerusform></translation></message>
@@ -144,6 +160,10 @@
     <message id="System Logs"><translation>System Logs</translation></message>
     <message id="THIS_COMPUTER"><translation>This computer</translation></message>
     <message id="TICK_ALL"><translation>Tick all</translation></message>
+    <message id="TIP_KEEP_DOWNLOADS" numerus="yes"><translation><numerusform>Keeps the downloads and removes the other item, %n in all, %1.</numerusform><numerusform>Keeps the downloads and removes the other %n items, %1.</numerusform></translation></message>
+    <message id="TIP_LOOK_FIRST"><translation>Shows the folder and removes nothing; the question stays.</translation></message>
+    <message id="TIP_REMOVE_ALL" numerus="yes"><translation><numerusform>Removes the %n ticked item, %1.</numerusform><numerusform>Removes all %n ticked items, %1.</numerusform></translation></message>
+    <message id="TIP_REMOVE_NOTHING"><translation>Removes nothing.</translation></message>
     <message id="TITLE_CLEAN_DOWNLOADS"><translation>User Downloads</translation></message>
     <message id="TITLE_CLEAN_SYS_CACHES"><translation>System Caches</translation></message>
     <message id="TITLE_CLEAN_SYS_LOGS"><translation>System Logs</translation></message>

@@ -19,6 +19,8 @@
     <message id="CANNOT_OPEN_FINDER"><translation>无法在文件管理器中打开此卷。</translation></message>
     <message id="CAPACITY"><translation>启动磁盘的容量为 %1，可用 %2。</translation></message>
     <message id="CATEGORIES"><translation>类别</translation></message>
+    <message id="CATEGORY_EMPTY"><translation>这里没有内容</translation></message>
+    <message id="CATEGORY_EMPTY_TEXT"><translation>此类别中没有可移除的内容。</translation></message>
     <message id="CLEAN"><translation>清理</translation></message>
     <message id="CLEAN_FILES_COUNT"><translation>已清理的项目：</translation></message>
     <message id="CLEAN_FILES_SIZE"><translation>已释放的空间：</translation></message>
@@ -39,6 +41,7 @@
     <message id="DESC_FREESPACE_MONITOR"><translation>监视每个卷的可用空间，并在快满时发出警告。</translation></message>
     <message id="DESC_UNINSTALL"><translation>移除应用程序及其留下的设置、缓存和日志。</translation></message>
     <message id="DISK_IMAGE"><translation>磁盘映像</translation></message>
+    <message id="DOWNLOADS_TICKED" numerus="yes"><translation><numerusform>下载文件夹中已选中 %n 项，共 %1。</numerusform></translation></message>
     <message id="DRIVE_STAYS"><translation>但未能释放其驱动器。</translation></message>
     <message id="Deleting items..."><translation>正在删除项目…</translation></message>
     <message id="Disk Usage"><translation>磁盘使用情况</translation></message>
@@ -55,7 +58,16 @@
     <message id="EXTERNAL_STORAGE"><translation>外部存储</translation></message>
     <message id="Eject All"><translation>全部弹出</translation></message>
     <message id="Ejecting…"><translation>正在弹出…</translation></message>
+    <message id="FAILED_BUSY"><translation>使用中</translation></message>
+    <message id="FAILED_CHANGED"><translation>已更改</translation></message>
+    <message id="FAILED_OTHER"><translation>未移除</translation></message>
+    <message id="FAILED_PROTECTED"><translation>受保护</translation></message>
+    <message id="FAILED_READ_ONLY"><translation>只读</translation></message>
+    <message id="FAILED_RIGHTS"><translation>需要管理员权限</translation></message>
+    <message id="FAILED_STOPPED"><translation>已停止</translation></message>
+    <message id="FAILED_VOLUME"><translation>含有卷</translation></message>
     <message id="FILTER"><translation>按名称筛选</translation></message>
+    <message id="FILTER_NO_MATCH"><translation>没有名称符合筛选条件。</translation></message>
     <message id="FOUND_SO_FAR"><translation>目前已找到</translation></message>
     <message id="FREE_BEFORE_AFTER"><translation>可用空间：之前 %1，现在 %2。</translation></message>
     <message id="FREE_MEMORY"><translation>内存</translation></message>
@@ -77,6 +89,7 @@
     <message id="LEFT_OUT_KEPT"><translation>不会清理 %1，因为其中不只有该类别的内容。</translation></message>
     <message id="LEFT_OUT_TOP"><translation>不会清理 %1，因为它是一个卷的根目录。</translation></message>
     <message id="LOCAL_STORAGE"><translation>本地存储</translation></message>
+    <message id="LOCK_NO_AGENT"><translation>这里没有程序能够请求管理员权限。请启动 polkit 代理，或以管理员身份启动 Brightsweep。</translation></message>
     <message id="LOW_SPACE"><translation>磁盘空间不足</translation></message>
     <message id="LOW_SPACE_OF"><translation>%1：共 %3，可用 %2。</translation></message>
     <message id="Launch at login"><translation>登录时启动</translation></message>
@@ -111,6 +124,8 @@
     <message id="Preferences"><translation>偏好设置</translation></message>
     <message id="QUICK_CLEAN"><translation>清理</translation></message>
     <message id="QUICK_CLEAN_ASK"><translation>这些文件夹中的所有内容都将被移除。</translation></message>
+    <message id="QUICK_CLEAN_FOLDER"><translation>%1：%2</translation></message>
+    <message id="QUICK_CLEAN_FOLDERS" numerus="yes"><translation><numerusform>%1：%2 及另外 %n 个文件夹</numerusform></translation></message>
     <message id="Quick Clean"><translation>快速清理</translation></message>
     <message id="Quick Clean…"><translation>快速清理…</translation></message>
     <message id="Quit"><translation>退出</translation></message>
@@ -127,6 +142,7 @@
     <message id="SCAN_STOPPED"><translation>扫描已停止</translation></message>
     <message id="SHOW_ALL"><translation>全部显示</translation></message>
     <message id="SHOW_LOG"><translation>显示日志</translation></message>
+    <message id="SHOW_OVERVIEW"><translation>显示所有类别</translation></message>
     <message id="SHOW_VOLUMES"><translation>显示卷</translation></message>
     <message id="STAYED_IN_USE" numerus="yes"><translation><numerusform>%n 个项目正在使用</numerusform></translation></message>
     <message id="STAYED_OTHER" numerus="yes"><translation><numerusform>%n 个项目无法移除</numerusform></translation></message>
@@ -144,6 +160,10 @@
     <message id="System Logs"><translation>系统日志</translation></message>
     <message id="THIS_COMPUTER"><translation>此电脑</translation></message>
     <message id="TICK_ALL"><translation>全选</translation></message>
+    <message id="TIP_KEEP_DOWNLOADS" numerus="yes"><translation><numerusform>保留下载内容，移除其余 %n 项，共 %1。</numerusform></translation></message>
+    <message id="TIP_LOOK_FIRST"><translation>显示文件夹，不移除任何内容；提问保留。</translation></message>
+    <message id="TIP_REMOVE_ALL" numerus="yes"><translation><numerusform>移除全部 %n 个选中的项目，共 %1。</numerusform></translation></message>
+    <message id="TIP_REMOVE_NOTHING"><translation>不移除任何内容。</translation></message>
     <message id="TITLE_CLEAN_DOWNLOADS"><translation>用户下载</translation></message>
     <message id="TITLE_CLEAN_SYS_CACHES"><translation>系统缓存</translation></message>
     <message id="TITLE_CLEAN_SYS_LOGS"><translation>系统日志</translation></message>

@@ -5,12 +5,16 @@
 #include "cleaning/FolderUtilities.h"
 #include "cleaning/ScanViewController.h"
 #include "core/Texts.h"
+#include "core/UtilityFunction.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
+
 #include "preferences/PreferenceViewController.h"
+#include <algorithm>
+#include <utility>
 
 namespace brightsweep {
 
@@ -48,6 +52,30 @@ void CategoryListModel::reload() {
     const ScanViewController::Counts counts = m_controller.counts();
     if (m_selectButton && (counts.rows == 0 || counts.ticked < counts.rows))
         setSelectButton(false);
+}
+
+void CategoryListModel::setHolders(std::unordered_map<std::string, std::string> programOfPath) {
+    m_holders = std::move(programOfPath);
+    reload();
+}
+
+QString CategoryListModel::holderWords(const CleanFileInfo &row) const {
+    const QString holder = holderOf(row);
+    return holder.isEmpty() ? QString() : localizedText("IN_USE_BY").arg(holder);
+}
+
+QString CategoryListModel::accessibleText(const CleanFileInfo &row) const {
+    QString words = paths::display(row.name);
+    for (const QString &more : {row.failure, holderWords(row)}) {
+        if (!more.isEmpty())
+            words += QStringLiteral(", ") + more;
+    }
+    return words;
+}
+
+QString CategoryListModel::holderOf(const CleanFileInfo &row) const {
+    const auto found = m_holders.find(row.path.native());
+    return found == m_holders.end() ? QString() : QString::fromUtf8(found->second.c_str());
 }
 
 int CategoryListModel::CellClick(int row, int state) {
@@ -168,11 +196,15 @@ QVariant CategoryListModel::data(const QModelIndex &index, int role) const {
     case Qt::AccessibleTextRole:
         return index.column() == openFiled ? QVariant(localizedText("REVEAL"))
                : index.column() == Size    ? QVariant()
-               : row->failure.isEmpty()
-                   ? QVariant(paths::display(row->name))
-                   : QVariant(paths::display(row->name) + QStringLiteral(", ") + row->failure);
-    case Qt::ToolTipRole:
-        return QStringLiteral("<qt>%1</qt>").arg(paths::display(row->path).toHtmlEscaped());
+                                           : QVariant(accessibleText(*row));
+    case Qt::ToolTipRole: {
+        QString tip = paths::display(row->path).toHtmlEscaped();
+        for (const QString &more : {row->failure, holderWords(*row)}) {
+            if (!more.isEmpty())
+                tip += QStringLiteral("<br>") + more.toHtmlEscaped();
+        }
+        return QStringLiteral("<qt>%1</qt>").arg(tip);
+    }
     case Qt::TextAlignmentRole:
         return index.column() == Size ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
     case PathRole:
@@ -184,6 +216,15 @@ QVariant CategoryListModel::data(const QModelIndex &index, int role) const {
         return paths::display(row->path);
     case FailureRole:
         return row->failure;
+    case ReasonRole:
+        return QLatin1String(row->reasonKey);
+    case HolderRole:
+        return holderOf(*row);
+    case ShareRole: {
+        const std::uint64_t whole =
+            UtilityFunction::getVolSpaceFromString(m_controller.filesSize());
+        return whole > 0 ? std::min(1.0, double(row->shownSize) / double(whole)) : 0.0;
+    }
     case IsDirectoryRole:
         return row->isDirectory;
     case FontSizeRole:
@@ -218,6 +259,8 @@ QVariant CategoryListModel::headerData(int section, Qt::Orientation orientation,
         return {};
     if (role == Qt::TextAlignmentRole && section == Size)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    if (role == Qt::InitialSortOrderRole && section == Size)
+        return Qt::DescendingOrder;
     if (role == Qt::AccessibleTextRole && section == checkBox)
         return localizedText("TICK_ALL");
     if (role != Qt::DisplayRole)

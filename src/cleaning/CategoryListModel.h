@@ -4,10 +4,12 @@
 
 #include <optional>
 #include <string>
+#include <unordered_map>
 
 namespace brightsweep {
 
 class ScanViewController;
+struct CleanFileInfo;
 
 /// The list of one category: the table side of a ScanViewController. Main thread; it outlives its
 /// controller's runs, and reload() follows each of them.
@@ -22,8 +24,11 @@ public:
         PrimaryTextRole,
         SecondaryTextRole,
         FailureRole,
-        FontSizeRole,    ///< 12, of the selected row 13.5
-        ImageRole,       ///< of the column that opens the file manager
+        ReasonRole,   ///< the key of the same in two or three words
+        HolderRole,   ///< the program that holds something of the item open; empty where none does
+        ShareRole,    ///< in the category, from 0 to 1
+        FontSizeRole, ///< 12, of the selected row 13.5
+        ImageRole,    ///< of the column that opens the file manager
         IsDirectoryRole, ///< as the scan found it
     };
 
@@ -32,6 +37,8 @@ public:
 
     /// The controller's rows, or their ticks, are other ones now.
     void reload();
+    /// By the paths of items the programs that hold something of them open.
+    void setHolders(std::unordered_map<std::string, std::string> programOfPath);
     /// While false no tick and no other order is taken.
     void setEnabled(bool enabled) { m_enabled = enabled; }
 
@@ -74,7 +81,12 @@ private:
     void setSelectButton(bool on);
     void selectAll(bool ticked);
 
+    QString holderOf(const CleanFileInfo &row) const;
+    QString holderWords(const CleanFileInfo &row) const;
+    QString accessibleText(const CleanFileInfo &row) const;
+
     ScanViewController &m_controller;
+    std::unordered_map<std::string, std::string> m_holders;
     int m_rows = 0;
     int m_selectRowNum = -1;
     const unsigned aTag; // the category

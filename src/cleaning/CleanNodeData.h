@@ -17,6 +17,7 @@ public:
     explicit CleanNodeData(std::string path) : SimpleNodeData(std::move(path), true) {}
 
     QString failure;
+    const char *reasonKey = ""; ///< of the same in two or three words
     QString holder;
     bool isDirectory = false;
 };

@@ -31,6 +31,7 @@ CleanOutlineController::CleanOutlineController(std::vector<ScanViewController *>
     connect(&m_holders, &HolderSearch::found, this, [this] {
         m_tree.setHolders(m_holders.programOfPath());
         m_model.valuesChanged();
+        Q_EMIT holdersFound(m_holders.programOfPath());
         Q_EMIT reloaded();
     });
 }

@@ -59,6 +59,7 @@ public:
 Q_SIGNALS:
     /// Ticks have changed, in the outline and in the controllers.
     void ticksChanged();
+    void holdersFound(const std::unordered_map<std::string, std::string> &programOfPath);
     /// The tree was taken over anew, or marks were found.
     void reloaded();
     /// An icon flies from the row, or from the header where the index is invalid, to the trash: a

@@ -1,5 +1,6 @@
 #include "cleaning/CleanOutlineModel.h"
 
+#include "cleaning/ItemSizes.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
@@ -87,6 +88,11 @@ void CleanOutlineModel::rebuild(const std::vector<ScanViewController *> &tableCo
 void CleanOutlineModel::setFilter(const QString &text) {
     if (text != m_filter)
         changeLayout([&] { m_filter = text; });
+}
+
+bool CleanOutlineModel::hasShownLeaves() const {
+    return std::any_of(m_shown.begin(), m_shown.end(),
+                       [](const Shown &group) { return !group.leaves.empty(); });
 }
 
 void CleanOutlineModel::sort(int column, Qt::SortOrder order) {
@@ -317,6 +323,15 @@ QVariant CleanOutlineModel::data(const QModelIndex &index, int role) const {
         return qulonglong(data.fileSize());
     case FailureRole:
         return leaf ? leaf->failure : QString();
+    case ReasonRole:
+        return leaf ? QLatin1String(leaf->reasonKey) : QString();
+    case ShareRole: {
+        const auto *own = leaf ? m_tree.groupOf(node) : nullptr;
+        std::uint64_t whole = own ? own->node->data().fileSize() : 0;
+        for (const CleanResultTree::Group &group : m_tree.groups())
+            whole = leaf ? whole : addSaturating(whole, group.node->data().fileSize());
+        return whole > 0 ? double(data.fileSize()) / double(whole) : 0.0;
+    }
     case HolderRole:
         return leaf ? leaf->holder : QString();
     case IsDirectoryRole:
@@ -350,6 +365,9 @@ QVariant CleanOutlineModel::headerData(int section, Qt::Orientation orientation,
         return {};
     if (role == Qt::AccessibleTextRole && section == Checkbox)
         return localizedText("TICK_ALL");
+    // What is large or new is what one looks for first.
+    if (role == Qt::InitialSortOrderRole && (section == FileSize || section == ModifyDate))
+        return Qt::DescendingOrder;
     if (role == Qt::DisplayRole)
         return localizedText(columnTitles[std::size_t(section)]);
     return role == Qt::TextAlignmentRole && section == FileSize

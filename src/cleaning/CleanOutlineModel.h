@@ -28,8 +28,10 @@ public:
         IsGroupRole,
         BytesRole,
         FailureRole, ///< why the last removal failed; empty where none did
+        ReasonRole,  ///< the key of the same in two or three words
         HolderRole,  ///< the program that holds something of the item open; empty where none does
         IsDirectoryRole, ///< of a leaf, as the scan found it
+        ShareRole,       ///< of a leaf in its group, of a group in all, from 0 to 1
     };
 
     explicit CleanOutlineModel(CleanResultTree &tree, QObject *parent = nullptr);
@@ -40,6 +42,8 @@ public:
     /// the groups stay, so that what was expanded is so afterwards. An empty text shows all.
     void setFilter(const QString &text);
     QString filter() const { return m_filter; }
+    /// False where the filter leaves nothing.
+    bool hasShownLeaves() const;
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
     /// While false no tick is taken.
     void setEnabled(bool enabled) { m_enabled = enabled; }

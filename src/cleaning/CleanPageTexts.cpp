@@ -85,7 +85,10 @@ CleanStyledText cleanPageTexts::countLine(std::size_t selected, std::size_t tota
 }
 
 CleanStyledText cleanPageTexts::cleanedLine(std::uint64_t bytes) {
-    return styledText("%@ is cleaned", {{readersSize(UtilityFunction::convertVolSpace(bytes))}});
+    CleanStyledText line =
+        styledText("%@ is cleaned", {{readersSize(UtilityFunction::convertVolSpace(bytes))}});
+    line.isOutcome = true;
+    return line;
 }
 
 QString cleanPageTexts::freeSpaceLine(const QString &before, const QString &after) {

@@ -17,6 +17,7 @@ void fillLeaf(CleanNodeData &data, const CleanFileInfo &row) {
     if (row.modified)
         data.setModificationDate(FileTime(std::chrono::nanoseconds(*row.modified)));
     data.failure = row.failure;
+    data.reasonKey = row.reasonKey;
     data.isDirectory = row.isDirectory;
 }
 

@@ -20,6 +20,7 @@ struct CleanStyledText {
     QString text;
     int size = 12;
     std::vector<Span> accented;
+    bool isOutcome = false; ///< what was reached: large, in the colour of success
     bool operator==(const CleanStyledText &) const = default;
 };
 

@@ -62,6 +62,11 @@ NewMainViewController::NewMainViewController(Surroundings surroundings, QObject 
             list->reload();
         setCleanButtonState();
     });
+    connect(m_outline.get(), &CleanOutlineController::holdersFound, this,
+            [this](const auto &programOfPath) {
+                for (const auto &list : m_lists)
+                    list->setHolders(programOfPath);
+            });
     connect(m_outline.get(), &CleanOutlineController::flyToTrash, this,
             &NewMainViewController::flyToTrash);
     m_customTableView = std::make_unique<CustomTableView>();

@@ -83,6 +83,10 @@ public:
     PadlockController &padlock() { return m_padlock; }
     int selectRowNum() const { return m_selectRowNum; }
     bool isCleanFinshed() const { return m_isCleanFinshed; }
+    /// What is ticked of one category.
+    CleanSelection::Counts selected(unsigned category) const {
+        return m_selection->counts(category);
+    }
     std::size_t selectCount2Clean() const { return m_selectCount2Clean; }
     std::uint64_t allSelectTotalSize() const { return m_allSelectTotalSize; }
     /// The last clean of all, as the page's words add up.

@@ -12,6 +12,7 @@
 #include "linux/RemovalError.h"
 #include "platform/Platform.h"
 #include "removal/ItemRemoval.h"
+#include "removal/RemovalReason.h"
 #include "removal/RemovalRun.h"
 
 #include <QTimer>
@@ -120,9 +121,11 @@ std::uint64_t ScanViewController::scanDirectory(const RemovalRoot &directory,
         row.modified = item.modified;
         row.isDirectory = item.type == EntryType::Directory;
         // Known before any attempt.
-        if (item.holdsVolume)
-            row.failure = localizedText(
-                QString::fromStdString(make_error_code(RemovalError::HoldsVolume).message()));
+        if (item.holdsVolume) {
+            const std::error_code error = RemovalError::HoldsVolume;
+            row.failure = localizedText(QString::fromStdString(error.message()));
+            row.reasonKey = reasonKey(error);
+        }
         totalSize = addSaturating(totalSize, item.size);
         m_totalSize = totalSize;
         setFilesSize(UtilityFunction::convertVolSpace(totalSize));
@@ -187,10 +190,12 @@ void ScanViewController::fastClean(std::nullptr_t, ThreadWorker *) {
     const ItemRemoval::Told told = [&](std::size_t index, const RemovalOutcome &outcome) {
         CleanFileInfo &row = selected[index];
         gone[index] = outcome.removed || outcome.error == std::errc::no_such_file_or_directory;
-        if (gone[index])
+        if (gone[index]) {
             hasGone(row, measured[index]);
-        else
+        } else {
             row.failure = failureText(outcome);
+            row.reasonKey = reasonKey(outcome);
+        }
     };
     {
         const TrashBatch batch;
@@ -228,8 +233,10 @@ void ScanViewController::fastClean(std::nullptr_t, ThreadWorker *) {
         });
         rowsChanged();
         for (CleanFileInfo &row : m_scanFiles) {
-            if (const std::size_t index = place(row); index < selected.size())
+            if (const std::size_t index = place(row); index < selected.size()) {
                 row.failure = selected[index].failure;
+                row.reasonKey = selected[index].reasonKey;
+            }
         }
     }
     Q_EMIT scanFilesChanged();

@@ -42,6 +42,11 @@ bool PadlockController::isAsking() const {
     return asking;
 }
 
+bool PadlockController::isWithoutAgent() const {
+    const auto outcome = NvAuthorization::shareNvAuthorization().lastResult().outcome;
+    return outcome == RightsOutcome::NoAgent || outcome == RightsOutcome::NoBus;
+}
+
 const char *PadlockController::imageName() const {
     return isOpen() ? "Unlock.png" : "Lock.png";
 }

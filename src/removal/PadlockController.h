@@ -23,6 +23,8 @@ public:
     bool isOpen() const;
     /// True while the user is being asked, by whichever padlock.
     bool isAsking() const;
+    /// True where the last question found nobody to ask the user: no polkit agent, or no bus.
+    bool isWithoutAgent() const;
     /// The name of the image for the state.
     const char *imageName() const;
     /// A click: opens a closed padlock, for which rights are asked, or closes an open one. Also for

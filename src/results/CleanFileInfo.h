@@ -45,6 +45,8 @@ struct CleanFileInfo {
     /// Why the last attempt to remove the item failed, or the next one will, for its row; else
     /// empty.
     QString failure;
+    /// The key of the same in two or three words.
+    const char *reasonKey = "";
 };
 
 } // namespace brightsweep

@@ -1,126 +1,31 @@
 // The rules of the clean page's views; the page's own are tested without a screen.
+#include "CleanPageView.h"
 #include "cleaning/CategoryListModel.h"
-#include "cleaning/CleanPage.h"
 #include "cleaning/ui/CheckHeader.h"
-#include "cleaning/ui/CleanResultsPanel.h"
 #include "cleaning/ui/ComputerSheet.h"
 #include "cleaning/ui/FileIcons.h"
 #include "cleaning/ui/HiddenTicksNotice.h"
 #include "cleaning/ui/LeftListView.h"
-#include "cleaning/ui/ResultView.h"
-#include "foundation/Paths.h"
-#include "platform/Platform.h"
-#include "platform/Workspace.h"
 #include "support/NeedsRoot.h"
-#include "support/TestEnvironment.h"
-#include "ui/AlertSheet.h"
 #include "ui/Theme.h"
 #include "ui/effects/PathAnimation.h"
 
-#include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
-#include <QPointer>
-#include <QPushButton>
 #include <QScrollBar>
-#include <QTest>
 #include <QToolButton>
-
-#include <gmock/gmock.h>
 
 namespace brightsweep {
 namespace {
 
+using test::CleanPageView;
 using State = NewMainViewController::State;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-// Says what it was asked for, and starts nothing.
-class SaidWorkspace final : public Workspace {
-public:
-    explicit SaidWorkspace(std::vector<std::string> &said) : m_said(said) {}
-    QString displayName(const std::filesystem::path &path) override { return paths::display(path); }
-    bool isPackage(const std::filesystem::path &) override { return false; }
-    QString typeOf(const std::filesystem::path &) override { return {}; }
-    bool open(const std::filesystem::path &path) override { return say("open ", path); }
-    bool reveal(const std::filesystem::path &path) override { return say("reveal ", path); }
-
-private:
-    bool say(const char *what, const std::filesystem::path &path) {
-        m_said.push_back(what + std::string(paths::lastComponent(path)));
-        return true;
-    }
-    std::vector<std::string> &m_said;
-};
-
-class CleanPageView : public testing::Test {
-protected:
-    void SetUp() override {
-        Platform::current().workspace = std::make_unique<SaidWorkspace>(said);
-        test::CleanPage::store("010000");
-        test::TestTree home(test::TestEnvironment::current().home());
-        for (int item = 0; item < 60; ++item)
-            home.sparseFile(".cache/item " + std::to_string(100 + item), 1000);
-        at = std::make_unique<test::CleanPage>();
-        panel = std::make_unique<CleanResultsPanel>(at->page);
-        panel->resize(900, 600);
-        at->scan();
-        panel->show();
-        panel->activateWindow();
-        outline = panel->findChild<OutlineView *>();
-        QApplication::processEvents();
-        outline->setFocus();
-        outline->sortByColumn(CleanOutlineModel::NameColumn, Qt::AscendingOrder);
-        outline->expand(group());
-    }
-    QAbstractItemModel &model() { return *outline->model(); }
-    QModelIndex group(unsigned category = 1) { return at->group(category); }
-    QModelIndex leaf(int row, unsigned category = 1) {
-        return model().index(row, 0, group(category));
-    }
-    static std::string nameOf(const QModelIndex &row) {
-        const auto path = paths::fromVariant(row.data(CleanOutlineModel::PathRole));
-        return std::string(paths::lastComponent(path));
-    }
-    std::size_t ticked() { return at->page.selectCount2Clean(); }
-    template <typename Widget>
-    Widget *find(const char *name) {
-        return panel->findChild<Widget *>(QLatin1String(name));
-    }
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-        QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : outline, key,
-                        modifiers);
-    }
-    void filter(const char *text) {
-        find<QLineEdit>("clean.filter")->setText(QLatin1String(text));
-        auto &narrowed = at->page.outline().model();
-        test::waitUntil([&] { return narrowed.filter() == QLatin1String(text); });
-    }
-    AlertSheet *sheet() { return panel->findChild<AlertSheet *>(); }
-    void answer(const char *name) {
-        const QPointer<AlertSheet> asked = sheet();
-        ASSERT_TRUE(asked);
-        asked->findChild<QPushButton *>(QStringLiteral("alert.") + QLatin1String(name))->click();
-        test::waitUntil([&] { return !asked || !asked->isVisible(); });
-    }
-    std::vector<std::string> gone() {
-        std::vector<std::string> lines;
-        for (const std::string &line : test::changes(before, at->machine.state()))
-            lines.push_back(line.substr(line.rfind('/') + 1));
-        return lines;
-    }
-
-    std::vector<std::string> said;
-    std::unique_ptr<test::CleanPage> at;
-    std::unique_ptr<CleanResultsPanel> panel;
-    OutlineView *outline = nullptr;
-    std::map<std::string, std::string> before;
-};
 
 TEST_F(CleanPageView, SpaceTicksAndEnterShowsAndNeverRemoves) {
     before = at->machine.state();
@@ -348,46 +253,6 @@ TEST_F(CleanPageView, ACleanOfOneCategoryKeepsItsPlace) {
     EXPECT_EQ(nameOf(list->currentIndex()), current);
     EXPECT_EQ(list->verticalScrollBar()->value(), place);
 }
-
-struct SheetAnswer {
-    const char *name; ///< null: Esc
-    std::size_t gone;
-    State after;
-};
-
-class DownloadsSheet : public CleanPageView, public testing::WithParamInterface<SheetAnswer> {};
-
-TEST_P(DownloadsSheet, EachAnswerDoesWhatItSays) {
-    at->tick({3, 5});
-    before = at->machine.state();
-    find<QPushButton>("cleanButton")->click();
-    ASSERT_TRUE(sheet());
-    // Enter opens the folder and answers nothing.
-    QTest::keyClick(sheet(), Qt::Key_Return);
-    EXPECT_THAT(said, ElementsAre("open Downloads"));
-    ASSERT_TRUE(sheet());
-    EXPECT_EQ(at->page.state(), State::Warning);
-    for (const char *const button : {"Yes", "No"})
-        QTest::keyClick(
-            sheet()->findChild<QPushButton *>(QStringLiteral("alert.") + QLatin1String(button)),
-            Qt::Key_Return);
-    EXPECT_EQ(at->page.state(), State::Warning) << "Enter is no yes to a removal";
-    if (GetParam().name)
-        answer(GetParam().name);
-    else
-        QTest::keyClick(sheet(), Qt::Key_Escape);
-    test::waitUntil([&] { return at->page.state() == State::Results; });
-    EXPECT_EQ(gone().size(), GetParam().gone);
-    EXPECT_EQ(ticked(), GetParam().name ? 0u : 6u);
-}
-
-INSTANTIATE_TEST_SUITE_P(Answers, DownloadsSheet,
-                         testing::Values(SheetAnswer{"Yes", 8, State::Results},
-                                         SheetAnswer{"No", 5, State::Results},
-                                         SheetAnswer{nullptr, 0, State::Results}),
-                         [](const auto &answer) {
-                             return std::string(answer.param.name ? answer.param.name : "Closed");
-                         });
 
 TEST_F(CleanPageView, TheSumIsWhatIsTicked) {
     EXPECT_EQ(find<QLabel>("trashFileNumTF")->text(), QString::number(ticked()));

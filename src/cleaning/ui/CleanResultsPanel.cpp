@@ -1,5 +1,6 @@
 #include "cleaning/ui/CleanResultsPanel.h"
 
+#include "cleaning/CategoryListModel.h"
 #include "cleaning/CleanCategories.h"
 #include "cleaning/CustomTableView.h"
 #include "cleaning/NewMainViewController.h"
@@ -20,6 +21,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QToolButton>
@@ -31,8 +33,7 @@ namespace {
 
 constexpr int headingSide = 40;
 constexpr int outcomeSide = 96;
-constexpr int filterWidth = 200;
-constexpr int leastFilterWidth = 140;
+constexpr int filterWidth = 180;
 constexpr int trashSide = 24;
 constexpr int lockSide = 20;
 constexpr int buttonWidth = 128;
@@ -157,10 +158,7 @@ QWidget *CleanResultsPanel::makeHeading() {
     m_filter->setPlaceholderText(localizedText("FILTER"));
     m_filter->setAccessibleName(localizedText("FILTER"));
     m_filter->setClearButtonEnabled(true);
-    theme::keep(m_filter, [this] {
-        m_filter->setMinimumWidth(theme::height(leastFilterWidth));
-        m_filter->setMaximumWidth(theme::height(filterWidth));
-    });
+    theme::keepSize(m_filter, filterWidth, 0);
     upper->addWidget(m_filter, 0, Qt::AlignVCenter);
     return heading;
 }
@@ -227,11 +225,14 @@ QWidget *CleanResultsPanel::makeOutcome() {
     layout->addWidget(m_outcomeText, 0, Qt::AlignHCenter);
     layout->addSpacing(4 * theme::grid);
     m_outcomeAct = new QPushButton(page);
+    m_outcomeAct->setAutoDefault(true); // Enter presses it
     m_outcomeAct->setObjectName(QStringLiteral("clean.outcomeAct"));
     layout->addWidget(m_outcomeAct, 0, Qt::AlignHCenter);
     layout->addStretch(3);
     connect(m_outcomeAct, &QPushButton::clicked, this, [this] {
-        if (m_controller.needsRestart())
+        if (m_isOneEmpty)
+            m_controller.customTableView().shouldSelectRow(0);
+        else if (m_controller.needsRestart())
             m_controller.restart();
         else
             m_controller.clickBackBtn();
@@ -266,7 +267,6 @@ QWidget *CleanResultsPanel::makeBottom() {
     theme::keep(lockButton, [this] {
         lockButton->setIconSize({theme::height(lockSide), theme::height(lockSide)});
     });
-    lockButton->setToolTip(localizedText(cleanPageTexts::lockToolTip));
     lockButton->setAccessibleName(localizedText("PADLOCK"));
     row->addWidget(lockButton);
     m_padlockBlink = new Animation(bottom);
@@ -338,6 +338,11 @@ void CleanResultsPanel::bind() {
     connect(oneListCleanButton, &QPushButton::clicked, page,
             [this] { m_controller.cleanButtonAction(); });
     const auto showLock = [this](bool open) {
+        const QString why = m_controller.padlock().isWithoutAgent()
+                                ? localizedText("LOCK_NO_AGENT")
+                                : localizedText(cleanPageTexts::lockToolTip);
+        lockButton->setToolTip(QStringLiteral("<qt>%1</qt>").arg(why.toHtmlEscaped()));
+        lockButton->setAccessibleDescription(why);
         lockButton->setChecked(open);
         lockButton->setIcon(imageNamed(QLatin1String(m_controller.padlock().imageName())));
     };
@@ -356,127 +361,27 @@ void CleanResultsPanel::bind() {
     m_filterSettled->setInterval(filterSettles);
     connect(m_filterSettled, &QTimer::timeout, this, [this] {
         m_controller.outline().model().setFilter(m_filter->text());
+        m_outline->followFilter();
         m_hiddenTicks->follow(m_box->currentWidget() == m_outline);
     });
     connect(m_hiddenTicks, &HiddenTicksNotice::showAll, this, [this] {
         m_filter->clear();
         m_box->currentWidget()->setFocus();
     });
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, m_filter, [this] {
+        m_filter->setFocus(Qt::ShortcutFocusReason);
+        m_filter->selectAll();
+    });
+    auto *const clear =
+        new QShortcut(Qt::Key_Escape, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+    connect(clear, &QShortcut::activated, this, [this] {
+        m_filter->clear();
+        m_box->currentWidget()->setFocus(Qt::ShortcutFocusReason);
+    });
+    clear->setEnabled(false);
+    connect(m_filter, &QLineEdit::textChanged, clear,
+            [clear](const QString &text) { clear->setEnabled(!text.isEmpty()); });
     connect(m_filter, &QLineEdit::textChanged, m_filterSettled, qOverload<>(&QTimer::start));
-}
-
-// -- Following the controller
-
-void CleanResultsPanel::showEvent(QShowEvent *) {
-    followHeading();
-    expandFirst();
-}
-
-// Once after each scan; what the user opens and closes then is the user's.
-void CleanResultsPanel::expandFirst() {
-    if (!m_isNew || m_controller.state() != NewMainViewController::State::Results ||
-        m_controller.outline().tree().groups().empty())
-        return;
-    m_isNew = false;
-    m_outline->expandFirst();
-}
-
-// The keyboard stays in the list: a button that is disabled would hand it on to the toolbar, and a
-// disabled list cannot take it.
-void CleanResultsPanel::followState(NewMainViewController::State state) {
-    using State = NewMainViewController::State;
-    m_isNew = m_isNew || state == State::Scanning;
-    if ((state == State::Warning || state == State::Cleaning) &&
-        isAncestorOf(window()->focusWidget()))
-        m_box->currentWidget()->setFocus();
-    if (m_controller.controls().outlineEnabled)
-        m_outline->setEnabled(true);
-    followParts();
-    followControls();
-}
-
-void CleanResultsPanel::followHeading() {
-    const CleanHeading heading = m_controller.heading();
-    m_headingImage->setImageName(heading.image);
-    m_title->setText(heading.title);
-    m_description->setStyledText(heading.description);
-}
-
-void CleanResultsPanel::followParts() {
-    const CleanPageParts parts = m_controller.parts();
-    QWidget *page = m_outline;
-    if (parts.box >= 0 && parts.box < int(m_lists.size())) {
-        CategoryView *&list = m_lists[std::size_t(parts.box)];
-        if (!list) {
-            list = new CategoryView(m_controller.list(unsigned(parts.box)), m_box);
-            m_box->addWidget(list);
-        }
-        page = list;
-    } else if (parts.uninstallTextField) {
-        page = m_uninstallNote;
-    } else if (parts.diskSizeView) {
-        page = m_volumeNote;
-    } else if (m_controller.state() == NewMainViewController::State::Cleaning) {
-        page = m_overview;
-    } else if (m_controller.outline().tree().groups().empty()) {
-        page = m_controller.outcome() == CleanOutcome::Cleaned ? m_overview : m_outcome;
-        followOutcome();
-    }
-    m_filter->setVisible(page == m_outline);
-    followNotice(page);
-    if (m_box->currentWidget() == page)
-        return;
-    const bool hadFocus = m_box->isAncestorOf(focusWidget());
-    m_box->setCurrentWidget(page);
-    if (hadFocus)
-        page->setFocus();
-}
-
-void CleanResultsPanel::followNotice(const QWidget *page) {
-    const bool restarts = m_controller.needsRestart();
-    m_noticeWords->setText(restarts ? localizedText(cleanPageTexts::restartText)
-                                    : localizedText("CLEAN_OUTDATED"));
-    m_noticeAct->setText(restarts ? localizedText("RESTART") : localizedText("Scan"));
-    m_noticeAct->setEnabled(m_controller.state() == NewMainViewController::State::Results);
-    m_notice->setVisible(restarts ? page != m_outcome : m_controller.isOutdated());
-}
-
-void CleanResultsPanel::followOutcome() {
-    const bool isStopped =
-        m_controller.outcome() == CleanOutcome::Stopped || m_controller.needsRestart();
-    m_outcomeTitle->setText(isStopped ? localizedText("SCAN_STOPPED")
-                                      : localizedText("NOTHING_TO_CLEAN"));
-    CleanStyledText words;
-    words.text = isStopped ? localizedText(cleanPageTexts::restartText)
-                           : localizedText("NOTHING_TO_CLEAN_WHY");
-    m_outcomeText->setStyledText(words);
-    m_outcomeAct->setText(isStopped ? localizedText("RESTART") : localizedText("BACK"));
-}
-
-void CleanResultsPanel::followControls() {
-    const CleanPageControls &controls = m_controller.controls();
-    followNotice(m_box->currentWidget());
-    const auto show = [](QPushButton *button, const CleanPageControls::Button &state) {
-        button->setEnabled(state.enabled);
-        button->setVisible(!state.hidden);
-    };
-    show(cleanButton, controls.cleanButton);
-    show(oneListCleanButton, controls.oneListCleanButton);
-    show(m_back, controls.backButton);
-    m_outline->setEnabled(controls.outlineEnabled);
-    const bool hasLine = !controls.stateTextHidden;
-    stateTextField->setStyledText(controls.stateTextField);
-    stateTextField->setVisible(hasLine);
-    // Every line ends with the size that it is about.
-    const CleanStyledText &line = controls.stateTextField;
-    m_sum->setText(line.accented.empty()
-                       ? QString()
-                       : line.text.mid(line.accented.back().start, line.accented.back().length));
-    m_sum->setVisible(hasLine);
-    m_freeSpace->setText(controls.freeSpaceLine);
-    m_freeSpace->setVisible(!controls.freeSpaceLine.isEmpty());
-    trashFileNumTF->setText(controls.trashFileNumTF);
-    m_hiddenTicks->follow(m_box->currentWidget() == m_outline);
 }
 
 } // namespace brightsweep

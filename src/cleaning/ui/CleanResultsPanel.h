@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cleaning/NewMainViewController.h"
+#include "ui/AlertSheet.h"
 
 #include <QWidget>
 
@@ -58,6 +59,7 @@ private:
     void followNotice(const QWidget *page);
     void expandFirst();
     void flyToTrash(const QVariant &icon, const QModelIndex &from);
+    AlertContent downloadsQuestion() const;
     void askDownloads();
     void askDownloadsAlone();
     void showAlertForPrivilegesToClean();
@@ -94,7 +96,8 @@ private:
     QLabel *trashFileNumTF;
     QPushButton *cleanButton;
     QPushButton *oneListCleanButton;
-    bool m_isNew = true; // since the last scan nobody has seen the outline
+    bool m_isOneEmpty = false; // the page of the outcome is about one category
+    bool m_isNew = true;       // since the last scan nobody has seen the outline
 };
 
 } // namespace brightsweep

@@ -1,10 +1,12 @@
 // The questions and flights of the results panel.
 #include "cleaning/CategoryListModel.h"
+#include "cleaning/CleanCategories.h"
 #include "cleaning/NewMainViewController.h"
 #include "cleaning/ui/CleanResultsPanel.h"
 #include "cleaning/ui/FileIcons.h"
 #include "cleaning/ui/ResultView.h"
 #include "core/Texts.h"
+#include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
 #include "ui/AlertSheet.h"
 #include "ui/ImageProvider.h"
@@ -21,6 +23,10 @@ namespace {
 constexpr int flyingSide = 32;
 // More at once would be a swarm.
 constexpr int flightsAtOnce = 4;
+
+QString counted(const char *key, std::size_t items, std::uint64_t bytes) {
+    return localizedText(key, items).arg(readersSize(UtilityFunction::convertVolSpace(bytes)));
+}
 
 QPixmap flyingImage(const QVariant &icon, bool isDirectory, qreal ratio) {
     if (icon.typeId() == QMetaType::QString)
@@ -58,30 +64,44 @@ void CleanResultsPanel::flyToTrash(const QVariant &icon, const QModelIndex &from
     flight->animateTableView(view, m_trashImage, start, image, 0, this);
 }
 
-void CleanResultsPanel::askDownloads() {
+AlertContent CleanResultsPanel::downloadsQuestion() const {
+    const auto downloads = m_controller.selected(downloadsCategory);
     AlertContent content;
-    content.imageName = QStringLiteral("logo-128x128.icns");
+    content.imageName = QStringLiteral("warning.png");
     content.text = localizedText(cleanPageTexts::warningTitle);
-    content.informativeText = localizedText(cleanPageTexts::warningText);
-    AlertButton yes{localizedText("YES"), true,
-                    [this] { m_controller.alertWindowYesButtonAction(); }};
-    AlertButton no{localizedText("NO"), true, [this] { m_controller.alertWindowNoButtonAction(); }};
-    AlertButton view{localizedText("OPEN_DOWNLOADS"), false,
-                     [this] { m_controller.openViewNewLink(); }};
-    view.keepsOpen = true;
-    content.buttons = {yes, no, view};
+    content.informativeText =
+        localizedText(cleanPageTexts::warningText) + QStringLiteral("\n\n") +
+        counted(QT_TRID_NOOP("DOWNLOADS_TICKED"), downloads.selected, downloads.bytes);
+    return content;
+}
+
+void CleanResultsPanel::askDownloads() {
+    const auto downloads = m_controller.selected(downloadsCategory);
+    const std::size_t all = m_controller.selectCount2Clean();
+    const std::uint64_t bytes = m_controller.allSelectTotalSize();
+    AlertContent content = downloadsQuestion();
+    content.buttons = {
+        {localizedText("YES"), true, [this] { m_controller.alertWindowYesButtonAction(); }, false,
+         counted(QT_TRID_NOOP("TIP_REMOVE_ALL"), all, bytes)},
+        {localizedText("NO"), true, [this] { m_controller.alertWindowNoButtonAction(); }, false,
+         counted(QT_TRID_NOOP("TIP_KEEP_DOWNLOADS"), all - downloads.selected,
+                 bytes - downloads.bytes)},
+        {localizedText("CANCEL"), false, [this] { m_controller.alertWindowCalledOff(); }, false,
+         localizedText("TIP_REMOVE_NOTHING")},
+        {localizedText("OPEN_DOWNLOADS"), false, [this] { m_controller.openViewNewLink(); }, true,
+         localizedText("TIP_LOOK_FIRST")}};
     content.calledOff = [this] { m_controller.alertWindowCalledOff(); };
     AlertSheet::show(std::move(content), window());
 }
 
 void CleanResultsPanel::askDownloadsAlone() {
-    AlertContent content;
-    content.imageName = QStringLiteral("warning.png");
-    content.text = localizedText(cleanPageTexts::warningTitle);
-    content.informativeText = localizedText(cleanPageTexts::warningText);
+    const auto downloads = m_controller.selected(downloadsCategory);
+    AlertContent content = downloadsQuestion();
     content.buttons = {
-        {localizedText("OK"), true, [this] { m_controller.downloadAlertEnded(1); }},
-        {localizedText("CANCEL"), false, [this] { m_controller.downloadAlertEnded(0); }}};
+        {localizedText("OK"), true, [this] { m_controller.downloadAlertEnded(1); }, false,
+         counted(QT_TRID_NOOP("TIP_REMOVE_ALL"), downloads.selected, downloads.bytes)},
+        {localizedText("CANCEL"), false, [this] { m_controller.downloadAlertEnded(0); }, false,
+         localizedText("TIP_REMOVE_NOTHING")}};
     content.calledOff = [this] { m_controller.downloadAlertEnded(0); };
     AlertSheet::show(std::move(content), window());
 }
@@ -90,7 +110,10 @@ void CleanResultsPanel::showAlertForPrivilegesToClean() {
     AlertContent content;
     content.imageName = QStringLiteral("Lock.png");
     content.text = localizedText(cleanPageTexts::privilegesText);
-    content.buttons = {{localizedText("OK"), false, [this] { m_controller.limitAlertEnded(); }}};
+    if (m_controller.padlock().isWithoutAgent())
+        content.informativeText = localizedText("LOCK_NO_AGENT");
+    content.buttons = {
+        {localizedText("OK"), false, [this] { m_controller.limitAlertEnded(); }, false, {}}};
     content.calledOff = [this] { m_controller.limitAlertEnded(); };
     AlertSheet::show(std::move(content), window());
 }
@@ -99,7 +122,7 @@ void CleanResultsPanel::removalRefused(const QString &words) {
     AlertContent content;
     content.imageName = QStringLiteral("warning.png");
     content.text = words;
-    content.buttons = {{localizedText("OK"), false, {}}};
+    content.buttons = {{localizedText("OK"), false, {}, false, {}}};
     AlertSheet::show(std::move(content), window());
 }
 

@@ -37,6 +37,7 @@ CleanStartPanel::CleanStartPanel(NewMainViewController &controller, QWidget *par
     theme::keepSize(m_picture, pictureSide, pictureSide);
     m_button->setObjectName(QStringLiteral("scanButton"));
     m_button->setProperty("primary", true);
+    m_button->setAutoDefault(true); // Enter presses it
     theme::keep(this, [this] {
         m_sentence->setParagraphWidth(theme::height(sentenceWidth));
         m_restart->setParagraphWidth(theme::height(sentenceWidth));

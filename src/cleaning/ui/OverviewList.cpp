@@ -2,11 +2,21 @@
 
 #include "cleaning/CleanCategories.h"
 #include "cleaning/NewMainViewController.h"
+#include "cleaning/V3MainListView.h"
 #include "cleaning/ui/OverviewRow.h"
+#include "core/UtilityFunction.h"
 
 #include <QVBoxLayout>
 
 namespace brightsweep {
+
+namespace {
+
+double bytesOf(const V3MainListView &row) {
+    return double(UtilityFunction::getVolSpaceFromString(row.sizeLabel()));
+}
+
+} // namespace
 
 OverviewList::OverviewList(NewMainViewController &controller, QWidget *parent)
     : QScrollArea(parent) {
@@ -14,8 +24,18 @@ OverviewList::OverviewList(NewMainViewController &controller, QWidget *parent)
     auto *const layout = new QVBoxLayout(rows);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    for (unsigned category = 0; category < categoryCount; ++category)
-        layout->addWidget(new OverviewRow(controller.row(category), rows));
+    for (unsigned category = 0; category < categoryCount; ++category) {
+        const V3MainListView &row = controller.row(category);
+        const auto share = [&controller, &row] {
+            double all = 0;
+            for (unsigned other = 0; other < categoryCount; ++other)
+                all += bytesOf(controller.row(other));
+            return all > 0 ? bytesOf(row) / all : 0;
+        };
+        layout->addWidget(new OverviewRow(controller.row(category), share, rows));
+        // What is found in one changes the shares of all.
+        connect(&row, &V3MainListView::changed, rows, qOverload<>(&QWidget::update));
+    }
     layout->addStretch(1);
     setFrameShape(NoFrame);
     setFocusPolicy(Qt::NoFocus);

@@ -13,7 +13,7 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <cmath>
+#include <utility>
 
 namespace brightsweep {
 
@@ -25,20 +25,11 @@ constexpr int markSide = 18;
 constexpr int barHeight = 4;
 constexpr int turnInterval = 33; // milliseconds
 constexpr int turnStep = 12;     // degrees
-constexpr double scaleBegin = 3; // powers of ten, in bytes
-constexpr double scaleEnd = 12;
-
-double share(const QString &size) {
-    const auto bytes = double(UtilityFunction::getVolSpaceFromString(size));
-    if (bytes <= 0)
-        return 0;
-    return std::clamp((std::log10(bytes) - scaleBegin) / (scaleEnd - scaleBegin), 0.01, 1.0);
-}
 
 } // namespace
 
-OverviewRow::OverviewRow(V3MainListView &row, QWidget *parent)
-    : QWidget(parent), m_row(row), m_turn(new QTimer(this)) {
+OverviewRow::OverviewRow(V3MainListView &row, Share share, QWidget *parent)
+    : QWidget(parent), m_row(row), m_share(std::move(share)), m_turn(new QTimer(this)) {
     setObjectName(QStringLiteral("overview.%1").arg(row.listViewTag()));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     m_turn->setInterval(turnInterval);
@@ -120,7 +111,7 @@ void OverviewRow::paintEvent(QPaintEvent *) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(theme::hover());
     painter.drawRoundedRect(mirrored(QRectF(rect()), bar), barHeight / 2.0, barHeight / 2.0);
-    bar.setWidth(bar.width() * share(m_row.sizeLabel()));
+    bar.setWidth(bar.width() * std::clamp(m_share(), 0.0, 1.0));
     painter.setBrush(theme::accent());
     if (bar.width() > 0)
         painter.drawRoundedRect(mirrored(QRectF(rect()), bar), barHeight / 2.0, barHeight / 2.0);

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include <functional>
+
 class QPainter;
 class QTimer;
 
@@ -10,14 +12,14 @@ namespace brightsweep {
 class V3MainListView;
 
 /// One row of the overview: the category's image and name, what was found there and what was
-/// cleaned, and a bar that grows with what was found. The bar's scale is logarithmic, from a
-/// kilobyte to a terabyte, so that it never shrinks while others grow. Main thread; the row's data
-/// outlives it.
+/// cleaned, and a bar as long as its share. Main thread; the row's data outlives it.
 class OverviewRow : public QWidget {
     Q_OBJECT
 
 public:
-    explicit OverviewRow(V3MainListView &row, QWidget *parent = nullptr);
+    /// What the category has of all that was found, from 0 to 1.
+    using Share = std::function<double()>;
+    OverviewRow(V3MainListView &row, Share share, QWidget *parent = nullptr);
     ~OverviewRow() override;
 
     QSize sizeHint() const override;
@@ -36,6 +38,7 @@ private:
     QRect checkBox() const;
 
     V3MainListView &m_row;
+    const Share m_share;
     QTimer *m_turn;
     int m_angle = 0;
 };

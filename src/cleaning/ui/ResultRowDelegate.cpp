@@ -22,8 +22,11 @@ namespace brightsweep {
 namespace {
 
 constexpr int markSide = 18;
-constexpr int iconSide = 24;
-constexpr double fontSize = 12;
+constexpr int iconSide = 30;
+constexpr int selectedIconSide = 32;
+constexpr double noteSize = 11;
+constexpr int nameShare = 60; // percent of the width, whatever else there is to say
+constexpr int barInset = 4;
 constexpr int cellLeft = 2 * theme::grid;
 constexpr int cellRight = 4 * theme::grid;
 constexpr int leastFolderWidth = 120; // less says nothing
@@ -35,8 +38,14 @@ constexpr std::array groupImages = {
 };
 
 QRect middle(const QRect &area, int stated) {
-    const int side = theme::height(stated);
+    // Within the row, which has one height whatever stands out in it.
+    const int side = std::min(theme::height(stated), area.height() - theme::grid);
     return {area.left() + 2 * theme::grid, area.center().y() - side / 2 + 1, side, side};
+}
+
+// Icons of all rows take the same room, so that names stand in one line.
+int nameLeft() {
+    return theme::height(selectedIconSide) + 5 * theme::grid;
 }
 
 // The words of a line one after the other, each cut where the room ends.
@@ -79,7 +88,34 @@ QSize ResultRowDelegate::sizeHint(const QStyleOptionViewItem &, const QModelInde
 }
 
 int ResultRowDelegate::widthOf(const QString &text) const {
-    return theme::textWidth({text}, fontSize, true) + cellLeft + cellRight;
+    return theme::textWidth({text}, m_form.selectedFontSize, true) + cellLeft + cellRight;
+}
+
+QFont ResultRowDelegate::font(bool isSelected) const {
+    return theme::font(isSelected ? m_form.selectedFontSize : m_form.fontSize, m_form.isBold);
+}
+
+// What of the row's bar lies in the cell.
+void ResultRowDelegate::paintGround(QPainter &painter, const QRect &area,
+                                    const QStyleOptionViewItem &option,
+                                    const QModelIndex &index) const {
+    // Sharp edges: at 150% soft ones would leave seams between the cells.
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    if (option.state.testFlag(QStyle::State_Selected))
+        painter.fillRect(area, theme::selection());
+    else if (option.state.testFlag(QStyle::State_MouseOver))
+        painter.fillRect(area, theme::hover());
+    painter.setRenderHint(QPainter::Antialiasing);
+    const auto *const view = qobject_cast<const QTreeView *>(option.widget);
+    if (!view)
+        return;
+    const QRect name = view->visualRect(index.siblingAtColumn(m_form.nameColumn));
+    const bool fromRight = view->isRightToLeft();
+    const int room = fromRight ? name.right() + 1 : view->viewport()->width() - name.left();
+    const double length = room * index.data(m_form.shareRole).toDouble();
+    const double begin = fromRight ? name.right() + 1 - length : name.left();
+    const QRectF bar = QRectF(area).adjusted(0, barInset, 0, -barInset);
+    painter.fillRect(bar & QRectF(begin, area.top(), length, area.height()), theme::shareBar());
 }
 
 void ResultRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
@@ -91,13 +127,7 @@ void ResultRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
     const QRect area =
         isLeaf && index.column() == m_form.nameColumn ? spanned(option) : option.rect;
-    // Sharp edges: at 150% soft ones would leave seams between the cells.
-    painter->setRenderHint(QPainter::Antialiasing, false);
-    if (isSelected)
-        painter->fillRect(area, theme::selection());
-    else if (option.state.testFlag(QStyle::State_MouseOver))
-        painter->fillRect(area, theme::hover());
-    painter->setRenderHint(QPainter::Antialiasing);
+    paintGround(*painter, area, option, index);
     if (index.column() == m_form.checkColumn) {
         const auto state = index.data(Qt::CheckStateRole).value<Qt::CheckState>();
         paintImage(*painter, QLatin1String(checkImage(state)),
@@ -110,7 +140,7 @@ void ResultRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
     } else {
         const bool isGroup = !isLeaf;
         painter->setPen(isGroup || isSelected ? theme::text() : theme::secondary());
-        painter->setFont(theme::font(fontSize, isGroup));
+        painter->setFont(font(isSelected));
         painter->drawText(mirrored(option.rect, option.rect.adjusted(cellLeft, 0, -cellRight, 0)),
                           Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()) |
                               Qt::AlignVCenter,
@@ -139,52 +169,53 @@ void ResultRowDelegate::paintSpanned(QPainter &painter, const QStyleOptionViewIt
     const QRect area = view->visualRect(name).united(option.rect);
     painter.save();
     painter.setClipRect(option.rect, Qt::IntersectClip);
-    painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.fillRect(option.rect, isSelected ? theme::selection() : theme::hover());
-    painter.setRenderHint(QPainter::Antialiasing);
+    paintGround(painter, option.rect, option, name);
     paintName(painter, area, isSelected, name);
     painter.restore();
 }
 
-void ResultRowDelegate::paintGroup(QPainter &painter, const QRect &area,
+void ResultRowDelegate::paintGroup(QPainter &painter, const QRect &area, bool isSelected,
                                    const QModelIndex &index) const {
     const auto category =
         std::min<std::size_t>(index.data(m_form.categoryRole).toUInt(), groupImages.size() - 1);
-    const QRect icon = middle(area, iconSide);
+    const QRect icon = middle(area, isSelected ? selectedIconSide : iconSide);
     paintImage(painter, QLatin1String(groupImages[category]), mirrored(area, icon));
-    Line line(painter, area, area.adjusted(icon.right() - area.left() + 3 * theme::grid, 0, 0, 0));
-    line.add(index.data().toString(), theme::font(13, true), theme::text());
+    Line line(painter, area, area.adjusted(nameLeft(), 0, 0, 0));
+    line.add(index.data().toString(), font(isSelected), theme::text());
 }
 
 void ResultRowDelegate::paintName(QPainter &painter, const QRect &area, bool isSelected,
                                   const QModelIndex &index) const {
     if (m_form.groupRole >= 0 && index.data(m_form.groupRole).toBool()) {
-        paintGroup(painter, area, index);
+        paintGroup(painter, area, isSelected, index);
         return;
     }
     const auto path = paths::fromVariant(index.data(m_form.pathRole));
-    const QRect icon = middle(area, iconSide);
+    const QRect icon = middle(area, isSelected ? selectedIconSide : iconSide);
     m_icons.icon(path, index.data(m_form.directoryRole).toBool())
         .paint(&painter, mirrored(area, icon));
-    const QFont small = theme::font(11);
-    const QString failure = index.data(m_form.failureRole).toString();
-    const QString holder =
-        m_form.holderRole >= 0 ? index.data(m_form.holderRole).toString() : QString();
-    const QString note = !failure.isEmpty() ? failure
+    const QFont small = theme::font(noteSize);
+    const bool hasFailed = !index.data(m_form.failureRole).toString().isEmpty();
+    const QString holder = index.data(m_form.holderRole).toString();
+    const QString note = hasFailed ? localizedText(index.data(m_form.reasonRole).toString())
                          : holder.isEmpty() ? QString()
                                             : localizedText("IN_USE_BY").arg(holder);
+    const QRect room = area.adjusted(nameLeft(), 0, -2 * theme::grid, 0);
     const int noteWidth =
         note.isEmpty() ? 0
-                       : std::min(QFontMetrics(small).horizontalAdvance(note) + 4 * theme::grid,
-                                  area.width() / 2);
-    Line line(painter, area,
-              area.adjusted(icon.right() - area.left() + 3 * theme::grid, 0, -2 * theme::grid, 0));
-    // The selected row stands out by a heavier name.
-    line.add(paths::display(paths::lastComponent(path)), theme::font(12, isSelected), theme::text(),
-             Qt::ElideMiddle, noteWidth);
-    line.add(note, small, failure.isEmpty() ? theme::accent() : theme::danger(), Qt::ElideRight);
+                       : std::min(QFontMetrics(small).horizontalAdvance(note) + 2 * theme::grid,
+                                  room.width() * (100 - nameShare) / 100);
+    Line line(painter, area, room);
+    line.add(paths::display(paths::lastComponent(path)), font(isSelected),
+             isSelected ? theme::text() : theme::secondary(), Qt::ElideMiddle, noteWidth);
+    line.add(note, small,
+             isSelected  ? theme::text()
+             : hasFailed ? theme::dangerText()
+                         : theme::accent(),
+             Qt::ElideRight);
     if (note.isEmpty() && line.room() >= theme::height(leastFolderWidth))
-        line.add(paths::display(paths::parent(path)), small, theme::secondary(), Qt::ElideLeft);
+        line.add(paths::displayFromHome(paths::parent(path)), small, theme::secondary(),
+                 Qt::ElideLeft);
 }
 
 bool ResultRowDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,

@@ -19,11 +19,16 @@ struct ResultRowForm {
     int groupRole = -1;
     int categoryRole = -1;
     int imageRole = -1; ///< of the open column
+    int reasonRole = -1;
+    int shareRole = -1;
+    double fontSize = 12;
+    double selectedFontSize = 13.5;
+    bool isBold = false;
 };
 
 /// Paints the rows of the outline and of the category lists: check box, icon, name with its folder,
-/// and what is to be said of the item. Everything is plain text. A row that failed says why, in the
-/// colour of danger.
+/// and what is to be said of the item, over a bar as long as its share. Everything is plain text. A
+/// row that failed says why in two or three words; they are whole in the tool tip.
 class ResultRowDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -50,7 +55,11 @@ private:
                    const QModelIndex &index) const;
     void paintSpanned(QPainter &painter, const QStyleOptionViewItem &option,
                       const QModelIndex &index) const;
-    void paintGroup(QPainter &painter, const QRect &area, const QModelIndex &index) const;
+    void paintGroup(QPainter &painter, const QRect &area, bool isSelected,
+                    const QModelIndex &index) const;
+    void paintGround(QPainter &painter, const QRect &area, const QStyleOptionViewItem &option,
+                     const QModelIndex &index) const;
+    QFont font(bool isSelected) const;
 
     const ResultRowForm m_form;
     mutable FileIcons m_icons;

@@ -16,6 +16,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QPainter>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -36,7 +37,11 @@ ResultRowForm outlineForm() {
     form.pathRole = CleanOutlineModel::PathRole;
     form.directoryRole = CleanOutlineModel::IsDirectoryRole;
     form.failureRole = CleanOutlineModel::FailureRole;
+    form.reasonRole = CleanOutlineModel::ReasonRole;
     form.holderRole = CleanOutlineModel::HolderRole;
+    form.shareRole = CleanOutlineModel::ShareRole;
+    form.fontSize = 11;
+    form.isBold = true;
     form.groupRole = CleanOutlineModel::IsGroupRole;
     form.categoryRole = CleanOutlineModel::CategoryRole;
     return form;
@@ -50,6 +55,9 @@ ResultRowForm listForm() {
     form.pathRole = CategoryListModel::PathRole;
     form.directoryRole = CategoryListModel::IsDirectoryRole;
     form.failureRole = CategoryListModel::FailureRole;
+    form.reasonRole = CategoryListModel::ReasonRole;
+    form.holderRole = CategoryListModel::HolderRole;
+    form.shareRole = CategoryListModel::ShareRole;
     form.imageRole = CategoryListModel::ImageRole;
     return form;
 }
@@ -75,17 +83,21 @@ ResultView::ResultView(const ResultRowForm &form, QWidget *parent)
     m_header->setSectionResizeMode(QHeaderView::Fixed);
 }
 
-void ResultView::setColumns(int name, std::vector<Column> columns) {
+void ResultView::setColumns(int name, int size, std::vector<Column> columns) {
     m_columns = std::move(columns);
     m_header->setSectionResizeMode(QHeaderView::Fixed);
     m_header->setSectionResizeMode(name, QHeaderView::Stretch);
-    m_header->setSortIndicator(-1, Qt::AscendingOrder);
+    m_header->setSortIndicator(size, Qt::DescendingOrder);
     setSortingEnabled(true);
     theme::keep(this, [this] {
         // The size of a list's rows is asked for once, until its layout is made anew.
         scheduleDelayedItemsLayout();
         fitColumns();
     });
+}
+
+void ResultView::sortAgain() {
+    model()->sort(m_header->sortIndicatorSection(), m_header->sortIndicatorOrder());
 }
 
 void ResultView::fitColumns() {
@@ -171,7 +183,7 @@ OutlineView::OutlineView(CleanOutlineController &outline, QWidget *parent)
     setModel(&m_outline.model());
     setTreePosition(CleanOutlineModel::NameColumn);
     setIndentation(5 * theme::grid);
-    setColumns(CleanOutlineModel::NameColumn,
+    setColumns(CleanOutlineModel::NameColumn, CleanOutlineModel::FileSize,
                {{CleanOutlineModel::Checkbox, {}, false},
                 {CleanOutlineModel::FileSize, theme::widestSize(), false},
                 {CleanOutlineModel::allSelectNum, QStringLiteral("88888/88888"), true},
@@ -222,6 +234,41 @@ void OutlineView::expandFirst() {
         setCurrentIndex(first);
 }
 
+void OutlineView::followFilter() {
+    const bool isFiltered = !m_outline.model().filter().isEmpty();
+    const bool begins = isFiltered && !m_openBefore;
+    std::set<unsigned> open;
+    for (int row = 0; row < model()->rowCount(); ++row) {
+        const QModelIndex group = model()->index(row, 0);
+        const unsigned category = group.data(CleanOutlineModel::CategoryRole).toUInt();
+        if (begins && isExpanded(group))
+            open.insert(category);
+        const bool hasMatch = model()->rowCount(group) > 0;
+        setRowHidden(row, {}, isFiltered && !hasMatch);
+        if (isFiltered)
+            setExpanded(group, hasMatch);
+        else if (m_openBefore)
+            setExpanded(group, m_openBefore->contains(category));
+    }
+    if (begins)
+        m_openBefore = std::move(open);
+    else if (!isFiltered)
+        m_openBefore.reset();
+    viewport()->update();
+}
+
+void OutlineView::paintEvent(QPaintEvent *event) {
+    ResultView::paintEvent(event);
+    if (m_outline.model().filter().isEmpty() || m_outline.model().hasShownLeaves())
+        return;
+    QPainter painter(viewport());
+    painter.setPen(theme::secondary());
+    painter.setFont(theme::font(13));
+    painter.drawText(viewport()->rect().adjusted(4 * theme::grid, 4 * theme::grid, -4 * theme::grid,
+                                                 -4 * theme::grid),
+                     Qt::AlignCenter | Qt::TextWordWrap, localizedText("FILTER_NO_MATCH"));
+}
+
 void OutlineView::tickSelection() {
     const QModelIndexList rows = selectionModel()->selectedRows();
     if (rows.size() <= 1) {
@@ -266,9 +313,10 @@ CategoryView::CategoryView(CategoryListModel &list, QWidget *parent)
     setModel(&m_list);
     setRootIsDecorated(false);
     setItemsExpandable(false);
-    setColumns(CategoryListModel::Name, {{CategoryListModel::checkBox, {}, false},
-                                         {CategoryListModel::Size, theme::widestSize(), false},
-                                         {CategoryListModel::openFiled, {}, false}});
+    setColumns(CategoryListModel::Name, CategoryListModel::Size,
+               {{CategoryListModel::checkBox, {}, false},
+                {CategoryListModel::Size, theme::widestSize(), false},
+                {CategoryListModel::openFiled, {}, false}});
     m_header->setCheckState(m_list.selectButton() ? Qt::Checked : Qt::Unchecked);
     connect(m_header, &CheckHeader::checkBoxClicked, &m_list,
             &CategoryListModel::cleanShowSelectNumInBottom);

@@ -3,6 +3,8 @@
 #include <QTreeView>
 
 #include <filesystem>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -22,6 +24,8 @@ class ResultView : public QTreeView {
 
 public:
     CheckHeader &checkHeader() { return *m_header; }
+    /// After a scan, which lists in its own order.
+    void sortAgain();
 
 protected:
     ResultView(const ResultRowForm &form, QWidget *parent);
@@ -32,8 +36,8 @@ protected:
         bool isOptional; ///< goes where the names would have too little room
     };
     /// The columns beside that of the names, which takes what they leave; the last optional one
-    /// goes first. Once, with the model set.
-    void setColumns(int name, std::vector<Column> columns);
+    /// goes first. Sorted by the size, the largest first. Once, with the model set.
+    void setColumns(int name, int size, std::vector<Column> columns);
 
     void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -67,6 +71,9 @@ public:
     explicit OutlineView(CleanOutlineController &outline, QWidget *parent = nullptr);
 
     void expandFirst();
+    /// The model has another filter: groups with a match are open, and those without out of the
+    /// way. What was open before comes back with the last letter that is taken away.
+    void followFilter();
 
 protected:
     void tickSelection() override;
@@ -76,11 +83,13 @@ protected:
     QString pathText() const override;
 
 private:
+    void paintEvent(QPaintEvent *event) override;
     void showAllState();
     void rememberPlace();
     void keepPlace();
 
     CleanOutlineController &m_outline;
+    std::optional<std::set<unsigned>> m_openBefore; // the categories, while there is a filter
     int m_group = -1; // where the current row was, before the rows changed
     int m_leaf = -1;
 };

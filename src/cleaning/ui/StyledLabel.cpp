@@ -8,6 +8,8 @@ namespace brightsweep {
 
 namespace {
 
+constexpr double outcomeSize = 24;
+
 QString html(const QString &text, const QFont &font, const QColor &color) {
     return QStringLiteral("<span style=\"font-size:%1pt; font-weight:%2; color:%3\">%4</span>")
         .arg(font.pointSizeF())
@@ -43,9 +45,12 @@ void StyledLabel::render() {
         const int from = std::clamp(span.start, place, end);
         const int to = std::clamp(span.start + span.length, from, end);
         plain(from);
+        const double size = m_text.isOutcome ? outcomeSize
+                            : span.size > 0  ? span.size
+                                             : m_text.size;
         rich +=
-            html(m_text.text.mid(from, to - from),
-                 theme::font(span.size > 0 ? span.size : m_text.size, span.bold), theme::accent());
+            html(m_text.text.mid(from, to - from), theme::font(size, span.bold || m_text.isOutcome),
+                 m_text.isOutcome ? theme::ok() : theme::accent());
         place = to;
     }
     plain(end);

@@ -1,0 +1,163 @@
+// What the clean page looks like and asks.
+#include "CleanPageView.h"
+#include "cleaning/CategoryListModel.h"
+#include "cleaning/ui/CheckHeader.h"
+#include "cleaning/ui/ResultRowDelegate.h"
+#include "support/TextRecorder.h"
+#include "ui/FocusFrame.h"
+#include "ui/Theme.h"
+
+#include <QLabel>
+#include <QStandardItemModel>
+
+#include <cmath>
+
+namespace brightsweep {
+namespace {
+
+using test::CleanPageView;
+using State = NewMainViewController::State;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+struct SheetAnswer {
+    const char *name; ///< null: a key
+    Qt::Key key;
+    std::size_t gone;
+    State after;
+};
+
+class DownloadsSheet : public CleanPageView, public testing::WithParamInterface<SheetAnswer> {};
+
+TEST_P(DownloadsSheet, EachAnswerDoesWhatItSays) {
+    at->tick({3, 5});
+    before = at->machine.state();
+    find<QPushButton>("cleanButton")->click();
+    ASSERT_TRUE(sheet());
+    const auto button = [&](const char *name) {
+        return sheet()->findChild<QPushButton *>(QStringLiteral("alert.") + QLatin1String(name));
+    };
+    button("Open Downloads")->click();
+    EXPECT_THAT(said, ElementsAre("open Downloads"));
+    ASSERT_TRUE(sheet());
+    EXPECT_TRUE(button("Cancel")->isDefault());
+    EXPECT_LT(button("Cancel")->x(), button("No")->x()) << "what removes stands at the right";
+    const auto tip = [&](const char *name) { return button(name)->toolTip().toStdString(); };
+    EXPECT_THAT(tip("Yes"), HasSubstr("all 6 ticked items"));
+    EXPECT_THAT(tip("No"), HasSubstr("the other 4 items"));
+    EXPECT_EQ(at->page.state(), State::Warning);
+    if (GetParam().name)
+        answer(GetParam().name);
+    else
+        QTest::keyClick(button("Yes"), GetParam().key); // no yes by the keyboard alone
+    test::waitUntil([&] { return at->page.state() == State::Results; });
+    EXPECT_EQ(gone().size(), GetParam().gone);
+    EXPECT_EQ(ticked(), GetParam().name ? 0u : 6u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Answers, DownloadsSheet,
+                         testing::Values(SheetAnswer{"Yes", {}, 8, State::Results},
+                                         SheetAnswer{"No", {}, 5, State::Results},
+                                         SheetAnswer{nullptr, Qt::Key_Return, 0, State::Results},
+                                         SheetAnswer{nullptr, Qt::Key_Escape, 0, State::Results}),
+                         [](const auto &answer) {
+                             return answer.param.name                    ? answer.param.name
+                                    : answer.param.key == Qt::Key_Return ? "Enter"
+                                                                         : "Closed";
+                         });
+
+TEST_F(CleanPageView, ResultsComeLargestFirstWithTheirShares) {
+    test::TestTree(test::TestEnvironment::current().home()).sparseFile(".cache/large", 40'000);
+    at->scan();
+    CleanResultsPanel fresh(at->page);
+    EXPECT_EQ(nameOf(leaf(0)), "large");
+    EXPECT_NEAR(leaf(0).data(CleanOutlineModel::ShareRole).toDouble(), 0.4, 0.05);
+    at->page.shouldSelectRowWithArray(2);
+    QAbstractItemModel &list = at->page.list(1);
+    EXPECT_EQ(nameOf(list.index(0, 0)), "large");
+    EXPECT_NEAR(list.index(0, 0).data(CategoryListModel::ShareRole).toDouble(), 0.4, 0.05);
+    QHeaderView &header = fresh.findChild<OutlineView *>()->checkHeader();
+    for (const int column : {CleanOutlineModel::NameColumn, CleanOutlineModel::FileSize}) {
+        const QPoint title(header.sectionViewportPosition(column) + 5, 5);
+        QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, title);
+    }
+    EXPECT_EQ(header.sortIndicatorOrder(), Qt::DescendingOrder);
+}
+
+TEST_F(CleanPageView, AFilterOpensWhatMatchesAndEscClearsIt) {
+    outline->collapse(group());
+    press(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(panel->focusWidget(), find<QLineEdit>("clean.filter"));
+    filter("item 15");
+    EXPECT_TRUE(outline->isExpanded(group()));
+    EXPECT_TRUE(outline->isRowHidden(model().rowCount() - 1, {}));
+    filter("no such name");
+    EXPECT_TRUE(test::TextRecorder(*outline).shows(QStringLiteral("No name matches the filter.")));
+    press(Qt::Key_Escape);
+    test::waitUntil([&] { return at->page.outline().model().filter().isEmpty(); });
+    EXPECT_FALSE(outline->isExpanded(group())) << "as it was";
+    EXPECT_FALSE(outline->isRowHidden(model().rowCount() - 1, {}));
+}
+
+TEST_F(CleanPageView, AnEmptyCategorySaysSoAndLeadsBack) {
+    at->tick({3});
+    find<QPushButton>("cleanButton")->click();
+    test::waitUntil([&] { return at->page.outcome() == CleanOutcome::Cleaned; });
+    // What was freed stands once, larger than all else.
+    const CleanStyledText line = at->page.controls().stateTextField;
+    EXPECT_TRUE(line.isOutcome);
+    EXPECT_FALSE(find<QLabel>("clean.sum")->isVisible());
+    at->page.shouldSelectRowWithArray(4);
+    auto *const act = find<QPushButton>("clean.outcomeAct");
+    ASSERT_TRUE(act->isVisible());
+    act->setFocus();
+    press(Qt::Key_Return);
+    EXPECT_EQ(at->page.selectRowNum(), 0);
+    EXPECT_FALSE(act->isVisible());
+}
+
+TEST_F(CleanPageView, OnlyTheKeyboardFramesAList) {
+    auto *const left = find<QWidget>("leftList");
+    outline->setFocus(Qt::MouseFocusReason);
+    EXPECT_FALSE(FocusFrame::isShown(*outline));
+    left->setFocus(Qt::MouseFocusReason);
+    outline->setFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(FocusFrame::isShown(*outline));
+}
+
+// A row of a list of its own, with the reason as its fourth role.
+TEST(ResultRow, AFailedOneKeepsItsNameAndSaysWhyReadably) {
+    enum { Path = Qt::UserRole, Directory, Failure, Reason };
+    ResultRowForm form;
+    form.pathRole = Path;
+    form.directoryRole = Directory;
+    form.failureRole = Failure;
+    form.reasonRole = Reason;
+    QStandardItemModel model(1, 2);
+    const QModelIndex row = model.index(0, form.nameColumn);
+    model.setData(row, paths::toVariant("/x/" + std::string(200, 'n')), Path);
+    model.setData(row, QString(300, u'f'), Failure);
+    model.setData(row, QStringLiteral("FAILED_RIGHTS"), Reason);
+    QTreeView view;
+    view.setItemDelegate(new ResultRowDelegate(form, &view));
+    view.setModel(&model);
+    view.resize(420, 120);
+    view.show();
+    const test::TextRecorder drawn(view);
+    EXPECT_TRUE(drawn.shows(QStringLiteral("needs admin")));
+    EXPECT_THAT(drawn.faults(), IsEmpty());
+    const auto luminance = [](const QColor &color) {
+        const auto linear = [](double part) {
+            return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+               0.0722 * linear(color.blueF()) + 0.05;
+    };
+    for (const QColor &ground : {theme::window(), theme::hover()})
+        EXPECT_GT(luminance(theme::dangerText()) / luminance(ground), 4.0);
+}
+
+} // namespace
+} // namespace brightsweep
