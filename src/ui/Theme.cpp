@@ -3,6 +3,7 @@
 #include "core/Texts.h"
 #include "platform/Platform.h"
 #include "ui/FocusFrame.h"
+#include "ui/IconTheme.h"
 #include "ui/StyleSheet.h"
 
 #include <QApplication>
@@ -182,6 +183,7 @@ void apply(QApplication &application, const Hints &hints) {
     state().appearance = hints;
     state().appearance.textScale = std::clamp(hints.textScale, 0.5, 3.0);
     QPixmapCache::clear();
+    useDarkIconTheme();
     if (QStyle *style = QStyleFactory::create(QStringLiteral("Fusion")))
         QApplication::setStyle(style);
     QApplication::setPalette(palette());

@@ -2,9 +2,11 @@
 #include "CleanPageView.h"
 #include "cleaning/CategoryListModel.h"
 #include "cleaning/ui/CheckHeader.h"
+#include "cleaning/ui/FileIcons.h"
 #include "cleaning/ui/ResultRowDelegate.h"
 #include "support/TextRecorder.h"
 #include "ui/FocusFrame.h"
+#include "ui/IconTheme.h"
 #include "ui/Theme.h"
 
 #include <QLabel>
@@ -125,6 +127,34 @@ TEST_F(CleanPageView, OnlyTheKeyboardFramesAList) {
     left->setFocus(Qt::MouseFocusReason);
     outline->setFocus(Qt::TabFocusReason);
     EXPECT_TRUE(FocusFrame::isShown(*outline));
+}
+
+// A theme for a light desktop, on the program's dark ground.
+TEST(FileIcons, WhatCouldNotBeSeenIsDrawnByOurOwnImages) {
+    const test::TestTree themes(test::TestEnvironment::current().home());
+    const std::string file = "/16x16/mimetypes/text-x-generic.svg";
+    for (const auto &[theme, color] : {std::pair("pale", "#202028"), {"pale-dark", "#e0e0e0"}}) {
+        test::TestTree(themes).file(std::string(theme) + "/index.theme",
+                                    "[Icon Theme]\nName=x\nDirectories=16x16/mimetypes\n\n"
+                                    "[16x16/mimetypes]\nSize=16\nType=Scalable\n");
+        test::TestTree(themes).file(
+            theme + file, "<svg xmlns='http://www.w3.org/2000/svg' width='16' height='16'>"
+                          "<rect width='16' height='16' fill='" +
+                              std::string(color) + "'/></svg>");
+    }
+    const QString usual = QIcon::themeName();
+    const QStringList places = QIcon::themeSearchPaths();
+    QIcon::setThemeSearchPaths({paths::display(themes.path(""))});
+    QIcon::setThemeName(QStringLiteral("pale"));
+    FileIcons icons;
+    const auto middle = [&] {
+        return icons.icon("/x/notes.txt", false).pixmap(24, 24).toImage().pixelColor(2, 2);
+    };
+    EXPECT_NE(middle(), QColor(0x20, 0x20, 0x28)) << "our own";
+    useDarkIconTheme();
+    EXPECT_EQ(middle(), QColor(0xe0, 0xe0, 0xe0)) << "the dark sister";
+    QIcon::setThemeSearchPaths(places);
+    QIcon::setThemeName(usual);
 }
 
 // A row of a list of its own, with the reason as its fourth role.

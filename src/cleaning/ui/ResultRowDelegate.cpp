@@ -179,7 +179,9 @@ void ResultRowDelegate::paintGroup(QPainter &painter, const QRect &area, bool is
     const auto category =
         std::min<std::size_t>(index.data(m_form.categoryRole).toUInt(), groupImages.size() - 1);
     const QRect icon = middle(area, isSelected ? selectedIconSide : iconSide);
-    paintImage(painter, QLatin1String(groupImages[category]), mirrored(area, icon));
+    const QString name =
+        QString::fromStdString(paths::fromVariant(index.data(m_form.iconRole)).string());
+    m_icons.named(name, groupImages[category]).paint(&painter, mirrored(area, icon));
     Line line(painter, area, area.adjusted(nameLeft(), 0, 0, 0));
     line.add(index.data().toString(), font(isSelected), theme::text());
 }

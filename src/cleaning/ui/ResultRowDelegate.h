@@ -18,6 +18,7 @@ struct ResultRowForm {
     int holderRole = -1; ///< -1: the model has none
     int groupRole = -1;
     int categoryRole = -1;
+    int iconRole = -1;  ///< of a group, its name in the icon theme
     int imageRole = -1; ///< of the open column
     int reasonRole = -1;
     int shareRole = -1;

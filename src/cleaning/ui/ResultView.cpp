@@ -44,6 +44,7 @@ ResultRowForm outlineForm() {
     form.isBold = true;
     form.groupRole = CleanOutlineModel::IsGroupRole;
     form.categoryRole = CleanOutlineModel::CategoryRole;
+    form.iconRole = CleanOutlineModel::IconRole;
     return form;
 }
 
