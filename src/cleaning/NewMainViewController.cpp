@@ -151,12 +151,11 @@ void NewMainViewController::scanItemGetScanBtn(const Notification &) {
 }
 
 void NewMainViewController::scanButtonAction() {
-    m_isFirstComeIn = false;
-    m_isShowCleanedSize = false;
+    m_showCleanedSize.reset();
     if (m_state == State::Scanning || m_state == State::Stopping) {
         // It marks the workers and ends none of them; clickStopScanBtn() is what stops.
         m_controls.scanButton.enabled = false;
-        for (const unsigned index : scanObjsArr)
+        for (const unsigned index : m_run.scanObjsArr)
             tableControllers[index]->cancelScanTask();
         Q_EMIT controlsChanged();
         return;
@@ -170,20 +169,20 @@ void NewMainViewController::scanButtonAction() {
     m_controls.scanButton.image = QStringLiteral("back_index.png");
     m_controls.stopScanBtn = {};
     m_controls.freeSpaceLine.clear();
-    scanObjsArr.clear();
+    m_run = {};
+    m_run.kind = Run::Kind::Scan;
     m_selection->reload();
     m_customTableView->comeBackStringValue();
     m_customTableView->setIsCleanInfo(false);
     m_customTableView->setProImageNum(0);
-    m_finishScanCount = categoryCount;
-    m_isScaned = true;
+    m_run.finishScanCount = categoryCount;
     // All six, whatever their ticks: those decide only which rows come up ticked.
     for (unsigned index = 0; index < categoryCount; ++index) {
         V3MainListView &view = *allNewViewArr[index];
         view.setCheckBoxHidden(true);
         view.startPrograssAnimation();
         view.setSizeStrLabelString(QStringLiteral("0.00KB"));
-        scanObjsArr.push_back(index);
+        m_run.scanObjsArr.push_back(index);
         view.bind(*tableControllers[index]);
         std::vector<LeftOutFolder> leftOut;
         auto folders = FolderUtilities::getFolderPath(index, &leftOut);
@@ -202,7 +201,7 @@ void NewMainViewController::clickStopScanBtn() {
     m_controls.scanProgressShown = false;
     m_controls.stopScanBtn = {false, true, {}};
     m_controls.stopTextShown = true;
-    for (const unsigned index : scanObjsArr)
+    for (const unsigned index : m_run.scanObjsArr)
         tableControllers[index]->stopScan();
     Q_EMIT controlsChanged();
 }
@@ -218,7 +217,7 @@ void NewMainViewController::restart() {
 
 void NewMainViewController::scanFinished() {
     Q_EMIT prograssShowDependChangeSize(1);
-    if (--m_finishScanCount == 0)
+    if (--m_run.finishScanCount == 0)
         endScan();
 }
 
@@ -226,7 +225,7 @@ void NewMainViewController::endScan() {
     m_customTableView->setProImageNum(100);
     m_selection->reload();
     const bool anySelected = m_selection->returnSelectNum() >= 1;
-    for (const unsigned index : scanObjsArr) {
+    for (const unsigned index : m_run.scanObjsArr) {
         V3MainListView &view = *allNewViewArr[index];
         view.unbind();
         view.setCheckBoxHidden(false);
@@ -277,7 +276,7 @@ void NewMainViewController::setCleanButtonState() {
 // yet, and nothing of them is stored; during a clean the rows are the worker's.
 void NewMainViewController::cleanShowSelectNumCommAction() {
     const bool scanning = m_state == State::Scanning || m_state == State::Stopping;
-    if (!m_isFirstComeIn && !scanning && m_isCleanFinshed) {
+    if (m_run.kind != Run::Kind::None && !scanning && isCleanFinshed()) {
         const auto states = m_selection->store();
         for (unsigned index = 0; index < categoryCount; ++index)
             allNewViewArr[index]->refCheckBoxInMainView(states[index]);
@@ -287,7 +286,7 @@ void NewMainViewController::cleanShowSelectNumCommAction() {
 
 void NewMainViewController::refreshCounters() {
     const CleanSelection::Counts all = m_selection->counts();
-    const bool free = m_isCleanFinshed && m_state != State::Scanning && m_state != State::Stopping;
+    const bool free = isCleanFinshed() && m_state != State::Scanning && m_state != State::Stopping;
     m_selectCount2Clean = all.selected;
     m_allSelectTotalSize = all.bytes;
     m_controls.trashFileNumTF = readersNumber(all.selected);
@@ -310,7 +309,7 @@ void NewMainViewController::refreshCounters() {
 
 void NewMainViewController::changeStateTextFeild(const CleanStyledText &text) {
     m_controls.stateTextField = text;
-    m_controls.stateTextHidden = m_isFirstComeIn || !m_parts.stateLine;
+    m_controls.stateTextHidden = m_run.kind == Run::Kind::None || !m_parts.stateLine;
     Q_EMIT controlsChanged();
 }
 
@@ -368,7 +367,7 @@ void NewMainViewController::quickCleanEnded(const Notification &notification) {
     postStartupVolume();
     Q_EMIT headingChanged();
     // Before the first scan there is no list.
-    if (m_isFirstComeIn || notification.userInfo.value(object).toULongLong() == 0)
+    if (m_run.kind == Run::Kind::None || notification.userInfo.value(object).toULongLong() == 0)
         return;
     m_isOutdated = true;
     Q_EMIT controlsChanged();
@@ -383,7 +382,7 @@ void NewMainViewController::shouldSelectRow(const Notification &notification) {
 }
 
 void NewMainViewController::shouldSelectRowWithArray(int row) {
-    if (!m_isCleanFinshed)
+    if (!isCleanFinshed())
         return;
     NSLog("row :%d", row);
     m_selectRowNum = row;
@@ -403,8 +402,8 @@ void NewMainViewController::shouldSelectRowWithArray(int row) {
     Q_EMIT partsChanged();
     Q_EMIT headingChanged();
     setCleanButtonState();
-    if (row == 0 && m_isShowCleanedSize)
-        changeStateTextFeild(cleanPageTexts::cleanedLine(m_showCleanedSize));
+    if (row == 0 && m_showCleanedSize)
+        changeStateTextFeild(cleanPageTexts::cleanedLine(*m_showCleanedSize));
 }
 
 void NewMainViewController::readHistory() {

@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace brightsweep {
@@ -82,7 +83,7 @@ public:
     CleanOutlineController &outline() { return *m_outline; }
     PadlockController &padlock() { return m_padlock; }
     int selectRowNum() const { return m_selectRowNum; }
-    bool isCleanFinshed() const { return m_isCleanFinshed; }
+    bool isCleanFinshed() const { return m_state != State::Warning && m_state != State::Cleaning; }
     /// What is ticked of one category.
     CleanSelection::Counts selected(unsigned category) const {
         return m_selection->counts(category);
@@ -90,7 +91,7 @@ public:
     std::size_t selectCount2Clean() const { return m_selectCount2Clean; }
     std::uint64_t allSelectTotalSize() const { return m_allSelectTotalSize; }
     /// The last clean of all, as the page's words add up.
-    std::uint64_t showCleanedSize() const { return m_showCleanedSize; }
+    std::uint64_t showCleanedSize() const { return m_showCleanedSize.value_or(0); }
 
     // -- What the user does
     void clickScanBtn();
@@ -144,6 +145,16 @@ Q_SIGNALS:
     void restartRequested();
 
 private:
+    /// The scan or clean under way, else the last one.
+    struct Run {
+        enum class Kind { None, Scan, CleanAll, CleanOne };
+        Kind kind = Kind::None;
+        std::vector<unsigned> scanObjsArr; ///< its categories, by index
+        std::size_t finishScanCount = 0;   ///< how many of them have not ended
+        QStringList sizeArr;               ///< the rows' sizes before a clean, by category
+        QString freeBefore;                ///< the free space before a clean, in words
+    };
+
     using Handler = void (NewMainViewController::*)(const Notification &);
     void observe(QLatin1String name, Handler handler);
     void callBackCheckBoxClick(const Notification &notification);
@@ -173,7 +184,9 @@ private:
     std::shared_ptr<RemovalRun> beginRun();
     void startClean(unsigned categories, bool allRunDown);
     void oneScanButtonAction();
-    void beginClean();
+    void beginClean(Run::Kind kind);
+    void startCategory(unsigned index, const std::shared_ptr<RemovalRun> &run);
+    void enterCleaning();
     void callOff();
     void cleanFinished();
     void endClean();
@@ -193,37 +206,26 @@ private:
     CleanPageControls m_controls;
     CleanPageParts m_parts;
     CleanOutcome m_outcome = CleanOutcome::None;
+    Run m_run;
     PadlockController m_padlock;
 
     std::vector<std::unique_ptr<V3MainListView>> allNewViewArr; // outlive the scanners
     std::vector<std::unique_ptr<ScanViewController>> tableControllers;
     std::vector<std::unique_ptr<CategoryListModel>> m_lists;
-    std::vector<unsigned> scanObjsArr; // the run under way, by index
     std::unique_ptr<CleanSelection> m_selection;
     std::unique_ptr<CleanOutlineController> m_outline;
     std::unique_ptr<CustomTableView> m_customTableView;
     std::unique_ptr<NewLeftCustomTableView> m_newCustomTableView;
 
-    QStringList sizeArr; // the rows' sizes before a clean
-    QString oneSizeStr;
     QString freeString;
     QString totleString;
-    QString m_freeBefore;
     std::uint64_t m_recoveredSize = 0; ///< by the last clean, as the history has it
     QDateTime m_recoveredDate;
-    std::uint64_t m_finishScanCount = 0;
-    std::uint64_t m_allCleanedSize = 0;
-    std::uint64_t m_showCleanedSize = 0;
+    std::optional<std::uint64_t> m_showCleanedSize; ///< none since the last scan began
     std::uint64_t m_allSelectTotalSize = 0;
     std::size_t m_selectCount2Clean = 0;
     int m_view4FastClean = 0;
     int m_selectRowNum = 0;
-    unsigned m_mainViewOneCleanRow = 0;
-    bool m_isFirstComeIn = true;
-    bool m_isScaned = false;
-    bool m_isShowCleanedSize = false;
-    bool m_isCleanFinshed = true;
-    bool m_isOneCleanButton = false;
     bool m_needsRestart = false;
     bool m_isOutdated = false;
 };

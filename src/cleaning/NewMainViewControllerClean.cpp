@@ -42,22 +42,20 @@ void NewMainViewController::cleanButtonActionInfo() {
     allCleanButtonActionInfo();
 }
 
-void NewMainViewController::beginClean() {
-    m_isCleanFinshed = false;
+void NewMainViewController::beginClean(Run::Kind kind) {
+    m_run = {};
+    m_run.kind = kind;
+    for (const auto &view : allNewViewArr)
+        m_run.sizeArr += view->sizeLabel();
     m_customTableView->setRowsEnabled(false);
-    m_finishScanCount = 0;
-    scanObjsArr.clear();
     m_controls.cleanButton.enabled = false;
     m_controls.oneListCleanButton.enabled = false;
     m_controls.scanButton.enabled = false;
-    m_freeBefore = postStartupVolume();
+    m_run.freeBefore = postStartupVolume();
 }
 
 void NewMainViewController::allCleanButtonActionInfo() {
-    sizeArr.clear();
-    for (const auto &view : allNewViewArr)
-        sizeArr += view->sizeLabel();
-    beginClean();
+    beginClean(Run::Kind::CleanAll);
     m_customTableView->setIsCleanInfo(true);
     m_customTableView->setTotalSelectNum(0);
     m_customTableView->setSelectTotalSize(m_allSelectTotalSize);
@@ -81,21 +79,28 @@ std::shared_ptr<RemovalRun> NewMainViewController::beginRun() {
     return std::move(begun.run);
 }
 
+void NewMainViewController::enterCleaning() {
+    setState(State::Cleaning);
+    m_controls.backButton.enabled = false;
+    m_controls.outlineEnabled = false;
+    setTicksEnabled(false);
+}
+
+void NewMainViewController::startCategory(unsigned index, const std::shared_ptr<RemovalRun> &run) {
+    m_run.scanObjsArr.push_back(index);
+    allNewViewArr[index]->bind(*tableControllers[index]);
+    tableControllers[index]->beginCleanTask(run);
+}
+
 // The first ones of the categories; all of them start, also those with nothing ticked.
 void NewMainViewController::startClean(unsigned categories, bool allRunDown) {
     const auto run = beginRun();
     if (!run)
         return;
-    setState(State::Cleaning);
-    m_controls.backButton.enabled = false;
-    m_controls.outlineEnabled = false;
-    setTicksEnabled(false);
-    m_isScaned = false;
-    m_finishScanCount = categories;
+    enterCleaning();
+    m_run.finishScanCount = categories;
     for (unsigned index = 0; index < categories; ++index) {
-        scanObjsArr.push_back(index);
-        allNewViewArr[index]->bind(*tableControllers[index]);
-        tableControllers[index]->beginCleanTask(run);
+        startCategory(index, run);
         if (allRunDown || m_selection->counts(index).selected > 0)
             allNewViewArr[index]->minishPrograss();
     }
@@ -103,12 +108,12 @@ void NewMainViewController::startClean(unsigned categories, bool allRunDown) {
 }
 
 void NewMainViewController::alertWindowYesButtonAction() {
-    if (!refuseUnless(m_state == State::Warning && !m_isOneCleanButton, "an answer"))
+    if (!refuseUnless(m_state == State::Warning && m_run.kind == Run::Kind::CleanAll, "an answer"))
         startClean(allCategories, true);
 }
 
 void NewMainViewController::alertWindowNoButtonAction() {
-    if (refuseUnless(m_state == State::Warning && !m_isOneCleanButton, "an answer"))
+    if (refuseUnless(m_state == State::Warning && m_run.kind == Run::Kind::CleanAll, "an answer"))
         return;
     m_selection->tickAll(downloads, false);
     m_outline->constructTree();
@@ -121,8 +126,6 @@ void NewMainViewController::alertWindowCalledOff() {
 }
 
 void NewMainViewController::callOff() {
-    sizeArr.clear();
-    m_isOneCleanButton = false;
     m_customTableView->setIsCleanInfo(false);
     leaveCleaning();
     refreshCounters();
@@ -142,10 +145,8 @@ void NewMainViewController::cleanButtonAction() {
     if (refuseUnless(m_selectRowNum >= 1 && m_selectRowNum <= int(categoryCount),
                      "a clean of this row"))
         return;
-    m_mainViewOneCleanRow = unsigned(m_selectRowNum - 1);
-    m_isOneCleanButton = true;
-    beginClean();
-    if (m_mainViewOneCleanRow != downloads)
+    beginClean(Run::Kind::CleanOne);
+    if (m_selectRowNum != rowOfCategory(downloads))
         return oneScanButtonAction();
     setState(State::Warning);
     setTicksEnabled(false);
@@ -154,7 +155,7 @@ void NewMainViewController::cleanButtonAction() {
 }
 
 void NewMainViewController::downloadAlertEnded(int code) {
-    if (refuseUnless(m_state == State::Warning && m_isOneCleanButton, "an answer"))
+    if (refuseUnless(m_state == State::Warning && m_run.kind == Run::Kind::CleanOne, "an answer"))
         return;
     if (code == 1)
         oneScanButtonAction();
@@ -166,25 +167,20 @@ void NewMainViewController::oneScanButtonAction() {
     const auto run = beginRun();
     if (!run)
         return;
-    setState(State::Cleaning);
-    m_controls.backButton.enabled = false;
-    m_controls.outlineEnabled = false;
-    setTicksEnabled(false);
-    const unsigned index = m_mainViewOneCleanRow;
-    V3MainListView &view = *allNewViewArr[index];
-    oneSizeStr = view.sizeLabel();
-    scanObjsArr.push_back(index);
-    m_finishScanCount = 1;
-    view.bind(*tableControllers[index]);
-    tableControllers[index]->beginCleanTask(run);
-    view.minishPrograss();
+    enterCleaning();
+    const unsigned index = unsigned(m_selectRowNum - 1);
+    m_run.finishScanCount = 1;
+    startCategory(index, run);
+    allNewViewArr[index]->minishPrograss();
     Q_EMIT controlsChanged();
 }
 
 void NewMainViewController::cleanFinished() {
-    if (m_isOneCleanButton)
+    if (--m_run.finishScanCount > 0)
+        return;
+    if (m_run.kind == Run::Kind::CleanOne)
         endOneClean();
-    else if (--m_finishScanCount == 0)
+    else
         endClean();
 }
 
@@ -202,11 +198,10 @@ std::size_t NewMainViewController::failuresOf(unsigned index) const {
 }
 
 void NewMainViewController::endOneClean() {
-    const unsigned index = m_mainViewOneCleanRow;
+    const unsigned index = m_run.scanObjsArr.front();
     allNewViewArr[index]->unbind();
     allNewViewArr[index]->setAnimationFinish();
-    const std::uint64_t freed = freedOf(index, std::exchange(oneSizeStr, QString()));
-    m_isOneCleanButton = false;
+    const std::uint64_t freed = freedOf(index, m_run.sizeArr[index]);
     recordHistory();
     leaveCleaning();
     NotificationCenter::defaultCenter().post(cleanShowSelectNumInBottomNotification, nullptr,
@@ -220,25 +215,24 @@ void NewMainViewController::endOneClean() {
 
 void NewMainViewController::endClean() {
     m_customTableView->setTotalSelectNum(CustomTableView::cleanIsFinished);
-    for (const unsigned index : scanObjsArr) {
+    for (const unsigned index : m_run.scanObjsArr) {
         allNewViewArr[index]->unbind();
         allNewViewArr[index]->setAnimationFinish();
     }
     std::size_t failures = 0;
+    std::uint64_t cleaned = 0;
     for (unsigned index = 0; index < categoryCount; ++index) {
-        m_allCleanedSize += freedOf(index, sizeArr[index]);
+        cleaned += freedOf(index, m_run.sizeArr[index]);
         // What is left of the downloads raises no alert.
         if (index != downloads)
             failures += failuresOf(index);
     }
-    m_isShowCleanedSize = true;
-    m_showCleanedSize = std::exchange(m_allCleanedSize, 0);
-    sizeArr.clear();
+    m_showCleanedSize = cleaned;
     recordHistory();
     leaveCleaning();
     NotificationCenter::defaultCenter().post(cleanShowSelectNumInBottomNotification, nullptr,
                                              {{object, QStringLiteral("clean")}});
-    changeStateTextFeild(cleanPageTexts::cleanedLine(m_showCleanedSize));
+    changeStateTextFeild(cleanPageTexts::cleanedLine(cleaned));
     if (failures > 0) {
         m_clock.cancel(m_alertCall);
         m_alertCall = m_clock.callAfter(alertDelay, [this] {
@@ -251,7 +245,7 @@ void NewMainViewController::endClean() {
 // The history takes what really went, not the page's sum of words.
 void NewMainViewController::recordHistory() {
     std::uint64_t went = 0;
-    for (const unsigned index : scanObjsArr)
+    for (const unsigned index : m_run.scanObjsArr)
         went = addSaturating(went, tableControllers[index]->cleanSize());
     constexpr auto most = std::uint64_t(std::numeric_limits<std::int64_t>::max());
     if (went > 0)
@@ -259,7 +253,7 @@ void NewMainViewController::recordHistory() {
     readHistory();
     m_outcome = CleanOutcome::Cleaned;
     const QString freeAfter = postStartupVolume();
-    m_controls.freeSpaceLine = cleanPageTexts::freeSpaceLine(m_freeBefore, freeAfter);
+    m_controls.freeSpaceLine = cleanPageTexts::freeSpaceLine(m_run.freeBefore, freeAfter);
     Q_EMIT headingChanged();
 }
 
@@ -274,7 +268,6 @@ void NewMainViewController::setTicksEnabled(bool enabled) {
 }
 
 void NewMainViewController::leaveCleaning() {
-    m_isCleanFinshed = true;
     m_customTableView->setRowsEnabled(true);
     m_controls.scanButton.enabled = true;
     m_controls.backButton.enabled = true;
