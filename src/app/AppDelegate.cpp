@@ -4,23 +4,16 @@
 #include "app/LaunchAtLogin.h"
 #include "app/RefreshLoop.h"
 #include "cleaning/NewMainViewController.h"
-#include "core/MacLog.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "core/UtilityObject.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
-#include "foundation/Paths.h"
-#include "foundation/UserDefaults.h"
 #include "platform/DesktopNotifier.h"
 #include "platform/Platform.h"
-#include "platform/SingleInstance.h"
-#include "platform/SystemFacts.h"
 #include "platform/VolumeSource.h"
 #include "platform/Workspace.h"
 #include "preferences/PreferenceViewController.h"
-#include "removal/NvAuthorization.h"
-#include "removal/RemovalRun.h"
 #include "volumes/VolumeNotifications.h"
 
 #include <QCoreApplication>
@@ -28,27 +21,11 @@
 #include <QPointer>
 #include <QThread>
 
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdlib>
-
 namespace brightsweep {
 
 namespace {
 
-constexpr int quitStatus = 1;
 constexpr std::chrono::seconds hostPatience{10};
-// For what removes something when the program ends.
-constexpr std::chrono::seconds removalPatience{1};
-// In the support folder: the volumes whose low space has been told in this boot.
-constexpr char toldLowSpaceFile[] = "told-low-space";
-
-SpaceAlarm alarmOfThisBoot() {
-    const auto boot = Platform::current().facts->kernelValue("kern.bootsessionuuid");
-    return boot ? SpaceAlarm(paths::join(MacLog::supportFolder(), toldLowSpaceFile), *boot)
-                : SpaceAlarm();
-}
 
 } // namespace
 
@@ -59,7 +36,13 @@ AppDelegate::AppDelegate(AppDelegateParts parts, QObject *parent)
       _statusItem(m_parts.statusItem ? *m_parts.statusItem : *Platform::current().statusItem),
       m_clock(m_parts.clock ? *m_parts.clock : Clock::eventLoop()),
       m_bubbles(m_clock),
-      m_alarm(alarmOfThisBoot()) {
+      m_volumes(m_menu, m_bubbles, [this](const std::string &token) { scanNow(token); }),
+      m_instance({[this](const std::string &token) { showMainWindow(token); },
+                  [this] {
+                      Q_EMIT quitting();
+                      _statusItem.setShown(false);
+                  },
+                  m_parts.exit, m_parts.restart}) {
     connect(&m_menu, &StatusMenu::actionTriggered, this, &AppDelegate::menuAction);
     connect(&m_menu, &StatusMenu::menuVisibleChanged, this, [this](bool visible) {
         if (visible)
@@ -67,13 +50,12 @@ AppDelegate::AppDelegate(AppDelegateParts parts, QObject *parent)
         else
             m_releaseSeen = !_clearMemory || !_clearMemory->isUncollected();
     });
-    connect(&m_menu, &StatusMenu::ejectRequested, this,
-            [this](int reference) { eject(std::int16_t(reference)); });
+    connect(&m_volumes, &VolumeRows::bootVolumeSeen, this, &AppDelegate::showBootVolume);
+    connect(&m_volumes, &VolumeRows::warningChanged, this, &AppDelegate::setWarningStatusShowColor);
 }
 
 AppDelegate::~AppDelegate() {
     NotificationCenter::defaultCenter().removeObserver(this);
-    Platform::current().instance->setActivateHandler(nullptr);
     Platform::current().volumes->setFactsHandler(nullptr);
     _statusItem.setActivatedHandler(nullptr);
     m_clock.cancel(m_hostTimer);
@@ -81,17 +63,14 @@ AppDelegate::~AppDelegate() {
 }
 
 void AppDelegate::applicationWillFinishLaunching() {
-    Platform::current().instance->setActivateHandler(
-        [this](const std::string &token) { handleReopenAppEvent(token); });
+    m_instance.listen();
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
     registNSnotification();
     addMainFuction();
     m_hostTimer = m_clock.callAfter(hostPatience, [this] { tellWithoutHost(); });
-    m_launched = true;
-    if (const auto token = std::exchange(m_reopenToken, std::nullopt))
-        handleReopenAppEvent(*token);
+    m_instance.launched();
 }
 
 void AppDelegate::observe(const QString &name, Handler handler) {
@@ -119,18 +98,13 @@ void AppDelegate::addMainFuction() {
     PreferenceViewController::setLastClickRow(0);
     UtilityFunction::callSelectNotificationForMainWindowLeft(
         PreferenceViewController::getLastClickRow());
-    previousCount = 0;
     _clearMemory.reset();
     m_menu.removeItems();
     // A watcher takes its handler away when it goes, so the old one goes first.
     watchMu.reset();
     VolumeSource &source = *Platform::current().volumes;
     watchMu = std::make_unique<WatchMountUnmount>(source);
-    voluInfo = std::make_unique<VolumesInfo>(source);
-    m_ejector = std::make_unique<VolumeEjector>(source);
-    connect(m_ejector.get(), &VolumeEjector::singleEjected, this,
-            [this](bool, const std::vector<VolumeEjectAttempt> &attempts) { ejected(attempts); });
-    connect(m_ejector.get(), &VolumeEjector::allEjected, this, &AppDelegate::allEjected);
+    m_volumes.begin(source);
     source.setFactsHandler(
         [] { NotificationCenter::defaultCenter().post(refMenuItemWhenDeleteAndAddNotification); });
     addMenu();
@@ -182,10 +156,7 @@ void AppDelegate::showMainWindow(const std::string &activationToken) {
 }
 
 void AppDelegate::handleReopenAppEvent(const std::string &activationToken) {
-    if (m_launched)
-        showMainWindow(activationToken);
-    else
-        m_reopenToken = activationToken;
+    m_instance.handleReopenAppEvent(activationToken);
 }
 
 void AppDelegate::scanNow(const std::string &activationToken) {
@@ -274,35 +245,12 @@ void AppDelegate::menuAction(MenuAction action) {
     }
 }
 
-void AppDelegate::takeLeave() {
-    Q_EMIT quitting();
-    _statusItem.setShown(false);
-    RemovalRun::endForQuit(removalPatience);
-    NvAuthorization::shareNvAuthorization().freeAuthorization();
-    UserDefaults::standardUserDefaults().synchronize();
-    ObjectLog::flushAll();
-}
-
 void AppDelegate::restart() {
-    takeLeave();
-    if (m_parts.restart)
-        return m_parts.restart();
-    std::string program = QFile::encodeName(QCoreApplication::applicationFilePath()).toStdString();
-    char activate[] = "--activate";
-    char *arguments[] = {program.data(), activate, nullptr};
-    ::execv(program.c_str(), arguments);
-    NSLog("The program cannot be started again: %@",
-          std::error_code(errno, std::system_category()));
-    std::_Exit(quitStatus);
+    m_instance.restart();
 }
 
 void AppDelegate::quit() {
-    takeLeave();
-    // No destructor meets a worker that still runs.
-    if (m_parts.exit)
-        m_parts.exit(quitStatus);
-    else
-        std::_Exit(quitStatus);
+    m_instance.quit();
 }
 
 } // namespace brightsweep

@@ -2,6 +2,7 @@
 
 #include "app/AppController.h"
 #include "app/LoginItemRegistry.h"
+#include "app/RunningInstance.h"
 #include "cleaning/CleanWindow.h"
 #include "core/Clock.h"
 #include "foundation/CallQueue.h"
@@ -9,10 +10,8 @@
 #include "memory/cleanMemoryInfo.h"
 #include "platform/StatusItem.h"
 #include "volumes/BubbleController.h"
-#include "volumes/SpaceAlarm.h"
 #include "volumes/StatusMenu.h"
-#include "volumes/VolumeEjector.h"
-#include "volumes/VolumesInfo.h"
+#include "volumes/VolumeRows.h"
 #include "volumes/WatchMountUnmount.h"
 
 #include <QObject>
@@ -151,27 +150,18 @@ private:
 
     void showPage(int row, const char *page, const std::string &activationToken = {});
     void scanNow(const std::string &activationToken);
-    void takeLeave();
     void runAsMain();
     void tellWithoutHost();
     void menuAction(MenuAction action);
-    void DSCommVolumeNottification(const Notification &notification, const QString &word);
     void openFinderWhenClickItems(const std::filesystem::path &path);
-    void eject(std::int16_t volRefNumber);
-    void ejected(const std::vector<VolumeEjectAttempt> &attempts);
-    void allEjected(int result, const std::vector<VolumeEjectAttempt> &attempts);
-    void markEjecting();
     void rebuildMenu();
-    MenuItem rowOf(const DSVolumeInfo &volume, int index, int alarmPercent) const;
     void freeMemoryListView();
     MenuItem memoryRow();
-    void updateVolumeRows();
     void updateMemoryRow();
     void readMemory();
     void showBootVolume(const DSVolumeInfo &volume);
     void showToolTip(const QString &title, const QString &text);
     void showImage(const QString &name);
-    void tellAlarms();
 
     AppDelegateParts m_parts;
     NullLoginItemRegistry m_noLoginItems;
@@ -180,35 +170,25 @@ private:
     CallQueue m_queue;
     StatusMenu m_menu;
     BubbleController m_bubbles;
-    std::unique_ptr<VolumesInfo> voluInfo;
+    VolumeRows m_volumes;
+    RunningInstance m_instance;
     std::unique_ptr<WatchMountUnmount> watchMu;
-    std::unique_ptr<VolumeEjector> m_ejector;
-    std::map<std::int16_t, QString> m_ejectingNames; // of volumes that may have gone by the answer
     std::unique_ptr<AppController> m_mainWindow;
     std::unique_ptr<CleanWindow> clrSysController;
     std::unique_ptr<ClearMemory> _clearMemory;
     cleanMemoryInfo _cleanMemInfo;
     MemoryInfo _memoryInfo;
     bool m_releaseSeen = false; ///< the menu has closed since the last release ended
-    SpaceAlarm m_alarm;
     std::vector<std::unique_ptr<RefreshLoop>> m_loops;
 
-    /// The latest records; they belong to voluInfo.
-    const std::vector<DSVolumeInfo> *volsInfo = nullptr;
-    std::uint64_t previousCount = 0;
     QString statusFreeSpace;
     QString statusTotalSpace;
-    std::uint64_t homeDiskFreeSpace = 0;
-    std::uint64_t homeDiskTotoleSpace = 0;
-    std::int32_t homeDiskWarningSize = 0;
     QString m_statusImage;
     QString m_toolTipTitle;
     QString m_toolTipText;
     QString m_title;
     std::optional<bool> m_warning;
     bool m_statusItemMade = false;
-    bool m_launched = false;
-    std::optional<std::string> m_reopenToken;
     Clock::Handle m_hostTimer = 0;
 };
 

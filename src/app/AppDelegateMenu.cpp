@@ -6,21 +6,12 @@
 #include "core/SettingKeys.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
-#include "core/UtilityFunctionOfData.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
-#include "foundation/UserDefaults.h"
-#include "platform/DesktopNotifier.h"
 #include "platform/MemorySource.h"
 #include "platform/Platform.h"
-#include "volumes/FillLevel.h"
 #include "volumes/VolumeNotifications.h"
 #include "volumes/VolumesManager.h"
-
-#include <QPointer>
-
-#include <algorithm>
-#include <array>
 
 namespace brightsweep {
 
@@ -28,33 +19,7 @@ namespace {
 
 const QString memoryTitle = QString::number(memoryStorage);
 
-// The sections of the menu, in order.
-constexpr std::array menuSections = {LocalStorage, ExternalStorage, SuperDriver, NetworkStorage,
-                                     DiskImage};
-// "Eject All" is there for these.
-constexpr std::array ejectableSections = {SuperDriver, NetworkStorage, DiskImage, ExternalStorage};
 constexpr char memorySectionKey[] = QT_TRID_NOOP("FREE_MEMORY");
-
-// The alarm of a setting, in percent of the whole.
-float alarmOf(const QString &key) {
-    return UserDefaults::standardUserDefaults().floatForKey(key) * 100;
-}
-
-QString alarmText(const QString &key) {
-    return QString::number(double(alarmOf(key)), 'f', 6);
-}
-
-QString imageNameOf(const DSVolumeInfo *boot) {
-    if (!boot)
-        return {};
-    const int used = FillLevel::usedPercent(boot->nTotalSize, boot->nFreeSize);
-    if (used < 0)
-        return {};
-    const auto free = FillLevel::freePercent(boot->nTotalSize, boot->nFreeSize);
-    return QString::number(used) + (alarmOf(DSSpaceAlarmKey) >= float(free)
-                                        ? QLatin1String("%-1.png")
-                                        : QLatin1String("%.png"));
-}
 
 } // namespace
 
@@ -72,14 +37,11 @@ void AppDelegate::showMenuBar() {
 }
 
 const DSVolumeInfo *AppDelegate::getBootVolume() {
-    volsInfo = &voluInfo->getAllVolsInfo();
-    const auto boot = std::find_if(volsInfo->begin(), volsInfo->end(),
-                                   [](const DSVolumeInfo &volume) { return volume.bIsDefaultVol; });
-    return boot == volsInfo->end() ? nullptr : &*boot;
+    return m_volumes.getBootVolume();
 }
 
 QString AppDelegate::getStatusImage() {
-    return imageNameOf(getBootVolume());
+    return VolumeRows::imageNameOf(getBootVolume());
 }
 
 void AppDelegate::setStatusIamge() {
@@ -110,7 +72,7 @@ void AppDelegate::showToolTip(const QString &title, const QString &text) {
 }
 
 bool AppDelegate::getWarningValue() const {
-    return FillLevel::isLow(homeDiskTotoleSpace, homeDiskFreeSpace, homeDiskWarningSize);
+    return m_volumes.getWarningValue();
 }
 
 void AppDelegate::setWarningStatusShowColor(bool warning) {
@@ -149,52 +111,9 @@ void AppDelegate::showBootVolume(const DSVolumeInfo &volume) {
 
 // -- Building the menu
 
-MenuItem AppDelegate::rowOf(const DSVolumeInfo &volume, int index, int alarmPercent) const {
-    MenuItem row;
-    row.myStorage = volume.volType;
-    row.ViewTag = index;
-    row.title = QString::number(volume.volRefNumber);
-    row.volumeSize = volume.volumeName;
-    row.icon = volume.volIcon;
-    row.u64TotalSpace = volume.totalSpace;
-    row.u64FreeSpace = volume.freeSpace;
-    row.nTotalSize = volume.nTotalSize;
-    row.nFreeSize = volume.nFreeSize;
-    row.volRefNumber = volume.volRefNumber;
-    row.volType = volume.volType;
-    row.volRootDir = volume.volRootDir;
-    row.bCanEject = volume.bCanEject;
-    row.bIsDefaultVol = volume.bIsDefaultVol;
-    row.errorValue = QString::number(alarmPercent);
-    row.isEjecting = m_ejector->isEjecting(volume.volRefNumber);
-    row.toolTip = paths::display(volume.volRootDir);
-    row.setPrograssImage();
-    return row;
-}
-
 void AppDelegate::addMenu() {
     setStatusIamge();
-    volsInfo = &voluInfo->getAllVolsInfo();
-    previousCount = volsInfo->size();
-    const SettingItems settings = UtilityFunctionOfData::getMyData().readerTxtForSettingValue();
-    const int alarmPercent = int(floatFromText(settings.errorValue) * 100);
-    int index = 0;
-    std::vector<MenuItem> rows;
-    for (const DSVolumeInfo &volume : *volsInfo) {
-        rows.push_back(rowOf(volume, index++, alarmPercent));
-        if (volume.bIsDefaultVol)
-            showBootVolume(volume);
-    }
-    for (const VolumeType section : menuSections) {
-        bool headerStands = false;
-        for (MenuItem &row : rows) {
-            if (row.volType != section)
-                continue;
-            if (!std::exchange(headerStands, true))
-                m_menu.addHeader(DSVolumeInfo::sectionKey(section));
-            m_menu.addRow(std::move(row));
-        }
-    }
+    m_volumes.addMenu();
     freeMemoryListView();
 }
 
@@ -237,14 +156,9 @@ void AppDelegate::readMemory() {
 }
 
 void AppDelegate::addOtherItem() {
-    const bool anyEjectable =
-        std::any_of(m_menu.rows().begin(), m_menu.rows().end(), [](const MenuItem &row) {
-            return std::find(ejectableSections.begin(), ejectableSections.end(), row.volType) !=
-                   ejectableSections.end();
-        });
     m_menu.addSeparator();
     m_menu.addAction(MenuAction::EjectAll, QStringLiteral(QT_TRID_NOOP("Eject All")),
-                     QStringLiteral("e"), anyEjectable && !m_ejector->isEjectingAll());
+                     QStringLiteral("e"), m_volumes.canEjectAll());
     m_menu.addSeparator();
     m_menu.addAction(MenuAction::MainWindow, QStringLiteral(QT_TRID_NOOP("Main Window")), {}, true);
     m_menu.addAction(MenuAction::LaunchAtLogin, QStringLiteral(QT_TRID_NOOP("Launch at login")), {},
@@ -273,42 +187,16 @@ void AppDelegate::refMenuItemWhenDeleteAndAdd() {
 void AppDelegate::updateDataForMenuItem() {
     showMenuBar();
     const DSVolumeInfo *const boot = getBootVolume();
-    // Only the count is compared: one volume in another's place does not rebuild.
-    if (volsInfo->size() != previousCount)
-        refMenuItemWhenDeleteAndAdd();
+    if (m_volumes.hasMenusCount())
+        showImage(VolumeRows::imageNameOf(boot));
     else
-        showImage(imageNameOf(boot));
-    updateVolumeRows();
+        refMenuItemWhenDeleteAndAdd();
+    m_volumes.updateRows();
     // Nobody sees it otherwise; it is read when the menu opens. A release is collected by reading.
     if (m_menu.isMenuVisible() || (_clearMemory && _clearMemory->isUncollected()))
         updateMemoryRow();
-    tellAlarms();
+    m_volumes.tellAlarms();
     NotificationCenter::defaultCenter().post(updateNewDiskSizeViewNotification, this);
-}
-
-void AppDelegate::updateVolumeRows() {
-    const QString alarm = alarmText(DSSpaceAlarmKey);
-    for (const DSVolumeInfo &volume : *volsInfo) {
-        if (const MenuItem *place = m_menu.itemWithVolume(volume.volRefNumber)) {
-            MenuItem row = *place;
-            row.errorValue = alarm;
-            row.u64FreeSpace = volume.freeSpace;
-            row.u64TotalSpace = volume.totalSpace;
-            row.nFreeSize = volume.nFreeSize;
-            row.volumeSize = volume.volumeName;
-            row.volRootDir = volume.volRootDir;
-            row.isEjecting = m_ejector->isEjecting(volume.volRefNumber);
-            row.setPrograssImage();
-            m_menu.setRow(*place, std::move(row));
-        }
-        if (!volume.bIsDefaultVol)
-            continue;
-        showBootVolume(volume);
-        homeDiskFreeSpace = volume.nFreeSize;
-        homeDiskTotoleSpace = volume.nTotalSize;
-        homeDiskWarningSize = std::int32_t(alarmOf(DSSpaceAlarmKey));
-        setWarningStatusShowColor(getWarningValue());
-    }
 }
 
 void AppDelegate::updateMemoryRow() {
@@ -320,42 +208,14 @@ void AppDelegate::updateMemoryRow() {
     m_menu.setRow(*place, std::move(row));
 }
 
-void AppDelegate::tellAlarms() {
-    for (const DSVolumeInfo &volume : m_alarm.crossed(*volsInfo, int(alarmOf(DSSpaceAlarmKey)))) {
-        DesktopNotification notification;
-        notification.summary = localizedText("LOW_SPACE");
-        notification.body = localizedText("LOW_SPACE_OF")
-                                .arg(nameInSentence(volume.volumeName),
-                                     readersSize(volume.freeSpace), readersSize(volume.totalSpace));
-        notification.actionLabel = localizedText("Scan");
-        notification.action = [self = QPointer(this)](const std::string &token) {
-            if (self)
-                self->scanNow(token);
-        };
-        Platform::current().notifier->show(notification);
-    }
-}
-
 // -- What happens to volumes
 
 void AppDelegate::handleMount(const Notification &notification) {
-    DSCommVolumeNottification(notification, QStringLiteral("mounted"));
+    m_volumes.DSCommVolumeNottification(notification, QStringLiteral("mounted"));
 }
 
 void AppDelegate::handleUnmount(const Notification &notification) {
-    DSCommVolumeNottification(notification, QStringLiteral("unmounted"));
-}
-
-void AppDelegate::DSCommVolumeNottification(const Notification &notification, const QString &word) {
-    QString name = notification.userInfo.value(NSWorkspaceVolumeLocalizedNameKey).toString();
-    if (name.isEmpty())
-        name = localizedText("You disk");
-    const char *const sentence = word == QLatin1String("mounted")
-                                     ? QT_TRID_NOOP("%@ is mounted successfully!")
-                                     : QT_TRID_NOOP("%@ is unmounted successfully!");
-    m_bubbles.initBubbleViewWith({localizedText(sentence).arg(nameInSentence(name)), {}});
-    NotificationCenter::defaultCenter().post(refMenuItemWhenDeleteAndAddNotification, this);
-    NotificationCenter::defaultCenter().post(updateSizeViewNotification, this);
+    m_volumes.DSCommVolumeNottification(notification, QStringLiteral("unmounted"));
 }
 
 void AppDelegate::handleOpenFinder(const Notification &notification) {
@@ -369,76 +229,8 @@ void AppDelegate::openFinderWhenClickItems(const std::filesystem::path &path) {
         Q_EMIT alertRequested(localizedText("CANNOT_OPEN_FINDER"));
 }
 
-// The rows say at once that an eject of theirs has begun.
-void AppDelegate::markEjecting() {
-    for (const DSVolumeInfo &volume : *volsInfo) {
-        const bool isEjecting = m_ejector->isEjecting(volume.volRefNumber);
-        if (isEjecting)
-            m_ejectingNames[volume.volRefNumber] = volume.volumeName;
-        if (const MenuItem *place = m_menu.itemWithVolume(volume.volRefNumber)) {
-            MenuItem row = *place;
-            row.isEjecting = isEjecting;
-            m_menu.setRow(*place, std::move(row));
-        }
-    }
-    if (m_ejector->isEjectingAll())
-        m_menu.setEnabled(MenuAction::EjectAll, false);
-}
-
-void AppDelegate::eject(std::int16_t volRefNumber) {
-    m_ejector->ejectSingleVolume(volRefNumber);
-    markEjecting();
-}
-
 void AppDelegate::rejestAllDisk() {
-    // Rights may be asked for.
-    m_menu.cancelTracking();
-    std::set<std::int16_t> expected;
-    for (const DSVolumeInfo &volume : *volsInfo) {
-        if (volume.bCanEject)
-            expected.insert(volume.volRefNumber);
-    }
-    m_ejector->ejectAllVolumes(std::move(expected));
-    markEjecting();
-}
-
-void AppDelegate::ejected(const std::vector<VolumeEjectAttempt> &attempts) {
-    // A volume that has gone by itself meanwhile is where it was wanted.
-    getBootVolume();
-    for (const VolumeEjectAttempt &attempt : attempts) {
-        const auto known = m_ejectingNames.extract(attempt.refNumber);
-        if (attempt.result.driveStays) {
-            m_bubbles.initBubbleViewWith(
-                {localizedText("VOLUME_UNMOUNTED")
-                     .arg(nameInSentence(known ? known.mapped() : QString())),
-                 localizedText("DRIVE_STAYS")});
-            continue;
-        }
-        const auto volume = std::find_if(volsInfo->begin(), volsInfo->end(), [&](const auto &each) {
-            return each.volRefNumber == attempt.refNumber;
-        });
-        if (attempt.result.status == 0 || volume == volsInfo->end())
-            continue;
-        QStringList holders;
-        for (const std::string &holder : attempt.result.holders)
-            holders += nameInSentence(paths::text(holder));
-        Bubble bubble;
-        bubble.firstLine = localizedText("CANNOT_EJECT").arg(nameInSentence(volume->volumeName));
-        if (!holders.isEmpty())
-            bubble.secondLine =
-                localizedText("IN_USE_BY").arg(reader().createSeparatedList(holders));
-        m_bubbles.initBubbleViewWith(bubble);
-    }
-    NotificationCenter::defaultCenter().post(refMenuItemWhenDeleteAndAddNotification, this);
-}
-
-void AppDelegate::allEjected(int result, const std::vector<VolumeEjectAttempt> &attempts) {
-    if (result < 0) {
-        m_bubbles.initBubbleViewWith({localizedText("NO_HAVE_REMOVABLE"), {}});
-        m_menu.setEnabled(MenuAction::EjectAll, true);
-        return;
-    }
-    ejected(attempts);
+    m_volumes.ejectAll();
 }
 
 void AppDelegate::cleanMemoryClickAction(const Notification &) {

@@ -1,0 +1,82 @@
+#include "app/RunningInstance.h"
+
+#include "foundation/Log.h"
+#include "foundation/UserDefaults.h"
+#include "platform/Platform.h"
+#include "platform/SingleInstance.h"
+#include "removal/NvAuthorization.h"
+#include "removal/RemovalRun.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <utility>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int quitStatus = 1;
+// For what removes something when the program ends.
+constexpr std::chrono::seconds removalPatience{1};
+
+} // namespace
+
+RunningInstance::~RunningInstance() {
+    Platform::current().instance->setActivateHandler(nullptr);
+}
+
+void RunningInstance::listen() {
+    Platform::current().instance->setActivateHandler(
+        [this](const std::string &token) { handleReopenAppEvent(token); });
+}
+
+void RunningInstance::launched() {
+    m_launched = true;
+    if (const auto token = std::exchange(m_reopenToken, std::nullopt))
+        handleReopenAppEvent(*token);
+}
+
+void RunningInstance::handleReopenAppEvent(const std::string &activationToken) {
+    if (m_launched)
+        m_hooks.reopen(activationToken);
+    else
+        m_reopenToken = activationToken;
+}
+
+void RunningInstance::takeLeave() {
+    m_hooks.leave();
+    RemovalRun::endForQuit(removalPatience);
+    NvAuthorization::shareNvAuthorization().freeAuthorization();
+    UserDefaults::standardUserDefaults().synchronize();
+    ObjectLog::flushAll();
+}
+
+void RunningInstance::restart() {
+    takeLeave();
+    if (m_hooks.restart)
+        return m_hooks.restart();
+    std::string program = QFile::encodeName(QCoreApplication::applicationFilePath()).toStdString();
+    char activate[] = "--activate";
+    char *arguments[] = {program.data(), activate, nullptr};
+    ::execv(program.c_str(), arguments);
+    NSLog("The program cannot be started again: %@",
+          std::error_code(errno, std::system_category()));
+    std::_Exit(quitStatus);
+}
+
+void RunningInstance::quit() {
+    takeLeave();
+    // No destructor meets a worker that still runs.
+    if (m_hooks.exit)
+        m_hooks.exit(quitStatus);
+    else
+        std::_Exit(quitStatus);
+}
+
+} // namespace brightsweep
