@@ -1,8 +1,11 @@
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
+#include "volumes/BubbleController.h"
 #include "volumes/StatusMenu.h"
 #include "volumes/VolumeNotifications.h"
+#include "volumes/ui/BubbleWindow.h"
 #include "volumes/ui/CustomGreyBarView.h"
+#include "volumes/ui/MAAttachedWindow.h"
 #include "volumes/ui/MenuActionView.h"
 #include "volumes/ui/MenuItemView.h"
 #include "volumes/ui/StatusPopup.h"
@@ -92,6 +95,15 @@ TEST_F(PopupTest, StandsBesideTheClickAndWithinTheScreen) {
             << each.click.x() << ' ' << each.click.y();
     const QRect second(1280, 100, 800, 600);
     EXPECT_TRUE(second.contains(StatusPopup::place({280, 900}, {2079, 690}, second)));
+}
+
+TEST_F(PopupTest, ABubbleLeavesItFree) {
+    build();
+    popup.toggle({});
+    const auto bubble = showBubbleWindow({QStringLiteral("Stick is full"), {}}, 0);
+    EXPECT_FALSE(bubble->geometry().intersects(popup.geometry()));
+    popup.hide();
+    EXPECT_GT(showBubbleWindow({QStringLiteral("Stick is full"), {}}, 0)->x(), bubble->x());
 }
 
 TEST_F(PopupTest, ShowsWhatTheMenuHoldsInItsOrder) {

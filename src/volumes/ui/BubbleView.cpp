@@ -4,12 +4,15 @@
 #include "volumes/BubbleController.h"
 #include "volumes/ui/BubbleWindow.h"
 #include "volumes/ui/MAAttachedWindow.h"
+#include "volumes/ui/StatusPopup.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QPainter>
 #include <QScreen>
 #include <QTextLayout>
 #include <QTextOption>
+
+#include <algorithm>
 
 namespace brightsweep {
 
@@ -17,6 +20,7 @@ namespace {
 
 constexpr int distance = 5;
 constexpr int sideMargin = 12;
+constexpr int besidePopup = 10;
 
 // A word is broken only where it is longer than a line.
 QTextOption wrapping() {
@@ -94,7 +98,13 @@ std::unique_ptr<MAAttachedWindow> showBubbleWindow(const Bubble &content, int pl
     window->setHasArrow(false);
     window->setAccessibleName(content.text());
     window->setObjectName(QStringLiteral("bubble"));
-    const QPoint corner = BubbleController::topLeft(available, window->size(), place);
+    QPoint corner = BubbleController::topLeft(available, window->size(), place);
+    // An open popup stays free: the bubble moves to its left side.
+    for (const QWidget *const other : QApplication::topLevelWidgets()) {
+        const bool isPopup = other->isVisible() && qobject_cast<const StatusPopup *>(other);
+        if (isPopup && other->geometry().intersects({corner, window->size()}))
+            corner.setX(std::max(available.left(), other->x() - besidePopup - window->width()));
+    }
     window->setPoint(QPointF(corner) + QPointF(window->width() / 2.0, -distance));
     window->show();
     return window;
