@@ -3,6 +3,7 @@
 #include "cleaning/CategoryListModel.h"
 #include "cleaning/ui/CheckHeader.h"
 #include "cleaning/ui/FileIcons.h"
+#include "cleaning/ui/LeftListView.h"
 #include "cleaning/ui/ResultRowDelegate.h"
 #include "support/TextRecorder.h"
 #include "ui/FocusFrame.h"
@@ -76,6 +77,9 @@ TEST_F(CleanPageView, ResultsComeLargestFirstWithTheirShares) {
     CleanResultsPanel fresh(at->page);
     EXPECT_EQ(nameOf(leaf(0)), "large");
     EXPECT_NEAR(leaf(0).data(CleanOutlineModel::ShareRole).toDouble(), 0.4, 0.05);
+    const QVariant spoken =
+        panel->findChild<LeftListView *>()->model()->index(2, 0).data(Qt::AccessibleTextRole);
+    EXPECT_THAT(spoken.toString().toStdString(), HasSubstr("User Caches, 1"));
     at->page.shouldSelectRowWithArray(2);
     QAbstractItemModel &list = at->page.list(1);
     EXPECT_EQ(nameOf(list.index(0, 0)), "large");

@@ -6,6 +6,7 @@
 #include "foundation/UserDefaults.h"
 #include "ui/AlertSheet.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
@@ -73,6 +74,7 @@ TEST_F(MainWindowTest, TheToolbarStandsInTheOrderOfTheTable) {
             QStringLiteral("|Preferences"), QStringLiteral("|Help"), QStringLiteral("|Menu")));
     const int gap = item("preferences")->x() - item("login_items")->geometry().right();
     EXPECT_GT(gap, 40) << "the flexible space";
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(window.get())->role(), QAccessible::Window);
     EXPECT_EQ(window->windowTitle(), QStringLiteral("Brightsweep"));
 }
 

@@ -8,6 +8,7 @@
 #include "ui/Theme.h"
 #include "ui/WindowSystem.h"
 
+#include <QAccessibleWidget>
 #include <QCloseEvent>
 #include <QEasingCurve>
 #include <QGuiApplication>
@@ -41,6 +42,12 @@ QSize storedSize() {
     return parts.size() == 2 ? QSize(parts[0].toInt(), parts[1].toInt()) : QSize();
 }
 
+// A plain widget would be told of as a part of some window.
+QAccessibleInterface *accessibleWindow(const QString &, QObject *object) {
+    auto *const window = qobject_cast<MainWindow *>(object);
+    return window ? new QAccessibleWidget(window, QAccessible::Window) : nullptr;
+}
+
 } // namespace
 
 MainWindow::MainWindow(DBPrefsWindowController &controller, PanelMaker panelMaker)
@@ -52,6 +59,7 @@ MainWindow::MainWindow(DBPrefsWindowController &controller, PanelMaker panelMake
       m_panels(new QStackedLayout(contentSubview)),
       viewAnimation(new QPropertyAnimation(this, "size", this)),
       m_sizeSettled(new QTimer(this)) {
+    QAccessible::installFactory(accessibleWindow); // once, however often it is called
     setObjectName(QStringLiteral("mainWindow"));
     setWindowTitle(m_controller.title());
     auto *const layout = new QVBoxLayout(this);

@@ -11,6 +11,7 @@
 #include "ui/Mirrored.h"
 #include "ui/Theme.h"
 
+#include <QIdentityProxyModel>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -32,6 +33,22 @@ QRect checkBoxOf(const QRect &row) {
     const int side = theme::height(markSide);
     return {row.right() - 3 * theme::grid - side, row.center().y() - side / 2 + 1, side, side};
 }
+
+// What the delegate paints of a row in words, for assistive programs.
+class SpokenRows : public QIdentityProxyModel {
+public:
+    explicit SpokenRows(LeftListView *list) : QIdentityProxyModel(list), m_list(*list) {}
+
+    QVariant data(const QModelIndex &index, int role) const override {
+        const QVariant data = QIdentityProxyModel::data(index, role);
+        return role == Qt::AccessibleTextRole ? QVariant(data.toString() + QStringLiteral(", ") +
+                                                         m_list.foundText(index.row()))
+                                              : data;
+    }
+
+private:
+    LeftListView &m_list;
+};
 
 class LeftRowDelegate : public QStyledItemDelegate {
 public:
@@ -91,7 +108,9 @@ LeftListView::LeftListView(NewMainViewController &controller, QWidget *parent)
     : QListView(parent), m_controller(controller) {
     setObjectName(QStringLiteral("leftList"));
     setAccessibleName(localizedText("CATEGORIES"));
-    setModel(&controller.customTableView());
+    auto *const rows = new SpokenRows(this);
+    rows->setSourceModel(&controller.customTableView());
+    setModel(rows);
     setItemDelegate(new LeftRowDelegate(this));
     setUniformItemSizes(true);
     setMouseTracking(true);
