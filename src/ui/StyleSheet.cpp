@@ -70,8 +70,8 @@ QHeaderView::section {
   min-height: @header;
 }
 QHeaderView::section:hover { color: @text; }
-QHeaderView::down-arrow { image: url(:/images/arrow_down.svg); width: 12px; height: 12px; }
-QHeaderView::up-arrow { image: url(:/images/arrow_up.svg); width: 12px; height: 12px; }
+QHeaderView::down-arrow { image: url(:/images/arrow_down.svg); width: @arrow; height: @arrow; }
+QHeaderView::up-arrow { image: url(:/images/arrow_up.svg); width: @arrow; height: @arrow; }
 QTableCornerButton::section { background: @window; border: none; }
 
 QScrollBar { background: transparent; border: none; margin: 0; }
@@ -188,6 +188,7 @@ QHash<QString, QString> values() {
         {QStringLiteral("menuItem"), pixels(16)},
         {QStringLiteral("header"), pixels(20)},
         {QStringLiteral("mark"), pixels(18)},
+        {QStringLiteral("arrow"), pixels(12)},
     };
 }
 

@@ -45,7 +45,7 @@ QIcon FileIcons::icon(const std::filesystem::path &path, bool isDirectory) {
 
 QIcon FileIcons::named(const QString &name, const char *own) {
     forgetOtherThemes();
-    const QByteArray key = '/' + name.toUtf8();
+    const QByteArray key = '/' + name.toUtf8() + '/' + own;
     if (const QIcon *known = m_icons.object(key))
         return *known;
     const QIcon icon = seen({name}, own);
