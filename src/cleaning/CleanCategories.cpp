@@ -1,12 +1,17 @@
 #include "cleaning/CleanCategories.h"
 
+#include "core/Texts.h"
+#include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
 
 namespace brightsweep {
 
 std::int64_t storedSelection(unsigned category) {
-    return UserDefaults::standardUserDefaults().integerForKey(
-        QLatin1String(cleanCategories[category].key));
+    const UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    const QLatin1String key(cleanCategories[category].key);
+    return defaults.readProblem().empty() || defaults.hasUserValue(key)
+               ? defaults.integerForKey(key)
+               : 0;
 }
 
 QStringList getDefaultsValue() {
@@ -14,6 +19,16 @@ QStringList getDefaultsValue() {
     for (unsigned category = 0; category < categoryCount; ++category)
         selection += QString::number(storedSelection(category));
     return selection;
+}
+
+QString selectionProblem() {
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    defaults.synchronize();
+    const std::string problem = defaults.readProblem();
+    if (problem.empty())
+        return {};
+    return localizedText("SETTINGS_UNREADABLE")
+        .arg(nameInSentence(paths::display(defaults.file())), QString::fromStdString(problem));
 }
 
 } // namespace brightsweep

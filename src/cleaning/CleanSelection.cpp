@@ -80,6 +80,8 @@ int CleanSelection::stateOf(unsigned category) const {
 }
 
 std::array<int, 6> CleanSelection::store() {
+    // Ticks that do not come from the user's settings are not to end up there.
+    const bool isKnown = UserDefaults::standardUserDefaults().readProblem().empty();
     std::array<int, 6> states{};
     for (unsigned category = 0; category < m_controllers.size(); ++category) {
         const Counts one = counts(category);
@@ -91,7 +93,8 @@ std::array<int, 6> CleanSelection::store() {
         states[category] = stateOf(category);
         if (states[category] != 2)
             tickAll(category, states[category] == 1);
-        changeCheckBoxInUserDefaults(category, states[category]);
+        if (isKnown)
+            changeCheckBoxInUserDefaults(category, states[category]);
     }
     return states;
 }

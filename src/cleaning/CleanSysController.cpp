@@ -1,6 +1,7 @@
 #include "cleaning/CleanSysController.h"
 
 #include "cleaning/BrowseFolderOperation.h"
+#include "cleaning/CleanCategories.h"
 #include "cleaning/CleanNotifications.h"
 #include "cleaning/CleanPageTexts.h"
 #include "cleaning/CleanWindow.h"
@@ -83,7 +84,7 @@ CleanSysController::CleanSysController(Delays delays) : m_delays(delays) {
     readSettings();
     UtilityObject::getMyObject().isCanBeAction = foldersArr.empty();
     if (foldersArr.empty()) {
-        refuse(localizedText("NO_FOLDER_CONTENT"));
+        refuse(m_settingsProblem.isEmpty() ? localizedText("NO_FOLDER_CONTENT") : m_settingsProblem);
     } else {
         registerNotifications();
     }
@@ -146,6 +147,11 @@ void CleanSysController::resetStatus() {
 }
 
 void CleanSysController::readSettings() {
+    m_settingsProblem = selectionProblem();
+    if (!m_settingsProblem.isEmpty()) {
+        NSLog("No quick clean: %@", m_settingsProblem);
+        return;
+    }
     const SettingItems settings = UtilityFunctionOfData::getMyData().readerTxtForSettingValue();
     for (std::uint32_t category = 0; category < categorySettings.size(); ++category) {
         // A category of which a part is ticked, 2, is left out.

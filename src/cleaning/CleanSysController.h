@@ -45,8 +45,9 @@ public:
         std::chrono::milliseconds close{1000};
     };
 
-    /// Reads the settings. Without a marked category it posts at once that the window should close;
-    /// connect to showBubble() and call windowDidLoad() all the same.
+    /// Reads the settings. Without a marked category, and where the settings cannot be read, it
+    /// says so in a bubble and posts at once that the window should close; connect to showBubble()
+    /// and call windowDidLoad() all the same.
     CleanSysController();
     explicit CleanSysController(Delays delays);
     ~CleanSysController() override;
@@ -128,6 +129,7 @@ private:
     std::shared_ptr<RemovalRun> m_run;                ///< from the start of the scan to the report
     std::shared_ptr<DeleteFolderOperation> m_removal; ///< from its start on
     QString m_stayedWords;
+    QString m_settingsProblem;
     QString m_showFixedText;
     QTimer m_bubbleTimer;
     QTimer m_closeTimer;

@@ -97,6 +97,7 @@ void NewMainViewController::observe(QLatin1String name, Handler handler) {
 }
 
 void NewMainViewController::v3MainViewInfo() {
+    m_selectionProblem = selectionProblem();
     const QStringList stored = getDefaultsValue();
     for (unsigned index = 0; index < categoryCount; ++index) {
         const bool none = stored[index] == QLatin1String("0");
@@ -215,6 +216,11 @@ void NewMainViewController::restart() {
         Q_EMIT restartRequested();
 }
 
+QString NewMainViewController::notice() const {
+    return m_needsRestart ? localizedText(cleanPageTexts::restartText)
+                          : m_selectionProblem;
+}
+
 void NewMainViewController::scanFinished() {
     Q_EMIT prograssShowDependChangeSize(1);
     if (--m_run.finishScanCount == 0)
@@ -223,6 +229,7 @@ void NewMainViewController::scanFinished() {
 
 void NewMainViewController::endScan() {
     m_customTableView->setProImageNum(100);
+    m_selectionProblem = selectionProblem();
     m_selection->reload();
     const bool anySelected = m_selection->returnSelectNum() >= 1;
     for (const unsigned index : m_run.scanObjsArr) {

@@ -76,6 +76,9 @@ public:
     bool needsRestart() const { return m_needsRestart; }
     /// A quick clean has removed something since the scan that is on show, or under way.
     bool isOutdated() const { return m_isOutdated; }
+    /// What the user has to know whatever else is shown: that a restart is needed, or that the
+    /// settings do not tell what is chosen, so that nothing comes up ticked. Most often empty.
+    QString notice() const;
     V3MainListView &row(unsigned category) { return *allNewViewArr[category]; }
     CategoryListModel &list(unsigned category) { return *m_lists[category]; }
     CustomTableView &customTableView() { return *m_customTableView; }
@@ -228,6 +231,7 @@ private:
     int m_selectRowNum = 0;
     bool m_needsRestart = false;
     bool m_isOutdated = false;
+    QString m_selectionProblem;
 };
 
 } // namespace brightsweep

@@ -170,8 +170,11 @@ int run(const QCommandLineParser &parser, Output &output) {
     auto indices = categoriesOf(parser, output);
     if (!indices)
         return WrongUsage;
-    if (indices->empty())
+    if (indices->empty()) {
+        if (!settingsAreReadable(output, " Name what to clean: `--category N`."))
+            return Failed;
         indices = storedCategories();
+    }
     const bool apply = parser.isSet(QStringLiteral("apply"));
     const bool admin = parser.isSet(QStringLiteral("admin"));
 

@@ -2,6 +2,7 @@
 
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
+#include "foundation/UserDefaults.h"
 
 #include <unistd.h>
 
@@ -81,6 +82,16 @@ std::string Table::text() const {
         text += line + '\n';
     }
     return text;
+}
+
+bool settingsAreReadable(Output &output, std::string_view advice) {
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    defaults.synchronize();
+    const std::string problem = defaults.readProblem();
+    if (!problem.empty())
+        output.warning("The settings in " + shown(defaults.file().native()) +
+                       " cannot be read: " + problem + "." + std::string(advice));
+    return problem.empty();
 }
 
 std::string argumentBytes(const QString &argument) {

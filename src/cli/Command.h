@@ -69,6 +69,10 @@ struct Command {
 /// The exact bytes of an option's value or of a positional argument.
 std::string argumentBytes(const QString &argument);
 
+/// Looks at the settings anew. False, after a line that says why and then what else to do, where
+/// they cannot be read whole: defaults are then not to be taken for what the user has set.
+bool settingsAreReadable(Output &output, std::string_view advice = {});
+
 /// Set by Ctrl-C and by a request to end, once main() has installed the handlers. Commands hand it
 /// on to their engine's own stop.
 const std::atomic<bool> &interrupted();

@@ -86,6 +86,7 @@ int run(const QCommandLineParser &parser, Output &output) {
         indices->resize(categoryCount);
         std::iota(indices->begin(), indices->end(), 0u);
     }
+    settingsAreReadable(output, " No category is shown as selected.");
     std::vector<CategoryRun> runs;
     const bool whole = scanCategories(runs, *indices, output);
     if (!output.data(output.json ? jsonDocument(runs) : table(runs, withItems)))

@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 #include "cli/JsonWriter.h"
 #include "core/SettingKeys.h"
+#include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
 
 #include <charconv>
@@ -194,10 +195,11 @@ std::string wantedText(const SettingKey &setting) {
 }
 
 int saved(Output &output) {
-    if (UserDefaults::standardUserDefaults().synchronize())
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    if (defaults.synchronize())
         return Done;
     output.warning("The settings could not be written to " +
-                   UserDefaults::standardUserDefaults().file().native());
+                   paths::display(defaults.file()).toStdString() + ": " + defaults.problem() + ".");
     return Failed;
 }
 
@@ -231,7 +233,7 @@ void configure(QCommandLineParser &parser) {
 int run(const QCommandLineParser &parser, Output &output) {
     const QStringList arguments = parser.positionalArguments();
     if (arguments.isEmpty())
-        return list(output);
+        return settingsAreReadable(output) ? list(output) : Failed;
     const Action *action = findAction(argumentBytes(arguments[0]));
     if (!action)
         return output.usage("Write `settings`, or get, set or reset behind it.");
@@ -244,7 +246,7 @@ int run(const QCommandLineParser &parser, Output &output) {
 
     const std::string name = action->name;
     if (name == "get")
-        return show(*setting, output);
+        return settingsAreReadable(output) ? show(*setting, output) : Failed;
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
     if (name == "reset") {
         defaults.removeObject(setting->key);

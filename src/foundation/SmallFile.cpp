@@ -3,12 +3,16 @@
 #include "foundation/FileDescriptor.h"
 #include "foundation/Paths.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <stdlib.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
+#include <optional>
 
 namespace brightsweep {
 
@@ -21,6 +25,111 @@ std::error_code lastError() {
 // What cannot be synchronised, such as a pipe in the place of a file, needs no synchronising.
 std::error_code synchronise(int descriptor) {
     return ::fsync(descriptor) == 0 || errno == EINVAL ? std::error_code() : lastError();
+}
+
+// True where nothing stands at the path, and no link on the way to it leads nowhere.
+bool isMissing(std::filesystem::path path) {
+    struct stat status {};
+    while (::lstat(path.c_str(), &status) != 0) {
+        const std::filesystem::path parent = paths::parent(path);
+        if (errno != ENOENT || parent == path)
+            return false;
+        path = parent;
+    }
+    return ::stat(path.c_str(), &status) == 0;
+}
+
+struct Target {
+    std::filesystem::path path;
+    std::optional<struct stat> existing;
+};
+
+// The place that a write goes to, once links are followed, and what it replaces.
+Result<Target> replaceable(const std::filesystem::path &path) {
+    struct stat status {};
+    if (::lstat(path.c_str(), &status) != 0)
+        return errno == ENOENT ? Result<Target>(Target{path, {}}) : lastError();
+    Target target{path, {}};
+    if (S_ISLNK(status.st_mode)) {
+        char *const resolved = ::realpath(path.c_str(), nullptr);
+        if (!resolved)
+            return lastError();
+        target.path = resolved;
+        ::free(resolved);
+        const uid_t linksOwner = status.st_uid;
+        if (::lstat(target.path.c_str(), &status) != 0)
+            return lastError();
+        if (linksOwner != ::geteuid() || status.st_uid != ::geteuid())
+            return std::errc::operation_not_permitted;
+    }
+    if (!S_ISREG(status.st_mode))
+        return std::errc::invalid_argument;
+    target.existing = status;
+    return target;
+}
+
+// As root, a user's own file stays the user's own.
+std::error_code keepOwnerAndMode(int descriptor, const struct stat &existing) {
+    struct stat made {};
+    if (::fstat(descriptor, &made) != 0)
+        return lastError();
+    if (made.st_uid != existing.st_uid || made.st_gid != existing.st_gid) {
+        if (::fchown(descriptor, existing.st_uid, existing.st_gid) != 0 && errno != EPERM)
+            return lastError();
+    }
+    return ::fchmod(descriptor, existing.st_mode & 07777) == 0 ? std::error_code() : lastError();
+}
+
+// -- Temporary files. Each is locked by the process that writes it, for as long as it has that
+// name.
+
+constexpr char temporaryPrefix[] = ".com.norvmac.DeskSweeperPro.new-";
+constexpr std::size_t temporaryRandom = 6;
+
+bool lock(int descriptor) {
+    return ::flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+}
+
+// Whoever clears leftovers may take a new one for one of them before it is locked.
+FileDescriptor makeTemporary(std::string &path) {
+    const std::string pattern = path;
+    for (;;) {
+        path = pattern;
+        FileDescriptor file(::mkostemp(path.data(), O_CLOEXEC));
+        struct stat status {};
+        if (!file)
+            return file;
+        // A file system without locks is not cleared either.
+        const bool isTaken = !lock(file.get()) && errno == EWOULDBLOCK;
+        if (!isTaken && ::fstat(file.get(), &status) == 0 && status.st_nlink > 0)
+            return file;
+    }
+}
+
+bool isTemporaryName(std::string_view name) {
+    return name.starts_with(temporaryPrefix) &&
+           name.size() == std::strlen(temporaryPrefix) + temporaryRandom;
+}
+
+// Removes the temporary files of this user whose writer is gone.
+void clearLeftovers(const std::filesystem::path &folder) {
+    DIR *const entries = ::opendir(folder.c_str());
+    if (!entries)
+        return;
+    while (const dirent *entry = ::readdir(entries)) {
+        if (!isTemporaryName(entry->d_name))
+            continue;
+        const FileDescriptor file(::openat(::dirfd(entries), entry->d_name,
+                                           O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+        struct stat open {};
+        struct stat named {};
+        if (file && ::fstat(file.get(), &open) == 0 && S_ISREG(open.st_mode) &&
+            open.st_uid == ::geteuid() && open.st_nlink == 1 && lock(file.get()) &&
+            ::fstatat(::dirfd(entries), entry->d_name, &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+            named.st_dev == open.st_dev && named.st_ino == open.st_ino)
+            ::unlinkat(::dirfd(entries), entry->d_name, 0);
+    }
+    ::closedir(entries);
 }
 
 } // namespace
@@ -60,25 +169,32 @@ Result<std::string> readSmallFile(const std::filesystem::path &path, std::size_t
     return text;
 }
 
+Result<std::string> readWholeFile(const std::filesystem::path &path) {
+    auto text = readSmallFile(path, smallFileLimit + 1);
+    if (!text && text.error() == std::errc::no_such_file_or_directory && !isMissing(path))
+        return std::errc::no_link; // It is there, but leads nowhere.
+    if (text && text->size() > smallFileLimit)
+        return std::errc::file_too_large;
+    return text;
+}
+
 std::error_code writeSmallFile(const std::filesystem::path &path, std::string_view text) {
-    std::filesystem::path target = path;
-    if (char *resolved = ::realpath(path.c_str(), nullptr)) {
-        target = resolved;
-        ::free(resolved);
-    }
-    std::string temporary = target.native() + ".XXXXXX";
-    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    const auto target = replaceable(path);
+    if (!target)
+        return target.error();
+    clearLeftovers(paths::parent(target->path));
+    std::string temporary = paths::join(paths::parent(target->path), temporaryPrefix).native();
+    temporary.append(temporaryRandom, 'X');
+    const FileDescriptor file = makeTemporary(temporary);
     if (!file)
         return lastError();
-    struct stat existing {};
-    const bool exists = ::stat(target.c_str(), &existing) == 0;
     std::error_code error = writeAll(file.get(), text);
     if (!error)
         error = synchronise(file.get());
-    if (!error && exists && ::fchmod(file.get(), existing.st_mode & 07777) != 0)
-        error = lastError();
-    file.reset();
-    if (!error && ::rename(temporary.c_str(), target.c_str()) != 0)
+    if (!error && target->existing)
+        error = keepOwnerAndMode(file.get(), *target->existing);
+    // The lock is held until the name is gone, one way or the other.
+    if (!error && ::rename(temporary.c_str(), target->path.c_str()) != 0)
         error = lastError();
     if (error)
         ::unlink(temporary.c_str());

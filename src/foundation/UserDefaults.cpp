@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
@@ -99,9 +100,12 @@ bool unescape(std::string_view bytes, QString &text) {
     return true;
 }
 
-UserDefaults::Values readFile(const std::filesystem::path &path) {
-    const auto text = readSmallFile(path);
-    return text ? UserDefaults::parse(*text) : UserDefaults::Values();
+std::string wordsFor(std::error_code error) {
+    if (error == std::errc::invalid_argument || error == std::errc::is_a_directory)
+        return "It is not a regular file";
+    if (error == std::errc::file_too_large)
+        return "It is larger than a settings file can be";
+    return error.message();
 }
 
 } // namespace
@@ -143,8 +147,9 @@ void UserDefaults::resetStandardUserDefaults() {
     standardDefaults.reset();
 }
 
-UserDefaults::UserDefaults(std::filesystem::path file)
-    : m_file(std::move(file)), m_userValues(readFile(m_file)) {}
+UserDefaults::UserDefaults(std::filesystem::path file) : m_file(std::move(file)) {
+    read(m_userValues);
+}
 
 void UserDefaults::registerDefaults(const QVariantMap &defaults) {
     const std::lock_guard lock(m_mutex);
@@ -251,21 +256,25 @@ bool UserDefaults::synchronizeLocked() {
         while (::flock(lock.get(), LOCK_EX) != 0 && errno == EINTR) {
         }
     }
-    const Values stored = readFile(m_file);
+    Values stored;
+    if (!read(stored)) {
+        m_problem = m_readProblem;
+        return false;
+    }
     Values merged = stored;
     for (auto removed = m_removed.keyBegin(); removed != m_removed.keyEnd(); ++removed)
         merged.remove(*removed);
     for (auto set = m_unwritten.cbegin(); set != m_unwritten.cend(); ++set)
         merged.insert(set.key(), *set);
     m_userValues = merged;
+    m_problem.clear();
     if (!changed)
         return true;
 
     // The disk is not waited for to hold what it holds.
-    const auto error =
-        merged == stored ? std::error_code() : writeSmallFile(m_file, compose(merged));
-    if (error) {
-        NSLog("The settings could not be written to %@: %@", m_file, error);
+    if (const auto error = merged == stored ? std::error_code() : write(merged)) {
+        m_problem = error.message();
+        NSLog("The settings could not be written to %@: %@", m_file, m_problem);
         return false;
     }
     m_unwritten.clear();
@@ -273,21 +282,61 @@ bool UserDefaults::synchronizeLocked() {
     return true;
 }
 
-UserDefaults::Values UserDefaults::parse(std::string_view text) {
+std::error_code UserDefaults::write(const Values &values) const {
+    const std::string text = compose(values);
+    // It could not be read again.
+    if (text.size() > smallFileLimit)
+        return std::make_error_code(std::errc::file_too_large);
+    return writeSmallFile(m_file, text);
+}
+
+// Gives the intact lines of a damaged file, nothing of one that cannot be read.
+bool UserDefaults::read(Values &values) {
+    std::string problem;
+    const auto text = readWholeFile(m_file);
+    if (text) {
+        std::size_t damagedLine = 0;
+        values = parse(*text, &damagedLine);
+        if (damagedLine > 0)
+            problem = "Line " + std::to_string(damagedLine) + " is damaged";
+    } else if (text.error() != std::errc::no_such_file_or_directory) {
+        problem = wordsFor(text.error());
+    }
+    if (!problem.empty() && problem != m_readProblem)
+        NSLog("The settings in %@ cannot be read whole: %@", m_file, problem);
+    m_readProblem = problem;
+    return problem.empty();
+}
+
+std::string UserDefaults::readProblem() const {
+    const std::lock_guard lock(m_mutex);
+    return m_readProblem;
+}
+
+std::string UserDefaults::problem() const {
+    const std::lock_guard lock(m_mutex);
+    return m_problem;
+}
+
+UserDefaults::Values UserDefaults::parse(std::string_view text, std::size_t *damagedLine) {
     Values values;
-    for (std::size_t start = 0; start < text.size();) {
-        const auto end = text.find('\n', start);
-        if (end == text.npos)
-            break;
-        const std::string_view line = text.substr(start, end - start);
-        start = end + 1;
+    std::size_t firstDamaged = 0;
+    for (std::size_t number = 1; !text.empty(); ++number) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        text.remove_prefix(std::min(text.size(), line.size() + 1));
+        if (line.empty())
+            continue;
         const auto equals = line.find('=');
         QString key;
         QString value;
         if (equals != line.npos && equals > 0 && unescape(line.substr(0, equals), key) &&
             unescape(line.substr(equals + 1), value))
             values.insert(key, value);
+        else if (firstDamaged == 0)
+            firstDamaged = number;
     }
+    if (damagedLine)
+        *damagedLine = firstDamaged;
     return values;
 }
 

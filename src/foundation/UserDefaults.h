@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace brightsweep {
 
@@ -19,9 +20,10 @@ inline constexpr QLatin1String UserDefaultsDidChangeNotification("UserDefaultsDi
 /// Typed settings by key: the user's values above a layer of registered defaults.
 ///
 /// The store is one text file, a line "key=value" each. Every change is written through at once,
-/// atomically, and merged with what other processes have written meanwhile, key by key. A file
-/// that is damaged gives the values of its intact lines; one that cannot be written leaves the
-/// change in memory until a later synchronize(). Safe from every thread.
+/// atomically, and merged with what other processes have written meanwhile, key by key. A file that
+/// is there but cannot be read whole is an error, readProblem(), and is never written over: changes
+/// then stay in memory until a later synchronize() finds it sound, as they do while it cannot be
+/// written. Safe from every thread.
 class UserDefaults {
 public:
     /// The program's own domain, in the user's configuration folder. Reads the file on first use.
@@ -56,20 +58,29 @@ public:
     void removeObject(const QString &key);
 
     /// Writes what could not be written so far and takes in what others have written. False when
-    /// the store could not be written.
+    /// the file could not be read whole, or the store not be written: problem() then says why.
     bool synchronize();
+    /// Why the file could not be read whole when it was last looked at, in words for the user;
+    /// empty where it could, or where there is none. Until then only what was read before and what
+    /// was set in this process is known of the user's values, at first the intact lines.
+    std::string readProblem() const;
+    /// The same for what synchronize() or a change came to last.
+    std::string problem() const;
 
     const std::filesystem::path &file() const { return m_file; }
 
     using Values = QMap<QString, QString>;
-    /// The intact lines of a file's text. A line without "=", with an invalid escape or in invalid
-    /// UTF-8 is passed over, and so is a last line without its end: it may have been cut.
-    static Values parse(std::string_view text);
+    /// The intact lines of a file's text, with or without an end of the last one; empty ones hold
+    /// nothing. A line without a key or without "=", with an invalid escape or in invalid UTF-8 is
+    /// damaged: the number of the first such one, from 1 on, goes to `damagedLine`, else 0.
+    static Values parse(std::string_view text, std::size_t *damagedLine = nullptr);
     static std::string compose(const Values &values);
 
 private:
     QVariant value(const QString &key) const;
     bool synchronizeLocked();
+    bool read(Values &values);
+    std::error_code write(const Values &values) const;
 
     mutable std::mutex m_mutex;
     std::filesystem::path m_file;
@@ -77,6 +88,8 @@ private:
     Values m_unwritten;            // set since the last successful write
     QMap<QString, bool> m_removed; // removed since then
     QVariantMap m_registered;
+    std::string m_readProblem;
+    std::string m_problem;
 };
 
 /// The numbers that texts read as, by the rules above; the same in every locale.

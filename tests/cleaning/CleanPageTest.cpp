@@ -10,6 +10,7 @@
 #include "support/FaultPlatform.h"
 #include "support/NeedsRoot.h"
 #include "support/RecordingPlatform.h"
+#include "support/TestEnvironment.h"
 
 #include <gmock/gmock.h>
 
@@ -69,6 +70,22 @@ TEST(CleanPage, WithNothingSelectedAllSixAreScannedAndCleanStaysOff) {
     EXPECT_FALSE(at.page.controls().cleanButton.enabled);
     EXPECT_EQ(at.page.outline().tree().groups().size(), 6u);
     EXPECT_EQ(CleanPage::stored(), "000000");
+}
+
+TEST(CleanPage, SettingsThatCannotBeReadTickNothing) {
+    test::TestTree home(test::TestEnvironment::current().home());
+    const auto file = home.file(".config/com.norvmac.DeskSweeperPro.conf", "damaged");
+    CleanPage at;
+    at.scan();
+    EXPECT_THAT(at.page.notice().toStdString(), testing::StartsWith("The settings cannot be read"));
+    EXPECT_EQ(at.page.selectCount2Clean(), 0u);
+    // What the user ticks by hand is cleaned, but it takes the place of no settings.
+    at.page.row(1).checkBoxAction();
+    EXPECT_EQ(CleanPage::stored(), "010000");
+    home.file(".config/com.norvmac.DeskSweeperPro.conf", "UserCaches=0\nUserTrash=1\n");
+    at.scan();
+    EXPECT_EQ(at.page.notice(), QString());
+    EXPECT_EQ(CleanPage::stored(), "111110");
 }
 
 // Nothing is stored before there are rows: to look at the overview is no choice.

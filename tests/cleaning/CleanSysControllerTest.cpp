@@ -75,6 +75,18 @@ TEST(CleanSysController, WithNothingSelectedItOnlySaysSo) {
     EXPECT_EQ(machine.state(), before);
 }
 
+TEST(CleanSysController, SettingsThatCannotBeReadEmptyNothing) {
+    const test::CleanableMachine machine;
+    test::TestTree(test::TestEnvironment::current().home())
+        .file(".config/com.norvmac.DeskSweeperPro.conf", "UserCaches=0\ndamaged");
+    const auto before = machine.state();
+    QuickClean clean;
+    clean.controller->windowDidLoad();
+    test::waitUntil([&] { return clean.closes > 0; });
+    EXPECT_THAT(clean.bubbles[0], testing::StartsWith("The settings cannot be read"));
+    EXPECT_EQ(machine.state(), before);
+}
+
 TEST(CleanSysController, EmptiesTheMarkedCategoriesAndReportsWhatWent) {
     CleanPage::store("010001");
     const test::CleanableMachine machine;

@@ -194,6 +194,19 @@ TEST_F(ScanClean, WrongUsageIsToldInALineAndRemovesNothing) {
     EXPECT_THAT(changes(before, machine.state()), IsEmpty());
 }
 
+TEST_F(ScanClean, SettingsThatCannotBeReadChooseNothing) {
+    machine.home.file(".config/com.norvmac.DeskSweeperPro.conf", "UserCaches=0\ndamaged");
+    const auto before = machine.state();
+    const auto refused = cli({"clean", "--apply"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.errors, HasSubstr("--category"));
+    EXPECT_THAT(changes(before, machine.state()), IsEmpty());
+    for (const auto &category : categoriesIn(scan()))
+        EXPECT_EQ(category[QStringLiteral("selection")], 0);
+    clean({"--category", "1", "--apply"});
+    EXPECT_EQ(changes(before, machine.state()), machine.changesOf({1}));
+}
+
 TEST_F(ScanClean, WhatNeedsRightsStaysAndIsTold) {
     needRoot();
     machine.giveHome(unprivilegedUser);

@@ -124,6 +124,11 @@ TEST(SettingsCommand, AStoreThatCannotBeWrittenFails) {
     const auto result = settings({"set", "SpaceAlarm", "0.5"});
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.errors.find(file.native()), std::string::npos);
+    // The defaults are not shown as if they were the user's.
+    for (const auto &words : std::vector<std::vector<std::string>>{{}, {"get", "UserCaches"}}) {
+        EXPECT_EQ(settings(words).status, 1);
+        EXPECT_EQ(settings(words).output, "");
+    }
 }
 
 } // namespace

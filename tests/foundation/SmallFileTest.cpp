@@ -1,11 +1,15 @@
 #include "foundation/SmallFile.h"
 
+#include "foundation/FileDescriptor.h"
 #include "support/ChildProcess.h"
 #include "support/NeedsRoot.h"
 #include "support/TestTree.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace brightsweep {
 namespace {
@@ -22,6 +26,50 @@ TEST(SmallFile, ReplacesAndKeepsModeAndLink) {
     ASSERT_EQ(::stat(file.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0640u);
     EXPECT_EQ(tree.snapshot("kept").size(), 1u); // nothing left beside it
+}
+
+TEST(SmallFile, ReplacesOnlyFilesOfTheUsersOwn) {
+    test::TestTree tree;
+    const auto foreign = tree.file("foreign", "theirs");
+    tree.link("to foreign", foreign);
+    const auto foreignLink = tree.link("foreign link", tree.file("own", "mine"));
+    tree.link("to device", "/dev/null");
+    tree.link("severed", "missing");
+    ASSERT_EQ(::chown(foreign.c_str(), test::unprivilegedUser, test::unprivilegedUser), 0);
+    ASSERT_EQ(::lchown(foreignLink.c_str(), test::unprivilegedUser, 0), 0);
+    tree.fifo("fifo");
+    const auto before = tree.snapshot();
+    for (const char *name : {"to foreign", "foreign link", "to device", "severed", "fifo"})
+        EXPECT_TRUE(writeSmallFile(tree.path(name), "new")) << name;
+    EXPECT_EQ(tree.snapshot(), before);
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+    // Root writes the user's own file without taking it over.
+    EXPECT_FALSE(writeSmallFile(foreign, "new"));
+    struct stat status {};
+    ASSERT_EQ(::stat(foreign.c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, test::unprivilegedUser);
+    EXPECT_EQ(status.st_gid, test::unprivilegedUser);
+}
+
+TEST(SmallFile, ClearsWhatKilledWritersLeft) {
+    test::TestTree tree;
+    const std::string ours = ".com.norvmac.DeskSweeperPro.new-";
+    tree.file("d/" + ours + "abcdef");
+    const FileDescriptor living(
+        ::open(tree.file("d/" + ours + "living").c_str(), O_RDWR | O_CLOEXEC));
+    ASSERT_EQ(::flock(living.get(), LOCK_EX), 0);
+    tree.file("d/" + ours + "longername");
+    tree.file("d/com.norvmac.DeskSweeperPro.conf.backup");
+    tree.hardLink("d/" + ours + "linked", tree.file("elsewhere"));
+    tree.directory("d/" + ours + "folder");
+    const auto foreign = tree.file("d/" + ours + "theirs");
+    ASSERT_EQ(::chown(foreign.c_str(), test::unprivilegedUser, 0), 0);
+    auto expected = tree.snapshot("d");
+    expected.erase(ours + "abcdef");
+    EXPECT_FALSE(writeSmallFile(tree.path("d/file"), "new"));
+    auto now = tree.snapshot("d");
+    EXPECT_EQ(now.erase("file"), 1u);
+    EXPECT_EQ(now, expected);
 }
 
 TEST(SmallFile, ReadsOnlyFilesAndOnlySoMuch) {

@@ -102,27 +102,70 @@ TEST(UserDefaults, AnyTextSurvivesTheFile) {
     EXPECT_EQ(UserDefaults(tree.path("settings")).stringForKey(hostile), hostile);
 }
 
-TEST(UserDefaults, DamagedFileGivesItsIntactLines) {
+TEST(UserDefaults, DamagedFileGivesItsIntactLinesAndStaysAsItIs) {
     test::TestTree tree;
     const struct {
         std::string_view file;
         QList<QString> keys;
+        const char *problem;
     } rows[] = {
-        {"", {}},
-        {"a=1\nb=2\n", {text("a"), text("b")}},
-        {"a=1\nb=2", {text("a")}}, // cut short
-        {"a=1\n=2\nno\n\nc=3\n", {text("a"), text("c")}},
-        {"a=1\nb=\\x\nc\\=1\nd=\xff\xfe\ne=5\n", {text("a"), text("e")}},
-        {std::string_view("a=1\0\nb=2\n", 9), {text("b")}},
-        {"a=1\na=2\n", {text("a")}},
+        {"", {}, ""},
+        {"a=1\nb=2\n", {text("a"), text("b")}, ""},
+        {"a=1\nb=2", {text("a"), text("b")}, ""},
+        {"a=1\na=2\n\n", {text("a")}, ""},
+        {"a=1\nb", {text("a")}, "Line 2 is damaged"},
+        {"a=1\n=2\nno\n\nc=3\n", {text("a"), text("c")}, "Line 2 is damaged"},
+        {"a=1\nb=\\x\nc\\=1\nd=\xff\xfe\ne=5\n", {text("a"), text("e")}, "Line 2 is damaged"},
+        {std::string_view("a=1\0\nb=2\n", 9), {text("b")}, "Line 1 is damaged"},
     };
     for (const auto &row : rows) {
         UserDefaults defaults(tree.file("settings", row.file));
         EXPECT_EQ(UserDefaults::parse(row.file).keys(), row.keys) << row.file;
-        // The next change keeps them and writes a sound file.
+        EXPECT_EQ(defaults.readProblem(), row.problem);
         defaults.setObject(text("z"), 1);
-        EXPECT_EQ(UserDefaults::parse(*readSmallFile(defaults.file())).size(), row.keys.size() + 1);
+        EXPECT_EQ(defaults.problem(), row.problem);
+        const std::string now = *readSmallFile(defaults.file());
+        if (*row.problem)
+            EXPECT_EQ(now, row.file);
+        else
+            EXPECT_EQ(UserDefaults::parse(now).size(), row.keys.size() + 1);
     }
+}
+
+TEST(UserDefaults, WhatIsThereButCannotBeReadIsNeverWrittenOver) {
+    test::TestTree tree;
+    tree.link("away", "missing");
+    const std::filesystem::path files[] = {
+        tree.directory("folder"),
+        tree.fifo("fifo"),
+        tree.file("long", "a=1\n" + std::string(smallFileLimit, 'x')),
+        tree.link("severed", tree.path("missing")),
+        tree.path("away/below"),
+        tree.link("device", "/dev/null"),
+        tree.path("folder/settings/below-a-file"),
+    };
+    tree.file("folder/settings");
+    const auto before = tree.snapshot();
+    for (const auto &file : files) {
+        UserDefaults defaults(file);
+        EXPECT_NE(defaults.readProblem(), "") << file;
+        defaults.setObject(key, 1);
+        EXPECT_FALSE(defaults.synchronize()) << file;
+        EXPECT_EQ(defaults.integerForKey(key), 1);
+    }
+    EXPECT_EQ(tree.snapshot(), before);
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+    // What could not be written back then is, once the file is sound, and no more than that.
+    UserDefaults defaults(tree.file("settings", "damaged"));
+    defaults.setObject(key, 1);
+    tree.file("settings", "a=1");
+    EXPECT_TRUE(defaults.synchronize());
+    EXPECT_EQ(*readSmallFile(defaults.file()), "Key=1\na=1\n");
+    EXPECT_EQ(defaults.readProblem() + defaults.problem(), "");
+    // Nor is one made that could not be read again.
+    defaults.setObject(key, QString(qsizetype(smallFileLimit), u'x'));
+    EXPECT_FALSE(defaults.synchronize());
+    EXPECT_EQ(*readSmallFile(defaults.file()), "Key=1\na=1\n");
 }
 
 TEST(UserDefaults, FullDiskLosesNothing) {

@@ -113,7 +113,8 @@ void ApplicationViews::askForQuickClean() {
     AlertContent content;
     content.imageName = QStringLiteral("warning.png");
     if (folders.isEmpty()) {
-        content.text = localizedText("NO_FOLDER_CONTENT");
+        const QString problem = selectionProblem();
+        content.text = problem.isEmpty() ? localizedText("NO_FOLDER_CONTENT") : problem;
     } else {
         content.text = localizedText("QUICK_CLEAN_ASK");
         content.informativeText = folders.join(u'\n');

@@ -169,7 +169,8 @@ QWidget *CleanResultsPanel::makeNotice() {
     auto *const row = new QHBoxLayout(notice);
     row->setContentsMargins(3 * theme::grid, theme::grid, 2 * theme::grid, theme::grid);
     m_noticeWords = new QLabel(notice);
-    m_noticeWords->setObjectName(QStringLiteral("clean.notice"));
+    m_noticeWords->setObjectName(QStringLiteral("clean.resultsNotice"));
+    m_noticeWords->setTextFormat(Qt::PlainText);
     m_noticeWords->setWordWrap(true);
     row->addWidget(m_noticeWords, 1);
     m_noticeAct = new QPushButton(notice);

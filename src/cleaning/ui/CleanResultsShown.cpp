@@ -96,11 +96,13 @@ void CleanResultsPanel::followParts() {
 
 void CleanResultsPanel::followNotice(const QWidget *page) {
     const bool restarts = m_controller.needsRestart();
-    m_noticeWords->setText(restarts ? localizedText(cleanPageTexts::restartText)
-                                    : localizedText("CLEAN_OUTDATED"));
+    const QString notice = m_controller.notice();
+    m_noticeWords->setText(notice.isEmpty() ? localizedText("CLEAN_OUTDATED") : notice);
+    m_noticeAct->setVisible(restarts || notice.isEmpty());
     m_noticeAct->setText(restarts ? localizedText("RESTART") : localizedText("Scan"));
     m_noticeAct->setEnabled(m_controller.state() == NewMainViewController::State::Results);
-    m_notice->setVisible(restarts ? page != m_outcome : m_controller.isOutdated());
+    m_notice->setVisible(restarts ? page != m_outcome
+                                  : !notice.isEmpty() || m_controller.isOutdated());
 }
 
 void CleanResultsPanel::followOutcome() {

@@ -26,21 +26,21 @@ CleanStartPanel::CleanStartPanel(NewMainViewController &controller, QWidget *par
       m_controller(controller),
       m_title(new QLabel(localizedText("Fast Clean"), this)),
       m_sentence(new StyledLabel(this)),
-      m_restart(new StyledLabel(this)),
+      m_notice(new StyledLabel(this)),
       m_button(new QPushButton(this)),
       m_picture(new ImageView(QStringLiteral("start_clean.png"), this)) {
     theme::keepFont(m_title, 20, true);
     m_sentence->setObjectName(QStringLiteral("clean.sentence"));
     m_sentence->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    m_restart->setStyledText({localizedText(cleanPageTexts::restartText), 12, {}});
-    m_restart->setAlignment(Qt::AlignHCenter);
+    m_notice->setObjectName(QStringLiteral("clean.notice"));
+    m_notice->setAlignment(Qt::AlignHCenter);
     theme::keepSize(m_picture, pictureSide, pictureSide);
     m_button->setObjectName(QStringLiteral("scanButton"));
     m_button->setProperty("primary", true);
     m_button->setAutoDefault(true); // Enter presses it
     theme::keep(this, [this] {
         m_sentence->setParagraphWidth(theme::height(sentenceWidth));
-        m_restart->setParagraphWidth(theme::height(sentenceWidth));
+        m_notice->setParagraphWidth(theme::height(sentenceWidth));
         m_button->setMinimumSize(theme::height(buttonWidth), theme::height(buttonHeight));
     });
     theme::keepFont(m_button, 14, true);
@@ -54,7 +54,7 @@ CleanStartPanel::CleanStartPanel(NewMainViewController &controller, QWidget *par
     layout->addWidget(m_title, 0, Qt::AlignHCenter);
     layout->addSpacing(2 * theme::grid);
     layout->addWidget(m_sentence, 0, Qt::AlignHCenter);
-    layout->addWidget(m_restart, 0, Qt::AlignHCenter);
+    layout->addWidget(m_notice, 0, Qt::AlignHCenter);
     layout->addSpacing(7 * theme::grid);
     layout->addWidget(m_button, 0, Qt::AlignHCenter);
     layout->addStretch(3);
@@ -80,7 +80,8 @@ void CleanStartPanel::follow() {
     if (sentence.text.isEmpty())
         sentence.text = localizedText("EMPTY_SCAN");
     m_sentence->setStyledText(sentence);
-    m_restart->setVisible(m_controller.needsRestart());
+    m_notice->setStyledText({m_controller.notice(), 12, {}});
+    m_notice->setVisible(!m_controller.notice().isEmpty());
     m_button->setText(m_controller.needsRestart() ? localizedText("RESTART")
                                                   : localizedText("Scan"));
 }

@@ -30,7 +30,7 @@ private:
     NewMainViewController &m_controller;
     QLabel *m_title;
     StyledLabel *m_sentence;
-    StyledLabel *m_restart;
+    StyledLabel *m_notice;
     QPushButton *m_button;
     ImageView *m_picture;
 };
