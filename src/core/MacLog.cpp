@@ -37,9 +37,15 @@ FileDescriptor openLog(const std::filesystem::path &path) {
     const std::string &bytes = path.native();
     const bool ascii = std::all_of(bytes.begin(), bytes.end(),
                                    [](char byte) { return static_cast<signed char>(byte) >= 0; });
-    if (!ascii)
+    struct stat status {};
+    // To open a device may do something already.
+    if (!ascii || (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)))
         return FileDescriptor();
-    return FileDescriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0666));
+    FileDescriptor file(::open(
+        path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666));
+    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return FileDescriptor();
+    return file;
 }
 
 void logVolume(const VolumeFacts &volume) {
@@ -80,7 +86,8 @@ void MacLog::setLogFileForCommandLine(std::string_view fileName) {
 
 void MacLog::deleteLog(const std::filesystem::path &path) {
     struct stat status {};
-    if (::stat(path.c_str(), &status) == 0 && std::uint64_t(status.st_size) > Log::sizeLimit)
+    if (::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+        std::uint64_t(status.st_size) > Log::sizeLimit)
         ::unlink(path.c_str());
 }
 

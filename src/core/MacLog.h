@@ -6,8 +6,9 @@
 namespace brightsweep {
 
 /// Points the program's one log at its file, "norvex.log" in the support folder, before any thread
-/// starts. Nothing here can stop the program: while the folder does not exist, or its path is not
-/// plain ASCII, there is no file and lines go where they went before.
+/// starts. Nothing here can stop the program: while the folder does not exist, its path is not
+/// plain ASCII, or something else than a regular file stands in the log's place, there is no file
+/// and lines go where they went before.
 class MacLog {
 public:
     /// Trims an overgrown file, puts the file in the place of standard error, and writes the facts

@@ -13,15 +13,20 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
+#include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <thread>
 
 namespace brightsweep {
 
 namespace {
+
+constexpr std::chrono::milliseconds lockPatience(2000);
+constexpr std::chrono::milliseconds lockPause(5);
 
 std::filesystem::path standardFile() {
     std::filesystem::path folder = environmentFolder("XDG_CONFIG_HOME", ".config");
@@ -242,6 +247,22 @@ bool UserDefaults::synchronize() {
     return synchronizeLocked();
 }
 
+// Waits for others, but not for ever, and not again while the same one goes on. A file system
+// without locks is taken as it is.
+bool UserDefaults::lockFolder(int folder) {
+    const auto until = std::chrono::steady_clock::now() +
+                       (m_lockIsHeld ? std::chrono::milliseconds::zero() : lockPatience);
+    for (;;) {
+        const bool locked = ::flock(folder, LOCK_EX | LOCK_NB) == 0;
+        m_lockIsHeld = !locked && (errno == EWOULDBLOCK || errno == EINTR);
+        if (!m_lockIsHeld)
+            return true;
+        if (std::chrono::steady_clock::now() >= until)
+            return false;
+        std::this_thread::sleep_for(lockPause);
+    }
+}
+
 bool UserDefaults::synchronizeLocked() {
     const std::filesystem::path folder = paths::parent(m_file);
     const bool changed = !m_unwritten.isEmpty() || !m_removed.isEmpty();
@@ -252,10 +273,8 @@ bool UserDefaults::synchronizeLocked() {
     // The folder itself is the lock between processes: it leaves no file behind and goes with the
     // process that held it.
     const FileDescriptor lock(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (lock && changed) {
-        while (::flock(lock.get(), LOCK_EX) != 0 && errno == EINTR) {
-        }
-    }
+    if (lock && changed && !lockFolder(lock.get()))
+        return notWritten("Another program keeps its folder locked");
     Values stored;
     if (!read(stored)) {
         m_problem = m_readProblem;
@@ -267,19 +286,25 @@ bool UserDefaults::synchronizeLocked() {
     for (auto set = m_unwritten.cbegin(); set != m_unwritten.cend(); ++set)
         merged.insert(set.key(), *set);
     m_userValues = merged;
-    m_problem.clear();
-    if (!changed)
+    if (!changed) {
+        m_problem.clear();
         return true;
+    }
 
     // The disk is not waited for to hold what it holds.
-    if (const auto error = merged == stored ? std::error_code() : write(merged)) {
-        m_problem = error.message();
-        NSLog("The settings could not be written to %@: %@", m_file, m_problem);
-        return false;
-    }
+    if (const auto error = merged == stored ? std::error_code() : write(merged))
+        return notWritten(error.message());
+    m_problem.clear();
     m_unwritten.clear();
     m_removed.clear();
     return true;
+}
+
+bool UserDefaults::notWritten(const std::string &problem) {
+    if (m_problem != problem)
+        NSLog("The settings could not be written to %@: %@", m_file, problem);
+    m_problem = problem;
+    return false;
 }
 
 std::error_code UserDefaults::write(const Values &values) const {

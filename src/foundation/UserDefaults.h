@@ -23,7 +23,8 @@ inline constexpr QLatin1String UserDefaultsDidChangeNotification("UserDefaultsDi
 /// atomically, and merged with what other processes have written meanwhile, key by key. A file that
 /// is there but cannot be read whole is an error, readProblem(), and is never written over: changes
 /// then stay in memory until a later synchronize() finds it sound, as they do while it cannot be
-/// written. Safe from every thread.
+/// written. A folder that another program keeps locked is waited for two seconds, once. Safe from
+/// every thread.
 class UserDefaults {
 public:
     /// The program's own domain, in the user's configuration folder. Reads the file on first use.
@@ -79,6 +80,8 @@ public:
 private:
     QVariant value(const QString &key) const;
     bool synchronizeLocked();
+    bool lockFolder(int folder);
+    bool notWritten(const std::string &problem);
     bool read(Values &values);
     std::error_code write(const Values &values) const;
 
@@ -90,6 +93,7 @@ private:
     QVariantMap m_registered;
     std::string m_readProblem;
     std::string m_problem;
+    bool m_lockIsHeld = false; // by another process, when it was last tried
 };
 
 /// The numbers that texts read as, by the rules above; the same in every locale.

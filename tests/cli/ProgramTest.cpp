@@ -68,6 +68,24 @@ TEST_F(Program, FirstRunMakesItsFolderAndTheSecondLogsThere) {
     EXPECT_THAT(changes(before, machine.state()), testing::IsEmpty());
 }
 
+TEST_F(Program, OnlyARegularFileIsALog) {
+    CleanableMachine machine;
+    machine.home.fifo(log);
+    // More than a pipe holds.
+    for (int i = 0; i < 300; ++i)
+        machine.home.file(".cache/" + std::string(200, 'x') + std::to_string(i) + "/f");
+    for (const char *program : {BRIGHTSWEEP_CLI, BRIGHTSWEEP_PROGRAM}) {
+        const auto result = runProgram({program, "duplicates", machine.home.top(), "--limit", "0"});
+        EXPECT_EQ(result.status, 0) << program;
+        EXPECT_NE(result.output, "") << program;
+    }
+    EXPECT_TRUE(std::filesystem::is_fifo(machine.home.path(log)));
+    machine.home.link(".local/share/Brightsweep/other", "/dev/null");
+    std::filesystem::rename(machine.home.path(".local/share/Brightsweep/other"),
+                            machine.home.path(log));
+    EXPECT_THAT(runProgram({BRIGHTSWEEP_PROGRAM}).errors, HasSubstr("hardware info\n"));
+}
+
 // The first log asks for the volumes, whose watch is a thread of its own.
 TEST_F(Program, TheWatchOfTheVolumesIsNeverTakenForTheMainThread) {
     CleanableMachine machine;

@@ -1,4 +1,5 @@
 #include "core/SettingKeys.h"
+#include "foundation/FileDescriptor.h"
 #include "foundation/UserDefaults.h"
 #include "support/ChildProcess.h"
 
@@ -6,7 +7,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 
 namespace brightsweep {
 namespace {
@@ -129,6 +132,25 @@ TEST(SettingsCommand, AStoreThatCannotBeWrittenFails) {
         EXPECT_EQ(settings(words).status, 1);
         EXPECT_EQ(settings(words).output, "");
     }
+}
+
+TEST(SettingsCommand, AFolderThatStaysLockedIsTold) {
+    const auto file = UserDefaults::standardUserDefaults().file();
+    std::filesystem::create_directories(file.parent_path());
+    const FileDescriptor folder(::open(file.parent_path().c_str(), O_RDONLY | O_CLOEXEC));
+    ASSERT_EQ(::flock(folder.get(), LOCK_EX), 0);
+    const auto result = settings({"set", "SpaceAlarm", "0.5"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.errors.find("locked"), std::string::npos);
+    // What was waited for in vain is only looked at, until it is let go.
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    for (int i = 0; i < 200; ++i)
+        defaults.setObject(DSSpaceAlarmKey, 0.01f * float(i));
+    EXPECT_FALSE(std::filesystem::exists(file));
+    ASSERT_EQ(::flock(folder.get(), LOCK_UN), 0);
+    EXPECT_TRUE(defaults.synchronize());
+    EXPECT_EQ(defaults.problem(), "");
+    EXPECT_EQ(settings({"get", "SpaceAlarm"}).output, "1.99\n");
 }
 
 } // namespace
