@@ -63,8 +63,11 @@ int main(int argc, char **argv) {
     const bool frees = brightsweep::ClearMemory::valueToFree(argc, argv) != nullptr;
 #ifdef BRIGHTSWEEP_GUI
     // The command "fr" needs no bus and waits for none.
-    sessionBusIsSilent = !frees && hasDisplay() && brightsweep::leaveSilentSessionBus();
+    if (!frees && hasDisplay())
+        sessionBusIsSilent = brightsweep::leaveSilentSessionBus();
+    else
 #endif
+        brightsweep::cli::handleFatalErrors();
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
     // What is said before the log is open belongs to nobody's terminal.
     brightsweep::Log::setDescriptor(-1);

@@ -1,9 +1,19 @@
 #include "app/RefreshLoop.h"
 
+#include "foundation/Log.h"
+
+#include <system_error>
+
 namespace brightsweep {
 
 RefreshLoop::RefreshLoop(std::chrono::milliseconds interval, std::function<void()> tick)
-    : m_interval(interval), m_tick(std::move(tick)), m_thread([this] { run(); }) {}
+    : m_interval(interval), m_tick(std::move(tick)) {
+    try {
+        m_thread = std::thread([this] { run(); });
+    } catch (const std::system_error &error) {
+        NSLog("Nothing is refreshed by itself: %@", error.code());
+    }
+}
 
 RefreshLoop::~RefreshLoop() {
     {
@@ -11,7 +21,8 @@ RefreshLoop::~RefreshLoop() {
         m_stopped = true;
     }
     m_changed.notify_all();
-    m_thread.join();
+    if (m_thread.joinable())
+        m_thread.join();
 }
 
 void RefreshLoop::run() {

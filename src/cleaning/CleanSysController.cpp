@@ -79,7 +79,7 @@ CleanSysController::CleanSysController(Delays delays) : m_delays(delays) {
     m_closeTimer.setSingleShot(true);
     connect(&m_bubbleTimer, &QTimer::timeout, this, &CleanSysController::timerDeleteBubble);
     connect(&m_closeTimer, &QTimer::timeout, this, &CleanSysController::shouldCloseWindow);
-    m_queue.setIdleHandler([this] { m_calls.post([this] { goIfDone(); }); });
+    m_queue.setIdleHandler([this] { m_calls.post([this] { operationsEnded(); }); });
     resetStatus();
     readSettings();
     UtilityObject::getMyObject().isCanBeAction = foldersArr.empty();
@@ -387,6 +387,13 @@ void CleanSysController::closeWindow() {
     } else if (m_state == State::Idle) {
         m_state = State::Closed;
     }
+    goIfDone();
+}
+
+// After what an operation told of its own end; one that failed tells nothing.
+void CleanSysController::operationsEnded() {
+    if (m_queue.isIdle() && (m_state == State::Scanning || m_state == State::Deleting))
+        report(totalDelSize());
     goIfDone();
 }
 

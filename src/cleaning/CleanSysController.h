@@ -121,6 +121,7 @@ private:
     void bubbleViewWith(const QString &view, const QString &bView);
     void timerDeleteBubble();
     void shouldCloseWindow();
+    void operationsEnded();
     void goIfDone();
 
     const Delays m_delays;

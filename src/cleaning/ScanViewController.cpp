@@ -135,6 +135,8 @@ std::uint64_t ScanViewController::scanDirectory(const RemovalRoot &directory,
 
 void ScanViewController::scanTaskFinished() {
     NotificationCenter::defaultCenter().post(cleanShowSelectNumInBottomNotification);
+    if (twScan)
+        m_failure = twScan->failure();
     twScan.reset();
     Q_EMIT scanFinishedChanged(true);
 }
@@ -256,6 +258,8 @@ void ScanViewController::hasGone(CleanFileInfo &row, std::uint64_t bytes) {
 }
 
 void ScanViewController::cleanFinished() {
+    if (twFastClean)
+        m_failure = twFastClean->failure();
     twFastClean.reset();
     m_run.reset();
     Q_EMIT cleanFinishedChanged(true);

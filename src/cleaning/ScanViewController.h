@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <exception>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -91,6 +92,9 @@ public:
     std::uint64_t totalSize() const { return m_totalSize; }
     /// Bytes that the last clean removed.
     std::uint64_t cleanSize() const { return iCleanSize; }
+    /// What kept the last run from its end, such as want of memory; null where nothing did. From
+    /// its finish signal on, on the owner's thread.
+    std::exception_ptr failure() const { return m_failure; }
 
 Q_SIGNALS:
     void filesSizeChanged(const QString &filesSize);
@@ -114,6 +118,7 @@ private:
     std::shared_ptr<ThreadWorker> twScan;
     std::shared_ptr<ThreadWorker> twFastClean;
     std::shared_ptr<RemovalRun> m_run; ///< while a clean is under way
+    std::exception_ptr m_failure;
     std::atomic<bool> bIsStopTask{false};
     std::atomic<std::uint64_t> iCleanSize{0};
     std::atomic<std::uint64_t> m_totalSize{0};

@@ -10,6 +10,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <exception>
 #include <functional>
 
 namespace brightsweep::cli {
@@ -50,8 +51,11 @@ bool runAll(std::vector<CategoryRun> &runs, Output &output, const char *verb, co
     if (running > 0)
         loop.exec();
     output.progress({});
-    for (CategoryRun &run : runs)
+    for (CategoryRun &run : runs) {
         run.controller->disconnect(&loop);
+        if (const auto failure = run.controller->failure())
+            std::rethrow_exception(failure);
+    }
     return !interrupted();
 }
 

@@ -1,14 +1,21 @@
 #include "cli/CommandLine.h"
 
 #include "cli/Commands.h"
+#include "core/ThreadWorker.h"
 #include "foundation/Identity.h"
 #include "foundation/Log.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <unistd.h>
+
 #include <csignal>
+#include <cstdlib>
+#include <exception>
+#include <new>
 #include <string>
+#include <string_view>
 
 namespace brightsweep::cli {
 
@@ -29,6 +36,28 @@ void installInterruptHandlers() {
     sigaction(SIGTERM, &action, nullptr);
     action.sa_handler = SIG_IGN;
     sigaction(SIGPIPE, &action, nullptr);
+}
+
+void tell(std::string_view line) {
+    [[maybe_unused]] const auto written = ::write(STDERR_FILENO, line.data(), line.size());
+}
+
+// Without memory of its own: there may be none.
+[[noreturn]] void endByException() {
+    try {
+        if (const auto exception = std::current_exception())
+            std::rethrow_exception(exception);
+        tell("brightsweep-cli cannot go on.\n");
+    } catch (const std::bad_alloc &) {
+        tell("There is not enough memory.\n");
+    } catch (const std::exception &error) {
+        tell("brightsweep-cli cannot go on: ");
+        tell(error.what());
+        tell(".\n");
+    } catch (...) {
+        tell("brightsweep-cli cannot go on.\n");
+    }
+    std::_Exit(Failed);
 }
 
 constexpr const Command *commands[] = {
@@ -99,6 +128,12 @@ const std::atomic<bool> &interrupted() {
     return interruptRequested;
 }
 
+void handleFatalErrors() {
+    std::set_terminate(endByException);
+    // Qt's own event loop, as GLib ends the process itself where there is no memory.
+    ::setenv("QT_NO_GLIB", "1", 1);
+}
+
 int runCommandLine(int argc, char **argv) {
     qInstallMessageHandler(logMessage);
     // Never destroyed: a thread of the platform may be waiting for a service that does not answer.
@@ -107,6 +142,7 @@ int runCommandLine(int argc, char **argv) {
     QCoreApplication::setApplicationName(QStringLiteral("brightsweep-cli"));
     QCoreApplication::setApplicationVersion(QLatin1String(programVersion));
     installInterruptHandlers();
+    ThreadWorker::setRunsWithoutThreads(true);
 
     Output output;
     const char *name = commandName(argc, argv);

@@ -2,6 +2,10 @@
 
 namespace brightsweep::cli {
 
+/// Decides what an exception that nobody handles comes to, on any thread, want of memory above all:
+/// one line on standard error and exit status 1. For the beginning of main(), before any thread.
+void handleFatalErrors();
+
 /// Runs one command of the command line and returns the exit status. The process then ends by
 /// std::_Exit, so that no destructor meets a thread that still waits for a service; everything has
 /// been written by then.

@@ -1,8 +1,8 @@
 #include "cli/Commands.h"
 #include "cli/JsonWriter.h"
+#include "cli/WorkRun.h"
 #include "core/SettingKeys.h"
 #include "core/SizeLimit.h"
-#include "core/ThreadWorker.h"
 #include "core/UtilityFunction.h"
 #include "duplicates/DuplicateFilesOpt.h"
 #include "foundation/Paths.h"
@@ -10,9 +10,6 @@
 #include "platform/FileOperations.h"
 #include "platform/Platform.h"
 #include "results/FileClasses.h"
-
-#include <QEventLoop>
-#include <QTimer>
 
 #include <algorithm>
 #include <chrono>
@@ -23,7 +20,6 @@ namespace brightsweep::cli {
 
 namespace {
 
-constexpr std::chrono::milliseconds pollInterval(100);
 constexpr std::size_t partSize = 64 * 1024; // of a document that is put out as it is made
 
 void configure(QCommandLineParser &parser) {
@@ -70,23 +66,20 @@ Result<std::filesystem::path> searchRoot(const std::string &argument) {
     return std::filesystem::path(normal);
 }
 
-// The search on a thread of its own, while this one shows its progress and listens for Ctrl-C.
 class Search {
 public:
-    Search(const Request &request, Output &output) : m_request(request), m_output(output) {
+    explicit Search(const Request &request) : m_request(request) {
         m_search.setSearchOption(request.option);
     }
 
-    bool run() {
-        QTimer timer;
-        QObject::connect(&timer, &QTimer::timeout, &timer, [this] { poll(); });
-        timer.start(pollInterval);
-        const auto worker = ThreadWorker::workOn(this, &Search::work, 0, &Search::ended);
-        if (!worker)
-            return false;
-        m_loop.exec();
-        m_output.progress({});
-        return true;
+    void run(Output &output) {
+        runWork({[this] { m_search.beginSearchAtPath(m_request.root, m_request.limitBytes); },
+                 [this] { m_search.stopSearch(); },
+                 [this] {
+                     return std::to_string(m_search.getProgress()) + "% " +
+                            m_search.getCurrentSearchFile();
+                 }},
+                output);
     }
     /// What was found; once, after the run.
     const TreeNode::List &groups() {
@@ -96,20 +89,8 @@ public:
     }
 
 private:
-    void work(int) { m_search.beginSearchAtPath(m_request.root, m_request.limitBytes); }
-    void ended() { m_loop.quit(); }
-    void poll() {
-        if (interrupted())
-            m_search.stopSearch();
-        if (m_output.showsProgress())
-            m_output.progress(std::to_string(m_search.getProgress()) + "% " +
-                              m_search.getCurrentSearchFile());
-    }
-
     const Request &m_request;
-    Output &m_output;
     DuplicateFilesOpt m_search;
-    QEventLoop m_loop;
     std::shared_ptr<SimpleTreeNode> m_tree;
     TreeNode::List m_groups;
 };
@@ -238,11 +219,8 @@ int run(const QCommandLineParser &parser, Output &output) {
 
     // Never destroyed, like all that the end of the process releases at once: there may be a
     // million nodes.
-    Search &search = *std::make_unique<Search>(request, output).release();
-    if (!search.run()) {
-        output.warning("The search cannot be started.");
-        return Failed;
-    }
+    Search &search = *std::make_unique<Search>(request).release();
+    search.run(output);
     const TreeNode::List &groups = search.groups();
     const bool written =
         output.json ? writeJson(request, groups, output) : writeColumns(groups, output);

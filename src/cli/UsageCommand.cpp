@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 #include "cli/JsonWriter.h"
+#include "cli/WorkRun.h"
 #include "core/SizeLimit.h"
 #include "core/TaskStopper.h"
 #include "core/UtilityFunction.h"
@@ -16,19 +17,12 @@
 
 #include <algorithm>
 #include <atomic>
-#include <chrono>
-#include <condition_variable>
-#include <functional>
-#include <limits>
-#include <mutex>
 #include <optional>
-#include <thread>
 
 namespace brightsweep::cli {
 
 namespace {
 
-constexpr std::chrono::milliseconds pollInterval(50);
 constexpr std::size_t partSize = 1024 * 1024;
 constexpr int degreesDecimals = 1;
 
@@ -109,32 +103,6 @@ int understand(const QCommandLineParser &parser, Output &output, Request &reques
         return Done;
     output.warning(paths::display(given).toStdString() + ": " + error.message());
     return Failed;
-}
-
-// Runs the work on a thread of its own, so that Ctrl-C reaches it through its own stop flag, also
-// inside a large folder.
-void runInterruptibly(Output &output, const std::function<void()> &work,
-                      const std::function<void()> &stop,
-                      const std::function<std::string()> &progress) {
-    std::mutex mutex;
-    std::condition_variable changed;
-    bool done = false;
-    std::thread worker([&] {
-        work();
-        const std::lock_guard lock(mutex);
-        done = true;
-        changed.notify_all();
-    });
-    std::unique_lock lock(mutex);
-    while (!changed.wait_for(lock, pollInterval, [&] { return done; })) {
-        if (interrupted())
-            stop();
-        if (output.showsProgress())
-            output.progress(progress());
-    }
-    lock.unlock();
-    worker.join();
-    output.progress({});
 }
 
 std::string words(std::uint64_t bytes) {
@@ -301,12 +269,12 @@ int measureTree(const Request &request, Output &output) {
     center.addObserver(&observer, QStringLiteral("NeedUpdateProgress"),
                        [&](const Notification &) { ++finished; });
     AllDir::bStopScan = false;
-    runInterruptibly(
-        output, [&] { root->ListAllDir(path, true); }, [] { AllDir::bStopScan = true; },
-        [&] {
-            return std::to_string(finished) + " of " + std::to_string(levels) + " folders, " +
-                   words(std::uint64_t(root->iSize.load()));
-        });
+    runWork({[&] { root->ListAllDir(path, true); }, [] { AllDir::bStopScan = true; },
+             [&] {
+                 return std::to_string(finished) + " of " + std::to_string(levels) + " folders, " +
+                        words(std::uint64_t(root->iSize.load()));
+             }},
+            output);
     center.removeObserver(&observer);
 
     RecordingCanvas canvas;
@@ -389,10 +357,10 @@ int measureList(const Request &request, Output &output) {
     FSNode root(request.path, true);
     TaskStopper &stopper = TaskStopper::sharedTaskStopper();
     stopper.setStopFlags(false);
-    runInterruptibly(
-        output,
-        [&] { root.size = NodeTreeOperator().getFistListTree(request.path, root, request.limit); },
-        [&] { stopper.setStopFlags(true); }, [] { return std::string("Measuring"); });
+    runWork(
+        {[&] { root.size = NodeTreeOperator().getFistListTree(request.path, root, request.limit); },
+         [&] { stopper.setStopFlags(true); }, [] { return std::string("Measuring"); }},
+        output);
     // Equals of the first level by their names, below it in the system's order.
     std::stable_sort(root.children.begin(), root.children.end(), [](const auto &a, const auto &b) {
         return a->displayName() < b->displayName();

@@ -11,6 +11,7 @@
 #include <cstdlib>
 
 int main(int argc, char **argv) {
+    brightsweep::cli::handleFatalErrors();
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
     brightsweep::MacLog::setLogFileForCommandLine(brightsweep::logFileName);
     brightsweep::registerAllDefaults();

@@ -44,18 +44,29 @@ std::shared_ptr<Operation> OperationQueue::next() {
 }
 
 void OperationQueue::work(std::nullptr_t) {
-    m_thread = std::this_thread::get_id();
+    struct Mark {
+        explicit Mark(std::atomic<std::thread::id> &mark) : thread(mark) {
+            thread = std::this_thread::get_id();
+        }
+        ~Mark() { thread = std::thread::id(); }
+        std::atomic<std::thread::id> &thread;
+    };
+    const Mark mark(m_thread);
     while (const auto operation = next())
         operation->main();
-    m_thread = std::thread::id();
 }
 
 void OperationQueue::ended() {
-    m_worker.reset();
+    const bool failed = std::exchange(m_worker, nullptr)->failure() != nullptr;
     bool more = false;
     {
         // One that came between the last look and the end.
         const std::lock_guard lock(m_mutex);
+        // What follows an operation that failed cannot go by what it did.
+        if (failed) {
+            m_running.reset();
+            m_waiting.clear();
+        }
         more = !m_waiting.empty();
     }
     if (more)

@@ -28,7 +28,8 @@ public:
     void addOperation(std::shared_ptr<Operation> operation);
     /// Cancels the operation under way and those that wait, which still run to say so. Any thread.
     void cancelAllOperations();
-    /// True once the last operation has ended. On the owner's thread.
+    /// True once the last operation has ended, be it by an exception, or because no thread could be
+    /// had for it: then without a word. On the owner's thread.
     bool isIdle() const { return !m_worker; }
     /// True on the thread that runs this queue's operations: what is posted there is theirs.
     bool isOwnThread() const { return m_thread == std::this_thread::get_id(); }

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -21,12 +22,13 @@ namespace brightsweep {
 ///
 /// Results are not handed over: the work leaves them in the target's own fields. The thread keeps
 /// the worker alive while it runs, but not the target: an owner that dies before the end call calls
-/// abandon(). An exception in the work ends the job without an end call.
+/// abandon(). The end call comes in every case: also when the work ended by an exception, and when
+/// no thread could be had for it, which failure() tells.
 class ThreadWorker : public std::enable_shared_from_this<ThreadWorker> {
 public:
     /// Starts a job. The work takes the argument alone, or the argument and a ThreadWorker *. A
-    /// null `didEnd` means no end call. Null where the work is null or no thread can be had; then
-    /// nothing runs and nothing is called. Call it on a thread with an event loop.
+    /// null `didEnd` means no end call. Null where the work is null; then nothing runs and nothing
+    /// is called. Call it on a thread with an event loop.
     template <typename Target, typename Class, typename... Parameters>
     static std::shared_ptr<ThreadWorker>
     workOn(Target *target, void (Class::*work)(Parameters...),
@@ -64,6 +66,13 @@ public:
     /// flags before. After the end call, or in it, it returns at once.
     void abandon();
 
+    /// What kept the work from its end, null where nothing did. From the end call on.
+    std::exception_ptr failure() const { return m_failure; }
+
+    /// Where no thread can be had, lets the work run on the starting thread, from its event loop,
+    /// instead of not at all: for a process without a window that it would hold up.
+    static void setRunsWithoutThreads(bool runs);
+
     static const char *description() { return "ThreadWorker v0.7.1"; }
 
 private:
@@ -82,13 +91,17 @@ private:
     }
 
     void run();
-    bool runPrimaryTask();
+    void runPrimaryTask();
+    void doWithoutThread(std::exception_ptr reason);
+    void postToQueue(std::unique_lock<std::mutex> &lock, const std::function<void()> &function);
     void callEnd();
     void closeQueue();
 
     Work m_work;
     std::function<void()> m_didEnd;
     std::atomic<bool> m_cancelled{false};
+    std::exception_ptr m_failure;
+    bool m_hasThread = true;
 
     std::mutex m_mutex;
     std::condition_variable m_changed;

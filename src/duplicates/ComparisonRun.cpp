@@ -27,7 +27,7 @@ constexpr std::uint64_t pageWorth = 4096;
 } // namespace
 
 ComparisonRun::ComparisonRun(FileOperations &files, const FileList &candidates,
-                             const std::atomic<bool> &stop, unsigned threads)
+                             std::atomic<bool> &stop, unsigned threads)
     : m_files(files),
       m_candidates(candidates),
       m_stop(stop),
@@ -45,7 +45,8 @@ void ComparisonRun::run(const Listener &listener) {
         const std::lock_guard lock(m_mutex);
         advance();
     }
-    runOnThreads(bytesToRead() > aloneUpTo ? m_threads : 1, [this] { work(); });
+    runOnThreads(bytesToRead() > aloneUpTo ? m_threads : 1, m_files, m_stop,
+                 [this](ContentReader &reader) { work(reader); });
 }
 
 // -- The index
@@ -145,8 +146,19 @@ std::uint64_t ComparisonRun::bytesToRead() const {
 
 // -- Reading
 
-void ComparisonRun::work() {
-    ContentReader reader(m_files, &m_stop);
+void ComparisonRun::work(ContentReader &reader) {
+    try {
+        readAll(reader);
+    } catch (...) {
+        // What this thread had taken will never be read, and nobody is to wait for it.
+        const std::lock_guard lock(m_mutex);
+        m_stop = true;
+        m_changed.notify_all();
+        throw;
+    }
+}
+
+void ComparisonRun::readAll(ContentReader &reader) {
     ObjectLog log;
     std::vector<Index> taken;
     std::unique_lock lock(m_mutex);

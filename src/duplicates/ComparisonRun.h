@@ -34,9 +34,10 @@ public:
     };
 
     /// The candidates must stay; their checksums are filled in.
-    ComparisonRun(FileOperations &files, const FileList &candidates, const std::atomic<bool> &stop,
+    ComparisonRun(FileOperations &files, const FileList &candidates, std::atomic<bool> &stop,
                   unsigned threads);
 
+    /// An exception on any thread raises `stop` and is thrown on.
     void run(const Listener &listener);
 
 private:
@@ -55,7 +56,8 @@ private:
     void indexBySize();
     void dropRepeated(std::vector<Index> &sameSize);
     std::uint64_t bytesToRead() const;
-    void work();
+    void work(ContentReader &reader);
+    void readAll(ContentReader &reader);
     Index endOfPortion(Index begin) const;
     bool isReadAtOnce(Index sizeClass) const;
     void readHeads(Index begin, Index end, ContentReader &reader, ObjectLog &log);
@@ -73,7 +75,7 @@ private:
 
     FileOperations &m_files;
     const FileList &m_candidates;
-    const std::atomic<bool> &m_stop;
+    std::atomic<bool> &m_stop;
     unsigned m_threads;
     const Listener *m_listener = nullptr;
 

@@ -190,8 +190,8 @@ void FindDuplicateApp::readMembers(const AppList &bundles, Read read) {
         }
     }
     std::atomic<std::size_t> next{0};
-    runOnThreads(tasks.size() > aloneUpTo ? m_threads : 1, [&] {
-        ContentReader reader(m_files, &m_StopSearch);
+    const unsigned threads = tasks.size() > aloneUpTo ? m_threads : 1;
+    runOnThreads(threads, m_files, m_StopSearch, [&](ContentReader &reader) {
         for (std::size_t i = next++; i < tasks.size() && !m_StopSearch; i = next++)
             tasks[i].failed = !read(reader, *tasks[i].file);
     });

@@ -1,7 +1,10 @@
 #include "duplicates/ReadingThreads.h"
 
+#include "duplicates/ContentReader.h"
+
 #include <algorithm>
-#include <system_error>
+#include <deque>
+#include <exception>
 #include <thread>
 #include <vector>
 
@@ -18,16 +21,36 @@ unsigned readingThreads(unsigned wanted) {
     return std::clamp(wanted ? wanted : std::thread::hardware_concurrency(), 1u, maximumThreads);
 }
 
-void runOnThreads(unsigned threads, const std::function<void()> &work) {
+void runOnThreads(unsigned threads, FileOperations &files, std::atomic<bool> &stop,
+                  const std::function<void(ContentReader &)> &work) {
+    std::deque<ContentReader> readers;
     std::vector<std::thread> helpers;
+    readers.emplace_back(files, &stop);
+    std::atomic<bool> failed{false};
+    std::exception_ptr failure;
+    const auto run = [&](ContentReader &reader) {
+        try {
+            work(reader);
+        } catch (...) {
+            if (!failed.exchange(true))
+                failure = std::current_exception();
+            stop = true;
+        }
+    };
     try {
-        while (helpers.size() + 1 < threads)
-            helpers.emplace_back(work);
-    } catch (const std::system_error &) {
+        helpers.reserve(threads);
+        while (helpers.size() + 1 < threads) {
+            ContentReader &reader = readers.emplace_back(files, &stop);
+            helpers.emplace_back([&run, &reader] { run(reader); });
+        }
+    } catch (const std::exception &) {
+        // Those that could be had do the work.
     }
-    work();
+    run(readers.front());
     for (std::thread &helper : helpers)
         helper.join();
+    if (failed)
+        std::rethrow_exception(failure);
 }
 
 } // namespace brightsweep

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <initializer_list>
 #include <mutex>
+#include <new>
 #include <span>
 #include <string>
 #include <string_view>
@@ -45,7 +46,7 @@ private:
 };
 
 /// The program's one diagnostics stream. All calls are safe from every thread and never fail
-/// visibly: a line that cannot be written is lost.
+/// visibly: a line that cannot be written, or for which there is no memory, is lost.
 namespace Log {
 
 /// The message that a format and its arguments give. A conversion without an argument stays as it
@@ -71,8 +72,11 @@ inline constexpr std::uint64_t sizeLimit = 20'971'520;
 /// Logs one message as one line, with one write.
 template <typename... Arguments>
 void NSLog(const char *format, const Arguments &...arguments) {
-    const std::initializer_list<LogArgument> list{LogArgument(arguments)...};
-    Log::write(Log::line(Log::format(format, std::span(list.begin(), list.size()))));
+    try {
+        const std::initializer_list<LogArgument> list{LogArgument(arguments)...};
+        Log::write(Log::line(Log::format(format, std::span(list.begin(), list.size()))));
+    } catch (const std::bad_alloc &) {
+    }
 }
 
 /// Lines that a job writes for every object it meets, handed over in batches: at 64 KiB, after
@@ -88,8 +92,11 @@ public:
 
     template <typename... Arguments>
     void log(const char *format, const Arguments &...arguments) {
-        const std::initializer_list<LogArgument> list{LogArgument(arguments)...};
-        add(Log::format(format, std::span(list.begin(), list.size())));
+        try {
+            const std::initializer_list<LogArgument> list{LogArgument(arguments)...};
+            add(Log::format(format, std::span(list.begin(), list.size())));
+        } catch (const std::bad_alloc &) {
+        }
     }
     void flush();
     /// Hands over what every one has, for an end of the process that no job lives to see. Any

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
+#include <exception>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -64,6 +65,9 @@ struct DirectoryWalk::State {
     std::vector<std::thread> helpers;
     std::atomic<unsigned> directoriesRead{0};
 
+    std::atomic<bool> failed{false};
+    std::exception_ptr failure; // of the thread that set the flag
+
     // Which directories are open; the ends are the newest and the oldest.
     std::mutex openMutex;
     Directory *newestOpen = nullptr;
@@ -76,13 +80,28 @@ struct DirectoryWalk::State {
         maximumThreads = options.threads ? options.threads : processors;
     }
 
-    bool stopped() const { return options.stop && options.stop->load(std::memory_order_relaxed); }
+    bool stopped() const {
+        return failed.load(std::memory_order_relaxed) ||
+               (options.stop && options.stop->load(std::memory_order_relaxed));
+    }
+
+    // Runs the function; its exception is kept for run() and stops the walk.
+    template <typename Function>
+    void guarded(Function function) {
+        try {
+            function();
+        } catch (...) {
+            if (!failed.exchange(true))
+                failure = std::current_exception();
+        }
+    }
 
     void work(bool isCaller);
     Directory *take(bool isCaller);
     void process(Directory &directory, DirectoryBlock &block, std::vector<Directory *> &entered);
     std::error_code readAll(Directory &directory, DirectoryBlock &block,
-                            std::vector<Directory *> &entered);
+                            std::vector<Directory *> &entered, bool &isOpened);
+    void finish(Directory &directory, bool isOpened);
     void push(std::vector<Directory *> &entered);
     void startHelpers();
     void leave(Directory *directory);
@@ -114,33 +133,36 @@ DirectoryWalk::~DirectoryWalk() {
 }
 
 void DirectoryWalk::addRoot(std::shared_ptr<const OpenDirectory> directory, void *context) {
-    auto *root = new Directory;
+    auto root = std::make_unique<Directory>();
     root->m_context = context;
     root->m_device = directory->device;
     root->m_inode = directory->inode;
     root->m_open = std::move(directory);
     const std::lock_guard lock(m_state->mutex);
-    m_state->waiting.push_back(root);
+    m_state->waiting.push_back(root.get());
+    root.release();
 }
 
 void DirectoryWalk::addRoot(std::shared_ptr<const OpenDirectory> parent, std::string_view name,
                             void *context) {
-    auto *root = new Directory;
+    auto root = std::make_unique<Directory>();
     root->m_context = context;
     root->m_name = name;
     root->m_rootParent = std::move(parent);
     const std::lock_guard lock(m_state->mutex);
-    m_state->waiting.push_back(root);
+    m_state->waiting.push_back(root.get());
+    root.release();
 }
 
 void DirectoryWalk::enter(Directory &directory, std::string_view name, void *context) {
-    auto *child = new Directory;
+    auto child = std::make_unique<Directory>();
     child->m_context = context;
     child->m_parent = &directory;
     child->m_name = name;
+    currentlyEntered->push_back(child.get());
+    child.release();
     directory.m_notLeft.fetch_add(1, std::memory_order_relaxed);
     directory.m_notOpened.fetch_add(1, std::memory_order_relaxed);
-    currentlyEntered->push_back(child);
 }
 
 bool DirectoryWalk::run() {
@@ -151,7 +173,9 @@ bool DirectoryWalk::run() {
     for (std::thread &helper : state.helpers)
         helper.join();
     state.helpers.clear();
-    state.visitor.between();
+    state.guarded([&] { state.visitor.between(); });
+    if (state.failed)
+        std::rethrow_exception(state.failure);
     return !state.stopped();
 }
 
@@ -162,7 +186,7 @@ void DirectoryWalk::State::work(bool isCaller) {
     while (Directory *directory = take(isCaller)) {
         process(*directory, block, entered);
         if (isCaller) {
-            visitor.between();
+            guarded([this] { visitor.between(); });
             if (mayHaveHelpers && directoriesRead.load(std::memory_order_relaxed) >= aloneFor)
                 startHelpers();
         }
@@ -182,7 +206,8 @@ DirectoryWalk::Directory *DirectoryWalk::State::take(bool isCaller) {
         if (!rootsEnded && !askingForRoot) {
             askingForRoot = true;
             lock.unlock();
-            const bool more = !stopped() && visitor.nextRoot(walk);
+            bool more = false;
+            guarded([&] { more = !stopped() && visitor.nextRoot(walk); });
             lock.lock();
             askingForRoot = false;
             rootsEnded = !more;
@@ -196,7 +221,7 @@ DirectoryWalk::Directory *DirectoryWalk::State::take(bool isCaller) {
         if (isCaller) {
             changed.wait_for(lock, callerPollInterval);
             lock.unlock();
-            visitor.between();
+            guarded([this] { visitor.between(); });
             lock.lock();
         } else {
             changed.wait(lock);
@@ -206,30 +231,48 @@ DirectoryWalk::Directory *DirectoryWalk::State::take(bool isCaller) {
 
 void DirectoryWalk::State::startHelpers() {
     mayHaveHelpers = false;
-    for (unsigned i = 1; i < maximumThreads; ++i)
-        helpers.emplace_back([this] { work(false); });
+    try {
+        helpers.reserve(maximumThreads);
+        for (unsigned i = 1; i < maximumThreads; ++i)
+            helpers.emplace_back([this] { work(false); });
+    } catch (const std::exception &) {
+        // Those that could be had do the work.
+    }
 }
 
 void DirectoryWalk::State::process(Directory &directory, DirectoryBlock &block,
                                    std::vector<Directory *> &entered) {
     directoriesRead.fetch_add(1, std::memory_order_relaxed);
-    if (stopped()) {
-        opened(directory);
-    } else {
-        const std::error_code error = readAll(directory, block, entered);
+    bool isOpened = false;
+    guarded([&] {
+        if (stopped())
+            return;
+        const std::error_code error = readAll(directory, block, entered, isOpened);
         visitor.read(directory, error);
-    }
-    noLongerNeeded(&directory);
-    leave(&directory);
+    });
+    // An exception came before they could be handed on.
+    for (Directory *unread : entered)
+        finish(*unread, false);
+    entered.clear();
+    finish(directory, isOpened);
     const auto lock = lockShortly(mutex);
     if (--working == 0 && waiting.empty())
         changed.notify_all();
 }
 
+// What follows the reading of a directory, or takes its place.
+void DirectoryWalk::State::finish(Directory &directory, bool isOpened) {
+    if (!isOpened)
+        opened(directory);
+    noLongerNeeded(&directory);
+    leave(&directory);
+}
+
 std::error_code DirectoryWalk::State::readAll(Directory &directory, DirectoryBlock &block,
-                                              std::vector<Directory *> &entered) {
+                                              std::vector<Directory *> &entered, bool &isOpened) {
     const auto open = this->open(directory);
     opened(directory);
+    isOpened = true;
     if (!open)
         return open.error();
     do {
@@ -256,7 +299,7 @@ void DirectoryWalk::State::push(std::vector<Directory *> &entered) {
 
 void DirectoryWalk::State::leave(Directory *directory) {
     while (directory && directory->m_notLeft.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-        visitor.left(*directory);
+        guarded([&] { visitor.left(*directory); });
         Directory *const parent = directory->m_parent;
         delete directory;
         directory = parent;

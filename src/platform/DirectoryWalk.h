@@ -15,7 +15,8 @@ namespace brightsweep {
 /// found again from the nearest open ancestor and recognised by device and inode. The visitor
 /// decides which directories are entered. It is called on the thread that called run() and on
 /// helper threads that live for that call only; calls for one directory never overlap, calls for
-/// different ones may. Helpers start only once there is enough to do.
+/// different ones may. Helpers start only once there is enough to do; where the system gives no
+/// more threads, fewer do the work.
 class DirectoryWalk {
 public:
     class Directory;
@@ -59,7 +60,8 @@ public:
     /// which one block's were entered, the first one first, each to its depths before the next.
     void enter(Directory &directory, std::string_view name, void *context);
 
-    /// Walks until nothing is left to enter. Returns false when the stop flag ended it.
+    /// Walks until nothing is left to enter. Returns false when the stop flag ended it. The first
+    /// exception of a visitor, or for want of memory, ends it as a stop does and is thrown on.
     bool run();
 
 private:

@@ -30,7 +30,7 @@ struct VolumeEjector::Job {
     VolumeEjector &ejector;
     const std::int16_t reference;
     const std::set<std::int16_t> expected;
-    std::int32_t result = 0;
+    std::int32_t result = 1; // unless the work says otherwise
     std::vector<VolumeEjectAttempt> attempts;
     std::shared_ptr<ThreadWorker> worker;
 };

@@ -62,6 +62,18 @@ TEST(CleanPage, AScanGoesThroughItsPanelsAndTicksWhatIsStored) {
     EXPECT_FALSE(at.page.row(0).isCheckBoxHidden());
 }
 
+TEST(CleanPage, AScanForWhichThereIsNoMemoryEndsToo) {
+    CleanPage at;
+    test::FaultPlatform fault;
+    fault.setFault([](std::string_view call, const std::filesystem::path &) {
+        if (call == "readBlock")
+            throw std::bad_alloc();
+        return std::error_code();
+    });
+    at.scan();
+    EXPECT_EQ(at.page.outcome(), CleanOutcome::NothingFound);
+}
+
 TEST(CleanPage, WithNothingSelectedAllSixAreScannedAndCleanStaysOff) {
     test::needRoot();
     CleanPage::store("000000");

@@ -1,5 +1,7 @@
 #include "support/ChildProcess.h"
 #include "support/CleanableMachine.h"
+#include "support/TestEnvironment.h"
+#include "support/TestTree.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -84,6 +86,54 @@ TEST_F(Program, OnlyARegularFileIsALog) {
     std::filesystem::rename(machine.home.path(".local/share/Brightsweep/other"),
                             machine.home.path(log));
     EXPECT_THAT(runProgram({BRIGHTSWEEP_PROGRAM}).errors, HasSubstr("hardware info\n"));
+}
+
+TEST_F(Program, WorksWithoutAThreadToBeHad) {
+    CleanableMachine machine;
+    std::filesystem::permissions(TestEnvironment::current().root(), std::filesystem::perms(0755));
+    for (const char *copy : {"a", "b"})
+        machine.system.file(std::string(copy) + "/file", "the same");
+    const std::string top = machine.system.top();
+    for (const std::vector<std::string> &words :
+         {std::vector<std::string>{"duplicates", top, "--limit", "0"},
+          {"usage", top},
+          {"usage", top, "--list"},
+          {"scan", "--category", "0"},
+          {"clean", "--category", "0"}}) {
+        std::vector<std::string> command = {BRIGHTSWEEP_CLI};
+        command.insert(command.end(), words.begin(), words.end());
+        const auto usual = runProgram(command, {}, RunAs::Unprivileged);
+        const auto alone = runProgram(command, {}, RunAs::Threadless);
+        EXPECT_EQ(alone.status, usual.status) << words[0] << alone.errors;
+        EXPECT_EQ(alone.output, usual.output) << words[0];
+        EXPECT_EQ(alone.errors, usual.errors) << words[0];
+    }
+}
+
+// With every amount of memory that it can be loaded with.
+TEST_F(Program, SaysSoWhereThereIsNotEnoughMemory) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "sanitizers reserve more than any limit";
+#endif
+    TestTree tree;
+    for (int i = 0; i < 3000; ++i)
+        tree.directory(std::to_string(i % 60) + "/" + std::string(200, 'x') + std::to_string(i));
+    constexpr int notLoaded = 127;
+    unsigned told = 0;
+    int status = 1;
+    for (unsigned kilobytes = 30'000; status != 0 && kilobytes < 1'000'000; kilobytes += 500) {
+        const auto result =
+            runProgram({"/bin/sh", "-c", "ulimit -v $1; exec \"$2\" usage \"$3\" --list", "sh",
+                        std::to_string(kilobytes), BRIGHTSWEEP_CLI, tree.top()});
+        status = result.status;
+        if (status == notLoaded || status == 0)
+            continue;
+        ASSERT_EQ(status, 1) << kilobytes << result.errors;
+        EXPECT_EQ(result.output, "");
+        told += result.errors == "There is not enough memory.\n";
+    }
+    EXPECT_EQ(status, 0);
+    EXPECT_GT(told, 0u);
 }
 
 // The first log asks for the volumes, whose watch is a thread of its own.

@@ -1,11 +1,14 @@
 #include "core/ThreadWorker.h"
 
 #include "core/TaskStopper.h"
+#include "support/ChildProcess.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <future>
@@ -130,13 +133,44 @@ TEST(ThreadWorker, WaitsForItsEndCall) {
     EXPECT_EQ(target.ends, 1);
 }
 
-TEST(ThreadWorker, ExceptionEndsItWithoutEndCall) {
+TEST(ThreadWorker, TheEndCallComesAfterAnExceptionToo) {
     Target target;
-    std::weak_ptr<ThreadWorker> watched =
-        ThreadWorker::workOn(&target, &Target::failingWork, 1, &Target::didEnd);
-    ASSERT_TRUE(processUntil([&] { return watched.expired(); }));
+    target.worker = ThreadWorker::workOn(&target, &Target::failingWork, 1, &Target::didEnd);
+    ASSERT_TRUE(processUntil([&] { return target.ends > 0; }));
     EXPECT_TRUE(target.entered);
-    EXPECT_EQ(target.ends, 0);
+    EXPECT_THROW(std::rethrow_exception(target.worker->failure()), std::runtime_error);
+}
+
+// As a user who may not have another thread.
+TEST(ThreadWorker, TheEndCallComesWithoutAThreadToo) {
+    const int status = test::runInChild([] {
+        const auto user = uid_t(1'000'000 + ::getpid());
+        const rlimit none = {1, 1};
+        if (::setrlimit(RLIMIT_NPROC, &none) != 0 || ::setresuid(user, user, user) != 0)
+            return 1;
+        for (const bool runs : {false, true}) {
+            ThreadWorker::setRunsWithoutThreads(runs);
+            Target target;
+            target.worker = ThreadWorker::workOn(&target, &Target::workWithArgumentAlone, "/c",
+                                                 &Target::didEnd);
+            if (target.ends != 0 || target.works != 0)
+                return 2;
+            if (!processUntil([&] { return target.ends > 0; }))
+                return 3;
+            if (target.works != int(runs) || bool(target.worker->failure()) == runs)
+                return 4;
+            // One that nobody waits for runs no more.
+            Target gone;
+            gone.worker =
+                ThreadWorker::workOn(&gone, &Target::workWithArgumentAlone, "/d", &Target::didEnd);
+            gone.worker->abandon();
+            QCoreApplication::processEvents();
+            if (gone.ends + gone.works != 0)
+                return 5;
+        }
+        return 0;
+    });
+    EXPECT_EQ(status, 0);
 }
 
 TEST(ThreadWorker, AbandonedWorkIsWaitedForAndEndsSilently) {

@@ -8,6 +8,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <new>
+
 namespace brightsweep::test {
 namespace {
 
@@ -61,6 +63,35 @@ TEST(Stages, AStopAnywhereLeavesAPrefix) {
 }
 
 // Where the file system does not tell of the hole, the stop comes between two blocks.
+// Wherever the memory runs out, all threads end, and what had been found by then is a prefix.
+TEST(Stages, AnExceptionAnywhereEndsTheSearch) {
+    TestTree tree;
+    buildStages(tree);
+    const Groups full = search(tree.top());
+    FaultPlatform platform;
+    for (const unsigned threads : {1u, 3u}) {
+        for (unsigned failAt = 1, calls = failAt; calls >= failAt; failAt += 37) {
+            calls = 0;
+            platform.setFault([&](std::string_view, const std::filesystem::path &) {
+                if (++calls == failAt)
+                    throw std::bad_alloc();
+                return std::error_code();
+            });
+            duplicateFind failing(threads);
+            failing.setSearchOption(true, true);
+            try {
+                failing.searchDuplicateFileAtPath(tree.top(), 0);
+                EXPECT_LT(calls, failAt);
+            } catch (const std::bad_alloc &) {
+                EXPECT_GE(calls, failAt);
+            }
+            const Groups groups = groupsOf(failing);
+            ASSERT_LE(groups.size(), full.size());
+            EXPECT_TRUE(std::equal(groups.begin(), groups.end(), full.begin())) << failAt;
+        }
+    }
+}
+
 TEST(Stages, AStopWithinALargeFile) {
     TestTree tree;
     tree.sparseFile("a", std::uint64_t(1) << 40);

@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -26,6 +27,13 @@ int statusOf(pid_t child) {
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+bool becomeThreadless() {
+    const auto user = uid_t(1'000'000 + ::getpid());
+    const rlimit alone = {1, 1};
+    return ::setrlimit(RLIMIT_NPROC, &alone) == 0 && ::setgroups(0, nullptr) == 0 &&
+           ::setresgid(user, user, user) == 0 && ::setresuid(user, user, user) == 0;
 }
 
 struct Pipe {
@@ -88,7 +96,7 @@ RunningProgram::RunningProgram(const std::vector<std::string> &arguments,
             ::execvp(vector[0], vector.data());
         } else {
             const int program = ::open(vector[0], O_RDONLY | O_CLOEXEC);
-            if (becomeUnprivileged())
+            if (user == RunAs::Threadless ? becomeThreadless() : becomeUnprivileged())
                 ::fexecve(program, vector.data(), environ);
         }
         ::_exit(127);

@@ -21,7 +21,11 @@ struct ChildResult {
 /// The user "nobody", who owns nothing but what a test gives him.
 inline constexpr unsigned unprivilegedUser = 65'534;
 
-enum class RunAs { Caller, Unprivileged };
+enum class RunAs {
+    Caller,
+    Unprivileged,
+    Threadless, ///< a user of whom there is nobody else, and who may not have another thread
+};
 
 /// A program that runs beside the test, with the test's environment and the given additions to it.
 /// Without rights it may lie where that user has no way to. Killed at the end of the scope.

@@ -16,6 +16,7 @@
 #include <cerrno>
 #include <cstring>
 #include <memory>
+#include <system_error>
 
 namespace brightsweep {
 
@@ -150,7 +151,12 @@ bool InstanceSocket::listen(const FileDescriptor &folder) {
         ::listen(socket.get(), SOMAXCONN) != 0)
         return false;
     m_socket = std::move(socket);
-    m_thread = std::thread(&InstanceSocket::serve, this);
+    try {
+        m_thread = std::thread(&InstanceSocket::serve, this);
+    } catch (const std::system_error &error) {
+        errno = error.code().value();
+        return false;
+    }
     return true;
 }
 

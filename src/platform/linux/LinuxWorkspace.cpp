@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <array>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -49,11 +50,15 @@ bool startOpener(const std::filesystem::path &path) {
     if (::posix_spawnp(&child, opener.c_str(), nullptr, nullptr, arguments,
                        pointersTo(environment).data()) != 0)
         return false;
-    std::thread([child, place] {
-        int status = 0;
-        if (::waitpid(child, &status, 0) == child && status != 0)
-            NSLog("cannot open %@", place);
-    }).detach();
+    try {
+        std::thread([child, place] {
+            int status = 0;
+            if (::waitpid(child, &status, 0) == child && status != 0)
+                NSLog("cannot open %@", place);
+        }).detach();
+    } catch (const std::system_error &error) {
+        NSLog("What opens %@ is not waited for: %@", place, error.code());
+    }
     return true;
 }
 

@@ -12,10 +12,15 @@ namespace brightsweep {
 
 MountWatch::MountWatch(std::function<void()> changed)
     : m_changed(std::move(changed)), m_table(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)) {
-    if (m_table)
-        m_thread = std::thread(&MountWatch::run, this);
-    else
+    if (!m_table) {
         NSLog("Mounts are not watched: %@", std::error_code(errno, std::generic_category()));
+        return;
+    }
+    try {
+        m_thread = std::thread(&MountWatch::run, this);
+    } catch (const std::system_error &error) {
+        NSLog("Mounts are not watched: %@", error.code());
+    }
 }
 
 MountWatch::~MountWatch() {

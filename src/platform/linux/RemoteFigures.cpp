@@ -1,5 +1,6 @@
 #include "platform/linux/RemoteFigures.h"
 
+#include "foundation/Log.h"
 #include "platform/linux/ChildProcess.h"
 
 #include <poll.h>
@@ -7,6 +8,7 @@
 #include <algorithm>
 #include <charconv>
 #include <set>
+#include <system_error>
 
 namespace brightsweep {
 
@@ -65,12 +67,22 @@ std::optional<VolumeFigures> RemoteFigures::ask(MountIdentity mount,
     const bool old = !volume.figures || steady_clock::now() - volume.answered >= renewal;
     if (!volume.asked && !volume.wanted && !volume.paused && old) {
         volume.mountPoint = mountPoint;
-        volume.wanted = true;
-        if (!m_thread.joinable())
-            m_thread = std::thread(&RemoteFigures::run, this);
+        volume.wanted = startAsking();
         m_wake.wake();
     }
     return volume.figures;
+}
+
+// With the lock held. False where no thread can be had, now.
+bool RemoteFigures::startAsking() {
+    try {
+        if (!m_thread.joinable())
+            m_thread = std::thread(&RemoteFigures::run, this);
+        return true;
+    } catch (const std::system_error &error) {
+        NSLog("No volume can be asked for its figures: %@", error.code());
+        return false;
+    }
 }
 
 void RemoteFigures::keepOnly(const std::vector<MountIdentity> &mounts) {

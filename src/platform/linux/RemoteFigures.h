@@ -56,6 +56,7 @@ private:
         bool paused = false; ///< not to be asked, and an open question is to end
     };
 
+    bool startAsking();
     void run();
 
     const std::function<void()> m_firstFigures;

@@ -1,6 +1,7 @@
 #include "platform/linux/SessionBus.h"
 
 #include "foundation/CallQueue.h"
+#include "foundation/Log.h"
 #include "platform/linux/BusProbe.h"
 
 #include <QDBusError>
@@ -12,6 +13,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -93,7 +95,7 @@ void SessionBus::attempt() {
     }
     m_attempt = std::make_shared<Attempt>();
     m_attempt->queue = m_queue.get();
-    std::thread([this, attempt = m_attempt, address] {
+    const auto work = [this, attempt = m_attempt, address] {
         const bool connected =
             !busIsSilent(address) &&
             QDBusConnection::connectToBus(QString::fromLocal8Bit(address.c_str()), attempt->name)
@@ -106,7 +108,14 @@ void SessionBus::attempt() {
         if (!connected || !attempt->queue)
             QDBusConnection::disconnectFromBus(attempt->name);
         attempt->ended.notify_all();
-    }).detach();
+    };
+    try {
+        std::thread(work).detach();
+    } catch (const std::system_error &error) {
+        NSLog("The session bus is not asked: %@", error.code());
+        m_attempt->done = true;
+        m_queue->post([this, attempt = m_attempt] { settle(attempt); });
+    }
 }
 
 void SessionBus::settle(const std::shared_ptr<Attempt> &attempt) {

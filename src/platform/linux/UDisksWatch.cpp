@@ -1,7 +1,9 @@
 #include "platform/linux/UDisksWatch.h"
 
+#include "foundation/Log.h"
 #include "platform/linux/BusProbe.h"
 
+#include <system_error>
 #include <utility>
 
 namespace brightsweep {
@@ -74,10 +76,15 @@ void UDisksWatch::request(std::uint64_t mounts) {
         m_mounts != mounts && m_outcome != Outcome::NoBus && m_outcome != Outcome::SilentBus;
     if (!other && !isDue())
         return;
+    try {
+        if (!m_thread.joinable())
+            m_thread = std::thread(&UDisksWatch::run, this);
+    } catch (const std::system_error &error) {
+        NSLog("The disks service is not asked: %@", error.code());
+        return;
+    }
     m_mounts = mounts;
     m_wanted = true;
-    if (!m_thread.joinable())
-        m_thread = std::thread(&UDisksWatch::run, this);
     m_wake.notify_all();
 }
 
