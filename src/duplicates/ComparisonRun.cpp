@@ -118,11 +118,10 @@ void ComparisonRun::dropRepeated(std::vector<Index> &sameSize) {
         std::vector<const fileAttrbItem *> items;
         for (std::size_t i = begin; i < end; ++i)
             items.push_back(m_candidates[sameSize[i]].get());
-        SameFiles(m_files).dropRepeated(items, [&](const fileAttrbItem &item) {
-            const auto place = std::find(items.begin(), items.end(), &item) - items.begin();
-            m_state[sameSize[begin + std::size_t(place)]] = Gone;
+        for (const std::size_t repeated : SameFiles(m_files, m_stop).repeated(items)) {
+            m_state[sameSize[begin + repeated]] = Gone;
             anyGone = true;
-        });
+        }
     }
     if (anyGone)
         std::erase_if(sameSize, [&](Index file) { return m_state[file] == Gone; });

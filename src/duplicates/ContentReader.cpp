@@ -3,6 +3,7 @@
 #include "duplicates/crc.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 #include <new>
 
@@ -196,12 +197,31 @@ bool ContentReader::findMissing(std::size_t size, std::uint64_t offset) {
 std::error_code ContentReader::readAndGiveUpMissing(std::size_t size, std::uint64_t offset) {
     if (!m_missing.empty())
         willFetch();
-    const auto got = m_files.readAt(m_now.file, m_buffer.get(), size, offset);
+    std::error_code error;
+    for (std::size_t done = 0; done < size && !error;) {
+        const std::size_t piece =
+            m_missing.empty() ? size : std::min(size - done, m_pace.pieceSize());
+        const auto got = readPiece(done, piece, offset);
+        if (!got)
+            error = got.error();
+        else if (*got != piece)
+            error = std::make_error_code(std::errc::io_error);
+        done += piece;
+    }
     for (const auto &[begin, end] : m_missing)
         m_files.dropCached(m_now.file, begin, end == m_now.size ? 0 : end - begin);
-    if (!got)
-        return got.error();
-    return *got == size ? std::error_code() : std::make_error_code(std::errc::io_error);
+    return error;
+}
+
+// Reads to that place of the buffer, and notes how long it took.
+Result<std::size_t> ContentReader::readPiece(std::size_t place, std::size_t size,
+                                             std::uint64_t offset) {
+    if (stopped())
+        return std::errc::operation_canceled;
+    const auto began = std::chrono::steady_clock::now();
+    auto got = m_files.readAt(m_now.file, m_buffer.get() + place, size, offset + place);
+    m_pace.fetched(size, std::chrono::steady_clock::now() - began);
+    return got;
 }
 
 // Where nothing counts the pages, a read that does not wait tells what is cached.
@@ -237,17 +257,17 @@ void ContentReader::willFetch() {
 // Reads what is not cached at that place, up to the next page that is, and gives it up again.
 Result<std::size_t> ContentReader::fetch(std::size_t done, std::size_t size, std::uint64_t offset) {
     const std::uint64_t begin = offset + done;
+    const std::size_t most = std::min(size - done, m_pace.pieceSize());
     if (!m_now.cacheTried)
-        return m_files.readAt(m_now.file, m_buffer.get() + done, size - done, begin);
+        return readPiece(done, most, offset);
     willFetch();
     const std::uint64_t firstPage = begin - begin % pageSize;
     std::uint64_t end = firstPage + pageSize;
-    while (end < offset + size && !isCached(end))
+    while (end < begin + most && !isCached(end))
         end += pageSize;
-    const bool nextIsCached = end < offset + size;
-    end = std::min(end, offset + size);
-    const auto got =
-        m_files.readAt(m_now.file, m_buffer.get() + done, std::size_t(end - begin), begin);
+    const bool nextIsCached = end < begin + most;
+    end = std::min(end, begin + most);
+    const auto got = readPiece(done, std::size_t(end - begin), offset);
     // A single page between cached ones is the mark where the system would read ahead: it is
     // cached and only does not say so.
     const bool isMark = done > 0 && nextIsCached && end - firstPage == pageSize;

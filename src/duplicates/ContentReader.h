@@ -1,5 +1,6 @@
 #pragma once
 
+#include "duplicates/ReadingPace.h"
 #include "duplicates/fileAttrbItem.h"
 #include "platform/FileOperations.h"
 
@@ -16,7 +17,8 @@ namespace brightsweep {
 /// had to be fetched is given up again. Runs of zeros that the file system does not store are
 /// skipped by arithmetic.
 ///
-/// Belongs to one thread; the stop flag is looked at before every block. A file that is no longer
+/// Belongs to one thread; the stop flag is looked at before every block, and several times a second
+/// while one is fetched. A file that is no longer
 /// what the record says, cannot be read to its end, or is not regular gives an error.
 class ContentReader {
 public:
@@ -59,6 +61,7 @@ private:
     bool readCached(std::size_t size, std::uint64_t offset);
     bool findMissing(std::size_t size, std::uint64_t offset);
     std::error_code readAndGiveUpMissing(std::size_t size, std::uint64_t offset);
+    Result<std::size_t> readPiece(std::size_t place, std::size_t size, std::uint64_t offset);
     std::error_code readByTrial(std::size_t size, std::uint64_t offset);
     Result<std::size_t> fetch(std::size_t done, std::size_t size, std::uint64_t offset);
     bool isCached(std::uint64_t offset);
@@ -73,6 +76,7 @@ private:
     const std::atomic<bool> *m_stop;
     std::unique_ptr<unsigned char[], Release> m_buffer;
     Reading m_now;
+    ReadingPace m_pace;
     std::vector<std::pair<std::uint64_t, std::uint64_t>> m_missing; // pages to be given up again
 };
 

@@ -3,8 +3,9 @@
 #include "duplicates/fileAttrbItem.h"
 #include "platform/FileOperations.h"
 
+#include <atomic>
 #include <string>
-#include <unordered_set>
+#include <vector>
 
 namespace brightsweep {
 
@@ -13,40 +14,20 @@ namespace brightsweep {
 /// the same file met twice. Belongs to one thread.
 class SameFiles {
 public:
-    explicit SameFiles(FileOperations &files) : m_files(files) {}
+    /// Once `stop` is set, what is asked for ends at once and is worth nothing.
+    SameFiles(FileOperations &files, const std::atomic<bool> &stop)
+        : m_files(files), m_stop(stop) {}
 
-    /// Calls `drop` with each of the items that is the same file as one that stays. The items have
-    /// the same device and inode, and stand in the order in which they were found.
-    template <typename Drop>
-    void dropRepeated(const std::vector<const fileAttrbItem *> &items, Drop drop) {
-        // An item with something mounted on it is another name of a file that also stands
-        // elsewhere: where that name was found too, it is the one that stays.
-        std::unordered_set<std::string> names;
-        // An inode with one name only: every item is that file.
-        const bool isAlone = !items.empty() && hasOneName(*items.front());
-        std::vector<const fileAttrbItem *> mounted;
-        std::size_t kept = 0;
-        for (const fileAttrbItem *item : items) {
-            if (kept > 0 && isAlone) {
-                drop(*item);
-                continue;
-            }
-            if (!isAlone && m_files.isMountPoint(item->filePathName))
-                mounted.push_back(item);
-            else if (names.insert(identity(*item)).second)
-                ++kept;
-            else
-                drop(*item);
-        }
-        for (std::size_t i = kept > 0 ? 0 : 1; i < mounted.size(); ++i)
-            drop(*mounted[i]);
-    }
+    /// The places of those items that are the same file as one that stays. The items have the same
+    /// device and inode, and stand in the order in which they were found.
+    std::vector<std::size_t> repeated(const std::vector<const fileAttrbItem *> &items);
 
 private:
     bool hasOneName(const fileAttrbItem &item);
     std::string identity(const fileAttrbItem &item);
 
     FileOperations &m_files;
+    const std::atomic<bool> &m_stop;
     std::string m_parent; // the directory asked for last
     std::string m_parentIdentity;
 };

@@ -1,4 +1,5 @@
 #include "duplicates/ContentReader.h"
+#include "duplicates/ReadingPace.h"
 #include "duplicates/SearchSupport.h"
 #include "duplicates/algorithm.h"
 #include "duplicates/crc.h"
@@ -73,6 +74,30 @@ TEST(Content, WithoutKnowledgeOfTheCache) {
         EXPECT_EQ(unordered(search(tree.top())), (Groups{{tree.path("a"), tree.path("b")}}));
         EXPECT_EQ(drops, 0u) << missing;
     }
+}
+
+TEST(Content, ThePaceFollowsTheDisk) {
+    using std::chrono::microseconds;
+    ReadingPace pace;
+    const auto read = [&](std::uint64_t bytesPerSecond) {
+        const std::size_t size = pace.pieceSize();
+        const microseconds time(size * 1'000'000 / bytesPerSecond);
+        pace.fetched(size, time);
+        return time;
+    };
+    for (int i = 0; i < 50; ++i)
+        EXPECT_LE(read(300'000), microseconds(200'000));
+    for (int i = 0; i < 7; ++i)
+        read(100'000'000);
+    EXPECT_EQ(pace.pieceSize(), ReadingPace::most);
+    // One that becomes slow holds up one piece.
+    read(300'000);
+    EXPECT_LE(read(300'000), microseconds(200'000));
+    EXPECT_LE(read(1'000), microseconds(60'000'000));
+    EXPECT_EQ(pace.pieceSize(), ReadingPace::least);
+    // What says nothing of the disk changes nothing.
+    pace.fetched(1, microseconds(1));
+    EXPECT_EQ(pace.pieceSize(), ReadingPace::least);
 }
 
 // Sizes of a terabyte are gone through in no time where the file system tells of the holes.

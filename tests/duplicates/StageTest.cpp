@@ -117,6 +117,24 @@ TEST(Stages, AStopWithinALargeFile) {
     }
 }
 
+TEST(Stages, AStopWhileNamesAreToldApart) {
+    TestTree tree;
+    const auto file = tree.file("f", "many names");
+    for (int i = 0; i < 200; ++i)
+        tree.hardLink("d/" + std::to_string(i), file);
+    duplicateFind search;
+    search.setSearchOption(true, true);
+    unsigned looks = 0;
+    FaultPlatform platform;
+    platform.setFault([&](std::string_view call, const std::filesystem::path &) {
+        if (call == "isMountPoint" && ++looks == 20)
+            search.stopSearch();
+        return std::error_code();
+    });
+    search.searchDuplicateFileAtPath(tree.top(), 0);
+    EXPECT_EQ(looks, 20u);
+}
+
 TEST(Stages, ProgressAndPath) {
     TestTree tree;
     for (const char *name : {"A.app/m", "B.app/m", "C.app/m"})
