@@ -21,6 +21,8 @@ public:
     std::uint64_t inode = 0;
     /// False once a member could not be read: then the bundle is nobody's duplicate.
     bool isReadable = true;
+    /// True once a file of it turned out to be one of another bundle's of its group, found before.
+    bool isRepeated = false;
 };
 
 using AppList = std::vector<std::shared_ptr<AppAttrbItem>>;

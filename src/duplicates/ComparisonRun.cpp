@@ -118,8 +118,11 @@ void ComparisonRun::dropRepeated(std::vector<Index> &sameSize) {
         std::vector<const fileAttrbItem *> items;
         for (std::size_t i = begin; i < end; ++i)
             items.push_back(m_candidates[sameSize[i]].get());
-        for (const std::size_t repeated : SameFiles(m_files, m_stop).repeated(items)) {
-            m_state[sameSize[begin + repeated]] = Gone;
+        const auto kept = SameFiles(m_files, m_stop).keptFor(items);
+        for (std::size_t i = 0; i < kept.size(); ++i) {
+            if (kept[i] == i)
+                continue;
+            m_state[sameSize[begin + i]] = Gone;
             anyGone = true;
         }
     }

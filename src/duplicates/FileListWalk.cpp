@@ -195,6 +195,8 @@ bool FileListWalk::nextRoot(DirectoryWalk &walk) {
 // -- Below it
 
 void FileListWalk::entries(DirectoryWalk::Directory &directory, const DirectoryBlock &block) {
+    if (isPassedOver(directory))
+        return;
     Folder &folder = *static_cast<Folder *>(directory.context());
     const std::string path = pathOf(directory);
     if (!std::exchange(folder.isShown, true) && m_rules.current)
@@ -244,15 +246,32 @@ void FileListWalk::addFile(Folder &folder, std::string path, const DirectoryEntr
 }
 
 void FileListWalk::addMember(Folder &folder, std::string path, const DirectoryEntry &entry) {
+    DirectoryEntry found = entry;
     if (entry.type == EntryType::Link) {
         const auto target = m_files.attributesFollowing(path);
         if (target && target->type == EntryType::Directory)
             return;
+        if (target) {
+            found.device = target->device;
+            found.inode = target->inode;
+        }
     }
-    folder.finds.emplace_back(makeItem(std::move(path), entry));
+    folder.finds.emplace_back(makeItem(std::move(path), found));
+}
+
+bool FileListWalk::isPassedOver(const DirectoryWalk::Directory &directory) const {
+    // Most often there are none, and nothing is to be looked up.
+    const auto &all = m_rules.passedOver;
+    return !all.empty() &&
+           std::binary_search(all.begin(), all.end(),
+                              DirectoryIdentity{directory.device(), directory.inode()}) &&
+           !(m_rootDirectory && directory.device() == m_rootDirectory->device &&
+             directory.inode() == m_rootDirectory->inode);
 }
 
 void FileListWalk::read(DirectoryWalk::Directory &directory, std::error_code error) {
+    if (!error && isPassedOver(directory))
+        return;
     Folder &folder = *static_cast<Folder *>(directory.context());
     const bool isShown = std::exchange(folder.isShown, true);
     const bool sizeCounts = folder.bundle && !folder.isStart &&

@@ -34,6 +34,8 @@ public:
         std::uint64_t limit = 0;
         unsigned threads = 0;
         const std::atomic<bool> *stop = nullptr;
+        /// Directories below the root that are left out with all they hold; sorted.
+        std::vector<DirectoryIdentity> passedOver = {};
         /// Called with each directory as it is read, on any thread.
         std::function<void(std::string path)> current = {};
         /// Asked for a directory directly below the root; true leaves it out.
@@ -99,6 +101,7 @@ private:
     Folder *newFolder(Bundle *bundle);
     Bundle *newBundle(std::string path);
     static std::string pathOf(const DirectoryWalk::Directory &directory);
+    bool isPassedOver(const DirectoryWalk::Directory &directory) const;
     bool stopped() const { return m_rules.stop && m_rules.stop->load(std::memory_order_relaxed); }
 
     FileOperations &m_files;

@@ -3,10 +3,12 @@
 #include "duplicates/ContentReader.h"
 #include "duplicates/FileListWalk.h"
 #include "duplicates/ReadingThreads.h"
+#include "duplicates/SameFiles.h"
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 #include <tuple>
 #include <utility>
@@ -67,6 +69,7 @@ void FindDuplicateApp::FindAppInArray(const std::vector<std::string> &directorie
             });
             outArray.push_back(std::move(group));
         }
+        std::erase_if(m_AllAppItem, [](const auto &bundle) { return bundle->isRepeated; });
         m_progress = std::uint32_t(m_AllAppItem.size() * 100 / m_AppCount);
     }
 }
@@ -90,9 +93,10 @@ void FindDuplicateApp::InitInputAppDirectory(const std::vector<std::string> &dir
 }
 
 bool FindDuplicateApp::getAllFilePathName(const std::string &path, AppAttrbItem &item) {
-    FileListWalk walk(
-        m_files,
-        {.collect = FileListWalk::Collect::Members, .threads = m_threads, .stop = &m_StopSearch});
+    FileListWalk walk(m_files, {.collect = FileListWalk::Collect::Members,
+                                .threads = m_threads,
+                                .stop = &m_StopSearch,
+                                .passedOver = m_passedOver});
     // What lies in a folder that cannot be read is not known to be equal to anything.
     if (walk.walkFolder(path) || walk.hasFailures() || m_StopSearch)
         return false;
@@ -143,11 +147,65 @@ bool FindDuplicateApp::getDuplicateAppDirInArray(const AppList &list,
         return false;
     readWholes(alike);
     keepEqual(alike, *item, Step::Wholes);
+    dropSharing(alike);
     // A pass cut short yields nothing.
     if (alike.size() < 2 || m_StopSearch)
         return false;
     outArray.insert(outArray.end(), alike.begin(), alike.end());
     return true;
+}
+
+// Leaves of those that share a file, by a mount or by a link of one into the other, the one found
+// first: what goes with one must not go from another. Two links to a file elsewhere share nothing.
+// The last of the list was found first.
+void FindDuplicateApp::dropSharing(AppList &bundles) {
+    struct Member {
+        const fileAttrbItem *file;
+        std::size_t bundle; // in the order of being found
+    };
+    AppList inOrder = {bundles.back()};
+    inOrder.insert(inOrder.end(), bundles.begin(), bundles.end() - 1);
+    std::vector<Member> members;
+    for (std::size_t i = 0; i < inOrder.size(); ++i) {
+        for (const auto &file : inOrder[i]->AllFileInDirectory)
+            members.push_back({file.get(), i});
+    }
+    const auto inode = [](const Member &member) {
+        return std::tie(member.file->device, member.file->inode);
+    };
+    std::stable_sort(members.begin(), members.end(),
+                     [&](const Member &a, const Member &b) { return inode(a) < inode(b); });
+
+    // What each bundle holds of the files that more than one may hold, by their numbers.
+    std::vector<std::vector<std::pair<std::size_t, bool>>> held(inOrder.size());
+    std::size_t files = 0;
+    for (auto begin = members.begin(), end = begin; begin != members.end(); begin = end) {
+        end = std::find_if(begin, members.end(),
+                           [&](const Member &member) { return inode(member) != inode(*begin); });
+        if (begin->bundle == end[-1].bundle)
+            continue;
+        std::vector<const fileAttrbItem *> items;
+        std::transform(begin, end, std::back_inserter(items),
+                       [](const Member &member) { return member.file; });
+        const auto kept = SameFiles(m_files, m_StopSearch).keptFor(items);
+        for (std::size_t i = 0; i < items.size(); ++i)
+            held[begin[std::ptrdiff_t(i)].bundle].emplace_back(
+                files + kept[i], items[i]->kind == fileAttrbItem::Kind::Link);
+        files += items.size();
+    }
+    enum class Holder : std::uint8_t { None, Link, Itself };
+    std::vector<Holder> holders(files, Holder::None); // of those that stay
+    for (std::size_t i = 0; i < inOrder.size(); ++i) {
+        inOrder[i]->isRepeated = std::any_of(held[i].begin(), held[i].end(), [&](const auto &file) {
+            return holders[file.first] == Holder::Itself ||
+                   (holders[file.first] == Holder::Link && !file.second);
+        });
+        for (const auto &[file, isLink] : held[i]) {
+            if (!inOrder[i]->isRepeated)
+                holders[file] = std::max(holders[file], isLink ? Holder::Link : Holder::Itself);
+        }
+    }
+    std::erase_if(bundles, [](const auto &bundle) { return bundle->isRepeated; });
 }
 
 void FindDuplicateApp::readHeads(const AppList &bundles) {

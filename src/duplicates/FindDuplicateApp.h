@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace brightsweep {
@@ -16,11 +17,15 @@ namespace brightsweep {
 ///
 /// Runs on the calling thread, reading on helpers that end with the call. m_Progress(),
 /// m_CurrentSearchFile() and setM_StopSearch() may be called from any thread. A bundle that cannot
-/// be read whole drops out.
+/// be read whole drops out, and so does one that shares a file with an equal one found before.
 class FindDuplicateApp {
 public:
     explicit FindDuplicateApp(unsigned threads = 0);
 
+    /// Directories that are no part of a bundle that they lie in; sorted.
+    void setPassedOver(std::vector<DirectoryIdentity> directories) {
+        m_passedOver = std::move(directories);
+    }
     /// The stage. Appends the groups; in each the bundle that was found first stands last.
     void FindAppInArray(const std::vector<std::string> &directories,
                         std::vector<AppList> &outArray);
@@ -42,6 +47,7 @@ public:
     void setM_StopSearch(bool stop) { m_StopSearch = stop; }
 
 private:
+    void dropSharing(AppList &bundles);
     void readHeads(const AppList &bundles);
     void readWholes(const AppList &bundles);
     template <typename Read>
@@ -50,6 +56,7 @@ private:
 
     FileOperations &m_files;
     unsigned m_threads;
+    std::vector<DirectoryIdentity> m_passedOver;
     AppList m_AllAppItem;
     std::atomic<std::uint32_t> m_progress{0};
     std::uint64_t m_AppCount = 0;

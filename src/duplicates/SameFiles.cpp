@@ -2,29 +2,32 @@
 
 #include "foundation/Paths.h"
 
-#include <unordered_set>
+#include <optional>
+#include <unordered_map>
 
 namespace brightsweep {
 
-std::vector<std::size_t> SameFiles::repeated(const std::vector<const fileAttrbItem *> &items) {
+std::vector<std::size_t> SameFiles::keptFor(const std::vector<const fileAttrbItem *> &items) {
+    std::vector<std::size_t> kept(items.size(), 0);
+    // An inode with one name only: every item is that file.
+    if (items.empty() || hasOneName(*items.front()))
+        return kept;
     // An item with something mounted on it is another name of a file that also stands elsewhere:
     // where that name was found too, it is the one that stays.
-    std::unordered_set<std::string> names;
+    std::unordered_map<std::string, std::size_t> names;
     std::vector<std::size_t> mounted;
-    std::vector<std::size_t> gone;
-    // An inode with one name only: every item is that file.
-    const bool isAlone = !items.empty() && hasOneName(*items.front());
+    std::optional<std::size_t> firstName;
     for (std::size_t i = 0; i < items.size() && !m_stop; ++i) {
-        if (isAlone && i > 0)
-            gone.push_back(i);
-        else if (!isAlone && m_files.isMountPoint(items[i]->filePathName))
+        if (m_files.isMountPoint(items[i]->filePathName)) {
             mounted.push_back(i);
-        else if (!names.insert(identity(*items[i])).second)
-            gone.push_back(i);
+            continue;
+        }
+        kept[i] = names.emplace(identity(*items[i]), i).first->second;
+        firstName = firstName.value_or(i);
     }
-    gone.insert(gone.end(), mounted.begin() + (names.empty() && !mounted.empty() ? 1 : 0),
-                mounted.end());
-    return gone;
+    for (const std::size_t i : mounted)
+        kept[i] = firstName.value_or(mounted.front());
+    return kept;
 }
 
 bool SameFiles::hasOneName(const fileAttrbItem &item) {

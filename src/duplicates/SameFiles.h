@@ -18,9 +18,10 @@ public:
     SameFiles(FileOperations &files, const std::atomic<bool> &stop)
         : m_files(files), m_stop(stop) {}
 
-    /// The places of those items that are the same file as one that stays. The items have the same
-    /// device and inode, and stand in the order in which they were found.
-    std::vector<std::size_t> repeated(const std::vector<const fileAttrbItem *> &items);
+    /// For each item the place of the one that stands for the same file: its own, or that of the
+    /// one that stays in its place. The items have the same device and inode, and stand in the
+    /// order in which they were found.
+    std::vector<std::size_t> keptFor(const std::vector<const fileAttrbItem *> &items);
 
 private:
     bool hasOneName(const fileAttrbItem &item);

@@ -30,7 +30,13 @@ void duplicateFind::searchDuplicateFileAtPath(const std::filesystem::path &path,
 }
 
 bool duplicateFind::_searchDuplicateFile() {
+    m_passedOver = Platform::current().files->repeatedByOverlays(m_path);
+    if (!m_passedOver.empty())
+        QRX_LOG("-[duplicateFind _searchDuplicateFile]",
+                " -INFO:%llu directories are passed over, as overlay mounts show their files too",
+                m_passedOver.size());
     const auto fileList = std::make_shared<getFileList>(m_threads, &m_Stop);
+    fileList->setPassedOver(m_passedOver);
     fileList->setM_bSearchHiddenFile(m_bSearchHiddenFile);
     fileList->setM_bSearchSystemDirectory(m_bSearchSystemDirectory);
     {
@@ -61,6 +67,7 @@ void duplicateFind::getDuplicateApp(const std::vector<std::string> &directories)
             const std::lock_guard lock(m_mutex);
             m_findDuplicateApp = findApp;
         }
+        findApp->setPassedOver(m_passedOver);
         // A stop that came before the stage was there to hear of it.
         if (m_Stop)
             findApp->setM_StopSearch(true);

@@ -2,6 +2,7 @@
 
 #include "duplicates/AppAttrbItem.h"
 #include "duplicates/fileAttrbItem.h"
+#include "platform/FileOperations.h"
 
 #include <atomic>
 #include <cstdint>
@@ -56,6 +57,7 @@ private:
     std::atomic<std::uint64_t> m_iProgress{0};
     std::uint64_t m_limittedSize = 0;
     std::vector<std::string> DirectoryArray;
+    std::vector<DirectoryIdentity> m_passedOver;
     std::atomic<bool> m_Stop{false};
     bool m_bSearchHiddenFile = false;
     bool m_bSearchSystemDirectory = false;

@@ -70,6 +70,7 @@ bool getFileList::getListAtPath(const std::filesystem::path &root, FileList &fil
                        .limit = limittedSize,
                        .threads = m_threads,
                        .stop = &m_bStopSearch,
+                       .passedOver = m_passedOver,
                        .current = [this](std::string path) { setCurrentPath(std::move(path)); },
                        .skipsTopDirectory =
                            [&](const std::string &path) { return skipsTopDirectory(root, path); }});

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "duplicates/fileAttrbItem.h"
+#include "platform/FileOperations.h"
 
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace brightsweep {
@@ -52,6 +54,11 @@ public:
     void setM_bSearchHiddenFile(bool value) { m_bSearchHiddenFile = value; }
     void setM_bSearchSystemDirectory(bool value) { m_bSearchSystemDirectory = value; }
 
+    /// Directories to be left out with all they hold; sorted.
+    void setPassedOver(std::vector<DirectoryIdentity> directories) {
+        m_passedOver = std::move(directories);
+    }
+
 private:
     void setCurrentPath(std::string path);
     bool skipsTopDirectory(const std::filesystem::path &root, const std::string &path) const;
@@ -60,6 +67,7 @@ private:
     bool m_bSearchHiddenFile = false;
     bool m_bSearchSystemDirectory = false;
     unsigned m_threads;
+    std::vector<DirectoryIdentity> m_passedOver;
     const std::atomic<bool> *m_ownersStop;
     mutable std::mutex m_mutex;
     std::string m_currentPath;

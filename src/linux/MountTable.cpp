@@ -15,22 +15,6 @@ bool isOctal(char digit) {
     return digit >= '0' && digit <= '7';
 }
 
-// The kernel writes blanks, tabs, line ends and backslashes as a backslash and three octal digits.
-std::string unescape(std::string_view text) {
-    std::string plain;
-    plain.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '\\' && i + 3 < text.size() && text[i + 1] <= '3' && isOctal(text[i + 1]) &&
-            isOctal(text[i + 2]) && isOctal(text[i + 3])) {
-            plain += char((text[i + 1] - '0') * 64 + (text[i + 2] - '0') * 8 + (text[i + 3] - '0'));
-            i += 3;
-        } else {
-            plain += text[i];
-        }
-    }
-    return plain;
-}
-
 template <typename Number>
 bool readNumber(std::string_view text, Number &number) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -61,17 +45,32 @@ bool parseLine(std::string_view line, Mount &mount) {
         !readNumber(fields[2].substr(0, colon), mount.deviceMajor) ||
         !readNumber(fields[2].substr(colon + 1), mount.deviceMinor))
         return false;
-    mount.root = unescape(fields[3]);
-    mount.mountPoint = unescape(fields[4]);
+    mount.root = unescapeMountText(fields[3]);
+    mount.mountPoint = unescapeMountText(fields[4]);
     mount.options = fields[5];
-    mount.type = unescape(separator[1]);
-    mount.source = unescape(separator[2]);
+    mount.type = unescapeMountText(separator[1]);
+    mount.source = unescapeMountText(separator[2]);
     if (fields.end() - separator > 3)
         mount.superOptions = separator[3];
     return mount.mountPoint.starts_with('/');
 }
 
 } // namespace
+
+std::string unescapeMountText(std::string_view text) {
+    std::string plain;
+    plain.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\\' && i + 3 < text.size() && text[i + 1] <= '3' && isOctal(text[i + 1]) &&
+            isOctal(text[i + 2]) && isOctal(text[i + 3])) {
+            plain += char((text[i + 1] - '0') * 64 + (text[i + 2] - '0') * 8 + (text[i + 3] - '0'));
+            i += 3;
+        } else {
+            plain += text[i];
+        }
+    }
+    return plain;
+}
 
 std::vector<Mount> parseMountTable(std::string_view text) {
     std::vector<Mount> mounts;

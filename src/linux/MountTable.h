@@ -7,7 +7,8 @@
 
 namespace brightsweep {
 
-/// One line of /proc/self/mountinfo; see proc(5). Texts are bytes with their escapes undone.
+/// One line of /proc/self/mountinfo; see proc(5). Texts are bytes with their escapes undone, but
+/// for the two lists of options, whose commas would be lost.
 struct Mount {
     std::int32_t id = 0;
     std::int32_t parentId = 0;
@@ -20,6 +21,10 @@ struct Mount {
     std::string source;
     std::string superOptions;
 };
+
+/// Undoes the kernel's escapes, a backslash and three octal digits for each blank, tab, line end
+/// and backslash, and in an option for its commas.
+std::string unescapeMountText(std::string_view text);
 
 /// The well-formed lines of a mount table, in its order; others are passed over.
 std::vector<Mount> parseMountTable(std::string_view text);

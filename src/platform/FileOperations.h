@@ -32,6 +32,14 @@ struct FileAttributes {
     std::int64_t changed = 0;  ///< likewise: contents, mode, names or owner
 };
 
+/// Which directory it is, by whatever path it is reached.
+struct DirectoryIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+
+    auto operator<=>(const DirectoryIdentity &) const = default;
+};
+
 /// An open directory and what it is. The descriptor closes with it.
 struct OpenDirectory {
     FileDescriptor descriptor;
@@ -197,6 +205,11 @@ public:
     virtual Result<std::filesystem::path> canonicalPath(const std::filesystem::path &path) = 0;
     /// True where something is mounted on the very item, a single file included.
     virtual bool isMountPoint(const std::filesystem::path &path) = 0;
+    /// The directories of which a search of the root would meet the files a second time, as an
+    /// overlay mount in it shows them too: that overlay's layers; or its top, where a layer of it
+    /// holds the root itself. Sorted, and most often empty.
+    virtual std::vector<DirectoryIdentity>
+    repeatedByOverlays(const std::filesystem::path &root) = 0;
 
     // -- File contents
 

@@ -61,6 +61,9 @@ public:
     }
     Result<std::string> linkTarget(const std::filesystem::path &) override { return unsupported; }
     bool isMountPoint(const std::filesystem::path &) override { return false; }
+    std::vector<DirectoryIdentity> repeatedByOverlays(const std::filesystem::path &) override {
+        return {};
+    }
     Result<FileDescriptor> openFile(const std::filesystem::path &) override { return unsupported; }
     Result<FileDescriptor> openListedFile(const std::string &) override { return unsupported; }
     Result<FileAttributes> fileAttributes(const FileDescriptor &) override { return unsupported; }

@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
@@ -13,6 +14,9 @@
 
 #include <filesystem>
 #include <map>
+#include <numeric>
+#include <set>
+#include <sstream>
 
 namespace brightsweep {
 namespace {
@@ -123,6 +127,95 @@ TEST(DuplicatesCommand, OptionsAndSettings) {
         EXPECT_EQ(duplicates(arguments).status, 2);
     EXPECT_EQ(duplicates({tree.path("d/.a")}).status, 1);
     EXPECT_EQ(duplicates({tree.path("missing")}).status, 1);
+}
+
+// The paths of all groups below the top, one line each, sorted, with mounts that end with the
+// command.
+std::string groupsWith(const std::string &mounts, const test::TestTree &tree,
+                       const std::string &root) {
+    const std::string script =
+        "cd \"$1\" && " + mounts + " && exec \"$2\" duplicates \"$1/" + root + "\" --limit 0";
+    const auto result = test::runProgram(
+        {"unshare", "-m", "/bin/sh", "-ec", script, "sh", tree.top(), BRIGHTSWEEP_CLI});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    std::set<std::string> paths;
+    std::istringstream lines(result.output);
+    for (std::string line; std::getline(lines, line);) {
+        const auto found = line.find(tree.top().native() + "/");
+        if (found != line.npos)
+            paths.insert(line.substr(found + tree.top().native().size() + 1) + "\n");
+    }
+    return std::accumulate(paths.begin(), paths.end(), std::string());
+}
+
+// As files and as bundles. Layers and the overlay itself have devices and inodes of their own.
+TEST(DuplicatesCommand, AFileOfAnOverlayIsNotThatOfItsLayerAgain) {
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "mounting needs an administrator";
+    const std::string overlay = "mount -t overlay none -o ";
+    const struct {
+        std::string mounts;
+        const char *root;
+        const char *groups;
+    } rows[] = {
+        {"true", "", "keep/f\nlo:w er/f\n"},
+        {overlay + "lowerdir='lo\\:w er',upperdir=up,workdir=wk m", "", "keep/f\nm/f\n"},
+        {overlay + "lowerdir=\"$PWD/lo\\\\:w er\",upperdir=\"$PWD/up\",workdir=\"$PWD/wk\" m", "",
+         "keep/f\nm/f\n"},
+        // What is searched itself is never left out.
+        {overlay + "lowerdir=\"$PWD/keep:$PWD/lo\\\\:w er\" m", "lo:w er", ""},
+        // Only a part of the overlay can be seen.
+        {"cp a/sub/g copy && " + overlay +
+             "lowerdir=\"$PWD/a:$PWD/lo\\\\:w er\" m && mount --bind m/sub b && umount m",
+         "", "b/g\ncopy\nkeep/f\nlo:w er/f\n"},
+        // It lies on one of its own layers.
+        {overlay + "lowerdir=\"$PWD/keep:$PWD/lo\\\\:w er\" keep", "", ""},
+        // It shows all that is searched once more.
+        {"mount -t tmpfs none /mnt && " + overlay + "lowerdir=\"$PWD:/mnt\" m", "",
+         "keep/f\nlo:w er/f\n"},
+        {overlay + "lowerdir=\"$PWD/X.app:$PWD/up\" Y.app", "", "keep/f\nlo:w er/f\n"},
+    };
+    for (const auto &row : rows) {
+        const test::TestTree whole;
+        test::TestTree tree(whole.path(std::to_string(&row - rows)));
+        tree.file("lo:w er/f", "file");
+        tree.file("keep/f", "file");
+        tree.file("a/sub/g", "part");
+        tree.file("X.app/m", "bundle");
+        for (const char *name : {"up", "wk", "m", "b", "Y.app"})
+            tree.directory(name);
+        EXPECT_EQ(groupsWith(row.mounts, tree, row.root), row.groups) << row.mounts;
+    }
+}
+
+TEST(DuplicatesCommand, BundlesThatShareAFileAreNoDuplicates) {
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "mounting needs an administrator";
+    const std::set<std::string> all = {"X.app\nY.app\nZ.app\n"};
+    const std::set<std::string> withoutOne = {"X.app\nZ.app\n", "Y.app\nZ.app\n"};
+    const struct {
+        std::string mounts;
+        std::set<std::string> groups; // which, depends on the order in which the bundles are found
+    } rows[] = {
+        {"true", all},
+        {"mount --bind X.app/in Y.app/in", withoutOne},
+        {"mount --bind X.app/in/n Y.app/in/n", withoutOne},
+        {"mount --bind Z.app/in X.app/in && mount --bind Z.app/in Y.app/in", {""}},
+        {"ln -sf ../../X.app/in/n Y.app/in/n && truncate -s 14 X.app/in/n Z.app/in/n", withoutOne},
+        // Hard links are files of their own, and nothing of a bundle lies behind links out of it.
+        {"ln -f X.app/in/n Y.app/in/n", all},
+        {"echo away >away; for i in X Y Z; do ln -sf ../../away $i.app/in/n; done", all},
+    };
+    for (const auto &row : rows) {
+        const test::TestTree whole;
+        test::TestTree tree(whole.path(std::to_string(&row - rows)));
+        for (const char *name : {"X.app", "Y.app", "Z.app"}) {
+            tree.file(std::string(name) + "/m", "bundle");
+            tree.file(std::string(name) + "/in/n", "member");
+        }
+        EXPECT_THAT(groupsWith(row.mounts, tree, ""), testing::AnyOfArray(row.groups))
+            << row.mounts;
+    }
 }
 
 } // namespace

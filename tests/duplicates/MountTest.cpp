@@ -1,4 +1,5 @@
 #include "duplicates/SearchSupport.h"
+#include "platform/linux/OverlayLayers.h"
 #include "support/NeedsRoot.h"
 #include "support/TestTree.h"
 
@@ -61,5 +62,21 @@ TEST(Mounts, AFileIsNeverItsOwnDuplicate) {
     EXPECT_TRUE(allowed);
 }
 
+TEST(Mounts, TheOptionsOfAnOverlayNameItsLayers) {
+    const struct {
+        const char *options;
+        std::vector<std::string> layers;
+    } rows[] = {
+        {"rw,lowerdir=/a:/b,upperdir=/u,workdir=/w,index=off", {"/a", "/b", "/u", "/w"}},
+        {"rw,lowerdir=/lo\\134:w\\134\\054\\040er\\134\\134x", {"/lo:w, er\\x"}},
+        {"ro,lowerdir=/a::/data", {"/a", "/data"}},
+        {"ro,lowerdir+=/a:b,datadir+=/d\\134e", {"/a:b", "/d\\e", "/de"}},
+        {"rw,lowerdir=/a\\134", {"/a\\"}},
+        {"rw,redirect_dir=on,lowerdir", {}},
+        {"", {}},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(overlayLayers(row.options), row.layers) << row.options;
+}
 } // namespace
 } // namespace brightsweep::test

@@ -88,6 +88,11 @@ public:
     bool isMountPoint(const std::filesystem::path &path) override {
         return m_wrapped->isMountPoint(path);
     }
+    std::vector<DirectoryIdentity> repeatedByOverlays(const std::filesystem::path &root) override {
+        return ask(
+            "repeatedByOverlays", root, [&] { return m_wrapped->repeatedByOverlays(root); },
+            [](std::error_code) { return std::vector<DirectoryIdentity>(); });
+    }
     Result<FileDescriptor> openFile(const std::filesystem::path &path) override {
         return m_wrapped->openFile(path);
     }

@@ -2,6 +2,8 @@
 
 #include "linux/KernelFileSystems.h"
 #include "linux/LongPath.h"
+#include "linux/MountTable.h"
+#include "platform/linux/OverlayLayers.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -233,6 +235,14 @@ bool LinuxFileOperations::isMountPoint(const std::filesystem::path &path) {
            ::statx(shortened->base(), shortened->name.c_str(),
                    AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, 0, &status) == 0 &&
            (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
+}
+
+std::vector<DirectoryIdentity>
+LinuxFileOperations::repeatedByOverlays(const std::filesystem::path &root) {
+    const auto canonical = canonicalPath(root);
+    if (!canonical)
+        return {};
+    return brightsweep::repeatedByOverlays(ownMounts().current()->all(), canonical->native());
 }
 
 Result<FileDescriptor> LinuxFileOperations::openFile(const std::filesystem::path &path) {
