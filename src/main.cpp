@@ -1,4 +1,5 @@
 #include "cli/CommandLine.h"
+#include "cli/Interruption.h"
 #ifdef BRIGHTSWEEP_GUI
 #include "app/ui/ApplicationStart.h"
 #endif
@@ -14,7 +15,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <string_view>
 
 namespace {
@@ -67,7 +67,7 @@ int main(int argc, char **argv) {
         sessionBusIsSilent = brightsweep::leaveSilentSessionBus();
     else
 #endif
-        brightsweep::cli::handleFatalErrors();
+        brightsweep::cli::beginCommandLine();
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
     // What is said before the log is open belongs to nobody's terminal.
     brightsweep::Log::setDescriptor(-1);
@@ -76,6 +76,5 @@ int main(int argc, char **argv) {
         argc, argv, scans ? brightsweep::MacLog::setLogFileForCommandLine : openLogOfWindow,
         brightsweep::ClearMemory::freeMemory,
         [&] { return applicationMain(argc, argv, terminal.get()); });
-    brightsweep::ObjectLog::flushAll();
-    std::_Exit(status);
+    brightsweep::cli::Interruption::end(status);
 }

@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <utility>
 
 namespace brightsweep {
 
@@ -82,17 +83,16 @@ void ScanViewController::beginScanTask(std::vector<RemovalRoot> folders) {
 }
 
 void ScanViewController::scanFolder(std::nullptr_t, ThreadWorker *) {
-    std::vector<CleanFileInfo> found;
     std::uint64_t total = 0;
     for (const RemovalRoot &folder : folderPaths) {
         if (bIsStopTask)
             break;
         NSLog("Scan folder: %@", folder.path);
-        total = scanDirectory(folder, total, found);
+        total = scanDirectory(folder, total, m_foundRows);
     }
     {
         const std::lock_guard lock(m_mutex);
-        m_scanFiles = std::move(found);
+        m_scanFiles = std::exchange(m_foundRows, {});
         rowsChanged();
     }
     Q_EMIT scanFilesChanged();
@@ -114,17 +114,20 @@ std::uint64_t ScanViewController::scanDirectory(const RemovalRoot &directory,
         return totalSize;
     sizeItems(folder, mounts, items, &bIsStopTask, [&](const SizedItem &item) {
         const std::filesystem::path path = paths::join(directory.path, item.name);
-        CleanFileInfo &row =
-            withArray.emplace_back(paths::text(path.native()), item.name, path,
-                                   UtilityFunction::convertVolSpace(item.size), item.size);
-        row.root = root;
-        row.modified = item.modified;
-        row.isDirectory = item.type == EntryType::Directory;
-        // Known before any attempt.
-        if (item.holdsVolume) {
-            const std::error_code error = RemovalError::HoldsVolume;
-            row.failure = localizedText(QString::fromStdString(error.message()));
-            row.reasonKey = reasonKey(error);
+        {
+            const std::lock_guard lock(m_mutex);
+            CleanFileInfo &row =
+                withArray.emplace_back(paths::text(path.native()), item.name, path,
+                                       UtilityFunction::convertVolSpace(item.size), item.size);
+            row.root = root;
+            row.modified = item.modified;
+            row.isDirectory = item.type == EntryType::Directory;
+            // Known before any attempt.
+            if (item.holdsVolume) {
+                const std::error_code error = RemovalError::HoldsVolume;
+                row.failure = localizedText(QString::fromStdString(error.message()));
+                row.reasonKey = reasonKey(error);
+            }
         }
         totalSize = addSaturating(totalSize, item.size);
         m_totalSize = totalSize;
@@ -275,6 +278,11 @@ void ScanViewController::cancelFastClean() {
 std::vector<CleanFileInfo> ScanViewController::scanFiles() const {
     const std::lock_guard lock(m_mutex);
     return m_scanFiles;
+}
+
+std::vector<CleanFileInfo> ScanViewController::foundRows() const {
+    const std::lock_guard lock(m_mutex);
+    return m_foundRows.empty() ? m_scanFiles : m_foundRows;
 }
 
 std::size_t ScanViewController::rowCount() const {

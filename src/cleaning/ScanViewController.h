@@ -61,6 +61,8 @@ public:
     // -- Results
 
     std::vector<CleanFileInfo> scanFiles() const;
+    /// The same, or during a scan the rows that have been found so far.
+    std::vector<CleanFileInfo> foundRows() const;
     std::size_t rowCount() const;
     void setSelected(std::size_t row, bool selected);
     /// The row of that exact path; false where there is none.
@@ -126,6 +128,7 @@ private:
 
     mutable std::mutex m_mutex; // guards what follows
     std::vector<CleanFileInfo> m_scanFiles;
+    std::vector<CleanFileInfo> m_foundRows;                                // of the scan under way
     mutable std::unordered_map<std::string_view, std::size_t> m_rowOfPath; // made when first needed
     std::vector<CleanFileInfo> selDelFiles;
     std::vector<CleanFileInfo> m_removedFiles;

@@ -2,12 +2,13 @@
 
 #include "cleaning/CleanCategories.h"
 #include "cleaning/FolderUtilities.h"
+#include "cli/Interruption.h"
+#include "cli/WorkRun.h"
 #include "core/UtilityFunction.h"
 #include "platform/Platform.h"
 #include "platform/VolumeSource.h"
 
 #include <QEventLoop>
-#include <QTimer>
 
 #include <algorithm>
 #include <exception>
@@ -18,7 +19,6 @@ namespace brightsweep::cli {
 namespace {
 
 constexpr int settleMilliseconds = 500;
-constexpr int pollMilliseconds = 50;
 
 using Start = std::function<void(CategoryRun &)>;
 using Signal = void (ScanViewController::*)(bool);
@@ -26,8 +26,8 @@ using Stop = void (ScanViewController::*)();
 using Amount = std::uint64_t (ScanViewController::*)() const;
 
 // Starts all, waits for the finish signal of each, and hands Ctrl-C on to the engine's own stop.
-bool runAll(std::vector<CategoryRun> &runs, Output &output, const char *verb, const Start &start,
-            Signal finished, Stop stop, Amount amount) {
+RunEnd runAll(std::vector<CategoryRun> &runs, Output &output, const char *verb, const Start &start,
+              Signal finished, Stop stop, Amount amount) {
     QEventLoop loop;
     std::size_t running = runs.size();
     for (CategoryRun &run : runs) {
@@ -37,26 +37,25 @@ bool runAll(std::vector<CategoryRun> &runs, Output &output, const char *verb, co
         });
         start(run);
     }
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+    const auto stopAll = [&] {
+        for (const CategoryRun &run : runs)
+            (run.controller.get()->*stop)();
+    };
+    const auto progress = [&] {
         std::uint64_t bytes = 0;
-        for (const CategoryRun &run : runs) {
-            if (interrupted())
-                (run.controller.get()->*stop)();
+        for (const CategoryRun &run : runs)
             bytes += (run.controller.get()->*amount)();
-        }
-        output.progress(verb + UtilityFunction::convertVolSpace(bytes).toStdString());
-    });
-    poll.start(pollMilliseconds);
-    if (running > 0)
-        loop.exec();
-    output.progress({});
+        return verb + UtilityFunction::convertVolSpace(bytes).toStdString();
+    };
+    const bool ended = running == 0 || waitInterruptibly(loop, output, stopAll, progress);
     for (CategoryRun &run : runs) {
         run.controller->disconnect(&loop);
         if (const auto failure = run.controller->failure())
             std::rethrow_exception(failure);
     }
-    return !interrupted();
+    return !ended                        ? RunEnd::LeftBehind
+           : Interruption::signal() != 0 ? RunEnd::Stopped
+                                         : RunEnd::Whole;
 }
 
 } // namespace
@@ -85,8 +84,8 @@ std::optional<std::vector<unsigned>> categoriesOf(const QCommandLineParser &pars
     return indices;
 }
 
-bool scanCategories(std::vector<CategoryRun> &runs, const std::vector<unsigned> &indices,
-                    Output &output) {
+RunEnd scanCategories(std::vector<CategoryRun> &runs, const std::vector<unsigned> &indices,
+                      Output &output) {
     VolumeSource &volumes = *Platform::current().volumes;
     // Which further volumes carry a trash depends on what they are.
     if (std::find(indices.begin(), indices.end(), trashCategory) != indices.end() &&
@@ -107,8 +106,8 @@ bool scanCategories(std::vector<CategoryRun> &runs, const std::vector<unsigned> 
         &ScanViewController::totalSize);
 }
 
-bool removeCategories(std::vector<CategoryRun> &runs, const std::shared_ptr<RemovalRun> &removal,
-                      Output &output) {
+RunEnd removeCategories(std::vector<CategoryRun> &runs, const std::shared_ptr<RemovalRun> &removal,
+                        Output &output) {
     return runAll(
         runs, output, "Cleaning: ",
         [&removal](CategoryRun &run) {

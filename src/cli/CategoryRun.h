@@ -27,12 +27,15 @@ void addCategoryOption(QCommandLineParser &parser);
 /// where one is no number from 0 to 5.
 std::optional<std::vector<unsigned>> categoriesOf(const QCommandLineParser &parser, Output &output);
 
-/// Scans the categories, all at once. False when it was interrupted; what had been found by then
-/// is there.
-bool scanCategories(std::vector<CategoryRun> &runs, const std::vector<unsigned> &indices,
-                    Output &output);
-/// Removes every row of every category. False when it was interrupted.
-bool removeCategories(std::vector<CategoryRun> &runs, const std::shared_ptr<RemovalRun> &run,
+/// How a run over the categories ended. One that was left behind still uses its controllers: the
+/// process has to end with what is known.
+enum class RunEnd { Whole, Stopped, LeftBehind };
+
+/// Scans the categories, all at once. What an interrupted scan has found is there.
+RunEnd scanCategories(std::vector<CategoryRun> &runs, const std::vector<unsigned> &indices,
                       Output &output);
+/// Removes every row of every category.
+RunEnd removeCategories(std::vector<CategoryRun> &runs, const std::shared_ptr<RemovalRun> &run,
+                        Output &output);
 
 } // namespace brightsweep::cli

@@ -2,6 +2,7 @@
 #include "cleaning/ItemSizes.h"
 #include "cli/CategoryRun.h"
 #include "cli/Commands.h"
+#include "cli/Interruption.h"
 #include "cli/JsonWriter.h"
 #include "core/ParseFileLog.h"
 #include "core/UtilityFunction.h"
@@ -15,6 +16,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <limits>
 
 namespace brightsweep::cli {
@@ -68,7 +70,9 @@ std::vector<unsigned> storedCategories() {
 CategoryResult wouldGo(const CategoryRun &run, bool withRights) {
     CategoryResult result{run.index, 0, {}, {}};
     ItemRemoval removal;
-    for (const CleanFileInfo &item : run.controller->scanFiles()) {
+    for (const CleanFileInfo &item : run.controller->foundRows()) {
+        if (Interruption::timeIsUp())
+            break;
         const auto reached = removal.reach(item.target());
         const std::error_code error =
             reached ? Platform::current().files->checkRemoval(*reached) : reached.error();
@@ -179,9 +183,9 @@ int run(const QCommandLineParser &parser, Output &output) {
     const bool admin = parser.isSet(QStringLiteral("admin"));
 
     std::vector<CategoryRun> runs;
-    bool whole = scanCategories(runs, *indices, output);
+    RunEnd end = scanCategories(runs, *indices, output);
     // What an interrupted scan found is told, but nothing of it is removed.
-    const bool removing = apply && whole;
+    const bool removing = apply && end == RunEnd::Whole;
     const bool anything = std::any_of(runs.begin(), runs.end(), [](const CategoryRun &run) {
         return run.controller->rowCount() > 0;
     });
@@ -197,7 +201,7 @@ int run(const QCommandLineParser &parser, Output &output) {
         !NvAuthorization::shareNvAuthorization().allocAuthorization())
         return refused(output);
     if (removing)
-        whole = removeCategories(runs, begun.run, output);
+        end = removeCategories(runs, begun.run, output);
 
     std::vector<CategoryResult> results;
     std::uint64_t bytes = 0;
@@ -209,11 +213,17 @@ int run(const QCommandLineParser &parser, Output &output) {
     }
     if (removing)
         recordHistory(bytes);
-    NvAuthorization::shareNvAuthorization().freeAuthorization();
-    if (!output.data(output.json ? jsonDocument(results, removing, bytes)
-                                 : text(results, removing, bytes)))
-        return Failed;
-    return !whole ? Interrupted : failed ? PartlyFailed : Done;
+    // Rights that a removal still waits for go with the process.
+    if (end != RunEnd::LeftBehind)
+        NvAuthorization::shareNvAuthorization().freeAuthorization();
+    else
+        RemovalRun::endForQuit(std::chrono::milliseconds(0));
+    const bool written = output.data(output.json ? jsonDocument(results, removing, bytes)
+                                                 : text(results, removing, bytes));
+    const int status = !written ? Failed : failed ? PartlyFailed : Done;
+    if (end == RunEnd::LeftBehind)
+        Interruption::end(Interruption::statusUnless(status));
+    return status;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "cli/Command.h"
 
+#include "cli/Interruption.h"
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
 #include "foundation/UserDefaults.h"
@@ -25,6 +26,7 @@ std::size_t width(const std::string &utf8) {
 } // namespace
 
 bool Output::data(std::string_view text) {
+    Interruption::outputBegins();
     progress({});
     return !writeAll(STDOUT_FILENO, text);
 }

@@ -2,21 +2,19 @@
 
 #include <QCommandLineParser>
 
-#include <atomic>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace brightsweep::cli {
 
-/// How a command ended; the process's exit status.
+/// How a command ended; the process's exit status, unless a signal asked it to end.
 enum Exit : int {
     Done = 0,
     Failed = 1,
     WrongUsage = 2,
     PartlyFailed = 3,
     RightsRefused = 4,
-    Interrupted = 130,
 };
 
 /// Where a command writes, and the options that hold for all of them.
@@ -72,9 +70,5 @@ std::string argumentBytes(const QString &argument);
 /// Looks at the settings anew. False, after a line that says why and then what else to do, where
 /// they cannot be read whole: defaults are then not to be taken for what the user has set.
 bool settingsAreReadable(Output &output, std::string_view advice = {});
-
-/// Set by Ctrl-C and by a request to end, once main() has installed the handlers. Commands hand it
-/// on to their engine's own stop.
-const std::atomic<bool> &interrupted();
 
 } // namespace brightsweep::cli

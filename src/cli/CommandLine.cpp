@@ -1,6 +1,7 @@
 #include "cli/CommandLine.h"
 
 #include "cli/Commands.h"
+#include "cli/Interruption.h"
 #include "core/ThreadWorker.h"
 #include "foundation/Identity.h"
 #include "foundation/Log.h"
@@ -10,7 +11,6 @@
 #include <algorithm>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <new>
@@ -20,23 +20,6 @@
 namespace brightsweep::cli {
 
 namespace {
-
-std::atomic<bool> interruptRequested{false};
-static_assert(std::atomic<bool>::is_always_lock_free);
-
-extern "C" void requestInterrupt(int) {
-    interruptRequested.store(true);
-}
-
-void installInterruptHandlers() {
-    struct sigaction action {};
-    action.sa_handler = requestInterrupt;
-    action.sa_flags = SA_RESTART;
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
-    action.sa_handler = SIG_IGN;
-    sigaction(SIGPIPE, &action, nullptr);
-}
 
 void tell(std::string_view line) {
     [[maybe_unused]] const auto written = ::write(STDERR_FILENO, line.data(), line.size());
@@ -57,7 +40,7 @@ void tell(std::string_view line) {
     } catch (...) {
         tell("brightsweep-cli cannot go on.\n");
     }
-    std::_Exit(Failed);
+    Interruption::end(Failed);
 }
 
 constexpr const Command *commands[] = {
@@ -124,11 +107,8 @@ void logMessage(QtMsgType type, const QMessageLogContext &, const QString &text)
 
 } // namespace
 
-const std::atomic<bool> &interrupted() {
-    return interruptRequested;
-}
-
-void handleFatalErrors() {
+void beginCommandLine() {
+    Interruption::divideProcess();
     std::set_terminate(endByException);
     // Qt's own event loop, as GLib ends the process itself where there is no memory.
     ::setenv("QT_NO_GLIB", "1", 1);
@@ -141,7 +121,6 @@ int runCommandLine(int argc, char **argv) {
     new QCoreApplication(arguments, argv);
     QCoreApplication::setApplicationName(QStringLiteral("brightsweep-cli"));
     QCoreApplication::setApplicationVersion(QLatin1String(programVersion));
-    installInterruptHandlers();
     ThreadWorker::setRunsWithoutThreads(true);
 
     Output output;
@@ -178,7 +157,7 @@ int runCommandLine(int argc, char **argv) {
                             command->name + " --help` for what it takes.");
     output.json = parser.isSet(QStringLiteral("json"));
     output.quiet = parser.isSet(QStringLiteral("quiet"));
-    return command->run(parser, output);
+    return Interruption::statusUnless(command->run(parser, output));
 }
 
 } // namespace brightsweep::cli

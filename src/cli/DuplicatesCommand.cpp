@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -72,20 +73,21 @@ public:
         m_search.setSearchOption(request.option);
     }
 
-    void run(Output &output) {
-        runWork({[this] { m_search.beginSearchAtPath(m_request.root, m_request.limitBytes); },
-                 [this] { m_search.stopSearch(); },
-                 [this] {
-                     return std::to_string(m_search.getProgress()) + "% " +
-                            m_search.getCurrentSearchFile();
-                 }},
-                output);
-    }
-    /// What was found; once, after the run.
-    const TreeNode::List &groups() {
-        if (m_search.getDuplicateFiles(m_tree))
-            m_groups = m_tree->children();
-        return m_groups;
+    /// Searches, and puts out what was found by means of the function; gives its exit status.
+    int run(Output &output, const std::function<int(const TreeNode::List &groups)> &tell) {
+        return runWork(
+            {[this] { m_search.beginSearchAtPath(m_request.root, m_request.limitBytes); },
+             [this] { m_search.stopSearch(); },
+             [this] {
+                 return std::to_string(m_search.getProgress()) + "% " +
+                        m_search.getCurrentSearchFile();
+             },
+             [&](bool) {
+                 if (m_search.getDuplicateFiles(m_tree))
+                     m_groups = m_tree->children();
+                 return tell(m_groups);
+             }},
+            output);
     }
 
 private:
@@ -220,13 +222,11 @@ int run(const QCommandLineParser &parser, Output &output) {
     // Never destroyed, like all that the end of the process releases at once: there may be a
     // million nodes.
     Search &search = *std::make_unique<Search>(request).release();
-    search.run(output);
-    const TreeNode::List &groups = search.groups();
-    const bool written =
-        output.json ? writeJson(request, groups, output) : writeColumns(groups, output);
-    if (!written)
-        return Failed;
-    return interrupted() ? Interrupted : Done;
+    return search.run(output, [&](const TreeNode::List &groups) {
+        const bool written =
+            output.json ? writeJson(request, groups, output) : writeColumns(groups, output);
+        return written ? Done : Failed;
+    });
 }
 
 } // namespace

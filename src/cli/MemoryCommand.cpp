@@ -1,4 +1,5 @@
 #include "cli/Commands.h"
+#include "cli/Interruption.h"
 #include "cli/JsonWriter.h"
 #include "core/UtilityFunction.h"
 #include "memory/ClearMemory.h"
@@ -71,14 +72,12 @@ int release(ClearMemory &memory, MemoryInfo &info, Output &output) {
         return Failed;
     }
     while (memory.isRuning()) {
-        if (interrupted())
+        if (Interruption::signal() != 0)
             memory.stop();
         std::this_thread::sleep_for(pollInterval);
     }
     memory.getMemoryInfo(&info);
-    if (interrupted())
-        return Interrupted;
-    if (!memory.couldDoNothing())
+    if (Interruption::signal() != 0 || !memory.couldDoNothing())
         return Done;
     output.warning("The release tool released nothing.");
     return Failed;

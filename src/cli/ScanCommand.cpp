@@ -1,6 +1,7 @@
 #include "cleaning/CleanCategories.h"
 #include "cli/CategoryRun.h"
 #include "cli/Commands.h"
+#include "cli/Interruption.h"
 #include "cli/JsonWriter.h"
 #include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
@@ -45,7 +46,7 @@ std::string jsonDocument(const std::vector<CategoryRun> &runs) {
         json.key("filesSize").value(words.isEmpty() ? UtilityFunction::convertVolSpace(0) : words);
         json.key("bytes").value(run.controller->totalSize());
         json.key("items").beginArray();
-        for (const CleanFileInfo &item : run.controller->scanFiles())
+        for (const CleanFileInfo &item : run.controller->foundRows())
             writeItem(json, item, selection != 0);
         json.endArray();
         json.endObject();
@@ -59,7 +60,7 @@ std::string table(const std::vector<CategoryRun> &runs, bool withItems) {
     Table table({false, true, true, false});
     std::uint64_t total = 0;
     for (const CategoryRun &run : runs) {
-        const auto items = run.controller->scanFiles();
+        const auto items = run.controller->foundRows();
         const std::uint64_t bytes = run.controller->totalSize();
         total += bytes;
         table.row({brightsweep::cleanCategories[run.index].name,
@@ -88,10 +89,12 @@ int run(const QCommandLineParser &parser, Output &output) {
     }
     settingsAreReadable(output, " No category is shown as selected.");
     std::vector<CategoryRun> runs;
-    const bool whole = scanCategories(runs, *indices, output);
-    if (!output.data(output.json ? jsonDocument(runs) : table(runs, withItems)))
-        return Failed;
-    return whole ? Done : Interrupted;
+    const RunEnd end = scanCategories(runs, *indices, output);
+    const bool written = output.data(output.json ? jsonDocument(runs) : table(runs, withItems));
+    const int status = written ? Done : Failed;
+    if (end == RunEnd::LeftBehind)
+        Interruption::end(Interruption::statusUnless(status));
+    return status;
 }
 
 } // namespace

@@ -269,21 +269,23 @@ int measureTree(const Request &request, Output &output) {
     center.addObserver(&observer, QStringLiteral("NeedUpdateProgress"),
                        [&](const Notification &) { ++finished; });
     AllDir::bStopScan = false;
-    runWork({[&] { root->ListAllDir(path, true); }, [] { AllDir::bStopScan = true; },
-             [&] {
-                 return std::to_string(finished) + " of " + std::to_string(levels) + " folders, " +
-                        words(std::uint64_t(root->iSize.load()));
-             }},
-            output);
-    center.removeObserver(&observer);
-
-    RecordingCanvas canvas;
-    if (request.rings) {
-        AllDir::bStopScan = false; // it would stop the painting as well
-        const ChartCanvas::Use use(canvas);
-        root->Paint(360.0, 0.0, 1, 0, false);
-    }
-    return showTree(output, *root, request, canvas.sectors) ? Done : Failed;
+    return runWork({[&] { root->ListAllDir(path, true); }, [] { AllDir::bStopScan = true; },
+                    [&] {
+                        return std::to_string(finished) + " of " + std::to_string(levels) +
+                               " folders, " + words(std::uint64_t(root->iSize.load()));
+                    },
+                    [&](bool) {
+                        center.removeObserver(&observer);
+                        RecordingCanvas canvas;
+                        if (request.rings) {
+                            // It would stop the painting as well.
+                            AllDir::bStopScan = false;
+                            const ChartCanvas::Use use(canvas);
+                            root->Paint(360.0, 0.0, 1, 0, false);
+                        }
+                        return showTree(output, *root, request, canvas.sectors) ? Done : Failed;
+                    }},
+                   output);
 }
 
 // -- The list
@@ -357,24 +359,28 @@ int measureList(const Request &request, Output &output) {
     FSNode root(request.path, true);
     TaskStopper &stopper = TaskStopper::sharedTaskStopper();
     stopper.setStopFlags(false);
-    runWork(
-        {[&] { root.size = NodeTreeOperator().getFistListTree(request.path, root, request.limit); },
-         [&] { stopper.setStopFlags(true); }, [] { return std::string("Measuring"); }},
-        output);
-    // Equals of the first level by their names, below it in the system's order.
-    std::stable_sort(root.children.begin(), root.children.end(), [](const auto &a, const auto &b) {
-        return a->displayName() < b->displayName();
-    });
-    root.decendingSort();
-    return showList(output, root) ? Done : Failed;
+    NodeTreeOperator nodes;
+    return runWork({[&] { root.size = nodes.getFistListTree(request.path, root, request.limit); },
+                    [&] { stopper.setStopFlags(true); }, [] { return std::string("Measuring"); },
+                    [&](bool leftBehind) {
+                        if (leftBehind)
+                            root.size = nodes.giveUp(root, request.limit);
+                        // Equals of the first level by their names, below it in the system's order.
+                        std::stable_sort(root.children.begin(), root.children.end(),
+                                         [](const auto &a, const auto &b) {
+                                             return a->displayName() < b->displayName();
+                                         });
+                        root.decendingSort();
+                        return showList(output, root) ? Done : Failed;
+                    }},
+                   output);
 }
 
 int run(const QCommandLineParser &parser, Output &output) {
     Request request;
     if (const int exit = understand(parser, output, request); exit != Done)
         return exit;
-    const int exit = request.list ? measureList(request, output) : measureTree(request, output);
-    return interrupted() ? int(Interrupted) : exit;
+    return request.list ? measureList(request, output) : measureTree(request, output);
 }
 
 } // namespace

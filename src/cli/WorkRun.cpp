@@ -1,5 +1,6 @@
 #include "cli/WorkRun.h"
 
+#include "cli/Interruption.h"
 #include "core/ThreadWorker.h"
 
 #include <QEventLoop>
@@ -31,21 +32,34 @@ struct Job {
 
 } // namespace
 
-void runWork(const Work &work, Output &output) {
-    Job job(work);
+bool waitInterruptibly(QEventLoop &loop, Output &output, const std::function<void()> &stop,
+                       const std::function<std::string()> &progress) {
+    constexpr int leftBehind = 1;
     QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
-        if (interrupted())
-            work.stop();
-        if (output.showsProgress())
-            output.progress(work.progress());
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+        if (Interruption::signal() != 0)
+            stop();
+        if (Interruption::timeIsUp())
+            loop.exit(leftBehind);
+        else if (output.showsProgress())
+            output.progress(progress());
     });
     poll.start(pollInterval);
-    job.worker = ThreadWorker::workOn(&job, &Job::run, 0, &Job::ended);
-    job.loop.exec();
+    const bool ended = loop.exec() != leftBehind;
     output.progress({});
+    return ended;
+}
+
+int runWork(const Work &work, Output &output) {
+    Job job(work);
+    job.worker = ThreadWorker::workOn(&job, &Job::run, 0, &Job::ended);
+    const bool ended = waitInterruptibly(job.loop, output, work.stop, work.progress);
     if (job.failure)
         std::rethrow_exception(job.failure);
+    const int status = work.tell(!ended);
+    if (!ended)
+        Interruption::end(Interruption::statusUnless(status));
+    return status;
 }
 
 } // namespace brightsweep::cli

@@ -5,18 +5,28 @@
 #include <functional>
 #include <string>
 
+class QEventLoop;
+
 namespace brightsweep::cli {
 
-/// What a command has an engine do: the work itself, the engine's own stop, and what to show of it
-/// meanwhile.
+/// Runs an event loop until it is quit, and shows the progress meanwhile. Once the command is
+/// interrupted `stop` is called, time after time; when that has not led to an end in time, the work
+/// is left behind: false is returned, and all that it may use has to stay until the process ends.
+bool waitInterruptibly(QEventLoop &loop, Output &output, const std::function<void()> &stop,
+                       const std::function<std::string()> &progress);
+
+/// What a command has an engine do: the work itself, the engine's own stop, what to show of it
+/// meanwhile, and what to put out at the end.
 struct Work {
     std::function<void()> run; ///< on a thread of its own
     std::function<void()> stop;
     std::function<std::string()> progress;
+    /// Puts out what is known and gives the exit status. The work has returned, unless it was left
+    /// behind: then it may still be running, and the process ends with this.
+    std::function<int(bool leftBehind)> tell;
 };
 
-/// Runs it, with an event loop on the calling thread, which shows the progress and hands Ctrl-C on.
-/// Returns when the work has; its exception is thrown on.
-void runWork(const Work &work, Output &output);
+/// Runs it, with an event loop on the calling thread. An exception of the work is thrown on.
+int runWork(const Work &work, Output &output);
 
 } // namespace brightsweep::cli

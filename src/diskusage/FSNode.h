@@ -34,6 +34,7 @@ public:
     void decendingSort();
 
     const bool _isDirectory;
+    bool isComplete = false; ///< of a folder: all below it is there, and counts in its size
     std::vector<std::unique_ptr<FSNode>> children;
     FSNode *father = nullptr;
     std::uint64_t size = 0;

@@ -10,7 +10,9 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
+#include <mutex>
 #include <utility>
+#include <vector>
 
 namespace brightsweep {
 
@@ -20,13 +22,23 @@ std::uint64_t plusSaturating(std::uint64_t sum, std::uint64_t value) {
     return sum + value < sum ? std::numeric_limits<std::uint64_t>::max() : sum + value;
 }
 
+void removeSmallFolders(FSNode &node, std::size_t first, std::uint64_t limit) {
+    const auto begin = node.children.begin() + std::ptrdiff_t(first);
+    node.children.erase(std::remove_if(begin, node.children.end(),
+                                       [&](const auto &child) {
+                                           return child->_isDirectory && child->size < limit;
+                                       }),
+                        node.children.end());
+}
+
 // Fills one node. A directory's node is touched by the thread that reads the directory, and again
 // once everything below it is complete; no lock is needed.
 class ListWalk final : public DirectoryWalk::Visitor {
 public:
-    ListWalk(FSNode &root, std::uint64_t limit)
+    ListWalk(FSNode &root, std::uint64_t limit, std::shared_mutex &tree)
         : m_root(root),
           m_limit(limit),
+          m_tree(tree),
           m_walk(*Platform::current().files, *this,
                  {WantedAttributes::NonDirectories, 0, &TaskStopper::sharedTaskStopper().flag()}) {}
 
@@ -42,6 +54,7 @@ public:
 
     // The size of a node is meanwhile that of its own files.
     void entries(DirectoryWalk::Directory &directory, const DirectoryBlock &block) override {
+        const std::shared_lock lock(m_tree);
         FSNode &node = *static_cast<FSNode *>(directory.context());
         for (const DirectoryEntry &entry : block.entries()) {
             if (entry.type == EntryType::Directory) {
@@ -56,29 +69,31 @@ public:
     }
 
     void left(DirectoryWalk::Directory &directory) override {
+        const std::shared_lock lock(m_tree);
         FSNode &node = *static_cast<FSNode *>(directory.context());
         const std::size_t first = &node == &m_root ? m_firstOwnChild : 0;
         for (std::size_t i = first; i < node.children.size(); ++i) {
             if (node.children[i]->_isDirectory)
                 node.size = plusSaturating(node.size, node.children[i]->size);
         }
-        const auto begin = node.children.begin() + std::ptrdiff_t(first);
-        node.children.erase(std::remove_if(begin, node.children.end(),
-                                           [this](const auto &child) {
-                                               return child->_isDirectory && child->size < m_limit;
-                                           }),
-                            node.children.end());
+        removeSmallFolders(node, first, m_limit);
         node.children.shrink_to_fit();
+        node.isComplete = true;
     }
 
 private:
     FSNode &m_root;
     const std::uint64_t m_limit;
+    std::shared_mutex &m_tree;
     DirectoryWalk m_walk;
     std::size_t m_firstOwnChild = 0;
 };
 
 } // namespace
+
+NodeTreeOperator::NodeTreeOperator() : m_tree(std::make_unique<std::shared_mutex>()) {}
+
+NodeTreeOperator::~NodeTreeOperator() = default;
 
 std::uint64_t NodeTreeOperator::getFistListTree(const std::filesystem::path &path, FSNode &root,
                                                 std::uint64_t limit) {
@@ -97,7 +112,32 @@ std::uint64_t NodeTreeOperator::getFistListTree(const std::filesystem::path &pat
     auto directory = files.openDirectory(path);
     if (!directory)
         return 0;
-    return ListWalk(root, limit).run(std::move(*directory));
+    return ListWalk(root, limit, *m_tree).run(std::move(*directory));
+}
+
+std::uint64_t NodeTreeOperator::giveUp(FSNode &root, std::uint64_t limit) {
+    m_tree->lock(); // and never unlocked
+    struct Level {
+        FSNode *node;
+        std::size_t next;
+    };
+    std::vector<Level> levels{{&root, 0}};
+    while (!levels.empty()) {
+        auto &[node, next] = levels.back();
+        if (next < node->children.size()) {
+            FSNode &child = *node->children[next++];
+            if (child._isDirectory && !child.isComplete)
+                levels.push_back({&child, 0});
+            continue;
+        }
+        for (const auto &child : node->children) {
+            if (child->_isDirectory)
+                node->size = plusSaturating(node->size, child->size);
+        }
+        removeSmallFolders(*node, 0, limit);
+        levels.pop_back();
+    }
+    return root.size;
 }
 
 std::uint64_t getLimitSize() {

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
+#include <shared_mutex>
 
 namespace brightsweep {
 
@@ -11,12 +13,23 @@ namespace brightsweep {
 /// call only, and ends early when the flag of TaskStopper is set; what was found so far stays.
 class NodeTreeOperator {
 public:
+    NodeTreeOperator();
+    ~NodeTreeOperator();
+
     /// Adds to `root` what lies below the path and is at least `limit` bytes large, folders with
     /// all below them, in system order. Returns the bytes of everything there, kept or not. A path
     /// that is no folder becomes itself a child of `root`, unless it is smaller than the limit,
     /// which gives 0. Links are never followed; what cannot be read counts 0.
     std::uint64_t getFistListTree(const std::filesystem::path &path, FSNode &root,
                                   std::uint64_t limit);
+
+    /// For an owner who cannot wait for a walk on another thread, which was stopped and hangs: adds
+    /// up what it has found, returns the bytes of that, and keeps it from touching the tree again.
+    /// It hangs for good then, and this object and the tree must stay.
+    std::uint64_t giveUp(FSNode &root, std::uint64_t limit);
+
+private:
+    std::unique_ptr<std::shared_mutex> m_tree; // held by whoever writes a node
 };
 
 /// The size in bytes below which the list leaves items out, from the settings. It wraps: a limit in

@@ -21,7 +21,7 @@ class duplicateFind;
 ///
 /// One object serves one search. beginSearchAtPath() blocks its thread; getProgress(),
 /// getCurrentSearchFile() and stopSearch() may be called from any thread; getDuplicateFiles() after
-/// the search, stopped or not.
+/// the search, stopped or not, or while one that does not come to its end is left alone.
 class DuplicateFilesOpt {
 public:
     struct SearchOption {

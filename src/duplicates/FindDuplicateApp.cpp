@@ -56,6 +56,11 @@ FindDuplicateApp::FindDuplicateApp(unsigned threads)
 
 void FindDuplicateApp::FindAppInArray(const std::vector<std::string> &directories,
                                       std::vector<AppList> &outArray) {
+    FindAppInArray(directories, [&](AppList group) { outArray.push_back(std::move(group)); });
+}
+
+void FindDuplicateApp::FindAppInArray(const std::vector<std::string> &directories,
+                                      const std::function<void(AppList group)> &found) {
     m_AppCount = directories.size();
     InitInputAppDirectory(directories);
     while (!m_AllAppItem.empty() && !m_StopSearch) {
@@ -67,7 +72,7 @@ void FindDuplicateApp::FindAppInArray(const std::vector<std::string> &directorie
             std::erase_if(m_AllAppItem, [&](const auto &bundle) {
                 return std::find(group.begin(), group.end(), bundle) != group.end();
             });
-            outArray.push_back(std::move(group));
+            found(std::move(group));
         }
         std::erase_if(m_AllAppItem, [](const auto &bundle) { return bundle->isRepeated; });
         m_progress = std::uint32_t(m_AllAppItem.size() * 100 / m_AppCount);

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -29,6 +30,9 @@ public:
     /// The stage. Appends the groups; in each the bundle that was found first stands last.
     void FindAppInArray(const std::vector<std::string> &directories,
                         std::vector<AppList> &outArray);
+    /// The same; each group is handed out as it is found, on the calling thread.
+    void FindAppInArray(const std::vector<std::string> &directories,
+                        const std::function<void(AppList group)> &found);
 
     /// Reads what the bundles hold, each bundle once, by whatever paths it is given.
     void InitInputAppDirectory(const std::vector<std::string> &directories);

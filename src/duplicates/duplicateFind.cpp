@@ -6,6 +6,8 @@
 #include "duplicates/getFileList.h"
 #include "platform/Platform.h"
 
+#include <utility>
+
 namespace brightsweep {
 
 duplicateFind::duplicateFind(unsigned threads) : m_threads(threads) {}
@@ -71,7 +73,10 @@ void duplicateFind::getDuplicateApp(const std::vector<std::string> &directories)
         // A stop that came before the stage was there to hear of it.
         if (m_Stop)
             findApp->setM_StopSearch(true);
-        findApp->FindAppInArray(directories, m_allAppArray);
+        findApp->FindAppInArray(directories, [this](AppList group) {
+            const std::lock_guard lock(m_mutex);
+            m_allAppArray.push_back(std::move(group));
+        });
     }
     const std::lock_guard lock(m_mutex);
     m_findDuplicateApp.reset();
@@ -87,6 +92,7 @@ void duplicateFind::compareFiles() {
             m_CurrentSearchPath = item.filePathName;
         };
         listener.found = [this](const FileList &group) {
+            const std::lock_guard lock(m_mutex);
             m_newFileArray.insert(m_newFileArray.end(), group.begin(), group.end());
         };
         listener.progress = [this](std::uint64_t percent) { m_iProgress = percent; };
@@ -122,6 +128,7 @@ void duplicateFind::stopSearch() {
 }
 
 void duplicateFind::findNewDuplicateFile(FileList &files, std::size_t fromIndex) const {
+    const std::lock_guard lock(m_mutex);
     if (fromIndex < m_newFileArray.size())
         files.insert(files.end(), m_newFileArray.begin() + std::ptrdiff_t(fromIndex),
                      m_newFileArray.end());
@@ -129,6 +136,7 @@ void duplicateFind::findNewDuplicateFile(FileList &files, std::size_t fromIndex)
 
 void duplicateFind::getNewAppDuplicateDir(std::vector<AppList> &groups,
                                           std::size_t fromIndex) const {
+    const std::lock_guard lock(m_mutex);
     if (fromIndex < m_allAppArray.size())
         groups.insert(groups.end(), m_allAppArray.begin() + std::ptrdiff_t(fromIndex),
                       m_allAppArray.end());

@@ -19,9 +19,9 @@ class getFileList;
 
 /// One search from start to end: enumerate, compare bundles, compare files.
 ///
-/// searchDuplicateFileAtPath() blocks the calling thread; progress, path and stop may be called
-/// from any thread meanwhile, the lists are read after it has returned. A search that was stopped
-/// leaves the groups found so far, which are the first ones of the full result.
+/// searchDuplicateFileAtPath() blocks the calling thread; all else may be called from any thread
+/// meanwhile. A search that was stopped, or is still under way, gives the groups found so far,
+/// which are the first ones of the full result.
 class duplicateFind {
 public:
     /// `threads` at most for each stage, 0 for as many as there are processors.
@@ -52,8 +52,6 @@ private:
     const unsigned m_threads;
     std::filesystem::path m_path;
     FileList m_allFileArray;
-    std::vector<AppList> m_allAppArray;
-    FileList m_newFileArray;
     std::atomic<std::uint64_t> m_iProgress{0};
     std::uint64_t m_limittedSize = 0;
     std::vector<std::string> DirectoryArray;
@@ -62,7 +60,9 @@ private:
     bool m_bSearchHiddenFile = false;
     bool m_bSearchSystemDirectory = false;
 
-    std::mutex m_mutex; // all that follows
+    mutable std::mutex m_mutex; // all that follows
+    std::vector<AppList> m_allAppArray;
+    FileList m_newFileArray;
     std::uint64_t m_iAppProgress = 0;
     std::shared_ptr<getFileList> m_fileList;
     std::shared_ptr<FindDuplicateApp> m_findDuplicateApp;

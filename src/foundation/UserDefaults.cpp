@@ -26,7 +26,8 @@ namespace brightsweep {
 namespace {
 
 constexpr std::chrono::milliseconds lockPatience(2000);
-constexpr std::chrono::milliseconds lockPause(5);
+// Short, as those who write without a pause let go for no longer than that.
+constexpr std::chrono::microseconds lockPause(200);
 
 std::filesystem::path standardFile() {
     std::filesystem::path folder = environmentFolder("XDG_CONFIG_HOME", ".config");

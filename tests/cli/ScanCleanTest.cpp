@@ -307,7 +307,7 @@ protected:
             if (result.status != 0)
                 break;
         }
-        EXPECT_EQ(result.status, 130);
+        EXPECT_EQ(result.status, 128 + signal);
         return result;
     }
 };

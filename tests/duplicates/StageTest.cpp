@@ -1,6 +1,7 @@
 #include "duplicates/DuplicateFilesOpt.h"
 #include "duplicates/FindDuplicateApp.h"
 #include "duplicates/SearchSupport.h"
+#include "support/ChildProcess.h"
 #include "support/FaultPlatform.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
@@ -8,7 +9,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <future>
 #include <new>
+#include <thread>
 
 namespace brightsweep::test {
 namespace {
@@ -115,6 +119,36 @@ TEST(Stages, AStopWithinALargeFile) {
         EXPECT_EQ(groupsOf(search), Groups());
         EXPECT_LT(reads, 40u);
     }
+}
+
+// For an owner who cannot wait for a file that does not answer.
+TEST(Stages, WhatIsFoundCanBeHadWhileTheSearchHangs) {
+    TestTree tree;
+    buildStages(tree);
+    const Groups full = search(tree.top());
+    FaultPlatform platform;
+    std::promise<void> release;
+    const auto released = release.get_future().share();
+    std::atomic<bool> hangs{false};
+    std::atomic<unsigned> opened{0};
+    duplicateFind hanging(1);
+    hanging.setSearchOption(true, true);
+    platform.setFault([&](std::string_view call, const std::filesystem::path &) {
+        if (call == "openListedFile" && ++opened == 100) {
+            hangs = true;
+            released.wait();
+        }
+        return std::error_code();
+    });
+    std::thread searching([&] { hanging.searchDuplicateFileAtPath(tree.top(), 0); });
+    EXPECT_TRUE(eventually([&] { return hangs.load(); }));
+    const Groups groups = groupsOf(hanging);
+    EXPECT_GT(groups.size(), 10u);
+    EXPECT_LT(groups.size(), full.size());
+    EXPECT_TRUE(std::equal(groups.begin(), groups.end(), full.begin()));
+    release.set_value();
+    searching.join();
+    EXPECT_EQ(groupsOf(hanging), full);
 }
 
 TEST(Stages, AStopWhileNamesAreToldApart) {

@@ -2,10 +2,12 @@
 """cancelling-agent.py PROGRAM [ARGUMENT...]
 
 Becomes the program, after a child of it has registered as its authentication agent: one whose user
-closes every dialog. The agent ends with the program.
+closes every dialog. It is the agent of a process that the program divides itself into, too, and ends
+with the program.
 """
 
 import os
+import signal
 import sys
 
 import dbus
@@ -35,6 +37,17 @@ def start_time(process):
         return int(file.read().rpartition(")")[2].split()[19])
 
 
+def children_alike(process):
+    """The children that run the same program."""
+    try:
+        with open(f"/proc/{process}/task/{process}/children") as file:
+            children = [int(child) for child in file.read().split()]
+        own = os.readlink(f"/proc/{process}/exe")
+        return {child for child in children if os.readlink(f"/proc/{child}/exe") == own}
+    except OSError:
+        return set()
+
+
 def serve(process, ready):
     dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
     bus = dbus.SystemBus()
@@ -43,15 +56,20 @@ def serve(process, ready):
         bus.get_object("org.freedesktop.PolicyKit1", "/org/freedesktop/PolicyKit1/Authority"),
         "org.freedesktop.PolicyKit1.Authority",
     )
-    subject = (
-        "unix-process",
-        {
-            "pid": dbus.UInt32(process),
-            "start-time": dbus.UInt64(start_time(process)),
-            "uid": dbus.Int32(os.getuid()),
-        },
-    )
-    authority.RegisterAuthenticationAgent(subject, "C", PATH)
+
+    def register(whom):
+        subject = (
+            "unix-process",
+            {
+                "pid": dbus.UInt32(whom),
+                "start-time": dbus.UInt64(start_time(whom)),
+                "uid": dbus.Int32(os.getuid()),
+            },
+        )
+        authority.RegisterAuthenticationAgent(subject, "C", PATH)
+
+    register(process)
+    known = set()
     os.write(ready, b"x")
     os.close(ready)
     loop = GLib.MainLoop()
@@ -59,9 +77,15 @@ def serve(process, ready):
     def look():
         if os.getppid() != process:
             loop.quit()
+        for child in children_alike(process) - known - {os.getpid()}:
+            # It is not to ask before there is somebody to answer.
+            os.kill(child, signal.SIGSTOP)
+            register(child)
+            known.add(child)
+            os.kill(child, signal.SIGCONT)
         return True
 
-    GLib.timeout_add(100, look)
+    GLib.timeout_add(1, look)
     loop.run()
 
 

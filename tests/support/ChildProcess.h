@@ -38,6 +38,7 @@ public:
     RunningProgram(const RunningProgram &) = delete;
     RunningProgram &operator=(const RunningProgram &) = delete;
 
+    pid_t process() const { return m_process; }
     void signal(int number);
     bool hasEnded() const;
     /// Reads what it says to the end and waits for it; once.

@@ -2,7 +2,7 @@
 
 #include "linux/KernelFileSystems.h"
 #include "linux/LongPath.h"
-#include "linux/MountTable.h"
+#include "linux/Mounts.h"
 #include "platform/linux/OverlayLayers.h"
 
 #include <dirent.h>
