@@ -1,10 +1,12 @@
 #include "cli/Command.h"
 
 #include "cli/Interruption.h"
+#include "cli/TextWidth.h"
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
 #include "foundation/UserDefaults.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,12 +17,18 @@ namespace brightsweep::cli {
 
 namespace {
 
+constexpr std::size_t usualColumns = 80;
+
 std::string shown(std::string_view cell) {
     return paths::display(cell).toStdString();
 }
 
-std::size_t width(const std::string &utf8) {
-    return std::size_t(paths::text(utf8).size());
+// As many as the terminal has, and one less, so that none begins a new line by itself.
+std::size_t columnsOfTerminal() {
+    winsize size{};
+    if (::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0)
+        return usualColumns - 1;
+    return std::size_t(size.ws_col) - 1;
 }
 
 } // namespace
@@ -51,7 +59,7 @@ void Output::progress(std::string_view text) {
         return;
     if (!showsProgress())
         return;
-    writeAll(STDERR_FILENO, "\r\033[K" + shown(text));
+    writeAll(STDERR_FILENO, "\r\033[K" + cutToWidth(shown(text), columnsOfTerminal()));
     m_progressShown = !text.empty();
 }
 
@@ -70,13 +78,13 @@ std::string Table::text() const {
     std::vector<std::size_t> widths(m_right.size());
     for (const auto &row : m_rows) {
         for (std::size_t i = 0; i < row.size(); ++i)
-            widths[i] = std::max(widths[i], width(row[i]));
+            widths[i] = std::max(widths[i], widthOf(row[i]));
     }
     std::string text;
     for (const auto &row : m_rows) {
         std::string line;
         for (std::size_t i = 0; i < row.size(); ++i) {
-            const std::string padding(widths[i] - width(row[i]), ' ');
+            const std::string padding(widths[i] - widthOf(row[i]), ' ');
             line += m_right[i] ? padding + row[i] : row[i] + padding;
             line += "  ";
         }

@@ -1,8 +1,8 @@
 #include "cli/Commands.h"
 #include "cli/JsonWriter.h"
+#include "cli/LimitOptions.h"
 #include "cli/WorkRun.h"
 #include "core/SettingKeys.h"
-#include "core/SizeLimit.h"
 #include "core/UtilityFunction.h"
 #include "duplicates/DuplicateFilesOpt.h"
 #include "foundation/Paths.h"
@@ -15,7 +15,6 @@
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <optional>
 
 namespace brightsweep::cli {
 
@@ -26,11 +25,7 @@ constexpr std::size_t partSize = 64 * 1024; // of a document that is put out as 
 void configure(QCommandLineParser &parser) {
     parser.addPositionalArgument(QStringLiteral("PATH"),
                                  QStringLiteral("The folder to search, or base64:…"));
-    parser.addOption({QStringLiteral("limit"), QStringLiteral("Only files larger than this count."),
-                      QStringLiteral("N")});
-    parser.addOption({QStringLiteral("unit"),
-                      QStringLiteral("What the limit counts: 0 bytes, 1 KB, 2 MB, 3 GB, 4 TB."),
-                      QStringLiteral("T")});
+    addLimitOptions(parser, QStringLiteral("Only files larger than this count."));
     parser.addOption({QStringLiteral("hidden"), QStringLiteral("Search hidden items too.")});
     parser.addOption(
         {QStringLiteral("system"), QStringLiteral("Search the system's directories below / too.")});
@@ -41,17 +36,6 @@ struct Request {
     std::uint64_t limitBytes = 0;
     DuplicateFilesOpt::SearchOption option;
 };
-
-// An option's number, else the setting's; nothing where the option is no number.
-std::optional<std::uint64_t> number(const QCommandLineParser &parser, const char *option,
-                                    QLatin1String key) {
-    const QString name = QLatin1String(option);
-    if (!parser.isSet(name))
-        return UserDefaults::standardUserDefaults().unsignedForKey(key);
-    bool isNumber = false;
-    const std::uint64_t value = parser.value(name).toULongLong(&isNumber);
-    return isNumber ? std::optional(value) : std::nullopt;
-}
 
 // Absolute, so that "." and ".." on the way are not taken for hidden folders.
 Result<std::filesystem::path> searchRoot(const std::string &argument) {
@@ -191,16 +175,13 @@ int run(const QCommandLineParser &parser, Output &output) {
     const QStringList arguments = parser.positionalArguments();
     if (arguments.size() != 1)
         return output.usage("Write `duplicates PATH` with one folder.");
-    const auto limit = number(parser, "limit", DSDuplicationLimit);
+    const auto limit = limitOf(parser, output, DSDuplicationLimit, DSDuplicatesUnit);
     if (!limit)
-        return output.usage("Write a whole number behind --limit.");
-    const auto unit = number(parser, "unit", DSDuplicatesUnit);
-    if (!unit || *unit >= std::size(sizeUnits))
-        return output.usage("Write 0 bytes, 1 KB, 2 MB, 3 GB or 4 TB behind --unit.");
+        return WrongUsage;
 
     const UserDefaults &defaults = UserDefaults::standardUserDefaults();
     Request request;
-    request.limitBytes = limitInBytes(*limit, int(*unit));
+    request.limitBytes = *limit;
     request.option.hidden =
         parser.isSet(QStringLiteral("hidden")) || defaults.boolForKey(DSHidenDuplication);
     request.option.system =

@@ -1,7 +1,8 @@
 #include "cli/Commands.h"
 #include "cli/JsonWriter.h"
+#include "cli/LimitOptions.h"
 #include "cli/WorkRun.h"
-#include "core/SizeLimit.h"
+#include "core/SettingKeys.h"
 #include "core/TaskStopper.h"
 #include "core/UtilityFunction.h"
 #include "diskusage/FSNode.h"
@@ -47,18 +48,7 @@ void configure(QCommandLineParser &parser) {
     parser.addOption(
         {QStringLiteral("rings"), QStringLiteral("Show the ring chart's sectors too.")});
     parser.addOption({QStringLiteral("list"), QStringLiteral("List files and folders by size.")});
-    parser.addOption({QStringLiteral("limit"),
-                      QStringLiteral("With --list: leave out what is smaller."),
-                      QStringLiteral("N")});
-    parser.addOption({QStringLiteral("unit"),
-                      QStringLiteral("Of the limit: 0 bytes, 1 KB, 2 MB, 3 GB, 4 TB."),
-                      QStringLiteral("T")});
-}
-
-std::optional<std::uint64_t> numberOf(const QCommandLineParser &parser, QLatin1String option) {
-    bool ok = false;
-    const qulonglong number = parser.value(option).toULongLong(&ok);
-    return ok ? std::optional<std::uint64_t>(number) : std::nullopt;
+    addLimitOptions(parser, QStringLiteral("With --list: leave out what is smaller."));
 }
 
 // Done, or the exit status after the line that says what is wrong.
@@ -74,31 +64,23 @@ int understand(const QCommandLineParser &parser, Output &output, Request &reques
         return output.usage("--list goes with neither --rings nor --depth; leave them out.");
     if (!request.list && (parser.isSet(limit) || parser.isSet(unit)))
         return output.usage("--limit and --unit are for the list; add --list.");
-    for (const QLatin1String option : {depth, limit, unit}) {
-        if (parser.isSet(option) && !numberOf(parser, option))
-            return output.usage("--" + std::string(option.data()) + " takes a whole number.");
-    }
+    if (parser.isSet(depth) && !numberOf(parser, depth))
+        return output.usage("--depth takes a whole number.");
     request.depth = numberOf(parser, depth).value_or(1);
-    const std::uint64_t tag = numberOf(parser, unit).value_or(0);
-    if (tag >= std::size(sizeUnits))
-        return output.usage("--unit takes a number from 0 to 4.");
-    request.limit =
-        parser.isSet(limit) ? limitInBytes(*numberOf(parser, limit), int(tag)) : getLimitSize();
-    if (parser.isSet(unit) && !parser.isSet(limit))
-        return output.usage("--unit belongs to --limit; add --limit N.");
+    const auto bytes = limitOf(parser, output, DSDiskUsageLimit, DSDiskUsageUnit);
+    if (!bytes)
+        return WrongUsage;
+    request.limit = *bytes;
 
     const std::filesystem::path given =
         paths::fromOption(argumentBytes(parser.positionalArguments().front()));
     FileOperations &files = *Platform::current().files;
-    std::error_code error;
-    if (auto canonical = files.canonicalPath(given))
-        request.path = *canonical;
-    else if (canonical.error() == std::errc::filename_too_long)
-        request.path = std::filesystem::absolute(given, error);
-    else
-        error = canonical.error();
-    if (!error)
+    auto canonical = files.canonicalPath(given);
+    std::error_code error = canonical.error();
+    if (canonical) {
+        request.path = *std::move(canonical);
         error = files.openDirectory(request.path).error();
+    }
     if (!error)
         return Done;
     output.warning(paths::display(given).toStdString() + ": " + error.message());

@@ -6,7 +6,7 @@ namespace brightsweep {
 
 std::uint64_t storedLimitInBytes(const QString &limitKey, const QString &unitKey) {
     const UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    return limitInBytes(defaults.unsignedForKey(limitKey), int(defaults.integerForKey(unitKey)));
+    return limitInBytes(defaults.unsignedForKey(limitKey), defaults.integerForKey(unitKey));
 }
 
 } // namespace brightsweep

@@ -23,7 +23,7 @@ inline constexpr SizeUnit sizeUnits[] = {
 };
 
 /// The bytes of a limit, modulo 2 to the 64th. An unknown tag counts bytes.
-constexpr std::uint64_t limitInBytes(std::uint64_t limit, int tag) {
+constexpr std::uint64_t limitInBytes(std::uint64_t limit, std::int64_t tag) {
     for (const SizeUnit &unit : sizeUnits) {
         if (unit.tag == tag)
             return limit * unit.factor;

@@ -19,6 +19,10 @@ struct ShortPath {
 /// Shortens a path of any length by opening its leading directories step by step.
 Result<ShortPath> shortenPath(std::string_view path);
 
+/// The absolute path of what exists, without links, "." or "..", as realpath(3) gives it, but of
+/// any length. Each component is opened in turn.
+Result<std::string> canonicalLongPath(std::string_view path);
+
 /// Where an open directory is now, whatever it was called when it was opened. Empty where the
 /// kernel cannot say, as for paths longer than a page.
 std::string currentPath(int directory);

@@ -1,4 +1,5 @@
 #include "support/ChildProcess.h"
+#include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
 #include <QDateTime>
@@ -117,6 +118,13 @@ TEST(DuplicatesCommand, OptionsAndSettings) {
     EXPECT_EQ(duplicates({tree.top(), "--limit", "0"}).output, "No duplicates.\n");
     const auto shown = duplicates({tree.top(), "--limit", "0", "--hidden"});
     EXPECT_NE(shown.output.find(tree.path("d/.a").native()), std::string::npos);
+    // A stored unit that is none counts bytes.
+    for (const char *unit : {"7", "-1", "4294967298"}) {
+        test::TestTree(test::TestEnvironment::current().home())
+            .file(".config/com.norvmac.DeskSweeperPro.conf",
+                  std::string("DSDuplicationLimit=4\nDSDuplicatesUnit=") + unit);
+        EXPECT_EQ(duplicates({tree.top(), "--hidden"}).output, shown.output) << unit;
+    }
     // Points on the way are not hidden folders.
     const auto roundabout = tree.path("d/../d/.").native();
     EXPECT_EQ(duplicates({roundabout, "--limit", "0", "--hidden"}).output, shown.output);
@@ -127,6 +135,26 @@ TEST(DuplicatesCommand, OptionsAndSettings) {
         EXPECT_EQ(duplicates(arguments).status, 2);
     EXPECT_EQ(duplicates({tree.path("d/.a")}).status, 1);
     EXPECT_EQ(duplicates({tree.path("missing")}).status, 1);
+}
+
+TEST(DuplicatesCommand, ALongPathMayLeadBackUp) {
+    test::TestTree tree;
+    const std::string chain = tree.deepChain("chain", 3000);
+    std::string down;
+    for (int i = 0; i < 1000; ++i)
+        down += "/d";
+    tree.link("away", chain + down);
+    const auto ran = [](const std::string &path) {
+        const auto result = duplicates({"--json", path, "--limit", "0"});
+        return std::to_string(result.status) + result.output;
+    };
+    const std::string parent = chain + down + down + down.substr(0, down.size() - 2 * 2);
+    const std::string wanted = ran(parent);
+    EXPECT_EQ(wanted.front(), '0');
+    const std::string byLink = tree.path("away").native() + down + down.substr(2) + "/..";
+    for (const std::string &path : {parent + "/d/..", parent + "/../../d/./d", byLink})
+        EXPECT_EQ(ran(path), wanted);
+    EXPECT_EQ(ran(parent + "/d/../missing").front(), '1');
 }
 
 // The paths of all groups below the top, one line each, sorted, with mounts that end with the

@@ -1,3 +1,4 @@
+#include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
 #include <gtest/gtest.h>
@@ -99,6 +100,41 @@ TEST(UsageCommand, ListsWhatReachesTheLimit) {
     const QJsonArray inner = items[1][QStringLiteral("items")].toArray();
     ASSERT_EQ(inner.size(), 1);
     EXPECT_EQ(inner[0][QStringLiteral("path")].toString(), text(tree.path("folder/large")));
+}
+
+TEST(UsageCommand, WhatIsNotGivenOfTheLimitIsTheSettings) {
+    TestTree tree;
+    tree.sparseFile("large", 5000);
+    tree.sparseFile("small", 10);
+    TestTree(test::TestEnvironment::current().home())
+        .file(".config/com.norvmac.DeskSweeperPro.conf", "DSDiskUsageLimit=5\nDSDiskUsageUnit=9");
+    const struct {
+        QStringList options;
+        int items;
+    } rows[] = {
+        {{}, 2},
+        {{QStringLiteral("--unit"), QStringLiteral("1")}, 1},
+        {{QStringLiteral("--unit"), QStringLiteral("2")}, 0},
+        {{QStringLiteral("--limit"), QStringLiteral("11")}, 1},
+    };
+    for (const auto &row : rows) {
+        const Ran ran = run(QStringList{QStringLiteral("--json"), QStringLiteral("usage"),
+                                        text(tree.top()), QStringLiteral("--list")} +
+                            row.options);
+        EXPECT_EQ(ran.json()[QStringLiteral("items")].toArray().size(), row.items);
+    }
+}
+
+TEST(UsageCommand, ALongPathMayLeadBackUp) {
+    TestTree tree;
+    std::string deep = tree.deepChain("chain", 3000);
+    for (int i = 0; i < 2998; ++i)
+        deep += "/d";
+    const auto shown = [](const std::string &path) {
+        return run({QStringLiteral("usage"), text(path)}).out;
+    };
+    EXPECT_TRUE(shown(deep).contains("(2 folders)")) << shown(deep).constData();
+    EXPECT_EQ(shown(deep + "/d/.."), shown(deep));
 }
 
 TEST(UsageCommand, SaysWhatIsWrong) {

@@ -207,12 +207,17 @@ Result<FileAttributes> LinuxFileOperations::attributesAt(const OpenDirectory &di
 
 Result<std::filesystem::path>
 LinuxFileOperations::canonicalPath(const std::filesystem::path &path) {
-    char *resolved = ::realpath(path.c_str(), nullptr);
-    if (!resolved)
+    if (char *resolved = ::realpath(path.c_str(), nullptr)) {
+        std::filesystem::path canonical = resolved;
+        std::free(resolved);
+        return canonical;
+    }
+    if (errno != ENAMETOOLONG)
         return lastError();
-    std::filesystem::path canonical = resolved;
-    std::free(resolved);
-    return canonical;
+    auto canonical = canonicalLongPath(path.native());
+    if (!canonical)
+        return canonical.error();
+    return std::filesystem::path(*std::move(canonical));
 }
 
 Result<std::string> LinuxFileOperations::linkTarget(const std::filesystem::path &path) {
