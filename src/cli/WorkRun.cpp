@@ -56,6 +56,8 @@ int runWork(const Work &work, Output &output) {
     const bool ended = waitInterruptibly(job.loop, output, work.stop, work.progress);
     if (job.failure)
         std::rethrow_exception(job.failure);
+    // To make it up may take a while, too.
+    Interruption::outputBegins();
     const int status = work.tell(!ended);
     if (!ended)
         Interruption::end(Interruption::statusUnless(status));
