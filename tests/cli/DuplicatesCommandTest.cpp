@@ -161,8 +161,8 @@ TEST(DuplicatesCommand, ALongPathMayLeadBackUp) {
 // command.
 std::string groupsWith(const std::string &mounts, const test::TestTree &tree,
                        const std::string &root) {
-    const std::string script =
-        "cd \"$1\" && " + mounts + " && exec \"$2\" duplicates \"$1/" + root + "\" --limit 0";
+    const std::string script = "cd \"$1\" && " + mounts +
+                               " && cd / && exec \"$2\" duplicates \"$1/" + root + "\" --limit 0";
     const auto result = test::runProgram(
         {"unshare", "-m", "/bin/sh", "-ec", script, "sh", tree.top(), BRIGHTSWEEP_CLI});
     EXPECT_EQ(result.status, 0) << result.errors;
@@ -197,11 +197,12 @@ TEST(DuplicatesCommand, AFileOfAnOverlayIsNotThatOfItsLayerAgain) {
              "lowerdir=\"$PWD/a:$PWD/lo\\\\:w er\" m && mount --bind m/sub b && umount m",
          "", "b/g\ncopy\nkeep/f\nlo:w er/f\n"},
         // It lies on one of its own layers.
-        {overlay + "lowerdir=\"$PWD/keep:$PWD/lo\\\\:w er\" keep", "", ""},
+        {"cp keep/f keep/g && " + overlay + "lowerdir=\"$PWD/keep:$PWD/lo\\\\:w er\" keep", "",
+         "keep/f\nkeep/g\n"},
         // It shows all that is searched once more.
         {"mount -t tmpfs none /mnt && " + overlay + "lowerdir=\"$PWD:/mnt\" m", "",
          "keep/f\nlo:w er/f\n"},
-        {overlay + "lowerdir=\"$PWD/X.app:$PWD/up\" Y.app", "", "keep/f\nlo:w er/f\n"},
+        {overlay + "lowerdir=\"$PWD/b/X.app:$PWD/up\" b/Y.app", "", "keep/f\nlo:w er/f\n"},
     };
     for (const auto &row : rows) {
         const test::TestTree whole;
@@ -209,8 +210,8 @@ TEST(DuplicatesCommand, AFileOfAnOverlayIsNotThatOfItsLayerAgain) {
         tree.file("lo:w er/f", "file");
         tree.file("keep/f", "file");
         tree.file("a/sub/g", "part");
-        tree.file("X.app/m", "bundle");
-        for (const char *name : {"up", "wk", "m", "b", "Y.app"})
+        tree.file("b/X.app/m", "bundle");
+        for (const char *name : {"up", "wk", "m", "b/Y.app"})
             tree.directory(name);
         EXPECT_EQ(groupsWith(row.mounts, tree, row.root), row.groups) << row.mounts;
     }

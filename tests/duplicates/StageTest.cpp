@@ -96,6 +96,23 @@ TEST(Stages, AnExceptionAnywhereEndsTheSearch) {
     }
 }
 
+// While one thread reads, the others wait for what it will find.
+TEST(Stages, AnExceptionIsNotWaitedFor) {
+    TestTree tree;
+    for (const char *name : {"a", "b"})
+        tree.file(name, bytes(1'900'000, 1));
+    FaultPlatform platform;
+    unsigned reads = 0;
+    platform.setFault([&](std::string_view call, const std::filesystem::path &) {
+        if (call == "readCachedAt" && ++reads == 10)
+            throw std::bad_alloc();
+        return std::error_code();
+    });
+    duplicateFind failing(3);
+    failing.setSearchOption(true, true);
+    EXPECT_THROW(failing.searchDuplicateFileAtPath(tree.top(), 0), std::bad_alloc);
+}
+
 TEST(Stages, AStopWithinALargeFile) {
     TestTree tree;
     tree.sparseFile("a", std::uint64_t(1) << 40);

@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 
 #include <mutex>
+#include <new>
 #include <set>
 
 namespace brightsweep {
@@ -118,6 +119,35 @@ TEST(DirectoryWalk, HoldsItselfToTheDescriptorsThatThereAre) {
                   walkAll(tree.top(), 2, visitor);
                   return visitor.errors == 0 && visitor.directories == 1 + 40 * 60 ? 0 : 1;
               }));
+}
+
+// Whatever had been entered is left all the same, each directory once.
+TEST(DirectoryWalk, AnExceptionOfAVisitorEndsItOnAllThreads) {
+    struct Failing : CountingVisitor {
+        using CountingVisitor::CountingVisitor;
+        void entries(DirectoryWalk::Directory &directory, const DirectoryBlock &block) override {
+            CountingVisitor::entries(directory, block);
+            const std::lock_guard lock(mutex);
+            entered += std::uint64_t(block.entries().size());
+            if (directory.name() == failing)
+                throw std::bad_alloc();
+        }
+        std::string failing;
+        std::uint64_t entered = 1;
+    };
+    TestTree tree;
+    for (int i = 0; i < 2000; ++i)
+        tree.directory(std::to_string(i % 50) + "/" + std::to_string(i));
+    for (const char *failing : {"", "7", "49"}) {
+        for (const unsigned threads : {1u, 3u}) {
+            DirectoryWalk *walk = nullptr;
+            Failing visitor(walk);
+            visitor.failing = failing;
+            EXPECT_THROW(walkAll(tree.top(), threads, visitor), std::bad_alloc);
+            EXPECT_EQ(visitor.leftDirectories, visitor.entered);
+            EXPECT_EQ(visitor.lastLeft, "root");
+        }
+    }
 }
 
 TEST(DirectoryWalk, AStopLeavesWhatHasBeenEnteredWithoutReadingIt) {

@@ -43,6 +43,8 @@ protected:
 
     Interruption() {
         machine.home.sparseFile("Measured/known", 5000);
+        for (int i = 0; i < 20; ++i)
+            machine.home.file(".cache/more" + std::to_string(i) + "/file");
         const std::filesystem::path places[] = {machine.home.directory(".cache/holder/dead"),
                                                 machine.home.directory("Measured/a/dead")};
         before = machine.state();
@@ -91,6 +93,18 @@ TEST_P(Interruption, IsAnsweredWhateverTheWorkWaitsFor) {
     }
     servers.clear();
     EXPECT_THAT(changes(before, machine.state()), testing::IsEmpty());
+}
+
+TEST_P(Interruption, LeavesWhatAScanHasFound) {
+    std::vector<std::string> found;
+    for (const auto &item : std::filesystem::directory_iterator(machine.home.path(".cache"))) {
+        if (item.path().filename() == "holder")
+            break;
+        found.push_back(item.path());
+    }
+    const auto result = interrupt({"--json", "scan", "--category", "1"}, {SIGINT});
+    EXPECT_EQ(pathsIn(documentOf(result.output, "scan"), "items"), found);
+    servers.clear();
 }
 
 INSTANTIATE_TEST_SUITE_P(Servers, Interruption,
