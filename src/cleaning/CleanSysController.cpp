@@ -84,7 +84,8 @@ CleanSysController::CleanSysController(Delays delays) : m_delays(delays) {
     readSettings();
     UtilityObject::getMyObject().isCanBeAction = foldersArr.empty();
     if (foldersArr.empty()) {
-        refuse(m_settingsProblem.isEmpty() ? localizedText("NO_FOLDER_CONTENT") : m_settingsProblem);
+        refuse(m_settingsProblem.isEmpty() ? localizedText("NO_FOLDER_CONTENT")
+                                           : m_settingsProblem);
     } else {
         registerNotifications();
     }

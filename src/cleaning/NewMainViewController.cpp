@@ -217,8 +217,7 @@ void NewMainViewController::restart() {
 }
 
 QString NewMainViewController::notice() const {
-    return m_needsRestart ? localizedText(cleanPageTexts::restartText)
-                          : m_selectionProblem;
+    return m_needsRestart ? localizedText(cleanPageTexts::restartText) : m_selectionProblem;
 }
 
 void NewMainViewController::scanFinished() {

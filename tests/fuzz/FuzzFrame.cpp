@@ -32,24 +32,16 @@ std::vector<std::string> payloadsOf(std::string_view stream, std::size_t step, b
     return payloads;
 }
 
-// An accepted way to an item is absolute and has two plain components at least.
-void checkAccepted(const RemovePath &removal) {
-    const std::string path = removal.path();
-    require(path.starts_with('/') && !path.ends_with('/'));
-    require(path.find('\0') == path.npos && componentCount(path) >= 2);
-    for (const char *never : {"//", "/./", "/../"})
-        require((path + '/').find(never) == path.npos);
-}
-
-// Whatever holds a protected place is protected too, up to the root.
-void checkAncestors(const std::string &path) {
-    static const ProtectedPlaces places("/prefix", {"/home/user"});
-    bool isProtected = places.holds(path);
-    for (auto slash = path.rfind('/'); slash != path.npos && slash > 0;
-         slash = path.rfind('/', slash - 1)) {
-        const bool above = places.holds(std::string_view(path).substr(0, slash));
-        require(above || !isProtected);
-        isProtected = above;
+// What is accepted leads from an absolute root down to plain names, and nowhere else.
+void checkAccepted(const RemoveItems &removal) {
+    require(removal.root.starts_with('/') && !removal.items.empty() &&
+            removal.items.size() <= maximumItems);
+    for (const RemoveItems::Item &item : removal.items) {
+        const std::string path = removal.root + '/' + removal.way + '/' + item.name + '/';
+        require(path.find('\0') == path.npos && !item.name.empty() &&
+                item.name.find('/') == item.name.npos);
+        for (const char *never : {"/./", "/../"})
+            require(path.find(never) == path.npos);
     }
 }
 
@@ -57,16 +49,13 @@ void checkPayload(const std::string &payload) {
     Request request;
     if (decodeRequest(payload, request).empty()) {
         require(encodeRequest(request) == payload);
-        if (request.verb == Verb::RemovePath && refusalOfWords(request.remove).empty()) {
+        if (request.verb == Verb::RemoveItems && refusalOfWords(request.remove).empty())
             checkAccepted(request.remove);
-            checkAncestors(request.remove.path());
-        }
     }
-    if (const auto reply = decodeReply(payload)) {
-        require(reply->output.size() <= maximumOutput);
-        const auto again = decodeReply(encodeReply(*reply));
-        require(again && again->performed == reply->performed && again->gone == reply->gone &&
-                again->output == reply->output);
+    if (const auto replies = decodeReplies(payload)) {
+        for (const Reply &reply : *replies)
+            require(reply.output.size() <= maximumOutput);
+        require(decodeReplies(encodeReplies(*replies)) == replies);
     }
     if (const auto token = decodeHello(payload))
         require(encodeHello(*token) == payload);
@@ -84,14 +73,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     for (const std::string &payload : whole)
         checkPayload(payload);
 
-    // The same bytes as a payload, and as a path, so that neither waits for a lucky length.
+    // The same bytes as a payload, and as words, so that neither waits for a lucky length.
     checkPayload(std::string(bytes));
-    const auto middle = bytes.size() / 2;
-    const RemovePath removal{'/' + std::string(bytes.substr(0, middle)), 0, 0,
-                             std::string(bytes.substr(middle))};
-    if (refusalOfWords(removal).empty()) {
+    const auto third = bytes.size() / 3;
+    RemoveItems removal;
+    removal.root = '/' + std::string(bytes.substr(0, third));
+    removal.way = bytes.substr(third, third);
+    removal.items.emplace_back().name = bytes.substr(2 * third);
+    if (refusalOfWords(removal).empty())
         checkAccepted(removal);
-        checkAncestors(removal.path());
-    }
     return 0;
 }
