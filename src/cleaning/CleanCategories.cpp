@@ -9,7 +9,7 @@ namespace brightsweep {
 std::int64_t storedSelection(unsigned category) {
     const UserDefaults &defaults = UserDefaults::standardUserDefaults();
     const QLatin1String key(cleanCategories[category].key);
-    return defaults.readProblem().empty() || defaults.hasUserValue(key)
+    return defaults.readProblem().empty() || defaults.hasUserValue(QString(key))
                ? defaults.integerForKey(key)
                : 0;
 }

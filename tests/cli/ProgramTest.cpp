@@ -85,7 +85,8 @@ TEST_F(Program, OnlyARegularFileIsALog) {
     machine.home.link(".local/share/Brightsweep/other", "/dev/null");
     std::filesystem::rename(machine.home.path(".local/share/Brightsweep/other"),
                             machine.home.path(log));
-    EXPECT_THAT(runProgram({BRIGHTSWEEP_PROGRAM}).errors, HasSubstr("hardware info\n"));
+    EXPECT_THAT(runProgram({BRIGHTSWEEP_PROGRAM, "fr", "1024"}).errors,
+                HasSubstr("freeMemoy size=1024\n"));
 }
 
 TEST_F(Program, WorksWithoutAThreadToBeHad) {

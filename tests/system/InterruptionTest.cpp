@@ -31,7 +31,9 @@ bool waitsForServer(pid_t process) {
     for (const auto &thread : std::filesystem::directory_iterator(task.parent_path(), gone)) {
         std::string place;
         std::ifstream(thread.path() / "wchan") >> place;
-        if (place == "request_wait_answer" || place.starts_with("fuse_"))
+        // The last: for another that looks the same name up.
+        if (place == "request_wait_answer" || place.starts_with("fuse_") ||
+            place == "d_alloc_parallel")
             return true;
     }
     return false;
@@ -43,18 +45,16 @@ protected:
 
     Interruption() {
         machine.home.sparseFile("Measured/known", 5000);
-        for (int i = 0; i < 20; ++i)
-            machine.home.file(".cache/more" + std::to_string(i) + "/file");
-        const std::filesystem::path places[] = {machine.home.directory(".cache/holder/dead"),
-                                                machine.home.directory("Measured/a/dead")};
+        const auto place = machine.home.directory("Measured/a/dead");
         before = machine.state();
-        for (const auto &place : places)
-            servers.push_back(std::make_unique<SilentServer>(place, GetParam()));
+        server = std::make_unique<SilentServer>(place, GetParam());
     }
 
     ChildResult interrupt(std::vector<std::string> words, const std::vector<int> &signals) {
         words.insert(words.begin(), BRIGHTSWEEP_CLI);
-        RunningProgram program(words);
+        // No walk of the cleaner enters a mount; but the whole folder may lie in a dead one.
+        RunningProgram program(words,
+                               {{"XDG_CACHE_HOME", machine.home.path("Measured/a/dead/caches")}});
         EXPECT_TRUE(eventually([&] { return waitsForServer(program.process()); })) << words[1];
         for (const int number : signals)
             program.signal(number);
@@ -63,7 +63,7 @@ protected:
 
     CleanableMachine machine;
     std::map<std::string, std::string> before;
-    std::vector<std::unique_ptr<SilentServer>> servers;
+    std::unique_ptr<SilentServer> server;
 };
 
 TEST_P(Interruption, IsAnsweredWhateverTheWorkWaitsFor) {
@@ -78,12 +78,11 @@ TEST_P(Interruption, IsAnsweredWhateverTheWorkWaitsFor) {
         {{"usage", folder, "--list"}, {SIGTERM}, 143, "5.00 KB  known"},
         {{"--json", "usage", folder, "--rings"}, {SIGHUP}, 129, "}\n"},
         {{"duplicates", folder}, {SIGINT}, 130, "No duplicates.\n"},
-        {{"scan", "--category", "1"}, {SIGTERM}, 143, "User Caches"},
-        {{"--json", "clean", "--category", "1"}, {SIGINT}, 130, "}\n"},
-        {{"clean", "--category", "1", "--apply"}, {SIGHUP}, 129, "User Caches"},
         // Twice, or where not even the work could begin: at once, with nothing.
         {{"usage", folder}, {SIGINT, SIGTERM}, 143, ""},
         {{"usage", folder + "/a/dead"}, {SIGINT}, 130, ""},
+        {{"scan", "--category", "1"}, {SIGTERM}, 143, ""},
+        {{"clean", "--category", "1", "--apply"}, {SIGHUP}, 129, ""},
     };
     for (const auto &row : rows) {
         const auto result = interrupt(row.words, row.signals);
@@ -91,20 +90,8 @@ TEST_P(Interruption, IsAnsweredWhateverTheWorkWaitsFor) {
         EXPECT_THAT(result.output, HasSubstr(row.output));
         EXPECT_EQ(result.output.empty(), !*row.output);
     }
-    servers.clear();
+    server.reset();
     EXPECT_THAT(changes(before, machine.state()), testing::IsEmpty());
-}
-
-TEST_P(Interruption, LeavesWhatAScanHasFound) {
-    std::vector<std::string> found;
-    for (const auto &item : std::filesystem::directory_iterator(machine.home.path(".cache"))) {
-        if (item.path().filename() == "holder")
-            break;
-        found.push_back(item.path());
-    }
-    const auto result = interrupt({"--json", "scan", "--category", "1"}, {SIGINT});
-    EXPECT_EQ(pathsIn(documentOf(result.output, "scan"), "items"), found);
-    servers.clear();
 }
 
 INSTANTIATE_TEST_SUITE_P(Servers, Interruption,
