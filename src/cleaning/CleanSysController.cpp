@@ -394,7 +394,7 @@ void CleanSysController::closeWindow() {
 // After what an operation told of its own end; one that failed tells nothing.
 void CleanSysController::operationsEnded() {
     if (m_queue.isIdle() && (m_state == State::Scanning || m_state == State::Deleting))
-        report(totalDelSize());
+        report();
     goIfDone();
 }
 
