@@ -9,9 +9,10 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
-#include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <map>
@@ -223,6 +224,67 @@ TEST(DuplicateScript, LosesNoContents) {
     EXPECT_GT(stayed, rounds() / 5);
     RecordProperty("removed", removed);
     RecordProperty("stayed", stayed);
+}
+
+// Whenever a removal is killed, each group has a file, and what stays is what it was.
+TEST(KilledDuplicates, LeavesAFileOfEachGroup) {
+    constexpr int kills = 40;
+    constexpr int groups = 60;
+    std::mt19937 random(std::random_device{}());
+    int inTheMidst = 0;
+    for (int round = 0; round < kills; ++round) {
+        TestTree tree(TestEnvironment::current().work() / "killed");
+        for (int group = 0; group < groups; ++group) {
+            for (const char *folder : {"a/", "b/", "c/"})
+                tree.file(folder + std::to_string(group), bytes(2'000, unsigned(group)));
+        }
+        const Searched found = searchFor(tree.top());
+        ASSERT_EQ(found.groups.size(), std::size_t(groups));
+        const auto before = tree.snapshot();
+        const pid_t child = ::fork();
+        if (child == 0) {
+            const Act act = round % 3 == 0 ? Act::Trash : Act::Remove;
+            DuplicateRemoval removal(found.root, {.act = act});
+            for (auto group : found.groups) {
+                group[0].goes = group[1].goes = true;
+                removal.act(group, 0);
+                removal.act(group, 1);
+            }
+            ::pause();
+        }
+        const auto left = [&] {
+            std::ptrdiff_t files = 0;
+            for (const char *folder : {"a", "b", "c"})
+                files += std::distance(fs::directory_iterator(tree.path(folder)), {});
+            return files;
+        };
+        // A third of them stays; the rest goes while the child lives.
+        const std::ptrdiff_t wanted = groups + 1 + std::ptrdiff_t(random() % (2 * groups - 2));
+        while (left() > wanted) {
+        }
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+        inTheMidst += left() > groups ? 1 : 0;
+        const auto after = tree.snapshot();
+        for (int group = 0; group < groups; ++group) {
+            int files = 0;
+            for (const char *folder : {"a/", "b/", "c/"}) {
+                const auto file = after.find(folder + std::to_string(group));
+                files += file == after.end() ? 0 : 1;
+                EXPECT_TRUE(file == after.end() || file->second == before.at(file->first));
+            }
+            EXPECT_GE(files, 1) << group;
+        }
+        // Nothing lies in the trash without its record.
+        const auto trash = TestEnvironment::current().home() / ".local/share/Trash";
+        std::error_code none;
+        for (const auto &item : fs::directory_iterator(trash / "files", none))
+            EXPECT_TRUE(
+                fs::exists(trash / "info" / (item.path().filename().native() + ".trashinfo")));
+        removeTree(tree.top());
+        fs::remove_all(trash);
+    }
+    EXPECT_GT(inTheMidst, kills / 4) << "too few were killed during the removal";
 }
 
 } // namespace

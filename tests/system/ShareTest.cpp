@@ -13,7 +13,9 @@
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
+#include <sys/wait.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <optional>
 
@@ -114,6 +116,26 @@ TEST_P(Sharing, RefusesWhatOnlyLooksEqual) {
     const auto before = tree->snapshot();
     EXPECT_EQ(share(found, "forged").error, DuplicateError::Differs);
     EXPECT_EQ(tree->snapshot(), before);
+}
+
+TEST_P(Sharing, IsNoDangerWhenItIsKilled) {
+    const std::string contents = bytes(large, 1);
+    for (const char *name : {"kept", "one"})
+        tree->file(name, contents);
+    freeBytes();
+    auto found = searchFor(place);
+    const auto before = tree->snapshot();
+    for (const int microseconds : {500, 2'000, 8'000, 20'000}) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            share(found, "one");
+            ::pause();
+        }
+        ::usleep(useconds_t(microseconds)); // the moment itself is what is tried
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+        EXPECT_EQ(tree->snapshot(), before) << microseconds;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(FileSystems, Sharing, testing::Values("btrfs", "xfs"),
