@@ -8,10 +8,14 @@
     <message id="%@ is unmounted successfully!"><translation>%1 wurde ausgehängt.</translation></message>
     <message id="%@ space has been recovered since last clean %@. The capacity of startup disk is %@, and %@ is available."><translation>%1 Platz wurden seit der letzten Bereinigung am %2 zurückgewonnen. Der Startdatenträger fasst %3, davon sind %4 verfügbar.</translation></message>
     <message id="%d of %d selected, %@ will free up."><translation>%1 von %2 ausgewählt, %3 werden frei.</translation></message>
+    <message id="%d of %d selected."><translation>%1 von %2 ausgewählt.</translation></message>
+    <message id="%lu files in %@."><translation>%1 Dateien in %2.</translation></message>
     <message id="ABOUT_TEXT"><translation>Findet, was Ihre Datenträger füllt, zeigt es, bevor es verschwindet, und behält den freien Platz jedes Datenträgers im Auge.</translation></message>
     <message id="ABOUT_TITLE"><translation>Über Brightsweep</translation></message>
     <message id="ABOUT_VERSION"><translation>Version %1</translation></message>
     <message id="About"><translation>Über</translation></message>
+    <message id="All"><translation>Alle</translation></message>
+    <message id="Archives"><translation>Archive</translation></message>
     <message id="Are you sure you want to continue?"><translation>Möchten Sie wirklich fortfahren?</translation></message>
     <message id="BACK"><translation>Zurück</translation></message>
     <message id="CANCEL"><translation>Abbrechen</translation></message>
@@ -45,6 +49,7 @@
     <message id="DRIVE_STAYS"><translation>Das Laufwerk konnte nicht freigegeben werden.</translation></message>
     <message id="Deleting items..."><translation>Objekte werden gelöscht …</translation></message>
     <message id="Disk Usage"><translation>Belegung</translation></message>
+    <message id="Documents"><translation>Dokumente</translation></message>
     <message id="Downloads folder is selected to clean. We recommend you to view this folder for anything useful before emptying it."><translation>Der Download-Ordner ist zum Bereinigen ausgewählt. Wir empfehlen Ihnen, ihn vor dem Leeren auf Nützliches durchzusehen.</translation></message>
     <message id="Duplicates"><translation>Duplikate</translation></message>
     <message id="EJECT"><translation>%1 auswerfen</translation></message>
@@ -101,6 +106,7 @@
     <message id="Memory:"><translation>Arbeitsspeicher:</translation></message>
     <message id="Model Identifier:"><translation>Modell:</translation></message>
     <message id="Modified"><translation>Geändert</translation></message>
+    <message id="Music"><translation>Musik</translation></message>
     <message id="My Mac"><translation>Mein Computer</translation></message>
     <message id="NETWOR_STORAGE"><translation>Netzlaufwerke</translation></message>
     <message id="NO"><translation>Nein</translation></message>
@@ -120,7 +126,9 @@
     <message id="OS Release:"><translation>Systemversion:</translation></message>
     <message id="OS Type:"><translation>Systemart:</translation></message>
     <message id="Open"><translation>Öffnen</translation></message>
+    <message id="Others"><translation>Sonstige</translation></message>
     <message id="PADLOCK"><translation>Schloss</translation></message>
+    <message id="Pictures"><translation>Bilder</translation></message>
     <message id="Preferences"><translation>Einstellungen</translation></message>
     <message id="QUICK_CLEAN"><translation>Bereinigen</translation></message>
     <message id="QUICK_CLEAN_ASK"><translation>Alles in diesen Ordnern wird entfernt.</translation></message>
@@ -186,6 +194,7 @@
     <message id="VOLUMES_AND_MEMORY"><translation>Datenträger und Arbeitsspeicher</translation></message>
     <message id="VOLUME_FREE_OF"><translation>%1, %2 von %3 frei</translation></message>
     <message id="VOLUME_UNMOUNTED"><translation>%1 ist ausgehängt.</translation></message>
+    <message id="Videos"><translation>Videos</translation></message>
     <message id="YES"><translation>Ja</translation></message>
     <message id="You disk"><translation>Ihr Datenträger</translation></message>
     <message id="You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access."><translation>Sie haben nicht die Rechte, diese Dateien zu bereinigen. Öffnen Sie unten das Schloss, um Verwaltungsrechte zu erhalten.</translation></message>

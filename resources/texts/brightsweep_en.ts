@@ -8,10 +8,14 @@
     <message id="%@ is unmounted successfully!"><translation>%1 is unmounted successfully!</translation></message>
     <message id="%@ space has been recovered since last clean %@. The capacity of startup disk is %@, and %@ is available."><translation>%1 space has been recovered since last clean %2. The capacity of startup disk is %3, and %4 is available.</translation></message>
     <message id="%d of %d selected, %@ will free up."><translation>%1 of %2 selected, %3 will free up.</translation></message>
+    <message id="%d of %d selected."><translation>%1 of %2 selected.</translation></message>
+    <message id="%lu files in %@."><translation>%1 files in %2.</translation></message>
     <message id="ABOUT_TEXT"><translation>Finds what fills your disks, shows it before it goes, and keeps an eye on the free space of every volume.</translation></message>
     <message id="ABOUT_TITLE"><translation>About Brightsweep</translation></message>
     <message id="ABOUT_VERSION"><translation>Version %1</translation></message>
     <message id="About"><translation>About</translation></message>
+    <message id="All"><translation>All</translation></message>
+    <message id="Archives"><translation>Archives</translation></message>
     <message id="Are you sure you want to continue?"><translation>Are you sure you want to continue?</translation></message>
     <message id="BACK"><translation>Back</translation></message>
     <message id="CANCEL"><translation>Cancel</translation></message>
@@ -45,6 +49,7 @@
     <message id="DRIVE_STAYS"><translation>Its drive could not be released.</translation></message>
     <message id="Deleting items..."><translation>Deleting items...</translation></message>
     <message id="Disk Usage"><translation>Disk Usage</translation></message>
+    <message id="Documents"><translation>Documents</translation></message>
     <message id="Downloads folder is selected to clean. We recommend you to view this folder for anything useful before emptying it."><translation>Downloads folder is selected to clean. We recommend you to view this folder for anything useful before emptying it.</translation></message>
     <message id="Duplicates"><translation>Duplicates</translation></message>
     <message id="EJECT"><translation>Eject %1</translation></message>
@@ -101,6 +106,7 @@
     <message id="Memory:"><translation>Memory:</translation></message>
     <message id="Model Identifier:"><translation>Model Identifier:</translation></message>
     <message id="Modified"><translation>Modified</translation></message>
+    <message id="Music"><translation>Music</translation></message>
     <message id="My Mac"><translation>My Computer</translation></message>
     <message id="NETWOR_STORAGE"><translation>Network Storage</translation></message>
     <message id="NO"><translation>No</translation></message>
@@ -120,7 +126,9 @@
     <message id="OS Release:"><translation>OS Release:</translation></message>
     <message id="OS Type:"><translation>OS Type:</translation></message>
     <message id="Open"><translation>Open</translation></message>
+    <message id="Others"><translation>Others</translation></message>
     <message id="PADLOCK"><translation>Padlock</translation></message>
+    <message id="Pictures"><translation>Pictures</translation></message>
     <message id="Preferences"><translation>Preferences</translation></message>
     <message id="QUICK_CLEAN"><translation>Clean</translation></message>
     <message id="QUICK_CLEAN_ASK"><translation>Everything in these folders will be removed.</translation></message>
@@ -186,6 +194,7 @@
     <message id="VOLUMES_AND_MEMORY"><translation>Volumes and memory</translation></message>
     <message id="VOLUME_FREE_OF"><translation>%1, %2 free of %3</translation></message>
     <message id="VOLUME_UNMOUNTED"><translation>%1 is unmounted.</translation></message>
+    <message id="Videos"><translation>Videos</translation></message>
     <message id="YES"><translation>Yes</translation></message>
     <message id="You disk"><translation>Your disk</translation></message>
     <message id="You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access."><translation>You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access.</translation></message>

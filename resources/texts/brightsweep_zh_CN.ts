@@ -8,10 +8,14 @@
     <message id="%@ is unmounted successfully!"><translation>%1 已成功卸载！</translation></message>
     <message id="%@ space has been recovered since last clean %@. The capacity of startup disk is %@, and %@ is available."><translation>自上次清理（%2）以来已回收 %1 空间。启动磁盘的容量为 %3，可用 %4。</translation></message>
     <message id="%d of %d selected, %@ will free up."><translation>已选择 %1 项，共 %2 项，将释放 %3。</translation></message>
+    <message id="%d of %d selected."><translation>已选择 %1 项，共 %2 项。</translation></message>
+    <message id="%lu files in %@."><translation>“%2”中有 %1 个文件。</translation></message>
     <message id="ABOUT_TEXT"><translation>找出占满磁盘的内容，在移除之前显示给您，并留意每个卷的可用空间。</translation></message>
     <message id="ABOUT_TITLE"><translation>关于 Brightsweep</translation></message>
     <message id="ABOUT_VERSION"><translation>版本 %1</translation></message>
     <message id="About"><translation>关于</translation></message>
+    <message id="All"><translation>全部</translation></message>
+    <message id="Archives"><translation>压缩文件</translation></message>
     <message id="Are you sure you want to continue?"><translation>确定要继续吗？</translation></message>
     <message id="BACK"><translation>返回</translation></message>
     <message id="CANCEL"><translation>取消</translation></message>
@@ -45,6 +49,7 @@
     <message id="DRIVE_STAYS"><translation>但未能释放其驱动器。</translation></message>
     <message id="Deleting items..."><translation>正在删除项目…</translation></message>
     <message id="Disk Usage"><translation>磁盘使用情况</translation></message>
+    <message id="Documents"><translation>文档</translation></message>
     <message id="Downloads folder is selected to clean. We recommend you to view this folder for anything useful before emptying it."><translation>已选择清理下载文件夹。建议您在清空之前先查看其中是否有有用的内容。</translation></message>
     <message id="Duplicates"><translation>重复文件</translation></message>
     <message id="EJECT"><translation>弹出 %1</translation></message>
@@ -101,6 +106,7 @@
     <message id="Memory:"><translation>内存：</translation></message>
     <message id="Model Identifier:"><translation>型号标识符：</translation></message>
     <message id="Modified"><translation>修改日期</translation></message>
+    <message id="Music"><translation>音乐</translation></message>
     <message id="My Mac"><translation>我的电脑</translation></message>
     <message id="NETWOR_STORAGE"><translation>网络存储</translation></message>
     <message id="NO"><translation>否</translation></message>
@@ -120,7 +126,9 @@
     <message id="OS Release:"><translation>系统版本：</translation></message>
     <message id="OS Type:"><translation>系统类型：</translation></message>
     <message id="Open"><translation>打开</translation></message>
+    <message id="Others"><translation>其他</translation></message>
     <message id="PADLOCK"><translation>锁</translation></message>
+    <message id="Pictures"><translation>图片</translation></message>
     <message id="Preferences"><translation>偏好设置</translation></message>
     <message id="QUICK_CLEAN"><translation>清理</translation></message>
     <message id="QUICK_CLEAN_ASK"><translation>这些文件夹中的所有内容都将被移除。</translation></message>
@@ -186,6 +194,7 @@
     <message id="VOLUMES_AND_MEMORY"><translation>卷和内存</translation></message>
     <message id="VOLUME_FREE_OF"><translation>%1，共 %3，可用 %2</translation></message>
     <message id="VOLUME_UNMOUNTED"><translation>%1 已卸载。</translation></message>
+    <message id="Videos"><translation>视频</translation></message>
     <message id="YES"><translation>是</translation></message>
     <message id="You disk"><translation>您的磁盘</translation></message>
     <message id="You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access."><translation>您没有清理这些文件的权限。请打开底部的锁以获取管理员权限。</translation></message>

@@ -7,9 +7,7 @@
 #include "preferences/PreferenceViewController.h"
 #include "support/CleanableMachine.h"
 #include "support/ManualClock.h"
-
-#include <QEventLoop>
-#include <QTimer>
+#include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
 
@@ -18,22 +16,6 @@
 #include <vector>
 
 namespace brightsweep::test {
-
-/// Runs the event loop until the condition holds; a failure of the test after half a minute.
-template <typename Condition>
-void waitUntil(Condition condition) {
-    QEventLoop loop;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (condition())
-            loop.quit();
-    });
-    poll.start(1);
-    QTimer::singleShot(30'000, &loop, [&] { loop.exit(1); });
-    if (!condition()) {
-        EXPECT_EQ(loop.exec(), 0) << "it never came to that";
-    }
-}
 
 /// A machine with items in all six categories, and the page over it, with a clock of its own.
 class CleanPage {
