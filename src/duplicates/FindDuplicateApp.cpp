@@ -152,6 +152,9 @@ bool FindDuplicateApp::getDuplicateAppDirInArray(const AppList &list,
         return false;
     readWholes(alike);
     keepEqual(alike, *item, Step::Wholes);
+    // A stop leaves not even the item itself.
+    if (alike.empty())
+        return false;
     dropSharing(alike);
     // A pass cut short yields nothing.
     if (alike.size() < 2 || m_StopSearch)
