@@ -3,6 +3,7 @@
 #include "foundation/FileDescriptor.h"
 #include "helper/Confinement.h"
 #include "helper/Frame.h"
+#include "linux/ProcessStart.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -23,24 +24,6 @@ constexpr char removalTool[] = "/bin/rm";
 // Between the polite signal and the other, and at most until the tool is left to the kernel.
 constexpr int politeMilliseconds = 200;
 constexpr int patienceMilliseconds = 900;
-
-// Runs in the parent's memory, which waits meanwhile: only system calls, and no return.
-[[noreturn]] void becomeTool(int directory, int output, char *const *arguments) {
-    const int input = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
-    ::setpgid(0, 0);
-    if (::fchdir(directory) == 0 && ::dup2(input, 0) == 0 && ::dup2(output, 1) == 1 &&
-        ::dup2(output, 2) == 2 && confineToRemoving(directory)) {
-        for (const int number : {SIGPIPE, SIGINT, SIGHUP, SIGQUIT, SIGTERM})
-            ::signal(number, SIG_DFL);
-        char locale[] = "LC_ALL=C";
-        char *const environment[] = {locale, nullptr};
-        ::execve(removalTool, arguments, environment);
-    }
-    constexpr std::string_view message = "the removal tool cannot be started";
-    if (::write(output, message.data(), message.size()) < 0)
-        ::_exit(126);
-    ::_exit(127);
-}
 
 // Waits for a child of ours; false when it has not ended by then.
 bool waitFor(pid_t child, int milliseconds) {
@@ -70,18 +53,18 @@ ToolEnd runRemovalTool(int directory, const std::vector<std::string> &names,
     std::vector<std::string> words = {"rm", "-rf", "--one-file-system", "--"};
     for (const std::string &name : names)
         words.push_back("./" + name);
-    std::vector<char *> arguments;
-    for (std::string &word : words)
-        arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-    const pid_t child = ::vfork();
-    if (child < 0) {
-        end.output = std::strerror(errno);
+    const auto [child, error] = startProcess({.arguments = std::move(words),
+                                              .program = removalTool,
+                                              .environment = {{"LC_ALL=C"}},
+                                              .output = writing.get(),
+                                              .errors = writing.get(),
+                                              .directory = directory,
+                                              .leadsGroup = true,
+                                              .prepare = confineToRemoving});
+    if (error != 0) {
+        end.output = std::string("the removal tool cannot be started: ") + std::strerror(error);
         return end;
     }
-    if (child == 0)
-        becomeTool(directory, writing.get(), arguments.data());
-    ::setpgid(child, child);
     writing.reset();
     end.started = true;
 
@@ -99,8 +82,7 @@ ToolEnd runRemovalTool(int directory, const std::vector<std::string> &names,
         end.output.append(block, std::min(std::size_t(got), maximumOutput - end.output.size()));
     }
     if (!end.stopped) {
-        while (::waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
-        }
+        waitForProcess(child);
         return end;
     }
     ::kill(-child, SIGTERM);

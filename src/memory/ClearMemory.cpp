@@ -2,22 +2,19 @@
 
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
+#include "linux/ProcessStart.h"
 #include "platform/Platform.h"
 #include "platform/StandardDirectories.h"
 
 #include <QCoreApplication>
 #include <QFile>
 
-#include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <string_view>
-
-extern char **environ;
 
 namespace brightsweep {
 
@@ -25,27 +22,10 @@ namespace {
 
 constexpr char systemTool[] = "/usr/bin/purge";
 constexpr char ownTool[] = "purge";
-constexpr int endedBySignal = 128;
 
 std::string programPath() {
     const QByteArray bytes = QFile::encodeName(QCoreApplication::applicationFilePath());
     return {bytes.constData(), std::size_t(bytes.size())};
-}
-
-// What the tool says goes where this process's own troubles go, never into its output.
-int launch(std::vector<std::string> command, pid_t &child) {
-    std::vector<char *> arguments;
-    for (std::string &argument : command)
-        arguments.push_back(argument.data());
-    arguments.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, STDERR_FILENO, STDOUT_FILENO);
-    const int error =
-        ::posix_spawn(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    return error;
 }
 
 } // namespace
@@ -95,13 +75,15 @@ int ClearMemory::clearMemory() {
     }
     const std::vector<std::string> command = releaseCommand();
     m_isStandIn = command.size() > 1;
-    const int error = launch(command, task);
+    // What the tool says goes where this process's own troubles go, never into its output.
+    const auto [process, error] = startProcess({.arguments = command, .output = STDERR_FILENO});
     m_failedToStart = error != 0;
-    if (error) {
+    if (m_failedToStart) {
         NSLog("%@ cannot be started: %@", command[0],
               std::error_code(error, std::generic_category()));
         return -1;
     }
+    task = process;
     m_ended = false;
     isRunFree = true;
     return 0;
@@ -139,9 +121,7 @@ bool ClearMemory::taskRuns() {
     if (waited == 0 || (waited < 0 && errno == EINTR))
         return true;
     m_ended = true;
-    m_endStatus = waited == task && WIFEXITED(status) ? WEXITSTATUS(status)
-                  : waited == task                    ? endedBySignal + WTERMSIG(status)
-                                                      : 0;
+    m_endStatus = waited == task ? exitStatusOf(status) : 0;
     return false;
 }
 

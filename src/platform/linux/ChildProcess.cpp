@@ -1,19 +1,17 @@
 #include "platform/linux/ChildProcess.h"
 
+#include "linux/ProcessStart.h"
 #include "platform/linux/BusProbe.h"
 
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <string_view>
 #include <utility>
-
-extern char **environ;
 
 namespace brightsweep {
 
@@ -33,50 +31,7 @@ std::vector<std::string> environmentInC() {
     return environment;
 }
 
-struct Start {
-    char *const *arguments;
-    char *const *environment;
-    int nowhere;
-    int output;
-    bool isQuestion;
-};
-
-// Shares the memory until the tool has taken over: nothing is copied, however large this process.
-// Gives the process, or why there is none.
-std::pair<pid_t, int> startBeside(const Start &start) {
-    volatile int error = 0;
-    const pid_t process = ::vfork();
-    if (process < 0)
-        return {-1, errno};
-    if (process == 0) {
-        if (start.isQuestion)
-            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        sigset_t none;
-        sigemptyset(&none);
-        ::sigprocmask(SIG_SETMASK, &none, nullptr);
-        ::dup2(start.nowhere, STDIN_FILENO);
-        ::dup2(start.output, STDOUT_FILENO);
-        ::dup2(start.isQuestion ? start.nowhere : start.output, STDERR_FILENO);
-        ::execvpe(start.arguments[0], start.arguments, start.environment);
-        error = errno;
-        ::_exit(127);
-    }
-    if (error == 0)
-        return {process, 0};
-    while (::waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
-    }
-    return {-1, error};
-}
-
 } // namespace
-
-std::vector<char *> pointersTo(std::vector<std::string> &texts) {
-    std::vector<char *> result;
-    for (std::string &text : texts)
-        result.push_back(text.data());
-    result.push_back(nullptr);
-    return result;
-}
 
 Result<ChildProcess> ChildProcess::start(const std::vector<std::string> &arguments,
                                          Purpose purpose) {
@@ -86,16 +41,15 @@ Result<ChildProcess> ChildProcess::start(const std::vector<std::string> &argumen
     ChildProcess child;
     child.m_output = FileDescriptor(ends[0]);
     const FileDescriptor writeEnd(ends[1]);
-    const FileDescriptor nowhere(::open("/dev/null", O_RDWR | O_CLOEXEC));
-    if (!nowhere || ::fcntl(ends[0], F_SETFL, O_NONBLOCK) != 0)
+    if (::fcntl(ends[0], F_SETFL, O_NONBLOCK) != 0)
         return lastError(errno);
-    std::vector<std::string> texts = arguments;
-    std::vector<std::string> environment = environmentInC();
-    const auto argumentPointers = pointersTo(texts);
-    const auto environmentPointers = pointersTo(environment);
-    const Start start = {argumentPointers.data(), environmentPointers.data(), nowhere.get(),
-                         writeEnd.get(), purpose == Purpose::Question};
-    const auto [process, error] = startBeside(start);
+    const bool isQuestion = purpose == Purpose::Question;
+    const auto [process, error] =
+        startProcess({.arguments = arguments,
+                      .environment = environmentInC(),
+                      .output = writeEnd.get(),
+                      .errors = isQuestion ? ProcessStart::nowhere : writeEnd.get(),
+                      .endsWithThread = isQuestion});
     if (error != 0)
         return lastError(error);
     child.m_process = process;
@@ -136,13 +90,7 @@ void ChildProcess::kill() {
 }
 
 int ChildProcess::wait() {
-    int status = 0;
-    while (::waitpid(m_process, &status, 0) < 0) {
-        if (errno != EINTR)
-            return -1;
-    }
-    m_process = -1;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    return waitForProcess(std::exchange(m_process, -1));
 }
 
 Result<ToolResult> runTool(const std::vector<std::string> &arguments) {

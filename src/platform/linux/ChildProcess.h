@@ -10,9 +10,6 @@
 
 namespace brightsweep {
 
-/// The texts as the system takes arguments and environments: valid while they live unchanged.
-std::vector<char *> pointersTo(std::vector<std::string> &texts);
-
 /// A small tool of the system that runs in the C locale, reads nothing and writes into a pipe. It
 /// holds no other descriptor of this process.
 ///

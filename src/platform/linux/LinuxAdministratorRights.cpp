@@ -1,12 +1,11 @@
 #include "platform/linux/LinuxAdministratorRights.h"
 
 #include "foundation/Paths.h"
+#include "linux/ProcessStart.h"
 #include "platform/linux/BusProbe.h"
-#include "platform/linux/ChildProcess.h"
 
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 
@@ -33,6 +32,8 @@ constexpr char filesArgument[] = "files";
 // Between two looks at a stop flag, and how long a stopped request may take to answer.
 constexpr int tickMilliseconds = 50;
 constexpr int stopMilliseconds = 1000;
+// Of a program that ended by itself.
+constexpr int highestStatus = 127;
 constexpr int dismissedStatus = 126;
 constexpr int refusedStatus = 127;
 constexpr std::size_t maximumWords = 4096;
@@ -74,40 +75,6 @@ std::vector<std::string> toolEnvironment() {
             environment.push_back(std::move(entry));
     }
     return environment;
-}
-
-// Starts the program with the stream as its standard input and output; 0 or an errno.
-int spawn(std::vector<std::string> arguments, int stream, int errors, pid_t &process) {
-    auto environment = toolEnvironment();
-    posix_spawn_file_actions_t actions;
-    posix_spawnattr_t attributes;
-    sigset_t none;
-    sigset_t pipe;
-    ::sigemptyset(&none);
-    ::sigemptyset(&pipe);
-    ::sigaddset(&pipe, SIGPIPE);
-    ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_adddup2(&actions, stream, STDIN_FILENO);
-    ::posix_spawn_file_actions_adddup2(&actions, stream, STDOUT_FILENO);
-    ::posix_spawn_file_actions_adddup2(&actions, errors, STDERR_FILENO);
-    ::posix_spawnattr_init(&attributes);
-    ::posix_spawnattr_setsigmask(&attributes, &none);
-    ::posix_spawnattr_setsigdefault(&attributes, &pipe);
-    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-    const int error = ::posix_spawnp(&process, arguments[0].c_str(), &actions, &attributes,
-                                     pointersTo(arguments).data(), pointersTo(environment).data());
-    ::posix_spawnattr_destroy(&attributes);
-    ::posix_spawn_file_actions_destroy(&actions);
-    return error;
-}
-
-int waitFor(pid_t process) {
-    int status = 0;
-    while (::waitpid(process, &status, 0) < 0) {
-        if (errno != EINTR)
-            return -1;
-    }
-    return status;
 }
 
 // One read from a descriptor that poll has found ready. False at the end of the stream.
@@ -191,7 +158,7 @@ public:
         const pid_t process = m_process;
         // It ends within a second by itself; whoever gives the rights up does not wait for it.
         try {
-            std::thread([process] { waitFor(process); }).detach();
+            std::thread([process] { waitForProcess(process); }).detach();
         } catch (const std::system_error &) {
             ::waitpid(process, nullptr, WNOHANG);
         }
@@ -391,8 +358,12 @@ RightsResult LinuxAdministratorRights::start() {
         arguments.emplace_back("pkexec");
     arguments.push_back(helperPath().native());
     arguments.emplace_back(filesArgument);
-    pid_t process = 0;
-    if (const int error = spawn(arguments, others.get(), errorsWritten.get(), process))
+    const auto [process, error] = startProcess({.arguments = arguments,
+                                                .environment = toolEnvironment(),
+                                                .input = others.get(),
+                                                .output = others.get(),
+                                                .errors = errorsWritten.get()});
+    if (error != 0)
         return {RightsOutcome::Failed, error, arguments[0] + ": " + std::strerror(error)};
     others.reset();
     errorsWritten.reset();
@@ -416,12 +387,13 @@ RightsResult LinuxAdministratorRights::start() {
         }
     }
     own.reset();
-    const int status = waitFor(process);
+    const int code = waitForProcess(process);
     if (token)
         return {RightsOutcome::Dismissed, dismissedStatus, "taken back"};
     readRest(errorsRead.get(), words);
-    const int code = WIFEXITED(status) ? WEXITSTATUS(status) : EINTR;
-    return {WIFEXITED(status) ? rightsOutcome(code, words) : RightsOutcome::Dismissed, code, words};
+    const bool wasKilled = code < 0 || code > highestStatus;
+    return {wasKilled ? RightsOutcome::Dismissed : rightsOutcome(code, words),
+            wasKilled ? EINTR : code, words};
 }
 
 helper::Replies LinuxAdministratorRights::ask(const helper::Request &request,

@@ -2,15 +2,14 @@
 
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
+#include "linux/ProcessStart.h"
 #include "platform/linux/BusProbe.h"
-#include "platform/linux/ChildProcess.h"
 #include "platform/linux/SessionBus.h"
 
 #include <QMimeDatabase>
 #include <QStringList>
 
 #include <fcntl.h>
-#include <spawn.h>
 #include <strings.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -19,10 +18,7 @@
 #include <array>
 #include <system_error>
 #include <thread>
-#include <utility>
 #include <vector>
-
-extern char **environ;
 
 namespace brightsweep {
 
@@ -42,22 +38,18 @@ bool isThere(const std::filesystem::path &path) {
 
 // The opener may last as long as what it opens, so that only its start is waited for.
 bool startOpener(const std::filesystem::path &path) {
-    std::string opener = "xdg-open";
-    std::string place = path.native();
-    char *arguments[] = {opener.data(), place.data(), nullptr};
-    std::vector<std::string> environment = environmentOfChildren();
-    pid_t child = 0;
-    if (::posix_spawnp(&child, opener.c_str(), nullptr, nullptr, arguments,
-                       pointersTo(environment).data()) != 0)
+    const auto [process, error] = startProcess({.arguments = {"xdg-open", path.native()},
+                                                .environment = environmentOfChildren(),
+                                                .input = ProcessStart::inherited});
+    if (error != 0)
         return false;
     try {
-        std::thread([child, place] {
-            int status = 0;
-            if (::waitpid(child, &status, 0) == child && status != 0)
-                NSLog("cannot open %@", place);
+        std::thread([child = process, path] {
+            if (waitForProcess(child) != 0)
+                NSLog("cannot open %@", path);
         }).detach();
-    } catch (const std::system_error &error) {
-        NSLog("What opens %@ is not waited for: %@", place, error.code());
+    } catch (const std::system_error &noThread) {
+        NSLog("What opens %@ is not waited for: %@", path, noThread.code());
     }
     return true;
 }
