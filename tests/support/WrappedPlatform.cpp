@@ -86,7 +86,9 @@ public:
         return ask("linkTarget", path, [&] { return m_wrapped->linkTarget(path); });
     }
     bool isMountPoint(const std::filesystem::path &path) override {
-        return m_wrapped->isMountPoint(path);
+        return ask(
+            "isMountPoint", path, [&] { return m_wrapped->isMountPoint(path); },
+            [](std::error_code) { return true; });
     }
     std::vector<DirectoryIdentity> repeatedByOverlays(const std::filesystem::path &root) override {
         return ask(
