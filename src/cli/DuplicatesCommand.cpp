@@ -1,4 +1,5 @@
 #include "cli/Commands.h"
+#include "cli/DuplicatesActing.h"
 #include "cli/JsonWriter.h"
 #include "cli/LimitOptions.h"
 #include "cli/WorkRun.h"
@@ -15,6 +16,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <mutex>
 
 namespace brightsweep::cli {
 
@@ -29,12 +31,14 @@ void configure(QCommandLineParser &parser) {
     parser.addOption({QStringLiteral("hidden"), QStringLiteral("Search hidden items too.")});
     parser.addOption(
         {QStringLiteral("system"), QStringLiteral("Search the system's directories below / too.")});
+    DuplicatesActing::configure(parser);
 }
 
 struct Request {
     std::filesystem::path root;
     std::uint64_t limitBytes = 0;
     DuplicateFilesOpt::SearchOption option;
+    std::unique_ptr<DuplicatesActing> acting; ///< empty where the search is all
 };
 
 // Absolute, so that "." and ".." on the way are not taken for hidden folders.
@@ -59,26 +63,46 @@ public:
 
     /// Searches, and puts out what was found by means of the function; gives its exit status.
     int run(Output &output, const std::function<int(const TreeNode::List &groups)> &tell) {
-        return runWork(
-            {[this] { m_search.beginSearchAtPath(m_request.root, m_request.limitBytes); },
-             [this] { m_search.stopSearch(); },
-             [this] {
-                 return std::to_string(m_search.getProgress()) + "% " +
-                        m_search.getCurrentSearchFile();
-             },
-             [&](bool) {
-                 if (m_search.getDuplicateFiles(m_tree))
-                     m_groups = m_tree->children();
-                 return tell(m_groups);
-             }},
-            output);
+        return runWork({[this] { work(); },
+                        [this] {
+                            m_search.stopSearch();
+                            if (m_request.acting)
+                                m_request.acting->stop();
+                        },
+                        [this] {
+                            if (m_request.acting && m_request.acting->hasBegun())
+                                return m_request.acting->progress();
+                            return std::to_string(m_search.getProgress()) + "% " +
+                                   m_search.getCurrentSearchFile();
+                        },
+                        [&](bool) {
+                            if (!m_request.acting || !m_request.acting->hasBegun())
+                                takeGroups();
+                            return tell(m_groups);
+                        }},
+                       output);
     }
 
 private:
+    // By the work, or by who tells of work that was left behind.
+    void takeGroups() {
+        const std::lock_guard lock(m_taking);
+        if (!m_tree && m_search.getDuplicateFiles(m_tree))
+            m_groups = m_tree->children();
+    }
+    void work() {
+        m_search.beginSearchAtPath(m_request.root, m_request.limitBytes);
+        if (!m_request.acting)
+            return;
+        takeGroups();
+        m_request.acting->run(m_groups, m_search.searchRoot());
+    }
+
     const Request &m_request;
     DuplicateFilesOpt m_search;
     std::shared_ptr<SimpleTreeNode> m_tree;
     TreeNode::List m_groups;
+    std::mutex m_taking;
 };
 
 SimpleNodeData &dataOf(const TreeNode::Pointer &node) {
@@ -148,6 +172,8 @@ bool writeJson(const Request &request, const TreeNode::List &groups, Output &out
             return false;
     }
     json.endArray();
+    if (request.acting)
+        request.acting->write(json);
     json.endObject();
     return output.data(json.take());
 }
@@ -180,7 +206,9 @@ int run(const QCommandLineParser &parser, Output &output) {
         return WrongUsage;
 
     const UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    Request request;
+    Request &request = *std::make_unique<Request>().release(); // lives as the search does
+    if (!DuplicatesActing::read(parser, output, request.acting))
+        return WrongUsage;
     request.limitBytes = *limit;
     request.option.hidden =
         parser.isSet(QStringLiteral("hidden")) || defaults.boolForKey(DSHidenDuplication);
@@ -204,9 +232,10 @@ int run(const QCommandLineParser &parser, Output &output) {
     // million nodes.
     Search &search = *std::make_unique<Search>(request).release();
     return search.run(output, [&](const TreeNode::List &groups) {
-        const bool written =
-            output.json ? writeJson(request, groups, output) : writeColumns(groups, output);
-        return written ? Done : Failed;
+        const bool written = output.json      ? writeJson(request, groups, output)
+                             : request.acting ? output.data(request.acting->text())
+                                              : writeColumns(groups, output);
+        return !written ? Failed : request.acting ? request.acting->status(output) : Done;
     });
 }
 

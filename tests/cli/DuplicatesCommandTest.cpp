@@ -1,3 +1,4 @@
+#include "foundation/FileDescriptor.h"
 #include "support/ChildProcess.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
@@ -13,6 +14,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <numeric>
@@ -64,6 +67,70 @@ TEST(DuplicatesCommand, GroupsWithTheirExactPaths) {
 }
 
 // A document that is put out in parts is the same as one put out at once.
+// What the document says is what happened, and of each group one file stays.
+TEST(DuplicatesCommand, RemovesAllOfAGroupButOne) {
+    struct Row {
+        std::vector<std::string> options;
+        std::vector<const char *> stay; ///< besides the pair that is no pair
+        int bytesFreed;
+    };
+    const Row rows[] = {
+        {{"--remove", "--keep", "newest"}, {"a/long name", "b/new", "c"}, 4096 * 2},
+        {{"--remove", "--keep", "newest", "--apply"}, {"b/new"}, 4096 * 2},
+        {{"--remove", "--trash", "--keep", "shortest", "--apply"}, {"c"}, 0},
+        {{"--remove", "--keep", "oldest", "--apply"}, {"a/long name"}, 4096 * 2},
+    };
+    for (const Row &row : rows) {
+        test::TestTree tree;
+        int day = 0;
+        for (const char *name : {"a/long name", "c", "b/new"}) {
+            tree.file(name, "equal");
+            std::filesystem::last_write_time(tree.path(name),
+                                             std::filesystem::file_time_type::clock::now() +
+                                                 std::chrono::hours(24) * (++day - 5));
+        }
+        tree.file("other", "alone");
+        std::vector<std::string> arguments = {"--json", tree.top(), "--limit", "0", "--unit", "0"};
+        arguments.insert(arguments.end(), row.options.begin(), row.options.end());
+        const auto result = duplicates(arguments);
+        EXPECT_EQ(result.status, 0) << result.errors;
+        const QJsonObject document =
+            QJsonDocument::fromJson(QByteArray::fromStdString(result.output)).object();
+        const bool applied = row.options.back() == "--apply";
+        EXPECT_EQ(document[QLatin1String("applied")].toBool(), applied);
+        EXPECT_EQ(document[QLatin1String("bytesFreed")].toInt(), row.bytesFreed);
+        EXPECT_EQ(document[QLatin1String("removed")].toArray().size(), 2);
+        EXPECT_EQ(document[QLatin1String("failed")].toArray().size(), 0);
+        for (const char *name : {"a/long name", "b/new", "c"})
+            EXPECT_EQ(tree.exists(name),
+                      std::count(row.stay.begin(), row.stay.end(), std::string(name)) == 1)
+                << name;
+        EXPECT_TRUE(tree.exists("other"));
+        test::removeTree(tree.top());
+    }
+    for (const std::vector<std::string> &wrong : std::vector<std::vector<std::string>>{
+             {"--remove", "--share"}, {"--trash"}, {"--apply"}, {"--remove", "--keep", "all"}}) {
+        std::vector<std::string> arguments = {"/nowhere"};
+        arguments.insert(arguments.end(), wrong.begin(), wrong.end());
+        EXPECT_EQ(duplicates(arguments).status, 2) << wrong.back();
+    }
+}
+
+TEST(DuplicatesCommand, TellsWhatStayedAndWhy) {
+    test::TestTree tree;
+    tree.file("a", "equal");
+    tree.file("b", "equal");
+    const FileDescriptor writer(::open(tree.path("a").c_str(), O_WRONLY | O_CLOEXEC));
+    const auto before = tree.snapshot();
+    for (const char *act : {"--remove", "--share"}) {
+        const auto result =
+            duplicates({"--json", tree.top(), "--limit", "0", "--unit", "0", act, "--apply"});
+        EXPECT_EQ(result.status, 3);
+        EXPECT_NE(result.output.find("a program is writing to"), std::string::npos);
+        EXPECT_EQ(tree.snapshot(), before);
+    }
+}
+
 TEST(DuplicatesCommand, LongDocumentsComeWhole) {
     struct Case {
         const char *suffix;
