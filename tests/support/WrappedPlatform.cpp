@@ -91,9 +91,7 @@ public:
             [](std::error_code) { return true; });
     }
     std::vector<DirectoryIdentity> repeatedByOverlays(const std::filesystem::path &root) override {
-        return ask(
-            "repeatedByOverlays", root, [&] { return m_wrapped->repeatedByOverlays(root); },
-            [](std::error_code) { return std::vector<DirectoryIdentity>(); });
+        return m_wrapped->repeatedByOverlays(root);
     }
     Result<FileDescriptor> openFile(const std::filesystem::path &path) override {
         return m_wrapped->openFile(path);

@@ -77,7 +77,7 @@ class Tray(Session):
         desktop = self.started()
         self.open_popup(desktop)
         names = desktop.names()
-        self.assertTrue(any(name.startswith("/, ") and " free of " in name for name in names), names)
+        self.assertTrue(any(name.startswith(f"{socket.gethostname()}, ") and " free of " in name for name in names), names)
         self.assertTrue(any(name.startswith("Memory, ") for name in names), names)
         self.assertIn("Eject All", names)
 
