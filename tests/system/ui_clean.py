@@ -279,7 +279,7 @@ class QuickClean(CleanPage):
         self.before = snapshot(self.folder)
         self.start()
         self.ask_for_it()
-        self.assertTrue(self.desktop.shows(f"~/{CACHES}"))
+        self.assertTrue(self.desktop.shows("User Caches: ~/.cache\n"))
         self.desktop.key("Return", at="Cancel")
         self.desktop.wait_without("Everything in these folders will be removed.")
         self.assertEqual(self.gone(), set(), "Enter is no yes to a removal")

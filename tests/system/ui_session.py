@@ -77,7 +77,9 @@ class Tray(Session):
         desktop = self.started()
         self.open_popup(desktop)
         names = desktop.names()
-        self.assertTrue(any(name.startswith(f"{socket.gethostname()}, ") and " free of " in name for name in names), names)
+        machine = socket.gethostname()
+        self.assertTrue(any(name.startswith(f"{machine}, ") and " free of " in name
+                            for name in names), names)
         self.assertTrue(any(name.startswith("Memory, ") for name in names), names)
         self.assertIn("Eject All", names)
 
