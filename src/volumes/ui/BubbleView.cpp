@@ -42,6 +42,10 @@ double heightOf(QString text, const QFont &font, double width) {
     return height;
 }
 
+void moveTo(MAAttachedWindow &bubble, const QPoint &corner) {
+    bubble.setPoint(QPointF(corner) + QPointF(bubble.width() / 2.0, -distance));
+}
+
 } // namespace
 
 BubbleText::BubbleText(const Bubble &content, QWidget *parent)
@@ -98,14 +102,22 @@ std::unique_ptr<MAAttachedWindow> showBubbleWindow(const Bubble &content, int pl
     window->setHasArrow(false);
     window->setAccessibleName(content.text());
     window->setObjectName(QStringLiteral("bubble"));
-    QPoint corner = BubbleController::topLeft(available, window->size(), place);
-    // An open popup stays free: the bubble moves to its left side.
+    const QPoint corner = BubbleController::topLeft(available, window->size(), place);
+    moveTo(*window, corner);
     for (const QWidget *const other : QApplication::topLevelWidgets()) {
-        const bool isPopup = other->isVisible() && qobject_cast<const StatusPopup *>(other);
-        if (isPopup && other->geometry().intersects({corner, window->size()}))
-            corner.setX(std::max(available.left(), other->x() - besidePopup - window->width()));
+        const auto *const popup = qobject_cast<const StatusPopup *>(other);
+        if (!popup)
+            continue;
+        const auto leaveFree = [bubble = window.get(), popup, left = available.left()] {
+            const QRect taken = bubble->geometry();
+            if (popup->geometry().intersects(taken))
+                moveTo(*bubble,
+                       {std::max(left, popup->x() - besidePopup - taken.width()), taken.y()});
+        };
+        if (popup->isVisible())
+            leaveFree();
+        QObject::connect(popup, &StatusPopup::opened, window.get(), leaveFree);
     }
-    window->setPoint(QPointF(corner) + QPointF(window->width() / 2.0, -distance));
     window->show();
     return window;
 }

@@ -128,6 +128,7 @@ void StatusPopup::open() {
     showInFront(*this, std::exchange(m_activation.token, {}));
     setFocus(Qt::PopupFocusReason);
     m_menu.menuWillOpen();
+    Q_EMIT opened();
 }
 
 QRect StatusPopup::place(const QSize &size, const QPoint &point, const QRect &wholeArea) {

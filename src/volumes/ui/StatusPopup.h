@@ -37,6 +37,9 @@ public:
     static QRect place(const QSize &size, const QPoint &point, const QRect &available);
     void setVisible(bool visible) override;
 
+Q_SIGNALS:
+    void opened();
+
 protected:
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
