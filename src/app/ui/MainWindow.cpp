@@ -70,8 +70,10 @@ MainWindow::MainWindow(DBPrefsWindowController &controller, PanelMaker panelMake
     viewAnimation->setEasingCurve(QEasingCurve::InOutQuad);
     // Larger text may need a larger window; smaller text leaves the user's.
     connect(&theme::look(), &theme::Look::changed, this, [this] {
-        if (QWidget *const panel = currentPanel())
+        if (QWidget *const panel = currentPanel()) {
             resizeToPanel(fittingScreen(panel->sizeHint()), false);
+            keepOnScreen();
+        }
     });
     m_sizeSettled->setSingleShot(true);
     m_sizeSettled->setInterval(sizeSettles);
@@ -206,6 +208,18 @@ void MainWindow::moveToCentre() {
     const QPoint corner = available.center() - QRect(QPoint(), frameGeometry().size()).center();
     // The title bar and the toolbar are to be seen in any case.
     move(std::max(corner.x(), available.left()), std::max(corner.y(), available.top()));
+}
+
+// What has grown beyond an edge of the screen comes back, as far as it fits.
+void MainWindow::keepOnScreen() {
+    const QScreen *const place = screen();
+    if (!place || !isVisible() || isMaximized() || isFullScreen())
+        return;
+    const QRect available = place->availableGeometry();
+    const QRect frame = frameGeometry();
+    const QPoint most = available.bottomRight() - frame.bottomRight() + frame.topLeft();
+    move(std::max(std::min(frame.left(), most.x()), available.left()),
+         std::max(std::min(frame.top(), most.y()), available.top()));
 }
 
 void MainWindow::setLevel(int levelKey) {

@@ -58,6 +58,7 @@ private:
     void resizeToPanel(const QSize &least, bool animate);
     void comeForward();
     void moveToCentre();
+    void keepOnScreen();
     void setLevel(int levelKey);
     void openApplicationMenu();
     void rememberSize();
