@@ -21,23 +21,27 @@ namespace {
 
 constexpr int imageSide = 48;
 constexpr int statedWidth = 360;
+constexpr int titleBarHeight = 32;
+constexpr int leastWordsHeight = 36; // two lines
 
-QLabel *plainLabel(const QString &text, double size, bool bold, QWidget *parent) {
+QLabel *plainLabel(const QString &text, double size, bool bold, QWidget *parent,
+                   bool isList = false) {
     auto *const label = new QLabel(text, parent);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     theme::keepFont(label, size, bold);
-    theme::keep(label, [label] {
+    theme::keep(label, [label, size, isList] {
         const int room = label->screen()->availableSize().width() * 2 / 3;
-        label->setFixedWidth(std::min(theme::height(statedWidth), room));
+        const int whole = isList ? theme::textWidth(label->text().split(u'\n'), size) + 1 : 0;
+        label->setFixedWidth(std::min(std::max(theme::height(statedWidth), whole), room));
     });
     return label;
 }
 
-// No list that it holds makes the sheet higher than the screen has room for.
+// Words that take no more than a height, and are scrolled above it.
 class Scrolled : public QScrollArea {
 public:
-    Scrolled(QLabel *words, int most) : m_most(most) {
+    explicit Scrolled(QLabel *words) {
         setFrameShape(NoFrame);
         setFocusPolicy(Qt::NoFocus);
         setWidgetResizable(true);
@@ -45,6 +49,11 @@ public:
         viewport()->setAutoFillBackground(false);
         setWidget(words);
         words->setAutoFillBackground(false);
+    }
+
+    void setMost(int most) {
+        m_most = most;
+        updateGeometry();
     }
 
     QSize sizeHint() const override {
@@ -56,11 +65,15 @@ public:
     QSize minimumSizeHint() const override { return sizeHint(); }
 
 private:
-    const int m_most;
+    int m_most = QWIDGETSIZE_MAX;
 };
 
-QWidget *scrolled(QLabel *words) {
-    return new Scrolled(words, words->screen()->availableSize().height() / 3);
+// However much there is to explain, the sheet with its title bar takes half the screen at most.
+void limit(QDialog &sheet, Scrolled &words) {
+    words.setMost(QWIDGETSIZE_MAX);
+    const int rest = sheet.layout()->totalSizeHint().height() - words.sizeHint().height();
+    const int room = sheet.screen()->availableSize().height() / 2 - titleBarHeight - rest;
+    words.setMost(std::max(room, theme::height(leastWordsHeight)));
 }
 
 } // namespace
@@ -106,14 +119,20 @@ AlertSheet::AlertSheet(AlertContent content, QWidget *window)
     column->setSpacing(2 * theme::grid);
     layout->addLayout(column);
     column->addWidget(plainLabel(m_content.text, 13, true, this));
-    if (!m_content.informativeText.isEmpty())
-        column->addWidget(scrolled(plainLabel(m_content.informativeText, 12, false, this)));
+    Scrolled *words = nullptr;
+    if (!m_content.informativeText.isEmpty()) {
+        words =
+            new Scrolled(plainLabel(m_content.informativeText, 12, false, this, m_content.isList));
+        column->addWidget(words);
+    }
     column->addSpacing(3 * theme::grid);
     auto *const row = new QHBoxLayout;
     row->setSpacing(2 * theme::grid);
     column->addLayout(row);
     addButtons(*row);
     layout->setSizeConstraint(QLayout::SetFixedSize);
+    if (words)
+        theme::keep(this, [this, words] { limit(*this, *words); });
 
     connect(this, &QDialog::finished, this, [this] {
         if (m_answer)

@@ -29,6 +29,8 @@ struct AlertContent {
     std::vector<AlertButton> buttons;
     /// Esc and closing: the act is called off.
     std::function<void()> calledOff;
+    /// The informative text is a list: each line stays one as far as the screen has room.
+    bool isList = false;
 };
 
 /// A question or a word to the user: a sheet of the window it belongs to, or a window of its own

@@ -46,7 +46,7 @@ public:
         m_drawn.push_back({item.text(),
                            place.mapRect(QRectF(at.x(), at.y() - item.ascent(), item.width(),
                                                 item.ascent() + item.descent())),
-                           room, shown});
+                           room, shown, painter()->pen().color()});
     }
 
 private:

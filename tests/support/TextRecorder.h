@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QRectF>
 #include <QString>
 
@@ -26,7 +27,9 @@ public:
         QRectF place;
         QRectF room;  ///< what of the widget the text may be seen in, once it is scrolled there
         QRectF shown; ///< and what of it is on show now
+        QColor color;
     };
+    const std::vector<Drawn> &drawn() const { return m_drawn; }
 
 private:
     std::vector<Drawn> m_drawn;

@@ -1,18 +1,26 @@
 #include "app/ui/MainWindow.h"
 #include "app/AppPrefsWindowController.h"
+#include "app/Resident.h"
 #include "app/ui/AboutPanel.h"
+#include "app/ui/ApplicationViews.h"
 #include "app/ui/PanelPages.h"
 #include "app/ui/PanelToolBar.h"
+#include "cleaning/CleanPage.h"
 #include "foundation/UserDefaults.h"
+#include "support/TextRecorder.h"
 #include "ui/AlertSheet.h"
+#include "ui/Theme.h"
+#include "volumes/ui/CustomStatusItemView.h"
 
 #include <QAccessible>
+#include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QPropertyAnimation>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
 
 #include <gmock/gmock.h>
@@ -147,6 +155,19 @@ TEST_F(MainWindowTest, APanelLargerThanTheWindowMovesNoUpperEdge) {
     EXPECT_GE(small.height(), 480);
 }
 
+TEST_F(MainWindowTest, OpensAt1080By680AndStaysOnTheScreenWhenTextGrows) {
+    controller.showWindow();
+    const QRect room = window->screen()->availableGeometry();
+    EXPECT_EQ(window->size(), QSize(1080, 680).boundedTo(room.size()));
+    window->move(room.bottomRight() - QPoint(40, 400));
+    window->resize(500, 400);
+    theme::apply(*qApp, {false, false, 1.1});
+    const QRect frame = window->frameGeometry();
+    EXPECT_EQ(frame.left(), room.left()) << "as wide as this screen";
+    EXPECT_LE(frame.bottom(), room.bottom());
+    theme::apply(*qApp, {});
+}
+
 TEST_F(MainWindowTest, WithoutATrayTheToolbarHasThePopup) {
     controller.showWindow();
     EXPECT_FALSE(item("popup")->isVisible());
@@ -175,6 +196,35 @@ TEST_F(MainWindowTest, EveryPanelSaysWhatItIsForAndHasAnAct) {
         EXPECT_GE(sentence->height(), sentence->heightForWidth(sentence->width()));
         EXPECT_NE(panel->findChild<QPushButton *>(QStringLiteral("empty.act")), nullptr);
     }
+}
+
+using QuickCleanQuestion = test::Resident;
+
+TEST_F(QuickCleanQuestion, NamesEachCategoryInALineAndTakesHalfTheScreenAtMost) {
+    const test::CleanableMachine machine;
+    test::CleanPage::store("111111");
+    test::FakeStatusItem tray;
+    CustomStatusItemView statusItem(*item, tray);
+    ApplicationViews views(make(), statusItem);
+    for (const double scale : {1.0, 2.0}) {
+        theme::apply(*qApp, {false, false, scale});
+        AlertSheet *sheet = nullptr;
+        for (QWidget *const window : QApplication::topLevelWidgets()) {
+            if (auto *act = window->findChild<QAction *>(QStringLiteral("menu.Quick Clean…")))
+                act->trigger();
+        }
+        for (QWidget *const window : QApplication::topLevelWidgets())
+            sheet = sheet ? sheet : qobject_cast<AlertSheet *>(window);
+        ASSERT_TRUE(sheet);
+        EXPECT_LE(sheet->frameGeometry().height(), sheet->screen()->availableSize().height() / 2);
+        const test::TextRecorder drawn(*sheet);
+        int lines = 0;
+        for (const test::TextRecorder::Drawn &line : drawn.drawn())
+            lines += line.text.contains(QStringLiteral(": ")) ? 1 : 0;
+        EXPECT_EQ(lines, int(categoryCount)) << scale;
+        delete sheet;
+    }
+    theme::apply(*qApp, {});
 }
 
 TEST(AlertSheetTest, EscapeCallsOffAndEnterRemovesNothing) {

@@ -118,6 +118,7 @@ void ApplicationViews::askForQuickClean() {
     } else {
         content.text = localizedText("QUICK_CLEAN_ASK");
         content.informativeText = folders.join(u'\n');
+        content.isList = true;
         content.buttons = {
             {localizedText("QUICK_CLEAN"), true, [this] { m_delegate.cleaningFile(); }, false, {}},
             {localizedText("CANCEL"), false, {}, false, {}}};
