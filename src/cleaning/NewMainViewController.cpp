@@ -423,6 +423,10 @@ CleanStyledText NewMainViewController::recovered() const {
                                : CleanStyledText();
 }
 
+CleanStyledText NewMainViewController::capacity() const {
+    return cleanPageTexts::recoveredLine(0, {}, freeString, totleString);
+}
+
 CleanHeading NewMainViewController::heading() const {
     CleanHeading heading = changeNoteText(m_selectRowNum);
     if (m_selectRowNum == 0)

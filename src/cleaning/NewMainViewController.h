@@ -69,6 +69,8 @@ public:
     const CleanPageParts &parts() const { return m_parts; }
     /// For the row of the left list; of the overview with what the last clean recovered.
     CleanHeading heading() const;
+    /// The overview's description without the last clean.
+    CleanStyledText capacity() const;
     /// What the last clean recovered, for the start panel; empty before the first.
     CleanStyledText recovered() const;
     CleanOutcome outcome() const { return m_outcome; }

@@ -53,10 +53,10 @@ void CleanResultsPanel::followHeading() {
     const CleanHeading heading = m_controller.heading();
     m_headingImage->setImageName(heading.image);
     m_title->setText(heading.title);
-    CleanStyledText description = heading.description;
-    if (m_controller.controls().stateTextField.isOutcome)
-        description.accented.clear();
-    m_description->setStyledText(description);
+    // What was freed stands once, in the line below.
+    const bool isToldBelow =
+        m_controller.selectRowNum() == 0 && m_controller.controls().stateTextField.isOutcome;
+    m_description->setStyledText(isToldBelow ? m_controller.capacity() : heading.description);
 }
 
 void CleanResultsPanel::followParts() {
@@ -143,7 +143,6 @@ void CleanResultsPanel::followControls() {
     m_sum->setText(line.accented.empty()
                        ? QString()
                        : line.text.mid(line.accented.back().start, line.accented.back().length));
-    // What was freed stands once, and is the loudest then.
     m_sum->setVisible(hasLine && !line.isOutcome);
     followHeading();
     m_freeSpace->setText(controls.freeSpaceLine);
