@@ -128,6 +128,7 @@
     <message id="Open"><translation>Öffnen</translation></message>
     <message id="Others"><translation>Sonstige</translation></message>
     <message id="PADLOCK"><translation>Schloss</translation></message>
+    <message id="PARTLY_TICKED"><translation>teilweise angehakt</translation></message>
     <message id="Pictures"><translation>Bilder</translation></message>
     <message id="Preferences"><translation>Einstellungen</translation></message>
     <message id="QUICK_CLEAN"><translation>Bereinigen</translation></message>

@@ -128,6 +128,7 @@
     <message id="Open"><translation>Open</translation></message>
     <message id="Others"><translation>Others</translation></message>
     <message id="PADLOCK"><translation>Padlock</translation></message>
+    <message id="PARTLY_TICKED"><translation>partly ticked</translation></message>
     <message id="Pictures"><translation>Pictures</translation></message>
     <message id="Preferences"><translation>Preferences</translation></message>
     <message id="QUICK_CLEAN"><translation>Clean</translation></message>

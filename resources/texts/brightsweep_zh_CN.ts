@@ -128,6 +128,7 @@
     <message id="Open"><translation>打开</translation></message>
     <message id="Others"><translation>其他</translation></message>
     <message id="PADLOCK"><translation>锁</translation></message>
+    <message id="PARTLY_TICKED"><translation>部分选中</translation></message>
     <message id="Pictures"><translation>图片</translation></message>
     <message id="Preferences"><translation>偏好设置</translation></message>
     <message id="QUICK_CLEAN"><translation>清理</translation></message>

@@ -4,6 +4,7 @@
 #include "cleaning/CustomTableView.h"
 #include "cleaning/NewMainViewController.h"
 #include "cleaning/V3MainListView.h"
+#include "core/CheckImage.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "ui/FocusFrame.h"
@@ -40,13 +41,34 @@ public:
     explicit SpokenRows(LeftListView *list) : QIdentityProxyModel(list), m_list(*list) {}
 
     QVariant data(const QModelIndex &index, int role) const override {
+        if (role == Qt::CheckStateRole)
+            return tick(index);
         const QVariant data = QIdentityProxyModel::data(index, role);
-        return role == Qt::AccessibleTextRole ? QVariant(data.toString() + QStringLiteral(", ") +
-                                                         m_list.foundText(index.row()))
-                                              : data;
+        if (role != Qt::AccessibleTextRole)
+            return data;
+        QString words =
+            data.toString() + QStringLiteral(", ") + readersSize(m_list.foundText(index.row()));
+        // Qt tells of a tick in an item view, but not of half a tick.
+        if (tick(index) == Qt::PartiallyChecked)
+            words += QStringLiteral(", ") + localizedText("PARTLY_TICKED");
+        return words;
+    }
+
+    Qt::ItemFlags flags(const QModelIndex &index) const override {
+        const Qt::ItemFlags flags = QIdentityProxyModel::flags(index);
+        return tick(index).isValid() ? flags | Qt::ItemIsUserCheckable : flags;
     }
 
 private:
+    QVariant tick(const QModelIndex &index) const {
+        const QString image = m_list.checkImage(index.row());
+        for (const auto state : {Qt::Unchecked, Qt::PartiallyChecked, Qt::Checked}) {
+            if (image == QLatin1String(brightsweep::checkImage(state)))
+                return state;
+        }
+        return {};
+    }
+
     LeftListView &m_list;
 };
 
