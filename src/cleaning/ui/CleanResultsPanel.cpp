@@ -36,6 +36,7 @@ constexpr int outcomeSide = 96;
 constexpr int filterWidth = 180;
 constexpr int trashSide = 24;
 constexpr int lockSide = 20;
+constexpr int arrowSide = 16;
 constexpr int buttonWidth = 128;
 constexpr int buttonHeight = 36;
 constexpr int noteWidth = 420;
@@ -261,6 +262,9 @@ QWidget *CleanResultsPanel::makeBottom() {
     m_back->setObjectName(QStringLiteral("backButton"));
     m_back->setIcon(imageNamed(isRightToLeft() ? QStringLiteral("arrow_right.png")
                                                : QStringLiteral("arrow_left.png")));
+    theme::keep(m_back, [this] {
+        m_back->setIconSize({theme::height(arrowSide), theme::height(arrowSide)});
+    });
     row->addWidget(m_back);
     lockButton = new QToolButton(bottom);
     lockButton->setObjectName(QStringLiteral("lockButton"));

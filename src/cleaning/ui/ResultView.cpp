@@ -183,7 +183,7 @@ OutlineView::OutlineView(CleanOutlineController &outline, QWidget *parent)
     setAccessibleName(localizedText("RESULTS"));
     setModel(&m_outline.model());
     setTreePosition(CleanOutlineModel::NameColumn);
-    setIndentation(5 * theme::grid);
+    theme::keep(this, [this] { setIndentation(theme::height(5 * theme::grid)); });
     setColumns(CleanOutlineModel::NameColumn, CleanOutlineModel::FileSize,
                {{CleanOutlineModel::Checkbox, {}, false},
                 {CleanOutlineModel::FileSize, theme::widestSize(), false},
