@@ -217,6 +217,11 @@ TEST(CleanOutline, MarksWhatARunningProgramHolds) {
     test::waitUntil([&] { return !holder("browser").empty(); });
     EXPECT_EQ(holder("browser"), "netscape");
     EXPECT_EQ(holder("free"), "");
+    CategoryListModel &list = at.page.list(1);
+    const auto row = list.rowOf((cache / "browser").native());
+    ASSERT_TRUE(row);
+    EXPECT_EQ(list.index(*row, 0).data(CategoryListModel::HolderRole).toString(),
+              QStringLiteral("netscape"));
     EXPECT_TRUE(at.leaf("browser")
                     .data(Qt::ToolTipRole)
                     .toString()

@@ -102,6 +102,8 @@ TEST(Paths, RelativeEnvironmentIsIgnored) {
     EXPECT_EQ(environmentFolder("XDG_DATA_HOME", ".local/share").native(), "/home/x/.local/share");
     ::setenv("XDG_DATA_HOME", "/data", 1);
     EXPECT_EQ(environmentFolder("XDG_DATA_HOME", ".local/share").native(), "/data");
+    EXPECT_EQ(paths::displayFromHome("/home/x/a"), QStringLiteral("~/a"));
+    EXPECT_EQ(paths::displayFromHome("/home/xy/a"), QStringLiteral("/home/xy/a"));
     ::setenv("HOME", "relative", 1);
     EXPECT_TRUE(homeFolder().is_absolute());
 }

@@ -5,13 +5,16 @@
 #include "cleaning/ui/FileIcons.h"
 #include "cleaning/ui/LeftListView.h"
 #include "cleaning/ui/ResultRowDelegate.h"
+#include "removal/FakeRights.h"
 #include "support/TextRecorder.h"
 #include "ui/FocusFrame.h"
 #include "ui/IconTheme.h"
 #include "ui/Theme.h"
 
+#include <QAccessible>
 #include <QLabel>
 #include <QStandardItemModel>
+#include <QToolButton>
 
 #include <cmath>
 
@@ -19,10 +22,12 @@ namespace brightsweep {
 namespace {
 
 using test::CleanPageView;
+using test::FakeRights;
 using State = NewMainViewController::State;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::SizeIs;
 
 struct SheetAnswer {
@@ -80,6 +85,17 @@ TEST_F(CleanPageView, ResultsComeLargestFirstWithTheirShares) {
     const QVariant spoken =
         panel->findChild<LeftListView *>()->model()->index(2, 0).data(Qt::AccessibleTextRole);
     EXPECT_THAT(spoken.toString().toStdString(), HasSubstr("User Caches, 1"));
+    at->page.outline().toggle(leaf(1));
+    auto *const left = QAccessible::queryAccessibleInterface(find<QWidget>("leftList"));
+    for (const auto &[row, isTicked, isPartly] :
+         {std::tuple(2, false, true), {3, false, false}, {0, false, false}}) {
+        const QAccessible::State state = left->child(row)->state();
+        EXPECT_EQ(state.checkable, row != 0);
+        EXPECT_EQ(state.checked, isTicked) << row;
+        EXPECT_EQ(left->child(row)->text(QAccessible::Name).contains(QStringLiteral("partly")),
+                  isPartly)
+            << row;
+    }
     at->page.shouldSelectRowWithArray(2);
     QAbstractItemModel &list = at->page.list(1);
     EXPECT_EQ(nameOf(list.index(0, 0)), "large");
@@ -115,6 +131,10 @@ TEST_F(CleanPageView, AnEmptyCategorySaysSoAndLeadsBack) {
     const CleanStyledText line = at->page.controls().stateTextField;
     EXPECT_TRUE(line.isOutcome);
     EXPECT_FALSE(find<QLabel>("clean.sum")->isVisible());
+    const std::string freed =
+        line.text.mid(line.accented[0].start, line.accented[0].length).toStdString();
+    EXPECT_THAT(find<QLabel>("clean.description")->accessibleName().toStdString(),
+                Not(HasSubstr(freed)));
     at->page.shouldSelectRowWithArray(4);
     auto *const act = find<QPushButton>("clean.outcomeAct");
     ASSERT_TRUE(act->isVisible());
@@ -161,6 +181,14 @@ TEST(FileIcons, WhatCouldNotBeSeenIsDrawnByOurOwnImages) {
     QIcon::setThemeName(usual);
 }
 
+double luminance(const QColor &color) {
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF()) + 0.05;
+}
+
 // A row of a list of its own, with the reason as its fourth role.
 TEST(ResultRow, AFailedOneKeepsItsNameAndSaysWhyReadably) {
     enum { Path = Qt::UserRole, Directory, Failure, Reason };
@@ -173,24 +201,48 @@ TEST(ResultRow, AFailedOneKeepsItsNameAndSaysWhyReadably) {
     const QModelIndex row = model.index(0, form.nameColumn);
     model.setData(row, paths::toVariant("/x/" + std::string(200, 'n')), Path);
     model.setData(row, QString(300, u'f'), Failure);
-    model.setData(row, QStringLiteral("FAILED_RIGHTS"), Reason);
     QTreeView view;
     view.setItemDelegate(new ResultRowDelegate(form, &view));
     view.setModel(&model);
     view.resize(420, 120);
     view.show();
-    const test::TextRecorder drawn(view);
-    EXPECT_TRUE(drawn.shows(QStringLiteral("needs admin")));
-    EXPECT_THAT(drawn.faults(), IsEmpty());
-    const auto luminance = [](const QColor &color) {
-        const auto linear = [](double part) {
-            return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-        };
-        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-               0.0722 * linear(color.blueF()) + 0.05;
-    };
-    for (const QColor &ground : {theme::window(), theme::hover()})
-        EXPECT_GT(luminance(theme::dangerText()) / luminance(ground), 4.0);
+    for (const bool isSelected : {false, true}) {
+        for (const QString &reason : {QStringLiteral("FAILED_RIGHTS"), QString(300, u'r')}) {
+            model.setData(row, reason, Reason);
+            view.selectionModel()->select(row, isSelected ? QItemSelectionModel::Select
+                                                          : QItemSelectionModel::Clear);
+            const test::TextRecorder drawn(view);
+            EXPECT_THAT(drawn.faults(), IsEmpty());
+            ASSERT_GT(drawn.drawn().size(), 1u);
+            const test::TextRecorder::Drawn &name = drawn.drawn()[0];
+            const test::TextRecorder::Drawn &why = drawn.drawn()[1];
+            EXPECT_EQ(why.text == QStringLiteral("needs admin"), reason.size() < 300);
+            // A letter more would not fit.
+            const double room = view.visualRect(row).right() - 2 * theme::grid - name.place.left();
+            EXPECT_GT(name.place.width() + theme::textWidth({QStringLiteral("nn")}, 14, true),
+                      0.6 * room);
+            const auto grounds = isSelected ? std::vector{theme::selection()}
+                                            : std::vector{theme::window(), theme::hover()};
+            for (const QColor &ground : grounds)
+                EXPECT_GT(luminance(why.color) / luminance(ground), 4.0);
+        }
+    }
+}
+
+TEST_F(CleanPageView, ThePadlockSaysThatNobodyCanBeAsked) {
+    FakeRights::install().result = {RightsOutcome::NoAgent, 0, {}};
+    auto *const lock = find<QToolButton>("lockButton");
+    EXPECT_THAT(lock->toolTip().toStdString(), Not(HasSubstr("agent")));
+    lock->click();
+    test::waitUntil([&] { return lock->isEnabled(); });
+    EXPECT_FALSE(lock->isChecked());
+    EXPECT_THAT(lock->toolTip().toStdString(), HasSubstr("Start a polkit agent"));
+    Q_EMIT at->page.showAlertForPrivilegesToClean();
+    ASSERT_TRUE(sheet());
+    QString words;
+    for (const QLabel *const label : sheet()->findChildren<QLabel *>())
+        words += label->text();
+    EXPECT_THAT(words.toStdString(), HasSubstr("Start a polkit agent"));
 }
 
 } // namespace

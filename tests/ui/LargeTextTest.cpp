@@ -5,6 +5,7 @@
 #include "cleaning/ui/CleanResultsPanel.h"
 #include "cleaning/ui/CleanStartPanel.h"
 #include "cleaning/ui/ResultView.h"
+#include "core/Texts.h"
 #include "support/TestEnvironment.h"
 #include "support/TextRecorder.h"
 #include "ui/AlertSheet.h"
@@ -21,21 +22,25 @@ namespace {
 
 using testing::IsEmpty;
 
-class LargeText : public testing::TestWithParam<double> {
+class LargeText : public testing::TestWithParam<std::tuple<double, QLocale>> {
 protected:
+    void SetUp() override { setReader(std::get<QLocale>(GetParam())); }
     // The widgets were made with the usual text: the change reaches them while they are shown.
     void enlarge() {
-        theme::apply(*qApp, {false, false, GetParam()});
+        theme::apply(*qApp, {false, false, std::get<double>(GetParam())});
         QApplication::processEvents();
     }
-    void TearDown() override { theme::apply(*qApp, {}); }
+    void TearDown() override {
+        setReader(QLocale::c());
+        theme::apply(*qApp, {});
+    }
     static void expectWhole(QWidget &widget, const QStringList &figures = {}) {
         widget.resize(widget.sizeHint());
         QApplication::processEvents();
         const test::TextRecorder drawn(widget);
         EXPECT_THAT(drawn.faults(), IsEmpty()) << widget.metaObject()->className();
         for (const QString &figure : figures)
-            EXPECT_TRUE(drawn.shows(figure)) << figure.toStdString();
+            EXPECT_TRUE(drawn.shows(readersSize(figure))) << figure.toStdString();
     }
 };
 
@@ -76,7 +81,8 @@ TEST_P(LargeText, StandsWholeInThePopupAndOnSheets) {
     enlarge();
     const test::TextRecorder drawn(popup);
     EXPECT_THAT(drawn.faults(), IsEmpty());
-    EXPECT_TRUE(drawn.shows(QStringLiteral("free of 888.88 GB")));
+    EXPECT_TRUE(drawn.shows(
+        localizedText("FREE_OF").arg(QString(), readersSize(row.u64TotalSpace)).trimmed()));
     AlertSheet *const sheet = AlertSheet::show(
         {QStringLiteral("warning.png"),
          QStringLiteral("Are you sure?"),
@@ -88,7 +94,10 @@ TEST_P(LargeText, StandsWholeInThePopupAndOnSheets) {
     delete sheet;
 }
 
-INSTANTIATE_TEST_SUITE_P(Scales, LargeText, testing::Values(1.0, 1.5, 2.0));
+INSTANTIATE_TEST_SUITE_P(Scales, LargeText,
+                         testing::Combine(testing::Values(1.0, 1.5, 2.0),
+                                          testing::Values(QLocale::c(),
+                                                          QLocale(QStringLiteral("de_DE")))));
 
 } // namespace
 } // namespace brightsweep

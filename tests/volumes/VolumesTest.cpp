@@ -1,5 +1,7 @@
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
+#include "platform/Platform.h"
+#include "platform/SystemFacts.h"
 #include "support/LogCapture.h"
 #include "volumes/FakeVolumeSource.h"
 #include "volumes/VolumesInfo.h"
@@ -63,7 +65,7 @@ TEST(VolumesInfo, RecordsWhatIsThereInItsOrder) {
     FakeVolumeSource source;
     source.add("/mnt/last").name = "caf\xe9\n";
     source.add("/mnt/empty").totalBytes = 0;
-    source.add("/");
+    source.add("/").name.clear();
     source.add("/mnt/odd").parametersKnown = false;
     source.mounted.back().parametersError = -50;
     source.add("/x");
@@ -81,6 +83,8 @@ TEST(VolumesInfo, RecordsWhatIsThereInItsOrder) {
     EXPECT_EQ(records[0].volRefNumber, 1);
     EXPECT_FALSE(records[0].bIsDefaultVol);
     EXPECT_TRUE(records[1].bIsDefaultVol);
+    EXPECT_EQ(records[1].volumeName,
+              paths::text(*Platform::current().facts->kernelValue("kern.hostname")));
     EXPECT_EQ(&records, &info.getAllVolsInfo()) << "one array, filled anew";
     EXPECT_EQ(records.size(), 3u);
     info.enumVolumesInfo();
