@@ -230,7 +230,7 @@ TEST(Helper, IsHeardOnlyByWhoeverStartedIt) {
 
 TEST(Helper, StopsWithinAnItemAndEndsWithItsStarter) {
     TestTree tree;
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < 5; ++i)
         tree.deepChain("folder/item/" + std::to_string(i), 9'000);
     HelperProcess process;
     process.sendRequest(Verb::RemoveItems, test::removalBelow(tree.path("folder"), "item"));

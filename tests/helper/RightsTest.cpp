@@ -64,7 +64,7 @@ TEST(Rights, RootGetsThemWithoutBeingAsked) {
 // Neither a stop nor giving the rights up waits for the tool.
 TEST(Rights, ARemovalEndsWhenItIsStoppedOrTheRightsAreGivenUp) {
     TestTree tree;
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < 5; ++i)
         tree.deepChain("folder/item/" + std::to_string(i), 9'000);
     LinuxAdministratorRights rights;
     ASSERT_EQ(rights.request().outcome, RightsOutcome::Granted);
