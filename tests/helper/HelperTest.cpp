@@ -125,6 +125,7 @@ TEST(Helper, RefusesWhatMustStay) {
     for (const char *place : {"system/usr/bin", "system/var/log/apt", "system/boot/efi"})
         all.file(std::string(place) + "/item");
     all.link("work/home", environment.home());
+    ASSERT_EQ(::chown(all.file("work/strangers").c_str(), 4711, 4711), 0);
     const auto root = environment.root();
     const RemoveItems right = test::removalBelow(root / "work", "folder/item");
     const auto changed = [&](auto change) {
@@ -154,6 +155,7 @@ TEST(Helper, RefusesWhatMustStay) {
         changed([](RemoveItems &other) { ++other.items[0].size; }),
         changed([](RemoveItems &other) { ++other.items[0].changed; }),
         test::removalBelow(root / "work", "home/.cache/item"), // through a link
+        test::removalBelow(root / "work", "strangers"),
         test::removalBelow("/", "no-such-item-anywhere"),
         test::removalBelow(root, "home"),
         test::removalBelow(root / "home", ".cache"),
