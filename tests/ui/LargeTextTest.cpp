@@ -10,7 +10,10 @@
 #include "support/TextRecorder.h"
 #include "ui/AlertSheet.h"
 #include "ui/Theme.h"
+#include "volumes/BubbleController.h"
 #include "volumes/StatusMenu.h"
+#include "volumes/ui/BubbleWindow.h"
+#include "volumes/ui/MAAttachedWindow.h"
 #include "volumes/ui/StatusPopup.h"
 
 #include <QApplication>
@@ -83,6 +86,9 @@ TEST_P(LargeText, StandsWholeInThePopupAndOnSheets) {
     EXPECT_THAT(drawn.faults(), IsEmpty());
     EXPECT_TRUE(drawn.shows(
         localizedText("FREE_OF").arg(QString(), readersSize(row.u64TotalSpace)).trimmed()));
+    const QString freed = QStringLiteral("Freigegebener Platz: 888.88 GB");
+    EXPECT_TRUE(
+        test::TextRecorder(*showBubbleWindow({QStringLiteral("14"), freed}, 0)).shows(freed));
     AlertSheet *const sheet = AlertSheet::show(
         {QStringLiteral("warning.png"),
          QStringLiteral("Are you sure?"),

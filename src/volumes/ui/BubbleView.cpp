@@ -52,7 +52,13 @@ BubbleText::BubbleText(const Bubble &content, QWidget *parent)
     : QWidget(parent), m_text(content.text()) {
     setObjectName(QStringLiteral("bubble.text"));
     setAccessibleName(m_text);
-    theme::keepSize(this, content.width(), Bubble::height);
+    theme::keep(this, [this, stated = content.width()] {
+        // No line is cut that fits with the usual text.
+        const int lines = theme::textWidth(m_text.split(u'\n'), 12, true) + 2 * sideMargin;
+        const int most = int(stated * theme::appearance().textScale);
+        setFixedSize(std::max(theme::height(stated), std::min(lines, most)),
+                     theme::height(Bubble::height));
+    });
 }
 
 QString BubbleText::fitted(const QString &text, const QRect &area, const QFont &font) {
