@@ -21,18 +21,20 @@ namespace {
 
 constexpr int imageSide = 48;
 constexpr int statedWidth = 360;
+constexpr double wordsSize = 12;
 constexpr int titleBarHeight = 32;
 constexpr int leastWordsHeight = 36; // two lines
 
-QLabel *plainLabel(const QString &text, double size, bool bold, QWidget *parent,
-                   bool isList = false) {
+// All labels of a sheet have one width: that of the list, if there is one.
+QLabel *plainLabel(const QString &text, double size, bool bold, const QStringList &list,
+                   QWidget *parent) {
     auto *const label = new QLabel(text, parent);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     theme::keepFont(label, size, bold);
-    theme::keep(label, [label, size, isList] {
+    theme::keep(label, [label, list] {
         const int room = label->screen()->availableSize().width() * 2 / 3;
-        const int whole = isList ? theme::textWidth(label->text().split(u'\n'), size) + 1 : 0;
+        const int whole = theme::textWidth(list, wordsSize) + 1;
         label->setFixedWidth(std::min(std::max(theme::height(statedWidth), whole), room));
     });
     return label;
@@ -118,11 +120,12 @@ AlertSheet::AlertSheet(AlertContent content, QWidget *window)
     auto *const column = new QVBoxLayout;
     column->setSpacing(2 * theme::grid);
     layout->addLayout(column);
-    column->addWidget(plainLabel(m_content.text, 13, true, this));
+    const QStringList list =
+        m_content.isList ? m_content.informativeText.split(u'\n') : QStringList();
+    column->addWidget(plainLabel(m_content.text, 13, true, list, this));
     Scrolled *words = nullptr;
     if (!m_content.informativeText.isEmpty()) {
-        words =
-            new Scrolled(plainLabel(m_content.informativeText, 12, false, this, m_content.isList));
+        words = new Scrolled(plainLabel(m_content.informativeText, wordsSize, false, list, this));
         column->addWidget(words);
     }
     column->addSpacing(3 * theme::grid);

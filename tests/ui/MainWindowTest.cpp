@@ -20,6 +20,7 @@
 #include <QPropertyAnimation>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QSignalSpy>
 
 #include <gmock/gmock.h>
@@ -216,6 +217,8 @@ TEST_F(QuickCleanQuestion, NamesEachCategoryInALineAndTakesHalfTheScreenAtMost) 
             sheet = sheet ? sheet : qobject_cast<AlertSheet *>(window);
         ASSERT_TRUE(sheet);
         EXPECT_LE(sheet->frameGeometry().height(), sheet->screen()->availableSize().height() / 2);
+        const auto *const words = sheet->findChild<QScrollArea *>();
+        EXPECT_TRUE(scale > 1 || words->viewport()->height() >= words->widget()->height());
         int lines = 0;
         for (const QLabel *const label : sheet->findChildren<QLabel *>())
             lines += int(label->text().count(QStringLiteral(": ")));
