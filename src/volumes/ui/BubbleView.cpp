@@ -54,7 +54,7 @@ BubbleText::BubbleText(const Bubble &content, QWidget *parent)
     setAccessibleName(m_text);
     theme::keep(this, [this, stated = content.width()] {
         // No line is cut that fits with the usual text.
-        const int lines = theme::textWidth(m_text.split(u'\n'), 12, true) + 2 * sideMargin;
+        const int lines = theme::textWidth(m_text.split(u'\n'), 12, true) + 1 + 2 * sideMargin;
         const int most = int(stated * theme::appearance().textScale);
         setFixedSize(std::max(theme::height(stated), std::min(lines, most)),
                      theme::height(Bubble::height));
