@@ -3,10 +3,9 @@ add_library(brightsweep_options INTERFACE)
 target_compile_options(brightsweep_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
   -Wcast-qual -Wformat=2 -Wimplicit-fallthrough)
-# Warnings are errors with the compilers of Debian 12. Later ones warn of things of their own, and
-# nobody who only wants to start the program is to be stopped by that.
-if((CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    OR (CMAKE_CXX_COMPILER_ID MATCHES Clang AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 15))
+# Later compilers warn of things of their own, and nobody who only wants to start the program is to
+# be stopped by that.
+if(BRIGHTSWEEP_WERROR)
   target_compile_options(brightsweep_options INTERFACE -Werror)
 endif()
 target_compile_definitions(brightsweep_options INTERFACE
@@ -64,7 +63,7 @@ endfunction()
 # g++ sees overruns in its own std::string that are not there.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(brightsweep_options INTERFACE
-    -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow)
+    -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow -Wno-stringop-overread)
   # With sanitizers it takes the inactive members of a std::variant for uninitialised ones.
   if(BRIGHTSWEEP_SANITIZE)
     target_compile_options(brightsweep_options INTERFACE -Wno-maybe-uninitialized)

@@ -47,7 +47,8 @@ install_packages() {
         apt-get install -y -qq --no-install-recommends "${chosen[@]}" > /dev/null
 }
 
-# build PRESET [TARGET…]
+# build PRESET [TARGET…]; `cmake_options` hold for a folder that is set up anew.
+cmake_options=()
 build() {
     local folder=build/$1 cache=build/$1/CMakeCache.txt
     # A checkout that was moved is built anew.
@@ -56,7 +57,7 @@ build() {
     fi
     if [ ! -f "$folder/build.ninja" ]; then
         echo "Building in $folder; the first time takes some minutes." >&2
-        cmake --preset "$1" > /dev/null || return
+        cmake --preset "$1" "${cmake_options[@]}" > /dev/null || return
     fi
     shift
     cmake --build "$folder" ${1:+--target "$@"} >&2

@@ -1,0 +1,2 @@
+// Only its precompiled headers are used.
+int main() {}
