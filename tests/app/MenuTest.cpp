@@ -391,16 +391,6 @@ TEST_F(Menu, ADriveThatIsNotLetGoIsTold) {
     EXPECT_FALSE(delegate->menu().itemWithVolume(2));
 }
 
-TEST_F(Menu, ANameFromRightToLeftTurnsNothingButItself) {
-    launch();
-    volumes->mountHandler({true, "\xd7\xa9\xd7\x9c\xd7\x95\xd7\x9d", "/media/x"});
-    volumes->mountHandler({true, "photos\xe2\x80\xaegpj.\xe2\x81\xa9", "/media/y"});
-    EXPECT_EQ(bubbles,
-              (QStringList{QStringLiteral("\u2068\u05e9\u05dc\u05d5\u05dd\u2069 is mounted "
-                                          "successfully!"),
-                           QStringLiteral("photosgpj. is mounted successfully!")}));
-}
-
 TEST_F(Menu, EjectAllTriesEveryVolume) {
     volumes->refusals[2] = {EBUSY, "busy", {}};
     add("first", external);

@@ -63,6 +63,8 @@ public:
 };
 
 TEST(CleanSysController, WithNothingSelectedItOnlySaysSo) {
+    EXPECT_EQ(CleanSysController::Delays().bubble, std::chrono::seconds(5));
+    EXPECT_EQ(CleanSysController::Delays().close, std::chrono::seconds(1));
     CleanPage::store("000200"); // a part does not count
     const test::CleanableMachine machine;
     const auto before = machine.state();
@@ -267,19 +269,6 @@ TEST(CleanSysController, AResetDuringARunLeavesItAlone) {
     clean.controller->windowDidLoad();
     test::waitUntil([&] { return clean.closes > 0; });
     EXPECT_EQ(test::changes(before, machine.state()), machine.changesOf({5}));
-}
-
-TEST(CleanSysController, BubblesStackUntilAllHaveGone) {
-    EXPECT_EQ(CleanSysController::Delays().bubble, std::chrono::seconds(5));
-    EXPECT_EQ(CleanSysController::Delays().close, std::chrono::seconds(1));
-    CleanPage::store("000000");
-    CleanSysController::Delays slow{std::chrono::milliseconds(200), std::chrono::milliseconds(1)};
-    QuickClean one(slow);
-    QuickClean two(slow);
-    test::waitUntil([&] { return !one.bubbles.empty() && !two.bubbles.empty(); });
-    EXPECT_EQ(one.indices[0] + two.indices[0], 0 + 1);
-    test::waitUntil([] { return UtilityObject::getMyObject().liveBubbleCount == 0; });
-    EXPECT_EQ(UtilityObject::getMyObject().totalBubbleCount, 0);
 }
 
 } // namespace

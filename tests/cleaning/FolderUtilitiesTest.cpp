@@ -49,19 +49,6 @@ TEST(FolderUtilities, ShowsAPlainFolderItselfAndElseWhatHoldsIt) {
     EXPECT_EQ(FolderUtilities::getFolderFromFile(tree.path("folder/gone")), tree.path("folder"));
 }
 
-TEST(FolderUtilities, OnlyThePackageCacheHasReservedNames) {
-    TestTree system(TestEnvironment::current().system());
-    const auto folders = test::rootsOf(
-        {system.directory("var/cache/apt/archives"), system.directory("var/cache/man")});
-    const RemovalRoot &cache = folders[0];
-    const RemovalRoot &other = folders[1];
-    for (const char *name : {"lock", "partial"}) {
-        EXPECT_TRUE(FolderUtilities::isReserved(cache, name));
-        EXPECT_FALSE(FolderUtilities::isReserved(other, name));
-    }
-    EXPECT_FALSE(FolderUtilities::isReserved(cache, "lock.deb"));
-}
-
 TEST(ItemSizes, CountLogicalBytesOfEveryNameAndFollowNoLink) {
     TestTree tree;
     tree.file("outside/big", std::string(5000, 'x'));
@@ -79,13 +66,6 @@ TEST(ItemSizes, CountLogicalBytesOfEveryNameAndFollowNoLink) {
     EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("item/a")), 10u);
     EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("link")), link);
     EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("gone")), 0u);
-}
-
-TEST(ItemSizes, StayAtTheLargestValue) {
-    constexpr auto most = std::numeric_limits<std::uint64_t>::max();
-    EXPECT_EQ(addSaturating(most - 1, 1), most);
-    EXPECT_EQ(addSaturating(most, most), most);
-    EXPECT_EQ(addSaturating(1, 2), 3u);
 }
 
 TEST(ItemSizes, KernelFileSystemsAndUnreadableFoldersCountNothing) {

@@ -3,11 +3,9 @@
 #include "desktop/PrivateBus.h"
 #include "foundation/FileDescriptor.h"
 #include "platform/LinuxPlatform.h"
-#include "platform/linux/SessionBus.h"
-#include "platform/linux/UDisksWatch.h"
 #include "support/TestEnvironment.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -20,11 +18,6 @@
 
 namespace brightsweep {
 namespace {
-
-using std::chrono::steady_clock;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 // Takes connections and keeps silent.
 class SilentListener {
@@ -45,19 +38,6 @@ public:
             m_callers.emplace_back(::socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0));
         } while (::connect(m_callers.back().get(), place, socklen_t(length)) == 0);
         EXPECT_EQ(errno, EAGAIN);
-    }
-
-    /// What each of those who have called so far has said.
-    std::vector<std::string> heard() {
-        std::vector<std::string> words;
-        pollfd waiting{m_socket.get(), POLLIN, 0};
-        while (::poll(&waiting, 1, 0) > 0) {
-            const FileDescriptor caller(::accept(m_socket.get(), nullptr, nullptr));
-            char said[100];
-            const auto size = ::recv(caller.get(), said, sizeof said, MSG_DONTWAIT);
-            words.emplace_back(said, std::size_t(std::max<ssize_t>(size, 0)));
-        }
-        return words;
     }
 
 private:
@@ -109,62 +89,6 @@ TEST(BusProbe, TellsSilenceFromAbsence) {
     EXPECT_TRUE(busIsSilent(bus.address(), patience));
     bus.signal(SIGCONT);
     EXPECT_FALSE(busIsSilent(bus.address(), std::chrono::minutes(1)));
-}
-
-TEST(BusProbe, ASilentSessionBusIsLeftAndFoundAgain) {
-    test::PrivateBus bus;
-    EXPECT_FALSE(leaveSilentSessionBus());
-    EXPECT_EQ(std::getenv("DBUS_SESSION_BUS_ADDRESS"), nullptr);
-    bus.signal(SIGSTOP);
-    ASSERT_TRUE(leaveSilentSessionBus());
-    for (const std::string &entry : environmentOfChildren())
-        EXPECT_EQ(entry.find("disabled:"), std::string::npos) << entry;
-    // What the toolkit does.
-    EXPECT_FALSE(
-        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("toolkit"))
-            .isConnected());
-    SessionBus session;
-    session.open();
-    EXPECT_FALSE(session.waitForConnection(steady_clock::now() + std::chrono::minutes(1)));
-    bus.signal(SIGCONT);
-    EXPECT_TRUE(test::eventuallyInLoop([&] { return session.isConnected(); }));
-    // A program started anew in this one's place.
-    EXPECT_FALSE(leaveSilentSessionBus());
-    EXPECT_FALSE(sessionBusIsLeft());
-    EXPECT_EQ(std::getenv("DBUS_SESSION_BUS_ADDRESS"), nullptr);
-
-    const std::string address = bus.address();
-    ::setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
-    bus.signal(SIGSTOP);
-    ASSERT_TRUE(leaveSilentSessionBus());
-    bus.signal(SIGCONT);
-    EXPECT_THAT(environmentOfChildren(), Contains("DBUS_SESSION_BUS_ADDRESS=" + address));
-    EXPECT_FALSE(leaveSilentSessionBus());
-    EXPECT_EQ(std::getenv("DBUS_SESSION_BUS_ADDRESS"), address);
-    ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
-}
-
-TEST(BusProbe, ASilentSystemBusHoldsNobodyUp) {
-    const std::string work = test::TestEnvironment::current().work();
-    SilentListener silent(work + "/system");
-    ::setenv("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + work + "/system").c_str(), 1);
-    {
-        UDisksWatch watch([] {});
-        watch.request(1);
-        test::PrivateBus bus;
-        SessionBus session;
-        session.open();
-        EXPECT_TRUE(session.waitForConnection(steady_clock::now() + std::chrono::minutes(1)));
-        watch.wait(steady_clock::now() + std::chrono::minutes(1));
-        EXPECT_EQ(watch.snapshot(), nullptr);
-        // Only asked whether it is there, and not again at every look at the volumes.
-        const std::string question("\0AUTH\r\n", 7);
-        EXPECT_THAT(silent.heard(), ElementsAre("", question));
-        watch.request(2);
-        watch.wait(steady_clock::now() + std::chrono::minutes(1));
-        EXPECT_THAT(silent.heard(), IsEmpty());
-    }
-    ::unsetenv("DBUS_SYSTEM_BUS_ADDRESS");
 }
 
 } // namespace

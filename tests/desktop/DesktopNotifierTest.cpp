@@ -110,19 +110,6 @@ TEST_F(DesktopNotifierTest, ActionBringsItsToken) {
     EXPECT_EQ(done, (std::vector<std::string>{"token", ""}));
 }
 
-TEST_F(DesktopNotifierTest, AnotherServersNumbersAreNotOurs) {
-    int done = 0;
-    Server first(m_bus, "actions");
-    Server second(m_bus, "actions");
-    ASSERT_TRUE(first.come());
-    notifier().show({{}, {}, 0, QStringLiteral("Open"), [&](const std::string &) { ++done; }});
-    ASSERT_TRUE(eventuallyInLoop([&] { return first.count("Notify") == 1; }));
-    second.click(41, "open", nullptr);
-    first.click(41, "open", nullptr);
-    ASSERT_TRUE(eventuallyInLoop([&] { return done > 0; }));
-    EXPECT_EQ(done, 1);
-}
-
 TEST_F(DesktopNotifierTest, AvailableOnceSomebodyIsThere) {
     EXPECT_FALSE(notifier().available());
     notifier().show({QStringLiteral("lost"), {}, 10, {}, {}});
@@ -132,11 +119,6 @@ TEST_F(DesktopNotifierTest, AvailableOnceSomebodyIsThere) {
         ASSERT_TRUE(eventuallyInLoop([&] { return notifier().available(); }));
     }
     ASSERT_TRUE(eventuallyInLoop([&] { return !notifier().available(); }));
-}
-
-TEST(DesktopNotifierWithoutBus, NothingIsShown) {
-    Platform::current().notifier->show({{}, QStringLiteral("lost"), 5, {}, {}});
-    EXPECT_FALSE(Platform::current().notifier->available());
 }
 
 } // namespace

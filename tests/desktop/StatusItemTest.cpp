@@ -65,23 +65,6 @@ private:
     bool m_host;
 };
 
-// Counts the item's signals.
-class SignalCounter : public QObject {
-    Q_OBJECT
-
-public:
-    SignalCounter(QDBusConnection &connection, const QString &item) {
-        for (const char *name : {"NewIcon", "NewTitle", "NewToolTip", "NewStatus"})
-            connection.connect(item, QLatin1String(LinuxStatusItem::path),
-                               QLatin1String(itemInterface), QLatin1String(name), this,
-                               SLOT(count(QDBusMessage)));
-    }
-    QStringList names;
-
-public Q_SLOTS:
-    void count(const QDBusMessage &message) { names << message.member(); }
-};
-
 class StatusItemTest : public testing::Test {
 protected:
     StatusItem &item() { return *Platform::current().statusItem; }
@@ -162,24 +145,6 @@ TEST_F(StatusItemTest, BusRestarts) {
     EXPECT_EQ(watcher.toolTip().title, QStringLiteral("set meanwhile"));
 }
 
-TEST_F(StatusItemTest, ABusThatHangsHoldsNobodyUp) {
-    m_bus.signal(SIGSTOP);
-    item().setShown(true);
-    item().setTitle(QStringLiteral("title"));
-    EXPECT_FALSE(item().hostPresent());
-    m_bus.signal(SIGCONT);
-    Watcher watcher(m_bus);
-    ASSERT_TRUE(watcher.come());
-    EXPECT_TRUE(eventuallyInLoop([&] { return item().hostPresent(); }));
-    m_bus.signal(SIGSTOP);
-    item().setTitle(QStringLiteral("other title"));
-    item().setShown(false);
-    item().setShown(true);
-    m_bus.signal(SIGCONT);
-    const int before = watcher.registrations();
-    EXPECT_TRUE(eventuallyInLoop([&] { return watcher.registrations() > before; }));
-}
-
 TEST_F(StatusItemTest, ClicksBringTheirPlaceAndToken) {
     Watcher watcher(m_bus);
     ASSERT_TRUE(watcher.come());
@@ -238,27 +203,5 @@ TEST_F(StatusItemTest, ToolTipIsPlainText) {
     }
 }
 
-TEST_F(StatusItemTest, OnlyChangesAreTold) {
-    Watcher watcher(m_bus);
-    ASSERT_TRUE(watcher.come());
-    item().setShown(true);
-    ASSERT_TRUE(eventuallyInLoop([&] { return watcher.registrations() > 0; }));
-    SignalCounter signalsOfItem(watcher.connection, watcher.item());
-    const std::vector<StatusImage> images{{1, 1, "\xff\xff\xff\xff"}};
-    for (int i = 0; i < 3; ++i) {
-        item().setTitle(QStringLiteral("title"));
-        item().setToolTip(QStringLiteral("title"), QStringLiteral("text"));
-        item().setImages(images);
-        item().setShown(true);
-    }
-    item().setTitle(QStringLiteral("end"));
-    ASSERT_TRUE(eventuallyInLoop([&] { return signalsOfItem.names.size() >= 4; }));
-    EXPECT_EQ(signalsOfItem.names,
-              QStringList({QStringLiteral("NewTitle"), QStringLiteral("NewToolTip"),
-                           QStringLiteral("NewIcon"), QStringLiteral("NewTitle")}));
-}
-
 } // namespace
 } // namespace brightsweep
-
-#include "StatusItemTest.moc"

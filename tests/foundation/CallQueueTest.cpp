@@ -39,19 +39,6 @@ TEST(CallQueue, KeepsTheOrderOfEachThread) {
     }
 }
 
-TEST(CallQueue, FunctionMayPostAgainAndRunTheLoop) {
-    CallQueue queue;
-    int runs = 0;
-    bool nested = false;
-    queue.post([&] {
-        ++runs;
-        queue.post([&] { nested = true; });
-        EXPECT_TRUE(processUntil([&] { return nested; }));
-        ++runs;
-    });
-    EXPECT_TRUE(processUntil([&] { return runs == 2; }));
-}
-
 TEST(CallQueue, DropsWhatWaitsWithIt) {
     const auto payload = std::make_shared<int>(1);
     {

@@ -195,28 +195,6 @@ TEST(UserDefaults, FullDiskLosesNothing) {
     EXPECT_EQ(status, 0);
 }
 
-TEST(UserDefaults, WhatTheFileHoldsIsNotWrittenAgain) {
-    test::TestTree tree;
-    UserDefaults defaults(tree.path("settings"));
-    const auto file = [&] {
-        struct stat status {};
-        ::stat(tree.path("settings").c_str(), &status);
-        return status.st_ino; // each writing makes a new file
-    };
-    defaults.setObject(key, 5);
-    const auto written = file();
-    EXPECT_NE(written, 0u);
-    defaults.setObject(key, 5);
-    defaults.removeObject(text("Missing"));
-    EXPECT_EQ(file(), written);
-    defaults.setObject(key, 6);
-    EXPECT_NE(file(), written);
-    // The file is what counts, not what this one wrote last.
-    UserDefaults(tree.path("settings")).setObject(key, 7);
-    defaults.setObject(key, 6);
-    EXPECT_EQ(UserDefaults(tree.path("settings")).integerForKey(key), 6);
-}
-
 TEST(UserDefaults, TwoProcessesLoseNoKey) {
     constexpr int each = 500;
     test::TestTree tree;
@@ -241,25 +219,6 @@ TEST(UserDefaults, TwoProcessesLoseNoKey) {
         ASSERT_EQ(defaults.objectForKey(text("a") + QString::number(i)), QString::number(i));
         ASSERT_EQ(defaults.objectForKey(text("b") + QString::number(i)), QString::number(i));
     }
-}
-
-TEST(UserDefaults, ManyThreadsShareIt) {
-    test::TestTree tree;
-    UserDefaults defaults(tree.path("settings"));
-    std::vector<std::thread> threads;
-    for (int who = 0; who < 4; ++who) {
-        threads.emplace_back([&, who] {
-            for (int i = 0; i < 50; ++i) {
-                defaults.setObject(QString::number(who), i);
-                defaults.registerDefaults({{key, i}});
-                defaults.integerForKey(key);
-            }
-        });
-    }
-    for (std::thread &thread : threads)
-        thread.join();
-    for (int who = 0; who < 4; ++who)
-        EXPECT_EQ(defaults.integerForKey(QString::number(who)), 49);
 }
 
 } // namespace

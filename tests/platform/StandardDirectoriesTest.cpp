@@ -160,32 +160,5 @@ TEST(StandardDirectories, ACacheFolderIsTheUsersOwnAndNothingElse) {
     EXPECT_THAT(pathsOf(CleanPlace::UserCaches), ElementsAre(home.path(".cache")));
 }
 
-TEST(StandardDirectories, TrashesOfAVolumeMustBeSound) {
-    TestTree tree;
-    const std::string user = std::to_string(::getuid());
-    const auto trashes = [&] {
-        return pathsOf(Platform::current().directories->trashesOfVolume(tree.path("volume")));
-    };
-    tree.directory("volume/.Trash/" + user + "/files");
-    tree.directory("volume/.Trash-" + user + "/files");
-    tree.mode("volume/.Trash/" + user, 0700);
-    tree.mode("volume/.Trash-" + user, 0700);
-    const auto shared = tree.path("volume/.Trash/" + user + "/files");
-    const auto own = tree.path("volume/.Trash-" + user + "/files");
-    EXPECT_THAT(trashes(), ElementsAre(own)) << "the shared one has no sticky bit";
-    tree.mode("volume/.Trash", 01777);
-    EXPECT_THAT(trashes(), ElementsAre(shared, own));
-    tree.mode("volume/.Trash-" + user, 0755);
-    EXPECT_THAT(trashes(), ElementsAre(shared)) << "open to others";
-    std::filesystem::rename(tree.path("volume/.Trash"), tree.path("elsewhere"));
-    tree.link("volume/.Trash", tree.path("elsewhere"));
-    EXPECT_THAT(trashes(), IsEmpty()) << "a link";
-    std::filesystem::remove(tree.path("volume/.Trash"));
-    tree.directory("volume/.Trash");
-    tree.mode("volume/.Trash", 01777);
-    tree.link("volume/.Trash/" + user, tree.path("elsewhere/" + user));
-    EXPECT_THAT(trashes(), IsEmpty()) << "a link that the folder's owner put there";
-}
-
 } // namespace
 } // namespace brightsweep

@@ -159,32 +159,5 @@ TEST(TrashRecord, ABatchWritesEachFileOnce) {
     EXPECT_EQ(sizes("one"), "4 4 elsewhere\n");
 }
 
-TEST(TrashRecord, SixThreadsLoseNoLine) {
-    TestTree tree;
-    std::string sizes;
-    constexpr int threads = 6;
-    constexpr int items = 20;
-    for (int i = 0; i < threads * items; ++i) {
-        tree.directory("Trash/files/n" + std::to_string(i));
-        tree.file("Trash/info/n" + std::to_string(i) + ".trashinfo");
-        sizes += "1 1 n" + std::to_string(i) + "\n1 1 kept" + std::to_string(i) + "\n";
-    }
-    tree.file("Trash/directorysizes", sizes);
-    std::vector<std::thread> workers;
-    for (int thread = 0; thread < threads; ++thread) {
-        workers.emplace_back([&tree, thread] {
-            for (int i = thread * items; i < (thread + 1) * items; ++i)
-                NvAuthorization::synFastRemovePath(tree.path("Trash/files/n" + std::to_string(i)));
-        });
-    }
-    for (std::thread &worker : workers)
-        worker.join();
-    std::string expected;
-    for (int i = 0; i < threads * items; ++i)
-        expected += "1 1 kept" + std::to_string(i) + "\n";
-    EXPECT_EQ(textOf(tree.path("Trash/directorysizes")), expected);
-    EXPECT_EQ(tree.snapshot("Trash").size(), 3u);
-}
-
 } // namespace
 } // namespace brightsweep

@@ -295,28 +295,6 @@ TEST_F(VolumesSystemTest, TheServiceSaysWhatADriveIs) {
     machine().stopDisks();
 }
 
-TEST_F(VolumesSystemTest, TheMountTableIsReadWhenItHasChanged) {
-    MountTableReader reader;
-    EXPECT_TRUE(reader.changedMounts());
-    EXPECT_FALSE(reader.changedMounts());
-    const std::string disk = machine().makeDisk("before");
-    machine().mountDisk(disk, "/media/disk");
-    const auto mounts = reader.changedMounts();
-    ASSERT_TRUE(mounts);
-    EXPECT_TRUE(holdsMountPoint(*mounts, "/media/disk"));
-    EXPECT_FALSE(reader.changedMounts());
-    // What else the facts are made of is noticed without a change of the table.
-    ASSERT_TRUE(factsOf("/media/disk"));
-    fs::remove_all("/dev/disk");
-    for (const char *label : {"one", "two"}) {
-        fs::remove_all("/dev/disk/by-label");
-        fs::create_directories("/dev/disk/by-label");
-        fs::create_symlink("../.." + disk.substr(4), std::string("/dev/disk/by-label/") + label);
-        EXPECT_EQ(factsOf("/media/disk")->name, label);
-    }
-    EXPECT_FALSE(reader.changedMounts());
-}
-
 TEST_F(VolumesSystemTest, ASilentServerDelaysNobody) {
     for (const auto manner : {SilentServer::Manner::NeverReads, SilentServer::Manner::Swallows}) {
         SCOPED_TRACE(int(manner));

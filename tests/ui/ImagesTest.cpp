@@ -123,14 +123,5 @@ TEST(Images, TheGaugeIsLegibleOnEveryTray) {
             }
 }
 
-TEST(Images, SurfacesFillTheirAreaAndOthersKeepTheirProportions) {
-    const QImage surface = pixmapNamed(QStringLiteral("list.png"), QSize(40, 90), 1).toImage();
-    EXPECT_EQ(qAlpha(surface.pixel(1, 1)), 255);
-    EXPECT_EQ(qAlpha(surface.pixel(38, 88)), 255);
-    const QImage mark = pixmapNamed(QStringLiteral("option_yes.png"), QSize(24, 96), 1).toImage();
-    EXPECT_EQ(qAlpha(mark.pixel(12, 12)), 0);
-    EXPECT_EQ(qAlpha(mark.pixel(12, 48)), 255);
-}
-
 } // namespace
 } // namespace brightsweep

@@ -1,10 +1,6 @@
-#include "volumes/BubbleController.h"
-#include "volumes/ui/BubbleView.h"
 #include "volumes/ui/CustomStatusItemView.h"
-#include "volumes/ui/MAAttachedWindow.h"
 
 #include <QApplication>
-#include <QScreen>
 #include <QSignalSpy>
 
 #include <gmock/gmock.h>
@@ -95,52 +91,6 @@ TEST(StatusItemViewTest, ImagesAreAlphaFirstAndNotPremultiplied) {
     EXPECT_GT(red, 100U) << "the warning form is red";
     EXPECT_EQ(byte(0), 0U) << "the corner is empty";
     EXPECT_TRUE(CustomStatusItemView::drawnImages(QStringLiteral("none")).empty());
-}
-
-TEST(BubbleViewTest, StacksAtTheRightEdgeAndNeverTakesTheFocus) {
-    BubbleController controller;
-    const BubbleView view(controller);
-    std::vector<int> numbers;
-    for (const Bubble &bubble :
-         {Bubble{QStringLiteral("One is mounted successfully!"), {}},
-          Bubble{QStringLiteral("Two cannot be ejected."), QStringLiteral("In use by vi")},
-          Bubble{QStringLiteral("<b>&Three</b>"), {}}})
-        numbers.push_back(controller.initBubbleViewWith(bubble));
-    std::vector<QWidget *> windows;
-    for (QWidget *window : QApplication::topLevelWidgets()) {
-        if (window->objectName() == QStringLiteral("bubble"))
-            windows.push_back(window);
-    }
-    ASSERT_EQ(windows.size(), 3U);
-    std::sort(windows.begin(), windows.end(),
-              [](const QWidget *a, const QWidget *b) { return a->y() < b->y(); });
-    const QRect available = QApplication::primaryScreen()->availableGeometry();
-    for (std::size_t i = 0; i < windows.size(); ++i) {
-        EXPECT_EQ(windows[i]->geometry().right() + 1, available.right() + 1 - 10);
-        EXPECT_EQ(windows[i]->y(), windows[0]->y() + 60 * int(i));
-        EXPECT_TRUE(windows[i]->testAttribute(Qt::WA_ShowWithoutActivating));
-        EXPECT_TRUE(windows[i]->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus));
-        EXPECT_FALSE(windows[i]->isActiveWindow());
-    }
-    EXPECT_EQ(windows[2]->accessibleName(), QStringLiteral("<b>&Three</b>"));
-    for (const int number : numbers)
-        controller.deleteBubbleView(number);
-    for (const QWidget *window : QApplication::topLevelWidgets())
-        EXPECT_NE(window->objectName(), QStringLiteral("bubble"));
-}
-
-TEST(BubbleViewTest, WordsStayWhole) {
-    const QFont font = QApplication::font();
-    const QFontMetrics metrics(font);
-    const QString text = QStringLiteral("mmmm mmmm mmmm");
-    const int width = metrics.horizontalAdvance(QStringLiteral("mmmm mmm"));
-    const auto fits = [&](int lines) {
-        const QRect area(0, 0, width, metrics.lineSpacing() * lines + metrics.height() / 2);
-        return BubbleText::fitted(text, area, font) == text;
-    };
-    // Broken anywhere it would stand in two lines.
-    EXPECT_FALSE(fits(2));
-    EXPECT_TRUE(fits(3));
 }
 
 } // namespace
