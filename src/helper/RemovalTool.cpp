@@ -6,6 +6,7 @@
 #include "linux/ProcessStart.h"
 
 #include <fcntl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -24,6 +25,14 @@ constexpr char removalTool[] = "/bin/rm";
 // Between the polite signal and the other, and at most until the tool is left to the kernel.
 constexpr int politeMilliseconds = 200;
 constexpr int patienceMilliseconds = 900;
+
+// The directory without anything that is mounted below it, now or later: the tool tells mounts by
+// their device alone, and would go into one of the same file system. None where the kernel refuses.
+FileDescriptor openAlone(int directory) {
+    constexpr unsigned openTreeClone = 1; // OPEN_TREE_CLONE, which not every header has
+    return FileDescriptor(
+        int(::syscall(SYS_open_tree, directory, "", AT_EMPTY_PATH | openTreeClone | O_CLOEXEC)));
+}
 
 // Waits for a child of ours; false when it has not ended by then.
 bool waitFor(pid_t child, int milliseconds) {
@@ -53,12 +62,13 @@ ToolEnd runRemovalTool(int directory, const std::vector<std::string> &names,
     std::vector<std::string> words = {"rm", "-rf", "--one-file-system", "--"};
     for (const std::string &name : names)
         words.push_back("./" + name);
+    const FileDescriptor alone = openAlone(directory);
     const auto [child, error] = startProcess({.arguments = std::move(words),
                                               .program = removalTool,
                                               .environment = {{"LC_ALL=C"}},
                                               .output = writing.get(),
                                               .errors = writing.get(),
-                                              .directory = directory,
+                                              .directory = alone ? alone.get() : directory,
                                               .leadsGroup = true,
                                               .prepare = confineToRemoving});
     if (error != 0) {

@@ -305,6 +305,16 @@ TEST(Helper, LeavesATreeWithAMountInItWhole) {
               "lies on another volume");
     EXPECT_EQ(tree.snapshot(), before);
     EXPECT_TRUE(isRemoved(process.remove(tree.path("folder/tree"), "kept")));
+    // The kernel does not tell that a mount point has another path now, and the tool takes what is
+    // on the same device for its own.
+    tree.file("precious/file");
+    const Mounted bound(tree.path("precious").c_str(), tree.directory("folder/old/bound"), nullptr,
+                        MS_BIND);
+    EXPECT_EQ(process.remove(tree.path("folder"), "old").output, "holds another volume");
+    std::filesystem::rename(tree.path("folder/old"), tree.path("folder/new"));
+    EXPECT_FALSE(process.remove(tree.path("folder"), "new").gone);
+    EXPECT_TRUE(tree.exists("precious/file"));
+    std::filesystem::rename(tree.path("folder/new"), tree.path("folder/old")); // to be unmounted
 }
 
 TEST(Helper, SendsTheBeginningOfWhatTheToolSays) {
