@@ -8,6 +8,8 @@ namespace brightsweep {
 
 namespace {
 
+constexpr std::chrono::seconds freshness(1);
+
 // Orders paths so that what lies below a directory follows it at once: "/a", "/a/b", "/a-b".
 struct BeforeByComponent {
     static int weight(char character) {
@@ -73,6 +75,11 @@ std::vector<std::string_view> MountSnapshot::below(std::string_view directory) c
 
 std::shared_ptr<const MountSnapshot> Mounts::current() {
     const std::lock_guard lock(m_mutex);
+    const auto now = std::chrono::steady_clock::now();
+    if (now - m_readAt > freshness) {
+        m_reader = MountTableReader();
+        m_readAt = now;
+    }
     if (auto mounts = m_reader.changedMounts(); mounts || !m_snapshot)
         m_snapshot = std::make_shared<const MountSnapshot>(mounts ? *std::move(mounts)
                                                                   : std::vector<Mount>());

@@ -3,6 +3,7 @@
 #include "linux/MountTable.h"
 #include "linux/MountTableReader.h"
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -36,7 +37,8 @@ private:
     std::vector<std::string_view> m_points; // by component, so that what lies below follows
 };
 
-/// Gives the present mounts, which it reads again only when the kernel says that they changed.
+/// Gives the present mounts, which it reads again when the kernel says that they changed, and once
+/// a second at most because it does not say so when a folder above a mount point is renamed.
 /// Safe from every thread.
 class Mounts {
 public:
@@ -48,6 +50,7 @@ public:
 private:
     std::mutex m_mutex;
     MountTableReader m_reader;
+    std::chrono::steady_clock::time_point m_readAt;
     std::shared_ptr<const MountSnapshot> m_snapshot;
 };
 
