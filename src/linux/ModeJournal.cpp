@@ -21,7 +21,7 @@ namespace {
 constexpr std::array<char, 8> mark = {'B', 'S', 'M', 'O', 'D', 'E', 'S', '1'};
 constexpr std::size_t beatPlace = mark.size();
 constexpr std::size_t headSize = 64;
-constexpr off_t largestJournal = off_t(64) << 20;
+constexpr off_t largestJournal = off_t(256) << 20;
 // A change time may be that much later than the beat before the change: the kernel's clock for
 // files ticks, and a slow disk takes its time.
 constexpr std::int64_t tolerance = 1'000'000'000;
@@ -148,6 +148,8 @@ void restoreAll(std::string_view journal) {
     std::int64_t beat;
     std::memcpy(&beat, journal.data() + beatPlace, sizeof beat);
     journal.remove_prefix(headSize);
+    // Of a line that was cut short the mode was not changed.
+    journal = journal.substr(0, journal.rfind('\n') + 1);
     // The last first: a directory opened up twice gets its first mode back in the end, and one
     // within another is reached before the way to it is closed.
     while (journal.ends_with('\n')) {
@@ -207,11 +209,16 @@ std::error_code ModeJournal::open(const std::string &path) {
 std::error_code ModeJournal::begin() {
     if (m_path.empty())
         return std::make_error_code(std::errc::operation_not_permitted);
-    ::mkdir(m_path.substr(0, m_path.rfind('/')).c_str(), 0700);
+    for (auto slash = m_path.find('/', 1); slash != m_path.npos;
+         slash = m_path.find('/', slash + 1))
+        ::mkdir(m_path.substr(0, slash).c_str(), 0700);
     off_t size = 0;
     auto file = openJournal(m_path, O_CREAT, size);
+    // That its folder is missing must not be taken for the directory that was to be opened up.
     if (!file)
-        return file.error();
+        return file.error() == std::errc::no_such_file_or_directory
+                   ? std::make_error_code(std::errc::operation_not_permitted)
+                   : file.error();
     std::array<char, headSize> head{};
     std::memcpy(head.data(), mark.data(), mark.size());
     if (::ftruncate(file->get(), 0) != 0 || !writeWhole(file->get(), {head.data(), head.size()}))
@@ -241,7 +248,8 @@ void ModeJournal::close() {
     closeFile();
 }
 
-Result<std::uint64_t> ModeJournal::openUp(int directory, const std::string &path) {
+Result<std::uint64_t> ModeJournal::openUp(int directory,
+                                          const std::function<std::string()> &pathOf) {
     const auto facts = factsOf(directory);
     if (!facts)
         return facts.error();
@@ -256,8 +264,17 @@ Result<std::uint64_t> ModeJournal::openUp(int directory, const std::string &path
             return error;
     }
     const std::uint32_t after = facts->mode | ownersBits;
-    if (!writeWhole(m_file.get(), lineOf(*facts, after, path)))
-        return lastError();
+    const std::string path = pathOf();
+    const std::string line = lineOf(*facts, after, path);
+    const off_t end = ::lseek(m_file.get(), 0, SEEK_END);
+    // A longer one would not be read again.
+    if (end < 0 || end + off_t(line.size()) > largestJournal)
+        return std::errc::file_too_large;
+    if (!writeWhole(m_file.get(), line)) {
+        const auto error = lastError();
+        // No half line may stand before the next one.
+        return ::ftruncate(m_file.get(), end) == 0 ? error : lastError();
+    }
     m_beat.load()->store(now(), std::memory_order_relaxed);
     if (!setMode(directory, after))
         return lastError();

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
@@ -37,8 +38,9 @@ public:
 
     /// Opens the mode of a directory up where that is needed. The descriptor may be a mere place.
     /// Gives a number for the two calls below, 0 where nothing was changed. An error where the
-    /// journal is not open or cannot be written: the mode is then as it was.
-    Result<std::uint64_t> openUp(int directory, const std::string &path);
+    /// journal is not open or cannot be written: the mode is then as it was. The path is asked for
+    /// only where it is written.
+    Result<std::uint64_t> openUp(int directory, const std::function<std::string()> &pathOf);
     /// The directory has gone.
     void forget(std::uint64_t number);
     void putBack(std::uint64_t number);

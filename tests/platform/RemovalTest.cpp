@@ -17,6 +17,7 @@
 #include <sys/stat.h>
 
 #include <fstream>
+#include <thread>
 
 namespace brightsweep {
 namespace {
@@ -195,6 +196,20 @@ TEST(Removal, OpensModesOfDirectoriesAndPutsThemBack) {
     EXPECT_EQ(modeOf("root/held"), 0500u);
     EXPECT_TRUE(tree.exists("root/held/foreign/file"));
     EXPECT_FALSE(tree.exists("journal/modes"));
+    // The journal's folders are made; where they cannot be, that is not told as an item that went.
+    tree.mode("root/held/foreign", 0500);
+    tree.mode("root/held", 0700);
+    ASSERT_EQ(::chown(tree.path("root/held/foreign").c_str(), 65534, 65534), 0);
+    EXPECT_EQ(0, test::runInChild([&] {
+                  const auto foreign = targetIn(tree.path("root"), "held/foreign");
+                  if (!test::becomeUnprivileged())
+                      return 16;
+                  files().openModeJournal(tree.path("missing/modes"));
+                  const auto blocked = removeItem(foreign);
+                  files().openModeJournal(tree.path("journal/new/folders/modes"));
+                  return blocked == std::errc::operation_not_permitted ? !!removeItem(foreign) : 1;
+              }));
+    tree.mode("root/held", 0500);
 
     // Killed in between: the next journal puts back what nobody has changed since.
     for (const bool changed : {false, true}) {
@@ -204,12 +219,14 @@ TEST(Removal, OpensModesOfDirectoriesAndPutsThemBack) {
                       ModeJournal killed;
                       const FileDescriptor folder(
                           ::open(tree.path("root/held").c_str(), O_RDONLY | O_DIRECTORY));
-                      if (killed.open(journal) ||
-                          killed.openUp(folder.get(), tree.path("root/held")).value_or(0) == 0)
+                      if (killed.open(journal) || killed.openUp(folder.get(), [&] {
+                                                            return tree.path("root/held");
+                                                        }).value_or(0) == 0)
                           return 17;
                       ::_exit(0); // no destructor, as by a kill
                   }));
         EXPECT_EQ(modeOf("root/held"), 0700u);
+        std::ofstream(journal, std::ios::app) << "cut sho"; // by a full disk
         if (changed)
             tree.mode("root/held", 0710);
         EXPECT_EQ(0, test::runInChild([&] {
@@ -217,6 +234,25 @@ TEST(Removal, OpensModesOfDirectoriesAndPutsThemBack) {
                                                                                              : 1;
                   }));
         EXPECT_EQ(modeOf("root/held"), changed ? 0710u : 0500u);
+    }
+}
+
+// A directory may go between being opened and being read.
+TEST(Removal, GoesOnWhereAnotherProcessRemovesAsWell) {
+    TestTree tree;
+    tree.directory("root");
+    const auto item = targetIn(tree.path("root"), "item");
+    for (int round = 0; round < 20; ++round) {
+        for (int i = 0; i < 300; ++i)
+            tree.directory("root/item/" + std::to_string(i));
+        std::thread other([&] {
+            for (int i = 0; i < 300; ++i)
+                ::rmdir(tree.path("root/item/" + std::to_string(i)).c_str());
+        });
+        const auto error = removeItem(item);
+        other.join();
+        EXPECT_FALSE(error) << error.message();
+        EXPECT_FALSE(tree.exists("root/item"));
     }
 }
 

@@ -126,12 +126,14 @@ private:
 
     std::error_code removeEntries(Level &level) {
         do {
-            if (const auto error = m_files.readBlock(level.open, m_block, WantedAttributes::None))
-                return error;
-            if (isStopped())
-                return canceled;
-            m_modes.beat();
+            const auto error = m_files.readBlock(level.open, m_block, WantedAttributes::None);
+            // One that somebody else removed meanwhile holds nothing.
+            if (error)
+                return error == std::errc::no_such_file_or_directory ? std::error_code() : error;
             for (const DirectoryEntry &entry : m_block.entries()) {
+                if (isStopped())
+                    return canceled;
+                m_modes.beat();
                 if (entry.type == EntryType::Directory)
                     level.children.emplace_back(entry.nameView());
                 else if (::unlinkat(level.open.descriptor.get(), entry.name, 0) != 0 &&
@@ -154,7 +156,7 @@ private:
             place = *std::move(reached);
         }
         const int descriptor = directory ? directory->descriptor.get() : place.get();
-        const auto number = m_modes.openUp(descriptor, pathOf(name));
+        const auto number = m_modes.openUp(descriptor, [&] { return pathOf(name); });
         if (!number) {
             if (m_options.modeStays)
                 *m_options.modeStays = true;
@@ -366,7 +368,10 @@ std::error_code LinuxFileOperations::removeItem(const OpenItem &item,
     // What may not leave its folder is not emptied either.
     if (const auto error = keptInFolder(item))
         return error;
-    return TreeRemoval(*this, m_modes, item, options).run();
+    const auto error = TreeRemoval(*this, m_modes, item, options).run();
+    // What was missing may be something within it.
+    const bool isLess = error == std::errc::no_such_file_or_directory && !hasGone(item);
+    return isLess ? make_error_code(RemovalError::Changed) : error;
 }
 
 Result<TrashFolder> LinuxFileOperations::trashOf(const HoldingFolder &folder, bool make) {
