@@ -116,6 +116,9 @@ TEST(StandardDirectories, DownloadsAreWhereTheUserSaysUnlessThatIsTooMuch) {
         home.file(".config/user-dirs.dirs", row.line);
         EXPECT_EQ(pathsOf(CleanPlace::Downloads), row.folders) << row.line;
     }
+    // What cannot be read may say anything.
+    home.file(".config/user-dirs.dirs", std::string((1 << 20) + 1, '#'));
+    EXPECT_THAT(pathsOf(CleanPlace::Downloads), ElementsAre());
 }
 
 // Whatever a variable or a link names: only a folder of the user's own with no other purpose.
@@ -157,6 +160,9 @@ TEST(StandardDirectories, ACacheFolderIsTheUsersOwnAndNothingElse) {
         }
     }
     ::setenv("XDG_CACHE_HOME", "relative", 1);
+    ::setenv("XDG_RUNTIME_DIR", home.directory(".cache/sockets").c_str(), 1);
+    EXPECT_THAT(pathsOf(CleanPlace::UserCaches), ElementsAre());
+    ::unsetenv("XDG_RUNTIME_DIR");
     EXPECT_THAT(pathsOf(CleanPlace::UserCaches), ElementsAre(home.path(".cache")));
 }
 

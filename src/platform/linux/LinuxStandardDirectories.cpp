@@ -194,6 +194,8 @@ void add(CleanFolders &folders, const path &folder, int directory, int role, IsO
 }
 
 void addUserFolder(CleanFolders &folders, const path &folder, FolderRole role) {
+    if (folder.empty())
+        return;
     const auto directory = openPlace(folder.native());
     if (directory)
         add(folders, folder, directory->get(), int(role),

@@ -1,6 +1,7 @@
 #include "platform/linux/OwnPlaces.h"
 
 #include "foundation/Identity.h"
+#include "foundation/Log.h"
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
 #include "linux/UserDirectories.h"
@@ -11,6 +12,7 @@
 #include <array>
 #include <cstdlib>
 #include <mutex>
+#include <optional>
 #include <string>
 
 namespace brightsweep {
@@ -41,10 +43,21 @@ constexpr std::array roles = {
 
 using Directories = std::map<std::string, std::string>;
 
-Directories userDirectories() {
-    const auto text = readSmallFile(
+// None where the user's choice cannot be read.
+std::optional<Directories> userDirectories() {
+    const auto text = readWholeFile(
         paths::join(environmentFolder("XDG_CONFIG_HOME", ".config"), "user-dirs.dirs"));
-    return text ? parseUserDirectories(*text, homeFolder().native()) : Directories();
+    if (text)
+        return parseUserDirectories(*text, homeFolder().native());
+    if (text.error() == std::errc::no_such_file_or_directory)
+        return Directories();
+    return {};
+}
+
+// Where the session's sockets are; no category's folder.
+std::string runtimeFolder() {
+    const char *folder = std::getenv("XDG_RUNTIME_DIR");
+    return folder && folder[0] == '/' ? folder : "";
 }
 
 std::filesystem::path placeOfRow(const RoleRow &row, const Directories &named) {
@@ -64,13 +77,15 @@ RemovalCaller ownCaller() {
     passwd *found = nullptr;
     if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found)
         caller.homes.emplace_back(found->pw_dir);
-    const Directories named = userDirectories();
+    const Directories named = userDirectories().value_or(Directories());
     for (const RoleRow &row : roles) {
         // A user directory that is the home itself is switched off.
         if (const auto place = placeOfRow(row, named);
             !row.isUserDirectory || place != homeFolder())
             caller.standardFolders.push_back({int(row.role), place.native()});
     }
+    if (const auto runtime = runtimeFolder(); !runtime.empty())
+        caller.furtherFolders.push_back({systemRole, runtime});
     for (const FolderRole role : {FolderRole::Trash, FolderRole::TrashItems})
         caller.standardFolders.push_back({int(role), folderOfRole(role).native()});
     caller.ownsAllHomes = caller.user == 0;
@@ -83,7 +98,7 @@ RemovalCaller ownCaller() {
 std::string surroundings() {
     std::string text = std::to_string(::geteuid());
     for (const char *name : {"HOME", "BRIGHTSWEEP_SYSTEM_ROOT", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
-                             "XDG_STATE_HOME", "XDG_CACHE_HOME"}) {
+                             "XDG_STATE_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {
         const char *value = std::getenv(name);
         text.append("\n").append(value ? value : "");
     }
@@ -98,8 +113,13 @@ std::filesystem::path folderOfRole(FolderRole role) {
     if (role == FolderRole::TrashItems)
         return paths::join(folderOfRole(FolderRole::Trash), "files");
     for (const RoleRow &row : roles) {
-        if (row.role == role)
-            return placeOfRow(row, userDirectories());
+        if (row.role != role)
+            continue;
+        if (!row.isUserDirectory)
+            return placeOfRow(row, {});
+        if (const auto named = userDirectories())
+            return placeOfRow(row, *named);
+        NSLog("Where the user's folders are cannot be read");
     }
     return {};
 }
