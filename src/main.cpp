@@ -8,6 +8,7 @@
 #include "core/MacLog.h"
 #include "foundation/FileDescriptor.h"
 #include "foundation/Log.h"
+#include "foundation/OwnProcess.h"
 #include "memory/ClearMemory.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
@@ -58,6 +59,7 @@ int applicationMain(int argc, char **argv, int terminal) {
 } // namespace
 
 int main(int argc, char **argv) {
+    brightsweep::settleProcess();
     // The log takes the place of standard error.
     const brightsweep::FileDescriptor terminal(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3));
     const bool frees = brightsweep::ClearMemory::valueToFree(argc, argv) != nullptr;

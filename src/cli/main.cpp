@@ -4,11 +4,13 @@
 #include "app/RegisterDefaults.h"
 #include "core/MacLog.h"
 #include "foundation/Identity.h"
+#include "foundation/OwnProcess.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
 #include "removal/RemovalRun.h"
 
 int main(int argc, char **argv) {
+    brightsweep::settleProcess();
     brightsweep::cli::beginCommandLine();
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());
     brightsweep::MacLog::setLogFileForCommandLine(brightsweep::logFileName);

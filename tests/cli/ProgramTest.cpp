@@ -89,6 +89,17 @@ TEST_F(Program, OnlyARegularFileIsALog) {
                 HasSubstr("freeMemoy size=1024\n"));
 }
 
+TEST_F(Program, MeetsClosedDescriptorsAndALimitOnFilesAsErrors) {
+    const auto statusOf = [](const char *surroundings) {
+        return runProgram({"/bin/sh", "-c",
+                           std::string(surroundings) + "; exec " BRIGHTSWEEP_CLI " settings"})
+            .status;
+    };
+    for (const char *closing : {"exec >&-", "exec <&- >&-", "exec <&- >&- 2>&-"})
+        EXPECT_EQ(statusOf(closing), 1) << closing;
+    EXPECT_EQ(statusOf("ulimit -f 0"), 0);
+}
+
 TEST_F(Program, WorksWithoutAThreadToBeHad) {
     CleanableMachine machine;
     std::filesystem::permissions(TestEnvironment::current().root(), std::filesystem::perms(0755));
