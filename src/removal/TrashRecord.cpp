@@ -2,6 +2,7 @@
 
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
+#include "linux/Place.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -74,6 +75,13 @@ std::string_view encodedName(std::string_view line) {
         line.remove_prefix(blank + 1);
     }
     return line;
+}
+
+// Nothing is taken from another mount, be it one upon a trash's folder.
+bool isOnSameMount(int one, int other) {
+    const auto first = placeOf(one);
+    const auto second = placeOf(other);
+    return first && second && first->mount == second->mount;
 }
 
 // One rewrite at a time: the new text replaces what was read.
@@ -167,7 +175,8 @@ std::optional<TrashRecord> TrashRecord::of(const HoldingFolder &folder,
     struct stat named;
     if (!record.m_info || ::fstat(files, &own) != 0 ||
         ::fstatat(record.m_trash.get(), "files", &named, AT_SYMLINK_NOFOLLOW) != 0 ||
-        !isSame(own, named))
+        !isSame(own, named) || !isOnSameMount(files, record.m_trash.get()) ||
+        !isOnSameMount(files, record.m_info.get()))
         return std::nullopt;
     record.m_infoPath = paths::join(paths::parent(path), "info");
     return record;

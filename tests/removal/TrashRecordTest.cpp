@@ -3,8 +3,13 @@
 #include "platform/StandardDirectories.h"
 #include "removal/FakeRights.h"
 #include "removal/NvAuthorization.h"
+#include "support/ChildProcess.h"
+#include "support/NeedsRoot.h"
 
 #include <gtest/gtest.h>
+
+#include <sched.h>
+#include <sys/mount.h>
 
 #include <thread>
 
@@ -70,6 +75,25 @@ TEST(TrashRecord, TouchesNothingThatIsNoTrash) {
     EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path("Trash/files/item")));
     EXPECT_TRUE(NvAuthorization::synFastRemovePath(tree.path(".Trash-7/files/second")));
     EXPECT_EQ(tree.snapshot("outside"), before);
+}
+
+TEST(TrashRecord, TakesNothingAcrossAMount) {
+    test::needRoot();
+    TestTree tree;
+    tree.file("Trash/files/item");
+    tree.directory("Trash/info");
+    tree.file("elsewhere/item.trashinfo");
+    EXPECT_EQ(
+        0, test::runInChild([&] {
+            return ::unshare(CLONE_NEWNS) == 0 &&
+                           ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                           ::mount(tree.path("elsewhere").c_str(), tree.path("Trash/info").c_str(),
+                                   nullptr, MS_BIND, nullptr) == 0 &&
+                           NvAuthorization::synFastRemovePath(tree.path("Trash/files/item"))
+                       ? 0
+                       : 1;
+        }));
+    EXPECT_TRUE(tree.exists("elsewhere/item.trashinfo"));
 }
 
 // The home's trash may be a link to a folder of any name; a file of sizes that nobody computed is
