@@ -100,8 +100,7 @@ void SameFileDeleteViewController::deleteDupFiles(std::nullptr_t) {
         m_results.push_back(std::move(result));
         // What came by the time that the main thread looks is taken together.
         if (!std::exchange(m_resultsTold, true))
-            QMetaObject::invokeMethod(
-                this, [this] { takeResults(); }, Qt::QueuedConnection);
+            m_calls.post([this] { takeResults(); });
     }
 }
 

@@ -4,6 +4,7 @@
 #include "duplicates/DuplicateFilesOpt.h"
 #include "duplicates/DuplicateRemoval.h"
 #include "duplicates/DuplicateSelection.h"
+#include "foundation/CallQueue.h"
 #include "removal/PadlockController.h"
 
 #include <QObject>
@@ -247,6 +248,7 @@ private:
     std::mutex m_mutex; // guards the two below
     std::vector<Result> m_results;
     bool m_resultsTold = false;
+    CallQueue m_calls; ///< of this thread, for what a removal tells
 };
 
 } // namespace brightsweep
