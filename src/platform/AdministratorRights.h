@@ -34,7 +34,7 @@ struct PrivilegedRemoval {
         FileAttributes attributes;
     };
     /// So many at most.
-    static constexpr std::size_t mostItems = 64;
+    static constexpr std::size_t mostItems = 256;
 
     RemovalRoot root;
     std::filesystem::path way; ///< from the root to the directory; empty for the root itself

@@ -187,7 +187,7 @@ TEST(Helper, RefusesWhatMustStay) {
 TEST(Helper, TakesSeveralItemsAndTellsThemApart) {
     TestTree tree;
     std::vector<std::string> names;
-    for (int i = 0; i < 64; ++i)
+    for (int i = 0; i < 256; ++i)
         names.push_back("item" + std::to_string(i));
     for (const std::string &name : names)
         tree.file("folder/" + name + "/file");

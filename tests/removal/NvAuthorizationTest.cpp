@@ -123,7 +123,7 @@ TEST_F(Authorization, WhatTheUserMayDeleteNeedsNoRights) {
 TEST_F(Authorization, WhatTheUserMayNotDeleteGoesWithRightsInOneGo) {
     folder("folder", false);
     std::vector<std::filesystem::path> items;
-    for (int i = 0; i < 70; ++i)
+    for (int i = 0; i < 300; ++i)
         items.push_back(tree.file("folder/" + std::to_string(i)));
     folder("own", true);
     tree.file("own/item");
@@ -145,7 +145,7 @@ TEST_F(Authorization, WhatTheUserMayNotDeleteGoesWithRightsInOneGo) {
         }
         const auto own = test::targetIn(tree.path("own"), "item");
         removal.removeInTurn(items.size(), own, removal.reach(own), tell);
-        EXPECT_EQ(rights.batches, 1) << "the first 64";
+        EXPECT_EQ(rights.batches, 1) << "the first 256";
         EXPECT_TRUE(removal.isWaiting());
         removal.finish(tell);
     }

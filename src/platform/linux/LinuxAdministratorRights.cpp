@@ -316,6 +316,7 @@ bool LinuxAdministratorRights::accepts(const RightsToken &token) {
 std::vector<PrivilegedReply> LinuxAdministratorRights::removeItems(const RightsToken &token,
                                                                    const PrivilegedRemoval &removal,
                                                                    const std::atomic<bool> *stop) {
+    static_assert(PrivilegedRemoval::mostItems <= helper::maximumItems);
     helper::Request request{token, helper::Verb::RemoveItems, {}};
     request.remove.root = removal.root.path.native();
     request.remove.device = removal.root.device;
