@@ -17,6 +17,7 @@
     <message id="All"><translation>Alle</translation></message>
     <message id="Archives"><translation>Archive</translation></message>
     <message id="Are you sure you want to continue?"><translation>Möchten Sie wirklich fortfahren?</translation></message>
+    <message id="Are you sure you want to delete all the duplicate files?"><translation>Wollen Sie wirklich alle Dateien dieser Gruppe entfernen?</translation></message>
     <message id="BACK"><translation>Zurück</translation></message>
     <message id="CANCEL"><translation>Abbrechen</translation></message>
     <message id="CANNOT_EJECT"><translation>%1 lässt sich nicht auswerfen.</translation></message>
@@ -25,6 +26,9 @@
     <message id="CATEGORIES"><translation>Kategorien</translation></message>
     <message id="CATEGORY_EMPTY"><translation>Nichts vorhanden</translation></message>
     <message id="CATEGORY_EMPTY_TEXT"><translation>Diese Kategorie enthält nichts, das entfernt werden könnte.</translation></message>
+    <message id="CHOOSE"><translation>Wählen</translation></message>
+    <message id="CHOOSE_FOLDER"><translation>Ordner wählen …</translation></message>
+    <message id="CHOOSE_PATH"><translation>Ordner zum Durchsuchen wählen</translation></message>
     <message id="CLEAN"><translation>Bereinigen</translation></message>
     <message id="CLEAN_FILES_COUNT"><translation>Bereinigte Objekte:</translation></message>
     <message id="CLEAN_FILES_SIZE"><translation>Freigegebener Platz:</translation></message>
@@ -47,6 +51,29 @@
     <message id="DISK_IMAGE"><translation>Datenträgerabbilder</translation></message>
     <message id="DOWNLOADS_TICKED" numerus="yes"><translation><numerusform>%n Objekt Ihrer Downloads ist angehakt, %1.</numerusform><numerusform>%n Objekte Ihrer Downloads sind angehakt, %1.</numerusform></translation></message>
     <message id="DRIVE_STAYS"><translation>Das Laufwerk konnte nicht freigegeben werden.</translation></message>
+    <message id="DUP_ASK" numerus="yes"><translation><numerusform>%n Datei mit %1 entfernen?</numerusform><numerusform>%n Dateien mit %1 entfernen?</numerusform></translation></message>
+    <message id="DUP_DROP"><translation>Ziehen Sie einen Ordner hierher: Brightsweep findet darin die Dateien mit gleichem Inhalt, wie sie auch heißen.</translation></message>
+    <message id="DUP_FILTER"><translation>Nach Name oder Ordner filtern</translation></message>
+    <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n Datei, verschwendet %1</numerusform><numerusform>%n Dateien, verschwenden %1</numerusform></translation></message>
+    <message id="DUP_HIDDEN_TICKS" numerus="yes"><translation><numerusform>%n ausgewählte Datei ist hier nicht zu sehen. „Entfernen“ nimmt sie mit.</numerusform><numerusform>%n ausgewählte Dateien sind hier nicht zu sehen. „Entfernen“ nimmt sie mit.</numerusform></translation></message>
+    <message id="DUP_NONE"><translation>Keine Duplikate gefunden</translation></message>
+    <message id="DUP_NOT_SHOWN" numerus="yes"><translation><numerusform>%n davon ist gerade nicht zu sehen.</numerusform><numerusform>%n davon sind gerade nicht zu sehen.</numerusform></translation></message>
+    <message id="DUP_NO_CLASS"><translation>Ohne Art</translation></message>
+    <message id="DUP_NO_FOLDER"><translation>Diesen Ordner gibt es nicht</translation></message>
+    <message id="DUP_ONE_STAYS"><translation>Von jeder Gruppe bleibt mindestens eine Datei. Die anderen werden vorher noch einmal Byte für Byte mit ihr verglichen.</translation></message>
+    <message id="DUP_RECENT"><translation>Zuletzt durchsucht</translation></message>
+    <message id="DUP_REMOVAL_STOPPED"><translation>Angehalten.</translation></message>
+    <message id="DUP_REMOVE"><translation>Entfernen</translation></message>
+    <message id="DUP_REMOVED" numerus="yes"><translation><numerusform>%n Datei entfernt, %1 frei geworden.</numerusform><numerusform>%n Dateien entfernt, %1 frei geworden.</numerusform></translation></message>
+    <message id="DUP_SEARCHING"><translation>%1 wird durchsucht</translation></message>
+    <message id="DUP_SHARED" numerus="yes"><translation><numerusform>%n Datei teilt jetzt ihre Blöcke, %1 frei geworden.</numerusform><numerusform>%n Dateien teilen jetzt ihre Blöcke, %1 frei geworden.</numerusform></translation></message>
+    <message id="DUP_STAYED" numerus="yes"><translation><numerusform>%n Datei ist geblieben; ihre Zeile sagt, warum.</numerusform><numerusform>%n Dateien sind geblieben; ihre Zeilen sagen, warum.</numerusform></translation></message>
+    <message id="DUP_STOPPED"><translation>Die Suche wurde angehalten.</translation></message>
+    <message id="DUP_TIP_REMOVE"><translation>Sie lassen sich danach nicht zurückholen.</translation></message>
+    <message id="DUP_TIP_TRASH"><translation>Sie lassen sich zurückholen und belegen Platz, bis der Papierkorb geleert wird.</translation></message>
+    <message id="DUP_TRASHED" numerus="yes"><translation><numerusform>%n Datei liegt jetzt im Papierkorb.</numerusform><numerusform>%n Dateien liegen jetzt im Papierkorb.</numerusform></translation></message>
+    <message id="DUP_WASTED" numerus="yes"><translation><numerusform>verschwendet durch Duplikate in %n Gruppe</numerusform><numerusform>verschwendet durch Duplikate in %n Gruppen</numerusform></translation></message>
+    <message id="DUP_WHOLE_GROUPS" numerus="yes"><translation><numerusform>Von %n Gruppe gehen alle Dateien: nichts davon bleibt.</numerusform><numerusform>Von %n Gruppen gehen alle Dateien: nichts davon bleibt.</numerusform></translation></message>
     <message id="Deleting items..."><translation>Objekte werden gelöscht …</translation></message>
     <message id="Disk Usage"><translation>Belegung</translation></message>
     <message id="Documents"><translation>Dokumente</translation></message>
@@ -54,7 +81,6 @@
     <message id="Duplicates"><translation>Duplikate</translation></message>
     <message id="EJECT"><translation>%1 auswerfen</translation></message>
     <message id="EMPTY_DISK_USAGE"><translation>Zeichnet als Ringe, welche Ordner einen Datenträger füllen, bis zur letzten Datei.</translation></message>
-    <message id="EMPTY_DUPLICATES"><translation>Findet Dateien mit gleichem Inhalt, wie sie auch heißen und wo sie auch liegen.</translation></message>
     <message id="EMPTY_LOGIN_ITEMS"><translation>Zeigt, was mit Ihrer Sitzung startet, und lässt Sie etwas hinzufügen oder entfernen.</translation></message>
     <message id="EMPTY_MEMORY"><translation>Gibt Speicher, den Programme nicht mehr nutzen, denen zurück, die ihn brauchen.</translation></message>
     <message id="EMPTY_PREFERENCES"><translation>Legt fest, was bereinigt wird, wann Brightsweep warnt und wie es startet.</translation></message>
@@ -101,6 +127,7 @@
     <message id="Login Items"><translation>Anmeldeobjekte</translation></message>
     <message id="MEMORY_PARTS"><translation>Frei: %1, inaktiv: %2</translation></message>
     <message id="MENU"><translation>Menü</translation></message>
+    <message id="MOVE_TO_TRASH"><translation>In den Papierkorb</translation></message>
     <message id="Main Window"><translation>Hauptfenster</translation></message>
     <message id="Memory"><translation>Arbeitsspeicher</translation></message>
     <message id="Memory:"><translation>Arbeitsspeicher:</translation></message>
@@ -122,7 +149,6 @@
     <message id="OPEN_APPLICATIONS"><translation>Programme öffnen</translation></message>
     <message id="OPEN_AUTOSTART"><translation>Autostart-Ordner öffnen</translation></message>
     <message id="OPEN_DOWNLOADS"><translation>Downloads öffnen</translation></message>
-    <message id="OPEN_HOME"><translation>Persönlichen Ordner öffnen</translation></message>
     <message id="OS Release:"><translation>Systemversion:</translation></message>
     <message id="OS Type:"><translation>Systemart:</translation></message>
     <message id="Open"><translation>Öffnen</translation></message>
@@ -164,6 +190,7 @@
     <message id="Scanning system..."><translation>System wird durchsucht …</translation></message>
     <message id="Selected"><translation>Ausgewählt</translation></message>
     <message id="Size"><translation>Größe</translation></message>
+    <message id="Some files that require admin access can't be removed!"><translation>Einige Dateien lassen sich nur mit Adminrechten entfernen!</translation></message>
     <message id="Start"><translation>Start</translation></message>
     <message id="Stopping…"><translation>Wird angehalten …</translation></message>
     <message id="System Caches"><translation>System-Caches</translation></message>
@@ -199,15 +226,29 @@
     <message id="YES"><translation>Ja</translation></message>
     <message id="You disk"><translation>Ihr Datenträger</translation></message>
     <message id="You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access."><translation>Sie haben nicht die Rechte, diese Dateien zu bereinigen. Öffnen Sie unten das Schloss, um Verwaltungsrechte zu erhalten.</translation></message>
+    <message id="a program is writing to it"><translation>ein Programm schreibt gerade hinein</translation></message>
+    <message id="a program is writing to the copy that stays"><translation>ein Programm schreibt in die Kopie, die bleibt</translation></message>
     <message id="a protected place"><translation>ein geschützter Ort</translation></message>
     <message id="cannot be removed"><translation>lässt sich nicht entfernen</translation></message>
     <message id="changed since it was found"><translation>seit dem Fund geändert</translation></message>
     <message id="has no trash on its volume"><translation>hat auf seinem Datenträger keinen Papierkorb</translation></message>
     <message id="holds another volume"><translation>enthält einen anderen Datenträger</translation></message>
+    <message id="is in use as a program or as swap space"><translation>wird als Programm oder Auslagerung benutzt</translation></message>
+    <message id="is kept out of copy-on-write, and so out of sharing"><translation>ist von Copy-on-write ausgenommen und damit vom Teilen</translation></message>
+    <message id="its file system cannot share blocks"><translation>sein Dateisystem kann keine Blöcke teilen</translation></message>
+    <message id="its file system refuses to share its blocks"><translation>sein Dateisystem lehnt das Teilen der Blöcke ab</translation></message>
+    <message id="its volume can only be read"><translation>sein Datenträger lässt sich nur lesen</translation></message>
+    <message id="lies behind a link"><translation>liegt hinter einer Verknüpfung</translation></message>
     <message id="lies in the trash already"><translation>liegt schon im Papierkorb</translation></message>
+    <message id="lies on another file system than the copy that stays"><translation>liegt auf einem anderen Dateisystem als die Kopie, die bleibt</translation></message>
     <message id="lies on another volume"><translation>liegt auf einem anderen Datenträger</translation></message>
     <message id="lies outside of this system's folders"><translation>liegt außerhalb der Ordner dieses Systems</translation></message>
+    <message id="no other copy of it is left"><translation>keine andere Kopie davon ist übrig</translation></message>
     <message id="part of the system"><translation>Teil des Systems</translation></message>
+    <message id="the copy that stays cannot be read"><translation>die Kopie, die bleibt, ist nicht lesbar</translation></message>
+    <message id="the copy that stays has changed since it was found"><translation>die Kopie, die bleibt, hat sich seit der Suche geändert</translation></message>
+    <message id="the copy that stays has other contents"><translation>die Kopie, die bleibt, hat anderen Inhalt</translation></message>
+    <message id="the copy that stays is this very file"><translation>die Kopie, die bleibt, ist dieselbe Datei</translation></message>
     <message id="the mount table cannot be read"><translation>die Einhängetabelle ist nicht lesbar</translation></message>
 </context>
 </TS>

@@ -17,6 +17,7 @@
     <message id="All"><translation>All</translation></message>
     <message id="Archives"><translation>Archives</translation></message>
     <message id="Are you sure you want to continue?"><translation>Are you sure you want to continue?</translation></message>
+    <message id="Are you sure you want to delete all the duplicate files?"><translation>Are you sure you want to delete all the duplicate files?</translation></message>
     <message id="BACK"><translation>Back</translation></message>
     <message id="CANCEL"><translation>Cancel</translation></message>
     <message id="CANNOT_EJECT"><translation>%1 cannot be ejected.</translation></message>
@@ -25,6 +26,9 @@
     <message id="CATEGORIES"><translation>Categories</translation></message>
     <message id="CATEGORY_EMPTY"><translation>Nothing here</translation></message>
     <message id="CATEGORY_EMPTY_TEXT"><translation>This category holds nothing that could go.</translation></message>
+    <message id="CHOOSE"><translation>Choose</translation></message>
+    <message id="CHOOSE_FOLDER"><translation>Choose Folder…</translation></message>
+    <message id="CHOOSE_PATH"><translation>Choose a path to search</translation></message>
     <message id="CLEAN"><translation>Clean</translation></message>
     <message id="CLEAN_FILES_COUNT"><translation>Items cleaned:</translation></message>
     <message id="CLEAN_FILES_SIZE"><translation>Space freed:</translation></message>
@@ -47,6 +51,29 @@
     <message id="DISK_IMAGE"><translation>Disk Images</translation></message>
     <message id="DOWNLOADS_TICKED" numerus="yes"><translation><numerusform>%n item of your downloads is ticked, %1.</numerusform><numerusform>%n items of your downloads are ticked, %1.</numerusform></translation></message>
     <message id="DRIVE_STAYS"><translation>Its drive could not be released.</translation></message>
+    <message id="DUP_ASK" numerus="yes"><translation><numerusform>Remove %n file, %1?</numerusform><numerusform>Remove %n files, %1?</numerusform></translation></message>
+    <message id="DUP_DROP"><translation>Drop a folder here to find the files in it that have the same content, whatever they are called.</translation></message>
+    <message id="DUP_FILTER"><translation>Filter by name or folder</translation></message>
+    <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n file, wastes %1</numerusform><numerusform>%n files, waste %1</numerusform></translation></message>
+    <message id="DUP_HIDDEN_TICKS" numerus="yes"><translation><numerusform>%n ticked file is not shown here. Remove takes it too.</numerusform><numerusform>%n ticked files are not shown here. Remove takes them too.</numerusform></translation></message>
+    <message id="DUP_NONE"><translation>No duplicates found</translation></message>
+    <message id="DUP_NOT_SHOWN" numerus="yes"><translation><numerusform>%n of them is not shown at the moment.</numerusform><numerusform>%n of them are not shown at the moment.</numerusform></translation></message>
+    <message id="DUP_NO_CLASS"><translation>Without class</translation></message>
+    <message id="DUP_NO_FOLDER"><translation>There is no such folder</translation></message>
+    <message id="DUP_ONE_STAYS"><translation>Of each group at least one file stays. It is compared with the others once more, byte by byte, before they go.</translation></message>
+    <message id="DUP_RECENT"><translation>Searched last</translation></message>
+    <message id="DUP_REMOVAL_STOPPED"><translation>Stopped.</translation></message>
+    <message id="DUP_REMOVE"><translation>Remove</translation></message>
+    <message id="DUP_REMOVED" numerus="yes"><translation><numerusform>%n file removed, %1 freed.</numerusform><numerusform>%n files removed, %1 freed.</numerusform></translation></message>
+    <message id="DUP_SEARCHING"><translation>Searching %1</translation></message>
+    <message id="DUP_SHARED" numerus="yes"><translation><numerusform>%n file shares its blocks now, %1 freed.</numerusform><numerusform>%n files share their blocks now, %1 freed.</numerusform></translation></message>
+    <message id="DUP_STAYED" numerus="yes"><translation><numerusform>%n file stayed; its row says why.</numerusform><numerusform>%n files stayed; their rows say why.</numerusform></translation></message>
+    <message id="DUP_STOPPED"><translation>The search was stopped.</translation></message>
+    <message id="DUP_TIP_REMOVE"><translation>They cannot be put back afterwards.</translation></message>
+    <message id="DUP_TIP_TRASH"><translation>They can be put back, and take up room until the trash is emptied.</translation></message>
+    <message id="DUP_TRASHED" numerus="yes"><translation><numerusform>%n file moved to the trash.</numerusform><numerusform>%n files moved to the trash.</numerusform></translation></message>
+    <message id="DUP_WASTED" numerus="yes"><translation><numerusform>wasted by duplicates in %n group</numerusform><numerusform>wasted by duplicates in %n groups</numerusform></translation></message>
+    <message id="DUP_WHOLE_GROUPS" numerus="yes"><translation><numerusform>Of %n group all files go: nothing of it stays.</numerusform><numerusform>Of %n groups all files go: nothing of them stays.</numerusform></translation></message>
     <message id="Deleting items..."><translation>Deleting items...</translation></message>
     <message id="Disk Usage"><translation>Disk Usage</translation></message>
     <message id="Documents"><translation>Documents</translation></message>
@@ -54,7 +81,6 @@
     <message id="Duplicates"><translation>Duplicates</translation></message>
     <message id="EJECT"><translation>Eject %1</translation></message>
     <message id="EMPTY_DISK_USAGE"><translation>Draws as rings which folders fill a volume, down to the last file.</translation></message>
-    <message id="EMPTY_DUPLICATES"><translation>Finds files with the same content, whatever they are called and wherever they are.</translation></message>
     <message id="EMPTY_LOGIN_ITEMS"><translation>Lists what starts with your session, and lets you add to it or take from it.</translation></message>
     <message id="EMPTY_MEMORY"><translation>Gives memory that programs no longer use back to those that need it.</translation></message>
     <message id="EMPTY_PREFERENCES"><translation>Sets what is cleaned, when Brightsweep warns, and how it starts.</translation></message>
@@ -101,6 +127,7 @@
     <message id="Login Items"><translation>Login Items</translation></message>
     <message id="MEMORY_PARTS"><translation>Free: %1, inactive: %2</translation></message>
     <message id="MENU"><translation>Menu</translation></message>
+    <message id="MOVE_TO_TRASH"><translation>Move to Trash</translation></message>
     <message id="Main Window"><translation>Main Window</translation></message>
     <message id="Memory"><translation>Memory</translation></message>
     <message id="Memory:"><translation>Memory:</translation></message>
@@ -122,7 +149,6 @@
     <message id="OPEN_APPLICATIONS"><translation>Open Applications</translation></message>
     <message id="OPEN_AUTOSTART"><translation>Open Autostart Folder</translation></message>
     <message id="OPEN_DOWNLOADS"><translation>Open Downloads</translation></message>
-    <message id="OPEN_HOME"><translation>Open Home Folder</translation></message>
     <message id="OS Release:"><translation>OS Release:</translation></message>
     <message id="OS Type:"><translation>OS Type:</translation></message>
     <message id="Open"><translation>Open</translation></message>
@@ -164,6 +190,7 @@
     <message id="Scanning system..."><translation>Scanning system...</translation></message>
     <message id="Selected"><translation>Selected</translation></message>
     <message id="Size"><translation>Size</translation></message>
+    <message id="Some files that require admin access can't be removed!"><translation>Some files that require admin access can't be removed!</translation></message>
     <message id="Start"><translation>Start</translation></message>
     <message id="Stopping…"><translation>Stopping…</translation></message>
     <message id="System Caches"><translation>System Caches</translation></message>
@@ -199,15 +226,29 @@
     <message id="YES"><translation>Yes</translation></message>
     <message id="You disk"><translation>Your disk</translation></message>
     <message id="You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access."><translation>You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access.</translation></message>
+    <message id="a program is writing to it"><translation>a program is writing to it</translation></message>
+    <message id="a program is writing to the copy that stays"><translation>a program is writing to the copy that stays</translation></message>
     <message id="a protected place"><translation>a protected place</translation></message>
     <message id="cannot be removed"><translation>cannot be removed</translation></message>
     <message id="changed since it was found"><translation>changed since it was found</translation></message>
     <message id="has no trash on its volume"><translation>has no trash on its volume</translation></message>
     <message id="holds another volume"><translation>holds another volume</translation></message>
+    <message id="is in use as a program or as swap space"><translation>is in use as a program or as swap space</translation></message>
+    <message id="is kept out of copy-on-write, and so out of sharing"><translation>is kept out of copy-on-write, and so out of sharing</translation></message>
+    <message id="its file system cannot share blocks"><translation>its file system cannot share blocks</translation></message>
+    <message id="its file system refuses to share its blocks"><translation>its file system refuses to share its blocks</translation></message>
+    <message id="its volume can only be read"><translation>its volume can only be read</translation></message>
+    <message id="lies behind a link"><translation>lies behind a link</translation></message>
     <message id="lies in the trash already"><translation>lies in the trash already</translation></message>
+    <message id="lies on another file system than the copy that stays"><translation>lies on another file system than the copy that stays</translation></message>
     <message id="lies on another volume"><translation>lies on another volume</translation></message>
     <message id="lies outside of this system's folders"><translation>lies outside of this system's folders</translation></message>
+    <message id="no other copy of it is left"><translation>no other copy of it is left</translation></message>
     <message id="part of the system"><translation>part of the system</translation></message>
+    <message id="the copy that stays cannot be read"><translation>the copy that stays cannot be read</translation></message>
+    <message id="the copy that stays has changed since it was found"><translation>the copy that stays has changed since it was found</translation></message>
+    <message id="the copy that stays has other contents"><translation>the copy that stays has other contents</translation></message>
+    <message id="the copy that stays is this very file"><translation>the copy that stays is this very file</translation></message>
     <message id="the mount table cannot be read"><translation>the mount table cannot be read</translation></message>
 </context>
 </TS>

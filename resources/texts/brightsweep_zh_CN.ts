@@ -17,6 +17,7 @@
     <message id="All"><translation>全部</translation></message>
     <message id="Archives"><translation>压缩文件</translation></message>
     <message id="Are you sure you want to continue?"><translation>确定要继续吗？</translation></message>
+    <message id="Are you sure you want to delete all the duplicate files?"><translation>确定要删除全部重复文件吗？</translation></message>
     <message id="BACK"><translation>返回</translation></message>
     <message id="CANCEL"><translation>取消</translation></message>
     <message id="CANNOT_EJECT"><translation>无法弹出 %1。</translation></message>
@@ -25,6 +26,9 @@
     <message id="CATEGORIES"><translation>类别</translation></message>
     <message id="CATEGORY_EMPTY"><translation>这里没有内容</translation></message>
     <message id="CATEGORY_EMPTY_TEXT"><translation>此类别中没有可移除的内容。</translation></message>
+    <message id="CHOOSE"><translation>选择</translation></message>
+    <message id="CHOOSE_FOLDER"><translation>选择文件夹…</translation></message>
+    <message id="CHOOSE_PATH"><translation>选择要搜索的路径</translation></message>
     <message id="CLEAN"><translation>清理</translation></message>
     <message id="CLEAN_FILES_COUNT"><translation>已清理的项目：</translation></message>
     <message id="CLEAN_FILES_SIZE"><translation>已释放的空间：</translation></message>
@@ -47,6 +51,29 @@
     <message id="DISK_IMAGE"><translation>磁盘映像</translation></message>
     <message id="DOWNLOADS_TICKED" numerus="yes"><translation><numerusform>下载文件夹中已选中 %n 项，共 %1。</numerusform></translation></message>
     <message id="DRIVE_STAYS"><translation>但未能释放其驱动器。</translation></message>
+    <message id="DUP_ASK" numerus="yes"><translation><numerusform>要移除 %n 个文件（%1）吗？</numerusform></translation></message>
+    <message id="DUP_DROP"><translation>将文件夹拖到这里，查找其中内容相同的文件，无论它们叫什么名字。</translation></message>
+    <message id="DUP_FILTER"><translation>按名称或文件夹筛选</translation></message>
+    <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n 个文件，浪费 %1</numerusform></translation></message>
+    <message id="DUP_HIDDEN_TICKS" numerus="yes"><translation><numerusform>有 %n 个已选文件未在此显示。“移除”也会移除它们。</numerusform></translation></message>
+    <message id="DUP_NONE"><translation>未找到重复文件</translation></message>
+    <message id="DUP_NOT_SHOWN" numerus="yes"><translation><numerusform>其中 %n 个目前未显示。</numerusform></translation></message>
+    <message id="DUP_NO_CLASS"><translation>未分类</translation></message>
+    <message id="DUP_NO_FOLDER"><translation>没有这个文件夹</translation></message>
+    <message id="DUP_ONE_STAYS"><translation>每组至少保留一个文件。移除其他文件之前会再次逐字节比较。</translation></message>
+    <message id="DUP_RECENT"><translation>最近搜索</translation></message>
+    <message id="DUP_REMOVAL_STOPPED"><translation>已停止。</translation></message>
+    <message id="DUP_REMOVE"><translation>移除</translation></message>
+    <message id="DUP_REMOVED" numerus="yes"><translation><numerusform>已移除 %n 个文件，释放 %1。</numerusform></translation></message>
+    <message id="DUP_SEARCHING"><translation>正在搜索 %1</translation></message>
+    <message id="DUP_SHARED" numerus="yes"><translation><numerusform>%n 个文件现已共享数据块，释放 %1。</numerusform></translation></message>
+    <message id="DUP_STAYED" numerus="yes"><translation><numerusform>有 %n 个文件被保留，原因见所在行。</numerusform></translation></message>
+    <message id="DUP_STOPPED"><translation>搜索已停止。</translation></message>
+    <message id="DUP_TIP_REMOVE"><translation>之后无法恢复。</translation></message>
+    <message id="DUP_TIP_TRASH"><translation>之后可以恢复；清空回收站前仍占用空间。</translation></message>
+    <message id="DUP_TRASHED" numerus="yes"><translation><numerusform>已将 %n 个文件移到回收站。</numerusform></translation></message>
+    <message id="DUP_WASTED" numerus="yes"><translation><numerusform>被 %n 组重复文件浪费</numerusform></translation></message>
+    <message id="DUP_WHOLE_GROUPS" numerus="yes"><translation><numerusform>有 %n 组的全部文件都将被移除，不会保留任何一个。</numerusform></translation></message>
     <message id="Deleting items..."><translation>正在删除项目…</translation></message>
     <message id="Disk Usage"><translation>磁盘使用情况</translation></message>
     <message id="Documents"><translation>文档</translation></message>
@@ -54,7 +81,6 @@
     <message id="Duplicates"><translation>重复文件</translation></message>
     <message id="EJECT"><translation>弹出 %1</translation></message>
     <message id="EMPTY_DISK_USAGE"><translation>用圆环图显示哪些文件夹占用了卷的空间，直至每个文件。</translation></message>
-    <message id="EMPTY_DUPLICATES"><translation>查找内容相同的文件，无论名称和位置。</translation></message>
     <message id="EMPTY_LOGIN_ITEMS"><translation>列出随会话启动的项目，并可添加或移除。</translation></message>
     <message id="EMPTY_MEMORY"><translation>将程序不再使用的内存归还给需要它的程序。</translation></message>
     <message id="EMPTY_PREFERENCES"><translation>设置清理的内容、Brightsweep 何时发出警告以及如何启动。</translation></message>
@@ -101,6 +127,7 @@
     <message id="Login Items"><translation>登录项</translation></message>
     <message id="MEMORY_PARTS"><translation>空闲：%1，不活跃：%2</translation></message>
     <message id="MENU"><translation>菜单</translation></message>
+    <message id="MOVE_TO_TRASH"><translation>移到回收站</translation></message>
     <message id="Main Window"><translation>主窗口</translation></message>
     <message id="Memory"><translation>内存</translation></message>
     <message id="Memory:"><translation>内存：</translation></message>
@@ -122,7 +149,6 @@
     <message id="OPEN_APPLICATIONS"><translation>打开应用程序</translation></message>
     <message id="OPEN_AUTOSTART"><translation>打开自启动文件夹</translation></message>
     <message id="OPEN_DOWNLOADS"><translation>打开下载文件夹</translation></message>
-    <message id="OPEN_HOME"><translation>打开主文件夹</translation></message>
     <message id="OS Release:"><translation>系统版本：</translation></message>
     <message id="OS Type:"><translation>系统类型：</translation></message>
     <message id="Open"><translation>打开</translation></message>
@@ -164,6 +190,7 @@
     <message id="Scanning system..."><translation>正在扫描系统…</translation></message>
     <message id="Selected"><translation>已选</translation></message>
     <message id="Size"><translation>大小</translation></message>
+    <message id="Some files that require admin access can't be removed!"><translation>有些文件需要管理员权限，无法移除！</translation></message>
     <message id="Start"><translation>启动</translation></message>
     <message id="Stopping…"><translation>正在停止…</translation></message>
     <message id="System Caches"><translation>系统缓存</translation></message>
@@ -199,15 +226,29 @@
     <message id="YES"><translation>是</translation></message>
     <message id="You disk"><translation>您的磁盘</translation></message>
     <message id="You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access."><translation>您没有清理这些文件的权限。请打开底部的锁以获取管理员权限。</translation></message>
+    <message id="a program is writing to it"><translation>有程序正在写入</translation></message>
+    <message id="a program is writing to the copy that stays"><translation>有程序正在写入要保留的副本</translation></message>
     <message id="a protected place"><translation>受保护的位置</translation></message>
     <message id="cannot be removed"><translation>无法移除</translation></message>
     <message id="changed since it was found"><translation>找到后已被更改</translation></message>
     <message id="has no trash on its volume"><translation>所在卷没有回收站</translation></message>
     <message id="holds another volume"><translation>包含其他卷</translation></message>
+    <message id="is in use as a program or as swap space"><translation>正作为程序或交换空间使用</translation></message>
+    <message id="is kept out of copy-on-write, and so out of sharing"><translation>已排除写时复制，因此不能共享</translation></message>
+    <message id="its file system cannot share blocks"><translation>其文件系统不能共享数据块</translation></message>
+    <message id="its file system refuses to share its blocks"><translation>其文件系统拒绝共享数据块</translation></message>
+    <message id="its volume can only be read"><translation>其卷为只读</translation></message>
+    <message id="lies behind a link"><translation>位于链接之后</translation></message>
     <message id="lies in the trash already"><translation>已在回收站中</translation></message>
+    <message id="lies on another file system than the copy that stays"><translation>与要保留的副本不在同一文件系统</translation></message>
     <message id="lies on another volume"><translation>位于其他卷上</translation></message>
     <message id="lies outside of this system's folders"><translation>位于本系统的文件夹之外</translation></message>
+    <message id="no other copy of it is left"><translation>没有剩下其他副本</translation></message>
     <message id="part of the system"><translation>系统的一部分</translation></message>
+    <message id="the copy that stays cannot be read"><translation>无法读取要保留的副本</translation></message>
+    <message id="the copy that stays has changed since it was found"><translation>要保留的副本在搜索后已更改</translation></message>
+    <message id="the copy that stays has other contents"><translation>要保留的副本内容不同</translation></message>
+    <message id="the copy that stays is this very file"><translation>要保留的副本就是这个文件</translation></message>
     <message id="the mount table cannot be read"><translation>无法读取挂载表</translation></message>
 </context>
 </TS>

@@ -2,6 +2,7 @@
 
 #include "app/PageTable.h"
 #include "cleaning/NewMainViewController.h"
+#include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/UserDefaults.h"
 
 #include <memory>
@@ -55,6 +56,20 @@ void AppPrefsWindowController::makeCleanPage() {
             });
 }
 
+void AppPrefsWindowController::makeDuplicatesPage() {
+    SameFileDeleteViewController::Surroundings surroundings;
+    surroundings.selectedItem = [this] { return selectedItem(); };
+    m_sameFileDeleteView = std::make_unique<SameFileDeleteViewController>(std::move(surroundings));
+    const auto *const page = m_sameFileDeleteView.get();
+    const auto showPart = [this] { setView4Duplicates(m_sameFileDeleteView->view4Duplicates()); };
+    connect(page, &SameFileDeleteViewController::stateChanged, this, showPart);
+    connect(page, &SameFileDeleteViewController::displayPanel, this,
+            [this, showPart](const QString &identifier, bool animate) {
+                showPart();
+                displayViewForIdentifier(identifier, animate);
+            });
+}
+
 void AppPrefsWindowController::addPage(const Page &page) {
     const QLatin1String identifier(page.identifier);
     const QLatin1String title(page.title);
@@ -66,6 +81,7 @@ void AppPrefsWindowController::addPage(const Page &page) {
 
 void AppPrefsWindowController::setupToolbar() {
     makeCleanPage();
+    makeDuplicatesPage();
     for (const Page &page : pageTable) {
         if (!page.atTheEnd)
             addPage(page);

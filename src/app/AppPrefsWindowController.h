@@ -7,6 +7,7 @@
 namespace brightsweep {
 
 class NewMainViewController;
+class SameFileDeleteViewController;
 struct Page;
 
 /// The program's one window: its table of panels. Main thread.
@@ -25,6 +26,9 @@ public:
     /// The clean page; null before the window was first shown.
     NewMainViewController *v4MainView() const { return m_v4MainView.get(); }
 
+    /// The duplicates page; null before the window was first shown.
+    SameFileDeleteViewController *sameFileDeleteView() const { return m_sameFileDeleteView.get(); }
+
     /// Copies the settings of the animation.
     void readAnimationSettings();
 
@@ -40,9 +44,11 @@ protected:
 
 private:
     void makeCleanPage();
+    void makeDuplicatesPage();
     void addPage(const Page &page);
 
     std::unique_ptr<NewMainViewController> m_v4MainView;
+    std::unique_ptr<SameFileDeleteViewController> m_sameFileDeleteView;
 };
 
 } // namespace brightsweep

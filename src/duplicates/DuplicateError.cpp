@@ -1,5 +1,7 @@
 #include "duplicates/DuplicateError.h"
 
+#include <QtGlobal>
+
 #include <array>
 #include <string>
 
@@ -13,20 +15,24 @@ struct Row {
 };
 
 constexpr std::array rows = {
-    Row{DuplicateError::NoOther, "no other copy of it is left"},
-    Row{DuplicateError::OtherChanged, "the copy that stays has changed since it was found"},
-    Row{DuplicateError::OtherUnreadable, "the copy that stays cannot be read"},
-    Row{DuplicateError::SameFile, "the copy that stays is this very file"},
-    Row{DuplicateError::Differs, "the copy that stays has other contents"},
-    Row{DuplicateError::BeingWritten, "a program is writing to it"},
-    Row{DuplicateError::OtherBeingWritten, "a program is writing to the copy that stays"},
-    Row{DuplicateError::BehindLink, "lies behind a link"},
-    Row{DuplicateError::CannotShare, "its file system cannot share blocks"},
-    Row{DuplicateError::OtherFileSystem, "lies on another file system than the copy that stays"},
-    Row{DuplicateError::NeverCopiedOnWrite, "is kept out of copy-on-write, and so out of sharing"},
-    Row{DuplicateError::InUseBySystem, "is in use as a program or as swap space"},
-    Row{DuplicateError::ReadOnly, "its volume can only be read"},
-    Row{DuplicateError::ShareRefused, "its file system refuses to share its blocks"},
+    Row{DuplicateError::NoOther, QT_TRID_NOOP("no other copy of it is left")},
+    Row{DuplicateError::OtherChanged,
+        QT_TRID_NOOP("the copy that stays has changed since it was found")},
+    Row{DuplicateError::OtherUnreadable, QT_TRID_NOOP("the copy that stays cannot be read")},
+    Row{DuplicateError::SameFile, QT_TRID_NOOP("the copy that stays is this very file")},
+    Row{DuplicateError::Differs, QT_TRID_NOOP("the copy that stays has other contents")},
+    Row{DuplicateError::BeingWritten, QT_TRID_NOOP("a program is writing to it")},
+    Row{DuplicateError::OtherBeingWritten,
+        QT_TRID_NOOP("a program is writing to the copy that stays")},
+    Row{DuplicateError::BehindLink, QT_TRID_NOOP("lies behind a link")},
+    Row{DuplicateError::CannotShare, QT_TRID_NOOP("its file system cannot share blocks")},
+    Row{DuplicateError::OtherFileSystem,
+        QT_TRID_NOOP("lies on another file system than the copy that stays")},
+    Row{DuplicateError::NeverCopiedOnWrite,
+        QT_TRID_NOOP("is kept out of copy-on-write, and so out of sharing")},
+    Row{DuplicateError::InUseBySystem, QT_TRID_NOOP("is in use as a program or as swap space")},
+    Row{DuplicateError::ReadOnly, QT_TRID_NOOP("its volume can only be read")},
+    Row{DuplicateError::ShareRefused, QT_TRID_NOOP("its file system refuses to share its blocks")},
 };
 
 class Category final : public std::error_category {

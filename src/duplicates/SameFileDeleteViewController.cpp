@@ -5,6 +5,7 @@
 #include "core/Texts.h"
 #include "core/ThreadWorker.h"
 #include "core/UtilityFunction.h"
+#include "duplicates/RecentFolders.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
@@ -261,6 +262,8 @@ void SameFileDeleteViewController::searchFinished() {
         m_trees[0] = std::move(tree);
         constructSubtrees();
     }
+    if (m_root && !m_bIsStopScan)
+        rememberFolder(m_root->searched);
     renewTitle();
     delayBtnChangeStateTime();
 }
@@ -313,11 +316,13 @@ void SameFileDeleteViewController::refViewBgColor(int row) {
         m_state == State::Stopping)
         return;
     m_remberWitchSelect = row;
+    sortList();
     ticksChanged();
     Q_EMIT listChanged();
 }
 
-void SameFileDeleteViewController::didClickTableColumn(const QString &column) {
+// The order that was asked for is that of every list that is shown then.
+bool SameFileDeleteViewController::sortList() {
     struct Column {
         QLatin1String name;
         void (TreeNode::*ascending)();
@@ -331,16 +336,22 @@ void SameFileDeleteViewController::didClickTableColumn(const QString &column) {
         Column{QLatin1String("ModifyDate"), &TreeNode::acendingSortDate,
                &TreeNode::decendingSortDate},
     };
+    for (const Column &each : columns) {
+        if (each.name != m_lastColumn || !treeData())
+            continue;
+        (treeData().get()->*(m_sortDescending ? each.descending : each.ascending))();
+        return true;
+    }
+    return false;
+}
+
+void SameFileDeleteViewController::didClickTableColumn(const QString &column) {
     if (refuseUnless(m_state == State::Results, "an order"))
         return;
     m_sortDescending = column == m_lastColumn && !m_sortDescending;
     m_lastColumn = column;
-    for (const Column &each : columns) {
-        if (each.name != column || !treeData())
-            continue;
-        (treeData().get()->*(m_sortDescending ? each.descending : each.ascending))();
+    if (sortList())
         Q_EMIT listChanged();
-    }
 }
 
 void SameFileDeleteViewController::setFilter(const QString &text) {
@@ -352,95 +363,6 @@ void SameFileDeleteViewController::setFilter(const QString &text) {
 bool SameFileDeleteViewController::isShown(const TreeNode &leaf) const {
     return m_filter.isEmpty() ||
            paths::text(dataOf(leaf).name()).contains(m_filter, Qt::CaseInsensitive);
-}
-
-// -- Ticks
-
-void SameFileDeleteViewController::setSelectState(const TreeNode::Pointer &node) {
-    if (refuseUnless(m_state == State::Results, "a tick"))
-        return;
-    if (dataOf(*node).isGroup()) {
-        m_selection.clickGroup(node);
-    } else if (dataOf(*node).selectNum() == 1) {
-        m_selection.untickLeaf(node);
-    } else if (!m_selection.tickLeaf(node)) {
-        m_askedAbout = node;
-        Q_EMIT askAboutLastFile(node);
-        return;
-    }
-    ticksChanged();
-}
-
-void SameFileDeleteViewController::alertEnded(bool ok) {
-    const auto leaf = std::exchange(m_askedAbout, nullptr);
-    if (!leaf || !ok || refuseUnless(m_state == State::Results, "a tick"))
-        return;
-    m_selection.tickLastLeaf(leaf);
-    ticksChanged();
-}
-
-void SameFileDeleteViewController::setAllSelectOrNoSelect(bool on) {
-    if (refuseUnless(m_state == State::Results, "a tick") || !treeData() ||
-        treeData()->numberOfChildren() == 0)
-        return;
-    m_selection.setAllSelectOrNoSelect(*treeData(), on);
-    ticksChanged();
-}
-
-void SameFileDeleteViewController::tickAllBut(KeepRule rule, const TreeNode::Pointer &group) {
-    if (refuseUnless(m_state == State::Results, "a tick") || !treeData())
-        return;
-    m_selection.tickAllBut(group ? TreeNode::List{group} : treeData()->children(), rule,
-                           [this](const TreeNode &leaf) { return isShown(leaf); });
-    ticksChanged();
-}
-
-void SameFileDeleteViewController::tickAllOutside(const std::filesystem::path &folder) {
-    if (refuseUnless(m_state == State::Results, "a tick") || !treeData())
-        return;
-    m_selection.tickAllOutside(treeData()->children(), folder,
-                               [this](const TreeNode &leaf) { return isShown(leaf); });
-    ticksChanged();
-}
-
-void SameFileDeleteViewController::undoTicks() {
-    if (refuseUnless(m_state == State::Results && m_selection.canUndo(), "an undo"))
-        return;
-    m_selection.undo();
-    ticksChanged();
-}
-
-// What follows from every change: the box for all, the button, the title and the message.
-void SameFileDeleteViewController::ticksChanged() {
-    bool anyTicked = false;
-    bool allTicked = treeData() && treeData()->numberOfChildren() > 0;
-    for (std::int32_t i = 0; treeData() && i < treeData()->numberOfChildren(); ++i) {
-        const std::int32_t state = dataOf(*treeData()->childAtIndex(i)).selectNum();
-        anyTicked = anyTicked || state != 0;
-        allTicked = allTicked && state == 1;
-    }
-    m_hasTicked = m_hasTicked || !m_selection.isEmpty();
-    DuplicateControls controls = m_controls;
-    controls.remove = m_state == State::Results && !m_selection.isEmpty();
-    controls.allSelect = treeData() && treeData()->numberOfChildren() > 0;
-    controls.allSelectImage = !anyTicked  ? "option_no.png"
-                              : allTicked ? "option_yes.png"
-                                          : "option_a.png";
-    setControls(controls);
-    renewTitle();
-    Q_EMIT selectionChanged();
-}
-
-QString SameFileDeleteViewController::selectionMessage() const {
-    return m_hasTicked
-               ? localizedText("%d of %d selected.")
-                     .arg(readersNumber(m_selection.count()), readersNumber(m_frashAllFilesCount))
-               : QString();
-}
-
-QString SameFileDeleteViewController::failureOf(const TreeNode *leaf) const {
-    const auto found = m_failures.find(leaf);
-    return found == m_failures.end() ? QString() : QString::fromStdString(found->second);
 }
 
 // -- Other actions

@@ -110,6 +110,16 @@ public:
     /// The size of a row's files in words, "0.0KB" without.
     QString sizeOfRow(int row) const;
     std::uint64_t bytesOfRow(int row) const;
+    /// The column that the lists are ordered by; empty until the user has asked for one.
+    const QString &lastColumn() const { return m_lastColumn; }
+    bool sortDescending() const { return m_sortDescending; }
+    const QString &filter() const { return m_filter; }
+    /// Ticked leaves that the filter, or the choice of a list, leaves no row to.
+    std::size_t hiddenSelectedCount() const;
+    /// What was searched is a folder. False also before the first search.
+    bool hasRoot() const { return bool(m_root); }
+    /// The last search was stopped.
+    bool wasStopped() const { return m_bIsStopScan; }
     /// Leaves of the list shown.
     std::uint64_t allFilesCount() const { return m_frashAllFilesCount; }
     const DuplicateSelection &selection() const { return m_selection; }
@@ -135,6 +145,9 @@ public:
     void didClickTableColumn(const QString &column);
     /// A click on the box of a row, of a group or of a leaf.
     void setSelectState(const TreeNode::Pointer &node);
+    /// Ticks many rows, or unticks them where all are ticked. It never asks, and leaves the last
+    /// file of a group as it is.
+    void setSelectState(const TreeNode::List &nodes);
     /// To askAboutLastFile(): true for "OK".
     void alertEnded(bool ok);
     void setAllSelectOrNoSelect(bool on);
@@ -196,6 +209,7 @@ private:
     void setControls(const DuplicateControls &controls);
     void updatePathString(std::string text);
     void renewTitle();
+    bool sortList();
     void switch2QcAnimation(bool searching);
     void resetOulineView();
 

@@ -53,6 +53,8 @@ ApplicationViews::ApplicationViews(AppDelegate &delegate, CustomStatusItemView &
             PanelActs acts;
             acts.showVolumes = [this] { showPopupAtWindow(); };
             acts.clean = AppPrefsWindowController::sharedPrefsWindowController().v4MainView();
+            acts.duplicates =
+                AppPrefsWindowController::sharedPrefsWindowController().sameFileDeleteView();
             return makePanelPage(identifier, acts, page);
         });
     m_popup = std::make_unique<StatusPopup>(m_delegate.menu());

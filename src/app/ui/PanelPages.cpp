@@ -7,6 +7,9 @@
 #include "cleaning/ui/CleanStartPanel.h"
 #include "core/MacLog.h"
 #include "core/Texts.h"
+#include "duplicates/ui/DuplicatesProgressPanel.h"
+#include "duplicates/ui/DuplicatesResultsPanel.h"
+#include "duplicates/ui/DuplicatesStartPanel.h"
 #include "foundation/Identity.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
@@ -43,10 +46,6 @@ void openFirst(const std::vector<fs::path> &folders) {
     }
 }
 
-void openHome(const PanelActs &) {
-    openFolder(homeFolder());
-}
-
 void showVolumes(const PanelActs &acts) {
     acts.showVolumes();
 }
@@ -78,6 +77,11 @@ QWidget *makeClean(const PanelActs &acts, QWidget *parent) {
     return new Panel(*acts.clean, parent);
 }
 
+template <typename Panel>
+QWidget *makeDuplicates(const PanelActs &acts, QWidget *parent) {
+    return new Panel(*acts.duplicates, parent);
+}
+
 QWidget *makeCleanResults(const PanelActs &acts, QWidget *parent) {
     auto *const results = new CleanResultsPanel(*acts.clean, parent);
     QObject::connect(results, &CleanResultsPanel::volumesRequested, results, acts.showVolumes);
@@ -94,8 +98,6 @@ struct EmptyPage {
 };
 
 constexpr std::array emptyPages = {
-    EmptyPage{"duplicates_file", "start_duplicates.png", QT_TRID_NOOP("EMPTY_DUPLICATES"),
-              QT_TRID_NOOP("OPEN_HOME"), openHome},
     EmptyPage{"disk_usage", "start_disk_usage.png", QT_TRID_NOOP("EMPTY_DISK_USAGE"),
               QT_TRID_NOOP("SHOW_VOLUMES"), showVolumes},
     EmptyPage{"delete", "start_uninstall.png", QT_TRID_NOOP("EMPTY_UNINSTALL"),
@@ -130,13 +132,16 @@ constexpr std::array panelMakers = {
     PanelMaker{"Scan", makeClean<CleanStartPanel>},
     PanelMaker{"QC_FastClean", makeClean<CleanProgressPanel>},
     PanelMaker{"DATA_FastClean", makeCleanResults},
+    PanelMaker{"duplicates_file", makeDuplicates<DuplicatesStartPanel>},
+    PanelMaker{"QC_Duplicates", makeDuplicates<DuplicatesProgressPanel>},
+    PanelMaker{"DATA_Duplicates", makeDuplicates<DuplicatesResultsPanel>},
 };
 
 } // namespace
 
 QWidget *makePanelPage(const QString &identifier, const PanelActs &acts, QWidget *parent) {
     for (const PanelMaker &row : panelMakers) {
-        if (acts.clean && identifier == QLatin1String(row.panel))
+        if (acts.clean && acts.duplicates && identifier == QLatin1String(row.panel))
             return row.make(acts, parent);
     }
     const Page *const page = pageOfPanel(identifier);

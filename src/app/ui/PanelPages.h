@@ -9,11 +9,13 @@ class QWidget;
 namespace brightsweep {
 
 class NewMainViewController;
+class SameFileDeleteViewController;
 
 /// What the pages ask for beyond themselves.
 struct PanelActs {
-    std::function<void()> showVolumes;      ///< opens the list of volumes
-    NewMainViewController *clean = nullptr; ///< the clean page's
+    std::function<void()> showVolumes;                  ///< opens the list of volumes
+    NewMainViewController *clean = nullptr;             ///< the clean page's
+    SameFileDeleteViewController *duplicates = nullptr; ///< the duplicates page's
 };
 
 /// The page of a panel of the main window. Panels that have no page yet say what they are for.

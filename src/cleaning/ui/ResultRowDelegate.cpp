@@ -176,14 +176,25 @@ void ResultRowDelegate::paintSpanned(QPainter &painter, const QStyleOptionViewIt
 
 void ResultRowDelegate::paintGroup(QPainter &painter, const QRect &area, bool isSelected,
                                    const QModelIndex &index) const {
-    const auto category =
-        std::min<std::size_t>(index.data(m_form.categoryRole).toUInt(), groupImages.size() - 1);
-    const QRect icon = middle(area, isSelected ? selectedIconSide : iconSide);
-    const QString name =
-        QString::fromStdString(paths::fromVariant(index.data(m_form.iconRole)).string());
-    m_icons.named(name, groupImages[category]).paint(&painter, mirrored(area, icon));
-    Line line(painter, area, area.adjusted(nameLeft(), 0, 0, 0));
-    line.add(index.data().toString(), font(isSelected), theme::text());
+    const QRect place = middle(area, isSelected ? selectedIconSide : iconSide);
+    const auto shown = paths::fromVariant(index.data(m_form.iconRole));
+    QIcon icon;
+    if (m_form.categoryRole < 0) {
+        icon = m_icons.icon(shown, index.data(m_form.directoryRole).toBool());
+    } else {
+        const auto category =
+            std::min<std::size_t>(index.data(m_form.categoryRole).toUInt(), groupImages.size() - 1);
+        icon = m_icons.named(QString::fromStdString(shown.string()), groupImages[category]);
+    }
+    icon.paint(&painter, mirrored(area, place));
+    const QString note = m_form.noteRole < 0 ? QString() : index.data(m_form.noteRole).toString();
+    const QFont small = theme::font(noteSize);
+    const int noteWidth =
+        note.isEmpty() ? 0 : QFontMetrics(small).horizontalAdvance(note) + 2 * theme::grid;
+    Line line(painter, area, area.adjusted(nameLeft(), 0, -2 * theme::grid, 0));
+    line.add(index.data().toString(), font(isSelected), theme::text(), Qt::ElideMiddle,
+             std::min(noteWidth, area.width() / 2));
+    line.add(note, small, isSelected ? theme::text() : theme::accent(), Qt::ElideRight);
 }
 
 void ResultRowDelegate::paintName(QPainter &painter, const QRect &area, bool isSelected,

@@ -17,9 +17,10 @@ struct ResultRowForm {
     int failureRole = -1;
     int holderRole = -1; ///< -1: the model has none
     int groupRole = -1;
-    int categoryRole = -1;
-    int iconRole = -1;  ///< of a group, its name in the icon theme
-    int imageRole = -1; ///< of the open column
+    int categoryRole = -1; ///< -1: the icon of a group is a file's, and its role holds a path
+    int iconRole = -1;     ///< of a group, its name in the icon theme
+    int noteRole = -1;     ///< what stands out behind the name of a group
+    int imageRole = -1;    ///< of the open column
     int reasonRole = -1;
     int shareRole = -1;
     double fontSize = 12;

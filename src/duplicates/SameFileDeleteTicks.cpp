@@ -1,0 +1,137 @@
+// The ticks of the duplicates page.
+
+#include "core/Texts.h"
+#include "duplicates/SameFileDeleteViewController.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace brightsweep {
+
+namespace {
+
+SimpleNodeData &dataOf(const TreeNode &node) {
+    return static_cast<SimpleNodeData &>(*node.nodeData());
+}
+
+} // namespace
+
+std::size_t SameFileDeleteViewController::hiddenSelectedCount() const {
+    if (m_filter.isEmpty() && m_remberWitchSelect == 0)
+        return 0;
+    std::size_t hidden = 0;
+    const std::int32_t type = duplicateLists[std::size_t(m_remberWitchSelect)].fileType;
+    for (const auto &leaf : m_selection.allSelectNumArr()) {
+        const bool isListed = type == 0 || dataOf(*leaf->nodeParent()).fileType() == type;
+        hidden += isListed && isShown(*leaf) ? 0 : 1;
+    }
+    return hidden;
+}
+
+void SameFileDeleteViewController::setSelectState(const TreeNode::Pointer &node) {
+    if (refuseUnless(m_state == State::Results, "a tick"))
+        return;
+    if (dataOf(*node).isGroup()) {
+        m_selection.clickGroup(node);
+    } else if (dataOf(*node).selectNum() == 1) {
+        m_selection.untickLeaf(node);
+    } else if (!m_selection.tickLeaf(node)) {
+        m_askedAbout = node;
+        Q_EMIT askAboutLastFile(node);
+        return;
+    }
+    ticksChanged();
+}
+
+void SameFileDeleteViewController::setSelectState(const TreeNode::List &nodes) {
+    if (refuseUnless(m_state == State::Results, "a tick"))
+        return;
+    const bool ticks = std::any_of(nodes.begin(), nodes.end(),
+                                   [](const auto &node) { return dataOf(*node).selectNum() == 0; });
+    for (const auto &node : nodes) {
+        const bool isTicked = dataOf(*node).selectNum() != 0;
+        if (isTicked == ticks)
+            continue;
+        if (dataOf(*node).isGroup())
+            m_selection.clickGroup(node);
+        else if (ticks)
+            m_selection.tickLeaf(node);
+        else
+            m_selection.untickLeaf(node);
+    }
+    ticksChanged();
+}
+
+void SameFileDeleteViewController::alertEnded(bool ok) {
+    const auto leaf = std::exchange(m_askedAbout, nullptr);
+    if (!leaf || !ok || refuseUnless(m_state == State::Results, "a tick"))
+        return;
+    m_selection.tickLastLeaf(leaf);
+    ticksChanged();
+}
+
+void SameFileDeleteViewController::setAllSelectOrNoSelect(bool on) {
+    if (refuseUnless(m_state == State::Results, "a tick") || !treeData() ||
+        treeData()->numberOfChildren() == 0)
+        return;
+    m_selection.setAllSelectOrNoSelect(*treeData(), on);
+    ticksChanged();
+}
+
+void SameFileDeleteViewController::tickAllBut(KeepRule rule, const TreeNode::Pointer &group) {
+    if (refuseUnless(m_state == State::Results, "a tick") || !treeData())
+        return;
+    m_selection.tickAllBut(group ? TreeNode::List{group} : treeData()->children(), rule,
+                           [this](const TreeNode &leaf) { return isShown(leaf); });
+    ticksChanged();
+}
+
+void SameFileDeleteViewController::tickAllOutside(const std::filesystem::path &folder) {
+    if (refuseUnless(m_state == State::Results, "a tick") || !treeData())
+        return;
+    m_selection.tickAllOutside(treeData()->children(), folder,
+                               [this](const TreeNode &leaf) { return isShown(leaf); });
+    ticksChanged();
+}
+
+void SameFileDeleteViewController::undoTicks() {
+    if (refuseUnless(m_state == State::Results && m_selection.canUndo(), "an undo"))
+        return;
+    m_selection.undo();
+    ticksChanged();
+}
+
+// What follows from every change: the box for all, the button, the title and the message.
+void SameFileDeleteViewController::ticksChanged() {
+    bool anyTicked = false;
+    bool allTicked = treeData() && treeData()->numberOfChildren() > 0;
+    for (std::int32_t i = 0; treeData() && i < treeData()->numberOfChildren(); ++i) {
+        const std::int32_t state = dataOf(*treeData()->childAtIndex(i)).selectNum();
+        anyTicked = anyTicked || state != 0;
+        allTicked = allTicked && state == 1;
+    }
+    m_hasTicked = m_hasTicked || !m_selection.isEmpty();
+    DuplicateControls controls = m_controls;
+    controls.remove = m_state == State::Results && !m_selection.isEmpty();
+    controls.allSelect = treeData() && treeData()->numberOfChildren() > 0;
+    controls.allSelectImage = !anyTicked  ? "option_no.png"
+                              : allTicked ? "option_yes.png"
+                                          : "option_a.png";
+    setControls(controls);
+    renewTitle();
+    Q_EMIT selectionChanged();
+}
+
+QString SameFileDeleteViewController::selectionMessage() const {
+    return m_hasTicked
+               ? localizedText("%d of %d selected.")
+                     .arg(readersNumber(m_selection.count()), readersNumber(m_frashAllFilesCount))
+               : QString();
+}
+
+QString SameFileDeleteViewController::failureOf(const TreeNode *leaf) const {
+    const auto found = m_failures.find(leaf);
+    return found == m_failures.end() ? QString() : QString::fromStdString(found->second);
+}
+
+} // namespace brightsweep

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+class QPushButton;
+
+namespace brightsweep {
+
+class Animation;
+class ImageView;
+class SameFileDeleteViewController;
+
+/// The progress panel of the duplicates page: the file under search, how far it has come, and the
+/// stop. The controller outlives it. Main thread.
+class DuplicatesProgressPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit DuplicatesProgressPanel(SameFileDeleteViewController &controller,
+                                     QWidget *parent = nullptr);
+
+    QSize sizeHint() const override;
+
+private:
+    void follow();
+
+    SameFileDeleteViewController &m_controller;
+    QLabel *m_folder;
+    QLabel *nameTextStr;
+    ImageView *imageView;
+    Animation *m_progress;
+    QPushButton *stopScanBtn;
+    QLabel *stopScanText;
+};
+
+/// Shows a path on one line of a label, cut in the middle where it is too long. The label keeps
+/// its place and size.
+void showPathLine(QLabel &label, const std::string &path);
+
+} // namespace brightsweep

@@ -1,0 +1,117 @@
+// The questions of the results panel, and its word on what a removal came to.
+#include "core/Texts.h"
+#include "core/UtilityFunction.h"
+#include "duplicates/ui/DuplicatesResultsPanel.h"
+#include "ui/AlertSheet.h"
+
+#include <array>
+
+namespace brightsweep {
+
+namespace {
+
+using Act = SameFileDeleteViewController::Act;
+
+QString counted(const char *key, std::size_t files, std::uint64_t bytes) {
+    return localizedText(key, files).arg(readersSize(UtilityFunction::convertVolSpace(bytes)));
+}
+
+const SimpleNodeData &dataOf(const TreeNode &node) {
+    return static_cast<const SimpleNodeData &>(*node.nodeData());
+}
+
+} // namespace
+
+void DuplicatesResultsPanel::askAboutLastFile() {
+    AlertContent content;
+    content.imageName = QStringLiteral("warning.png");
+    content.text = localizedText("Are you sure you want to delete all the duplicate files?");
+    content.informativeText = QStringLiteral(" ");
+    content.buttons = {
+        {localizedText("OK"), true, [this] { m_controller.alertEnded(true); }},
+        {localizedText("CANCEL"), false, [this] { m_controller.alertEnded(false); }}};
+    content.calledOff = [this] { m_controller.alertEnded(false); };
+    AlertSheet::show(std::move(content), window());
+}
+
+// How many of each class go, what stays, and what one does not see.
+QString DuplicatesResultsPanel::whatGoes() const {
+    std::array<std::size_t, duplicateLists.size()> counts{}; // by fileType
+    std::size_t wholeGroups = 0;
+    const TreeNode *last = nullptr;
+    for (const auto &leaf : m_controller.selection().allSelectNumArr()) {
+        const TreeNode *const group = leaf->nodeParent();
+        ++counts[std::size_t(dataOf(*group).fileType())];
+        wholeGroups +=
+            group != last && dataOf(*group).selectNum() == 1 && group->firstChild() == leaf ? 1 : 0;
+        last = group;
+    }
+    QStringList lines;
+    QStringList classes;
+    for (const DuplicateListRow &row : duplicateLists) {
+        const std::size_t count = counts[std::size_t(row.fileType)];
+        // What is in no class is in the list of all alone.
+        const char *const name = row.fileType == 0 ? QT_TRID_NOOP("DUP_NO_CLASS") : row.title;
+        if (count > 0)
+            classes += QStringLiteral("%1: %2").arg(localizedText(name), readersNumber(count));
+    }
+    lines += classes.join(QStringLiteral(" · "));
+    lines += wholeGroups == 0 ? localizedText("DUP_ONE_STAYS")
+                              : localizedText("DUP_WHOLE_GROUPS", wholeGroups);
+    if (const std::size_t hidden = m_controller.hiddenSelectedCount())
+        lines += localizedText("DUP_NOT_SHOWN", hidden);
+    return lines.join(u'\n');
+}
+
+void DuplicatesResultsPanel::askToRemove() {
+    const auto &selection = m_controller.selection();
+    AlertContent content;
+    content.imageName = QStringLiteral("warning.png");
+    content.text = counted(QT_TRID_NOOP("DUP_ASK"), selection.count(), selection.bytes());
+    content.informativeText = whatGoes();
+    const auto answer = [this](Act act) {
+        return [this, act] { m_controller.removalAnswered(act); };
+    };
+    content.buttons = {
+        {localizedText("DUP_REMOVE"), true, answer(Act::Remove), false,
+         localizedText("DUP_TIP_REMOVE")},
+        {localizedText("MOVE_TO_TRASH"), true, answer(Act::Trash), false,
+         localizedText("DUP_TIP_TRASH")},
+        {localizedText("CANCEL"), false, {}, false, localizedText("TIP_REMOVE_NOTHING")}};
+    AlertSheet::show(std::move(content), window());
+}
+
+void DuplicatesResultsPanel::alertCanNotRemoveSome() {
+    AlertContent content;
+    content.imageName = QStringLiteral("Lock.png");
+    content.text = localizedText("Some files that require admin access can't be removed!");
+    if (m_controller.padlock().isWithoutAgent())
+        content.informativeText = localizedText("LOCK_NO_AGENT");
+    content.buttons = {{localizedText("OK"), false, [this] { m_controller.alertDidEnd(); }}};
+    content.calledOff = [this] { m_controller.alertDidEnd(); };
+    AlertSheet::show(std::move(content), window());
+}
+
+void DuplicatesResultsPanel::showWords(const QString &words) {
+    AlertContent content;
+    content.imageName = QStringLiteral("warning.png");
+    content.text = words;
+    AlertSheet::show(std::move(content), window());
+}
+
+void DuplicatesResultsPanel::tellOutcome() {
+    const auto &report = m_controller.report();
+    const char *const key = report.act == Act::Trash   ? QT_TRID_NOOP("DUP_TRASHED")
+                            : report.act == Act::Share ? QT_TRID_NOOP("DUP_SHARED")
+                                                       : QT_TRID_NOOP("DUP_REMOVED");
+    QStringList words = {report.act == Act::Trash ? localizedText(key, report.done)
+                                                  : counted(key, report.done, report.bytesFreed)};
+    if (report.failed > 0)
+        words += localizedText("DUP_STAYED", report.failed);
+    if (report.stopped)
+        words += localizedText("DUP_REMOVAL_STOPPED");
+    m_outcome = words.join(u' ');
+    followSelection();
+}
+
+} // namespace brightsweep

@@ -1,0 +1,435 @@
+#include "duplicates/ui/DuplicatesResultsPanel.h"
+
+#include "cleaning/ui/StyledLabel.h"
+#include "core/Texts.h"
+#include "core/UtilityFunction.h"
+#include "duplicates/ui/DuplicateListsView.h"
+#include "duplicates/ui/DuplicatesProgressPanel.h"
+#include "duplicates/ui/DuplicatesView.h"
+#include "duplicates/ui/FolderChoice.h"
+#include "ui/ImageProvider.h"
+#include "ui/ImageView.h"
+#include "ui/Theme.h"
+#include "ui/effects/Animation.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <array>
+#include <utility>
+
+namespace brightsweep {
+
+namespace {
+
+using Page = SameFileDeleteViewController;
+
+constexpr int pictureSide = 96;
+constexpr int filterWidth = 180;
+constexpr int lockSide = 20;
+constexpr int buttonWidth = 128;
+constexpr int buttonHeight = 36;
+constexpr int barWidth = 360;
+constexpr std::chrono::milliseconds filterSettles{120};
+
+QLabel *plainLabel(const char *name, QWidget *parent) {
+    auto *const label = new QLabel(parent);
+    label->setObjectName(QLatin1String(name));
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+
+QFrame *hairline(QWidget *parent) {
+    auto *const line = new QFrame(parent);
+    line->setFixedHeight(1);
+    line->setProperty("hairline", true);
+    return line;
+}
+
+QString sizeWords(std::uint64_t bytes) {
+    return readersSize(UtilityFunction::convertVolSpace(bytes));
+}
+
+// The numbers of "%d of %d selected." by their place in the reader's language.
+CleanStyledText countLine(std::size_t selected, std::uint64_t total) {
+    const QString sentence = localizedText("%d of %d selected.");
+    const std::array numbers = {readersNumber(selected), readersNumber(total)};
+    constexpr std::array sizes = {15, 0};
+    CleanStyledText line;
+    for (qsizetype at = 0; at < sentence.size(); ++at) {
+        const auto number = std::size_t(sentence.mid(at + 1, 1).toUInt()) - 1;
+        if (sentence[at] != u'%' || number >= numbers.size()) {
+            line.text += sentence[at];
+            continue;
+        }
+        line.accented.push_back(
+            {int(line.text.size()), int(numbers[number].size()), sizes[number], number == 0});
+        line.text += numbers[number];
+        ++at;
+    }
+    return line;
+}
+
+} // namespace
+
+DuplicatesResultsPanel::DuplicatesResultsPanel(Page &controller, QWidget *parent)
+    : QWidget(parent),
+      m_controller(controller),
+      m_model(controller),
+      m_lists(new DuplicateListsView(controller, m_model, this)),
+      m_box(new QStackedWidget(this)),
+      m_outline(new DuplicatesView(controller, m_model, m_box)),
+      m_empty(makeEmpty()),
+      m_removing(makeRemoving()),
+      m_filterSettled(new QTimer(this)) {
+    for (QWidget *const page : {static_cast<QWidget *>(m_outline), m_empty, m_removing})
+        m_box->addWidget(page);
+    auto *const right = new QVBoxLayout;
+    right->setContentsMargins(0, 0, 0, 0);
+    right->setSpacing(0);
+    right->addWidget(makeHeading());
+    right->addWidget(makeNotice());
+    right->addWidget(m_box, 1);
+    auto *const upper = new QHBoxLayout;
+    upper->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 0);
+    upper->setSpacing(2 * theme::grid);
+    upper->addWidget(m_lists);
+    upper->addLayout(right, 1);
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addLayout(upper, 1);
+    layout->addWidget(hairline(this));
+    layout->addWidget(makeBottom());
+    setFocusProxy(m_outline);
+
+    new FolderChoice(m_controller, this);
+    bindPadlock();
+    bindFilter();
+    const auto *const page = &m_controller;
+    connect(page, &Page::stateChanged, this, &DuplicatesResultsPanel::followState);
+    connect(page, &Page::controlsChanged, this, &DuplicatesResultsPanel::followControls);
+    connect(page, &Page::titleChanged, this, &DuplicatesResultsPanel::followHeading);
+    connect(&m_model, &QAbstractItemModel::layoutChanged, this,
+            &DuplicatesResultsPanel::followState);
+    connect(page, &Page::selectionChanged, this, &DuplicatesResultsPanel::followSelection);
+    connect(page, &Page::rowsChanged, this, &DuplicatesResultsPanel::followRemoval);
+    connect(page, &Page::removalEnded, this, &DuplicatesResultsPanel::tellOutcome);
+    connect(page, &Page::pathShown, this, [this](const std::string &path) {
+        if (m_controller.state() == Page::State::Removing)
+            showPathLine(*m_removingPath, path);
+    });
+    connect(page, &Page::askAboutLastFile, this, &DuplicatesResultsPanel::askAboutLastFile);
+    connect(page, &Page::askToRemove, this, &DuplicatesResultsPanel::askToRemove);
+    connect(page, &Page::removalRefused, this, &DuplicatesResultsPanel::showWords);
+    connect(page, &Page::alertCanNotRemoveSome, this,
+            &DuplicatesResultsPanel::alertCanNotRemoveSome);
+    followState();
+    followControls();
+}
+
+QSize DuplicatesResultsPanel::sizeHint() const {
+    return theme::leastPanel().expandedTo(layout()->minimumSize());
+}
+
+// -- Making
+
+QWidget *DuplicatesResultsPanel::makeHeading() {
+    auto *const heading = new QWidget(this);
+    auto *const row = new QHBoxLayout(heading);
+    row->setContentsMargins(2 * theme::grid, theme::grid, 2 * theme::grid, 2 * theme::grid);
+    row->setSpacing(3 * theme::grid);
+    m_wasted = plainLabel("duplicates.wasted", heading);
+    theme::keepFont(m_wasted, 28, true);
+    m_wasted->setProperty("number", true);
+    row->addWidget(m_wasted);
+    auto *const words = new QVBoxLayout;
+    words->setSpacing(0);
+    m_wastedWords = plainLabel("duplicates.wastedWords", heading);
+    titleLabel = plainLabel("titleLabel", heading);
+    titleLabel->setProperty("secondary", true);
+    words->addWidget(m_wastedWords);
+    words->addWidget(titleLabel);
+    row->addLayout(words, 1);
+    m_filter = new QLineEdit(heading);
+    m_filter->setObjectName(QStringLiteral("duplicates.filter"));
+    m_filter->setPlaceholderText(localizedText("DUP_FILTER"));
+    m_filter->setAccessibleName(localizedText("DUP_FILTER"));
+    m_filter->setClearButtonEnabled(true);
+    theme::keepSize(m_filter, filterWidth, 0);
+    row->addWidget(m_filter);
+    return heading;
+}
+
+QWidget *DuplicatesResultsPanel::makeNotice() {
+    m_notice = new QFrame(this);
+    m_notice->setProperty("card", true);
+    auto *const row = new QHBoxLayout(m_notice);
+    row->setContentsMargins(3 * theme::grid, theme::grid, 2 * theme::grid, theme::grid);
+    m_noticeWords = plainLabel("duplicates.notice", m_notice);
+    m_noticeWords->setWordWrap(true);
+    row->addWidget(m_noticeWords, 1);
+    m_showAll = new QPushButton(localizedText("SHOW_ALL"), m_notice);
+    m_showAll->setObjectName(QStringLiteral("duplicates.showAll"));
+    row->addWidget(m_showAll);
+    connect(m_showAll, &QPushButton::clicked, this, [this] {
+        m_filter->clear();
+        m_model.refViewBgColor(0);
+        m_outline->setFocus();
+    });
+    return m_notice;
+}
+
+QWidget *DuplicatesResultsPanel::makeEmpty() {
+    auto *const page = new QWidget(m_box);
+    auto *const layout = new QVBoxLayout(page);
+    layout->addStretch(2);
+    auto *const picture = new ImageView(QStringLiteral("start_done.png"), page);
+    theme::keepSize(picture, pictureSide, pictureSide);
+    layout->addWidget(picture, 0, Qt::AlignHCenter);
+    layout->addSpacing(3 * theme::grid);
+    m_emptyTitle = plainLabel("duplicates.empty", page);
+    theme::keepFont(m_emptyTitle, 18, true);
+    layout->addWidget(m_emptyTitle, 0, Qt::AlignHCenter);
+    layout->addStretch(3);
+    return page;
+}
+
+QWidget *DuplicatesResultsPanel::makeRemoving() {
+    auto *const page = new QWidget(m_box);
+    auto *const layout = new QVBoxLayout(page);
+    layout->setSpacing(4 * theme::grid);
+    layout->addStretch(2);
+    m_removingPath = plainLabel("duplicates.removingPath", page);
+    m_removingPath->setAlignment(Qt::AlignCenter);
+    m_removingPath->setProperty("secondary", true);
+    layout->addWidget(m_removingPath, 0, Qt::AlignHCenter);
+    m_removingBar = new QProgressBar(page);
+    m_removingBar->setTextVisible(false);
+    m_removingBar->setAccessibleName(localizedText("Removal"));
+    layout->addWidget(m_removingBar, 0, Qt::AlignHCenter);
+    stopRemoveBtn = new QPushButton(localizedText("STOP"), page);
+    stopRemoveBtn->setObjectName(QStringLiteral("stopRemoveBtn"));
+    layout->addWidget(stopRemoveBtn, 0, Qt::AlignHCenter);
+    layout->addStretch(3);
+    theme::keep(page, [this] {
+        m_removingPath->setFixedWidth(theme::height(barWidth));
+        m_removingBar->setFixedWidth(theme::height(barWidth));
+    });
+    connect(stopRemoveBtn, &QPushButton::clicked, &m_controller, &Page::stopRemoveBtnClicked);
+    return page;
+}
+
+QWidget *DuplicatesResultsPanel::makeBottom() {
+    auto *const bottom = new QWidget(this);
+    auto *const row = new QHBoxLayout(bottom);
+    row->setContentsMargins(4 * theme::grid, 3 * theme::grid, 4 * theme::grid, 3 * theme::grid);
+    row->setSpacing(3 * theme::grid);
+    m_back = new QPushButton(localizedText("BACK"), bottom);
+    m_back->setObjectName(QStringLiteral("backButton"));
+    m_back->setIcon(imageNamed(isRightToLeft() ? QStringLiteral("arrow_right.png")
+                                               : QStringLiteral("arrow_left.png")));
+    row->addWidget(m_back);
+    m_folder = new QPushButton(localizedText("CHOOSE_FOLDER"), bottom);
+    m_folder->setObjectName(QStringLiteral("folderButton"));
+    row->addWidget(m_folder);
+    lockButton = new QToolButton(bottom);
+    lockButton->setObjectName(QStringLiteral("lockButton"));
+    lockButton->setCheckable(true);
+    theme::keep(lockButton, [this] {
+        lockButton->setIconSize({theme::height(lockSide), theme::height(lockSide)});
+    });
+    lockButton->setAccessibleName(localizedText("PADLOCK"));
+    row->addWidget(lockButton);
+    m_padlockBlink = new Animation(bottom);
+    m_padlockBlink->hide();
+    auto *const words = new QVBoxLayout;
+    words->setSpacing(0);
+    m_sum = plainLabel("duplicates.sum", bottom);
+    theme::keepFont(m_sum, 18, true);
+    m_sum->setProperty("number", true);
+    QSizePolicy keepsRoom = m_sum->sizePolicy();
+    keepsRoom.setRetainSizeWhenHidden(true);
+    m_sum->setSizePolicy(keepsRoom);
+    trashFileNumTF = new StyledLabel(bottom);
+    trashFileNumTF->setObjectName(QStringLiteral("trashFileNumTF"));
+    for (QLabel *const label : {m_sum, static_cast<QLabel *>(trashFileNumTF)}) {
+        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        words->addWidget(label);
+    }
+    row->addLayout(words, 1);
+    m_remove = new QPushButton(localizedText("DUP_REMOVE"), bottom);
+    m_remove->setObjectName(QStringLiteral("removeButton"));
+    m_remove->setProperty("primary", true);
+    theme::keep(m_remove, [this] {
+        m_remove->setMinimumSize(theme::height(buttonWidth), theme::height(buttonHeight));
+    });
+    row->addWidget(m_remove);
+    connect(m_back, &QPushButton::clicked, &m_controller, &Page::backButtonAction);
+    connect(m_folder, &QPushButton::clicked, &m_controller, &Page::clickScanBtn);
+    connect(m_remove, &QPushButton::clicked, &m_controller, &Page::removeBtnClicked);
+    return bottom;
+}
+
+void DuplicatesResultsPanel::bindPadlock() {
+    PadlockController &padlock = m_controller.padlock();
+    const auto showLock = [this, &padlock](bool open) {
+        const QString why = padlock.isWithoutAgent()
+                                ? localizedText("LOCK_NO_AGENT")
+                                : localizedText("Click lock to get a higer privileges.");
+        lockButton->setToolTip(QStringLiteral("<qt>%1</qt>").arg(why.toHtmlEscaped()));
+        lockButton->setAccessibleDescription(why);
+        lockButton->setChecked(open);
+        lockButton->setIcon(imageNamed(QLatin1String(padlock.imageName())));
+    };
+    // Assistive programs toggle it without a click.
+    connect(lockButton, &QToolButton::toggled, this, [this, &padlock](bool open) {
+        if (open != padlock.isOpen())
+            m_controller.unlockRigths(open);
+    });
+    connect(&padlock, &PadlockController::lockStateChanged, this, showLock);
+    connect(&padlock, &PadlockController::askingChanged, this,
+            &DuplicatesResultsPanel::followControls);
+    connect(&m_controller, &Page::unlockAnimation, this, [this](bool running) {
+        if (running)
+            m_padlockBlink->startUnlockAnimation(lockButton);
+        else
+            m_padlockBlink->stopUnlockAnimation(lockButton);
+    });
+    showLock(padlock.isOpen());
+}
+
+void DuplicatesResultsPanel::bindFilter() {
+    m_filterSettled->setSingleShot(true);
+    m_filterSettled->setInterval(filterSettles);
+    connect(m_filterSettled, &QTimer::timeout, this,
+            [this] { m_controller.setFilter(m_filter->text()); });
+    connect(m_filter, &QLineEdit::textChanged, m_filterSettled, qOverload<>(&QTimer::start));
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, m_filter, [this] {
+        m_filter->setFocus(Qt::ShortcutFocusReason);
+        m_filter->selectAll();
+    });
+    auto *const clear =
+        new QShortcut(Qt::Key_Escape, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+    connect(clear, &QShortcut::activated, this, [this] {
+        m_filter->clear();
+        m_outline->setFocus(Qt::ShortcutFocusReason);
+    });
+    clear->setEnabled(false);
+    connect(m_filter, &QLineEdit::textChanged, clear,
+            [clear](const QString &text) { clear->setEnabled(!text.isEmpty()); });
+}
+
+// -- Showing
+
+void DuplicatesResultsPanel::showEvent(QShowEvent *) {
+    followState();
+}
+
+void DuplicatesResultsPanel::followState() {
+    const Page::State state = m_controller.state();
+    if (state == Page::State::Searching || state == Page::State::Stopping) {
+        m_isNew = true;
+        m_outcome.clear();
+        m_filter->clear();
+        m_filterSettled->stop();
+        if (!m_controller.filter().isEmpty())
+            m_controller.setFilter({});
+        return;
+    }
+    followPage();
+    if (state == Page::State::Removing) {
+        m_going = m_controller.selection().count();
+        followRemoval();
+    } else if (m_isNew && isVisible() && m_model.rowCount() > 0) {
+        m_isNew = false;
+        m_outline->expandFirst();
+    }
+    followHeading();
+    followSelection();
+}
+
+// The keyboard stays in the page: a widget that goes would hand it on to the toolbar.
+void DuplicatesResultsPanel::followPage() {
+    const bool isRemoving = m_controller.controls().pathView;
+    const bool isEmpty = m_model.rowCount() == 0 && m_controller.filter().isEmpty();
+    QWidget *const page = isRemoving ? m_removing : isEmpty ? m_empty : m_outline;
+    m_emptyTitle->setText(m_controller.hasRoot() ? localizedText("DUP_NONE")
+                                                 : localizedText("DUP_NO_FOLDER"));
+    m_filter->setVisible(page == m_outline);
+    if (m_box->currentWidget() == page)
+        return;
+    const bool hadFocus = isAncestorOf(window()->focusWidget());
+    m_box->setCurrentWidget(page);
+    if (hadFocus)
+        (isRemoving ? stopRemoveBtn
+         : isEmpty  ? m_folder
+                    : static_cast<QWidget *>(m_outline))
+            ->setFocus();
+}
+
+void DuplicatesResultsPanel::followHeading() {
+    if (!m_controller.treeData() || m_controller.state() == Page::State::Removing) {
+        m_wasted->setText(sizeWords(m_model.wastedBytes()));
+        m_wastedWords->clear();
+    } else {
+        m_wasted->setText(sizeWords(m_model.wastedBytes()));
+        m_wastedWords->setText(
+            localizedText("DUP_WASTED", std::size_t(m_controller.treeData()->numberOfChildren())));
+    }
+    titleLabel->setText(m_controller.title());
+    titleLabel->setToolTip(
+        QStringLiteral("<qt>%1</qt>").arg(m_controller.titleTip().toHtmlEscaped()));
+}
+
+void DuplicatesResultsPanel::followSelection() {
+    const bool hasMessage = !m_controller.selectionMessage().isEmpty();
+    trashFileNumTF->setStyledText(
+        hasMessage ? countLine(m_controller.selection().count(), m_controller.allFilesCount())
+                   : CleanStyledText{});
+    m_sum->setText(sizeWords(m_controller.selection().bytes()));
+    m_sum->setVisible(hasMessage && !m_controller.selection().isEmpty());
+    const std::size_t hidden = m_controller.hiddenSelectedCount();
+    m_noticeWords->setText(hidden > 0 ? localizedText("DUP_HIDDEN_TICKS", hidden) : m_outcome);
+    m_showAll->setVisible(hidden > 0);
+    m_notice->setVisible(!m_noticeWords->text().isEmpty());
+}
+
+void DuplicatesResultsPanel::followControls() {
+    const DuplicateControls &controls = m_controller.controls();
+    const std::array<std::pair<QWidget *, bool>, 7> widgets = {{
+        {m_remove, controls.remove},
+        {m_folder, controls.folderButton},
+        {m_back, controls.outline},
+        {m_lists, controls.outline},
+        {m_outline, controls.outline},
+        {lockButton, controls.open && !m_controller.padlock().isAsking()},
+        {stopRemoveBtn, controls.stopRemove},
+    }};
+    // What can take the keyboard comes first, and what cannot keep it goes last.
+    for (const auto &[widget, isEnabled] : widgets) {
+        if (isEnabled)
+            widget->setEnabled(true);
+    }
+    if (m_controller.state() != Page::State::Searching &&
+        m_controller.state() != Page::State::Stopping)
+        followPage();
+    for (const auto &[widget, isEnabled] : widgets)
+        widget->setEnabled(isEnabled);
+}
+
+void DuplicatesResultsPanel::followRemoval() {
+    const auto &report = m_controller.report();
+    m_removingBar->setRange(0, int(m_going));
+    m_removingBar->setValue(int(report.done + report.failed));
+}
+
+} // namespace brightsweep

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "duplicates/DuplicateOutlineModel.h"
+
+#include <QWidget>
+
+class QFrame;
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+class QStackedWidget;
+class QTimer;
+class QToolButton;
+
+namespace brightsweep {
+
+class Animation;
+class DuplicateListsView;
+class DuplicatesView;
+class StyledLabel;
+
+/// The results panel of the duplicates page: the seven lists at the left, what could be freed and
+/// the groups at the right, and below what is ticked and the button that removes it. The controller
+/// outlives it. Main thread.
+class DuplicatesResultsPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit DuplicatesResultsPanel(SameFileDeleteViewController &controller,
+                                    QWidget *parent = nullptr);
+
+    QSize sizeHint() const override;
+
+protected:
+    void showEvent(QShowEvent *) override;
+
+private:
+    QWidget *makeHeading();
+    QWidget *makeNotice();
+    QWidget *makeEmpty();
+    QWidget *makeRemoving();
+    QWidget *makeBottom();
+    void bindPadlock();
+    void bindFilter();
+    void followState();
+    void followPage();
+    void followHeading();
+    void followSelection();
+    void followControls();
+    void followRemoval();
+    void tellOutcome();
+
+    void askAboutLastFile();
+    void askToRemove();
+    void alertCanNotRemoveSome();
+    void showWords(const QString &words);
+    QString whatGoes() const;
+
+    SameFileDeleteViewController &m_controller;
+    DuplicateOutlineModel m_model;
+    DuplicateListsView *m_lists;
+    QStackedWidget *m_box;
+    DuplicatesView *m_outline;
+    QWidget *m_empty;
+    QLabel *m_emptyTitle;
+    QWidget *m_removing;
+    QLabel *m_removingPath;
+    QProgressBar *m_removingBar;
+    QPushButton *stopRemoveBtn;
+    QLabel *m_wasted;
+    QLabel *m_wastedWords;
+    QLabel *titleLabel;
+    QLineEdit *m_filter;
+    QTimer *m_filterSettled;
+    QFrame *m_notice;
+    QLabel *m_noticeWords;
+    QPushButton *m_showAll;
+    QString m_outcome; ///< of the last removal, in words; empty before one
+    QPushButton *m_back;
+    QPushButton *m_folder;
+    QToolButton *lockButton;
+    Animation *m_padlockBlink;
+    QLabel *m_sum;
+    StyledLabel *trashFileNumTF;
+    QPushButton *m_remove;
+    std::size_t m_going = 0; ///< files of the removal that runs
+    bool m_isNew = true;     ///< since the last search nobody has seen the groups
+};
+
+} // namespace brightsweep

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+class QVBoxLayout;
+
+namespace brightsweep {
+
+class Paragraph;
+class SameFileDeleteViewController;
+
+/// The start panel of the duplicates page: a place to drop a folder on, a button to choose one, and
+/// the folders searched last. The controller outlives it. Main thread.
+class DuplicatesStartPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit DuplicatesStartPanel(SameFileDeleteViewController &controller,
+                                  QWidget *parent = nullptr);
+
+    QSize sizeHint() const override;
+
+protected:
+    void showEvent(QShowEvent *) override;
+    void paintEvent(QPaintEvent *) override;
+
+private:
+    void listRecent();
+
+    SameFileDeleteViewController &m_controller;
+    QWidget *m_card;
+    Paragraph *m_sentence;
+    QLabel *m_stopped;
+    QWidget *m_recent;
+    QVBoxLayout *m_recentRows;
+    bool m_isHovered = false;
+};
+
+} // namespace brightsweep

@@ -1,0 +1,178 @@
+#include "duplicates/ui/DuplicatesView.h"
+
+#include "cleaning/ui/CheckHeader.h"
+#include "cleaning/ui/ResultRowDelegate.h"
+#include "core/CheckImage.h"
+#include "core/Texts.h"
+#include "foundation/Paths.h"
+#include "ui/Theme.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <string_view>
+
+namespace brightsweep {
+
+namespace {
+
+using Model = DuplicateOutlineModel;
+using Page = SameFileDeleteViewController;
+
+ResultRowForm rowForm() {
+    ResultRowForm form;
+    form.checkColumn = Model::Checkbox;
+    form.nameColumn = Model::NameColumn;
+    form.spannedColumn = Model::allSelectNum;
+    form.pathRole = Model::PathRole;
+    form.directoryRole = Model::IsDirectoryRole;
+    form.failureRole = Model::FailureRole;
+    form.reasonRole = Model::FailureRole;
+    form.shareRole = Model::ShareRole;
+    form.groupRole = Model::IsGroupRole;
+    form.iconRole = Model::IconRole;
+    form.noteRole = Model::NoteRole;
+    form.fontSize = 12;
+    return form;
+}
+
+} // namespace
+
+DuplicatesView::DuplicatesView(Page &page, DuplicateOutlineModel &model, QWidget *parent)
+    : ResultView(rowForm(), parent), m_page(page), m_model(model) {
+    setObjectName(QStringLiteral("duplicates.outline"));
+    setAccessibleName(localizedText("RESULTS"));
+    setModel(&m_model);
+    setTreePosition(Model::NameColumn);
+    setIndentation(5 * theme::grid);
+    setColumns(Model::NameColumn, Model::FileSize,
+               {{Model::Checkbox, {}, false},
+                {Model::FileSize, theme::widestSize(), false},
+                {Model::allSelectNum, QStringLiteral("888/888"), true},
+                {Model::ModifyDate, theme::widestDate(), true}});
+    // The page sorts; a click tells it, and the arrow follows what it did.
+    setSortingEnabled(false);
+    m_header->setSectionsClickable(true);
+    m_header->setSortIndicatorShown(true);
+    connect(m_header, &QHeaderView::sectionClicked, this, &DuplicatesView::sortClicked);
+    connect(m_header, &CheckHeader::checkBoxClicked, &m_page, &Page::setAllSelectOrNoSelect);
+    connect(&m_page, &Page::controlsChanged, this, &DuplicatesView::follow);
+    connect(&m_page, &Page::selectionChanged, viewport(), qOverload<>(&QWidget::update));
+    connect(&m_model, &QAbstractItemModel::layoutAboutToBeChanged, this, [this] {
+        const QModelIndex current = currentIndex();
+        m_group = current.parent().isValid() ? current.parent().row() : current.row();
+    });
+    connect(&m_model, &QAbstractItemModel::layoutChanged, this, &DuplicatesView::keepPlace);
+    connect(&m_model, &QAbstractItemModel::layoutChanged, this, &DuplicatesView::follow);
+    connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex &index) { select(index); });
+    follow();
+}
+
+void DuplicatesView::follow() {
+    const std::string_view image = m_page.controls().allSelectImage;
+    for (const auto state : {Qt::Unchecked, Qt::PartiallyChecked, Qt::Checked}) {
+        if (image == checkImage(state))
+            m_header->setCheckState(state);
+    }
+    int column = Model::FileSize;
+    for (int each = 0; each < Model::columns; ++each) {
+        if (m_page.lastColumn() == Model::columnName(each))
+            column = each;
+    }
+    const bool descends = m_page.lastColumn().isEmpty() || m_page.sortDescending();
+    m_header->setSortIndicator(column, descends ? Qt::DescendingOrder : Qt::AscendingOrder);
+}
+
+// Where the current row has gone, the group that took its place is current.
+void DuplicatesView::keepPlace() {
+    if (m_group < 0 || currentIndex().isValid() || m_model.rowCount() == 0)
+        return;
+    setAutoScroll(false);
+    setCurrentIndex(m_model.index(std::min(m_group, m_model.rowCount() - 1), 0));
+    setAutoScroll(true);
+}
+
+void DuplicatesView::sortClicked(int column) {
+    if (column == Model::NameColumn || column == Model::FileSize || column == Model::ModifyDate)
+        m_model.didClickTableColumn(column);
+    follow();
+}
+
+void DuplicatesView::expandFirst() {
+    const QModelIndex first = m_model.index(0, 0);
+    if (!first.isValid())
+        return;
+    setExpanded(first, true);
+    scrollToTop();
+    setCurrentIndex(first);
+}
+
+void DuplicatesView::keyPressEvent(QKeyEvent *event) {
+    if (event->key() == Qt::Key_Delete && m_page.controls().remove)
+        m_page.removeBtnClicked();
+    else
+        ResultView::keyPressEvent(event);
+}
+
+// More than one row: all of them are ticked or, where they are ticked, unticked.
+void DuplicatesView::tickSelection() {
+    TreeNode::List nodes;
+    for (const QModelIndex &row : selectionModel()->selectedRows())
+        nodes.push_back(m_model.nodeOf(row));
+    if (nodes.size() <= 1) {
+        if (const auto node = m_model.nodeOf(currentIndex()))
+            m_page.setSelectState(node);
+        return;
+    }
+    m_page.setSelectState(nodes);
+}
+
+bool DuplicatesView::select(const QModelIndex &index) {
+    const auto node = m_model.nodeOf(index);
+    if (node)
+        m_page.shouldSelectItem(*node);
+    return node != nullptr;
+}
+
+void DuplicatesView::act(const QModelIndex &index) {
+    if (index.data(Model::IsGroupRole).toBool())
+        setExpanded(index.siblingAtColumn(0), !isExpanded(index.siblingAtColumn(0)));
+    else
+        reveal(index);
+}
+
+void DuplicatesView::open(const QModelIndex &index) {
+    if (select(index))
+        m_page.openFinderBtnClicked();
+}
+
+void DuplicatesView::reveal(const QModelIndex &index) {
+    if (select(index))
+        m_page.RevealInFinderBtnClicked();
+}
+
+QString DuplicatesView::pathText() const {
+    QStringList lines;
+    for (const QModelIndex &row : selectionModel()->selectedRows()) {
+        const QVariant path = row.data(Model::PathRole);
+        if (path.isValid())
+            lines += paths::text(paths::fromVariant(path).native());
+    }
+    return lines.join(u'\n');
+}
+
+void DuplicatesView::paintEvent(QPaintEvent *event) {
+    ResultView::paintEvent(event);
+    if (m_page.filter().isEmpty() || m_model.rowCount() > 0)
+        return;
+    QPainter painter(viewport());
+    painter.setPen(theme::secondary());
+    painter.setFont(theme::font(13));
+    painter.drawText(viewport()->rect().adjusted(4 * theme::grid, 4 * theme::grid, -4 * theme::grid,
+                                                 -4 * theme::grid),
+                     Qt::AlignCenter | Qt::TextWordWrap, localizedText("FILTER_NO_MATCH"));
+}
+
+} // namespace brightsweep

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "cleaning/ui/ResultView.h"
+#include "duplicates/DuplicateOutlineModel.h"
+
+namespace brightsweep {
+
+/// The groups of the duplicates page with their files. Space ticks, the arrows fold and unfold,
+/// Enter shows, Delete asks to remove. Page and model outlive it. Main thread.
+class DuplicatesView : public ResultView {
+    Q_OBJECT
+
+public:
+    DuplicatesView(SameFileDeleteViewController &page, DuplicateOutlineModel &model,
+                   QWidget *parent = nullptr);
+
+    void expandFirst();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void tickSelection() override;
+    void act(const QModelIndex &index) override;
+    void open(const QModelIndex &index) override;
+    void reveal(const QModelIndex &index) override;
+    QString pathText() const override;
+
+private:
+    void follow();
+    void sortClicked(int column);
+    void keepPlace();
+    bool select(const QModelIndex &index);
+
+    SameFileDeleteViewController &m_page;
+    DuplicateOutlineModel &m_model;
+    int m_group = -1; ///< where the current row was, before the rows changed
+};
+
+} // namespace brightsweep

@@ -1,0 +1,107 @@
+// The results panel of the duplicates page over a real search.
+
+#include "duplicates/ui/DuplicatesView.h"
+#include "core/SettingKeys.h"
+#include "duplicates/RecentFolders.h"
+#include "duplicates/ui/DuplicatesResultsPanel.h"
+#include "foundation/Paths.h"
+#include "foundation/UserDefaults.h"
+#include "support/TestTree.h"
+#include "support/WaitUntil.h"
+#include "ui/AlertSheet.h"
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QPushButton>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+namespace brightsweep {
+namespace {
+
+using test::waitUntil;
+using Model = DuplicateOutlineModel;
+using State = SameFileDeleteViewController::State;
+
+class DuplicatesPageView : public testing::Test {
+protected:
+    void SetUp() override {
+        UserDefaults::standardUserDefaults().setObject(DSDuplicationLimit, 0);
+        tree.file("a/small.txt", std::string(1'000, 's'));
+        tree.file("b/small.txt", std::string(1'000, 's'));
+        for (const char *name : {"a/large.mp3", "b/large\nname.mp3", "c/\xff.mp3"})
+            tree.file(name, std::string(50'000, 'l'));
+        page.viewDragAction(tree.top());
+        waitUntil([&] { return page.state() == State::Results; });
+        panel.show();
+        panel.activateWindow();
+        QApplication::processEvents();
+        outline = panel.findChild<DuplicatesView *>();
+        model = static_cast<Model *>(outline->model());
+        outline->setFocus();
+    }
+    QStringList names() const {
+        QStringList names;
+        for (int row = 0; row < model->rowCount(); ++row)
+            names += model->index(row, Model::FileSize).data().toString();
+        return names;
+    }
+    void answer(const char *label) {
+        auto *const sheet = panel.findChild<AlertSheet *>();
+        ASSERT_TRUE(sheet);
+        for (auto *const button : sheet->findChildren<QPushButton *>()) {
+            if (button->text() == QLatin1String(label))
+                return button->click();
+        }
+        FAIL() << label;
+    }
+
+    test::TestTree tree;
+    SameFileDeleteViewController page;
+    DuplicatesResultsPanel panel{page};
+    DuplicatesView *outline = nullptr;
+    Model *model = nullptr;
+};
+
+TEST_F(DuplicatesPageView, RowsFollowOrderListAndFilter) {
+    const QAbstractItemModelTester tester(model,
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    EXPECT_THAT(recentFolders(), testing::ElementsAre(tree.top()));
+    EXPECT_EQ(model->wastedBytes(), 101'000u);
+    // What wastes most comes first, until another order is asked for; what is open stays open.
+    EXPECT_EQ(names(), QStringList({QStringLiteral("150.00 KB"), QStringLiteral("2.00 KB")}));
+    EXPECT_TRUE(outline->isExpanded(model->index(0, 0)));
+    model->didClickTableColumn(Model::FileSize);
+    EXPECT_EQ(names(), QStringList({QStringLiteral("2.00 KB"), QStringLiteral("150.00 KB")}));
+    EXPECT_TRUE(outline->isExpanded(model->index(1, 0)));
+    page.setFilter(QStringLiteral("/b/"));
+    EXPECT_EQ(model->rowCount(model->index(1, 0)), 1);
+    page.setFilter({});
+    model->refViewBgColor(3);
+    EXPECT_EQ(names(), QStringList({QStringLiteral("150.00 KB")}));
+}
+
+TEST_F(DuplicatesPageView, TheKeyboardTicksAsksAndKeepsItsPlace) {
+    QTest::keyClick(outline, Qt::Key_Space);
+    EXPECT_EQ(page.selection().count(), 2u);
+    // The last file of a group is asked about, and stays unless the answer is OK.
+    page.setSelectState(model->nodeOf(model->index(2, 0, model->index(0, 0))));
+    answer("Cancel");
+    EXPECT_EQ(page.selection().count(), 2u);
+    const auto before = tree.snapshot();
+    QTest::keyClick(outline, Qt::Key_Delete);
+    QTest::keyClick(panel.findChild<AlertSheet *>(), Qt::Key_Return);
+    EXPECT_EQ(tree.snapshot(), before) << "Enter is no yes to a removal";
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QTest::keyClick(outline, Qt::Key_Delete);
+    answer("Remove");
+    waitUntil([&] { return page.state() == State::Results; });
+    EXPECT_EQ(tree.snapshot().size(), before.size() - 2);
+    EXPECT_EQ(names(), QStringList({QStringLiteral("2.00 KB")}));
+    EXPECT_EQ(outline->currentIndex().row(), 0);
+    EXPECT_EQ(panel.focusWidget(), outline) << "the keyboard goes on there";
+}
+
+} // namespace
+} // namespace brightsweep
