@@ -1,0 +1,100 @@
+"""The duplicates page, driven for real by a user without rights: ui_duplicates.py PROGRAM [TESTS…].
+
+Every test compares the disk with what the page said, byte by byte. Needs root for its mounts.
+"""
+import os
+import pathlib
+import subprocess
+import sys
+import unittest
+
+from ui_clean import snapshot
+from ui_desktop import USER, Desktop, Machine, enter_namespace, eventually
+
+PROGRAM = ""
+TREE = "home/tree"
+QUESTION = "Of each group at least one file stays."
+
+
+class DuplicatesPage(unittest.TestCase):
+    def setUp(self):
+        """Three groups; in each the contents of all files are equal."""
+        self.desktop = Desktop(PROGRAM)
+        self.addCleanup(self.desktop.close)
+        self.folder = self.desktop.folder
+        for size, names in ((900_000, ("a/photo.jpg", "b/photo.jpg", "c/line\nbreak.jpg")),
+                            (500_000, ("a/text.txt", "b/<b>text&.txt")),
+                            (300_000, ("a/rest", "c/rest"))):
+            content = os.urandom(size)
+            for name in names:
+                path = pathlib.Path(self.folder, TREE, name)
+                path.parent.mkdir(parents=True, exist_ok=True)
+                path.write_bytes(content)
+        pathlib.Path(self.folder, TREE, "only.bin").write_bytes(os.urandom(900_000))
+        subprocess.run(["chown", "-R", f"{USER}:{USER}", f"{self.folder}/home"], check=True)
+        self.desktop.settings("DSDuplicationLimit", "0")
+        self.before = snapshot(self.folder)
+
+    def search(self):
+        self.desktop.start_program()
+        self.desktop.wait_for("Duplicates")
+        self.desktop.press("Duplicates")
+        self.desktop.wait_for("Choose Folder…")
+        self.desktop.press("Choose Folder…")
+        self.desktop.wait_for("Choose a path to search")
+        self.desktop.key("ctrl+a", at="Directory:")
+        self.desktop.run("xdotool", "type", f"{self.folder}/{TREE}")
+        self.desktop.tap("Return")
+        self.desktop.wait_for("7 files in tree.")
+
+    def gone(self):
+        after = snapshot(self.folder)
+        for path, value in after.items():
+            if path.startswith(TREE):
+                self.assertEqual(self.before.get(path), value, f"{path} was changed")
+        return {path for path in self.before if path not in after}
+
+    def tick(self, keys, told):
+        for key in keys:
+            self.desktop.key(key, at="Results")
+        self.desktop.wait_for(told)
+
+    def test_what_was_ticked_goes_and_nothing_else(self):
+        self.search()
+        # The group that wastes most is open, and the keyboard is on it.
+        self.tick(("Down", "space"), "1 of 7 selected.")
+        ticked = next(name for name in self.desktop.focused() if TREE in name)
+        self.tick(("Delete",), QUESTION)
+        self.desktop.key("Return", at="Cancel")
+        self.desktop.wait_without(QUESTION)
+        self.assertEqual(self.gone(), set(), "Enter is no yes to a removal")
+        self.tick(("Delete",), QUESTION)
+        for key in ("Tab", "Tab", "space"):
+            self.desktop.tap(key)
+        self.desktop.wait_for("1 file removed, 900.00 KB freed.", "6 files in tree.")
+        self.assertEqual([path.replace("\n", "\\n") for path in self.gone()],
+                         [os.path.relpath(ticked, self.folder)])
+
+    def test_all_but_one_of_each_go_to_the_trash(self):
+        self.search()
+        self.tick(("ctrl+a", "space"), "4 of 7 selected.")
+        self.desktop.press("Remove")
+        self.desktop.wait_for(QUESTION)
+        self.desktop.press("Move to Trash")
+        self.desktop.wait_for("4 files moved to the trash.", "No duplicates found")
+        self.assertEqual(len(self.gone()), 4)
+        kept = {value for path, value in snapshot(self.folder).items() if path.startswith(TREE)}
+        self.assertEqual(kept, {value for path, value in self.before.items()
+                                if path.startswith(TREE)}, "one of each stays")
+        trash = pathlib.Path(self.folder, "home/.local/share/Trash/files")
+        self.assertEqual(len(list(trash.iterdir())), 4)
+
+
+if __name__ == "__main__":
+    enter_namespace()
+    MACHINE = Machine(sys.argv.pop(1))
+    PROGRAM = MACHINE.program
+    try:
+        unittest.main(verbosity=2)
+    finally:
+        MACHINE.close()
