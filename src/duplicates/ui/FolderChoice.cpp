@@ -5,6 +5,7 @@
 #include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/Identity.h"
 
+#include <QApplication>
 #include <QDropEvent>
 #include <QFile>
 #include <QFileDialog>
@@ -52,6 +53,12 @@ void FolderChoice::ask() {
         path.starts_with('/') ? path : (recent.empty() ? homeFolder() : recent.front()).native())));
     connect(dialog, &QFileDialog::fileSelected, &m_page, [this](const QString &folder) {
         m_page.viewDragAction(QFile::encodeName(folder).toStdString());
+    });
+    // Qt activates no window while a popup is open, and the list of completions closes after the
+    // dialog.
+    connect(dialog, &QDialog::finished, dialog, [] {
+        if (QWidget *const popup = QApplication::activePopupWidget())
+            popup->close();
     });
     dialog->open();
 }
