@@ -7,6 +7,7 @@
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "core/UtilityObject.h"
+#include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "platform/DesktopNotifier.h"
@@ -37,7 +38,7 @@ AppDelegate::AppDelegate(AppDelegateParts parts, QObject *parent)
       m_clock(m_parts.clock ? *m_parts.clock : Clock::eventLoop()),
       m_bubbles(m_clock),
       m_volumes(m_menu, m_bubbles, [this](const std::string &token) { scanNow(token); }),
-      m_instance({[this](const std::string &token) { showMainWindow(token); },
+      m_instance({[this](const InstanceRequest &request) { reopen(request); },
                   [this] {
                       Q_EMIT quitting();
                       _statusItem.setShown(false);
@@ -155,8 +156,19 @@ void AppDelegate::showMainWindow(const std::string &activationToken) {
         PreferenceViewController::getLastClickRow());
 }
 
-void AppDelegate::handleReopenAppEvent(const std::string &activationToken) {
-    m_instance.handleReopenAppEvent(activationToken);
+void AppDelegate::handleReopenAppEvent(const InstanceRequest &request) {
+    m_instance.handleReopenAppEvent(request);
+}
+
+void AppDelegate::reopen(const InstanceRequest &request) {
+    showMainWindow(request.activationToken);
+    if (!request.duplicates)
+        return;
+    auto &window = AppPrefsWindowController::sharedPrefsWindowController();
+    window.toggleActivePreferenceView(QStringLiteral("duplicates_file"));
+    SameFileDeleteViewController &page = *window.sameFileDeleteView();
+    if (!request.duplicates->empty() && page.canBegin())
+        page.viewDragAction(*request.duplicates);
 }
 
 void AppDelegate::scanNow(const std::string &activationToken) {

@@ -88,7 +88,7 @@ public:
 
     void showMainWindow(const std::string &activationToken = {});
     /// A second start of the program, or its launcher entry.
-    void handleReopenAppEvent(const std::string &activationToken);
+    void handleReopenAppEvent(const InstanceRequest &request);
     void onClickScan() { showPage(scanRow, "Scan"); }
     void onClickUninstall() { showPage(uninstallRow, "delete"); }
     void onClickFree() { showPage(freeSpaceRow, "disk_usage"); }
@@ -149,6 +149,7 @@ private:
     void cleanMemoryClickAction(const Notification &notification);
 
     void showPage(int row, const char *page, const std::string &activationToken = {});
+    void reopen(const InstanceRequest &request);
     void scanNow(const std::string &activationToken);
     void runAsMain();
     void tellWithoutHost();

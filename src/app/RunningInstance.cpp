@@ -33,20 +33,21 @@ RunningInstance::~RunningInstance() {
 
 void RunningInstance::listen() {
     Platform::current().instance->setActivateHandler(
-        [this](const std::string &token) { handleReopenAppEvent(token); });
+        [this](const InstanceRequest &request) { handleReopenAppEvent(request); });
 }
 
 void RunningInstance::launched() {
     m_launched = true;
-    if (const auto token = std::exchange(m_reopenToken, std::nullopt))
-        handleReopenAppEvent(*token);
+    if (const auto request = std::exchange(m_reopen, std::nullopt))
+        handleReopenAppEvent(*request);
 }
 
-void RunningInstance::handleReopenAppEvent(const std::string &activationToken) {
+void RunningInstance::handleReopenAppEvent(const InstanceRequest &request) {
     if (m_launched)
-        m_hooks.reopen(activationToken);
-    else
-        m_reopenToken = activationToken;
+        return m_hooks.reopen(request);
+    // One that only wants the window takes no folder away.
+    auto duplicates = request.duplicates || !m_reopen ? request.duplicates : m_reopen->duplicates;
+    m_reopen = {request.activationToken, std::move(duplicates)};
 }
 
 void RunningInstance::takeLeave() {

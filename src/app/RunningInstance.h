@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/SingleInstance.h"
+
 #include <functional>
 #include <optional>
 #include <string>
@@ -11,8 +13,8 @@ namespace brightsweep {
 class RunningInstance {
 public:
     struct Hooks {
-        /// Shows the window; of a second start with its activation token.
-        std::function<void(const std::string &activationToken)> reopen;
+        /// Shows the window, as a second start asks for it.
+        std::function<void(const InstanceRequest &)> reopen;
         /// Takes away what is on show.
         std::function<void()> leave;
         std::function<void(int)> exit; ///< else std::_Exit
@@ -27,7 +29,7 @@ public:
     /// From now on second starts are heard; until launched() they wait.
     void listen();
     void launched();
-    void handleReopenAppEvent(const std::string &activationToken);
+    void handleReopenAppEvent(const InstanceRequest &request);
 
     /// Ends what removes something, gives rights up, writes settings and log, and ends the process
     /// with status 1.
@@ -40,7 +42,7 @@ private:
 
     const Hooks m_hooks;
     bool m_launched = false;
-    std::optional<std::string> m_reopenToken;
+    std::optional<InstanceRequest> m_reopen;
 };
 
 } // namespace brightsweep

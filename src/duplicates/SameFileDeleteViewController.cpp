@@ -156,13 +156,13 @@ std::uint64_t SameFileDeleteViewController::bytesOfRow(int row) const {
 // -- Search
 
 void SameFileDeleteViewController::clickScanBtn() {
-    if (refuseUnless(m_state == State::Start || m_state == State::Results, "a folder"))
+    if (refuseUnless(canBegin(), "a folder"))
         return;
     Q_EMIT askForFolder(m_searchPath);
 }
 
 void SameFileDeleteViewController::viewDragAction(const std::filesystem::path &folder) {
-    if (refuseUnless(m_state == State::Start || m_state == State::Results, "a folder"))
+    if (refuseUnless(canBegin(), "a folder"))
         return;
     updatePathString(folder.native());
     searchBtnClicked();
@@ -190,7 +190,7 @@ void SameFileDeleteViewController::resetOulineView() {
 }
 
 void SameFileDeleteViewController::searchBtnClicked() {
-    if (refuseUnless(m_state == State::Start || m_state == State::Results, "a search"))
+    if (refuseUnless(canBegin(), "a search"))
         return;
     m_bSearchFinished = false;
     m_bIsStopScan = false;

@@ -97,6 +97,8 @@ public:
 
     // -- What the view shows
     State state() const { return m_state; }
+    /// A folder can be given: nothing runs.
+    bool canBegin() const { return m_state == State::Start || m_state == State::Results; }
     /// 0 the start panel, 1 progress, 2 results.
     int view4Duplicates() const { return m_view4Duplicates; }
     const DuplicateControls &controls() const { return m_controls; }

@@ -211,8 +211,10 @@ public:
 class NullSingleInstance final : public Null<SingleInstance> {
 public:
     using Null::Null;
-    InstanceOutcome claim(bool, const std::string &) override { return InstanceOutcome::Failed; }
-    void setActivateHandler(std::function<void(const std::string &)>) override {}
+    InstanceOutcome claim(bool, const InstanceRequest &) override {
+        return InstanceOutcome::Failed;
+    }
+    void setActivateHandler(std::function<void(const InstanceRequest &)>) override {}
 };
 
 class NullDesktopHints final : public Null<DesktopHints> {

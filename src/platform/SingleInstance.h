@@ -1,6 +1,8 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace brightsweep {
@@ -12,6 +14,13 @@ enum class InstanceOutcome {
     Failed,   ///< it cannot be known
 };
 
+/// What a later start asks of the first one: to show itself, by the token for that, and perhaps to
+/// search a folder for duplicates. An empty folder means the page for that, without a search.
+struct InstanceRequest {
+    std::string activationToken;
+    std::optional<std::filesystem::path> duplicates;
+};
+
 /// Keeps the program to one running instance for each user's session. Main thread.
 ///
 /// The right to be the first one ends with the process, however that ends.
@@ -21,11 +30,11 @@ public:
     virtual std::string unavailableReason() const { return {}; }
 
     /// Makes this process the first one, or finds another that is. That one is asked to show
-    /// itself if `activate` is set, and gets the token for it. Blocks for two seconds at most.
-    virtual InstanceOutcome claim(bool activate, const std::string &activationToken) = 0;
+    /// itself if `activate` is set, and gets the request. Blocks for two seconds at most.
+    virtual InstanceOutcome claim(bool activate, const InstanceRequest &request) = 0;
     /// Called for each later start that asks this one to show itself. What was asked before a
     /// handler is set is kept and delivered to it from the event loop.
-    virtual void setActivateHandler(std::function<void(const std::string &token)> handler) = 0;
+    virtual void setActivateHandler(std::function<void(const InstanceRequest &)> handler) = 0;
 };
 
 } // namespace brightsweep

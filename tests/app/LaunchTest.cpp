@@ -1,12 +1,14 @@
 #include "app/RefreshLoop.h"
 #include "app/Resident.h"
 #include "core/SettingKeys.h"
+#include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/FileDescriptor.h"
 #include "foundation/Log.h"
 #include "foundation/SmallFile.h"
 #include "foundation/UserDefaults.h"
 #include "preferences/PreferenceViewController.h"
 #include "support/TestEnvironment.h"
+#include "support/TestTree.h"
 #include "volumes/VolumeNotifications.h"
 
 #include <fcntl.h>
@@ -66,7 +68,7 @@ TEST_F(Launch, AStartDuringTheLaunchIsAnsweredAfterIt) {
     UserDefaults::standardUserDefaults().setObject(DSLoginCheckKey, 1);
     make();
     delegate->applicationWillFinishLaunching();
-    instance->activate("token");
+    instance->activate({"token", {}});
     EXPECT_EQ(delegate->mainWindow(), nullptr);
     delegate->applicationDidFinishLaunching();
     EXPECT_TRUE(window().isVisible());
@@ -82,6 +84,22 @@ TEST_F(Launch, ALaterStartShowsTheRowUsedLast) {
     instance->activate({});
     EXPECT_TRUE(window().isVisible());
     EXPECT_EQ(selections.rows, QStringList(QStringLiteral("9")));
+}
+
+TEST_F(Launch, AFolderIsSearchedForDuplicatesAlsoOneThatCameDuringTheLaunch) {
+    const test::TestTree tree;
+    make();
+    delegate->applicationWillFinishLaunching();
+    instance->activate({"one", tree.top()});
+    instance->activate({"two", {}});
+    delegate->applicationDidFinishLaunching();
+    EXPECT_EQ(window().selectedItem(), QStringLiteral("duplicates_file"));
+    const SameFileDeleteViewController &page = *window().sameFileDeleteView();
+    EXPECT_EQ(page.searchPath(), tree.top());
+    // While it searches another one only shows the page.
+    instance->activate({"three", "/elsewhere"});
+    EXPECT_EQ(page.searchPath(), tree.top());
+    EXPECT_TRUE(becomes([&] { return page.canBegin(); }));
 }
 
 TEST_F(Launch, MenuEntriesGoToTheirRows) {

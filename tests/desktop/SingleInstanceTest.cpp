@@ -58,7 +58,7 @@ constexpr int hanging = int(InstanceOutcome::Hanging);
 
 TEST_P(SingleInstanceTest, ALaterStartAsksTheFirst) {
     const auto first = startFirst();
-    for (const char *token : {"token-1", "", "token & 3"}) {
+    for (const char *token : {"token-1", "", "token & 3", "t@", "@/a folder/%\xff\xc3\xa4"}) {
         const ChildResult result = second(token);
         EXPECT_EQ(result.status, passedOn);
         EXPECT_EQ(result.errors, "");
@@ -67,7 +67,8 @@ TEST_P(SingleInstanceTest, ALaterStartAsksTheFirst) {
     EXPECT_EQ(start("0", "unheard")->finish().status, passedOn);
     EXPECT_EQ(second("last").status, passedOn);
     EXPECT_TRUE(eventually([&] { return log().ends_with("last\n"); }));
-    EXPECT_EQ(log(), "first\nasked token-1\nasked \nasked token & 3\nasked last\n");
+    EXPECT_EQ(log(), "first\nasked token-1\nasked \nasked token & 3\n"
+                     "asked t@\nasked @/a folder/%\xff\xc3\xa4\nasked last\n");
 }
 
 TEST_P(SingleInstanceTest, AFirstThatIsStillStartingAnswers) {

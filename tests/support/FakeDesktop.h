@@ -57,12 +57,12 @@ public:
 
 class FakeInstance final : public SingleInstance {
 public:
-    InstanceOutcome claim(bool, const std::string &) override { return InstanceOutcome::First; }
-    void setActivateHandler(std::function<void(const std::string &)> handler) override {
+    InstanceOutcome claim(bool, const InstanceRequest &) override { return InstanceOutcome::First; }
+    void setActivateHandler(std::function<void(const InstanceRequest &)> handler) override {
         activate = std::move(handler);
     }
 
-    std::function<void(const std::string &)> activate;
+    std::function<void(const InstanceRequest &)> activate;
 };
 
 class FakeMemory final : public MemorySource {

@@ -34,6 +34,14 @@ class DuplicatesPage(unittest.TestCase):
         self.desktop.settings("DSDuplicationLimit", "0")
         self.before = snapshot(self.folder)
 
+    def test_a_later_start_hands_its_folder_over(self):
+        self.desktop.start_program()
+        self.desktop.wait_for("Duplicates")
+        result = self.desktop.run(PROGRAM, "--duplicates", f"{TREE}/a/../../tree")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.desktop.wait_for("7 files in tree.")
+        self.assertEqual(self.gone(), set())
+
     def search(self):
         self.desktop.start_program()
         self.desktop.wait_for("Duplicates")

@@ -31,7 +31,10 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <cstring>
+#include <filesystem>
+#include <optional>
+#include <string_view>
+#include <vector>
 
 namespace brightsweep {
 
@@ -103,6 +106,29 @@ std::string activationToken() {
     return {};
 }
 
+// What the command line asks for beyond running: "--activate" or "--duplicates", with a folder to
+// search where one follows.
+std::optional<InstanceRequest> requestOf(int argc, char **argv) {
+    const std::vector<std::string_view> words(argv + std::min(argc, 1), argv + argc);
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const bool findsDuplicates = words[i] == "--duplicates";
+        if (!findsDuplicates && words[i] != "--activate")
+            continue;
+        InstanceRequest request{activationToken(), std::nullopt};
+        if (i + 1 < words.size() && !words[i + 1].empty() && !words[i + 1].starts_with('-')) {
+            request.duplicates = words[i + 1];
+            // The one that runs has another working directory.
+            std::error_code error;
+            if (request.duplicates->is_relative())
+                request.duplicates = std::filesystem::weakly_canonical(words[i + 1], error);
+        } else if (findsDuplicates) {
+            request.duplicates.emplace();
+        }
+        return request;
+    }
+    return std::nullopt;
+}
+
 QIcon windowIcon() {
     QIcon icon;
     for (const int side : {16, 32, 48, 128})
@@ -139,9 +165,7 @@ int runApplication(int argc, char **argv, int terminal) {
     const auto start = Steady::now();
     starterTerminal = terminal;
     qInstallMessageHandler(logMessage);
-    const bool activate = std::any_of(argv + 1, argv + argc, [](const char *argument) {
-        return std::strcmp(argument, "--activate") == 0;
-    });
+    const auto request = requestOf(argc, argv);
     MacLog::createSupportFolder();
 
     QApplication::setDesktopFileName(QLatin1String(bundleIdentifier));
@@ -152,8 +176,8 @@ int runApplication(int argc, char **argv, int terminal) {
     speakToUser(*application);
     QApplication::setQuitOnLastWindowClosed(false);
 
-    const std::string token = activationToken();
-    switch (Platform::current().instance->claim(true, token)) {
+    switch (Platform::current().instance->claim(
+        true, request.value_or(InstanceRequest{activationToken(), std::nullopt}))) {
     case InstanceOutcome::PassedOn:
         return 0;
     case InstanceOutcome::Hanging:
@@ -180,8 +204,9 @@ int runApplication(int argc, char **argv, int terminal) {
                      [start] { firstFrameShown(Steady::now() - start); });
     delegate->applicationWillFinishLaunching();
     delegate->applicationDidFinishLaunching();
-    if (activate && !AppPrefsWindowController::sharedPrefsWindowController().isVisible())
-        delegate->handleReopenAppEvent(token);
+    if (request && (request->duplicates ||
+                    !AppPrefsWindowController::sharedPrefsWindowController().isVisible()))
+        delegate->handleReopenAppEvent(*request);
     std::atexit(endWithoutDisplay);
     const int status = QApplication::exec();
     UserDefaults::standardUserDefaults().synchronize();

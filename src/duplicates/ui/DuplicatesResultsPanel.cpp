@@ -164,6 +164,7 @@ QWidget *DuplicatesResultsPanel::makeHeading() {
     m_filter->setPlaceholderText(localizedText("DUP_FILTER"));
     m_filter->setAccessibleName(localizedText("DUP_FILTER"));
     m_filter->setClearButtonEnabled(true);
+    m_filter->setAcceptDrops(false); // a folder is for the page
     theme::keepSize(m_filter, filterWidth, 0);
     row->addWidget(m_filter);
     return heading;

@@ -64,8 +64,7 @@ void FolderChoice::ask() {
 }
 
 bool FolderChoice::eventFilter(QObject *, QEvent *event) {
-    using State = SameFileDeleteViewController::State;
-    const bool takes = m_page.state() == State::Start || m_page.state() == State::Results;
+    const bool takes = m_page.canBegin();
     if (event->type() == QEvent::DragEnter) {
         auto &drag = static_cast<QDropEvent &>(*event);
         if (takes && !folderIn(*drag.mimeData()).empty()) {

@@ -1,10 +1,13 @@
 #include "platform/linux/InstanceObject.h"
 
+#include "foundation/Identity.h"
+
 #include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusMessage>
 
 #include <algorithm>
+#include <filesystem>
+#include <optional>
 
 namespace brightsweep {
 
@@ -18,6 +21,44 @@ constexpr struct {
 
 // The second one is what desktops said before they knew the first.
 constexpr const char *tokenKeys[] = {"activation-token", "desktop-startup-id"};
+// An action of the desktop entry.
+constexpr QLatin1String findDuplicates("find-duplicates");
+constexpr QLatin1String fileScheme("file://");
+
+QVariantMap platformData(const std::string &token) {
+    QVariantMap data;
+    if (token.empty())
+        return data;
+    for (const char *key : tokenKeys)
+        data.insert(QLatin1String(key), QString::fromStdString(token));
+    return data;
+}
+
+std::string tokenOf(const QVariantMap &platformData) {
+    for (const char *key : tokenKeys) {
+        const QString token = platformData.value(QLatin1String(key)).toString();
+        if (!token.isEmpty())
+            return token.toStdString();
+    }
+    return {};
+}
+
+// By the bytes of the URL: a name need not be valid UTF-8. Whatever is no local file is none.
+std::optional<std::filesystem::path> fileOf(const QString &url) {
+    const qsizetype path = url.startsWith(fileScheme) ? url.indexOf(u'/', fileScheme.size()) : -1;
+    if (path < 0)
+        return std::nullopt;
+    return QByteArray::fromPercentEncoding(url.mid(path).toLatin1()).toStdString();
+}
+
+std::optional<std::filesystem::path> duplicatesOf(const QDBusMessage &message) {
+    const QVariant first = message.arguments().value(0);
+    if (message.member() == QLatin1String("Open"))
+        return fileOf(first.toStringList().value(0));
+    if (message.member() == QLatin1String("ActivateAction") && first.toString() == findDuplicates)
+        return std::filesystem::path();
+    return std::nullopt;
+}
 
 } // namespace
 
@@ -31,22 +72,22 @@ InstanceObject::~InstanceObject() {
     m_thread.wait();
 }
 
-QVariantMap InstanceObject::platformData(const std::string &token) {
-    QVariantMap data;
-    if (token.empty())
-        return data;
-    for (const char *key : tokenKeys)
-        data.insert(QLatin1String(key), QString::fromStdString(token));
-    return data;
-}
-
-std::string InstanceObject::tokenOf(const QVariantMap &platformData) {
-    for (const char *key : tokenKeys) {
-        const QString token = platformData.value(QLatin1String(key)).toString();
-        if (!token.isEmpty())
-            return token.toStdString();
+QDBusMessage InstanceObject::message(const InstanceRequest &request) {
+    const bool opens = request.duplicates && !request.duplicates->empty();
+    const char *const method = opens ? "Open" : request.duplicates ? "ActivateAction" : "Activate";
+    auto message =
+        QDBusMessage::createMethodCall(QString::fromLatin1(bundleIdentifier), QLatin1String(path),
+                                       QLatin1String(interface), QLatin1String(method));
+    if (opens) {
+        const auto bytes = QByteArray::fromStdString(request.duplicates->native());
+        message << QStringList(fileScheme +
+                               QString::fromLatin1(bytes.toPercentEncoding(QByteArray("/"))));
+    } else if (request.duplicates) {
+        message << QString(findDuplicates) << QVariantList();
     }
-    return {};
+    message << platformData(request.activationToken);
+    message.setAutoStartService(false);
+    return message;
 }
 
 bool InstanceObject::handleMessage(const QDBusMessage &message, const QDBusConnection &connection) {
@@ -58,7 +99,7 @@ bool InstanceObject::handleMessage(const QDBusMessage &message, const QDBusConne
     if (method == std::end(methods))
         return false;
     const QVariant data = message.arguments().value(method->platformData);
-    m_requests.add(tokenOf(qdbus_cast<QVariantMap>(data)),
+    m_requests.add({tokenOf(qdbus_cast<QVariantMap>(data)), duplicatesOf(message)},
                    [connection, reply = message.createReply()] { connection.send(reply); });
     return true;
 }

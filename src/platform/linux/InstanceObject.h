@@ -2,9 +2,9 @@
 
 #include "platform/linux/InstanceRequests.h"
 
+#include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QThread>
-#include <QVariantMap>
 
 namespace brightsweep {
 
@@ -23,9 +23,8 @@ public:
     QString introspect(const QString &path) const override;
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;
 
-    /// What a start says of itself along with its wish, and the token in what one has said.
-    static QVariantMap platformData(const std::string &token);
-    static std::string tokenOf(const QVariantMap &platformData);
+    /// The call that carries a request.
+    static QDBusMessage message(const InstanceRequest &request);
 
 private:
     InstanceRequests &m_requests;

@@ -4,14 +4,14 @@
 
 namespace brightsweep {
 
-void InstanceRequests::add(std::string token, std::function<void()> answered) {
+void InstanceRequests::add(InstanceRequest request, std::function<void()> answered) {
     {
         const std::lock_guard lock(m_mutex);
         if (m_handler) {
-            post(std::move(token), std::move(answered));
+            post(std::move(request), std::move(answered));
             return;
         }
-        m_early.push_back(std::move(token));
+        m_early.push_back(std::move(request));
     }
     answered();
 }
@@ -23,15 +23,16 @@ void InstanceRequests::setHandler(Handler handler) {
         return;
     if (!m_queue)
         m_queue = std::make_unique<CallQueue>();
-    for (std::string &token : std::exchange(m_early, {}))
-        post(std::move(token), [] {});
+    for (InstanceRequest &request : std::exchange(m_early, {}))
+        post(std::move(request), [] {});
 }
 
-void InstanceRequests::post(std::string token, std::function<void()> answered) {
-    m_queue->post([handler = m_handler, token = std::move(token), answered = std::move(answered)] {
-        answered();
-        (*handler)(token);
-    });
+void InstanceRequests::post(InstanceRequest request, std::function<void()> answered) {
+    m_queue->post(
+        [handler = m_handler, request = std::move(request), answered = std::move(answered)] {
+            answered();
+            (*handler)(request);
+        });
 }
 
 } // namespace brightsweep

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "foundation/CallQueue.h"
+#include "platform/SingleInstance.h"
 
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <string>
 #include <vector>
 
 namespace brightsweep {
@@ -14,20 +14,20 @@ namespace brightsweep {
 /// hears them to the main thread.
 class InstanceRequests {
 public:
-    using Handler = std::function<void(const std::string &token)>;
+    using Handler = std::function<void(const InstanceRequest &)>;
 
     /// Any thread. `answered` tells the later start that its wish is in good hands: at once while
     /// this process is still starting, afterwards by the main thread, so that one that hangs does
     /// not answer.
-    void add(std::string token, std::function<void()> answered);
+    void add(InstanceRequest request, std::function<void()> answered);
     /// Main thread.
     void setHandler(Handler handler);
 
 private:
-    void post(std::string token, std::function<void()> answered);
+    void post(InstanceRequest request, std::function<void()> answered);
 
     std::mutex m_mutex;
-    std::vector<std::string> m_early; ///< came before there was a handler
+    std::vector<InstanceRequest> m_early; ///< came before there was a handler
     std::unique_ptr<CallQueue> m_queue;
     std::shared_ptr<const Handler> m_handler;
 };

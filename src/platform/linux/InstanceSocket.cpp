@@ -16,6 +16,8 @@
 #include <cerrno>
 #include <cstring>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <system_error>
 
 namespace brightsweep {
@@ -29,7 +31,7 @@ using std::chrono::steady_clock;
 constexpr milliseconds startingPause(10);
 // A caller writes its few bytes at once; one that does not is let go.
 constexpr milliseconds callerPatience(500);
-constexpr std::size_t longestToken = 4096;
+constexpr std::size_t longestRequest = 1 << 20;
 constexpr char taken[] = "taken";
 
 FileDescriptor openFolder() {
@@ -77,7 +79,7 @@ bool waitFor(int descriptor, short events, steady_clock::time_point until) {
 // All that comes until the other side has said everything; false if it does not in time.
 bool readToEnd(int descriptor, std::string &text, steady_clock::time_point until) {
     char block[256];
-    while (text.size() <= longestToken && waitFor(descriptor, POLLIN, until)) {
+    while (text.size() <= longestRequest && waitFor(descriptor, POLLIN, until)) {
         const ssize_t got = ::read(descriptor, block, sizeof block);
         if (got == 0)
             return true;
@@ -89,6 +91,33 @@ bool readToEnd(int descriptor, std::string &text, steady_clock::time_point until
     return false;
 }
 
+bool writeWhole(int descriptor, std::string_view text, steady_clock::time_point until) {
+    while (!text.empty()) {
+        const ssize_t sent = ::send(descriptor, text.data(), text.size(), MSG_NOSIGNAL);
+        if (sent > 0)
+            text.remove_prefix(std::size_t(sent));
+        else if (errno != EINTR && (errno != EAGAIN || !waitFor(descriptor, POLLOUT, until)))
+            return false;
+    }
+    return true;
+}
+
+// The token, and behind a NUL the folder, where there is one.
+std::string wordsOf(const InstanceRequest &request) {
+    std::string words = request.activationToken;
+    if (request.duplicates)
+        words.append(1, '\0').append(request.duplicates->native());
+    return words;
+}
+
+InstanceRequest requestOf(const std::string &words) {
+    const std::size_t end = words.find('\0');
+    InstanceRequest request{words.substr(0, end), std::nullopt};
+    if (end != std::string::npos)
+        request.duplicates = words.substr(end + 1);
+    return request;
+}
+
 } // namespace
 
 InstanceSocket::~InstanceSocket() {
@@ -98,7 +127,7 @@ InstanceSocket::~InstanceSocket() {
     }
 }
 
-InstanceOutcome InstanceSocket::claim(bool activate, const std::string &token,
+InstanceOutcome InstanceSocket::claim(bool activate, const InstanceRequest &request,
                                       steady_clock::time_point until) {
     const FileDescriptor folder = openFolder();
     FileDescriptor lock(::openat(folder.get(), fileName("lock").c_str(),
@@ -120,7 +149,7 @@ InstanceOutcome InstanceSocket::claim(bool activate, const std::string &token,
             return InstanceOutcome::Failed;
         if (!activate)
             return InstanceOutcome::PassedOn;
-        if (ask(folder, token, until))
+        if (ask(folder, request, until))
             return InstanceOutcome::PassedOn;
         if (steady_clock::now() >= until)
             return InstanceOutcome::Hanging;
@@ -128,15 +157,14 @@ InstanceOutcome InstanceSocket::claim(bool activate, const std::string &token,
     }
 }
 
-bool InstanceSocket::ask(const FileDescriptor &folder, const std::string &token,
+bool InstanceSocket::ask(const FileDescriptor &folder, const InstanceRequest &request,
                          steady_clock::time_point until) {
     const FileDescriptor caller = makeSocket();
     const sockaddr_un address = addressIn(folder);
     if (::connect(caller.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
         return false;
     std::string answer;
-    // The few bytes of a token fit into the empty buffer of the socket.
-    if (::send(caller.get(), token.data(), token.size(), MSG_NOSIGNAL) != ssize_t(token.size()) ||
+    if (!writeWhole(caller.get(), wordsOf(request), until) ||
         ::shutdown(caller.get(), SHUT_WR) != 0 || !readToEnd(caller.get(), answer, until))
         return false;
     return answer == taken;
@@ -175,10 +203,10 @@ void InstanceSocket::serve() {
 }
 
 void InstanceSocket::hear(FileDescriptor caller) {
-    std::string token;
-    if (!readToEnd(caller.get(), token, steady_clock::now() + callerPatience))
+    std::string words;
+    if (!readToEnd(caller.get(), words, steady_clock::now() + callerPatience))
         return;
-    m_requests.add(std::move(token),
+    m_requests.add(requestOf(words),
                    [answer = std::make_shared<FileDescriptor>(std::move(caller))] {
                        // A caller that has given up by now would end this process by a signal.
                        [[maybe_unused]] const auto sent =

@@ -6,7 +6,6 @@
 #include "platform/linux/WakePipe.h"
 
 #include <chrono>
-#include <string>
 #include <thread>
 
 namespace brightsweep {
@@ -20,14 +19,14 @@ public:
     ~InstanceSocket();
 
     /// Blocks until then at most.
-    InstanceOutcome claim(bool activate, const std::string &token,
+    InstanceOutcome claim(bool activate, const InstanceRequest &request,
                           std::chrono::steady_clock::time_point until);
 
 private:
     bool listen(const FileDescriptor &folder);
     void serve();
     void hear(FileDescriptor caller);
-    static bool ask(const FileDescriptor &folder, const std::string &token,
+    static bool ask(const FileDescriptor &folder, const InstanceRequest &request,
                     std::chrono::steady_clock::time_point until);
 
     InstanceRequests &m_requests;

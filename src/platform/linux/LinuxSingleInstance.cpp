@@ -35,15 +35,6 @@ QDBusMessage nameRequest() {
     return request;
 }
 
-QDBusMessage activation(const std::string &token) {
-    auto message = QDBusMessage::createMethodCall(
-        QString::fromLatin1(bundleIdentifier), QLatin1String(InstanceObject::path),
-        QLatin1String(InstanceObject::interface), QStringLiteral("Activate"));
-    message << InstanceObject::platformData(token);
-    message.setAutoStartService(false);
-    return message;
-}
-
 bool isOwned(const QDBusMessage &reply) {
     const unsigned answer = reply.arguments().value(0).toUInt();
     return answer == Owner || answer == AlreadyOwner;
@@ -64,25 +55,26 @@ LinuxSingleInstance::~LinuxSingleInstance() {
         m_bus->connection().unregisterObject(QLatin1String(InstanceObject::path));
 }
 
-InstanceOutcome LinuxSingleInstance::claim(bool activate, const std::string &activationToken) {
-    const auto outcome = find(activate, activationToken, steady_clock::now() + patience);
+InstanceOutcome LinuxSingleInstance::claim(bool activate, const InstanceRequest &request) {
+    const auto outcome = find(activate, request, steady_clock::now() + patience);
     m_first = outcome == InstanceOutcome::First;
     if (outcome == InstanceOutcome::Hanging)
         writeAll(STDERR_FILENO, "Brightsweep is already running but does not answer.\n");
     return outcome;
 }
 
-InstanceOutcome LinuxSingleInstance::find(bool activate, const std::string &token, Deadline until) {
+InstanceOutcome LinuxSingleInstance::find(bool activate, const InstanceRequest &request,
+                                          Deadline until) {
     m_bus->open();
     if (m_bus->waitForConnection(until)) {
-        const auto outcome = claimName(activate, token, until);
+        const auto outcome = claimName(activate, request, until);
         if (outcome != InstanceOutcome::Failed)
             return outcome;
     }
-    return claimSocket(activate, token, std::max(until, steady_clock::now() + leastPatience));
+    return claimSocket(activate, request, std::max(until, steady_clock::now() + leastPatience));
 }
 
-InstanceOutcome LinuxSingleInstance::claimName(bool activate, const std::string &token,
+InstanceOutcome LinuxSingleInstance::claimName(bool activate, const InstanceRequest &request,
                                                Deadline until) {
     const auto ask = [&](const QDBusMessage &message) {
         const auto left = std::chrono::ceil<milliseconds>(until - steady_clock::now());
@@ -101,7 +93,7 @@ InstanceOutcome LinuxSingleInstance::claimName(bool activate, const std::string 
             return InstanceOutcome::First;
         if (!activate)
             return InstanceOutcome::PassedOn;
-        const auto answer = ask(activation(token));
+        const auto answer = ask(InstanceObject::message(request));
         if (answer.type() == QDBusMessage::ReplyMessage)
             return InstanceOutcome::PassedOn;
         // The first one may have ended just now.
@@ -118,12 +110,12 @@ InstanceOutcome LinuxSingleInstance::claimName(bool activate, const std::string 
     return InstanceOutcome::Hanging;
 }
 
-InstanceOutcome LinuxSingleInstance::claimSocket(bool activate, const std::string &token,
+InstanceOutcome LinuxSingleInstance::claimSocket(bool activate, const InstanceRequest &request,
                                                  Deadline until) {
     if (m_socket)
         return InstanceOutcome::First;
     auto socket = std::make_unique<InstanceSocket>(m_requests);
-    const auto outcome = socket->claim(activate, token, until);
+    const auto outcome = socket->claim(activate, request, until);
     if (outcome == InstanceOutcome::First)
         m_socket = std::move(socket);
     return outcome;
@@ -145,8 +137,7 @@ void LinuxSingleInstance::takeNameAgain() {
     });
 }
 
-void LinuxSingleInstance::setActivateHandler(
-    std::function<void(const std::string &token)> handler) {
+void LinuxSingleInstance::setActivateHandler(std::function<void(const InstanceRequest &)> handler) {
     m_requests.setHandler(std::move(handler));
 }
 

@@ -23,15 +23,15 @@ public:
     explicit LinuxSingleInstance(std::shared_ptr<SessionBus> bus);
     ~LinuxSingleInstance() override;
 
-    InstanceOutcome claim(bool activate, const std::string &activationToken) override;
-    void setActivateHandler(std::function<void(const std::string &token)> handler) override;
+    InstanceOutcome claim(bool activate, const InstanceRequest &request) override;
+    void setActivateHandler(std::function<void(const InstanceRequest &)> handler) override;
 
 private:
     using Deadline = std::chrono::steady_clock::time_point;
 
-    InstanceOutcome find(bool activate, const std::string &token, Deadline until);
-    InstanceOutcome claimName(bool activate, const std::string &token, Deadline until);
-    InstanceOutcome claimSocket(bool activate, const std::string &token, Deadline until);
+    InstanceOutcome find(bool activate, const InstanceRequest &request, Deadline until);
+    InstanceOutcome claimName(bool activate, const InstanceRequest &request, Deadline until);
+    InstanceOutcome claimSocket(bool activate, const InstanceRequest &request, Deadline until);
     void registerObject();
     void takeNameAgain();
 
