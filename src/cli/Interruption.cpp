@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <exception>
 #include <iterator>
+#include <new>
 #include <optional>
 #include <thread>
 
@@ -272,7 +273,11 @@ void Interruption::outputBegins() {
 }
 
 void Interruption::end(int status) {
-    ObjectLog::flushAll();
+    try {
+        ObjectLog::flushAll();
+    } catch (const std::bad_alloc &) {
+        // What the memory does not suffice for is not what the process ends with.
+    }
     // The supervisor does not wait for what comes behind the report.
     closeStandard();
     report({ended, char(status)});
