@@ -58,6 +58,7 @@ struct DirectoryEntry {
     bool hasAttributes = false;
     std::uint64_t inode = 0;
     // Only with attributes, as FileAttributes has them:
+    std::uint64_t links = 0;
     std::uint64_t size = 0;
     std::uint64_t stored = 0;
     std::uint64_t device = 0;
@@ -285,6 +286,8 @@ public:
     /// The error that a removal would meet before anything of the item goes: its refusal, or what
     /// keeps its name in its folder. Empty when nothing does.
     virtual std::error_code checkRemoval(const OpenItem &item) = 0;
+    /// Why a removal with administrator rights would leave the item alone. Empty when it would not.
+    virtual std::error_code refusalWithRights(const OpenItem &item) = 0;
     /// Removes the item with all below it. Nothing is removed across a mount, and an item that is
     /// refused is left whole. Ends at the first error: what was removed before it stays removed,
     /// the item itself is then still there. A stop ends it as `errc::operation_canceled`.

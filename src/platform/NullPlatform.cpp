@@ -109,6 +109,9 @@ public:
     std::error_code checkRemoval(const OpenItem &) override {
         return std::make_error_code(unsupported);
     }
+    std::error_code refusalWithRights(const OpenItem &) override {
+        return std::make_error_code(unsupported);
+    }
     std::error_code removeItem(const OpenItem &, const RemovalOptions &) override {
         return std::make_error_code(unsupported);
     }

@@ -169,6 +169,9 @@ public:
     std::error_code checkRemoval(const OpenItem &item) override {
         return m_wrapped->checkRemoval(item);
     }
+    std::error_code refusalWithRights(const OpenItem &item) override {
+        return m_wrapped->refusalWithRights(item);
+    }
     std::error_code removeItem(const OpenItem &item, const RemovalOptions &options) override {
         return ask("removeItem", item.path, [&] { return m_wrapped->removeItem(item, options); });
     }

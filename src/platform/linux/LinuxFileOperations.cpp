@@ -178,6 +178,7 @@ std::error_code LinuxFileOperations::readBlock(const OpenDirectory &directory,
         if (needed && ::fstatat(descriptor, name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
             entry.hasAttributes = true;
             entry.type = typeOfMode(status.st_mode);
+            entry.links = status.st_nlink;
             entry.size = std::uint64_t(std::max<off_t>(status.st_size, 0));
             entry.stored = storedBytes(status);
             entry.device = status.st_dev;

@@ -53,6 +53,7 @@ public:
     Result<OpenItem> openItem(const RemovalTarget &target, const OpenItem *previous) override;
     bool isDeletable(const OpenItem &item) override;
     std::error_code checkRemoval(const OpenItem &item) override;
+    std::error_code refusalWithRights(const OpenItem &item) override;
     std::error_code removeItem(const OpenItem &item, const RemovalOptions &options) override;
     Result<TrashFolder> trashOf(const HoldingFolder &folder, bool make) override;
     std::error_code moveItem(const OpenItem &item, const FileDescriptor &directory,

@@ -356,6 +356,18 @@ std::error_code LinuxFileOperations::checkRemoval(const OpenItem &item) {
     return item.refusal ? item.refusal : keptInFolder(item);
 }
 
+std::error_code LinuxFileOperations::refusalWithRights(const OpenItem &item) {
+    if (item.refusal)
+        return item.refusal;
+    struct stat status {};
+    status.st_mode = item.attributes.kind | item.attributes.mode;
+    status.st_uid = item.attributes.owner;
+    status.st_dev = item.attributes.device;
+    status.st_ino = item.attributes.inode;
+    const LinuxHoldingFolder &folder = linuxFolder(item);
+    return folder.places->refusalForRoot(folder.place.chain, item.name, status);
+}
+
 std::error_code LinuxFileOperations::removeItem(const OpenItem &item,
                                                 const RemovalOptions &options) {
     if (item.refusal)
