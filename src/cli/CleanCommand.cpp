@@ -4,10 +4,10 @@
 #include "cli/Commands.h"
 #include "cli/Interruption.h"
 #include "cli/JsonWriter.h"
+#include "cli/RightsRefusal.h"
 #include "core/ParseFileLog.h"
 #include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
-#include "platform/AdministratorRights.h"
 #include "platform/Platform.h"
 #include "removal/ItemRemoval.h"
 #include "removal/NvAuthorization.h"
@@ -34,19 +34,6 @@ struct CategoryResult {
     std::uint64_t bytes = 0;
     std::vector<CleanFileInfo> removed;
     std::vector<FailedItem> failed;
-};
-
-struct RefusalWords {
-    RightsOutcome outcome;
-    const char *words;
-};
-
-constexpr std::array refusalWords = {
-    RefusalWords{RightsOutcome::Dismissed, "the question was dismissed"},
-    RefusalWords{RightsOutcome::Denied, "they were denied"},
-    RefusalWords{RightsOutcome::NoAgent, "nothing here can ask for a password"},
-    RefusalWords{RightsOutcome::NoBus, "the system's authority cannot be reached"},
-    RefusalWords{RightsOutcome::Failed, "asking for them failed"},
 };
 
 void configure(QCommandLineParser &parser) {
@@ -150,16 +137,6 @@ std::string text(const std::vector<CategoryResult> &results, bool applied, std::
            (applied ? size + " is cleaned\n" : size + " would go; --apply removes it\n");
 }
 
-int refused(Output &output) {
-    const RightsResult result = NvAuthorization::shareNvAuthorization().lastResult();
-    for (const RefusalWords &row : refusalWords) {
-        if (row.outcome == result.outcome)
-            output.warning(std::string("No administrator rights: ") + row.words +
-                           ". Nothing was removed.");
-    }
-    return RightsRefused;
-}
-
 // A clean that freed nothing leaves the record of the one before.
 void recordHistory(std::uint64_t bytes) {
     if (bytes == 0)
@@ -199,7 +176,7 @@ int run(const QCommandLineParser &parser, Output &output) {
     }
     if (removing && admin && anything &&
         !NvAuthorization::shareNvAuthorization().allocAuthorization())
-        return refused(output);
+        return rightsRefused(output);
     if (removing)
         end = removeCategories(runs, begun.run, output);
 

@@ -83,6 +83,7 @@ public:
     std::int32_t iLevel = 0; ///< ring number at the last paint, 0 before
     std::int8_t iSortChildren = 1;
     bool bHidden = false;
+    bool isUnread = false; ///< could not be opened, or not read to its end; known after the scan
 
 protected:
     struct Children;

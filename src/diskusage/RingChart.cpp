@@ -2,6 +2,7 @@
 
 #include "core/UtilityFunction.h"
 #include "diskusage/ChartCanvas.h"
+#include "diskusage/UsageRemoval.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
@@ -136,14 +137,19 @@ void RingChart::drawRect(int width, int height) {
     ChartCanvas *const canvas = ChartCanvas::current();
     if (!canvas || width <= 0 || height <= 0)
         return;
-    canvas->viewport(0, 0, width, height);
-    canvas->matrixMode(ChartCanvas::MatrixMode::Projection);
-    canvas->loadIdentity();
-    const HalfExtent half = halfExtent(width, height);
-    canvas->ortho2D(-half.x, half.x, -half.y, half.y);
-    canvas->matrixMode(ChartCanvas::MatrixMode::ModelView);
+    setProjection(width, height);
     drawScene();
     canvas->flush();
+}
+
+void RingChart::setProjection(int width, int height) {
+    ChartCanvas &canvas = *ChartCanvas::current();
+    canvas.viewport(0, 0, width, height);
+    canvas.matrixMode(ChartCanvas::MatrixMode::Projection);
+    canvas.loadIdentity();
+    const HalfExtent half = halfExtent(width, height);
+    canvas.ortho2D(-half.x, half.x, -half.y, half.y);
+    canvas.matrixMode(ChartCanvas::MatrixMode::ModelView);
 }
 
 void RingChart::drawScene() {
@@ -357,21 +363,14 @@ Result<RemovalTarget> RingChart::removalTarget(const std::filesystem::path &item
     const std::lock_guard lock(m_mutex);
     if (!m_scannedFolder)
         return m_scannedFolder.error();
-    const std::string top = icAllDir->szPath();
-    std::string_view relative = item.native();
-    if (top.empty() || !relative.starts_with(top))
-        return std::errc::invalid_argument;
-    relative.remove_prefix(top.size());
-    while (relative.ends_with('/'))
-        relative.remove_suffix(1);
-    const std::filesystem::path way(relative);
-    for (const std::filesystem::path &name : way) {
-        if (name.empty() || name == "." || name == "..")
-            return std::errc::invalid_argument;
-    }
-    if (way.empty())
-        return std::errc::invalid_argument;
-    return RemovalTarget{*m_scannedFolder, way};
+    std::string top = icAllDir->szPath();
+    // The item goes by the path that was given, the folder by its canonical one.
+    RemovalRoot root = *m_scannedFolder;
+    root.path = top;
+    auto target = UsageRemoval::targetOf(root, item);
+    if (target)
+        target->root = *m_scannedFolder;
+    return target;
 }
 
 bool RingChart::removeItem(const CleanFileInfo &item, bool isDirectory, const Remover &remove) {

@@ -45,6 +45,8 @@ public:
 
     /// One frame for a view of that size.
     void drawRect(int width, int height);
+    /// Sets the canvas in use up for a view of that size, for one chart in its middle.
+    static void setProjection(int width, int height);
     /// The chart's place of a point of a view of that size, y growing downwards.
     static QPointF chartPoint(QPointF point, int width, int height);
 

@@ -44,6 +44,7 @@ SizeScan::SizeScan(AllDir &root, bool isTop)
 
 void SizeScan::run(std::string_view path) {
     auto directory = Platform::current().files->openDirectory(std::filesystem::path(path));
+    m_root.isUnread = !directory;
     if (directory) {
         m_walk.addRoot(std::make_shared<const OpenDirectory>(std::move(*directory)), &m_root);
         m_walk.run();
@@ -74,8 +75,9 @@ void SizeScan::entries(DirectoryWalk::Directory &directory, const DirectoryBlock
         add(node, bytes);
 }
 
-void SizeScan::read(DirectoryWalk::Directory &directory, std::error_code) {
+void SizeScan::read(DirectoryWalk::Directory &directory, std::error_code error) {
     AllDir &node = nodeOf(directory);
+    node.isUnread = bool(error);
     if (!childrenFound.empty()) {
         node.m_children.store(AllDir::Children::make(m_arena, childrenFound),
                               std::memory_order_release);
