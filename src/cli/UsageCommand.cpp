@@ -1,6 +1,9 @@
 #include "cli/Commands.h"
 #include "cli/JsonWriter.h"
 #include "cli/LimitOptions.h"
+#include "cli/UsageChanges.h"
+#include "cli/UsagePicture.h"
+#include "cli/UsageRemoving.h"
 #include "cli/WorkRun.h"
 #include "core/SettingKeys.h"
 #include "core/TaskStopper.h"
@@ -33,6 +36,10 @@ struct Request {
     bool rings = false;
     bool list = false;
     std::uint64_t limit = 0;
+    std::filesystem::path picture; ///< empty: none is wanted
+    std::optional<UsageChanges> changes;
+    bool removes = false;
+    UsageRemoving removing;
 };
 
 struct FreeTree {
@@ -49,6 +56,17 @@ void configure(QCommandLineParser &parser) {
         {QStringLiteral("rings"), QStringLiteral("Show the ring chart's sectors too.")});
     parser.addOption({QStringLiteral("list"), QStringLiteral("List files and folders by size.")});
     addLimitOptions(parser, QStringLiteral("With --list: leave out what is smaller."));
+    parser.addOption({QStringLiteral("svg"),
+                      QStringLiteral("Write the ring chart to the file, too, as a picture."),
+                      QStringLiteral("FILE")});
+    parser.addOption({QStringLiteral("compare"),
+                      QStringLiteral("Show what grew since `usage` wrote the file with --json."),
+                      QStringLiteral("FILE")});
+    UsageRemoving::configure(parser);
+}
+
+std::string folderPath(const std::filesystem::path &path) {
+    return path.native().ends_with('/') ? path.native() : path.native() + '/';
 }
 
 // Done, or the exit status after the line that says what is wrong.
@@ -56,12 +74,24 @@ int understand(const QCommandLineParser &parser, Output &output, Request &reques
     constexpr QLatin1String depth("depth");
     constexpr QLatin1String limit("limit");
     constexpr QLatin1String unit("unit");
-    if (parser.positionalArguments().size() != 1)
+    constexpr QLatin1String svg("svg");
+    constexpr QLatin1String compare("compare");
+    if (const int exit = UsageRemoving::read(parser, output, request.removing, request.removes);
+        exit != Done)
+        return exit;
+    if (parser.positionalArguments().size() != 1 && !request.removes)
         return output.usage("Name one folder: `brightsweep-cli usage PATH`.");
     request.rings = parser.isSet(QStringLiteral("rings"));
     request.list = parser.isSet(QStringLiteral("list"));
     if (request.list && (request.rings || parser.isSet(depth)))
         return output.usage("--list goes with neither --rings nor --depth; leave them out.");
+    if (request.list && (parser.isSet(svg) || parser.isSet(compare)))
+        return output.usage("--list goes with neither --svg nor --compare; leave them out.");
+    if (parser.isSet(compare) && (request.rings || parser.isSet(depth)))
+        return output.usage("--compare goes with neither --rings nor --depth; leave them out.");
+    request.picture = paths::fromOption(argumentBytes(parser.value(svg)));
+    if (parser.isSet(svg) && request.picture.empty())
+        return output.usage("Name the file of the picture: `--svg FILE`.");
     if (!request.list && (parser.isSet(limit) || parser.isSet(unit)))
         return output.usage("--limit and --unit are for the list; add --list.");
     if (parser.isSet(depth) && !numberOf(parser, depth))
@@ -81,6 +111,12 @@ int understand(const QCommandLineParser &parser, Output &output, Request &reques
         request.path = *std::move(canonical);
         error = files.openDirectory(request.path).error();
     }
+    if (!error && parser.isSet(compare)) {
+        const bool isRead =
+            request.changes.emplace().read(paths::fromOption(argumentBytes(parser.value(compare))),
+                                           folderPath(request.path), output);
+        return isRead ? Done : Failed;
+    }
     if (!error)
         return Done;
     output.warning(paths::display(given).toStdString() + ": " + error.message());
@@ -89,10 +125,6 @@ int understand(const QCommandLineParser &parser, Output &output, Request &reques
 
 std::string words(std::uint64_t bytes) {
     return UtilityFunction::convertVolSpace(bytes).toStdString();
-}
-
-std::string folderPath(const std::filesystem::path &path) {
-    return path.native().ends_with('/') ? path.native() : path.native() + '/';
 }
 
 // -- The size tree
@@ -251,23 +283,28 @@ int measureTree(const Request &request, Output &output) {
     center.addObserver(&observer, QStringLiteral("NeedUpdateProgress"),
                        [&](const Notification &) { ++finished; });
     AllDir::bStopScan = false;
-    return runWork({[&] { root->ListAllDir(path, true); }, [] { AllDir::bStopScan = true; },
-                    [&] {
-                        return std::to_string(finished) + " of " + std::to_string(levels) +
-                               " folders, " + words(std::uint64_t(root->iSize.load()));
-                    },
-                    [&](bool) {
-                        center.removeObserver(&observer);
-                        RecordingCanvas canvas;
-                        if (request.rings) {
-                            // It would stop the painting as well.
-                            AllDir::bStopScan = false;
-                            const ChartCanvas::Use use(canvas);
-                            root->Paint(360.0, 0.0, 1, 0, false);
-                        }
-                        return showTree(output, *root, request, canvas.sectors) ? Done : Failed;
-                    }},
-                   output);
+    return runWork(
+        {[&] { root->ListAllDir(path, true); }, [] { AllDir::bStopScan = true; },
+         [&] {
+             return std::to_string(finished) + " of " + std::to_string(levels) + " folders, " +
+                    words(std::uint64_t(root->iSize.load()));
+         },
+         [&](bool) {
+             center.removeObserver(&observer);
+             RecordingCanvas canvas;
+             // It would stop the painting as well.
+             AllDir::bStopScan = false;
+             if (request.rings) {
+                 const ChartCanvas::Use use(canvas);
+                 root->Paint(360.0, 0.0, 1, 0, false);
+             }
+             if (!request.picture.empty() && !writePicture(*root, request.picture, output))
+                 return Failed;
+             const bool shown = request.changes ? request.changes->show(*root, output)
+                                                : showTree(output, *root, request, canvas.sectors);
+             return shown ? Done : Failed;
+         }},
+        output);
 }
 
 // -- The list
@@ -362,6 +399,8 @@ int run(const QCommandLineParser &parser, Output &output) {
     Request request;
     if (const int exit = understand(parser, output, request); exit != Done)
         return exit;
+    if (request.removes)
+        return request.removing.run(request.path, output);
     return request.list ? measureList(request, output) : measureTree(request, output);
 }
 

@@ -163,5 +163,67 @@ TEST(UsageCommand, SaysWhatIsWrong) {
     }
 }
 
+TEST(UsageCommand, RemovesWhatIsNamedAndNothingElse) {
+    TestTree tree;
+    for (const char *name : {"top/a/in/file", "top/d/file", "top/stays", "outside"})
+        tree.sparseFile(name, 100);
+    tree.link("top/link", tree.path("outside"));
+    tree.link("way", tree.path("top"));
+    const auto before = tree.snapshot();
+    const QString top = text(tree.path("top"));
+    QStringList arguments{QStringLiteral("--json"), QStringLiteral("usage"), top,
+                          QStringLiteral("--remove")};
+    for (const char *name : {"top/a", "top/a/in", "way/d", "top/link", "top", "outside", "top/no"})
+        arguments.append(text(tree.path(name)));
+    const Ran trial = run(arguments);
+    EXPECT_EQ(trial.exit, 3);
+    EXPECT_EQ(tree.snapshot(), before);
+    for (const bool applied : {false, true}) {
+        const QJsonObject json =
+            (applied ? run(arguments + QStringList{QStringLiteral("--apply")}) : trial).json();
+        EXPECT_EQ(json[QStringLiteral("applied")].toBool(), applied);
+        EXPECT_EQ(json[QStringLiteral("removed")].toArray().size(), 3);
+        EXPECT_EQ(json[QStringLiteral("failed")].toArray().size(), 3);
+    }
+    EXPECT_TRUE(tree.exists("outside") && tree.exists("top/stays"));
+    EXPECT_FALSE(tree.exists("top/a") || tree.exists("top/d") || tree.exists("top/link"));
+    const Ran trash =
+        run({QStringLiteral("usage"), top, QStringLiteral("--remove"), text(tree.path("top/stays")),
+             QStringLiteral("--trash"), QStringLiteral("--apply")});
+    EXPECT_EQ(trash.exit, 0) << trash.err.constData();
+    EXPECT_FALSE(tree.exists("top/stays"));
+    EXPECT_TRUE(
+        TestTree(test::TestEnvironment::current().home()).exists(".local/share/Trash/files/stays"));
+    EXPECT_EQ(run({QStringLiteral("usage"), top, QStringLiteral("--apply")}).exit, 2);
+}
+
+TEST(UsageCommand, TellsWhatGrew) {
+    TestTree tree;
+    tree.sparseFile("bad\xff/file", 100);
+    tree.sparseFile("less/file", 100);
+    tree.sparseFile("gone/file", 50);
+    const QString top = text(tree.top());
+    const QString saved = text(tree.path("..")) + QStringLiteral("/saved.json");
+    TestTree(tree.top().parent_path())
+        .file("saved.json",
+              run({QStringLiteral("--json"), QStringLiteral("usage"), top}).out.toStdString());
+    tree.sparseFile("bad\xff/more", 30);
+    tree.sparseFile("new/file", 40);
+    std::filesystem::resize_file(tree.path("less/file"), 10);
+    std::filesystem::remove_all(tree.path("gone"));
+    const QJsonArray changes = run({QStringLiteral("--json"), QStringLiteral("usage"), top,
+                                    QStringLiteral("--compare"), saved})
+                                   .json()[QStringLiteral("changes")]
+                                   .toArray();
+    std::vector<int> differences;
+    for (const QJsonValue &change : changes)
+        differences.push_back(change[QStringLiteral("difference")].toInt());
+    EXPECT_EQ(differences, (std::vector{40, 30, -50, -70, -90}));
+    EXPECT_EQ(
+        run({QStringLiteral("usage"), text(tree.path("new")), QStringLiteral("--compare"), saved})
+            .exit,
+        1);
+}
+
 } // namespace
 } // namespace brightsweep

@@ -1,0 +1,241 @@
+#include "cli/UsageRemoving.h"
+
+#include "cli/JsonWriter.h"
+#include "cli/RightsRefusal.h"
+#include "cli/WorkRun.h"
+#include "core/UtilityFunction.h"
+#include "foundation/Paths.h"
+#include "platform/Platform.h"
+#include "removal/NvAuthorization.h"
+#include "removal/RemovalRun.h"
+#include "removal/TrashRecord.h"
+
+#include <algorithm>
+#include <mutex>
+#include <optional>
+
+namespace brightsweep::cli {
+
+namespace {
+
+using Act = UsageRemoval::Act;
+
+constexpr QLatin1String removeOption("remove");
+
+bool isBelow(const std::filesystem::path &path, const std::filesystem::path &folder) {
+    return path.native().starts_with(folder.native() + "/");
+}
+
+} // namespace
+
+// Shared with the work, which an interruption may leave behind.
+struct UsageRemoving::Job {
+    RemovalRoot root;
+    std::shared_ptr<RemovalRun> run;
+    std::atomic<bool> stop{false};
+    std::mutex mutex; // guards the rest
+    std::vector<Item> items;
+    std::uint64_t bytesFreed = 0;
+    std::string current;
+};
+
+void UsageRemoving::configure(QCommandLineParser &parser) {
+    parser.addPositionalArgument(
+        QStringLiteral("ITEM"),
+        QStringLiteral("With --remove: what to remove; it lies below PATH."),
+        QStringLiteral("[ITEM…]"));
+    parser.addOption({removeOption, QStringLiteral("Remove the items named behind PATH.")});
+    parser.addOption(
+        {QStringLiteral("trash"), QStringLiteral("With --remove: move them to the trash.")});
+    parser.addOption({QStringLiteral("apply"),
+                      QStringLiteral("Really do it; without it only what would go is shown.")});
+    parser.addOption({QStringLiteral("admin"),
+                      QStringLiteral("Ask for administrator rights once, before removing.")});
+}
+
+int UsageRemoving::read(const QCommandLineParser &parser, Output &output, UsageRemoving &removing,
+                        bool &removes) {
+    const auto isSet = [&](const char *name) { return parser.isSet(QLatin1String(name)); };
+    removes = parser.isSet(removeOption);
+    if (!removes && (isSet("trash") || isSet("apply") || isSet("admin")))
+        return output.usage("Write --trash, --apply and --admin with --remove.");
+    if (isSet("trash") && isSet("admin"))
+        return output.usage("The trash is the user's own; leave --admin out.");
+    if (removes && parser.positionalArguments().size() < 2)
+        return output.usage("Name what to remove: `usage PATH --remove ITEM…`.");
+    for (const char *other : {"list", "rings", "depth", "svg", "compare", "limit", "unit"}) {
+        if (removes && isSet(other))
+            return output.usage(std::string("--remove does not go with --") + other + ".");
+    }
+    removing.m_options.act = isSet("trash") ? Act::Trash : Act::Remove;
+    removing.m_options.applies = isSet("apply");
+    removing.m_admin = isSet("admin");
+    removing.m_options.withRights = removing.m_admin;
+    for (const QString &item : parser.positionalArguments().mid(1))
+        removing.m_given.push_back(argumentBytes(item));
+    return Done;
+}
+
+// Links on the way are followed, as in any path that is typed; one in the last place is the item.
+Result<UsageItem> UsageRemoving::find(const RemovalRoot &root, const std::string &given,
+                                      const std::atomic<bool> &stop) {
+    std::error_code error;
+    const auto path = std::filesystem::absolute(paths::fromOption(given), error);
+    if (error)
+        return error;
+    const auto folder = Platform::current().files->canonicalPath(paths::parent(path));
+    if (!folder)
+        return folder.error();
+    const auto target =
+        UsageRemoval::targetOf(root, paths::join(*folder, paths::lastComponent(path)));
+    if (!target)
+        return target.error();
+    const auto item = Platform::current().files->openItem(*target);
+    return item ? lookAtItem(*target, *item, {0, &stop, nullptr}) : item.error();
+}
+
+void UsageRemoving::work(Job &job) {
+    std::optional<RemovalRun::Busy> busy;
+    if (job.run)
+        busy.emplace(*job.run);
+    const TrashBatch batch;
+    std::vector<UsageItem> found;
+    for (const std::string &given : m_given) {
+        auto item = find(job.root, given, job.stop);
+        if (job.stop)
+            return;
+        if (item) {
+            found.push_back(*std::move(item));
+            continue;
+        }
+        const std::lock_guard lock(job.mutex);
+        job.items.push_back({paths::fromOption(given), 0,
+                             item.error() == std::errc::invalid_argument
+                                 ? "not below " + job.root.path.native()
+                                 : item.error().message()});
+    }
+    std::sort(found.begin(), found.end(), [](const UsageItem &first, const UsageItem &second) {
+        return first.target.relative < second.target.relative;
+    });
+    UsageRemoval::Options options = m_options;
+    options.stop = &job.stop;
+    UsageRemoval removal(options);
+    std::filesystem::path gone; // the last folder that went, or would
+    for (const UsageItem &item : found) {
+        const auto path = item.target.path();
+        if (path == gone || (!gone.empty() && isBelow(path, gone)))
+            continue;
+        {
+            const std::lock_guard lock(job.mutex);
+            job.current = path.native();
+        }
+        const auto outcome = removal.act(item);
+        if (job.stop && !outcome.done)
+            return;
+        if (outcome.done)
+            gone = path;
+        const std::lock_guard lock(job.mutex);
+        job.bytesFreed = removal.bytesFreed();
+        std::string error;
+        if (!outcome.done)
+            error = outcome.words.empty() ? outcome.error.message() : outcome.words;
+        job.items.push_back({path, item.below.bytes, std::move(error)});
+    }
+}
+
+int UsageRemoving::tell(Job &job, const std::filesystem::path &folder, Output &output) {
+    const std::lock_guard lock(job.mutex);
+    std::uint64_t bytes = 0;
+    bool anyFailed = false;
+    for (const Item &item : job.items) {
+        bytes += item.error.empty() ? item.bytes : 0;
+        anyFailed = anyFailed || !item.error.empty();
+    }
+    bool written = false;
+    if (output.json) {
+        JsonWriter json;
+        json.beginObject();
+        json.key("schema").value(1);
+        json.key("command").value("usage");
+        json.path("path", paths::join(folder, "").native());
+        json.key("action").value(m_options.act == Act::Trash ? "trash" : "remove");
+        json.key("applied").value(m_options.applies);
+        json.key("bytes").value(bytes);
+        json.key("bytesFreed").value(job.bytesFreed);
+        for (const bool failed : {false, true}) {
+            json.key(failed ? "failed" : "removed").beginArray();
+            for (const Item &item : job.items) {
+                if (item.error.empty() == failed)
+                    continue;
+                json.beginObject();
+                json.path("path", item.path);
+                if (failed)
+                    json.key("error").value(item.error);
+                else
+                    json.key("bytes").value(item.bytes);
+                json.endObject();
+            }
+            json.endArray();
+        }
+        json.endObject();
+        written = output.data(json.take());
+    } else {
+        const bool trash = m_options.act == Act::Trash;
+        const std::string went = m_options.applies ? trash ? "moved to the trash" : "removed"
+                                 : trash           ? "would be moved to the trash"
+                                                   : "would be removed";
+        Table table({false, true, false});
+        for (const Item &item : job.items) {
+            table.row({item.error.empty() ? went : "stays",
+                       UtilityFunction::convertVolSpace(item.bytes).toStdString(),
+                       item.path.native() + (item.error.empty() ? "" : ": " + item.error)});
+        }
+        const std::string freed = UtilityFunction::convertVolSpace(job.bytesFreed).toStdString();
+        written =
+            output.data(table.text() + freed +
+                        (m_options.applies ? " freed\n" : " would be freed; --apply does it\n"));
+    }
+    return !written ? Failed : anyFailed ? PartlyFailed : Done;
+}
+
+int UsageRemoving::run(const std::filesystem::path &folder, Output &output) {
+    // Stays until the process ends: work that is left behind uses it.
+    Job &job = *std::make_unique<Job>().release();
+    auto root = Platform::current().files->rememberRoot(folder);
+    if (!root) {
+        output.warning(paths::display(folder).toStdString() + ": " + root.error().message());
+        return Failed;
+    }
+    job.root = *std::move(root);
+    if (m_options.applies) {
+        auto begun = RemovalRun::begin("brightsweep-cli usage");
+        if (!begun.run) {
+            output.warning(RemovalRun::refusal(begun).toStdString());
+            return Failed;
+        }
+        job.run = std::move(begun.run);
+        if (m_admin && !NvAuthorization::shareNvAuthorization().allocAuthorization())
+            return rightsRefused(output);
+    }
+    return runWork({[this, &job] { work(job); },
+                    [&job] {
+                        job.stop = true;
+                        if (job.run)
+                            job.run->stop();
+                    },
+                    [&job] {
+                        const std::lock_guard lock(job.mutex);
+                        return job.current;
+                    },
+                    [&](bool leftBehind) {
+                        if (leftBehind)
+                            RemovalRun::endForQuit(std::chrono::milliseconds(0));
+                        else
+                            NvAuthorization::shareNvAuthorization().freeAuthorization();
+                        job.run.reset();
+                        return tell(job, folder, output);
+                    }},
+                   output);
+}
+
+} // namespace brightsweep::cli

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "cli/Command.h"
+#include "diskusage/UsageRemoval.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace brightsweep::cli {
+
+/// `usage PATH --remove ITEM…`: removes items below the folder, or moves them to the trash, by the
+/// rules of the disk usage page. Without --apply it says what would go.
+class UsageRemoving {
+public:
+    static void configure(QCommandLineParser &parser);
+    /// Done, or the exit status after the line of a wrong usage. `removes` is false where nothing
+    /// is to be removed.
+    static int read(const QCommandLineParser &parser, Output &output, UsageRemoving &removing,
+                    bool &removes);
+
+    /// The folder is canonical. Returns the exit status.
+    int run(const std::filesystem::path &folder, Output &output);
+
+private:
+    struct Item {
+        std::filesystem::path path;
+        std::uint64_t bytes = 0;
+        std::string error; ///< empty: it went, or would
+    };
+
+    struct Job;
+
+    Result<UsageItem> find(const RemovalRoot &root, const std::string &given,
+                           const std::atomic<bool> &stop);
+    void work(Job &job);
+    int tell(Job &job, const std::filesystem::path &folder, Output &output);
+
+    std::vector<std::string> m_given;
+    UsageRemoval::Options m_options;
+    bool m_admin = false;
+};
+
+} // namespace brightsweep::cli
