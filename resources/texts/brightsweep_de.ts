@@ -56,6 +56,13 @@
     <message id="DUP_FILTER"><translation>Nach Name oder Ordner filtern</translation></message>
     <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n Datei, verschwendet %1</numerusform><numerusform>%n Dateien, verschwenden %1</numerusform></translation></message>
     <message id="DUP_HIDDEN_TICKS" numerus="yes"><translation><numerusform>%n ausgewählte Datei ist hier nicht zu sehen. „Entfernen“ nimmt sie mit.</numerusform><numerusform>%n ausgewählte Dateien sind hier nicht zu sehen. „Entfernen“ nimmt sie mit.</numerusform></translation></message>
+    <message id="DUP_KEEP_FIRST"><translation>Die zuerst gefundene behalten</translation></message>
+    <message id="DUP_KEEP_FOLDER"><translation>Behalten, was in einem Ordner liegt…</translation></message>
+    <message id="DUP_KEEP_NEWEST"><translation>Die neueste behalten</translation></message>
+    <message id="DUP_KEEP_OLDEST"><translation>Die älteste behalten</translation></message>
+    <message id="DUP_KEEP_SHORTEST"><translation>Die mit dem kürzesten Pfad behalten</translation></message>
+    <message id="DUP_KEEP_THIS"><translation>Diese behalten</translation></message>
+    <message id="DUP_KEPT_FOLDER"><translation>Ordner wählen, dessen Dateien bleiben</translation></message>
     <message id="DUP_NONE"><translation>Keine Duplikate gefunden</translation></message>
     <message id="DUP_NOT_SHOWN" numerus="yes"><translation><numerusform>%n davon ist gerade nicht zu sehen.</numerusform><numerusform>%n davon sind gerade nicht zu sehen.</numerusform></translation></message>
     <message id="DUP_NO_CLASS"><translation>Ohne Art</translation></message>
@@ -69,9 +76,13 @@
     <message id="DUP_SHARED" numerus="yes"><translation><numerusform>%n Datei teilt jetzt ihre Blöcke, %1 frei geworden.</numerusform><numerusform>%n Dateien teilen jetzt ihre Blöcke, %1 frei geworden.</numerusform></translation></message>
     <message id="DUP_STAYED" numerus="yes"><translation><numerusform>%n Datei ist geblieben; ihre Zeile sagt, warum.</numerusform><numerusform>%n Dateien sind geblieben; ihre Zeilen sagen, warum.</numerusform></translation></message>
     <message id="DUP_STOPPED"><translation>Die Suche wurde angehalten.</translation></message>
+    <message id="DUP_TICK"><translation>Auswählen</translation></message>
+    <message id="DUP_TICK_TIP"><translation>Nach einer Regel auswählen, die von jeder Gruppe eine Datei behält</translation></message>
     <message id="DUP_TIP_REMOVE"><translation>Sie lassen sich danach nicht zurückholen.</translation></message>
     <message id="DUP_TIP_TRASH"><translation>Sie lassen sich zurückholen und belegen Platz, bis der Papierkorb geleert wird.</translation></message>
     <message id="DUP_TRASHED" numerus="yes"><translation><numerusform>%n Datei liegt jetzt im Papierkorb.</numerusform><numerusform>%n Dateien liegen jetzt im Papierkorb.</numerusform></translation></message>
+    <message id="DUP_UNDO"><translation>Letzte Auswahl zurücknehmen</translation></message>
+    <message id="DUP_UNTICK"><translation>Alle abwählen</translation></message>
     <message id="DUP_WASTED" numerus="yes"><translation><numerusform>verschwendet durch Duplikate in %n Gruppe</numerusform><numerusform>verschwendet durch Duplikate in %n Gruppen</numerusform></translation></message>
     <message id="DUP_WHOLE_GROUPS" numerus="yes"><translation><numerusform>Von %n Gruppe gehen alle Dateien: nichts davon bleibt.</numerusform><numerusform>Von %n Gruppen gehen alle Dateien: nichts davon bleibt.</numerusform></translation></message>
     <message id="Deleting items..."><translation>Objekte werden gelöscht …</translation></message>

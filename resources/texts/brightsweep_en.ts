@@ -56,6 +56,13 @@
     <message id="DUP_FILTER"><translation>Filter by name or folder</translation></message>
     <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n file, wastes %1</numerusform><numerusform>%n files, waste %1</numerusform></translation></message>
     <message id="DUP_HIDDEN_TICKS" numerus="yes"><translation><numerusform>%n ticked file is not shown here. Remove takes it too.</numerusform><numerusform>%n ticked files are not shown here. Remove takes them too.</numerusform></translation></message>
+    <message id="DUP_KEEP_FIRST"><translation>Keep the one found first</translation></message>
+    <message id="DUP_KEEP_FOLDER"><translation>Keep what lies below a folder…</translation></message>
+    <message id="DUP_KEEP_NEWEST"><translation>Keep the newest</translation></message>
+    <message id="DUP_KEEP_OLDEST"><translation>Keep the oldest</translation></message>
+    <message id="DUP_KEEP_SHORTEST"><translation>Keep the one with the shortest path</translation></message>
+    <message id="DUP_KEEP_THIS"><translation>Keep this one</translation></message>
+    <message id="DUP_KEPT_FOLDER"><translation>Choose the folder whose files stay</translation></message>
     <message id="DUP_NONE"><translation>No duplicates found</translation></message>
     <message id="DUP_NOT_SHOWN" numerus="yes"><translation><numerusform>%n of them is not shown at the moment.</numerusform><numerusform>%n of them are not shown at the moment.</numerusform></translation></message>
     <message id="DUP_NO_CLASS"><translation>Without class</translation></message>
@@ -69,9 +76,13 @@
     <message id="DUP_SHARED" numerus="yes"><translation><numerusform>%n file shares its blocks now, %1 freed.</numerusform><numerusform>%n files share their blocks now, %1 freed.</numerusform></translation></message>
     <message id="DUP_STAYED" numerus="yes"><translation><numerusform>%n file stayed; its row says why.</numerusform><numerusform>%n files stayed; their rows say why.</numerusform></translation></message>
     <message id="DUP_STOPPED"><translation>The search was stopped.</translation></message>
+    <message id="DUP_TICK"><translation>Tick</translation></message>
+    <message id="DUP_TICK_TIP"><translation>Tick by a rule that keeps one file of each group</translation></message>
     <message id="DUP_TIP_REMOVE"><translation>They cannot be put back afterwards.</translation></message>
     <message id="DUP_TIP_TRASH"><translation>They can be put back, and take up room until the trash is emptied.</translation></message>
     <message id="DUP_TRASHED" numerus="yes"><translation><numerusform>%n file moved to the trash.</numerusform><numerusform>%n files moved to the trash.</numerusform></translation></message>
+    <message id="DUP_UNDO"><translation>Undo the last ticks</translation></message>
+    <message id="DUP_UNTICK"><translation>Untick all</translation></message>
     <message id="DUP_WASTED" numerus="yes"><translation><numerusform>wasted by duplicates in %n group</numerusform><numerusform>wasted by duplicates in %n groups</numerusform></translation></message>
     <message id="DUP_WHOLE_GROUPS" numerus="yes"><translation><numerusform>Of %n group all files go: nothing of it stays.</numerusform><numerusform>Of %n groups all files go: nothing of them stays.</numerusform></translation></message>
     <message id="Deleting items..."><translation>Deleting items...</translation></message>

@@ -56,6 +56,13 @@
     <message id="DUP_FILTER"><translation>按名称或文件夹筛选</translation></message>
     <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n 个文件，浪费 %1</numerusform></translation></message>
     <message id="DUP_HIDDEN_TICKS" numerus="yes"><translation><numerusform>有 %n 个已选文件未在此显示。“移除”也会移除它们。</numerusform></translation></message>
+    <message id="DUP_KEEP_FIRST"><translation>保留最先找到的</translation></message>
+    <message id="DUP_KEEP_FOLDER"><translation>保留某个文件夹中的文件…</translation></message>
+    <message id="DUP_KEEP_NEWEST"><translation>保留最新的</translation></message>
+    <message id="DUP_KEEP_OLDEST"><translation>保留最旧的</translation></message>
+    <message id="DUP_KEEP_SHORTEST"><translation>保留路径最短的</translation></message>
+    <message id="DUP_KEEP_THIS"><translation>保留此文件</translation></message>
+    <message id="DUP_KEPT_FOLDER"><translation>选择要保留其文件的文件夹</translation></message>
     <message id="DUP_NONE"><translation>未找到重复文件</translation></message>
     <message id="DUP_NOT_SHOWN" numerus="yes"><translation><numerusform>其中 %n 个目前未显示。</numerusform></translation></message>
     <message id="DUP_NO_CLASS"><translation>未分类</translation></message>
@@ -69,9 +76,13 @@
     <message id="DUP_SHARED" numerus="yes"><translation><numerusform>%n 个文件现已共享数据块，释放 %1。</numerusform></translation></message>
     <message id="DUP_STAYED" numerus="yes"><translation><numerusform>有 %n 个文件被保留，原因见所在行。</numerusform></translation></message>
     <message id="DUP_STOPPED"><translation>搜索已停止。</translation></message>
+    <message id="DUP_TICK"><translation>选择</translation></message>
+    <message id="DUP_TICK_TIP"><translation>按规则选择，每组保留一个文件</translation></message>
     <message id="DUP_TIP_REMOVE"><translation>之后无法恢复。</translation></message>
     <message id="DUP_TIP_TRASH"><translation>之后可以恢复；清空回收站前仍占用空间。</translation></message>
     <message id="DUP_TRASHED" numerus="yes"><translation><numerusform>已将 %n 个文件移到回收站。</numerusform></translation></message>
+    <message id="DUP_UNDO"><translation>撤销上次选择</translation></message>
+    <message id="DUP_UNTICK"><translation>全部取消选择</translation></message>
     <message id="DUP_WASTED" numerus="yes"><translation><numerusform>被 %n 组重复文件浪费</numerusform></translation></message>
     <message id="DUP_WHOLE_GROUPS" numerus="yes"><translation><numerusform>有 %n 组的全部文件都将被移除，不会保留任何一个。</numerusform></translation></message>
     <message id="Deleting items..."><translation>正在删除项目…</translation></message>

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <iterator>
 #include <string>
+#include <unordered_set>
 #include <utility>
 
 namespace brightsweep {
@@ -23,6 +24,12 @@ SimpleNodeData &groupOf(const TreeNode &node) {
 
 std::string countText(std::size_t ticked, std::size_t all) {
     return std::to_string(ticked) + '/' + std::to_string(all);
+}
+
+bool hasRow(const TreeNode &group, const DuplicateSelection::IsShown &isShown) {
+    const auto leaves = group.children();
+    return !isShown || std::any_of(leaves.begin(), leaves.end(),
+                                   [&](const auto &leaf) { return isShown(*leaf); });
 }
 
 std::size_t tickedIn(const TreeNode &group) {
@@ -72,13 +79,12 @@ void DuplicateSelection::refreshGroup(TreeNode &group) {
     data.setShowSelectNumStr(countText(ticked, all));
 }
 
-void DuplicateSelection::clickGroup(const TreeNode::Pointer &group) {
+void DuplicateSelection::clickGroup(const TreeNode::Pointer &group, const IsShown &isShown) {
     const bool ticks = groupOf(*group).selectNum() == 0;
     const auto leaves = group->children();
     for (const auto &leaf : leaves)
-        set(leaf, ticks && leaf != leaves.back());
-    groupOf(*group).setSelectNum(ticks ? 2 : 0);
-    groupOf(*group).setShowSelectNumStr(countText(ticks ? leaves.size() - 1 : 0, leaves.size()));
+        set(leaf, ticks && leaf != leaves.back() && (!isShown || isShown(*leaf)));
+    refreshGroup(*group);
 }
 
 bool DuplicateSelection::tickLeaf(const TreeNode::Pointer &leaf) {
@@ -102,20 +108,52 @@ void DuplicateSelection::untickLeaf(const TreeNode::Pointer &leaf) {
     refreshGroup(*leaf->nodeParent());
 }
 
-void DuplicateSelection::setAllSelectOrNoSelect(const TreeNode &list, bool on) {
+void DuplicateSelection::setAllSelectOrNoSelect(const TreeNode &list, bool on,
+                                                const IsShown &isShown) {
     beginBulk();
     const auto groups = list.children();
     for (const auto &group : groups) {
+        if (!hasRow(*group, isShown))
+            continue;
         remember(*group);
         const auto leaves = group->children();
-        for (const auto &leaf : leaves)
-            set(leaf, on && leaf != leaves.back());
-        SimpleNodeData &data = groupOf(*group);
-        data.setSelectNum(on ? 2 : 0);
+        for (const auto &leaf : leaves) {
+            if (!on || leaf == leaves.back())
+                set(leaf, false);
+            else if (!isShown || isShown(*leaf))
+                set(leaf, true);
+        }
+        refreshGroup(*group);
         // Without ticks the text counts groups, until the row is drawn and counts its own files.
-        data.setShowSelectNumStr(on ? countText(leaves.size() - 1, leaves.size())
-                                    : countText(0, groups.size()));
+        if (!on)
+            groupOf(*group).setShowSelectNumStr(countText(0, groups.size()));
     }
+}
+
+void DuplicateSelection::setTicked(const TreeNode::List &nodes, bool ticks,
+                                   const IsShown &isShown) {
+    beginBulk();
+    std::unordered_set<const TreeNode *> remembered;
+    for (const auto &node : nodes) {
+        const bool isGroup = groupOf(*node).isGroup();
+        TreeNode *const group = isGroup ? node.get() : node->nodeParent();
+        if (remembered.insert(group).second)
+            remember(*group);
+        if ((groupOf(*node).selectNum() != 0) == ticks)
+            continue;
+        if (isGroup)
+            clickGroup(node, isShown);
+        else if (ticks)
+            tickLeaf(node);
+        else
+            untickLeaf(node);
+    }
+}
+
+void DuplicateSelection::keepOnly(const TreeNode::Pointer &leaf, const IsShown &isShown) {
+    beginBulk();
+    tickByRule(leaf->nodeParent()->shared_from_this(), isShown,
+               [&](const auto &each) { return each == leaf; });
 }
 
 // -- Ticks by rule
@@ -146,10 +184,7 @@ void DuplicateSelection::tickAllBut(const TreeNode::List &groups, KeepRule rule,
                                     const IsShown &isShown) {
     beginBulk();
     for (const auto &group : groups) {
-        const auto leaves = group->children();
-        const bool hasRow = !isShown || std::any_of(leaves.begin(), leaves.end(),
-                                                    [&](auto &leaf) { return isShown(*leaf); });
-        const auto kept = hasRow ? leafToKeep(*group, rule) : nullptr;
+        const auto kept = hasRow(*group, isShown) ? leafToKeep(*group, rule) : nullptr;
         if (kept)
             tickByRule(group, isShown, [&](const auto &leaf) { return leaf == kept; });
     }
@@ -168,9 +203,7 @@ void DuplicateSelection::tickAllOutside(const TreeNode::List &groups,
         const bool hasOneInside = std::any_of(leaves.begin(), leaves.end(), [&](const auto &leaf) {
             return isInside(leaf) && leafOf(leaf).searched().kind != SearchedFile::Kind::Link;
         });
-        const bool hasRow = !isShown || std::any_of(leaves.begin(), leaves.end(),
-                                                    [&](auto &leaf) { return isShown(*leaf); });
-        if (hasOneInside && hasRow)
+        if (hasOneInside && hasRow(*group, isShown))
             tickByRule(group, isShown, isInside);
     }
 }

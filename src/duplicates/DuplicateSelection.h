@@ -23,22 +23,26 @@ public:
     bool isEmpty() const { return m_count == 0; }
     std::uint64_t bytes() const { return m_bytes; }
 
+    /// True for a leaf whose row is shown; a filter hides others. Null where all are.
+    using IsShown = std::function<bool(const TreeNode &leaf)>;
+
     /// A click on a group: one without ticks gets them on all but its last file, any other loses
-    /// them.
-    void clickGroup(const TreeNode::Pointer &group);
+    /// them. Here and below, a file that is hidden is never ticked along with others.
+    void clickGroup(const TreeNode::Pointer &group, const IsShown &isShown = nullptr);
     /// False, and nothing ticked, where that would tick the last file of its group: that is asked
     /// about first.
     bool tickLeaf(const TreeNode::Pointer &leaf);
     /// After the user has said so.
     void tickLastLeaf(const TreeNode::Pointer &leaf);
     void untickLeaf(const TreeNode::Pointer &leaf);
-    /// All but the last of each group, or none.
-    void setAllSelectOrNoSelect(const TreeNode &list, bool on);
-
-    /// True for a leaf whose row is shown; a filter hides others.
-    using IsShown = std::function<bool(const TreeNode &leaf)>;
-    /// Ticks every file of the groups but the one that the rule keeps. Files that are hidden are
-    /// never ticked by it, and groups without a row shown are left alone.
+    /// All but the last of each group, or none. Groups without a row shown are left alone.
+    void setAllSelectOrNoSelect(const TreeNode &list, bool on, const IsShown &isShown = nullptr);
+    /// Groups as by a click and leaves, in one change. The last file of a group is never ticked.
+    void setTicked(const TreeNode::List &nodes, bool ticks, const IsShown &isShown);
+    /// Ticks every file of the leaf's group but this one.
+    void keepOnly(const TreeNode::Pointer &leaf, const IsShown &isShown);
+    /// Ticks every file of the groups but the one that the rule keeps. Groups without a row shown
+    /// are left alone.
     void tickAllBut(const TreeNode::List &groups, KeepRule rule, const IsShown &isShown);
     /// The same for all files that do not lie below a folder. A group without a file there is left
     /// alone.

@@ -28,11 +28,18 @@ std::size_t SameFileDeleteViewController::hiddenSelectedCount() const {
     return hidden;
 }
 
+// Ticks of many files are for what has a row.
+DuplicateSelection::IsShown SameFileDeleteViewController::shownOnly() const {
+    if (m_filter.isEmpty())
+        return nullptr;
+    return [this](const TreeNode &leaf) { return isShown(leaf); };
+}
+
 void SameFileDeleteViewController::setSelectState(const TreeNode::Pointer &node) {
     if (refuseUnless(m_state == State::Results, "a tick"))
         return;
     if (dataOf(*node).isGroup()) {
-        m_selection.clickGroup(node);
+        m_selection.clickGroup(node, shownOnly());
     } else if (dataOf(*node).selectNum() == 1) {
         m_selection.untickLeaf(node);
     } else if (!m_selection.tickLeaf(node)) {
@@ -48,17 +55,7 @@ void SameFileDeleteViewController::setSelectState(const TreeNode::List &nodes) {
         return;
     const bool ticks = std::any_of(nodes.begin(), nodes.end(),
                                    [](const auto &node) { return dataOf(*node).selectNum() == 0; });
-    for (const auto &node : nodes) {
-        const bool isTicked = dataOf(*node).selectNum() != 0;
-        if (isTicked == ticks)
-            continue;
-        if (dataOf(*node).isGroup())
-            m_selection.clickGroup(node);
-        else if (ticks)
-            m_selection.tickLeaf(node);
-        else
-            m_selection.untickLeaf(node);
-    }
+    m_selection.setTicked(nodes, ticks, shownOnly());
     ticksChanged();
 }
 
@@ -74,7 +71,7 @@ void SameFileDeleteViewController::setAllSelectOrNoSelect(bool on) {
     if (refuseUnless(m_state == State::Results, "a tick") || !treeData() ||
         treeData()->numberOfChildren() == 0)
         return;
-    m_selection.setAllSelectOrNoSelect(*treeData(), on);
+    m_selection.setAllSelectOrNoSelect(*treeData(), on, shownOnly());
     ticksChanged();
 }
 
@@ -82,20 +79,26 @@ void SameFileDeleteViewController::tickAllBut(KeepRule rule, const TreeNode::Poi
     if (refuseUnless(m_state == State::Results, "a tick") || !treeData())
         return;
     m_selection.tickAllBut(group ? TreeNode::List{group} : treeData()->children(), rule,
-                           [this](const TreeNode &leaf) { return isShown(leaf); });
+                           shownOnly());
+    ticksChanged();
+}
+
+void SameFileDeleteViewController::keepOnly(const TreeNode::Pointer &leaf) {
+    if (refuseUnless(m_state == State::Results && leaf->nodeParent(), "a tick"))
+        return;
+    m_selection.keepOnly(leaf, shownOnly());
     ticksChanged();
 }
 
 void SameFileDeleteViewController::tickAllOutside(const std::filesystem::path &folder) {
     if (refuseUnless(m_state == State::Results, "a tick") || !treeData())
         return;
-    m_selection.tickAllOutside(treeData()->children(), folder,
-                               [this](const TreeNode &leaf) { return isShown(leaf); });
+    m_selection.tickAllOutside(treeData()->children(), folder, shownOnly());
     ticksChanged();
 }
 
 void SameFileDeleteViewController::undoTicks() {
-    if (refuseUnless(m_state == State::Results && m_selection.canUndo(), "an undo"))
+    if (refuseUnless(canUndoTicks(), "an undo"))
         return;
     m_selection.undo();
     ticksChanged();

@@ -139,6 +139,10 @@ void SameFileDeleteViewController::renewTitle() {
                          .toStdString());
 }
 
+std::filesystem::path SameFileDeleteViewController::searchedFolder() const {
+    return m_root ? m_root->searched : std::filesystem::path();
+}
+
 QString SameFileDeleteViewController::sizeOfRow(int row) const {
     const std::uint64_t bytes = bytesOfRow(row);
     return bytes == 0 ? QStringLiteral("0.0KB") : UtilityFunction::convertVolSpace(bytes);

@@ -118,6 +118,10 @@ public:
     const QString &filter() const { return m_filter; }
     /// Ticked leaves that the filter, or the choice of a list, leaves no row to.
     std::size_t hiddenSelectedCount() const;
+    /// There are ticks of many files to take back, and nothing runs.
+    bool canUndoTicks() const { return m_state == State::Results && m_selection.canUndo(); }
+    /// What was searched last; empty without.
+    std::filesystem::path searchedFolder() const;
     /// What was searched is a folder. False also before the first search.
     bool hasRoot() const { return bool(m_root); }
     /// The last search was stopped.
@@ -155,6 +159,8 @@ public:
     void setAllSelectOrNoSelect(bool on);
     /// Of all groups of the list shown, or of one.
     void tickAllBut(KeepRule rule, const TreeNode::Pointer &group = nullptr);
+    /// One file stays, all others of its group are ticked.
+    void keepOnly(const TreeNode::Pointer &leaf);
     void tickAllOutside(const std::filesystem::path &folder);
     void undoTicks();
     void setFilter(const QString &text);
@@ -223,6 +229,7 @@ private:
     void getPrograss();
     std::uint64_t countLeaves() const;
     void ticksChanged();
+    DuplicateSelection::IsShown shownOnly() const;
 
     std::vector<Job> jobs() const;
     void deleteDupFiles(std::nullptr_t argument);

@@ -137,6 +137,14 @@ TEST(DuplicateSelection, TicksByRule) {
     const auto shown = [](const TreeNode &leaf) { return dataOf(leaf).name().starts_with("/x"); };
     selection.tickAllBut(groups, KeepRule::Last, shown);
     EXPECT_THAT(ticked(), ElementsAre("/x/a", "/z/d", "/y/b"));
+    for (const auto &group : groups)
+        selection.setTicked({group}, false, shown);
+    EXPECT_THAT(ticked(), IsEmpty());
+    selection.setTicked(groups, true, shown);
+    EXPECT_THAT(ticked(), ElementsAre("/x/a"));
+    selection.undo();
+    selection.keepOnly(groups[0]->childAtIndex(1), shown);
+    EXPECT_THAT(ticked(), ElementsAre("/x/a", "/x/c"));
 }
 
 // No series of bulk ticks, undone or not, ever ticks a whole group.
@@ -154,7 +162,7 @@ TEST(DuplicateSelection, NeverTakesAWholeGroupByItself) {
     for (int step = 0; step < 5'000; ++step) {
         const auto shown = [&](const TreeNode &) { return random() % 3 > 0; };
         const auto &group = groups[random() % groups.size()];
-        switch (random() % 6) {
+        switch (random() % 8) {
         case 0:
             selection.tickAllBut(groups, keepRuleNames[random() % keepRuleNames.size()].rule,
                                  shown);
@@ -163,16 +171,22 @@ TEST(DuplicateSelection, NeverTakesAWholeGroupByItself) {
             selection.tickAllOutside(groups, random() % 2 ? "/x" : "/y", shown);
             break;
         case 2:
-            selection.setAllSelectOrNoSelect(*list, random() % 2 == 0);
+            selection.setAllSelectOrNoSelect(*list, random() % 2 == 0, shown);
             break;
         case 3:
-            selection.clickGroup(group);
+            selection.clickGroup(group, shown);
             break;
         case 4:
             selection.tickLeaf(group->childAtIndex(std::int32_t(random() % 4)));
             break;
         case 5:
             selection.undo();
+            break;
+        case 6:
+            selection.setTicked({group, group->childAtIndex(0), groups[0]}, random() % 2, shown);
+            break;
+        case 7:
+            selection.keepOnly(group->childAtIndex(std::int32_t(random() % 4)), shown);
             break;
         }
         std::size_t ticked = 0;

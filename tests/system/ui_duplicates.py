@@ -97,6 +97,36 @@ class DuplicatesPage(unittest.TestCase):
         self.assertEqual(len(list(trash.iterdir())), 4)
 
 
+    def test_the_mouse_ticks_and_a_rule_is_taken_back(self):
+        for name in self.before:
+            if name.startswith(f"{TREE}/a/"):
+                os.utime(f"{self.folder}/{name}", (1e9, 1e9))
+        self.search()
+        left, top, width, height = self.desktop.read(
+            "places", "tree item", f"{self.folder}/{TREE}/b/photo.jpg")[0]
+        self.desktop.click((left + width // 2, top + height // 2))
+        self.desktop.wait_for("1 of 7 selected.")
+        self.desktop.press("Tick")
+        for key in ("Down", "Return"):  # the oldest ones stay
+            self.desktop.tap(key)
+        self.desktop.wait_for("4 of 7 selected.")
+        self.desktop.key("ctrl+z", at="Results")
+        self.desktop.wait_for("1 of 7 selected.")
+        self.desktop.key("ctrl+z", at="Results")
+        self.desktop.press("Tick")
+        for key in ("Down", "Return"):
+            self.desktop.tap(key)
+        self.desktop.wait_for("4 of 7 selected.")
+        self.desktop.key("Delete", at="Results")
+        self.desktop.wait_for("Remove 4 files, 2.25 MB?", "Cancel")
+        self.desktop.key("Tab", at="Cancel")
+        self.desktop.key("space", at="Remove")
+        self.desktop.wait_for("4 files removed, 2.25 MB freed.")
+        gone = self.gone()
+        self.assertEqual(len(gone), 4)
+        self.assertFalse([name for name in gone if name.startswith(f"{TREE}/a/")])
+
+
 if __name__ == "__main__":
     enter_namespace()
     MACHINE = Machine(sys.argv.pop(1))

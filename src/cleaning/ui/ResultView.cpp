@@ -158,6 +158,7 @@ void ResultView::contextMenuEvent(QContextMenuEvent *event) {
         menu->addAction(localizedText("REVEAL"), this, [this, item] { reveal(item); });
     }
     menu->addAction(localizedText("COPY_PATH"), this, &ResultView::copyPaths);
+    addActions(*menu, clicked);
     menu->popup(isByKey ? viewport()->mapToGlobal(visualRect(clicked).bottomLeft())
                         : event->globalPos());
 }

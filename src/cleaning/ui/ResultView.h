@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+class QMenu;
+
 namespace brightsweep {
 
 class CheckHeader;
@@ -52,6 +54,8 @@ protected:
     virtual void open(const QModelIndex &index) = 0;
     virtual void reveal(const QModelIndex &index) = 0;
     virtual QString pathText() const = 0;
+    /// More for the menu of an item.
+    virtual void addActions(QMenu &, const QModelIndex &) {}
     void copyPaths() const;
 
     CheckHeader *m_header;

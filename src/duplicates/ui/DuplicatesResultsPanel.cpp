@@ -7,6 +7,7 @@
 #include "duplicates/ui/DuplicatesProgressPanel.h"
 #include "duplicates/ui/DuplicatesView.h"
 #include "duplicates/ui/FolderChoice.h"
+#include "duplicates/ui/TickMenu.h"
 #include "ui/ImageProvider.h"
 #include "ui/ImageView.h"
 #include "ui/Theme.h"
@@ -159,6 +160,8 @@ QWidget *DuplicatesResultsPanel::makeHeading() {
     words->addWidget(m_wastedWords);
     words->addWidget(titleLabel);
     row->addLayout(words, 1);
+    m_tickMenu = new TickMenu(m_controller, heading);
+    row->addWidget(m_tickMenu);
     m_filter = new QLineEdit(heading);
     m_filter->setObjectName(QStringLiteral("duplicates.filter"));
     m_filter->setPlaceholderText(localizedText("DUP_FILTER"));
@@ -366,6 +369,7 @@ void DuplicatesResultsPanel::followPage() {
     m_emptyTitle->setText(m_controller.hasRoot() ? localizedText("DUP_NONE")
                                                  : localizedText("DUP_NO_FOLDER"));
     m_filter->setVisible(page == m_outline);
+    m_tickMenu->setVisible(page == m_outline);
     if (m_box->currentWidget() == page)
         return;
     const bool hadFocus = isAncestorOf(window()->focusWidget());
@@ -406,8 +410,9 @@ void DuplicatesResultsPanel::followSelection() {
 
 void DuplicatesResultsPanel::followControls() {
     const DuplicateControls &controls = m_controller.controls();
-    const std::array<std::pair<QWidget *, bool>, 7> widgets = {{
+    const std::array<std::pair<QWidget *, bool>, 8> widgets = {{
         {m_remove, controls.remove},
+        {m_tickMenu, controls.allSelect},
         {m_folder, controls.folderButton},
         {m_back, controls.outline},
         {m_lists, controls.outline},

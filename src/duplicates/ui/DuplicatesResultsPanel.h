@@ -19,6 +19,7 @@ class Animation;
 class DuplicateListsView;
 class DuplicatesView;
 class StyledLabel;
+class TickMenu;
 
 /// The results panel of the duplicates page: the seven lists at the left, what could be freed and
 /// the groups at the right, and below what is ticked and the button that removes it. The controller
@@ -71,6 +72,7 @@ private:
     QLabel *m_wasted;
     QLabel *m_wastedWords;
     QLabel *titleLabel;
+    TickMenu *m_tickMenu;
     QLineEdit *m_filter;
     QTimer *m_filterSettled;
     QFrame *m_notice;

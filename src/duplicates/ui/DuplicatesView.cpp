@@ -4,10 +4,12 @@
 #include "cleaning/ui/ResultRowDelegate.h"
 #include "core/CheckImage.h"
 #include "core/Texts.h"
+#include "duplicates/ui/TickMenu.h"
 #include "foundation/Paths.h"
 #include "ui/Theme.h"
 
 #include <QKeyEvent>
+#include <QMenu>
 #include <QPainter>
 
 #include <algorithm>
@@ -155,12 +157,29 @@ void DuplicatesView::reveal(const QModelIndex &index) {
 
 QString DuplicatesView::pathText() const {
     QStringList lines;
+    const auto add = [&](const QModelIndex &leaf) {
+        lines += paths::text(paths::fromVariant(leaf.data(Model::PathRole)).native());
+    };
     for (const QModelIndex &row : selectionModel()->selectedRows()) {
-        const QVariant path = row.data(Model::PathRole);
-        if (path.isValid())
-            lines += paths::text(paths::fromVariant(path).native());
+        if (!row.data(Model::IsGroupRole).toBool())
+            add(row);
+        // Of a group that is folded, all of it.
+        for (int leaf = 0; !isExpanded(row) && leaf < m_model.rowCount(row); ++leaf)
+            add(m_model.index(leaf, 0, row));
     }
     return lines.join(u'\n');
+}
+
+void DuplicatesView::addActions(QMenu &menu, const QModelIndex &index) {
+    const TreeNode::Pointer node = m_model.nodeOf(index);
+    if (!node || !m_page.controls().outline)
+        return;
+    menu.addSeparator();
+    const bool isLeaf = !index.data(Model::IsGroupRole).toBool();
+    if (isLeaf)
+        menu.addAction(localizedText("DUP_KEEP_THIS"), &m_page,
+                       [this, node] { m_page.keepOnly(node); });
+    TickMenu::addRules(menu, m_page, isLeaf ? node->nodeParent()->shared_from_this() : node);
 }
 
 void DuplicatesView::paintEvent(QPaintEvent *event) {

@@ -24,6 +24,7 @@ protected:
     void open(const QModelIndex &index) override;
     void reveal(const QModelIndex &index) override;
     QString pathText() const override;
+    void addActions(QMenu &menu, const QModelIndex &index) override;
 
 private:
     void follow();

@@ -36,24 +36,30 @@ FolderChoice::FolderChoice(SameFileDeleteViewController &page, QWidget *panel)
     panel->installEventFilter(this);
     connect(&page, &SameFileDeleteViewController::askForFolder, this, [this] {
         if (m_panel->isVisible())
-            ask();
+            ask(m_panel, localizedText("CHOOSE_PATH"), start(),
+                [this](const auto &folder) { m_page.viewDragAction(folder); });
     });
 }
 
-void FolderChoice::ask() {
-    auto *const dialog = new QFileDialog(m_panel->window(), localizedText("CHOOSE_PATH"));
+// After a search the page holds a sentence in place of a path.
+std::filesystem::path FolderChoice::start() const {
+    const std::string &path = m_page.searchPath();
+    if (path.starts_with('/'))
+        return path;
+    const auto recent = recentFolders();
+    return recent.empty() ? homeFolder() : recent.front();
+}
+
+void FolderChoice::ask(QWidget *asking, const QString &title, const std::filesystem::path &start,
+                       const std::function<void(const std::filesystem::path &)> &chosen) {
+    auto *const dialog = new QFileDialog(asking->window(), title);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
     dialog->setLabelText(QFileDialog::Accept, localizedText("CHOOSE"));
-    // After a search the page holds a sentence in place of a path.
-    const auto recent = recentFolders();
-    const std::string &path = m_page.searchPath();
-    dialog->setDirectory(QFile::decodeName(QByteArray::fromStdString(
-        path.starts_with('/') ? path : (recent.empty() ? homeFolder() : recent.front()).native())));
-    connect(dialog, &QFileDialog::fileSelected, &m_page, [this](const QString &folder) {
-        m_page.viewDragAction(QFile::encodeName(folder).toStdString());
-    });
+    dialog->setDirectory(QFile::decodeName(QByteArray::fromStdString(start.native())));
+    connect(dialog, &QFileDialog::fileSelected, asking,
+            [chosen](const QString &folder) { chosen(QFile::encodeName(folder).toStdString()); });
     // Qt activates no window while a popup is open, and the list of completions closes after the
     // dialog.
     connect(dialog, &QDialog::finished, dialog, [] {

@@ -1,6 +1,10 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
+
+#include <filesystem>
+#include <functional>
 
 class QWidget;
 
@@ -17,6 +21,11 @@ class FolderChoice : public QObject {
 public:
     FolderChoice(SameFileDeleteViewController &page, QWidget *panel);
 
+    /// A dialog of the widget's window for a folder, beginning in another one. It does not block;
+    /// `chosen` is called unless the dialog is called off or the widget goes first.
+    static void ask(QWidget *asking, const QString &title, const std::filesystem::path &start,
+                    const std::function<void(const std::filesystem::path &)> &chosen);
+
 Q_SIGNALS:
     /// A folder is held over the panel, or not any more.
     void hovered(bool isOver);
@@ -25,7 +34,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void ask();
+    std::filesystem::path start() const;
 
     SameFileDeleteViewController &m_page;
     QWidget *m_panel;
