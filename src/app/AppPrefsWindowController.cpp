@@ -66,6 +66,8 @@ void AppPrefsWindowController::makeDuplicatesPage() {
     connect(page, &SameFileDeleteViewController::displayPanel, this,
             [this, showPart](const QString &identifier, bool animate) {
                 showPart();
+                if (identifier == QLatin1String("preferences"))
+                    setSelectedItem(identifier);
                 displayViewForIdentifier(identifier, animate);
             });
 }

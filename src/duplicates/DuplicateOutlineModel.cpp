@@ -2,6 +2,7 @@
 
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
+#include "duplicates/HardLinks.h"
 #include "foundation/Paths.h"
 
 #include <QDateTime>
@@ -10,7 +11,6 @@
 #include <array>
 #include <chrono>
 #include <unordered_map>
-#include <unordered_set>
 
 namespace brightsweep {
 
@@ -28,40 +28,12 @@ constexpr std::array<ColumnRow, DuplicateOutlineModel::columns> columnRows = {{
     {"ModifyDate", QT_TRID_NOOP("Modified")},
 }};
 
-// Up to here looking at all pairs is quicker than a table.
-constexpr std::int32_t fewLeaves = 16;
-
 const SimpleNodeData &dataOf(const TreeNode &node) {
     return static_cast<const SimpleNodeData &>(*node.nodeData());
 }
 
-const SearchedFile &searchedOf(const TreeNode &leaf) {
-    return static_cast<const DuplicateLeaf &>(*leaf.nodeData()).searched();
-}
-
-// Hard links are one file.
-std::uint64_t wastedBy(const TreeNode &group) {
-    const std::int32_t leaves = group.numberOfChildren();
-    if (leaves == 0)
-        return 0;
-    std::uint64_t files = 0;
-    if (leaves <= fewLeaves) {
-        std::array<std::pair<std::uint64_t, std::uint64_t>, fewLeaves> seen;
-        for (std::int32_t i = 0; i < leaves; ++i) {
-            const SearchedFile &file = searchedOf(*group.childAtIndex(i));
-            const auto end = seen.begin() + std::ptrdiff_t(files);
-            const std::pair id(file.device, file.inode);
-            if (std::find(seen.begin(), end, id) == end)
-                seen[files++] = id;
-        }
-    } else {
-        std::unordered_map<std::uint64_t, std::unordered_set<std::uint64_t>> seen;
-        for (std::int32_t i = 0; i < leaves; ++i) {
-            const SearchedFile &file = searchedOf(*group.childAtIndex(i));
-            files += seen[file.device].insert(file.inode).second ? 1 : 0;
-        }
-    }
-    return (files - 1) * dataOf(*group.firstChild()).fileSize();
+const DuplicateLeaf &leafOf(const TreeNode &leaf) {
+    return static_cast<const DuplicateLeaf &>(*leaf.nodeData());
 }
 
 QString dateWords(FileTime time) {
@@ -69,6 +41,13 @@ QString dateWords(FileTime time) {
     const auto milliseconds = duration_cast<std::chrono::milliseconds>(time.time_since_epoch());
     return reader().toString(QDateTime::fromMSecsSinceEpoch(milliseconds.count()),
                              QLocale::ShortFormat);
+}
+
+// What makes a file something else than a copy.
+QString leafNote(const DuplicateLeaf &leaf) {
+    if (leaf.searched().kind == SearchedFile::Kind::Link)
+        return localizedText("DUP_LINK");
+    return leaf.names() > 1 ? localizedText("DUP_HARD_LINK", leaf.names()) : QString();
 }
 
 QString sizeWords(std::uint64_t bytes) {
@@ -143,6 +122,8 @@ void DuplicateOutlineModel::list() {
     m_shownLeaves.clear();
     m_wasted = 0;
     m_isFiltered = !m_page.filter().isEmpty();
+    m_oneFolder.reset();
+    bool isOneFolder = true;
     const TreeNode::Pointer &tree = m_page.treeData();
     const std::int32_t groups = tree ? tree->numberOfChildren() : 0;
     m_rows.reserve(std::size_t(groups));
@@ -151,9 +132,16 @@ void DuplicateOutlineModel::list() {
         row.wasted = wastedBy(*row.group);
         m_wasted += row.wasted;
         listLeaves(row);
+        for (std::int32_t leaf = 0; isOneFolder && leaf < row.group->numberOfChildren(); ++leaf) {
+            const auto folder = paths::parent(dataOf(*row.group->childAtIndex(leaf)).name());
+            isOneFolder = folder == m_oneFolder.value_or(folder);
+            m_oneFolder = folder;
+        }
         if (row.leaves > 0)
             m_rows.push_back(std::move(row));
     }
+    if (!isOneFolder)
+        m_oneFolder.reset();
     if (m_page.lastColumn().isEmpty())
         std::stable_sort(m_rows.begin(), m_rows.end(),
                          [](const Row &a, const Row &b) { return a.wasted > b.wasted; });
@@ -264,8 +252,10 @@ QVariant DuplicateOutlineModel::data(const QModelIndex &index, int role) const {
         return {};
     const SimpleNodeData &data = dataOf(*node);
     const auto note = [&] {
-        return localizedText("DUP_GROUP_NOTE", std::size_t(node->numberOfChildren()))
-            .arg(sizeWords(rowOf(index).wasted));
+        return data.isGroup()
+                   ? localizedText("DUP_GROUP_NOTE", std::size_t(node->numberOfChildren()))
+                         .arg(sizeWords(rowOf(index).wasted))
+                   : leafNote(leafOf(*node));
     };
     switch (role) {
     case Qt::DisplayRole:
@@ -282,9 +272,10 @@ QVariant DuplicateOutlineModel::data(const QModelIndex &index, int role) const {
         if (index.column() > NameColumn)
             return {};
         const QString failure = m_page.failureOf(node.get());
-        const QString more = data.isGroup() ? note() : localizedText(failure);
-        const QString name = paths::display(data.name());
-        return more.isEmpty() ? name : name + QStringLiteral(", ") + more;
+        QStringList words = {paths::display(data.name()), note(),
+                             failure.isEmpty() ? QString() : localizedText(failure)};
+        words.removeAll({});
+        return words.join(QStringLiteral(", "));
     }
     case Qt::TextAlignmentRole:
         return index.column() == FileSize ? QVariant(Qt::AlignRight | Qt::AlignVCenter)
@@ -296,12 +287,12 @@ QVariant DuplicateOutlineModel::data(const QModelIndex &index, int role) const {
     case IsGroupRole:
         return data.isGroup();
     case NoteRole:
-        return data.isGroup() ? note() : QString();
+        return note();
     case FailureRole:
         return data.isGroup() ? QString() : m_page.failureOf(node.get());
     case IsDirectoryRole: {
         const TreeNode::Pointer leaf = data.isLeaf() ? node : node->firstChild();
-        return leaf && searchedOf(*leaf).kind == SearchedFile::Kind::Bundle;
+        return leaf && leafOf(*leaf).searched().kind == SearchedFile::Kind::Bundle;
     }
     case ShareRole:
         return data.isGroup() && m_wasted > 0 ? double(rowOf(index).wasted) / double(m_wasted)

@@ -5,6 +5,8 @@
 #include <QAbstractItemModel>
 
 #include <cstdint>
+#include <filesystem>
+#include <optional>
 #include <vector>
 
 namespace brightsweep {
@@ -24,7 +26,8 @@ public:
         PathRole = Qt::UserRole, ///< of a file, in the form of paths::toVariant()
         IconRole,                ///< the path that the row's icon is looked up by
         IsGroupRole,
-        NoteRole,    ///< of a group: how many files, and what could go
+        NoteRole,    ///< of a group: how many files, and what could go; of a file: whether it is a
+                     ///< link
         FailureRole, ///< why a file stayed; empty where it did not
         IsDirectoryRole,
         ShareRole, ///< of a group in the bytes that all waste, from 0 to 1
@@ -35,6 +38,8 @@ public:
     /// What would come back if one file of each group of the list stayed, whatever the filter
     /// shows. Names of one file count once.
     std::uint64_t wastedBytes() const { return m_wasted; }
+    /// The folder that all files of the list lie in, where it is one.
+    const std::optional<std::filesystem::path> &oneFolder() const { return m_oneFolder; }
     /// Null where the rows are gone.
     TreeNode::Pointer nodeOf(const QModelIndex &index) const;
     /// The page's name of a column.
@@ -82,6 +87,7 @@ private:
     bool m_isFiltered = false;
     bool m_changing = false;
     std::uint64_t m_wasted = 0;
+    std::optional<std::filesystem::path> m_oneFolder;
 };
 
 } // namespace brightsweep

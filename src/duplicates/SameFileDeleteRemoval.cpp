@@ -1,6 +1,7 @@
 // The removal of the duplicates page.
 
 #include "core/ThreadWorker.h"
+#include "duplicates/HardLinks.h"
 #include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/Log.h"
 #include "removal/RemovalRun.h"
@@ -33,6 +34,25 @@ void SameFileDeleteViewController::removeBtnClicked() {
         return;
     }
     Q_EMIT askToRemove();
+}
+
+void SameFileDeleteViewController::askWhetherShareable() {
+    if (m_sharingWorker || m_selection.isEmpty())
+        return;
+    const auto ticked = m_selection.allSelectNumArr();
+    m_sharingWorker = ThreadWorker::workOn(this, &SameFileDeleteViewController::askSharing,
+                                           membersOf(*ticked.front()->nodeParent()),
+                                           &SameFileDeleteViewController::sharingAsked);
+}
+
+void SameFileDeleteViewController::askSharing(std::vector<DuplicateRemoval::Member> members) {
+    m_sharingRefusal = sharingRefusal(members);
+}
+
+void SameFileDeleteViewController::sharingAsked() {
+    m_sharingWorker.reset();
+    Q_EMIT sharingAnswered(m_sharingRefusal ? QString::fromStdString(m_sharingRefusal.message())
+                                            : QString());
 }
 
 void SameFileDeleteViewController::removalAnswered(Act act) {
@@ -167,6 +187,8 @@ void SameFileDeleteViewController::refreshOutlineView(const TreeNode::Pointer &l
         goneGroups.push_back(group);
     } else {
         DuplicateSelection::refreshGroup(*group);
+        if (static_cast<DuplicateLeaf &>(*leaf->nodeData()).names() > 1)
+            countNames(*group);
     }
 }
 

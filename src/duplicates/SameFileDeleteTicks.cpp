@@ -1,6 +1,7 @@
 // The ticks of the duplicates page.
 
 #include "core/Texts.h"
+#include "duplicates/HardLinks.h"
 #include "duplicates/SameFileDeleteViewController.h"
 
 #include <algorithm>
@@ -48,6 +49,8 @@ void SameFileDeleteViewController::setSelectState(const TreeNode::Pointer &node)
         return;
     }
     ticksChanged();
+    if (dataOf(*node).selectNum() != 0)
+        Q_EMIT ticked(node);
 }
 
 void SameFileDeleteViewController::setSelectState(const TreeNode::List &nodes) {
@@ -65,6 +68,7 @@ void SameFileDeleteViewController::alertEnded(bool ok) {
         return;
     m_selection.tickLastLeaf(leaf);
     ticksChanged();
+    Q_EMIT ticked(leaf);
 }
 
 void SameFileDeleteViewController::setAllSelectOrNoSelect(bool on) {
@@ -123,6 +127,10 @@ void SameFileDeleteViewController::ticksChanged() {
     setControls(controls);
     renewTitle();
     Q_EMIT selectionChanged();
+}
+
+std::uint64_t SameFileDeleteViewController::freedBySelection() const {
+    return freedWithout(m_selection.allSelectNumArr());
 }
 
 QString SameFileDeleteViewController::selectionMessage() const {

@@ -5,6 +5,7 @@
 #include "core/Texts.h"
 #include "core/ThreadWorker.h"
 #include "core/UtilityFunction.h"
+#include "duplicates/HardLinks.h"
 #include "duplicates/RecentFolders.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
@@ -75,7 +76,7 @@ SameFileDeleteViewController::~SameFileDeleteViewController() {
     m_bStopDelTask = true;
     if (m_duplicateOpt)
         m_duplicateOpt->stopSearch();
-    for (const auto &worker : {m_twDuplicateSearch, m_twRemoveDupFiles}) {
+    for (const auto &worker : {m_twDuplicateSearch, m_twRemoveDupFiles, m_sharingWorker}) {
         if (worker) {
             worker->markAsCancelled();
             worker->abandon();
@@ -223,8 +224,11 @@ void SameFileDeleteViewController::searchDuplicateFiles(std::string path) {
     const UserDefaults &defaults = UserDefaults::standardUserDefaults();
     m_duplicateOpt->setSearchOption(
         {defaults.boolForKey(DSHidenDuplication), defaults.boolForKey(DSSystemDuplication)});
-    m_duplicateOpt->beginSearchAtPath(path,
-                                      storedLimitInBytes(DSDuplicationLimit, DSDuplicatesUnit));
+    m_duplicateOpt->beginSearchAtPath(path, searchLimit());
+}
+
+std::uint64_t SameFileDeleteViewController::searchLimit() {
+    return storedLimitInBytes(DSDuplicationLimit, DSDuplicatesUnit);
 }
 
 void SameFileDeleteViewController::getPathForSreachDuplicate() {
@@ -278,6 +282,7 @@ void SameFileDeleteViewController::constructSubtrees() {
     for (std::int32_t i = 0; i < m_trees[0]->numberOfChildren(); ++i) {
         const auto group = m_trees[0]->childAtIndex(i);
         DuplicateSelection::refreshGroup(*group);
+        countNames(*group);
         SimpleNodeData &data = dataOf(*group);
         const std::int32_t type = fileTypeOfExtension(data.extendName());
         if (type == 0 || data.Mark())

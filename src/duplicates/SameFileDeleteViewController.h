@@ -17,6 +17,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <system_error>
 #include <unordered_map>
 #include <vector>
 
@@ -129,6 +130,10 @@ public:
     /// Leaves of the list shown.
     std::uint64_t allFilesCount() const { return m_frashAllFilesCount; }
     const DuplicateSelection &selection() const { return m_selection; }
+    /// What removing all that is ticked gives back at most; names of one file count together.
+    std::uint64_t freedBySelection() const;
+    /// The size that files must exceed to be searched.
+    static std::uint64_t searchLimit();
     /// "2 of 7 selected."; empty until something was ticked.
     QString selectionMessage() const;
     /// Why a leaf stayed at the last removal; empty where it did not.
@@ -167,6 +172,9 @@ public:
     /// Asks once; the answer is removalAnswered().
     void removeBtnClicked();
     void removalAnswered(Act act);
+    /// Asks the file system of what is ticked, on a worker; the answer is sharingAnswered(). Only
+    /// one question at a time.
+    void askWhetherShareable();
     void stopRemoveBtnClicked();
     void unlockRigths(bool open);
     /// To alertCanNotRemoveSome(): it has been closed.
@@ -192,6 +200,10 @@ Q_SIGNALS:
     void askAboutLastFile(const TreeNode::Pointer &leaf);
     void askToRemove();
     void removalRefused(const QString &words);
+    /// The key of the reason why files cannot share blocks; empty where they can.
+    void sharingAnswered(const QString &refusal);
+    /// One row has been ticked by hand.
+    void ticked(const TreeNode::Pointer &node);
     void alertCanNotRemoveSome();
     void unlockAnimation(bool running);
     /// The file under search or removal.
@@ -231,6 +243,8 @@ private:
     void ticksChanged();
     DuplicateSelection::IsShown shownOnly() const;
 
+    void askSharing(std::vector<DuplicateRemoval::Member> members);
+    void sharingAsked();
     std::vector<Job> jobs() const;
     void deleteDupFiles(std::nullptr_t argument);
     void deleteFinished();
@@ -264,6 +278,8 @@ private:
     std::shared_ptr<DuplicateFilesOpt> m_duplicateOpt;
     brightsweep::Result<SearchRoot> m_root = std::errc::no_such_file_or_directory;
 
+    std::shared_ptr<ThreadWorker> m_sharingWorker;
+    std::error_code m_sharingRefusal; ///< left alone while that worker runs
     std::shared_ptr<RemovalRun> m_run;
     Report m_report;
     std::vector<Job> m_jobs; ///< left alone while the worker runs

@@ -43,6 +43,9 @@ public:
     /// found first has the last.
     std::uint32_t place() const { return m_place; }
     void setPlace(std::uint32_t place) { m_place = place; }
+    /// How many leaves of its group are names of the same file, itself included.
+    std::uint32_t names() const { return m_names; }
+    void setNames(std::uint32_t names) { m_names = names; }
     /// Where the selection keeps it, if it does.
     std::size_t selectionPlace() const { return m_selectionPlace; }
     void setSelectionPlace(std::size_t place) { m_selectionPlace = std::uint32_t(place); }
@@ -51,6 +54,7 @@ private:
     SearchedFile m_searched;
     std::uint32_t m_place = 0;
     std::uint32_t m_selectionPlace = 0;
+    std::uint32_t m_names = 1;
 };
 
 } // namespace brightsweep

@@ -1,6 +1,7 @@
 // The duplicates page without its screen, on real searches and removals.
 
 #include "core/SettingKeys.h"
+#include "duplicates/HardLinks.h"
 #include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/UserDefaults.h"
@@ -96,6 +97,28 @@ TEST_F(DuplicatesPage, ShowsSevenLists) {
     page.backButtonAction();
     EXPECT_EQ(page.state(), State::Start);
     EXPECT_EQ(heard.back(), "duplicates_file");
+}
+
+TEST_F(DuplicatesPage, NamesOfOneFileFreeNothingWhileOneStays) {
+    for (const char *name : {"four/text.TXT", "five/text.TXT"})
+        tree.hardLink(name, tree.path("one/text.TXT"));
+    search();
+    const auto text = group("TXT");
+    ASSERT_EQ(text->numberOfChildren(), 5);
+    EXPECT_EQ(wastedBy(*text), 2'000u);
+    std::uint64_t freed = 0;
+    for (const char *folder : {"one", "four", "two", "five"}) {
+        for (const auto &leaf : text->children()) {
+            if (dataOf(*leaf).name() == tree.path(folder).native() + "/text.TXT")
+                page.setSelectState(leaf);
+        }
+        freed = freed * 10 + page.freedBySelection() / 1'000;
+    }
+    EXPECT_EQ(freed, 12u) << "after each tick: 0, 0, 1, 2";
+    QString refusal = QStringLiteral("none");
+    QObject::connect(&page, &Page::sharingAnswered, [&](const QString &told) { refusal = told; });
+    page.askWhetherShareable();
+    waitUntil([&] { return refusal != QLatin1String("none"); });
 }
 
 TEST_F(DuplicatesPage, AStoppedSearchReturnsToTheStart) {

@@ -1,4 +1,5 @@
-"""The duplicates page, driven for real by a user without rights: ui_duplicates.py PROGRAM [TESTS…].
+"""The duplicates page, driven for real by a user without rights: ui_duplicates.py PROGRAM POLICY
+[TESTS…].
 
 Every test compares the disk with what the page said, byte by byte. Needs root for its mounts.
 """
@@ -8,7 +9,7 @@ import subprocess
 import sys
 import unittest
 
-from ui_clean import snapshot
+from ui_clean import allow_rights, snapshot
 from ui_desktop import USER, Desktop, Machine, enter_namespace, eventually
 
 PROGRAM = ""
@@ -32,6 +33,8 @@ class DuplicatesPage(unittest.TestCase):
         pathlib.Path(self.folder, TREE, "only.bin").write_bytes(os.urandom(819_200))
         subprocess.run(["chown", "-R", f"{USER}:{USER}", f"{self.folder}/home"], check=True)
         self.desktop.settings("DSDuplicationLimit", "0")
+        for name in ("photo.jpg", "text.txt", "rest"):
+            os.utime(f"{self.folder}/{TREE}/a/{name}", (1e9, 1e9))
         self.before = snapshot(self.folder)
 
     def test_a_later_start_hands_its_folder_over(self):
@@ -66,6 +69,13 @@ class DuplicatesPage(unittest.TestCase):
             self.desktop.key(key, at="Results")
         self.desktop.wait_for(told)
 
+    def keep_oldest(self):
+        """Ticks all but those in the folder a."""
+        self.desktop.press("Tick")
+        for key in ("Down", "Return"):
+            self.desktop.tap(key)
+        self.desktop.wait_for("4 of 7 selected.")
+
     def test_what_was_ticked_goes_and_nothing_else(self):
         self.search()
         # The group that wastes most is open, and the keyboard is on it.
@@ -98,25 +108,16 @@ class DuplicatesPage(unittest.TestCase):
 
 
     def test_the_mouse_ticks_and_a_rule_is_taken_back(self):
-        for name in self.before:
-            if name.startswith(f"{TREE}/a/"):
-                os.utime(f"{self.folder}/{name}", (1e9, 1e9))
         self.search()
         left, top, width, height = self.desktop.read(
             "places", "tree item", f"{self.folder}/{TREE}/b/photo.jpg")[0]
         self.desktop.click((left + width // 2, top + height // 2))
         self.desktop.wait_for("1 of 7 selected.")
-        self.desktop.press("Tick")
-        for key in ("Down", "Return"):  # the oldest ones stay
-            self.desktop.tap(key)
-        self.desktop.wait_for("4 of 7 selected.")
+        self.keep_oldest()
         self.desktop.key("ctrl+z", at="Results")
         self.desktop.wait_for("1 of 7 selected.")
         self.desktop.key("ctrl+z", at="Results")
-        self.desktop.press("Tick")
-        for key in ("Down", "Return"):
-            self.desktop.tap(key)
-        self.desktop.wait_for("4 of 7 selected.")
+        self.keep_oldest()
         self.desktop.key("Delete", at="Results")
         self.desktop.wait_for("Remove 4 files, 2.25 MB?", "Cancel")
         self.desktop.key("Tab", at="Cancel")
@@ -127,10 +128,55 @@ class DuplicatesPage(unittest.TestCase):
         self.assertFalse([name for name in gone if name.startswith(f"{TREE}/a/")])
 
 
+    def test_the_last_file_of_a_group_is_asked_about(self):
+        self.search()
+        question = "Are you sure you want to delete all the duplicate files?"
+        told = "2 of 7 selected."
+        self.tick(("Down", "space", "Down", "space"), told)
+        for keys in (("Escape",), ("Return",)):
+            self.tick(("Down", "space"), question)
+            self.desktop.key(keys[0], at="Cancel")
+            self.desktop.wait_without(question)
+            self.tick(("Up",), told)
+        self.tick(("Down", "space"), question)
+        self.desktop.key("Tab", at="Cancel")
+        self.desktop.key("space", at="OK")
+        self.desktop.wait_for("3 of 7 selected.")
+        self.tick(("Delete",), "Remove 3 files, 2.46 MB?")
+        self.desktop.wait_for("Pictures: 3\n\nOf 1 group all files go")
+        self.desktop.key("Tab", at="Cancel")
+        self.desktop.key("space", at="Remove")
+        self.desktop.wait_for("3 files removed, 2.46 MB freed.")
+        self.assertEqual(len(self.gone()), 3)
+
+    def test_a_protected_file_goes_once_the_padlock_is_open(self):
+        locked = pathlib.Path(self.folder, TREE, "b")
+        os.chown(locked, 0, 0)
+        self.search()
+        self.keep_oldest()
+        self.tick(("Delete",), "Remove 4 files, 2.25 MB?")
+        self.desktop.key("Tab", at="Cancel")
+        self.desktop.key("space", at="Remove")
+        self.desktop.wait_for("Some files that require admin access can't be removed!")
+        self.desktop.key("Return", at="OK")
+        self.assertEqual({name[len(TREE):] for name in self.gone()}, {"/c/line\nbreak.jpg", "/c/rest"})
+        self.desktop.wait_for("2 of ")
+        self.desktop.press("Padlock")
+        self.desktop.wait_for_mark("Padlock", "checked")
+        self.desktop.key("Delete", at="Results")
+        self.desktop.wait_for("Remove ", "Move to Trash")
+        self.desktop.key("Tab", at="Cancel")
+        self.desktop.key("space", at="Remove")
+        self.desktop.wait_for("No duplicates found")
+        self.assertEqual(len(self.gone()), 4)
+
+
 if __name__ == "__main__":
     enter_namespace()
     MACHINE = Machine(sys.argv.pop(1))
     PROGRAM = MACHINE.program
+    allow_rights(os.path.abspath(sys.argv.pop(1)))
+    MACHINE.start_disks()
     try:
         unittest.main(verbosity=2)
     finally:

@@ -5,13 +5,13 @@
 #include "cleaning/ui/CleanResultsPanel.h"
 #include "cleaning/ui/FileIcons.h"
 #include "cleaning/ui/ResultView.h"
+#include "cleaning/ui/TickFlight.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
 #include "ui/AlertSheet.h"
 #include "ui/ImageProvider.h"
 #include "ui/ImageView.h"
-#include "ui/effects/PathAnimation.h"
 
 #include <QLabel>
 #include <QStackedWidget>
@@ -19,10 +19,6 @@
 namespace brightsweep {
 
 namespace {
-
-constexpr int flyingSide = 32;
-// More at once would be a swarm.
-constexpr int flightsAtOnce = 4;
 
 QString counted(const char *key, std::size_t items, std::uint64_t bytes) {
     return localizedText(key, items).arg(readersSize(UtilityFunction::convertVolSpace(bytes)));
@@ -39,8 +35,6 @@ QPixmap flyingImage(const QVariant &icon, bool isDirectory, qreal ratio) {
 } // namespace
 
 void CleanResultsPanel::flyToTrash(const QVariant &icon, const QModelIndex &from) {
-    if (!isVisible() || findChildren<PathAnimation *>().size() >= flightsAtOnce)
-        return;
     auto *const list = qobject_cast<QAbstractItemView *>(m_box->currentWidget());
     QAbstractItemView *const view = list ? list : m_outline;
     const bool isShown = from.isValid() && from.model() == view->model();
@@ -48,20 +42,9 @@ void CleanResultsPanel::flyToTrash(const QVariant &icon, const QModelIndex &from
                                                 : int(CategoryListModel::IsDirectoryRole);
     const QPixmap image =
         flyingImage(icon, isShown && from.data(directoryRole).toBool(), devicePixelRatioF());
-    if (image.isNull())
-        return;
-    auto *const flight = new PathAnimation(this);
-    connect(flight, &PathAnimation::callBackDeleteItemWithIndex, flight, &QObject::deleteLater);
     // From the row's own place, of the header's box from the top of the list.
-    const QPoint start = isShown ? view->visualRect(from).topLeft() : QPoint();
-    const QPoint row = view->viewport()->mapTo(this, start);
-    const int below = view->parentWidget()->height() - view->y() - view->height();
-    flight->startOffset = QPointF(row.x(), height() - row.y() - flyingSide) -
-                          QPointF(start.x(), below - start.y() + height());
-    const QWidget *const bottom = m_trashImage->parentWidget();
-    flight->endOffset = QPointF(bottom->mapTo(this, QPoint()).x(),
-                                height() - bottom->mapTo(this, QPoint(0, bottom->height())).y());
-    flight->animateTableView(view, m_trashImage, start, image, 0, this);
+    flyTick(*this, *view, isShown ? view->visualRect(from).topLeft() : QPoint(), *m_trashImage,
+            image);
 }
 
 AlertContent CleanResultsPanel::downloadsQuestion() const {

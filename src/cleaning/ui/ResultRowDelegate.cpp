@@ -211,8 +211,9 @@ void ResultRowDelegate::paintName(QPainter &painter, const QRect &area, bool isS
     const bool hasFailed = !index.data(m_form.failureRole).toString().isEmpty();
     const QString holder = index.data(m_form.holderRole).toString();
     const QString note = hasFailed ? localizedText(index.data(m_form.reasonRole).toString())
-                         : holder.isEmpty() ? QString()
-                                            : localizedText("IN_USE_BY").arg(holder);
+                         : !holder.isEmpty()    ? localizedText("IN_USE_BY").arg(holder)
+                         : m_form.noteRole >= 0 ? index.data(m_form.noteRole).toString()
+                                                : QString();
     const QRect room = area.adjusted(nameLeft(), 0, -2 * theme::grid, 0);
     const int noteWidth =
         note.isEmpty() ? 0
@@ -226,7 +227,7 @@ void ResultRowDelegate::paintName(QPainter &painter, const QRect &area, bool isS
              : hasFailed ? theme::dangerText()
                          : theme::accent(),
              Qt::ElideRight);
-    if (note.isEmpty() && line.room() >= theme::height(leastFolderWidth))
+    if ((note.isEmpty() || m_form.noteRole >= 0) && line.room() >= theme::height(leastFolderWidth))
         line.add(paths::displayFromHome(paths::parent(path)), small, theme::secondary(),
                  Qt::ElideLeft);
 }

@@ -19,7 +19,7 @@ struct ResultRowForm {
     int groupRole = -1;
     int categoryRole = -1; ///< -1: the icon of a group is a file's, and its role holds a path
     int iconRole = -1;     ///< of a group, its name in the icon theme
-    int noteRole = -1;     ///< what stands out behind the name of a group
+    int noteRole = -1;     ///< what stands out behind a name, with the folder behind it
     int imageRole = -1;    ///< of the open column
     int reasonRole = -1;
     int shareRole = -1;

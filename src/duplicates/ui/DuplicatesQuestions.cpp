@@ -1,8 +1,15 @@
 // The questions of the results panel, and its word on what a removal came to.
+#include "cleaning/ui/FileIcons.h"
+#include "cleaning/ui/TickFlight.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "duplicates/ui/DuplicatesResultsPanel.h"
+#include "duplicates/ui/DuplicatesView.h"
+#include "foundation/Paths.h"
 #include "ui/AlertSheet.h"
+#include "ui/ImageView.h"
+
+#include <QPushButton>
 
 #include <array>
 
@@ -48,19 +55,26 @@ QString DuplicatesResultsPanel::whatGoes() const {
     }
     QStringList lines;
     QStringList classes;
-    for (const DuplicateListRow &row : duplicateLists) {
-        const std::size_t count = counts[std::size_t(row.fileType)];
-        // What is in no class is in the list of all alone.
-        const char *const name = row.fileType == 0 ? QT_TRID_NOOP("DUP_NO_CLASS") : row.title;
-        if (count > 0)
+    const auto add = [&](const char *name, std::int32_t type) {
+        if (const std::size_t count = counts[std::size_t(type)])
             classes += QStringLiteral("%1: %2").arg(localizedText(name), readersNumber(count));
+    };
+    for (const DuplicateListRow &row : duplicateLists) {
+        if (row.fileType != 0)
+            add(row.title, row.fileType);
     }
+    // What is in no class is in the list of all alone.
+    add(QT_TRID_NOOP("DUP_NO_CLASS"), 0);
     lines += classes.join(QStringLiteral(" · "));
     lines += wholeGroups == 0 ? localizedText("DUP_ONE_STAYS")
                               : localizedText("DUP_WHOLE_GROUPS", wholeGroups);
+    if (const std::uint64_t freed = m_controller.freedBySelection();
+        freed < m_controller.selection().bytes())
+        lines +=
+            localizedText("DUP_FREES").arg(readersSize(UtilityFunction::convertVolSpace(freed)));
     if (const std::size_t hidden = m_controller.hiddenSelectedCount())
         lines += localizedText("DUP_NOT_SHOWN", hidden);
-    return lines.join(u'\n');
+    return lines.join(QStringLiteral("\n\n"));
 }
 
 void DuplicatesResultsPanel::askToRemove() {
@@ -77,8 +91,49 @@ void DuplicatesResultsPanel::askToRemove() {
          localizedText("DUP_TIP_REMOVE")},
         {localizedText("MOVE_TO_TRASH"), true, answer(Act::Trash), false,
          localizedText("DUP_TIP_TRASH")},
-        {localizedText("CANCEL"), false, {}, false, localizedText("TIP_REMOVE_NOTHING")}};
-    AlertSheet::show(std::move(content), window());
+        {localizedText("CANCEL"), false, {}, false, localizedText("TIP_REMOVE_NOTHING")},
+        {localizedText("DUP_SHARE"), false, answer(Act::Share), false,
+         localizedText("DUP_TIP_SHARE")}};
+    auto *const sheet = AlertSheet::show(std::move(content), window());
+    offerSharing(
+        sheet->findChild<QPushButton *>(QStringLiteral("alert.") + localizedText("DUP_SHARE")));
+}
+
+// Not before the file system has said that it can.
+void DuplicatesResultsPanel::offerSharing(QPushButton *button) {
+    const QString whatItDoes = button->toolTip();
+    const auto tell = [this, button, whatItDoes](const QString &reason) {
+        button->setEnabled(reason.isEmpty());
+        button->setToolTip(reason.isEmpty()
+                               ? whatItDoes
+                               : QStringLiteral("<qt>%1</qt>").arg(reason.toHtmlEscaped()));
+        button->setAccessibleDescription(reason.isEmpty() ? localizedText("DUP_TIP_SHARE")
+                                                          : reason);
+    };
+    tell(localizedText("DUP_SHARE_ASKING"));
+    connect(&m_controller, &SameFileDeleteViewController::sharingAnswered, button,
+            [tell](const QString &refusal) {
+                tell(refusal.isEmpty() ? QString() : localizedText(refusal));
+            });
+    m_controller.askWhetherShareable();
+}
+
+void DuplicatesResultsPanel::flyToTrash(const TreeNode::Pointer &node) {
+    const QRect shown = m_outline->viewport()->rect();
+    for (QModelIndex row = m_outline->indexAt(shown.topLeft()); row.isValid();
+         row = m_outline->indexBelow(row)) {
+        const QRect place = m_outline->visualRect(row.siblingAtColumn(0));
+        if (!shown.intersects(place))
+            return;
+        if (m_model.nodeOf(row) != node)
+            continue;
+        const auto icon =
+            FileIcons().icon(paths::fromVariant(row.data(DuplicateOutlineModel::IconRole)),
+                             row.data(DuplicateOutlineModel::IsDirectoryRole).toBool());
+        flyTick(*this, *m_outline, place.topLeft(), *m_trashImage,
+                icon.pixmap(QSize(flyingSide, flyingSide), devicePixelRatioF()));
+        return;
+    }
 }
 
 void DuplicatesResultsPanel::alertCanNotRemoveSome() {

@@ -5,9 +5,11 @@
 #include "core/UtilityFunction.h"
 #include "duplicates/ui/DuplicateListsView.h"
 #include "duplicates/ui/DuplicatesProgressPanel.h"
+#include "duplicates/ui/DuplicatesStartPanel.h"
 #include "duplicates/ui/DuplicatesView.h"
 #include "duplicates/ui/FolderChoice.h"
 #include "duplicates/ui/TickMenu.h"
+#include "foundation/Paths.h"
 #include "ui/ImageProvider.h"
 #include "ui/ImageView.h"
 #include "ui/Theme.h"
@@ -36,6 +38,7 @@ using Page = SameFileDeleteViewController;
 constexpr int pictureSide = 96;
 constexpr int filterWidth = 180;
 constexpr int lockSide = 20;
+constexpr int trashSide = 28;
 constexpr int buttonWidth = 128;
 constexpr int buttonHeight = 36;
 constexpr int barWidth = 360;
@@ -129,6 +132,7 @@ DuplicatesResultsPanel::DuplicatesResultsPanel(Page &controller, QWidget *parent
             showPathLine(*m_removingPath, path);
     });
     connect(page, &Page::askAboutLastFile, this, &DuplicatesResultsPanel::askAboutLastFile);
+    connect(page, &Page::ticked, this, &DuplicatesResultsPanel::flyToTrash);
     connect(page, &Page::askToRemove, this, &DuplicatesResultsPanel::askToRemove);
     connect(page, &Page::removalRefused, this, &DuplicatesResultsPanel::showWords);
     connect(page, &Page::alertCanNotRemoveSome, this,
@@ -203,6 +207,8 @@ QWidget *DuplicatesResultsPanel::makeEmpty() {
     m_emptyTitle = plainLabel("duplicates.empty", page);
     theme::keepFont(m_emptyTitle, 18, true);
     layout->addWidget(m_emptyTitle, 0, Qt::AlignHCenter);
+    m_emptyLimit = makeLimitLink(m_controller, page);
+    layout->addWidget(m_emptyLimit, 0, Qt::AlignHCenter);
     layout->addStretch(3);
     return page;
 }
@@ -270,6 +276,9 @@ QWidget *DuplicatesResultsPanel::makeBottom() {
         words->addWidget(label);
     }
     row->addLayout(words, 1);
+    m_trashImage = new ImageView(QStringLiteral("user_trash_m.png"), bottom);
+    theme::keepSize(m_trashImage, trashSide, trashSide);
+    row->addWidget(m_trashImage);
     m_remove = new QPushButton(localizedText("DUP_REMOVE"), bottom);
     m_remove->setObjectName(QStringLiteral("removeButton"));
     m_remove->setProperty("primary", true);
@@ -368,6 +377,8 @@ void DuplicatesResultsPanel::followPage() {
     QWidget *const page = isRemoving ? m_removing : isEmpty ? m_empty : m_outline;
     m_emptyTitle->setText(m_controller.hasRoot() ? localizedText("DUP_NONE")
                                                  : localizedText("DUP_NO_FOLDER"));
+    m_emptyLimit->setVisible(m_controller.hasRoot());
+    m_emptyLimit->setText(limitWords());
     m_filter->setVisible(page == m_outline);
     m_tickMenu->setVisible(page == m_outline);
     if (m_box->currentWidget() == page)
@@ -382,15 +393,17 @@ void DuplicatesResultsPanel::followPage() {
 }
 
 void DuplicatesResultsPanel::followHeading() {
-    if (!m_controller.treeData() || m_controller.state() == Page::State::Removing) {
-        m_wasted->setText(sizeWords(m_model.wastedBytes()));
-        m_wastedWords->clear();
-    } else {
-        m_wasted->setText(sizeWords(m_model.wastedBytes()));
-        m_wastedWords->setText(
-            localizedText("DUP_WASTED", std::size_t(m_controller.treeData()->numberOfChildren())));
-    }
-    titleLabel->setText(m_controller.title());
+    const auto &list = m_controller.treeData();
+    const auto groups = std::size_t(list ? list->numberOfChildren() : 0);
+    m_wasted->setText(groups > 0 ? sizeWords(m_model.wastedBytes()) : QString());
+    m_wastedWords->setText(groups > 0 && m_controller.state() != Page::State::Removing
+                               ? localizedText("DUP_WASTED", groups)
+                               : QString());
+    const auto &folder = m_model.oneFolder();
+    titleLabel->setText(
+        folder ? localizedText("DUP_ONE_FOLDER")
+                     .arg(m_controller.title(), nameInSentence(paths::displayFromHome(*folder)))
+               : m_controller.title());
     titleLabel->setToolTip(
         QStringLiteral("<qt>%1</qt>").arg(m_controller.titleTip().toHtmlEscaped()));
 }
@@ -400,7 +413,7 @@ void DuplicatesResultsPanel::followSelection() {
     trashFileNumTF->setStyledText(
         hasMessage ? countLine(m_controller.selection().count(), m_controller.allFilesCount())
                    : CleanStyledText{});
-    m_sum->setText(sizeWords(m_controller.selection().bytes()));
+    m_sum->setText(sizeWords(m_controller.freedBySelection()));
     m_sum->setVisible(hasMessage && !m_controller.selection().isEmpty());
     const std::size_t hidden = m_controller.hiddenSelectedCount();
     m_noticeWords->setText(hidden > 0 ? localizedText("DUP_HIDDEN_TICKS", hidden) : m_outcome);

@@ -18,6 +18,7 @@ namespace brightsweep {
 class Animation;
 class DuplicateListsView;
 class DuplicatesView;
+class ImageView;
 class StyledLabel;
 class TickMenu;
 
@@ -56,6 +57,8 @@ private:
     void askToRemove();
     void alertCanNotRemoveSome();
     void showWords(const QString &words);
+    void offerSharing(QPushButton *button);
+    void flyToTrash(const TreeNode::Pointer &node);
     QString whatGoes() const;
 
     SameFileDeleteViewController &m_controller;
@@ -65,6 +68,7 @@ private:
     DuplicatesView *m_outline;
     QWidget *m_empty;
     QLabel *m_emptyTitle;
+    QPushButton *m_emptyLimit;
     QWidget *m_removing;
     QLabel *m_removingPath;
     QProgressBar *m_removingBar;
@@ -84,6 +88,7 @@ private:
     QToolButton *lockButton;
     Animation *m_padlockBlink;
     QLabel *m_sum;
+    ImageView *m_trashImage;
     StyledLabel *trashFileNumTF;
     QPushButton *m_remove;
     std::size_t m_going = 0; ///< files of the removal that runs

@@ -1,6 +1,7 @@
 #include "duplicates/ui/DuplicatesStartPanel.h"
 
 #include "core/Texts.h"
+#include "core/UtilityFunction.h"
 #include "duplicates/RecentFolders.h"
 #include "duplicates/SameFileDeleteViewController.h"
 #include "duplicates/ui/FolderChoice.h"
@@ -26,12 +27,30 @@ constexpr int buttonHeight = 40;
 
 } // namespace
 
+QString limitWords() {
+    const std::uint64_t limit = SameFileDeleteViewController::searchLimit();
+    return limit == 0 ? localizedText("DUP_NO_LIMIT")
+                      : localizedText("DUP_LIMIT")
+                            .arg(readersSize(UtilityFunction::convertVolSpace(limit)));
+}
+
+QPushButton *makeLimitLink(SameFileDeleteViewController &controller, QWidget *parent) {
+    auto *const link = new QPushButton(limitWords(), parent);
+    link->setObjectName(QStringLiteral("duplicates.limit"));
+    link->setFlat(true);
+    link->setToolTip(localizedText("Preferences"));
+    QObject::connect(link, &QPushButton::clicked, &controller,
+                     &SameFileDeleteViewController::link2Preferences);
+    return link;
+}
+
 DuplicatesStartPanel::DuplicatesStartPanel(SameFileDeleteViewController &controller,
                                            QWidget *parent)
     : QWidget(parent),
       m_controller(controller),
       m_card(new QWidget(this)),
       m_sentence(new Paragraph(localizedText("DUP_DROP"), m_card)),
+      m_limit(makeLimitLink(controller, m_card)),
       m_stopped(new QLabel(localizedText("DUP_STOPPED"), m_card)),
       m_recent(new QWidget(this)),
       m_recentRows(new QVBoxLayout(m_recent)) {
@@ -58,6 +77,8 @@ DuplicatesStartPanel::DuplicatesStartPanel(SameFileDeleteViewController &control
     choose->setAutoDefault(true); // Enter presses it
     theme::keepFont(choose, 14, true);
     inner->addWidget(choose, 0, Qt::AlignHCenter);
+    inner->addSpacing(2 * theme::grid);
+    inner->addWidget(m_limit, 0, Qt::AlignHCenter);
     m_stopped->setObjectName(QStringLiteral("duplicates.stopped"));
     inner->addSpacing(2 * theme::grid);
     inner->addWidget(m_stopped, 0, Qt::AlignHCenter);
@@ -100,6 +121,7 @@ void DuplicatesStartPanel::showEvent(QShowEvent *) {
 
 void DuplicatesStartPanel::listRecent() {
     m_stopped->setVisible(m_controller.wasStopped());
+    m_limit->setText(limitWords());
     qDeleteAll(m_recent->findChildren<QWidget *>());
     const auto folders = recentFolders();
     if (!folders.empty()) {

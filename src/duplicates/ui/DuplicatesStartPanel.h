@@ -3,12 +3,18 @@
 #include <QWidget>
 
 class QLabel;
+class QPushButton;
 class QVBoxLayout;
 
 namespace brightsweep {
 
 class Paragraph;
 class SameFileDeleteViewController;
+
+/// How large files must be to be searched, in words.
+QString limitWords();
+/// A link of these words to the preferences, where that is set.
+QPushButton *makeLimitLink(SameFileDeleteViewController &controller, QWidget *parent);
 
 /// The start panel of the duplicates page: a place to drop a folder on, a button to choose one, and
 /// the folders searched last. The controller outlives it. Main thread.
@@ -31,6 +37,7 @@ private:
     SameFileDeleteViewController &m_controller;
     QWidget *m_card;
     Paragraph *m_sentence;
+    QPushButton *m_limit;
     QLabel *m_stopped;
     QWidget *m_recent;
     QVBoxLayout *m_recentRows;

@@ -1,0 +1,65 @@
+#include "duplicates/HardLinks.h"
+
+#include "duplicates/SearchedFile.h"
+
+#include <map>
+#include <utility>
+
+namespace brightsweep {
+
+namespace {
+
+using Identity = std::pair<std::uint64_t, std::uint64_t>;
+
+DuplicateLeaf &leafOf(const TreeNode &node) {
+    return static_cast<DuplicateLeaf &>(*node.nodeData());
+}
+
+Identity identityOf(const TreeNode &leaf) {
+    const SearchedFile &file = leafOf(leaf).searched();
+    return {file.device, file.inode};
+}
+
+} // namespace
+
+void countNames(const TreeNode &group) {
+    const std::int32_t leaves = group.numberOfChildren();
+    // Most groups are pairs.
+    if (leaves == 2) {
+        const auto first = group.childAtIndex(0);
+        const auto second = group.childAtIndex(1);
+        const std::uint32_t names = identityOf(*first) == identityOf(*second) ? 2 : 1;
+        leafOf(*first).setNames(names);
+        leafOf(*second).setNames(names);
+        return;
+    }
+    std::map<Identity, std::uint32_t> names;
+    for (std::int32_t i = 0; i < leaves; ++i)
+        ++names[identityOf(*group.childAtIndex(i))];
+    for (std::int32_t i = 0; i < leaves; ++i) {
+        const auto leaf = group.childAtIndex(i);
+        leafOf(*leaf).setNames(names[identityOf(*leaf)]);
+    }
+}
+
+std::uint64_t wastedBy(const TreeNode &group) {
+    double files = 0;
+    for (std::int32_t i = 0; i < group.numberOfChildren(); ++i)
+        files += 1.0 / leafOf(*group.childAtIndex(i)).names();
+    // The names of one file add up to one, as closely as fractions do.
+    const auto whole = std::uint64_t(files + 0.5);
+    return whole < 2 ? 0 : (whole - 1) * leafOf(*group.firstChild()).fileSize();
+}
+
+std::uint64_t freedWithout(const TreeNode::List &leaves) {
+    std::uint64_t freed = 0;
+    std::map<std::pair<const TreeNode *, Identity>, std::uint32_t> going;
+    for (const auto &node : leaves) {
+        const DuplicateLeaf &leaf = leafOf(*node);
+        if (leaf.names() < 2 || ++going[{node->nodeParent(), identityOf(*node)}] == leaf.names())
+            freed += leaf.fileSize();
+    }
+    return freed;
+}
+
+} // namespace brightsweep
