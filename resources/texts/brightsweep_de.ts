@@ -52,8 +52,10 @@
     <message id="DOWNLOADS_TICKED" numerus="yes"><translation><numerusform>%n Objekt Ihrer Downloads ist angehakt, %1.</numerusform><numerusform>%n Objekte Ihrer Downloads sind angehakt, %1.</numerusform></translation></message>
     <message id="DRIVE_STAYS"><translation>Das Laufwerk konnte nicht freigegeben werden.</translation></message>
     <message id="DUP_ASK" numerus="yes"><translation><numerusform>%n Datei mit %1 entfernen?</numerusform><numerusform>%n Dateien mit %1 entfernen?</numerusform></translation></message>
+    <message id="DUP_DETAILS"><translation>Details</translation></message>
     <message id="DUP_DROP"><translation>Ziehen Sie einen Ordner hierher: Brightsweep findet darin die Dateien mit gleichem Inhalt, wie sie auch heißen.</translation></message>
     <message id="DUP_FILTER"><translation>Nach Name oder Ordner filtern</translation></message>
+    <message id="DUP_FREED"><translation>Gäbe frei</translation></message>
     <message id="DUP_FREES"><translation>Frei werden höchstens %1: Namen einer Datei geben nichts frei, solange ein anderer bleibt.</translation></message>
     <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n Datei, verschwendet %1</numerusform><numerusform>%n Dateien, verschwenden %1</numerusform></translation></message>
     <message id="DUP_HARD_LINK" numerus="yes"><translation><numerusform>einer von %n Namen einer Datei</numerusform><numerusform>einer von %n Namen einer Datei</numerusform></translation></message>
@@ -67,13 +69,16 @@
     <message id="DUP_KEPT_FOLDER"><translation>Ordner wählen, dessen Dateien bleiben</translation></message>
     <message id="DUP_LIMIT"><translation>Dateien größer als %1 · Ändern …</translation></message>
     <message id="DUP_LINK"><translation>Verknüpfung</translation></message>
+    <message id="DUP_MORE_PLACES" numerus="yes"><translation><numerusform>und %n weitere</numerusform><numerusform>und %n weitere</numerusform></translation></message>
     <message id="DUP_NONE"><translation>Keine Duplikate gefunden</translation></message>
+    <message id="DUP_NOT_LOCAL"><translation>Sie liegt auf einem anderen Rechner und wird nicht angesehen.</translation></message>
     <message id="DUP_NOT_SHOWN" numerus="yes"><translation><numerusform>%n davon ist gerade nicht zu sehen.</numerusform><numerusform>%n davon sind gerade nicht zu sehen.</numerusform></translation></message>
     <message id="DUP_NO_CLASS"><translation>Ohne Art</translation></message>
     <message id="DUP_NO_FOLDER"><translation>Diesen Ordner gibt es nicht</translation></message>
     <message id="DUP_NO_LIMIT"><translation>Dateien jeder Größe · Ändern …</translation></message>
     <message id="DUP_ONE_FOLDER"><translation>%1 Alle liegen in %2.</translation></message>
     <message id="DUP_ONE_STAYS"><translation>Von jeder Gruppe bleibt mindestens eine Datei. Die anderen werden vorher noch einmal Byte für Byte mit ihr verglichen.</translation></message>
+    <message id="DUP_PLACES"><translation>Wo sie liegen</translation></message>
     <message id="DUP_RECENT"><translation>Zuletzt durchsucht</translation></message>
     <message id="DUP_REMOVAL_STOPPED"><translation>Angehalten.</translation></message>
     <message id="DUP_REMOVE"><translation>Entfernen</translation></message>
@@ -81,6 +86,7 @@
     <message id="DUP_SEARCHING"><translation>%1 wird durchsucht</translation></message>
     <message id="DUP_SHARE"><translation>Blöcke teilen</translation></message>
     <message id="DUP_SHARED" numerus="yes"><translation><numerusform>%n Datei teilt jetzt ihre Blöcke, %1 frei geworden.</numerusform><numerusform>%n Dateien teilen jetzt ihre Blöcke, %1 frei geworden.</numerusform></translation></message>
+    <message id="DUP_SHARES"><translation>Teilt ihre Blöcke mit einer anderen Datei.</translation></message>
     <message id="DUP_SHARE_ASKING"><translation>Das Dateisystem wird gefragt, ob es das kann …</translation></message>
     <message id="DUP_STAYED" numerus="yes"><translation><numerusform>%n Datei ist geblieben; ihre Zeile sagt, warum.</numerusform><numerusform>%n Dateien sind geblieben; ihre Zeilen sagen, warum.</numerusform></translation></message>
     <message id="DUP_STOPPED"><translation>Die Suche wurde angehalten.</translation></message>
@@ -91,6 +97,7 @@
     <message id="DUP_TIP_TRASH"><translation>Sie lassen sich zurückholen und belegen Platz, bis der Papierkorb geleert wird.</translation></message>
     <message id="DUP_TRASHED" numerus="yes"><translation><numerusform>%n Datei liegt jetzt im Papierkorb.</numerusform><numerusform>%n Dateien liegen jetzt im Papierkorb.</numerusform></translation></message>
     <message id="DUP_UNDO"><translation>Letzte Auswahl zurücknehmen</translation></message>
+    <message id="DUP_UNREADABLE"><translation>Sie lässt sich nicht öffnen.</translation></message>
     <message id="DUP_UNTICK"><translation>Alle abwählen</translation></message>
     <message id="DUP_WASTED" numerus="yes"><translation><numerusform>verschwendet durch Duplikate in %n Gruppe</numerusform><numerusform>verschwendet durch Duplikate in %n Gruppen</numerusform></translation></message>
     <message id="DUP_WHOLE_GROUPS" numerus="yes"><translation><numerusform>Von %n Gruppe gehen alle Dateien: nichts davon bleibt.</numerusform><numerusform>Von %n Gruppen gehen alle Dateien: nichts davon bleibt.</numerusform></translation></message>

@@ -52,8 +52,10 @@
     <message id="DOWNLOADS_TICKED" numerus="yes"><translation><numerusform>%n item of your downloads is ticked, %1.</numerusform><numerusform>%n items of your downloads are ticked, %1.</numerusform></translation></message>
     <message id="DRIVE_STAYS"><translation>Its drive could not be released.</translation></message>
     <message id="DUP_ASK" numerus="yes"><translation><numerusform>Remove %n file, %1?</numerusform><numerusform>Remove %n files, %1?</numerusform></translation></message>
+    <message id="DUP_DETAILS"><translation>Details</translation></message>
     <message id="DUP_DROP"><translation>Drop a folder here to find the files in it that have the same content, whatever they are called.</translation></message>
     <message id="DUP_FILTER"><translation>Filter by name or folder</translation></message>
+    <message id="DUP_FREED"><translation>Would free</translation></message>
     <message id="DUP_FREES"><translation>This frees %1 at most: names of one file free nothing while another one stays.</translation></message>
     <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n file, wastes %1</numerusform><numerusform>%n files, waste %1</numerusform></translation></message>
     <message id="DUP_HARD_LINK" numerus="yes"><translation><numerusform>one of %n name of one file</numerusform><numerusform>one of %n names of one file</numerusform></translation></message>
@@ -67,13 +69,16 @@
     <message id="DUP_KEPT_FOLDER"><translation>Choose the folder whose files stay</translation></message>
     <message id="DUP_LIMIT"><translation>Files larger than %1 · Change…</translation></message>
     <message id="DUP_LINK"><translation>link</translation></message>
+    <message id="DUP_MORE_PLACES" numerus="yes"><translation><numerusform>and %n more</numerusform><numerusform>and %n more</numerusform></translation></message>
     <message id="DUP_NONE"><translation>No duplicates found</translation></message>
+    <message id="DUP_NOT_LOCAL"><translation>It lies on another machine and is not looked at.</translation></message>
     <message id="DUP_NOT_SHOWN" numerus="yes"><translation><numerusform>%n of them is not shown at the moment.</numerusform><numerusform>%n of them are not shown at the moment.</numerusform></translation></message>
     <message id="DUP_NO_CLASS"><translation>Without class</translation></message>
     <message id="DUP_NO_FOLDER"><translation>There is no such folder</translation></message>
     <message id="DUP_NO_LIMIT"><translation>Files of every size · Change…</translation></message>
     <message id="DUP_ONE_FOLDER"><translation>%1 All of them lie in %2.</translation></message>
     <message id="DUP_ONE_STAYS"><translation>Of each group at least one file stays. It is compared with the others once more, byte by byte, before they go.</translation></message>
+    <message id="DUP_PLACES"><translation>Where they lie</translation></message>
     <message id="DUP_RECENT"><translation>Searched last</translation></message>
     <message id="DUP_REMOVAL_STOPPED"><translation>Stopped.</translation></message>
     <message id="DUP_REMOVE"><translation>Remove</translation></message>
@@ -81,6 +86,7 @@
     <message id="DUP_SEARCHING"><translation>Searching %1</translation></message>
     <message id="DUP_SHARE"><translation>Share Blocks</translation></message>
     <message id="DUP_SHARED" numerus="yes"><translation><numerusform>%n file shares its blocks now, %1 freed.</numerusform><numerusform>%n files share their blocks now, %1 freed.</numerusform></translation></message>
+    <message id="DUP_SHARES"><translation>Shares its blocks with another file.</translation></message>
     <message id="DUP_SHARE_ASKING"><translation>Asking the file system whether it can do that…</translation></message>
     <message id="DUP_STAYED" numerus="yes"><translation><numerusform>%n file stayed; its row says why.</numerusform><numerusform>%n files stayed; their rows say why.</numerusform></translation></message>
     <message id="DUP_STOPPED"><translation>The search was stopped.</translation></message>
@@ -91,6 +97,7 @@
     <message id="DUP_TIP_TRASH"><translation>They can be put back, and take up room until the trash is emptied.</translation></message>
     <message id="DUP_TRASHED" numerus="yes"><translation><numerusform>%n file moved to the trash.</numerusform><numerusform>%n files moved to the trash.</numerusform></translation></message>
     <message id="DUP_UNDO"><translation>Undo the last ticks</translation></message>
+    <message id="DUP_UNREADABLE"><translation>It cannot be opened.</translation></message>
     <message id="DUP_UNTICK"><translation>Untick all</translation></message>
     <message id="DUP_WASTED" numerus="yes"><translation><numerusform>wasted by duplicates in %n group</numerusform><numerusform>wasted by duplicates in %n groups</numerusform></translation></message>
     <message id="DUP_WHOLE_GROUPS" numerus="yes"><translation><numerusform>Of %n group all files go: nothing of it stays.</numerusform><numerusform>Of %n groups all files go: nothing of them stays.</numerusform></translation></message>

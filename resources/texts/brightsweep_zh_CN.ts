@@ -52,8 +52,10 @@
     <message id="DOWNLOADS_TICKED" numerus="yes"><translation><numerusform>下载文件夹中已选中 %n 项，共 %1。</numerusform></translation></message>
     <message id="DRIVE_STAYS"><translation>但未能释放其驱动器。</translation></message>
     <message id="DUP_ASK" numerus="yes"><translation><numerusform>要移除 %n 个文件（%1）吗？</numerusform></translation></message>
+    <message id="DUP_DETAILS"><translation>详细信息</translation></message>
     <message id="DUP_DROP"><translation>将文件夹拖到这里，查找其中内容相同的文件，无论它们叫什么名字。</translation></message>
     <message id="DUP_FILTER"><translation>按名称或文件夹筛选</translation></message>
+    <message id="DUP_FREED"><translation>可释放</translation></message>
     <message id="DUP_FREES"><translation>最多释放 %1：同一文件仍有其他名称时不会释放空间。</translation></message>
     <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n 个文件，浪费 %1</numerusform></translation></message>
     <message id="DUP_HARD_LINK" numerus="yes"><translation><numerusform>同一文件的 %n 个名称之一</numerusform></translation></message>
@@ -67,13 +69,16 @@
     <message id="DUP_KEPT_FOLDER"><translation>选择要保留其文件的文件夹</translation></message>
     <message id="DUP_LIMIT"><translation>大于 %1 的文件 · 更改…</translation></message>
     <message id="DUP_LINK"><translation>链接</translation></message>
+    <message id="DUP_MORE_PLACES" numerus="yes"><translation><numerusform>以及另外 %n 个</numerusform></translation></message>
     <message id="DUP_NONE"><translation>未找到重复文件</translation></message>
+    <message id="DUP_NOT_LOCAL"><translation>位于其他计算机上，不进行查看。</translation></message>
     <message id="DUP_NOT_SHOWN" numerus="yes"><translation><numerusform>其中 %n 个目前未显示。</numerusform></translation></message>
     <message id="DUP_NO_CLASS"><translation>未分类</translation></message>
     <message id="DUP_NO_FOLDER"><translation>没有这个文件夹</translation></message>
     <message id="DUP_NO_LIMIT"><translation>所有大小的文件 · 更改…</translation></message>
     <message id="DUP_ONE_FOLDER"><translation>%1 全部位于 %2。</translation></message>
     <message id="DUP_ONE_STAYS"><translation>每组至少保留一个文件。移除其他文件之前会再次逐字节比较。</translation></message>
+    <message id="DUP_PLACES"><translation>所在位置</translation></message>
     <message id="DUP_RECENT"><translation>最近搜索</translation></message>
     <message id="DUP_REMOVAL_STOPPED"><translation>已停止。</translation></message>
     <message id="DUP_REMOVE"><translation>移除</translation></message>
@@ -81,6 +86,7 @@
     <message id="DUP_SEARCHING"><translation>正在搜索 %1</translation></message>
     <message id="DUP_SHARE"><translation>共享数据块</translation></message>
     <message id="DUP_SHARED" numerus="yes"><translation><numerusform>%n 个文件现已共享数据块，释放 %1。</numerusform></translation></message>
+    <message id="DUP_SHARES"><translation>与其他文件共享数据块。</translation></message>
     <message id="DUP_SHARE_ASKING"><translation>正在询问文件系统是否支持…</translation></message>
     <message id="DUP_STAYED" numerus="yes"><translation><numerusform>有 %n 个文件被保留，原因见所在行。</numerusform></translation></message>
     <message id="DUP_STOPPED"><translation>搜索已停止。</translation></message>
@@ -91,6 +97,7 @@
     <message id="DUP_TIP_TRASH"><translation>之后可以恢复；清空回收站前仍占用空间。</translation></message>
     <message id="DUP_TRASHED" numerus="yes"><translation><numerusform>已将 %n 个文件移到回收站。</numerusform></translation></message>
     <message id="DUP_UNDO"><translation>撤销上次选择</translation></message>
+    <message id="DUP_UNREADABLE"><translation>无法打开。</translation></message>
     <message id="DUP_UNTICK"><translation>全部取消选择</translation></message>
     <message id="DUP_WASTED" numerus="yes"><translation><numerusform>被 %n 组重复文件浪费</numerusform></translation></message>
     <message id="DUP_WHOLE_GROUPS" numerus="yes"><translation><numerusform>有 %n 组的全部文件都将被移除，不会保留任何一个。</numerusform></translation></message>

@@ -135,6 +135,10 @@ bool isHidden(const std::vector<Mount> &mounts, std::size_t index) {
 
 } // namespace
 
+bool asksOthers(std::string_view type) {
+    return contains(networkTypes, type) || isUserFileSystem(type);
+}
+
 bool isUserFileSystem(std::string_view type) {
     return type == "fuse" || type.starts_with("fuse.");
 }

@@ -32,6 +32,9 @@ std::vector<SelectedVolume> selectVolumes(const std::vector<Mount> &mounts,
 /// True for fuse and its subtypes, but not for fuseblk, which holds a block device.
 bool isUserFileSystem(std::string_view type);
 
+/// True where a file system of that type asks another machine or program, which may be dead.
+bool asksOthers(std::string_view type);
+
 /// The number of the user who made such a mount; -1 for any other mount.
 long ownerOfUserFileSystem(const Mount &mount);
 

@@ -4,6 +4,7 @@
 #include "core/SettingKeys.h"
 #include "duplicates/RecentFolders.h"
 #include "duplicates/ui/DuplicatesResultsPanel.h"
+#include "duplicates/ui/PreviewLoader.h"
 #include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
 #include "support/TestTree.h"
@@ -12,7 +13,9 @@
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
+#include <QLabel>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -101,6 +104,23 @@ TEST_F(DuplicatesPageView, TheKeyboardTicksAsksAndKeepsItsPlace) {
     EXPECT_EQ(names(), QStringList({QStringLiteral("2.00 KB")}));
     EXPECT_EQ(outline->currentIndex().row(), 0);
     EXPECT_EQ(panel.focusWidget(), outline) << "the keyboard goes on there";
+}
+
+TEST_F(DuplicatesPageView, ThePaneLooksAtTheCurrentFile) {
+    QImage drawn(400, 300, QImage::Format_RGB32);
+    drawn.fill(Qt::red);
+    for (const char *name : {"d/<b>picture.png", "e/picture.png"})
+        ASSERT_TRUE(drawn.save(QFile::decodeName(tree.file(name, "").c_str())));
+    QSignalSpy loaded(panel.findChild<PreviewLoader *>(), &PreviewLoader::loaded);
+    panel.resize(1'200, 700);
+    page.viewDragAction(tree.top());
+    waitUntil([&] { return page.state() == State::Results; });
+    page.setFilter(QStringLiteral("<b>"));
+    outline->setCurrentIndex(model->index(0, 0, model->index(0, 0)));
+    waitUntil([&] { return !loaded.empty() && !loaded.last()[2].value<QImage>().isNull(); });
+    const auto *const paths = panel.findChild<QLabel *>(QStringLiteral("duplicates.pane.paths"));
+    EXPECT_TRUE(paths->text().contains(QStringLiteral("<b>d/&#8203;&lt;b&gt;picture.png</b>")))
+        << paths->text().toStdString();
 }
 
 } // namespace

@@ -193,7 +193,7 @@ void ResultRowDelegate::paintGroup(QPainter &painter, const QRect &area, bool is
         note.isEmpty() ? 0 : QFontMetrics(small).horizontalAdvance(note) + 2 * theme::grid;
     Line line(painter, area, area.adjusted(nameLeft(), 0, -2 * theme::grid, 0));
     line.add(index.data().toString(), font(isSelected), theme::text(), Qt::ElideMiddle,
-             std::min(noteWidth, area.width() / 2));
+             std::min(noteWidth, area.width() * 2 / 5));
     line.add(note, small, isSelected ? theme::text() : theme::accent(), Qt::ElideRight);
 }
 

@@ -4,12 +4,14 @@
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "duplicates/ui/DuplicateListsView.h"
+#include "duplicates/ui/DuplicatePane.h"
 #include "duplicates/ui/DuplicatesProgressPanel.h"
 #include "duplicates/ui/DuplicatesStartPanel.h"
 #include "duplicates/ui/DuplicatesView.h"
 #include "duplicates/ui/FolderChoice.h"
 #include "duplicates/ui/TickMenu.h"
 #include "foundation/Paths.h"
+#include "foundation/UserDefaults.h"
 #include "ui/ImageProvider.h"
 #include "ui/ImageView.h"
 #include "ui/Theme.h"
@@ -37,11 +39,14 @@ using Page = SameFileDeleteViewController;
 
 constexpr int pictureSide = 96;
 constexpr int filterWidth = 180;
+constexpr int leastListWidth = 400;
 constexpr int lockSide = 20;
+constexpr int iconSide = 16;
 constexpr int trashSide = 28;
 constexpr int buttonWidth = 128;
 constexpr int buttonHeight = 36;
 constexpr int barWidth = 360;
+constexpr QLatin1String DSDuplicatesNoDetails("DSDuplicatesNoDetails");
 constexpr std::chrono::milliseconds filterSettles{120};
 
 QLabel *plainLabel(const char *name, QWidget *parent) {
@@ -96,17 +101,25 @@ DuplicatesResultsPanel::DuplicatesResultsPanel(Page &controller, QWidget *parent
       m_filterSettled(new QTimer(this)) {
     for (QWidget *const page : {static_cast<QWidget *>(m_outline), m_empty, m_removing})
         m_box->addWidget(page);
+    auto *const list = new QVBoxLayout;
+    list->setSpacing(0);
+    list->addWidget(makeNotice());
+    list->addWidget(m_box, 1);
+    m_pane = new DuplicatePane(this);
+    auto *const lower = new QHBoxLayout;
+    lower->setSpacing(3 * theme::grid);
+    lower->addLayout(list, 1);
+    lower->addWidget(m_pane);
     auto *const right = new QVBoxLayout;
-    right->setContentsMargins(0, 0, 0, 0);
     right->setSpacing(0);
     right->addWidget(makeHeading());
-    right->addWidget(makeNotice());
-    right->addWidget(m_box, 1);
+    right->addLayout(lower, 1);
     auto *const upper = new QHBoxLayout;
     upper->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 0);
     upper->setSpacing(2 * theme::grid);
     upper->addWidget(m_lists);
     upper->addLayout(right, 1);
+    connect(m_outline, &DuplicatesView::currentNodeChanged, m_pane, &DuplicatePane::follow);
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -166,6 +179,21 @@ QWidget *DuplicatesResultsPanel::makeHeading() {
     row->addLayout(words, 1);
     m_tickMenu = new TickMenu(m_controller, heading);
     row->addWidget(m_tickMenu);
+    m_details = new QToolButton(heading);
+    m_details->setObjectName(QStringLiteral("duplicates.details"));
+    m_details->setCheckable(true);
+    m_details->setIcon(imageNamed(QStringLiteral("info.png")));
+    theme::keep(m_details, [this] {
+        m_details->setIconSize({theme::height(iconSide), theme::height(iconSide)});
+    });
+    m_details->setFocusPolicy(Qt::StrongFocus);
+    m_details->setToolTip(localizedText("DUP_DETAILS"));
+    m_details->setAccessibleName(localizedText("DUP_DETAILS"));
+    m_details->setChecked(!UserDefaults::standardUserDefaults().boolForKey(DSDuplicatesNoDetails));
+    connect(m_details, &QToolButton::toggled, this, [this](bool on) {
+        UserDefaults::standardUserDefaults().setObject(DSDuplicatesNoDetails, !on);
+        followPane();
+    });
     m_filter = new QLineEdit(heading);
     m_filter->setObjectName(QStringLiteral("duplicates.filter"));
     m_filter->setPlaceholderText(localizedText("DUP_FILTER"));
@@ -174,6 +202,7 @@ QWidget *DuplicatesResultsPanel::makeHeading() {
     m_filter->setAcceptDrops(false); // a folder is for the page
     theme::keepSize(m_filter, filterWidth, 0);
     row->addWidget(m_filter);
+    row->addWidget(m_details);
     return heading;
 }
 
@@ -343,6 +372,19 @@ void DuplicatesResultsPanel::bindFilter() {
 
 // -- Showing
 
+void DuplicatesResultsPanel::resizeEvent(QResizeEvent *) {
+    followPane();
+}
+
+// The list comes first where there is little room.
+void DuplicatesResultsPanel::followPane() {
+    const bool hasList = m_box->currentWidget() == m_outline;
+    const int room = width() - m_lists->width() - m_pane->width() - 6 * theme::grid;
+    m_pane->setVisible(hasList && m_details->isChecked() && room >= theme::height(leastListWidth));
+    if (m_pane->isVisible())
+        m_pane->follow(m_model.nodeOf(m_outline->currentIndex()));
+}
+
 void DuplicatesResultsPanel::showEvent(QShowEvent *) {
     followState();
 }
@@ -381,8 +423,9 @@ void DuplicatesResultsPanel::followPage() {
     m_emptyLimit->setText(limitWords());
     m_filter->setVisible(page == m_outline);
     m_tickMenu->setVisible(page == m_outline);
+    m_details->setVisible(page == m_outline);
     if (m_box->currentWidget() == page)
-        return;
+        return followPane();
     const bool hadFocus = isAncestorOf(window()->focusWidget());
     m_box->setCurrentWidget(page);
     if (hadFocus)
@@ -390,6 +433,7 @@ void DuplicatesResultsPanel::followPage() {
          : isEmpty  ? m_folder
                     : static_cast<QWidget *>(m_outline))
             ->setFocus();
+    followPane();
 }
 
 void DuplicatesResultsPanel::followHeading() {

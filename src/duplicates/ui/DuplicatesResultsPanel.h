@@ -17,6 +17,7 @@ namespace brightsweep {
 
 class Animation;
 class DuplicateListsView;
+class DuplicatePane;
 class DuplicatesView;
 class ImageView;
 class StyledLabel;
@@ -36,6 +37,7 @@ public:
 
 protected:
     void showEvent(QShowEvent *) override;
+    void resizeEvent(QResizeEvent *) override;
 
 private:
     QWidget *makeHeading();
@@ -47,6 +49,7 @@ private:
     void bindFilter();
     void followState();
     void followPage();
+    void followPane();
     void followHeading();
     void followSelection();
     void followControls();
@@ -90,6 +93,8 @@ private:
     QLabel *m_sum;
     ImageView *m_trashImage;
     StyledLabel *trashFileNumTF;
+    DuplicatePane *m_pane;
+    QToolButton *m_details;
     QPushButton *m_remove;
     std::size_t m_going = 0; ///< files of the removal that runs
     bool m_isNew = true;     ///< since the last search nobody has seen the groups

@@ -68,7 +68,10 @@ DuplicatesView::DuplicatesView(Page &page, DuplicateOutlineModel &model, QWidget
     connect(&m_model, &QAbstractItemModel::layoutChanged, this, &DuplicatesView::keepPlace);
     connect(&m_model, &QAbstractItemModel::layoutChanged, this, &DuplicatesView::follow);
     connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex &index) { select(index); });
+            [this](const QModelIndex &index) {
+                select(index);
+                Q_EMIT currentNodeChanged(m_model.nodeOf(index));
+            });
     follow();
 }
 

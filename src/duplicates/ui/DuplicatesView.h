@@ -16,6 +16,10 @@ public:
 
     void expandFirst();
 
+Q_SIGNALS:
+    /// Another row is current, or none: then null.
+    void currentNodeChanged(const TreeNode::Pointer &node);
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
