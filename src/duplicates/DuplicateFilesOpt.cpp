@@ -78,6 +78,8 @@ void DuplicateFilesOpt::beginSearchAtPath(const std::filesystem::path &path,
             return;
         }
         m_findDuplicate = search;
+        if (m_isStopped)
+            search->stopSearch();
         m_CurrentSearchPath = path.native();
     }
     const auto root = Platform::current().files->rememberRoot(path);
@@ -106,8 +108,10 @@ std::string DuplicateFilesOpt::getCurrentSearchFile() {
 }
 
 void DuplicateFilesOpt::stopSearch() {
-    if (const auto search = find())
-        search->stopSearch();
+    const std::lock_guard lock(m_mutex);
+    m_isStopped = true;
+    if (m_findDuplicate)
+        m_findDuplicate->stopSearch();
 }
 
 bool DuplicateFilesOpt::getDuplicateFiles(std::shared_ptr<SimpleTreeNode> &root) {

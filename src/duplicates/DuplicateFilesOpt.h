@@ -39,7 +39,7 @@ public:
     /// 0 to 100; 0 before the search.
     std::uint32_t getProgress();
     std::string getCurrentSearchFile();
-    /// Answered within a second; a stop before the start does nothing.
+    /// Answered within a second, also by a search that has not begun.
     void stopSearch();
     /// A tree of groups, those of bundles first, with the members as leaves. False, and the pointer
     /// left alone, where nothing was found. To be called once.
@@ -61,6 +61,7 @@ private:
     std::mutex m_mutex; // all that follows
     std::shared_ptr<duplicateFind> m_findDuplicate;
     std::string m_CurrentSearchPath;
+    bool m_isStopped = false;
 };
 
 } // namespace brightsweep

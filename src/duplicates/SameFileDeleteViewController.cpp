@@ -13,6 +13,7 @@
 #include "foundation/UserDefaults.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
+#include "removal/RemovalRun.h"
 #include "results/FileClasses.h"
 
 #include <algorithm>
@@ -74,6 +75,8 @@ SameFileDeleteViewController::~SameFileDeleteViewController() {
     NotificationCenter::defaultCenter().removeObserver(this);
     m_surroundings.clock->cancel(m_poll);
     m_bStopDelTask = true;
+    if (m_run)
+        m_run->stop();
     if (m_duplicateOpt)
         m_duplicateOpt->stopSearch();
     for (const auto &worker : {m_twDuplicateSearch, m_twRemoveDupFiles, m_sharingWorker}) {
@@ -215,8 +218,6 @@ void SameFileDeleteViewController::searchBtnClicked() {
     m_twDuplicateSearch =
         ThreadWorker::workOn(this, &SameFileDeleteViewController::searchDuplicateFiles,
                              m_searchPath, &SameFileDeleteViewController::searchFinished);
-    if (!m_twDuplicateSearch)
-        return searchFinished();
     m_poll = m_surroundings.clock->callAfter(pollInterval, [this] { getPathForSreachDuplicate(); });
 }
 
@@ -233,9 +234,6 @@ std::uint64_t SameFileDeleteViewController::searchLimit() {
 
 void SameFileDeleteViewController::getPathForSreachDuplicate() {
     m_poll = m_surroundings.clock->callAfter(pollInterval, [this] { getPathForSreachDuplicate(); });
-    // One that came before the search had begun had no effect.
-    if (m_bIsStopScan)
-        m_duplicateOpt->stopSearch();
     Q_EMIT pathShown(m_duplicateOpt->getCurrentSearchFile());
     getPrograss();
 }

@@ -15,7 +15,8 @@ struct Row {
     const char *key;
 };
 
-// The first that equals the error holds: a volume that is in the way counts as busy, too.
+// The first that equals the error holds: a volume that is in the way counts as busy, too, but what
+// is busy holds no volume for that.
 const std::array rows = {
     Row{RemovalError::HoldsVolume, QT_TRID_NOOP("FAILED_VOLUME")},
     Row{RemovalError::CrossesVolume, QT_TRID_NOOP("FAILED_VOLUME")},
@@ -36,7 +37,7 @@ constexpr char otherKey[] = QT_TRID_NOOP("FAILED_OTHER");
 
 const char *reasonKey(std::error_code error) {
     for (const Row &row : rows) {
-        if (error == row.error || error == row.error.default_error_condition())
+        if (error == std::error_condition(row.error.value(), row.error.category()))
             return row.key;
     }
     return otherKey;

@@ -1,10 +1,12 @@
 // The duplicates page without its screen, on real searches and removals.
 
 #include "core/SettingKeys.h"
+#include "duplicates/DuplicateFilesOpt.h"
 #include "duplicates/HardLinks.h"
 #include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/UserDefaults.h"
+#include "support/FaultPlatform.h"
 #include "support/ManualClock.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
@@ -12,6 +14,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
 
 namespace brightsweep {
 namespace {
@@ -131,6 +136,39 @@ TEST_F(DuplicatesPage, AStoppedSearchReturnsToTheStart) {
     });
     EXPECT_THAT(heard, ElementsAre("QC_Duplicates", "duplicates_file"));
     EXPECT_EQ(page.view4Duplicates(), 0);
+}
+
+TEST_F(DuplicatesPage, AStopHoldsForASearchThatHasNotBegun) {
+    DuplicateFilesOpt search;
+    search.stopSearch();
+    search.beginSearchAtPath(tree.top(), 0);
+    std::shared_ptr<SimpleTreeNode> groups;
+    EXPECT_FALSE(search.getDuplicateFiles(groups));
+}
+
+// Whoever quits does not wait until everything is compared.
+TEST_F(DuplicatesPage, GoesWhileItComparesAndLeavesTheFile) {
+    test::TestTree large(test::TestEnvironment::current().work() / "large");
+    for (const char *name : {"one", "two"})
+        large.file(name, std::string(16'000'000, 'l'));
+    std::atomic<bool> isRemoving{false};
+    std::atomic<unsigned> reads{0};
+    test::FaultPlatform platform;
+    platform.setFault([&](std::string_view call, const std::filesystem::path &) {
+        if (isRemoving && call == "readAt" && ++reads > 0)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        return std::error_code();
+    });
+    auto other = std::make_unique<Page>(Page::Surroundings{.clock = &clock});
+    other->viewDragAction(large.top());
+    waitUntil([&] { return other->state() == State::Results; });
+    other->setSelectState(other->treeData()->childAtIndex(0)->childAtIndex(0));
+    other->removeBtnClicked();
+    isRemoving = true;
+    other->removalAnswered(Page::Act::Remove);
+    waitUntil([&] { return reads > 0; });
+    other.reset();
+    EXPECT_TRUE(large.exists("one") && large.exists("two"));
 }
 
 TEST_F(DuplicatesPage, RemovesWhatIsTickedAndTakesGroupsOfOneOff) {

@@ -28,6 +28,20 @@ std::error_code lastError() {
     return {errno, std::generic_category()};
 }
 
+// Some file systems have no such call. Then the free name is looked for first, which will do in a
+// folder of the user's own.
+std::error_code renameIfFree(int from, const std::string &name, int to, const std::string &called) {
+    if (::renameat2(from, name.c_str(), to, called.c_str(), RENAME_NOREPLACE) == 0)
+        return {};
+    if (errno != EINVAL && errno != ENOSYS)
+        return lastError();
+    struct stat status;
+    if (::fstatat(to, called.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0)
+        return std::make_error_code(std::errc::file_exists);
+    return ::renameat(from, name.c_str(), to, called.c_str()) == 0 ? std::error_code()
+                                                                   : lastError();
+}
+
 const auto canceled = std::make_error_code(std::errc::operation_canceled);
 const auto busy = std::make_error_code(std::errc::device_or_resource_busy);
 
@@ -402,22 +416,12 @@ std::error_code LinuxFileOperations::moveItem(const OpenItem &item, const FileDe
     };
     if (!isItem(from, item.name))
         return RemovalError::Changed;
-    if (::renameat2(from, item.name.c_str(), directory.get(), name.c_str(), RENAME_NOREPLACE) !=
-        0) {
-        // Some file systems have no such call. Then the free name is looked for first, which will
-        // do in a folder of the user's own.
-        struct stat status;
-        if (errno != EINVAL && errno != ENOSYS)
-            return lastError();
-        if (::fstatat(directory.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0)
-            return std::make_error_code(std::errc::file_exists);
-        if (::renameat(from, item.name.c_str(), directory.get(), name.c_str()) != 0)
-            return lastError();
-    }
+    if (const auto error = renameIfFree(from, item.name, directory.get(), name))
+        return error;
     if (isItem(directory.get(), name))
         return {};
     // Exchanged at the last moment: what was not looked at goes back.
-    ::renameat2(directory.get(), name.c_str(), from, item.name.c_str(), RENAME_NOREPLACE);
+    renameIfFree(directory.get(), name, from, item.name);
     return RemovalError::Changed;
 }
 
