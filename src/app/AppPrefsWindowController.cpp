@@ -76,7 +76,7 @@ void AppPrefsWindowController::addPage(const Page &page) {
     const QLatin1String identifier(page.identifier);
     const QLatin1String title(page.title);
     if (page.hasPanel)
-        addView(identifier, page.hasLabel ? title : QString(), title);
+        addView(identifier, page.atTheEnd ? QString() : title, title);
     else
         addItem(identifier, title);
 }

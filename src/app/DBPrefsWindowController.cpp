@@ -54,9 +54,9 @@ QString DBPrefsWindowController::storedItem() const {
 }
 
 void DBPrefsWindowController::toggleActivePreferenceView(const QString &identifier) {
-    if (const Page *const page = pageWithIdentifier(identifier); page && page->storedIndex >= 0) {
+    if (const Page *const page = pageWithIdentifier(identifier); page && !page->atTheEnd) {
         UserDefaults &defaults = UserDefaults::standardUserDefaults();
-        defaults.setObject(DSToobarItem, page->storedIndex);
+        defaults.setObject(DSToobarItem, int(page - pageTable.data()));
         defaults.synchronize();
     }
     // The help has no panel: the page on show stays the selected one, and goes on by itself.

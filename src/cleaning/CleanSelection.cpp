@@ -45,15 +45,11 @@ CleanSelection::Counts CleanSelection::counts(unsigned category) const {
     return {rows.ticked, rows.rows, rows.shownBytes};
 }
 
-CleanSelection::Counts CleanSelection::counts() const {
-    Counts sum;
-    for (unsigned category = 0; category < m_controllers.size(); ++category) {
-        const Counts one = counts(category);
-        sum.selected += one.selected;
-        sum.total += one.total;
-        sum.bytes = addSaturating(sum.bytes, one.bytes);
-    }
-    return sum;
+CleanSelection::Counts &CleanSelection::Counts::operator+=(const Counts &more) {
+    selected += more.selected;
+    total += more.total;
+    bytes = addSaturating(bytes, more.bytes);
+    return *this;
 }
 
 void CleanSelection::applyStored() {
@@ -72,8 +68,7 @@ void CleanSelection::tickAll(unsigned category, bool ticked) {
         m_lists[category]->setNoCheckBoxSelect();
 }
 
-int CleanSelection::stateOf(unsigned category) const {
-    const Counts one = counts(category);
+int CleanSelection::stateOf(unsigned category, const Counts &one) {
     if (one.total == 0)
         return int(storedSelection(category));
     return one.selected == one.total ? 1 : one.selected > 0 ? 2 : 0;
@@ -85,12 +80,10 @@ std::array<int, 6> CleanSelection::store() {
     std::array<int, 6> states{};
     for (unsigned category = 0; category < m_controllers.size(); ++category) {
         const Counts one = counts(category);
+        states[category] = stateOf(category, one);
         // One that a clean has emptied or a scan did not reach is no choice of the user's.
-        if (one.total == 0) {
-            states[category] = int(storedSelection(category));
+        if (one.total == 0)
             continue;
-        }
-        states[category] = stateOf(category);
         if (states[category] != 2)
             tickAll(category, states[category] == 1);
         if (isKnown)

@@ -21,6 +21,8 @@ public:
         std::size_t total = 0;
         /// The ticked rows' sizes as their words read: a sum of rounded figures.
         std::uint64_t bytes = 0;
+
+        Counts &operator+=(const Counts &more);
     };
 
     CleanSelection(std::vector<ScanViewController *> controllers,
@@ -33,7 +35,6 @@ public:
     int returnSelectNum() const;
 
     Counts counts(unsigned category) const;
-    Counts counts() const;
 
     /// Ticks the rows of each category by its stored state. A part comes back as all, and is stored
     /// so.
@@ -41,7 +42,7 @@ public:
     /// All or none of a category's rows.
     void tickAll(unsigned category, bool ticked);
     /// 0 none, 1 all, 2 part, as counted; of a category without rows what is stored.
-    int stateOf(unsigned category) const;
+    static int stateOf(unsigned category, const Counts &counts);
     /// Stores the state of each category that has rows. Gives the states of all.
     std::array<int, 6> store();
 

@@ -4,6 +4,7 @@
 #include "core/Texts.h"
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
+#include "foundation/WordTable.h"
 #include "linux/SystemPlaces.h"
 #include "platform/AdministratorRights.h"
 #include "platform/Platform.h"
@@ -11,21 +12,15 @@
 #include "volumes/VolumesInfo.h"
 
 #include <algorithm>
-#include <array>
 
 namespace brightsweep {
 
 namespace {
 
-struct ReasonRow {
-    LeftOutReason reason;
-    const char *key;
-};
-
 constexpr std::array reasons = {
-    ReasonRow{LeftOutReason::TopOfVolume, QT_TRID_NOOP("LEFT_OUT_TOP")},
-    ReasonRow{LeftOutReason::NotOwned, QT_TRID_NOOP("LEFT_OUT_FOREIGN")},
-    ReasonRow{LeftOutReason::KeptPlace, QT_TRID_NOOP("LEFT_OUT_KEPT")},
+    WordRow{LeftOutReason::TopOfVolume, QT_TRID_NOOP("LEFT_OUT_TOP")},
+    WordRow{LeftOutReason::NotOwned, QT_TRID_NOOP("LEFT_OUT_FOREIGN")},
+    WordRow{LeftOutReason::KeptPlace, QT_TRID_NOOP("LEFT_OUT_KEPT")},
 };
 
 void addVolumeTrashes(CleanFolders &folders) {
@@ -65,10 +60,8 @@ std::vector<RemovalRoot> FolderUtilities::getFolderPath(std::uint32_t index,
 QString FolderUtilities::wordsOf(const std::vector<LeftOutFolder> &leftOut) {
     QStringList sentences;
     for (const LeftOutFolder &folder : leftOut) {
-        const auto row = std::find_if(reasons.begin(), reasons.end(), [&](const ReasonRow &reason) {
-            return reason.reason == folder.reason;
-        });
-        sentences += localizedText(row->key).arg(paths::display(folder.path));
+        const char *const key = wordsIn(reasons, folder.reason, "");
+        sentences += localizedText(key).arg(paths::display(folder.path));
     }
     return sentences.join(QLatin1Char(' '));
 }

@@ -291,20 +291,27 @@ void NewMainViewController::cleanShowSelectNumCommAction() {
 }
 
 void NewMainViewController::refreshCounters() {
-    const CleanSelection::Counts all = m_selection->counts();
+    std::array<int, categoryCount> states{};
+    CleanSelection::Counts all;
+    CleanSelection::Counts shown;
+    for (unsigned index = 0; index < categoryCount; ++index) {
+        // Every count looks at all rows of its category.
+        const CleanSelection::Counts one = m_selection->counts(index);
+        states[index] = CleanSelection::stateOf(index, one);
+        all += one;
+        if (m_selectRowNum == int(index) + 1)
+            shown = one;
+    }
     const bool free = isCleanFinshed() && m_state != State::Scanning && m_state != State::Stopping;
     m_selectCount2Clean = all.selected;
     m_allSelectTotalSize = all.bytes;
     m_controls.trashFileNumTF = readersNumber(all.selected);
     m_controls.allSelect = m_outline->allSelectState();
-    std::array<int, 6> states{};
-    for (unsigned index = 0; index < categoryCount; ++index)
-        states[index] = m_selection->stateOf(index);
     m_customTableView->showStates(states);
     setCleanButtonEnabled(free && all.selected >= 1);
-    CleanSelection::Counts shown = all;
-    if (m_selectRowNum >= 1 && m_selectRowNum <= int(categoryCount)) {
-        shown = m_selection->counts(unsigned(m_selectRowNum - 1));
+    if (m_selectRowNum < 1 || m_selectRowNum > int(categoryCount)) {
+        shown = all;
+    } else {
         const bool any = free && shown.selected > 0;
         m_controls.oneListCleanButton.enabled = any;
         m_controls.oneListCleanButton.image =

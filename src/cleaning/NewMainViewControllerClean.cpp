@@ -273,12 +273,13 @@ void NewMainViewController::leaveCleaning() {
     m_controls.backButton.enabled = true;
     m_controls.outlineEnabled = true;
     setTicksEnabled(true);
-    setState(State::Results);
+    // Before the views look at what a clean has emptied.
     for (unsigned index = 0; index < categoryCount; ++index) {
         if (tableControllers[index]->rowCount() == 0)
             allNewViewArr[index]->setCheckBoxHidden(true);
         m_lists[index]->reload();
     }
+    setState(State::Results);
 }
 
 } // namespace brightsweep

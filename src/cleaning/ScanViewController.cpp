@@ -15,8 +15,6 @@
 #include "removal/RemovalReason.h"
 #include "removal/RemovalRun.h"
 
-#include <QTimer>
-
 #include <algorithm>
 #include <unordered_map>
 #include <utility>
@@ -78,8 +76,6 @@ void ScanViewController::beginScanTask(std::vector<RemovalRoot> folders) {
     folderPaths = std::move(folders);
     twScan = ThreadWorker::workOn(this, &ScanViewController::scanFolder, nullptr,
                                   &ScanViewController::scanTaskFinished);
-    if (!twScan)
-        QTimer::singleShot(0, this, &ScanViewController::scanTaskFinished);
 }
 
 void ScanViewController::scanFolder(std::nullptr_t, ThreadWorker *) {
@@ -174,8 +170,6 @@ void ScanViewController::beginCleanTask(std::shared_ptr<RemovalRun> run) {
     m_run = std::move(run);
     twFastClean = ThreadWorker::workOn(this, &ScanViewController::fastClean, nullptr,
                                        &ScanViewController::cleanFinished);
-    if (!twFastClean)
-        QTimer::singleShot(0, this, &ScanViewController::cleanFinished);
 }
 
 void ScanViewController::fastClean(std::nullptr_t, ThreadWorker *) {

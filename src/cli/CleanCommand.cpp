@@ -16,7 +16,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <limits>
 
 namespace brightsweep::cli {
@@ -193,13 +192,11 @@ int run(const QCommandLineParser &parser, Output &output) {
     // Rights that a removal still waits for go with the process.
     if (end != RunEnd::LeftBehind)
         NvAuthorization::shareNvAuthorization().freeAuthorization();
-    else
-        RemovalRun::endForQuit(std::chrono::milliseconds(0));
     const bool written = output.data(output.json ? jsonDocument(results, removing, bytes)
                                                  : text(results, removing, bytes));
     const int status = !written ? Failed : failed ? PartlyFailed : Done;
     if (end == RunEnd::LeftBehind)
-        Interruption::end(Interruption::statusUnless(status));
+        Interruption::end(status);
     return status;
 }
 

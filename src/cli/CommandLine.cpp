@@ -157,7 +157,7 @@ int runCommandLine(int argc, char **argv) {
                             command->name + " --help` for what it takes.");
     output.json = parser.isSet(QStringLiteral("json"));
     output.quiet = parser.isSet(QStringLiteral("quiet"));
-    return Interruption::statusUnless(command->run(parser, output));
+    return command->run(parser, output);
 }
 
 } // namespace brightsweep::cli

@@ -143,11 +143,6 @@ void hear(int number, siginfo_t *, void *) {
     ++heard[place - std::begin(endingSignals)];
 }
 
-// Where the standard descriptors are closed, one of them would be taken for it.
-FileDescriptor awayFromStandard(const FileDescriptor &descriptor) {
-    return FileDescriptor(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-}
-
 } // namespace
 
 void Interruption::divideProcess() {
@@ -166,9 +161,9 @@ void Interruption::divideProcess() {
     ::sigprocmask(SIG_BLOCK, &blocked, &before);
 
     int ends[2] = {-1, -1};
-    const bool hasPipe = ::pipe(ends) == 0;
-    FileDescriptor reports = awayFromStandard(FileDescriptor(ends[0]));
-    FileDescriptor reporting = awayFromStandard(FileDescriptor(ends[1]));
+    const bool hasPipe = ::pipe2(ends, O_CLOEXEC) == 0;
+    FileDescriptor reports(ends[0]);
+    FileDescriptor reporting(ends[1]);
     const pid_t parent = ::getpid();
     const pid_t worker = hasPipe ? ::fork() : -1;
     if (worker > 0) {
@@ -261,11 +256,6 @@ bool Interruption::timeIsUp() {
     return asked != 0 && now() - askedAt >= patienceWithWork.count();
 }
 
-int Interruption::statusUnless(int status) {
-    const int number = asked;
-    return number != 0 ? 128 + number : status;
-}
-
 void Interruption::outputBegins() {
     static std::atomic<bool> told{false};
     if (asked != 0 && !told.exchange(true))
@@ -273,6 +263,8 @@ void Interruption::outputBegins() {
 }
 
 void Interruption::end(int status) {
+    if (const int number = asked)
+        status = 128 + number;
     try {
         ObjectLog::flushAll();
     } catch (const std::bad_alloc &) {

@@ -25,11 +25,10 @@ public:
     static int signal();
     /// True once the command was asked to end and what it waits for has had its time.
     static bool timeIsUp();
-    /// The exit status of a command that ends now with this one, unless it was interrupted.
-    static int statusUnless(int status);
     /// What is known is now being put out, however long that takes.
     static void outputBegins();
-    /// Ends the process, and does not wait for its threads. All has been put out.
+    /// Ends the process with this exit status, unless it was interrupted, and does not wait for its
+    /// threads. All has been put out.
     [[noreturn]] static void end(int status);
 
 private:

@@ -93,7 +93,7 @@ int run(const QCommandLineParser &parser, Output &output) {
     const bool written = output.data(output.json ? jsonDocument(runs) : table(runs, withItems));
     const int status = written ? Done : Failed;
     if (end == RunEnd::LeftBehind)
-        Interruption::end(Interruption::statusUnless(status));
+        Interruption::end(status);
     return status;
 }
 

@@ -2,6 +2,7 @@
 
 #include "cli/Interruption.h"
 #include "core/ThreadWorker.h"
+#include "removal/RemovalRun.h"
 
 #include <QEventLoop>
 #include <QTimer>
@@ -14,20 +15,18 @@ namespace brightsweep::cli {
 
 namespace {
 
-constexpr std::chrono::milliseconds pollInterval(50);
+using std::chrono::milliseconds;
+
+constexpr milliseconds pollInterval(50);
 
 struct Job {
     explicit Job(const Work &toRun) : work(toRun) {}
     void run(int) { work.run(); }
-    void ended() {
-        failure = worker->failure();
-        loop.quit();
-    }
+    void ended() { loop.quit(); }
 
     const Work &work;
     QEventLoop loop;
     std::shared_ptr<ThreadWorker> worker;
-    std::exception_ptr failure;
 };
 
 } // namespace
@@ -47,6 +46,9 @@ bool waitInterruptibly(QEventLoop &loop, Output &output, const std::function<voi
     poll.start(pollInterval);
     const bool ended = loop.exec() != leftBehind;
     output.progress({});
+    // The folders that a removal has opened up are closed by nobody else.
+    if (!ended)
+        RemovalRun::endForQuit(milliseconds(0));
     return ended;
 }
 
@@ -54,13 +56,13 @@ int runWork(const Work &work, Output &output) {
     Job job(work);
     job.worker = ThreadWorker::workOn(&job, &Job::run, 0, &Job::ended);
     const bool ended = waitInterruptibly(job.loop, output, work.stop, work.progress);
-    if (job.failure)
-        std::rethrow_exception(job.failure);
+    if (const auto failure = ended ? job.worker->failure() : nullptr)
+        std::rethrow_exception(failure);
     // To make it up may take a while, too.
     Interruption::outputBegins();
     const int status = work.tell(!ended);
     if (!ended)
-        Interruption::end(Interruption::statusUnless(status));
+        Interruption::end(status);
     return status;
 }
 

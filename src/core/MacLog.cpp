@@ -66,10 +66,7 @@ void MacLog::setLogFile(std::string_view fileName) {
     const auto path = paths::join(supportFolder(), fileName);
     deleteLog(path);
     FileDescriptor file = openLog(path);
-    // With standard error closed the file may be it already.
-    if (file.get() == STDERR_FILENO)
-        ::fcntl(file.release(), F_SETFD, 0);
-    else if (file)
+    if (file)
         ::dup2(file.get(), STDERR_FILENO);
     logSysInfo(path);
 }

@@ -44,19 +44,13 @@ std::shared_ptr<Operation> OperationQueue::next() {
 }
 
 void OperationQueue::work(std::nullptr_t) {
-    struct Mark {
-        explicit Mark(std::atomic<std::thread::id> &mark) : thread(mark) {
-            thread = std::this_thread::get_id();
-        }
-        ~Mark() { thread = std::thread::id(); }
-        std::atomic<std::thread::id> &thread;
-    };
-    const Mark mark(m_thread);
+    m_thread = std::this_thread::get_id();
     while (const auto operation = next())
         operation->main();
 }
 
 void OperationQueue::ended() {
+    m_thread = std::thread::id();
     const bool failed = std::exchange(m_worker, nullptr)->failure() != nullptr;
     bool more = false;
     {

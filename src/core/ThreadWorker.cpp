@@ -91,7 +91,7 @@ void ThreadWorker::runPrimaryTask() {
 
 // All on the starting thread, so that nothing has to be waited for.
 void ThreadWorker::doWithoutThread(std::exception_ptr reason) {
-    m_hasThread = false;
+    m_workReturned = true;
     if (!m_queue)
         m_queue = new CallQueue;
     m_queue->post([self = shared_from_this(), reason] {
@@ -114,10 +114,6 @@ void ThreadWorker::callEnd() {
     }
     if (m_didEnd)
         m_didEnd();
-    closeQueue();
-}
-
-void ThreadWorker::closeQueue() {
     CallQueue *queue = nullptr;
     {
         const std::lock_guard lock(m_mutex);
@@ -137,7 +133,7 @@ void ThreadWorker::abandon() {
         m_abandoned = true;
         queue = std::exchange(m_queue, nullptr);
         m_changed.notify_all();
-        m_changed.wait(lock, [this] { return m_workReturned || !m_hasThread; });
+        m_changed.wait(lock, [this] { return m_workReturned; });
     }
     if (queue)
         queue->deleteLater();

@@ -95,13 +95,11 @@ private:
     void doWithoutThread(std::exception_ptr reason);
     void postToQueue(std::unique_lock<std::mutex> &lock, const std::function<void()> &function);
     void callEnd();
-    void closeQueue();
 
     Work m_work;
     std::function<void()> m_didEnd;
     std::atomic<bool> m_cancelled{false};
     std::exception_ptr m_failure;
-    bool m_hasThread = true;
 
     std::mutex m_mutex;
     std::condition_variable m_changed;

@@ -31,6 +31,16 @@ void removeSmallFolders(FSNode &node, std::size_t first, std::uint64_t limit) {
                         node.children.end());
 }
 
+// Everything below the node is there: the folders count, and those below the limit go.
+void complete(FSNode &node, std::size_t first, std::uint64_t limit) {
+    for (std::size_t i = first; i < node.children.size(); ++i) {
+        if (node.children[i]->_isDirectory)
+            node.size = plusSaturating(node.size, node.children[i]->size);
+    }
+    removeSmallFolders(node, first, limit);
+    node.isComplete = true;
+}
+
 // Fills one node. A directory's node is touched by the thread that reads the directory, and again
 // once everything below it is complete; no lock is needed.
 class ListWalk final : public DirectoryWalk::Visitor {
@@ -71,14 +81,8 @@ public:
     void left(DirectoryWalk::Directory &directory) override {
         const std::shared_lock lock(m_tree);
         FSNode &node = *static_cast<FSNode *>(directory.context());
-        const std::size_t first = &node == &m_root ? m_firstOwnChild : 0;
-        for (std::size_t i = first; i < node.children.size(); ++i) {
-            if (node.children[i]->_isDirectory)
-                node.size = plusSaturating(node.size, node.children[i]->size);
-        }
-        removeSmallFolders(node, first, m_limit);
+        complete(node, &node == &m_root ? m_firstOwnChild : 0, m_limit);
         node.children.shrink_to_fit();
-        node.isComplete = true;
     }
 
 private:
@@ -90,10 +94,6 @@ private:
 };
 
 } // namespace
-
-NodeTreeOperator::NodeTreeOperator() : m_tree(std::make_unique<std::shared_mutex>()) {}
-
-NodeTreeOperator::~NodeTreeOperator() = default;
 
 std::uint64_t NodeTreeOperator::getFistListTree(const std::filesystem::path &path, FSNode &root,
                                                 std::uint64_t limit) {
@@ -112,16 +112,18 @@ std::uint64_t NodeTreeOperator::getFistListTree(const std::filesystem::path &pat
     auto directory = files.openDirectory(path);
     if (!directory)
         return 0;
-    return ListWalk(root, limit, *m_tree).run(std::move(*directory));
+    return ListWalk(root, limit, m_tree).run(std::move(*directory));
 }
 
 std::uint64_t NodeTreeOperator::giveUp(FSNode &root, std::uint64_t limit) {
-    m_tree->lock(); // and never unlocked
+    m_tree.lock(); // and never unlocked
     struct Level {
         FSNode *node;
         std::size_t next;
     };
-    std::vector<Level> levels{{&root, 0}};
+    std::vector<Level> levels;
+    if (!root.isComplete)
+        levels.push_back({&root, 0});
     while (!levels.empty()) {
         auto &[node, next] = levels.back();
         if (next < node->children.size()) {
@@ -130,11 +132,7 @@ std::uint64_t NodeTreeOperator::giveUp(FSNode &root, std::uint64_t limit) {
                 levels.push_back({&child, 0});
             continue;
         }
-        for (const auto &child : node->children) {
-            if (child->_isDirectory)
-                node->size = plusSaturating(node->size, child->size);
-        }
-        removeSmallFolders(*node, 0, limit);
+        complete(*node, 0, limit);
         levels.pop_back();
     }
     return root.size;

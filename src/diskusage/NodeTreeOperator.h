@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <shared_mutex>
 
 namespace brightsweep {
@@ -13,9 +12,6 @@ namespace brightsweep {
 /// call only, and ends early when the flag of TaskStopper is set; what was found so far stays.
 class NodeTreeOperator {
 public:
-    NodeTreeOperator();
-    ~NodeTreeOperator();
-
     /// Adds to `root` what lies below the path and is at least `limit` bytes large, folders with
     /// all below them, in system order. Returns the bytes of everything there, kept or not. A path
     /// that is no folder becomes itself a child of `root`, unless it is smaller than the limit,
@@ -29,7 +25,7 @@ public:
     std::uint64_t giveUp(FSNode &root, std::uint64_t limit);
 
 private:
-    std::unique_ptr<std::shared_mutex> m_tree; // held by whoever writes a node
+    std::shared_mutex m_tree; // held by whoever writes a node
 };
 
 /// The size in bytes below which the list leaves items out, from the settings. It wraps: a limit in

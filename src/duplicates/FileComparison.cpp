@@ -111,7 +111,7 @@ std::error_code FileComparison::lookForWriters(const HeldCopy &file, const HeldC
     const auto isWritten = [&](const HeldCopy &copy) {
         return !copy.isGuarded &&
                std::binary_search(written.begin(), written.end(),
-                                  WrittenFile{copy.attributes.device, copy.attributes.inode});
+                                  FileIdentity{copy.attributes.device, copy.attributes.inode});
     };
     if (isWritten(file))
         return DuplicateError::BeingWritten;

@@ -264,7 +264,7 @@ bool FileListWalk::isPassedOver(const DirectoryWalk::Directory &directory) const
     const auto &all = m_rules.passedOver;
     return !all.empty() &&
            std::binary_search(all.begin(), all.end(),
-                              DirectoryIdentity{directory.device(), directory.inode()}) &&
+                              FileIdentity{directory.device(), directory.inode()}) &&
            !(m_rootDirectory && directory.device() == m_rootDirectory->device &&
              directory.inode() == m_rootDirectory->inode);
 }

@@ -35,7 +35,7 @@ public:
         unsigned threads = 0;
         const std::atomic<bool> *stop = nullptr;
         /// Directories below the root that are left out with all they hold; sorted.
-        std::vector<DirectoryIdentity> passedOver = {};
+        std::vector<FileIdentity> passedOver = {};
         /// Called with each directory as it is read, on any thread.
         std::function<void(std::string path)> current = {};
         /// Asked for a directory directly below the root; true leaves it out.

@@ -24,7 +24,7 @@ public:
     explicit FindDuplicateApp(unsigned threads = 0);
 
     /// Directories that are no part of a bundle that they lie in; sorted.
-    void setPassedOver(std::vector<DirectoryIdentity> directories) {
+    void setPassedOver(std::vector<FileIdentity> directories) {
         m_passedOver = std::move(directories);
     }
     /// The stage. Appends the groups; in each the bundle that was found first stands last.
@@ -60,7 +60,7 @@ private:
 
     FileOperations &m_files;
     unsigned m_threads;
-    std::vector<DirectoryIdentity> m_passedOver;
+    std::vector<FileIdentity> m_passedOver;
     AppList m_AllAppItem;
     std::atomic<std::uint32_t> m_progress{0};
     std::uint64_t m_AppCount = 0;

@@ -80,8 +80,6 @@ void SameFileDeleteViewController::removalAnswered(Act act) {
     m_twRemoveDupFiles =
         ThreadWorker::workOn(this, &SameFileDeleteViewController::deleteDupFiles, nullptr,
                              &SameFileDeleteViewController::deleteFinished);
-    if (!m_twRemoveDupFiles)
-        deleteFinished();
 }
 
 // A copy of what the worker needs, so that the tree belongs to the main thread alone.

@@ -55,7 +55,7 @@ private:
     std::atomic<std::uint64_t> m_iProgress{0};
     std::uint64_t m_limittedSize = 0;
     std::vector<std::string> DirectoryArray;
-    std::vector<DirectoryIdentity> m_passedOver;
+    std::vector<FileIdentity> m_passedOver;
     std::atomic<bool> m_Stop{false};
     bool m_bSearchHiddenFile = false;
     bool m_bSearchSystemDirectory = false;

@@ -55,7 +55,7 @@ public:
     void setM_bSearchSystemDirectory(bool value) { m_bSearchSystemDirectory = value; }
 
     /// Directories to be left out with all they hold; sorted.
-    void setPassedOver(std::vector<DirectoryIdentity> directories) {
+    void setPassedOver(std::vector<FileIdentity> directories) {
         m_passedOver = std::move(directories);
     }
 
@@ -67,7 +67,7 @@ private:
     bool m_bSearchHiddenFile = false;
     bool m_bSearchSystemDirectory = false;
     unsigned m_threads;
-    std::vector<DirectoryIdentity> m_passedOver;
+    std::vector<FileIdentity> m_passedOver;
     const std::atomic<bool> *m_ownersStop;
     mutable std::mutex m_mutex;
     std::string m_currentPath;

@@ -61,11 +61,8 @@ QString display(const std::filesystem::path &path) {
 
 QString displayFromHome(const std::filesystem::path &path) {
     const std::string &bytes = path.native();
-    std::string home = homeFolder().native();
-    while (home.size() > 1 && home.back() == '/')
-        home.pop_back();
-    const bool isBelow = home.size() > 1 && bytes.starts_with(home) &&
-                         (bytes.size() == home.size() || bytes[home.size()] == '/');
+    const std::string home(withoutTrailingSlashes(homeFolder().native()));
+    const bool isBelow = home.size() > 1 && isSameOrBelow(bytes, home);
     return isBelow ? u'~' + display(std::string_view(bytes).substr(home.size())) : display(bytes);
 }
 

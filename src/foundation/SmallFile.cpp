@@ -5,7 +5,6 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <stdlib.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 
@@ -51,11 +50,10 @@ Result<Target> replaceable(const std::filesystem::path &path) {
         return errno == ENOENT ? Result<Target>(Target{path, {}}) : lastError();
     Target target{path, {}};
     if (S_ISLNK(status.st_mode)) {
-        char *const resolved = ::realpath(path.c_str(), nullptr);
-        if (!resolved)
-            return lastError();
-        target.path = resolved;
-        ::free(resolved);
+        std::error_code error;
+        target.path = std::filesystem::canonical(path, error);
+        if (error)
+            return error;
         const uid_t linksOwner = status.st_uid;
         if (::lstat(target.path.c_str(), &status) != 0)
             return lastError();

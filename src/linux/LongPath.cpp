@@ -107,6 +107,14 @@ Result<std::string> canonicalLongPath(std::string_view path) {
     return canonical.empty() ? "/" : canonical;
 }
 
+void makeFolders(const std::string &path) {
+    for (auto slash = path.find('/', 1);; slash = path.find('/', slash + 1)) {
+        ::mkdir(path.substr(0, slash).c_str(), 0700);
+        if (slash == path.npos)
+            return;
+    }
+}
+
 std::string currentPath(int directory) {
     const std::string link = "/proc/self/fd/" + std::to_string(directory);
     std::string path(PATH_MAX, '\0');

@@ -23,6 +23,10 @@ Result<ShortPath> shortenPath(std::string_view path);
 /// any length. Each component is opened in turn.
 Result<std::string> canonicalLongPath(std::string_view path);
 
+/// Makes every folder of an absolute path that is missing, with the mode that the base directories
+/// have.
+void makeFolders(const std::string &path);
+
 /// Where an open directory is now, whatever it was called when it was opened. Empty where the
 /// kernel cannot say, as for paths longer than a page.
 std::string currentPath(int directory);

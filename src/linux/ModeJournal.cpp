@@ -209,9 +209,7 @@ std::error_code ModeJournal::open(const std::string &path) {
 std::error_code ModeJournal::begin() {
     if (m_path.empty())
         return std::make_error_code(std::errc::operation_not_permitted);
-    for (auto slash = m_path.find('/', 1); slash != m_path.npos;
-         slash = m_path.find('/', slash + 1))
-        ::mkdir(m_path.substr(0, slash).c_str(), 0700);
+    makeFolders(m_path.substr(0, m_path.rfind('/')));
     off_t size = 0;
     auto file = openJournal(m_path, O_CREAT, size);
     // That its folder is missing must not be taken for the directory that was to be opened up.

@@ -95,6 +95,12 @@ Result<FileDescriptor> openPlaceAt(int parent, const char *name) {
     return place;
 }
 
+bool isOnSameMount(int one, int other) {
+    const auto first = placeOf(one);
+    const auto second = placeOf(other);
+    return first && second && first->mount == second->mount;
+}
+
 Result<FileDescriptor> openPlace(std::string_view path) {
     FileDescriptor place;
     // In pieces that one call takes; see shortenPath(), which follows every kind of link.

@@ -28,6 +28,9 @@ struct Place {
 /// Of an open descriptor. Asks no server: what the kernel remembers is enough.
 Result<Place> placeOf(int descriptor);
 
+/// True where both descriptors were opened by the same mount.
+bool isOnSameMount(int one, int other);
+
 /// Opens a directory as a place (O_PATH), which asks no server for it. Links on the way are
 /// followed, but never those under /proc that lead to open files and other processes' roots. A
 /// kernel without openat2(2) follows none. A path of any length.

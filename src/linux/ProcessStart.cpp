@@ -53,8 +53,7 @@ bool takeOver(int descriptor, int place) {
     ::_exit(127);
 }
 
-} // namespace
-
+// As the system takes arguments and environments: valid while the texts live unchanged.
 std::vector<char *> pointersTo(std::vector<std::string> &texts) {
     std::vector<char *> result;
     for (std::string &text : texts)
@@ -62,6 +61,8 @@ std::vector<char *> pointersTo(std::vector<std::string> &texts) {
     result.push_back(nullptr);
     return result;
 }
+
+} // namespace
 
 std::pair<pid_t, int> startProcess(ProcessStart start) {
     const auto arguments = pointersTo(start.arguments);

@@ -9,9 +9,6 @@
 
 namespace brightsweep {
 
-/// The texts as the system takes arguments and environments: valid while they live unchanged.
-std::vector<char *> pointersTo(std::vector<std::string> &texts);
-
 /// How a program is started beside this one: what it runs, what it is given, what it is bound to.
 struct ProcessStart {
     static constexpr int nowhere = -1;   ///< /dev/null

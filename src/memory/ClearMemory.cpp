@@ -61,6 +61,7 @@ int ClearMemory::getMemoryInfo(MemoryInfo *info) {
     if (isRunFree && !taskRuns()) {
         NSLog("Task finished. status = %d", m_endStatus);
         m_status = m_endStatus;
+        m_didNothing = m_didNothing || m_endStatus != 0;
         isRunFree = false;
         task = 0;
     }
@@ -74,11 +75,11 @@ int ClearMemory::clearMemory() {
             return 1;
     }
     const std::vector<std::string> command = releaseCommand();
-    m_isStandIn = command.size() > 1;
     // What the tool says goes where this process's own troubles go, never into its output.
     const auto [process, error] = startProcess({.arguments = command, .output = STDERR_FILENO});
-    m_failedToStart = error != 0;
-    if (m_failedToStart) {
+    const bool isStandIn = command.size() > 1;
+    m_didNothing = error != 0 || isStandIn;
+    if (error != 0) {
         NSLog("%@ cannot be started: %@", command[0],
               std::error_code(error, std::generic_category()));
         return -1;
@@ -87,10 +88,6 @@ int ClearMemory::clearMemory() {
     m_ended = false;
     isRunFree = true;
     return 0;
-}
-
-bool ClearMemory::couldDoNothing() const {
-    return !isRunFree && (m_failedToStart || (m_status && (m_isStandIn || *m_status != 0)));
 }
 
 bool ClearMemory::isRuning() {

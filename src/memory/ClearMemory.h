@@ -38,7 +38,7 @@ public:
     std::optional<int> terminationStatus() const { return m_status; }
     /// The last attempt released nothing: its tool could not be started, failed, or is not there,
     /// so that this program stood in for it. False while it runs.
-    bool couldDoNothing() const;
+    bool couldDoNothing() const { return !isRunFree && m_didNothing; }
 
     /// What a release starts: the system's own tool, else that of this program, else this program
     /// with "fr" and the number of free and inactive bytes, which frees nothing.
@@ -51,8 +51,7 @@ private:
     pid_t task = 0;
     bool isRunFree = false;
     bool m_ended = false; // the child has been waited for
-    bool m_isStandIn = false;
-    bool m_failedToStart = false;
+    bool m_didNothing = false;
     std::optional<int> m_status;
     int m_endStatus = 0;
 };

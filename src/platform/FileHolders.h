@@ -1,7 +1,7 @@
 #pragma once
 
-#include <compare>
-#include <cstdint>
+#include "platform/FileIdentity.h"
+
 #include <string>
 #include <vector>
 
@@ -12,14 +12,6 @@ namespace brightsweep {
 struct HeldFile {
     std::string path;    ///< absolute, without links; bytes
     std::string program; ///< its name
-};
-
-/// A file that a running program may write to, by what it is.
-struct WrittenFile {
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
-
-    auto operator<=>(const WrittenFile &) const = default;
 };
 
 /// Which files running programs hold. Safe from every thread; looks at every process and is not for
@@ -33,7 +25,7 @@ public:
     /// file system for any of the files.
     virtual std::vector<HeldFile> heldFiles() = 0;
     /// The files that they have open, or mapped and shared, for writing; sorted. Likewise.
-    virtual std::vector<WrittenFile> writtenFiles() = 0;
+    virtual std::vector<FileIdentity> writtenFiles() = 0;
 };
 
 } // namespace brightsweep

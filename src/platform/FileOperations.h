@@ -2,6 +2,7 @@
 
 #include "foundation/FileDescriptor.h"
 #include "foundation/Result.h"
+#include "platform/FileIdentity.h"
 
 #include <atomic>
 #include <cstdint>
@@ -30,14 +31,6 @@ struct FileAttributes {
     std::uint64_t inode = 0;
     std::int64_t modified = 0; ///< nanoseconds since the epoch
     std::int64_t changed = 0;  ///< likewise: contents, mode, names or owner
-};
-
-/// Which directory it is, by whatever path it is reached.
-struct DirectoryIdentity {
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
-
-    auto operator<=>(const DirectoryIdentity &) const = default;
 };
 
 /// An open directory and what it is. The descriptor closes with it.
@@ -148,7 +141,6 @@ struct TrashFolder {
     /// What the record of an item puts before its name: the folder's path, absolute in the home
     /// trash, from the volume's top in another, where it is empty for the top itself.
     std::string original;
-    bool isHome = false;
 };
 
 /// How far two files came to share their blocks.
@@ -209,8 +201,7 @@ public:
     /// The directories of which a search of the root would meet the files a second time, as an
     /// overlay mount in it shows them too: that overlay's layers; or its top, where a layer of it
     /// holds the root itself. Sorted, and most often empty.
-    virtual std::vector<DirectoryIdentity>
-    repeatedByOverlays(const std::filesystem::path &root) = 0;
+    virtual std::vector<FileIdentity> repeatedByOverlays(const std::filesystem::path &root) = 0;
 
     // -- File contents
 

@@ -61,7 +61,7 @@ public:
     }
     Result<std::string> linkTarget(const std::filesystem::path &) override { return unsupported; }
     bool isMountPoint(const std::filesystem::path &) override { return false; }
-    std::vector<DirectoryIdentity> repeatedByOverlays(const std::filesystem::path &) override {
+    std::vector<FileIdentity> repeatedByOverlays(const std::filesystem::path &) override {
         return {};
     }
     Result<FileDescriptor> openFile(const std::filesystem::path &) override { return unsupported; }
@@ -189,7 +189,7 @@ class NullFileHolders final : public Null<FileHolders> {
 public:
     using Null::Null;
     std::vector<HeldFile> heldFiles() override { return {}; }
-    std::vector<WrittenFile> writtenFiles() override { return {}; }
+    std::vector<FileIdentity> writtenFiles() override { return {}; }
 };
 
 class NullStatusItem final : public Null<StatusItem> {

@@ -67,18 +67,20 @@ private:
     std::set<std::pair<std::uint64_t, std::uint64_t>> m_known;
 };
 
-} // namespace
-
+// The path of the item, and when it was thrown away, in the user's own time.
 std::string trashInfoText(const std::string &path, const std::string &date) {
     const auto encoded =
         QByteArray(path.data(), qsizetype(path.size())).toPercentEncoding("/").toStdString();
     return "[Trash Info]\nPath=" + encoded + "\nDeletionDate=" + date + '\n';
 }
 
-const Result<TrashFolder> &MoveToTrash::trashOf(const OpenItem &item) {
-    if (m_folder != item.folder) {
-        m_trash = files().trashOf(*item.folder, true);
+} // namespace
+
+const Result<TrashFolder> &MoveToTrash::trashOf(const OpenItem &item, bool make) {
+    if (m_folder != item.folder || make > m_made) {
+        m_trash = files().trashOf(*item.folder, make);
         m_folder = item.folder;
+        m_made = make;
     }
     return m_trash;
 }
@@ -86,13 +88,13 @@ const Result<TrashFolder> &MoveToTrash::trashOf(const OpenItem &item) {
 std::error_code MoveToTrash::check(const OpenItem &item) {
     if (const auto error = files().checkRemoval(item))
         return error;
-    return files().trashOf(*item.folder, false).error();
+    return trashOf(item, false).error();
 }
 
 std::error_code MoveToTrash::move(const OpenItem &item) {
     if (const auto error = files().checkRemoval(item))
         return error;
-    const auto &trash = trashOf(item);
+    const auto &trash = trashOf(item, true);
     if (!trash)
         return trash.error();
     unsigned &attempt = m_taken[item.name];

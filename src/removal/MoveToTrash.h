@@ -26,18 +26,15 @@ public:
     std::error_code move(const OpenItem &item);
 
 private:
-    const Result<TrashFolder> &trashOf(const OpenItem &item);
+    const Result<TrashFolder> &trashOf(const OpenItem &item, bool make);
     std::error_code moveAs(const OpenItem &item, const TrashFolder &trash, const std::string &name);
     void noteSize(const TrashFolder &trash, const std::string &name);
 
     const std::atomic<bool> *m_stop;
     std::shared_ptr<const HoldingFolder> m_folder; ///< whose trash m_trash is
+    bool m_made = false;                           ///< what was missing of that trash has been made
     Result<TrashFolder> m_trash = std::errc::no_such_file_or_directory;
     std::unordered_map<std::string, unsigned> m_taken; ///< the last number given to a name
 };
-
-/// The text of a `.trashinfo` file: the path of the item, and when it was thrown away, in the
-/// user's own time.
-std::string trashInfoText(const std::string &path, const std::string &date);
 
 } // namespace brightsweep

@@ -2,35 +2,27 @@
 
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
+#include "foundation/WordTable.h"
 #include "platform/Platform.h"
 #include "removal/RemovalRun.h"
 
-#include <array>
 #include <cerrno>
 
 namespace brightsweep {
 
 namespace {
 
-struct OutcomeWords {
-    RightsOutcome outcome;
-    const char *words;
-};
-
 constexpr std::array outcomeWords = {
-    OutcomeWords{RightsOutcome::Dismissed, "the dialog was dismissed"},
-    OutcomeWords{RightsOutcome::Denied, "denied"},
-    OutcomeWords{RightsOutcome::NoAgent, "no agent to ask the user"},
-    OutcomeWords{RightsOutcome::NoBus, "no bus or no authority on it"},
-    OutcomeWords{RightsOutcome::Failed, "the request failed"},
+    WordRow{RightsOutcome::Dismissed, "the dialog was dismissed"},
+    WordRow{RightsOutcome::Denied, "denied"},
+    WordRow{RightsOutcome::NoAgent, "no agent to ask the user"},
+    WordRow{RightsOutcome::NoBus, "no bus or no authority on it"},
+    WordRow{RightsOutcome::Failed, "the request failed"},
 };
 
 void logOutcome(const RightsResult &result) {
-    for (const OutcomeWords &row : outcomeWords) {
-        if (row.outcome == result.outcome)
-            NSLog("Administrator rights: %s (status %d): %@", row.words, result.status,
-                  result.message);
-    }
+    if (const char *const words = wordsIn(outcomeWords, result.outcome, nullptr))
+        NSLog("Administrator rights: %s (status %d): %@", words, result.status, result.message);
 }
 
 AdministratorRights &rights() {

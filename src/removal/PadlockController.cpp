@@ -69,8 +69,6 @@ void PadlockController::unlockRigths(bool open) {
     setAsking(true);
     m_worker = ThreadWorker::workOn(this, &PadlockController::askForRights, nullptr,
                                     &PadlockController::answered);
-    if (!m_worker)
-        answered();
 }
 
 void PadlockController::askForRights(std::nullptr_t) {

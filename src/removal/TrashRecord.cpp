@@ -77,22 +77,36 @@ std::string_view encodedName(std::string_view line) {
     return line;
 }
 
-// Nothing is taken from another mount, be it one upon a trash's folder.
-bool isOnSameMount(int one, int other) {
-    const auto first = placeOf(one);
-    const auto second = placeOf(other);
-    return first && second && first->mount == second->mount;
-}
-
 // One rewrite at a time: the new text replaces what was read.
 std::mutex &rewriting() {
     static std::mutex mutex;
     return mutex;
 }
 
-// Takes the lines of those names out, and puts the new ones at the end.
-std::error_code rewriteSizes(int trash, const std::unordered_set<std::string> &names,
-                             const std::string &lines) {
+using Lines = std::map<std::string, std::string>;
+
+// The text of a `directorysizes` file without the lines for those names. A line is a size, a time
+// and the percent-encoded name.
+std::string withoutDirectorySizes(std::string_view text, const Lines &names) {
+    std::string kept;
+    while (!text.empty()) {
+        const std::string_view line =
+            text.substr(0, std::min(text.find('\n'), text.size() - 1) + 1);
+        text.remove_prefix(line.size());
+        const std::string_view encoded = encodedName(line.substr(0, line.find('\n')));
+        const auto decoded =
+            QByteArray::fromPercentEncoding(QByteArray(encoded.data(), qsizetype(encoded.size())));
+        if (!names.contains(decoded.toStdString()))
+            kept += line;
+    }
+    return kept;
+}
+
+// Takes the old lines of those names out, and puts the new ones at the end.
+std::error_code rewriteSizes(int trash, const Lines &byName) {
+    std::string lines;
+    for (const auto &[name, line] : byName)
+        lines += line;
     const std::lock_guard lock(rewriting());
     const FileDescriptor old(
         ::openat(trash, sizesFile, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
@@ -113,7 +127,7 @@ std::error_code rewriteSizes(int trash, const std::unordered_set<std::string> &n
         const auto text = readAll(old.get());
         if (!text)
             return text.error();
-        kept = withoutDirectorySizes(*text, names);
+        kept = withoutDirectorySizes(*text, byName);
         if (kept == *text && lines.empty())
             return {};
     }
@@ -144,20 +158,12 @@ thread_local TrashBatch *currentBatch = nullptr;
 
 } // namespace
 
-std::string withoutDirectorySizes(std::string_view text,
-                                  const std::unordered_set<std::string> &names) {
-    std::string kept;
-    while (!text.empty()) {
-        const std::string_view line =
-            text.substr(0, std::min(text.find('\n'), text.size() - 1) + 1);
-        text.remove_prefix(line.size());
-        const std::string_view encoded = encodedName(line.substr(0, line.find('\n')));
-        const auto decoded =
-            QByteArray::fromPercentEncoding(QByteArray(encoded.data(), qsizetype(encoded.size())));
-        if (!names.contains(decoded.toStdString()))
-            kept += line;
-    }
-    return kept;
+// The name's line from now on; empty for none.
+void noteLine(const FileDescriptor &trash, const std::string &name, const std::string &line) {
+    if (currentBatch)
+        currentBatch->add(trash, name, line);
+    else
+        rewriteSizes(trash.get(), {{name, line}});
 }
 
 std::optional<TrashRecord> TrashRecord::of(const HoldingFolder &folder,
@@ -183,10 +189,7 @@ std::optional<TrashRecord> TrashRecord::of(const HoldingFolder &folder,
 }
 
 bool TrashRecord::forget(const std::string &name) const {
-    if (currentBatch)
-        currentBatch->add(m_trash, name, {});
-    else
-        rewriteSizes(m_trash.get(), {name}, {});
+    noteLine(m_trash, name, {});
     return ::unlinkat(m_info.get(), (name + ".trashinfo").c_str(), 0) == 0 || errno == ENOENT ||
            errno == ENAMETOOLONG; // a name with no room for the ending never had one
 }
@@ -202,12 +205,8 @@ void noteDirectorySize(const FileDescriptor &trash, const std::string &name, std
                        std::int64_t seconds) {
     const auto encoded =
         QByteArray(name.data(), qsizetype(name.size())).toPercentEncoding().toStdString();
-    const std::string line =
-        std::to_string(bytes) + ' ' + std::to_string(seconds) + ' ' + encoded + '\n';
-    if (currentBatch)
-        currentBatch->add(trash, name, line);
-    else
-        rewriteSizes(trash.get(), {name}, line);
+    noteLine(trash, name,
+             std::to_string(bytes) + ' ' + std::to_string(seconds) + ' ' + encoded + '\n');
 }
 
 TrashBatch::TrashBatch() : m_outer(std::exchange(currentBatch, this)) {}
@@ -219,11 +218,7 @@ TrashBatch::~TrashBatch() {
 }
 
 void TrashBatch::write(Trash &trash) {
-    std::string lines;
-    for (const auto &[name, line] : trash.lines)
-        lines += line;
-    rewriteSizes(trash.folder.get(), trash.names, lines);
-    trash.names.clear();
+    rewriteSizes(trash.folder.get(), trash.lines);
     trash.lines.clear();
 }
 
@@ -235,12 +230,8 @@ void TrashBatch::add(const FileDescriptor &trash, const std::string &name,
     Trash &gathered = m_trashes[{status.st_dev, status.st_ino}];
     if (!gathered.folder)
         gathered.folder = FileDescriptor(::fcntl(trash.get(), F_DUPFD_CLOEXEC, 0));
-    gathered.names.insert(name);
-    if (line.empty())
-        gathered.lines.erase(name);
-    else
-        gathered.lines[name] = line;
-    if (gathered.names.size() >= batchSize)
+    gathered.lines[name] = line;
+    if (gathered.lines.size() >= batchSize)
         write(gathered);
 }
 

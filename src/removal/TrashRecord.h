@@ -55,13 +55,10 @@ public:
     TrashBatch &operator=(const TrashBatch &) = delete;
 
 private:
-    friend class TrashRecord;
-    friend void noteDirectorySize(const FileDescriptor &, const std::string &, std::uint64_t,
-                                  std::int64_t);
+    friend void noteLine(const FileDescriptor &, const std::string &, const std::string &);
     struct Trash {
         FileDescriptor folder;
-        std::unordered_set<std::string> names;    ///< whose old lines go
-        std::map<std::string, std::string> lines; ///< new ones, by name
+        std::map<std::string, std::string> lines; ///< by name; empty for one that only goes
     };
     void add(const FileDescriptor &trash, const std::string &name, const std::string &line);
     static void write(Trash &trash);
@@ -69,10 +66,5 @@ private:
     std::map<std::pair<std::uint64_t, std::uint64_t>, Trash> m_trashes; // by device and inode
     TrashBatch *const m_outer;
 };
-
-/// The text of a `directorysizes` file without the lines for those names. A line is a size, a time
-/// and the percent-encoded name.
-std::string withoutDirectorySizes(std::string_view text,
-                                  const std::unordered_set<std::string> &names);
 
 } // namespace brightsweep

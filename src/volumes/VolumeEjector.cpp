@@ -46,13 +46,15 @@ VolumeEjector::~VolumeEjector() {
 bool VolumeEjector::ejectSingleVolume(std::int16_t volRefNumber) {
     if (isEjecting(volRefNumber))
         return false;
-    return start(std::make_unique<Job>(*this, volRefNumber, std::set{volRefNumber}));
+    start(std::make_unique<Job>(*this, volRefNumber, std::set{volRefNumber}));
+    return true;
 }
 
 bool VolumeEjector::ejectAllVolumes(std::set<std::int16_t> expected) {
     if (isEjectingAll())
         return false;
-    return start(std::make_unique<Job>(*this, allVolumes, std::move(expected)));
+    start(std::make_unique<Job>(*this, allVolumes, std::move(expected)));
+    return true;
 }
 
 bool VolumeEjector::isEjecting(std::int16_t volRefNumber) const {
@@ -65,12 +67,9 @@ bool VolumeEjector::isEjectingAll() const {
                        [](const auto &job) { return job->reference == allVolumes; });
 }
 
-bool VolumeEjector::start(std::unique_ptr<Job> job) {
+void VolumeEjector::start(std::unique_ptr<Job> job) {
     job->worker = ThreadWorker::workOn(job.get(), &Job::work, job->reference, &Job::didEnd);
-    if (!job->worker)
-        return false;
     m_jobs.push_back(std::move(job));
-    return true;
 }
 
 void VolumeEjector::finish(Job *job) {

@@ -20,10 +20,10 @@ public:
     explicit VolumeEjector(VolumeSource &source, QObject *parent = nullptr);
     ~VolumeEjector() override;
 
-    /// False where that volume is on its way already, or no worker can be had.
+    /// False where that volume is on its way already.
     bool ejectSingleVolume(std::int16_t volRefNumber);
     /// `expected` are those that count as under way while it lasts. False while a run over all
-    /// lasts, or where no worker can be had.
+    /// lasts.
     bool ejectAllVolumes(std::set<std::int16_t> expected);
 
     bool isEjecting(std::int16_t volRefNumber) const;
@@ -37,7 +37,7 @@ Q_SIGNALS:
 
 private:
     struct Job;
-    bool start(std::unique_ptr<Job> job);
+    void start(std::unique_ptr<Job> job);
     void finish(Job *job);
 
     VolumeSource &m_source;

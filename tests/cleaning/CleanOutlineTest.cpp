@@ -195,7 +195,7 @@ class FakeHolders final : public FileHolders {
 public:
     explicit FakeHolders(std::vector<HeldFile> held) : m_held(std::move(held)) {}
     std::vector<HeldFile> heldFiles() override { return m_held; }
-    std::vector<WrittenFile> writtenFiles() override { return {}; }
+    std::vector<FileIdentity> writtenFiles() override { return {}; }
 
 private:
     std::vector<HeldFile> m_held;

@@ -1,5 +1,6 @@
 #include "foundation/FileDescriptor.h"
 #include "support/ChildProcess.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
@@ -245,8 +246,7 @@ std::string groupsWith(const std::string &mounts, const test::TestTree &tree,
 
 // As files and as bundles. Layers and the overlay itself have devices and inodes of their own.
 TEST(DuplicatesCommand, AFileOfAnOverlayIsNotThatOfItsLayerAgain) {
-    if (::geteuid() != 0)
-        GTEST_SKIP() << "mounting needs an administrator";
+    test::needRoot();
     const std::string overlay = "mount -t overlay none -o ";
     const struct {
         std::string mounts;
@@ -285,8 +285,7 @@ TEST(DuplicatesCommand, AFileOfAnOverlayIsNotThatOfItsLayerAgain) {
 }
 
 TEST(DuplicatesCommand, BundlesThatShareAFileAreNoDuplicates) {
-    if (::geteuid() != 0)
-        GTEST_SKIP() << "mounting needs an administrator";
+    test::needRoot();
     const std::set<std::string> all = {"X.app\nY.app\nZ.app\n"};
     const std::set<std::string> withoutOne = {"X.app\nZ.app\n", "Y.app\nZ.app\n"};
     const struct {

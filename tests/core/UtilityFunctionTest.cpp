@@ -130,8 +130,6 @@ TEST(SizeText, GigabytesKnowTheirOwnToken) {
 
 TEST(SizeText, IsTheSameInEveryLocale) {
     const test::CommaLocale locale;
-    if (!locale)
-        GTEST_SKIP() << "needs a locale with a decimal comma";
     EXPECT_EQ(U::convertVolSpace(1'500'000), QStringLiteral("1.50 MB"));
     EXPECT_EQ(U::getVolSpaceFromString(QStringLiteral("1.50 MB")), 1'500'000u);
 }

@@ -75,8 +75,6 @@ TEST_P(RandomTrees, GiveWhatThePlainDefinitionGives) {
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomTrees, testing::Range(0u, 12u));
 
 TEST(Peers, FindTheSameGroups) {
-    if (std::system("command -v jdupes > /dev/null 2>&1") != 0)
-        GTEST_SKIP() << "needs jdupes";
     for (unsigned seed = 100; seed < 106; ++seed) {
         TestTree tree(TestEnvironment::current().work() / std::to_string(seed));
         buildRandomTree(tree, seed, true);

@@ -83,8 +83,6 @@ TEST(Log, Formats) {
 
 TEST(Log, NumbersAreTheSameInEveryLocale) {
     const test::CommaLocale locale;
-    if (!locale)
-        GTEST_SKIP() << "needs a locale with a decimal comma";
     EXPECT_EQ(formatted("%0.2f", 1.5), "1.50");
 }
 

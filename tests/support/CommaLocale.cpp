@@ -4,22 +4,23 @@
 
 #include <clocale>
 #include <cstdlib>
+#include <stdexcept>
 
 namespace brightsweep::test {
 
 CommaLocale::CommaLocale() {
     const auto folder = TestEnvironment::current().root() / "locale";
-    m_set = std::setlocale(LC_ALL, "de_DE.UTF-8");
-    if (m_set)
+    if (std::setlocale(LC_ALL, "de_DE.UTF-8"))
         return;
     std::filesystem::create_directories(folder);
     const std::string make = "localedef -i de_DE -f UTF-8 --no-archive '" + folder.native() +
                              "/de_DE.UTF-8' 2>/dev/null";
-    if (std::system(make.c_str()) != 0)
-        return;
+    const bool isMade = std::system(make.c_str()) == 0;
     ::setenv("LOCPATH", folder.c_str(), 1);
-    m_set = std::setlocale(LC_ALL, "de_DE.UTF-8");
+    const bool isSet = std::setlocale(LC_ALL, "de_DE.UTF-8");
     ::unsetenv("LOCPATH");
+    if (!isMade || !isSet)
+        throw std::runtime_error("no locale with a decimal comma can be made");
 }
 
 CommaLocale::~CommaLocale() {

@@ -3,18 +3,13 @@
 namespace brightsweep::test {
 
 /// A locale with a decimal comma for the process, as Qt sets that of the user, until the end of
-/// the scope. False where the system has no such locale and cannot make one.
+/// the scope. Throws where the system has no such locale and cannot make one.
 class CommaLocale {
 public:
     CommaLocale();
     ~CommaLocale();
     CommaLocale(const CommaLocale &) = delete;
     CommaLocale &operator=(const CommaLocale &) = delete;
-
-    explicit operator bool() const { return m_set; }
-
-private:
-    bool m_set = false;
 };
 
 } // namespace brightsweep::test

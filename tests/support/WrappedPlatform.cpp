@@ -90,7 +90,7 @@ public:
             "isMountPoint", path, [&] { return m_wrapped->isMountPoint(path); },
             [](std::error_code) { return true; });
     }
-    std::vector<DirectoryIdentity> repeatedByOverlays(const std::filesystem::path &root) override {
+    std::vector<FileIdentity> repeatedByOverlays(const std::filesystem::path &root) override {
         return m_wrapped->repeatedByOverlays(root);
     }
     Result<FileDescriptor> openFile(const std::filesystem::path &path) override {

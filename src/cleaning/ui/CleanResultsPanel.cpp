@@ -232,10 +232,10 @@ QWidget *CleanResultsPanel::makeOutcome() {
     layout->addWidget(m_outcomeAct, 0, Qt::AlignHCenter);
     layout->addStretch(3);
     connect(m_outcomeAct, &QPushButton::clicked, this, [this] {
-        if (m_isOneEmpty)
-            m_controller.customTableView().shouldSelectRow(0);
-        else if (m_controller.needsRestart())
+        if (m_controller.needsRestart())
             m_controller.restart();
+        else if (m_controller.parts().box >= 0)
+            m_controller.customTableView().shouldSelectRow(0);
         else
             m_controller.clickBackBtn();
     });

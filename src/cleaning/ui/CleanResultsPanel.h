@@ -96,8 +96,7 @@ private:
     QLabel *trashFileNumTF;
     QPushButton *cleanButton;
     QPushButton *oneListCleanButton;
-    bool m_isOneEmpty = false; // the page of the outcome is about one category
-    bool m_isNew = true;       // since the last scan nobody has seen the outline
+    bool m_isNew = true; // since the last scan nobody has seen the outline
 };
 
 } // namespace brightsweep

@@ -106,10 +106,8 @@ void CleanResultsPanel::followNotice(const QWidget *page) {
 }
 
 void CleanResultsPanel::followOutcome() {
-    const bool isStopped =
-        m_controller.outcome() == CleanOutcome::Stopped || m_controller.needsRestart();
-    m_isOneEmpty = m_controller.parts().box >= 0 && !isStopped;
-    if (m_isOneEmpty) {
+    const bool isStopped = m_controller.needsRestart();
+    if (!isStopped && m_controller.parts().box >= 0) {
         m_outcomeTitle->setText(localizedText("CATEGORY_EMPTY"));
         m_outcomeText->setStyledText({localizedText("CATEGORY_EMPTY_TEXT"), 12, {}});
         m_outcomeAct->setText(localizedText("SHOW_OVERVIEW"));
@@ -149,9 +147,6 @@ void CleanResultsPanel::followControls() {
     m_freeSpace->setVisible(!controls.freeSpaceLine.isEmpty());
     trashFileNumTF->setText(controls.trashFileNumTF);
     m_hiddenTicks->follow(m_box->currentWidget() == m_outline);
-    // A clean may have emptied what is shown.
-    if (m_controller.parts().box >= 0)
-        followParts();
 }
 
 } // namespace brightsweep

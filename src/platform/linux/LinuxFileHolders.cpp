@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cinttypes>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -48,31 +47,21 @@ std::set<std::string> pathsOf(const fs::path &process) {
 }
 
 template <typename Each>
-void forEachProcess(Each each) {
-    const std::string own = std::to_string(::getpid());
-    std::error_code error;
-    for (fs::directory_iterator i("/proc", error), end; !error && i != end; i.increment(error)) {
-        const std::string name = i->path().filename();
-        const bool isProcess = std::all_of(name.begin(), name.end(),
-                                           [](char digit) { return digit >= '0' && digit <= '9'; });
-        if (isProcess && name != own)
-            each(i->path());
+void forEachOtherProcess(Each each) {
+    for (const int process : runningProcesses()) {
+        if (process != ::getpid())
+            each(fs::path("/proc") / std::to_string(process));
     }
 }
 
-// By the line "flags:" of fdinfo, in octal; see proc(5).
-bool isForWriting(const fs::path &information) {
-    constexpr std::string_view key = "flags:";
-    std::ifstream file(information);
-    for (std::string line; std::getline(file, line);) {
-        if (line.starts_with(key))
-            return (std::strtol(line.c_str() + key.size(), nullptr, 8) & O_ACCMODE) != O_RDONLY;
-    }
-    return false;
+// The mode of a link in fd tells how the file was opened; see proc(5).
+bool isForWriting(const fs::path &link) {
+    struct stat status;
+    return ::lstat(link.c_str(), &status) == 0 && (status.st_mode & S_IWUSR);
 }
 
 // What a link of /proc leads to, as the system remembers it.
-void addIdentity(const fs::path &link, std::vector<WrittenFile> &files) {
+void addIdentity(const fs::path &link, std::vector<FileIdentity> &files) {
     struct statx status;
     if (::statx(AT_FDCWD, link.c_str(), AT_STATX_DONT_SYNC | AT_NO_AUTOMOUNT,
                 STATX_TYPE | STATX_INO, &status) == 0 &&
@@ -81,7 +70,7 @@ void addIdentity(const fs::path &link, std::vector<WrittenFile> &files) {
 }
 
 // "start-end rw-s offset major:minor inode path": pages that are written back to the file.
-void addWrittenMapping(const std::string &line, std::vector<WrittenFile> &files) {
+void addWrittenMapping(const std::string &line, std::vector<FileIdentity> &files) {
     char rights[5] = {};
     unsigned major = 0;
     unsigned minor = 0;
@@ -93,6 +82,18 @@ void addWrittenMapping(const std::string &line, std::vector<WrittenFile> &files)
 }
 
 } // namespace
+
+std::vector<int> runningProcesses() {
+    std::vector<int> processes;
+    std::error_code error;
+    for (fs::directory_iterator i("/proc", error), end; !error && i != end; i.increment(error)) {
+        const std::string name = i->path().filename();
+        if (name.find_first_not_of("0123456789") == name.npos)
+            processes.push_back(std::stoi(name));
+    }
+    std::sort(processes.begin(), processes.end());
+    return processes;
+}
 
 std::string mappedPath(std::string_view line) {
     const auto start = line.find('/');
@@ -113,7 +114,7 @@ std::string mappedPath(std::string_view line) {
 
 std::vector<HeldFile> LinuxFileHolders::heldFiles() {
     std::vector<HeldFile> held;
-    forEachProcess([&](const fs::path &process) {
+    forEachOtherProcess([&](const fs::path &process) {
         constexpr std::size_t longestName = 64;
         const auto words = readSmallFile(process / "comm", longestName);
         if (!words)
@@ -125,14 +126,14 @@ std::vector<HeldFile> LinuxFileHolders::heldFiles() {
     return held;
 }
 
-std::vector<WrittenFile> LinuxFileHolders::writtenFiles() {
-    std::vector<WrittenFile> written;
-    forEachProcess([&](const fs::path &process) {
+std::vector<FileIdentity> LinuxFileHolders::writtenFiles() {
+    std::vector<FileIdentity> written;
+    forEachOtherProcess([&](const fs::path &process) {
         std::error_code error;
-        for (fs::directory_iterator i(process / "fdinfo", error), end; !error && i != end;
+        for (fs::directory_iterator i(process / "fd", error), end; !error && i != end;
              i.increment(error)) {
             if (isForWriting(i->path()))
-                addIdentity(process / "fd" / i->path().filename(), written);
+                addIdentity(i->path(), written);
         }
         std::ifstream maps(process / "maps");
         for (std::string line; std::getline(maps, line);)

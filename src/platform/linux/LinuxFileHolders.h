@@ -10,8 +10,11 @@ namespace brightsweep {
 class LinuxFileHolders final : public FileHolders {
 public:
     std::vector<HeldFile> heldFiles() override;
-    std::vector<WrittenFile> writtenFiles() override;
+    std::vector<FileIdentity> writtenFiles() override;
 };
+
+/// The numbers of all processes that can be seen, in ascending order.
+std::vector<int> runningProcesses();
 
 /// The path in a line of /proc/PID/maps with the system's escapes undone; empty without one.
 std::string mappedPath(std::string_view line);

@@ -243,7 +243,7 @@ bool LinuxFileOperations::isMountPoint(const std::filesystem::path &path) {
            (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
 }
 
-std::vector<DirectoryIdentity>
+std::vector<FileIdentity>
 LinuxFileOperations::repeatedByOverlays(const std::filesystem::path &root) {
     const auto canonical = canonicalPath(root);
     if (!canonical)

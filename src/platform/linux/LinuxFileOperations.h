@@ -23,7 +23,7 @@ public:
     Result<std::filesystem::path> canonicalPath(const std::filesystem::path &path) override;
     Result<std::string> linkTarget(const std::filesystem::path &path) override;
     bool isMountPoint(const std::filesystem::path &path) override;
-    std::vector<DirectoryIdentity> repeatedByOverlays(const std::filesystem::path &root) override;
+    std::vector<FileIdentity> repeatedByOverlays(const std::filesystem::path &root) override;
 
     Result<FileDescriptor> openFile(const std::filesystem::path &path) override;
     Result<FileDescriptor> openListedFile(const std::string &path) override;

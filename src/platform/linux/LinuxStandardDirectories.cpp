@@ -146,15 +146,14 @@ std::vector<path> userLogs() {
     return folders;
 }
 
-bool isOwnedByUser(int directory) {
+bool isOwnedByUser(int directory, const Place &place) {
     struct stat status;
     if (::fstat(directory, &status) != 0)
         return false;
     if (status.st_uid == ::geteuid())
         return true;
-    const auto place = placeOf(directory);
     const auto mounts = ownMounts().current();
-    const Mount *mount = place ? mounts->find(place->mount) : nullptr;
+    const Mount *mount = mounts->find(place.mount);
     return mount &&
            std::find(ownerlessTypes.begin(), ownerlessTypes.end(), mount->type) !=
                ownerlessTypes.end() &&
@@ -182,7 +181,7 @@ void add(CleanFolders &folders, const path &folder, int directory, int role, IsO
     };
     if (chain->size() == 1 || (*chain)[1].mount != own.mount)
         return leaveOut(LeftOutReason::TopOfVolume, "is the top of a volume");
-    if (!isOwned())
+    if (!isOwned(own))
         return leaveOut(LeftOutReason::NotOwned, "belongs to somebody else");
     if (ownPlaces()->isProtected(own.device, own.inode, role))
         return leaveOut(LeftOutReason::KeptPlace, "holds more than its category");
@@ -199,7 +198,7 @@ void addUserFolder(CleanFolders &folders, const path &folder, FolderRole role) {
     const auto directory = openPlace(folder.native());
     if (directory)
         add(folders, folder, directory->get(), int(role),
-            [&] { return isOwnedByUser(directory->get()); });
+            [&](const Place &own) { return isOwnedByUser(directory->get(), own); });
 }
 
 CleanFolders systemFoldersOf(LinuxStandardDirectories &directories, CleanPlace category) {
@@ -214,7 +213,7 @@ CleanFolders systemFoldersOf(LinuxStandardDirectories &directories, CleanPlace c
                    : Result<FileDescriptor>(holder.error());
         if (directory)
             add(folders, folder, directory->get(), roleOfSystemFolder(row),
-                [&] { return isSoundSystemFolder(directory->get()); });
+                [&](const Place &) { return isSoundSystemFolder(directory->get()); });
     }
     return folders;
 }
@@ -273,7 +272,7 @@ CleanFolders LinuxStandardDirectories::trashesOfVolume(const path &top) {
         const auto files = trash ? folderOfTrash(trash.get(), "files") : FileDescriptor();
         if (files)
             add(folders, paths::join(folder, "files"), files.get(), int(FolderRole::TrashItems),
-                [] { return true; });
+                [](const Place &) { return true; });
     };
     addTrash(sharedVolumeTrash(volume->get()), paths::join(top, ".Trash/" + user));
     addTrash(singleVolumeTrash(volume->get()), paths::join(top, ".Trash-" + user));

@@ -1,13 +1,13 @@
 #include "platform/linux/OverlayLayers.h"
 
 #include "foundation/PathBytes.h"
+#include "linux/Place.h"
 
-#include <stdlib.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
 #include <algorithm>
-#include <memory>
+#include <filesystem>
 #include <optional>
 
 namespace brightsweep {
@@ -49,9 +49,8 @@ std::optional<struct stat> directoryAt(const std::string &path) {
 }
 
 std::string canonical(const std::string &path) {
-    const std::unique_ptr<char, void (*)(void *)> resolved(::realpath(path.c_str(), nullptr),
-                                                           ::free);
-    return resolved ? resolved.get() : std::string();
+    std::error_code ignored;
+    return std::filesystem::canonical(path, ignored).native();
 }
 
 // A layer was often given relative to a folder that the mount point lies in.
@@ -65,17 +64,6 @@ std::string absolute(const std::string &layer, std::string_view mountPoint) {
             return path;
     }
     return layer;
-}
-
-// The mount that a path lies on: of those with the longest mount point the last.
-const Mount *mountOf(const std::vector<Mount> &mounts, const std::string &path) {
-    const Mount *found = nullptr;
-    for (const Mount &mount : mounts) {
-        if (paths::isSameOrBelow(path, mount.mountPoint) &&
-            (!found || mount.mountPoint.size() >= found->mountPoint.size()))
-            found = &mount;
-    }
-    return found;
 }
 
 } // namespace
@@ -103,13 +91,16 @@ std::vector<std::string> overlayLayers(std::string_view superOptions) {
     return layers;
 }
 
-std::vector<DirectoryIdentity> repeatedByOverlays(const std::vector<Mount> &mounts,
-                                                  const std::string &root) {
-    std::vector<DirectoryIdentity> repeated;
-    const Mount *const holder = mountOf(mounts, root);
+std::vector<FileIdentity> repeatedByOverlays(const std::vector<Mount> &mounts,
+                                             const std::string &root) {
+    std::vector<FileIdentity> repeated;
+    const auto directory = openPlace(root);
+    const auto place = directory ? placeOf(directory->get()) : Result<Place>(directory.error());
+    if (!place)
+        return repeated;
     for (const Mount &mount : mounts) {
         const bool isBelow = paths::isSameOrBelow(mount.mountPoint, root);
-        if (mount.type != "overlay" || (!isBelow && &mount != holder))
+        if (mount.type != "overlay" || (!isBelow && std::uint64_t(mount.id) != place->mount))
             continue;
         const auto device = makedev(mount.deviceMajor, mount.deviceMinor);
         const auto top = directoryAt(mount.mountPoint);

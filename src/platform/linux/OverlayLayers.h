@@ -15,7 +15,7 @@ namespace brightsweep {
 std::vector<std::string> overlayLayers(std::string_view superOptions);
 
 /// What FileOperations::repeatedByOverlays() gives, by this mount table. The root is canonical.
-std::vector<DirectoryIdentity> repeatedByOverlays(const std::vector<Mount> &mounts,
-                                                  const std::string &root);
+std::vector<FileIdentity> repeatedByOverlays(const std::vector<Mount> &mounts,
+                                             const std::string &root);
 
 } // namespace brightsweep

@@ -2,6 +2,7 @@
 
 #include "foundation/Identity.h"
 #include "foundation/Paths.h"
+#include "linux/LongPath.h"
 #include "linux/RemovalError.h"
 #include "linux/VolumeSelection.h"
 #include "platform/linux/OwnPlaces.h"
@@ -37,10 +38,8 @@ FileDescriptor soundChild(int parent, const char *name, Check isSound, bool make
     auto child = openPlaceAt(parent, name);
     if (!child)
         return {};
-    const auto place = placeOf(child->get());
-    const auto above = placeOf(parent);
     struct stat status;
-    const bool isGood = place && above && place->mount == above->mount &&
+    const bool isGood = isOnSameMount(child->get(), parent) &&
                         ::fstat(child->get(), &status) == 0 && isSound(status);
     if (isGood)
         return *std::move(child);
@@ -61,15 +60,6 @@ bool isMissing(int parent, const char *name) {
     struct stat status;
     return ::fstatat(parent, name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0 &&
            errno == ENOENT;
-}
-
-// Every folder on the way, with the mode that the base directories have.
-void makeFolders(const std::string &path) {
-    for (auto slash = path.find('/', 1);; slash = path.find('/', slash + 1)) {
-        ::mkdir(path.substr(0, slash).c_str(), 0700);
-        if (slash == path.npos)
-            return;
-    }
 }
 
 // The nearest folder of a path that there is.
@@ -112,7 +102,6 @@ std::optional<Result<TrashFolder>> homeTrash(const HoldingPlace &place, bool mak
     if (make)
         makeFolders(path.native());
     TrashFolder found;
-    found.isHome = true;
     found.original = place.path;
     auto trash = openPlace(path.native());
     if (!trash) {

@@ -2,6 +2,7 @@
 
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
+#include "platform/linux/LinuxFileHolders.h"
 
 #include <algorithm>
 #include <charconv>
@@ -14,11 +15,6 @@ namespace brightsweep {
 namespace {
 
 namespace fs = std::filesystem;
-
-bool isNumber(const std::string &text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(),
-                                        [](char digit) { return digit >= '0' && digit <= '9'; });
-}
 
 bool liesOn(const fs::path &link, const std::vector<Mount> &held) {
     // The text of the link alone: to follow it could mean to ask a dead server.
@@ -85,16 +81,8 @@ bool mapsDevice(std::string_view line, std::uint32_t majorNumber, std::uint32_t 
 }
 
 std::vector<std::string> holdersOf(const std::vector<Mount> &held) {
-    std::vector<int> processes;
-    std::error_code error;
-    for (fs::directory_iterator i("/proc", error), end; !error && i != end; i.increment(error)) {
-        const std::string name = i->path().filename();
-        if (isNumber(name))
-            processes.push_back(std::stoi(name));
-    }
-    std::sort(processes.begin(), processes.end());
     std::vector<std::string> names;
-    for (const int process : processes) {
+    for (const int process : runningProcesses()) {
         const fs::path folder = "/proc/" + std::to_string(process);
         if (!holds(folder, held))
             continue;
