@@ -73,6 +73,9 @@ itemsOf(const std::filesystem::path &folder,
             items.emplace_back(QString(), std::string(entry.nameView()),
                                paths::join(folder, entry.nameView()),
                                UtilityFunction::convertVolSpace(bytes), bytes);
+            items.back().isDirectory = entry.type == EntryType::Directory;
+            if (entry.hasAttributes)
+                items.back().modified = entry.modified;
         }
     } while (!block.atEnd());
     return items;
@@ -242,7 +245,7 @@ void RingChart::mouseDown(QPointF place, QPointF screen, int clickCount) {
         size = sizeOf(*icCurrentPtr);
     }
     NSLog("Current Directory: %@", path);
-    updateLeftView(path, size);
+    list(path, size);
     Q_EMIT redrawNeeded();
 }
 
@@ -317,7 +320,7 @@ void RingChart::SeekDirectory(std::string_view path) {
         shown = found->szPath();
         size = sizeOf(*found);
     }
-    updateLeftView(shown, size);
+    list(shown, size);
     Q_EMIT redrawNeeded();
 }
 

@@ -45,6 +45,10 @@ public:
 
     /// One frame for a view of that size.
     void drawRect(int width, int height);
+    /// The same in two parts, for a view that keeps the first: the chart, and over it what the
+    /// mouse has found. Neither clears what is below the other.
+    void drawChart(int width, int height);
+    void drawFound(int width, int height);
     /// Sets the canvas in use up for a view of that size, for one chart in its middle.
     static void setProjection(int width, int height);
     /// The chart's place of a point of a view of that size, y growing downwards.
@@ -56,12 +60,39 @@ public:
     /// the current directory again.
     void mouseDown(QPointF place, QPointF screen, int clickCount);
 
+    /// Has navigation leave the listing of a directory to somebody else, who calls
+    /// updateLeftView() from another thread; the function gets its arguments.
+    using Listing = std::function<void(const std::filesystem::path &, std::uint64_t)>;
+    void setListing(Listing listing) { m_listing = std::move(listing); }
     /// Lists the directory: its items with their sizes in words, child directories with what the
     /// tree says of them.
     void updateLeftView(const std::filesystem::path &path, std::uint64_t size);
     /// Goes to a directory, given with a trailing "/": a child of the current one or of one of its
     /// ancestors; to the root when there is none such.
     void SeekDirectory(std::string_view path);
+    /// Finds a child of the current directory as if the mouse were on it, without a bubble; nothing
+    /// where no path is given or the child is not drawn.
+    void findChild(std::string_view path);
+    enum class Step { Next, Previous, Outwards, Inwards };
+    /// Moves what is found along its ring or to a neighbouring one, over what is drawn; from
+    /// nowhere to the largest child.
+    void step(Step step);
+    /// Goes into what is found, and to the parent.
+    void enterFound();
+    void goUp();
+
+    /// What a screen says of a directory of the chart.
+    struct Facts {
+        std::string path; ///< with a trailing "/"; empty where there is none
+        std::uint64_t bytes = 0;
+        int level = 0;
+    };
+    Facts foundFacts() const;
+    Facts currentFacts() const;
+    Facts rootFacts() const;
+    /// Directories that the scan could not read, and the first of them. Not during a scan.
+    std::pair<std::size_t, std::string> unreadDirectories() const;
+
     /// The item as removals take it: its way down from the scanned folder, which was remembered
     /// when the scan began. An error for what does not lie below that folder, and for the folder
     /// itself.
@@ -91,7 +122,12 @@ Q_SIGNALS:
 
 private:
     void drawScene();
+    void drawParts(int width, int height, void (RingChart::*draw)());
+    void drawBase();
+    void drawOver();
     void clearHiddenFlagsLocked();
+    void list(const std::filesystem::path &path, std::uint64_t size);
+    void goTo(W32AllDir &node);
     AllDir *searchFileLocked(std::string_view path) const;
 
     // For the three pointers, the life of what they point at, and the scanned folder.
@@ -102,6 +138,7 @@ private:
     Result<RemovalRoot> m_scannedFolder = std::errc::no_such_file_or_directory;
     std::atomic<bool> m_scanning{false};
     bool bShowBubble = false;
+    Listing m_listing;
 };
 
 } // namespace brightsweep

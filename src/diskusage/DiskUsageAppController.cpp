@@ -1,0 +1,366 @@
+#include "diskusage/DiskUsageAppController.h"
+
+#include "core/SettingKeys.h"
+#include "core/TaskStopper.h"
+#include "core/ThreadWorker.h"
+#include "core/UtilityFunction.h"
+#include "diskusage/FSNodeStates.h"
+#include "foundation/Identity.h"
+#include "foundation/Log.h"
+#include "foundation/NotificationCenter.h"
+#include "foundation/Paths.h"
+#include "foundation/UserDefaults.h"
+#include "platform/Platform.h"
+#include "volumes/VolumesInfo.h"
+
+#include <algorithm>
+#include <map>
+
+namespace brightsweep {
+
+namespace {
+
+// A stop is answered within a second, whatever the file system that is being read does.
+constexpr std::chrono::milliseconds stopPatience{700};
+constexpr std::chrono::milliseconds alertDelay{1000};
+
+const QString volumesImage = QStringLiteral("list_1.png");
+const QString homeImage = QStringLiteral("home_disk.png");
+
+} // namespace
+
+DiskUsageAppController::DiskUsageAppController(QObject *parent)
+    : DiskUsageAppController(Surroundings{}, parent) {}
+
+DiskUsageAppController::DiskUsageAppController(Surroundings surroundings, QObject *parent)
+    : QObject(parent),
+      m_surroundings(surroundings),
+      m_diskView(*this, std::move(surroundings)),
+      m_listTicks([this](const std::filesystem::path &item) { return listTarget(item); }) {
+    if (!m_surroundings.clock)
+        m_surroundings.clock = &Clock::eventLoop();
+    bind();
+}
+
+DiskUsageAppController::~DiskUsageAppController() {
+    m_surroundings.clock->cancel(m_giveUp);
+    m_surroundings.clock->cancel(m_alert);
+    NotificationCenter::defaultCenter().removeObserver(this);
+    m_bStopTask = true;
+    m_diskView.stopScanTask();
+    TaskStopper::sharedTaskStopper().setStopFlags(true);
+    if (m_twSearch)
+        m_twSearch->abandon();
+}
+
+void DiskUsageAppController::bind() {
+    NotificationCenter &center = NotificationCenter::defaultCenter();
+    // On the scan's thread. The command line's scans post the same, but never in one process with
+    // this page.
+    center.addObserver(
+        this, QStringLiteral("GetDirTotalLevel"), [this](const Notification &notification) {
+            const auto levels = notification.userInfo[QStringLiteral("DirLevels")].toLongLong();
+            m_calls.post([this, levels] { getDirLevels4PieTree(levels); });
+        });
+    center.addObserver(this, QStringLiteral("NeedUpdateProgress"), [this](const Notification &) {
+        m_calls.post([this] { finishADirLevel(); });
+    });
+    center.addObserver(
+        this, QStringLiteral("refDiskusageView"), [this](const Notification &notification) {
+            refDiskusageView(
+                paths::fromVariant(notification.userInfo.value(QStringLiteral("path"))));
+        });
+    connect(&m_listTicks, &UsageTicks::asked, this, &DiskUsageAppController::showAlertView);
+    connect(&m_listTicks, &UsageTicks::changed, this, &DiskUsageAppController::boxesChanged);
+    connect(&m_listTicks, &UsageTicks::refused, this,
+            [this](const std::filesystem::path &path, std::error_code) {
+                if (FSNode *const node = nodeOf(path))
+                    setChildrenState(*node, NodeOff);
+                Q_EMIT boxesChanged();
+            });
+    connect(&m_listTicks, &UsageTicks::itemGone, this, [this](const CleanFileInfo &item) {
+        FSNode *const node = nodeOf(item.path);
+        if (!node)
+            return;
+        Q_EMIT rowsWillChange();
+        removeNode(*node);
+        Q_EMIT rowsChanged();
+    });
+    connect(&m_listTicks, &UsageTicks::removalRefused, this, [this] { Q_EMIT sheetEnded(); });
+    connect(&m_listTicks, &UsageTicks::removalEnded, this,
+            &DiskUsageAppController::listRemovalEnded);
+}
+
+void DiskUsageAppController::show(State state, const char *panel) {
+    constexpr int parts[] = {0, 1, 1, 2};
+    m_state = state;
+    m_view4DiskUsage = parts[int(state)];
+    Q_EMIT stateChanged();
+    if (panel)
+        Q_EMIT displayPanel(QLatin1String(panel), true);
+}
+
+void DiskUsageAppController::switch2QcAnimation(bool scanning) {
+    if (scanning)
+        show(State::Scanning, "QC_DiskUsage");
+    else
+        show(State::Results, "DATA_DiskUsage");
+}
+
+// -- Choosing a folder
+
+void DiskUsageAppController::getLocalDiskInfo() {
+    m_leftCellArr.clear();
+    m_leftCellArr.push_back(
+        {paths::display(paths::lastComponent(homeFolder())), homeFolder(), homeImage, 0, 0, true});
+    for (const DSVolumeInfo &volume : VolumesInfo().getAllVolsInfo()) {
+        m_leftCellArr.push_back({volume.volumeName, volume.volRootDir, volumesImage,
+                                 volume.nTotalSize, volume.nFreeSize, false});
+    }
+    Q_EMIT cellsChanged();
+}
+
+void DiskUsageAppController::clickIconAction() {
+    if (m_bSearchFinished)
+        Q_EMIT askForFolder(m_scanPathStr.empty() ? std::filesystem::path("/") : m_scanPathStr);
+}
+
+void DiskUsageAppController::viewDragAction(const std::filesystem::path &path) {
+    if (!m_bSearchFinished)
+        return;
+    if (path.empty()) {
+        Q_EMIT alert(QT_TRID_NOOP("Please select some path to scan."));
+        return;
+    }
+    begin(path);
+}
+
+bool DiskUsageAppController::displayMode() const {
+    return UserDefaults::standardUserDefaults().boolForKey(DSDiskUsageShowStyle);
+}
+
+void DiskUsageAppController::changeDisplayMode(bool chart) {
+    if (chart == displayMode())
+        return;
+    UserDefaults::standardUserDefaults().setObject(DSDiskUsageShowStyle, chart);
+    Q_EMIT displayModeChanged();
+}
+
+// -- The scan
+
+void DiskUsageAppController::begin(const std::filesystem::path &path) {
+    std::string text = path.native();
+    while (text.size() > 1 && text.ends_with('/'))
+        text.pop_back();
+    m_scanPathStr = text;
+    m_isChart = displayMode();
+    m_bSearchFinished = false;
+    m_bStopTask = false;
+    m_leftBehind = false;
+    m_rootDirLevels = 0;
+    m_levelsDone = 0;
+    m_listTicks.clear();
+    TaskStopper::sharedTaskStopper().setStopFlags(false);
+    switch2QcAnimation(true);
+    Q_EMIT progressChanged();
+    m_twSearch = ThreadWorker::workOn(this, &DiskUsageAppController::browserFiles, nullptr,
+                                      &DiskUsageAppController::browseFilesFinished);
+}
+
+void DiskUsageAppController::browserFiles(std::nullptr_t) {
+    if (m_isChart)
+        m_diskView.drawPieTree(m_scanPathStr);
+    else
+        scanList();
+}
+
+// The first level one after the other, by name, for the progress; what is below each of them on
+// several directories at once.
+void DiskUsageAppController::scanList() {
+    FileOperations &files = *Platform::current().files;
+    m_scannedNode = std::make_unique<FSNode>(m_scanPathStr, true);
+    m_scannedRoot = files.rememberRoot(m_scanPathStr);
+    std::vector<std::pair<std::string, EntryType>> names;
+    const auto directory = files.openDirectory(m_scanPathStr);
+    if (!directory)
+        NSLog("%@-%@", m_scanPathStr, directory.error());
+    DirectoryBlock block;
+    while (directory && !block.atEnd()) {
+        if (files.readBlock(*directory, block, WantedAttributes::None))
+            break;
+        for (const DirectoryEntry &entry : block.entries())
+            names.emplace_back(entry.nameView(), entry.type);
+    }
+    std::sort(names.begin(), names.end());
+    m_calls.post([this, count = std::int64_t(names.size())] { getDirLevels4PieTree(count); });
+    const std::uint64_t limit = getLimitSize();
+    FSNode &root = *m_scannedNode;
+    for (const auto &[name, type] : names) {
+        if (m_bStopTask)
+            break;
+        const auto path = paths::join(m_scanPathStr, name);
+        if (type == EntryType::Directory) {
+            FSNode &node = root.addChild(name, true, 0);
+            node.size = m_treeOperator.getFistListTree(path, node, limit);
+            root.size += node.size;
+            if (node.size < limit)
+                root.children.pop_back();
+        } else {
+            root.size += m_treeOperator.getFistListTree(path, root, limit);
+        }
+        m_calls.post([this] { finishADirLevel(); });
+    }
+    root.decendingSort();
+}
+
+void DiskUsageAppController::getDirLevels4PieTree(std::int64_t levels) {
+    m_rootDirLevels = levels;
+    m_levelsDone = 0;
+    Q_EMIT progressChanged();
+}
+
+void DiskUsageAppController::finishADirLevel() {
+    ++m_levelsDone;
+    Q_EMIT progressChanged();
+}
+
+void DiskUsageAppController::stopBtnClick() {
+    if (m_state != State::Scanning)
+        return;
+    m_bStopTask = true;
+    if (m_isChart)
+        m_diskView.stopScanTask();
+    else
+        TaskStopper::sharedTaskStopper().setStopFlags(true);
+    show(State::Stopping, nullptr);
+    // A scan that waits for a file system cannot be ended; the page goes on without it.
+    m_giveUp = m_surroundings.clock->callAfter(stopPatience, [this] {
+        m_giveUp = 0;
+        m_leftBehind = true;
+        NSLog("The scan of %@ waits for its file system", m_scanPathStr);
+        show(State::Start, "disk_usage");
+    });
+}
+
+void DiskUsageAppController::browseFilesFinished() {
+    m_surroundings.clock->cancel(std::exchange(m_giveUp, 0));
+    m_twSearch.reset();
+    m_bSearchFinished = true;
+    if (m_leftBehind || m_bStopTask) {
+        m_scannedNode.reset();
+        if (m_leftBehind)
+            Q_EMIT stateChanged();
+        else
+            show(State::Start, "disk_usage");
+        return;
+    }
+    if (m_isChart) {
+        m_diskView.scanEnded();
+        switch2QcAnimation(false);
+        return;
+    }
+    if (m_scannedNode->children.empty()) {
+        m_scannedNode.reset();
+        show(State::Start, "disk_usage");
+        Q_EMIT alert(QT_TRID_NOOP("No items found in selected folder. Please try another one."));
+        return;
+    }
+    Q_EMIT rowsWillChange();
+    m_rootNode = std::move(m_scannedNode);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_listRoot = std::move(m_scannedRoot);
+        m_listPath = m_rootNode->_path();
+    }
+    Q_EMIT rowsChanged();
+    switch2QcAnimation(false);
+}
+
+void DiskUsageAppController::refDiskusageView(const std::filesystem::path &path) {
+    m_diskView.updateOpenGLView(path.empty() ? m_scanPathStr : path);
+}
+
+void DiskUsageAppController::clickBackBtn() {
+    m_listTicks.clear();
+    show(State::Start, "disk_usage");
+}
+
+// -- The list mode
+
+// Items go by the path that was chosen, their folder by its canonical one.
+Result<RemovalTarget> DiskUsageAppController::listTarget(const std::filesystem::path &item) {
+    const std::lock_guard lock(m_mutex);
+    if (!m_listRoot)
+        return m_listRoot.error();
+    auto target = UsageRemoval::targetOf({m_listPath, 0, 0, false}, item);
+    if (target)
+        target->root = *m_listRoot;
+    return target;
+}
+
+FSNode *DiskUsageAppController::nodeOf(const std::filesystem::path &path) {
+    if (!m_rootNode)
+        return nullptr;
+    std::string top = m_rootNode->_path().native();
+    if (!top.ends_with('/'))
+        top += '/';
+    if (!path.native().starts_with(top))
+        return nullptr;
+    FSNode *node = m_rootNode.get();
+    for (const auto &name : std::filesystem::path(path.native().substr(top.size()))) {
+        const auto child =
+            std::find_if(node->children.begin(), node->children.end(), [&name](const auto &each) {
+                return each->displayName() == name.native();
+            });
+        if (child == node->children.end())
+            return nullptr;
+        node = child->get();
+    }
+    return node;
+}
+
+// The ticks follow the boxes: what is ticked without a ticked folder above it.
+void DiskUsageAppController::setNodeTicked(FSNode &node, bool ticked) {
+    if (m_listTicks.isRemoving() || &node == m_rootNode.get())
+        return;
+    setChildrenState(node, ticked ? NodeOn : NodeOff);
+    const auto wanted = prePareDelData(*m_rootNode);
+    std::map<std::string, const FSNode *> wantedPaths;
+    for (const FSNode *each : wanted)
+        wantedPaths.emplace(each->_path().native(), each);
+    for (const CleanFileInfo &item : m_listTicks.allSelectArr()) {
+        if (!wantedPaths.contains(item.path.native()))
+            m_listTicks.untick(item.path);
+    }
+    for (const auto &[path, each] : wantedPaths) {
+        CleanFileInfo item({}, each->displayName(), path,
+                           UtilityFunction::convertVolSpace(each->size), each->size);
+        item.isDirectory = each->_isDirectory;
+        m_listTicks.tick(item);
+    }
+    Q_EMIT boxesChanged();
+}
+
+void DiskUsageAppController::removeBtnClick() {
+    if (m_surroundings.licenceGate())
+        m_listTicks.ask();
+}
+
+void DiskUsageAppController::listRemovalEnded() {
+    // Ticks go with every removal, and the boxes with them.
+    if (m_rootNode) {
+        for (const auto &child : m_rootNode->children)
+            setChildrenState(*child, NodeOff);
+    }
+    Q_EMIT boxesChanged();
+    Q_EMIT sheetEnded();
+    Q_EMIT removalEnded();
+    if (m_listTicks.report().failed > 0) {
+        m_alert = m_surroundings.clock->callAfter(alertDelay, [this] {
+            m_alert = 0;
+            Q_EMIT canNotRemoveSome();
+        });
+    }
+}
+
+} // namespace brightsweep

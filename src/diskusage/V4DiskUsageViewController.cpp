@@ -1,0 +1,390 @@
+#include "diskusage/V4DiskUsageViewController.h"
+
+#include "core/ThreadWorker.h"
+#include "core/UtilityFunction.h"
+#include "diskusage/DiskUsageAppController.h"
+#include "diskusage/NodeTreeOperator.h"
+#include "foundation/Identity.h"
+#include "foundation/Log.h"
+#include "foundation/NotificationCenter.h"
+#include "foundation/Paths.h"
+#include "platform/Platform.h"
+
+#include <algorithm>
+#include <system_error>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr std::chrono::milliseconds alertDelay{1000};
+// Rows of a list that are asked beforehand whether a removal would take them. The largest come
+// first; of the others a tick tells.
+constexpr std::size_t mostAskedBeforehand = 500;
+
+const QString refDiskusageViewNotification = QStringLiteral("refDiskusageView");
+
+std::string withSlash(std::string path) {
+    if (!path.ends_with('/'))
+        path += '/';
+    return path;
+}
+
+// Without the slash that directories of the chart have; "/" stays.
+std::filesystem::path withoutSlash(std::string path) {
+    while (path.size() > 1 && path.ends_with('/'))
+        path.pop_back();
+    return path;
+}
+
+} // namespace
+
+// One listing of a folder. Its worker may hang in a file system that does not answer, while the
+// page goes on without it.
+struct V4DiskUsageViewController::Listing {
+    V4DiskUsageViewController *page = nullptr;
+    std::filesystem::path path;
+    std::uint64_t size = 0;
+    std::uint64_t generation = 0;
+    std::shared_ptr<ThreadWorker> worker;
+    CleanFileInfo root;
+    RingChart::CleanFileInfoList items;
+    std::vector<std::error_code> refusals;
+
+    static thread_local Listing *current;
+
+    void list(std::nullptr_t) {
+        current = this;
+        page->m_openGLView.updateLeftView(path, size);
+        current = nullptr;
+    }
+    void ended() { page->endListing(self.lock()); }
+    void take(const Notification &notification);
+    void askBeforehand(const RingChart &chart);
+
+    std::weak_ptr<Listing> self;
+};
+
+thread_local V4DiskUsageViewController::Listing *V4DiskUsageViewController::Listing::current =
+    nullptr;
+
+void V4DiskUsageViewController::Listing::take(const Notification &notification) {
+    root = notification.userInfo[QStringLiteral("RootPath")].value<CleanFileInfo>();
+    items = notification.userInfo[QStringLiteral("DecendingItem")]
+                .value<RingChart::CleanFileInfoList>();
+    askBeforehand(page->m_openGLView);
+}
+
+void V4DiskUsageViewController::Listing::askBeforehand(const RingChart &chart) {
+    FileOperations &files = *Platform::current().files;
+    OpenItem previous;
+    for (std::size_t i = 0; i < std::min(items.size(), mostAskedBeforehand); ++i) {
+        std::error_code &refusal = refusals.emplace_back();
+        const auto target = chart.removalTarget(items[i].path);
+        if (!target)
+            continue;
+        const auto item = files.openItem(*target, previous.folder ? &previous : nullptr);
+        if (!item)
+            continue;
+        previous = *item;
+        const auto error = UsageRemoval::refusalOf(*item);
+        if (!isForWantOfPermission(error))
+            refusal = error;
+    }
+}
+
+V4DiskUsageViewController::V4DiskUsageViewController(DiskUsageAppController &diskUsageAppCon,
+                                                     Surroundings surroundings, QObject *parent)
+    : QObject(parent),
+      m_diskUsageAppCon(diskUsageAppCon),
+      m_surroundings(std::move(surroundings)),
+      m_ticks(
+          [this](const std::filesystem::path &item) { return m_openGLView.removalTarget(item); }) {
+    if (!m_surroundings.clock)
+        m_surroundings.clock = &Clock::eventLoop();
+    m_openGLView.setListing(
+        [this](const std::filesystem::path &path, std::uint64_t size) { listOn(path, size); });
+    bind();
+}
+
+V4DiskUsageViewController::~V4DiskUsageViewController() {
+    m_surroundings.clock->cancel(m_alert);
+    NotificationCenter::defaultCenter().removeObserver(this);
+    for (const auto &listing : m_listings) {
+        if (listing->worker)
+            listing->worker->abandon();
+    }
+}
+
+void V4DiskUsageViewController::bind() {
+    NotificationCenter &center = NotificationCenter::defaultCenter();
+    // On the thread that lists, to which the listing belongs until it ends.
+    center.addObserver(
+        this, QStringLiteral("RefreshLeftView"),
+        [](const Notification &notification) {
+            if (Listing::current)
+                Listing::current->take(notification);
+        },
+        &m_openGLView);
+    center.addObserver(
+        this, QStringLiteral("ShowBubble"),
+        [this](const Notification &notification) {
+            const QVariantMap &info = notification.userInfo;
+            m_pieBubble = {info[QStringLiteral("CurrentDir")].toString(),
+                           info[QStringLiteral("DirSize")].toString(),
+                           QPointF(info[QStringLiteral("MouseXPos")].toDouble(),
+                                   info[QStringLiteral("MouseYPos")].toDouble()),
+                           true};
+            Q_EMIT bubbleChanged();
+        },
+        &m_openGLView);
+    center.addObserver(
+        this, QStringLiteral("HideBubble"),
+        [this](const Notification &) {
+            m_pieBubble.isShowBubble = false;
+            Q_EMIT bubbleChanged();
+        },
+        &m_openGLView);
+    connect(&m_ticks, &UsageTicks::changed, this, [this] {
+        m_hasSelected = m_hasSelected || m_ticks.count() > 0;
+        refreshMarks();
+        Q_EMIT selectionChanged();
+    });
+    connect(&m_ticks, &UsageTicks::refused, this, &V4DiskUsageViewController::refused);
+    connect(&m_ticks, &UsageTicks::asked, this, &V4DiskUsageViewController::showAlertView);
+    connect(&m_ticks, &UsageTicks::itemGone, this, [this](const CleanFileInfo &item) {
+        m_openGLView.removeFile(item, item.isDirectory);
+        Q_EMIT m_openGLView.redrawNeeded();
+    });
+    connect(&m_ticks, &UsageTicks::removalRefused, this, [this] { Q_EMIT sheetEnded(); });
+    connect(&m_ticks, &UsageTicks::removalEnded, this, &V4DiskUsageViewController::removeEnded);
+}
+
+// -- The scan
+
+void V4DiskUsageViewController::drawPieTree(const std::filesystem::path &path) {
+    m_scanListing = std::make_shared<Listing>();
+    m_scanListing->page = this;
+    Listing::current = m_scanListing.get();
+    m_openGLView.contructPieTree(path);
+    Listing::current = nullptr;
+    std::error_code error;
+    const auto space = std::filesystem::space(path, error);
+    m_volumeBytes = error ? 0 : space.capacity;
+    m_unread = m_openGLView.unreadDirectories();
+}
+
+void V4DiskUsageViewController::scanEnded() {
+    const auto listing = std::exchange(m_scanListing, nullptr);
+    ++m_generation;
+    m_isListing = false;
+    m_isFirstIn = true;
+    // A new scan is of other objects.
+    m_ticks.clear();
+    m_hasSelected = false;
+    if (listing)
+        leftViewContent(listing->root, listing->items, listing->refusals);
+    Q_EMIT scanFactsChanged();
+}
+
+// -- The left list and the path control
+
+void V4DiskUsageViewController::listOn(const std::filesystem::path &path, std::uint64_t size) {
+    const auto listing = std::make_shared<Listing>();
+    listing->self = listing;
+    listing->page = this;
+    listing->path = path;
+    listing->size = size;
+    listing->generation = ++m_generation;
+    m_isListing = true;
+    m_listings.push_back(listing);
+    listing->worker = ThreadWorker::workOn(listing.get(), &Listing::list, nullptr, &Listing::ended);
+}
+
+void V4DiskUsageViewController::endListing(const std::shared_ptr<Listing> &listing) {
+    m_listings.erase(std::remove(m_listings.begin(), m_listings.end(), listing), m_listings.end());
+    if (listing->generation != m_generation)
+        return;
+    m_isListing = false;
+    leftViewContent(listing->root, listing->items, listing->refusals);
+}
+
+void V4DiskUsageViewController::leftViewContent(const CleanFileInfo &root,
+                                                const RingChart::CleanFileInfoList &items,
+                                                const std::vector<std::error_code> &refusals) {
+    NSLog("rootDir path:%@", root.path);
+    m_rootItem = root;
+    m_currentPath = withoutSlash(root.path.native());
+    m_rootItem.path = m_currentPath;
+    m_rootItem.isDirectory = true;
+    if (m_isFirstIn) {
+        m_firstInPath = m_currentPath;
+        m_isFirstIn = false;
+        m_isRootPath = m_firstInPath == "/";
+    }
+    if (m_firstInPath == homeFolder()) {
+        m_pathNumber = m_currentPath == m_firstInPath ? 0 : pathCells().size();
+        if (m_pathNumber == 0)
+            NSLog("back to home");
+        else
+            NSLog("home dir navigation count:%d", int(m_pathNumber));
+    }
+    m_allShowListArr.clear();
+    m_leftOut = 0;
+    m_leftOutBytes = 0;
+    const std::uint64_t limit = getLimitSize();
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const CleanFileInfo &item = items[i];
+        // By what the words read as, like everything that the page shows.
+        if (!item.isDirectory && UtilityFunction::getVolSpaceFromString(item.size) < limit) {
+            ++m_leftOut;
+            m_leftOutBytes += item.fileSizeNum;
+            continue;
+        }
+        BigSizeFilesList &row = m_allShowListArr.emplace_back();
+        row.aFileInfo = item;
+        row.isDir = item.isDirectory;
+        row.listTag = std::int32_t(m_allShowListArr.size() - 1);
+        row.isSelected = m_ticks.contains(item.path);
+        if (i < refusals.size())
+            row.refusal = refusals[i];
+    }
+    Q_EMIT listChanged();
+}
+
+std::vector<PathCell> V4DiskUsageViewController::pathCells() const {
+    std::vector<PathCell> cells{{paths::lastComponent(m_firstInPath), m_firstInPath}};
+    const std::string top = withSlash(m_firstInPath.native());
+    const std::string &shown = m_currentPath.native();
+    if (!shown.starts_with(top))
+        return cells;
+    for (const auto &name : std::filesystem::path(shown.substr(top.size()))) {
+        if (!name.empty())
+            cells.push_back({name.native(), paths::join(cells.back().path, name.native())});
+    }
+    return cells;
+}
+
+void V4DiskUsageViewController::refresh() {
+    if (!m_currentPath.empty())
+        m_openGLView.SeekDirectory(withSlash(m_currentPath.native()));
+}
+
+void V4DiskUsageViewController::updateOpenGLView(const std::filesystem::path &path) {
+    // A directory that the scan has seen: the path may be on a file system that does not answer.
+    if (!m_openGLView.searchFile(withSlash(path.native())))
+        return;
+    const bool hasSlash = path.native().ends_with('/');
+    if (hasSlash)
+        NSLog("path:%@", path);
+    else
+        NSLog("newpath:%@", withSlash(path.native()));
+    m_openGLView.SeekDirectory(withSlash(path.native()));
+}
+
+void V4DiskUsageViewController::onChangePath(const std::filesystem::path &cell) {
+    updateOpenGLView(cell);
+}
+
+void V4DiskUsageViewController::mouseDownClick(std::size_t row) {
+    if (row >= m_allShowListArr.size())
+        return;
+    const BigSizeFilesList &clicked = m_allShowListArr[row];
+    NSLog("Click left list to draw: %@", clicked.aFileInfo.path);
+    if (clicked.isDir)
+        m_openGLView.SeekDirectory(withSlash(clicked.aFileInfo.path.native()));
+}
+
+// -- What is selected
+
+void V4DiskUsageViewController::colorButtonAction(std::size_t row) {
+    if (row >= m_allShowListArr.size())
+        return;
+    const BigSizeFilesList &clicked = m_allShowListArr[row];
+    if (clicked.refusal && !clicked.isSelected) {
+        Q_EMIT refused(clicked.aFileInfo.path, clicked.refusal);
+        return;
+    }
+    changeSelectArr(!clicked.isSelected, clicked.aFileInfo);
+}
+
+void V4DiskUsageViewController::toggleFound() {
+    const RingChart::Facts found = m_openGLView.foundFacts();
+    if (found.path.empty())
+        return;
+    const auto path = withoutSlash(found.path);
+    CleanFileInfo item({}, paths::lastComponent(path), path,
+                       UtilityFunction::convertVolSpace(found.bytes), found.bytes);
+    item.isDirectory = true;
+    changeSelectArr(!m_ticks.contains(path), item);
+}
+
+void V4DiskUsageViewController::changeSelectArr(bool state, const CleanFileInfo &fileInfo) {
+    if (state)
+        m_ticks.tick(fileInfo);
+    else
+        m_ticks.untick(fileInfo.path);
+}
+
+void V4DiskUsageViewController::refreshMarks() {
+    for (BigSizeFilesList &row : m_allShowListArr)
+        row.isSelected = m_ticks.contains(row.aFileInfo.path);
+    Q_EMIT marksChanged();
+}
+
+const char *V4DiskUsageViewController::removeImage() const {
+    return m_ticks.count() > 0 ? "remove.png" : "remove_d.png";
+}
+
+QString V4DiskUsageViewController::selectedText() const {
+    return m_hasSelected ? QString::asprintf("%d items are selected.", int(m_ticks.count()))
+                         : QString();
+}
+
+// -- The removal
+
+void V4DiskUsageViewController::removeButtonAction() {
+    if (m_surroundings.licenceGate())
+        m_ticks.ask();
+}
+
+void V4DiskUsageViewController::canelButtonAction() {
+    Q_EMIT sheetEnded();
+    postRefresh(m_currentPath);
+    Q_EMIT selectionChanged();
+}
+
+void V4DiskUsageViewController::removeSelectFilesButtonAction(Act act) {
+    m_ticks.remove(act);
+}
+
+void V4DiskUsageViewController::removeEnded() {
+    if (m_ticks.report().failed > 0)
+        m_alert = m_surroundings.clock->callAfter(alertDelay, [this] { delayTimer(); });
+    Q_EMIT sheetEnded();
+    postRefresh(m_openGLView.getCurrentDirectory());
+    Q_EMIT removalEnded();
+}
+
+void V4DiskUsageViewController::delayTimer() {
+    m_alert = 0;
+    Q_EMIT canNotRemoveSome();
+    Q_EMIT unlockAnimation(true);
+}
+
+void V4DiskUsageViewController::postRefresh(const std::filesystem::path &path) {
+    NotificationCenter::defaultCenter().post(refDiskusageViewNotification, this,
+                                             {{QStringLiteral("path"), paths::toVariant(path)}});
+}
+
+void V4DiskUsageViewController::backButtonAction() {
+    m_isRootPath = false;
+    m_isFirstIn = true;
+    m_pathNumber = 0;
+    m_firstInPath.clear();
+    m_hasSelected = false;
+    m_ticks.clear();
+    m_diskUsageAppCon.clickBackBtn();
+}
+
+} // namespace brightsweep

@@ -1,0 +1,178 @@
+#pragma once
+
+#include "core/Clock.h"
+#include "diskusage/RingChart.h"
+#include "diskusage/UsageTicks.h"
+#include "foundation/CallQueue.h"
+#include "removal/PadlockController.h"
+
+#include <QObject>
+
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace brightsweep {
+
+class DiskUsageAppController;
+class ThreadWorker;
+struct Notification;
+
+/// One row of the left list.
+struct BigSizeFilesList {
+    CleanFileInfo aFileInfo;
+    bool isSelected = false;
+    bool isDir = false;
+    std::int32_t listTag = 0;
+    std::error_code refusal; ///< why no removal would take it, as far as that is known
+};
+
+/// One cell of the path control.
+struct PathCell {
+    std::string name;
+    std::filesystem::path path;
+};
+
+/// What the hover label says.
+struct PieChartBubble {
+    QString titleTextStr;
+    QString sizeTextStr;
+    QPointF location; ///< of the mouse, on the screen
+    bool isShowBubble = false;
+};
+
+/// The results of a scan as a ring chart: the list of what the current directory holds, the path
+/// control, what is selected, and its removal.
+///
+/// Main thread, but for drawPieTree(), which runs on the scan's worker. Folders are listed on
+/// workers of their own, and a later listing overtakes an earlier one. A view shows what this says
+/// and calls what the user did; questions are signals that it answers by the named call.
+class V4DiskUsageViewController : public QObject {
+    Q_OBJECT
+
+public:
+    using Act = UsageRemoval::Act;
+
+    /// What the page needs of the window around it.
+    struct Surroundings {
+        /// False keeps a removal from starting.
+        std::function<bool()> licenceGate = [] { return true; };
+        Clock *clock = nullptr; ///< else that of the event loop
+    };
+
+    explicit V4DiskUsageViewController(DiskUsageAppController &diskUsageAppCon,
+                                       Surroundings surroundings, QObject *parent = nullptr);
+    ~V4DiskUsageViewController() override;
+
+    // -- What the view shows
+    RingChart &openGLView() { return m_openGLView; }
+    const RingChart &openGLView() const { return m_openGLView; }
+    const std::vector<BigSizeFilesList> &allShowListArr() const { return m_allShowListArr; }
+    /// Files of the directory that the list leaves out, being smaller than the limit.
+    std::size_t leftOut() const { return m_leftOut; }
+    std::uint64_t leftOutBytes() const { return m_leftOutBytes; }
+    /// True while a folder is being listed.
+    bool isListing() const { return m_isListing; }
+    const std::filesystem::path &currentPath() const { return m_currentPath; }
+    /// The directory as it is listed: name, size, path.
+    const CleanFileInfo &rootItem() const { return m_rootItem; }
+    /// From the scanned folder to the current one.
+    std::vector<PathCell> pathCells() const;
+    const PieChartBubble &pieBubble() const { return m_pieBubble; }
+    UsageTicks &selection() { return m_ticks; }
+    PadlockController &padlock() { return m_padlock; }
+    /// "remove.png" where something is selected, else "remove_d.png".
+    const char *removeImage() const;
+    /// "%d items are selected."; empty until something was.
+    QString selectedText() const;
+    /// What the volume of the scanned folder can hold; 0 where that is not known.
+    std::uint64_t volumeBytes() const { return m_volumeBytes; }
+    std::size_t unread() const { return m_unread.first; }
+    const std::string &firstUnread() const { return m_unread.second; }
+
+    // -- The scan, by the page that owns this
+    /// On the worker.
+    void drawPieTree(const std::filesystem::path &path);
+    void stopScanTask() { m_openGLView.cancelTask(); }
+    /// On the main thread, when the scan has ended.
+    void scanEnded();
+    /// Goes to the directory, if it is one.
+    void updateOpenGLView(const std::filesystem::path &path);
+
+    // -- What the user does
+    void onChangePath(const std::filesystem::path &cell);
+    /// The mark of a row.
+    void colorButtonAction(std::size_t row);
+    /// A click elsewhere in the row.
+    void mouseDownClick(std::size_t row);
+    /// Ticks or unticks the directory that is found in the chart.
+    void toggleFound();
+    void changeSelectArr(bool state, const CleanFileInfo &fileInfo);
+    void removeButtonAction();
+    /// To showAlertView(): call it off, or go on.
+    void canelButtonAction();
+    void removeSelectFilesButtonAction(Act act);
+    /// To canNotRemoveSome(): it has been closed.
+    void alertEnded() { Q_EMIT unlockAnimation(false); }
+    void unlockRigths(bool open) { m_padlock.unlockRigths(open); }
+    void backButtonAction();
+    /// Lists the current directory again.
+    void refresh();
+
+Q_SIGNALS:
+    void listChanged();
+    /// Rows show another mark.
+    void marksChanged();
+    void bubbleChanged();
+    void selectionChanged();
+    void refused(const std::filesystem::path &path, std::error_code reason);
+    void showAlertView();
+    void sheetEnded();
+    void canNotRemoveSome();
+    void unlockAnimation(bool running);
+    void removalEnded();
+    void scanFactsChanged();
+
+private:
+    struct Listing;
+
+    void bind();
+    void listOn(const std::filesystem::path &path, std::uint64_t size);
+    void endListing(const std::shared_ptr<Listing> &listing);
+    void leftViewContent(const CleanFileInfo &root, const RingChart::CleanFileInfoList &items,
+                         const std::vector<std::error_code> &refusals);
+    void refreshMarks();
+    void removeEnded();
+    void delayTimer();
+    void postRefresh(const std::filesystem::path &path);
+
+    DiskUsageAppController &m_diskUsageAppCon;
+    Surroundings m_surroundings;
+    RingChart m_openGLView;
+    UsageTicks m_ticks;
+    PadlockController m_padlock;
+    PieChartBubble m_pieBubble;
+    std::vector<BigSizeFilesList> m_allShowListArr;
+    std::size_t m_leftOut = 0;
+    std::uint64_t m_leftOutBytes = 0;
+    std::filesystem::path m_currentPath;
+    CleanFileInfo m_rootItem;
+    std::filesystem::path m_firstInPath;
+    std::size_t m_pathNumber = 0; ///< cells, of a scan of the home folder
+    bool m_isFirstIn = true;
+    bool m_isRootPath = false;
+    bool m_hasSelected = false;
+    bool m_isListing = false;
+    std::uint64_t m_generation = 0;
+    std::vector<std::shared_ptr<Listing>> m_listings; // under way
+    std::shared_ptr<Listing> m_scanListing;           // what the scan listed at its end
+    std::uint64_t m_volumeBytes = 0;
+    std::pair<std::size_t, std::string> m_unread;
+    Clock::Handle m_alert = 0;
+};
+
+} // namespace brightsweep

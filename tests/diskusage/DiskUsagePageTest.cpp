@@ -1,0 +1,274 @@
+#include "core/SettingKeys.h"
+#include "diskusage/DiskUsageAppController.h"
+#include "diskusage/FSNodeStates.h"
+#include "diskusage/RecordingCanvas.h"
+#include "foundation/UserDefaults.h"
+#include "linux/RemovalError.h"
+#include "support/FaultPlatform.h"
+#include "support/ManualClock.h"
+#include "support/TestEnvironment.h"
+#include "support/TestTree.h"
+#include "support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+
+namespace brightsweep {
+namespace {
+
+using test::TestTree;
+using test::waitUntil;
+using State = DiskUsageAppController::State;
+
+class DiskUsagePageTest : public testing::Test {
+protected:
+    DiskUsagePageTest() {
+        QObject::connect(&page, &DiskUsageAppController::displayPanel, &page,
+                         [this](const QString &panel) { panels.push_back(panel.toStdString()); });
+        QObject::connect(&page, &DiskUsageAppController::alert, &page,
+                         [this](const char *key) { alerts.push_back(key); });
+        QObject::connect(&view(), &V4DiskUsageViewController::canNotRemoveSome, &page,
+                         [this] { alerts.push_back("some"); });
+        QObject::connect(&view(), &V4DiskUsageViewController::refused, &page,
+                         [this](const std::filesystem::path &path, std::error_code error) {
+                             alerts.push_back(path.filename().native() + ": " + error.message());
+                         });
+        QObject::connect(&view(), &V4DiskUsageViewController::showAlertView, &page,
+                         [this] { ++sheets; });
+        QObject::connect(&page, &DiskUsageAppController::showAlertView, &page,
+                         [this] { ++sheets; });
+    }
+    V4DiskUsageViewController &view() { return page.diskView(); }
+    void scan(bool chart, const std::filesystem::path &path) {
+        UserDefaults::standardUserDefaults().setObject(DSDiskUsageShowStyle, chart);
+        page.viewDragAction(path);
+        EXPECT_EQ(page.state(), State::Scanning);
+        page.viewDragAction(tree.path("elsewhere")); // does nothing during a scan
+        waitUntil([&] { return page.bSearchFinished(); });
+        draw();
+    }
+    void draw() {
+        RecordingCanvas canvas;
+        const ChartCanvas::Use use(canvas);
+        view().openGLView().drawRect(400, 400);
+    }
+    void settle() {
+        waitUntil([&] { return !view().isListing() && !view().selection().isBusy(); });
+    }
+    void go(const std::string &name) {
+        view().mouseDownClick(row(name));
+        settle();
+        draw();
+    }
+    std::size_t row(const std::string &name) {
+        const auto &rows = view().allShowListArr();
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            if (rows[i].aFileInfo.name == name)
+                return i;
+        }
+        ADD_FAILURE() << name;
+        return 0;
+    }
+    std::string listed() {
+        std::string text;
+        for (const BigSizeFilesList &each : view().allShowListArr())
+            text += each.aFileInfo.name + (each.isSelected ? "* " : " ");
+        return text;
+    }
+    void ask() {
+        const int before = sheets;
+        view().removeButtonAction();
+        waitUntil([&] { return sheets > before; });
+    }
+    void remove() {
+        view().removeSelectFilesButtonAction(UsageRemoval::Act::Remove);
+        settle();
+    }
+    std::string cells() {
+        std::string text;
+        for (const PathCell &cell : view().pathCells())
+            text += cell.name + ">";
+        return text;
+    }
+
+    TestTree tree;
+    test::ManualClock clock;
+    DiskUsageAppController page{{[] { return true; }, &clock}};
+    std::vector<std::string> panels;
+    std::vector<std::string> alerts;
+    int sheets = 0;
+};
+
+TEST_F(DiskUsagePageTest, SelectsInSeveralFoldersAndRemoves) {
+    for (const char *name : {"a/b/one", "a/two", "d/three", "d/stays", "four"})
+        tree.sparseFile(name, 50'000);
+    tree.sparseFile("a/small", 900);
+    UserDefaults::standardUserDefaults().setObject(DSDiskUsageLimit, 1);
+    UserDefaults::standardUserDefaults().setObject(DSDiskUsageUnit, 1);
+    scan(true, tree.top());
+    EXPECT_EQ(panels, (std::vector<std::string>{"QC_DiskUsage", "DATA_DiskUsage"}));
+    EXPECT_EQ(page.levelsDone(), page.rootDirLevels());
+    go("a");
+    EXPECT_EQ(listed(), "b two ");
+    EXPECT_EQ(view().leftOut(), 1u);
+    EXPECT_EQ(cells(), "work>a>");
+    view().colorButtonAction(row("two"));
+    view().onChangePath(tree.top());
+    settle();
+    go("d");
+    view().colorButtonAction(row("three"));
+    view().onChangePath(tree.path("a"));
+    settle();
+    EXPECT_EQ(listed(), "b two* "); // it outlives navigation
+    EXPECT_EQ(view().selectedText(), QStringLiteral("2 items are selected."));
+    ask();
+    view().canelButtonAction();
+    settle();
+    EXPECT_EQ(view().selection().count(), 2u);
+    tree.file("d/three", "another"); // that one stays
+    ask();
+    ASSERT_EQ(view().selection().sheet().size(), 2u);
+    EXPECT_TRUE(view().selection().sheet()[1].isOther);
+    view().selection().select(1, true);
+    const auto before = tree.snapshot("d");
+    remove();
+    EXPECT_EQ(tree.snapshot("d"), before);
+    EXPECT_FALSE(tree.exists("a/two"));
+    EXPECT_TRUE(tree.exists("a/small") && tree.exists("a/b/one") && tree.exists("four"));
+    EXPECT_EQ(view().selection().count(), 0u);
+    EXPECT_STREQ(view().removeImage(), "remove_d.png");
+    EXPECT_EQ(view().openGLView().currentFacts().bytes, 50'900u);
+    EXPECT_TRUE(alerts.empty());
+    clock.advance(std::chrono::milliseconds(999));
+    EXPECT_TRUE(alerts.empty());
+    clock.advance(std::chrono::milliseconds(1));
+    EXPECT_EQ(alerts, (std::vector<std::string>{"some"}));
+    view().backButtonAction();
+    EXPECT_EQ(panels.back(), "disk_usage");
+}
+
+TEST_F(DiskUsagePageTest, TheChartFollowsWhatGoes) {
+    tree.sparseFile("a/b/c/file", 60'000);
+    tree.sparseFile("d/file", 30'000);
+    scan(true, tree.top());
+    RingChart &chart = view().openGLView();
+    chart.step(RingChart::Step::Next);
+    chart.step(RingChart::Step::Outwards);
+    EXPECT_EQ(chart.foundFacts().path, tree.path("a/b").native() + "/");
+    chart.step(RingChart::Step::Next); // b is alone in its ring
+    chart.step(RingChart::Step::Inwards);
+    chart.step(RingChart::Step::Previous);
+    EXPECT_EQ(chart.foundFacts().path, tree.path("d").native() + "/");
+    chart.step(RingChart::Step::Next);
+    chart.enterFound();
+    settle();
+    draw();
+    EXPECT_EQ(listed(), "b ");
+    chart.findChild(tree.path("a/b").native() + "/");
+    view().toggleFound();
+    go("b");
+    view().changeSelectArr(true, view().rootItem()); // the same folder, told with a slash
+    ask();
+    // The folder at the centre goes, and gained nothing by having been listed.
+    tree.file("a/b/new");
+    view().canelButtonAction();
+    settle();
+    ask();
+    EXPECT_EQ(view().selection().sheet().front().gained, 1u);
+    remove();
+    EXPECT_FALSE(tree.exists("a/b"));
+    EXPECT_TRUE(tree.exists("a") && tree.exists("d/file"));
+    EXPECT_EQ(view().currentPath(), tree.path("a"));
+    EXPECT_EQ(chart.rootFacts().bytes, 30'000u);
+}
+
+TEST_F(DiskUsagePageTest, TakesNoTickThatNoRemovalWouldHonour) {
+    const auto home = test::TestEnvironment::current().home();
+    TestTree(home).sparseFile(".config/file", 100);
+    scan(true, home);
+    EXPECT_EQ(view().allShowListArr()[row(".config")].refusal, RemovalError::ProtectedPlace);
+    view().colorButtonAction(row(".config")); // known beforehand
+    EXPECT_EQ(alerts.size(), 1u);
+    // What is not known beforehand is known a little later.
+    CleanFileInfo top({}, "home", home, QStringLiteral("1.00 KB"), 1000);
+    top.isDirectory = true;
+    view().changeSelectArr(true, top);
+    view().changeSelectArr(true, view().allShowListArr()[row(".config")].aFileInfo);
+    waitUntil([&] { return alerts.size() == 3; });
+    EXPECT_EQ(view().selection().count(), 0u);
+}
+
+TEST_F(DiskUsagePageTest, AStopIsAnsweredWhereTheFileSystemIsNot) {
+    test::FaultPlatform faults;
+    tree.sparseFile("a/b/file", 100);
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool hangs = true;
+    faults.setFault([&](std::string_view call, const std::filesystem::path &) {
+        std::unique_lock lock(mutex);
+        if (call == "openDirectoryAt")
+            changed.wait(lock, [&] { return !hangs; });
+        return std::error_code();
+    });
+    for (const bool chart : {true, false}) {
+        hangs = true;
+        UserDefaults::standardUserDefaults().setObject(DSDiskUsageShowStyle, chart);
+        page.viewDragAction(tree.top());
+        page.stopBtnClick();
+        EXPECT_EQ(page.state(), State::Stopping);
+        clock.advance(std::chrono::seconds(1));
+        EXPECT_EQ(page.state(), State::Start);
+        EXPECT_FALSE(page.bSearchFinished());
+        {
+            const std::lock_guard lock(mutex);
+            hangs = false;
+        }
+        changed.notify_all();
+        waitUntil([&] { return page.bSearchFinished(); });
+        EXPECT_TRUE(page.wasStopped());
+        scan(chart, tree.top());
+        EXPECT_EQ(page.state(), State::Results);
+        page.clickBackBtn();
+    }
+}
+
+TEST_F(DiskUsagePageTest, ListsWhatIsLargeAndRemovesWhatIsTicked) {
+    for (const char *name : {"f/x", "f/y", "f/deep/z", "g/w"})
+        tree.sparseFile(name, 5000);
+    tree.sparseFile("small/file", 10);
+    tree.link("way", tree.top());
+    UserDefaults::standardUserDefaults().setObject(DSDiskUsageLimit, 1);
+    UserDefaults::standardUserDefaults().setObject(DSDiskUsageUnit, 1);
+    scan(false, tree.path("way"));
+    FSNode &root = *page._rootNode();
+    ASSERT_EQ(root.children.size(), 2u);
+    FSNode &f = *root.children[0];
+    EXPECT_EQ(f.size, 15'000u);
+    page.setNodeTicked(f, true);
+    EXPECT_EQ(page.listTicks().count(), 1u);
+    page.setNodeTicked(*f.children[0], false); // y or x, or deep
+    EXPECT_EQ(f._state, NodeMixed);
+    EXPECT_EQ(page.listTicks().count(), 2u);
+    page.setNodeTicked(*f.children[0], true);
+    EXPECT_EQ(f._state, NodeMixed); // never ticked from below
+    const std::string kept = f.children[0]->displayName();
+    page.setNodeTicked(*f.children[0], false);
+    page.removeBtnClick();
+    waitUntil([&] { return sheets == 1; });
+    page.removeBtnClickAction(UsageRemoval::Act::Remove);
+    waitUntil([&] { return !page.listTicks().isBusy(); });
+    EXPECT_TRUE(tree.exists("f/" + kept) && tree.exists("g/w") && tree.exists("small/file"));
+    EXPECT_EQ(tree.snapshot("f").size(), kept == "deep" ? 2u : 1u);
+    EXPECT_EQ(f.size, 5000u);
+    EXPECT_EQ(f._state, NodeOff);
+
+    UserDefaults::standardUserDefaults().setObject(DSDiskUsageUnit, 4);
+    scan(false, tree.top());
+    EXPECT_EQ(alerts, (std::vector<std::string>{
+                          "No items found in selected folder. Please try another one."}));
+    EXPECT_EQ(page.state(), State::Start);
+}
+
+} // namespace
+} // namespace brightsweep
