@@ -7,6 +7,7 @@
     <message id="%@ is mounted successfully!"><translation>%1 wurde eingehängt.</translation></message>
     <message id="%@ is unmounted successfully!"><translation>%1 wurde ausgehängt.</translation></message>
     <message id="%@ space has been recovered since last clean %@. The capacity of startup disk is %@, and %@ is available."><translation>%1 Platz wurden seit der letzten Bereinigung am %2 zurückgewonnen. Der Startdatenträger fasst %3, davon sind %4 verfügbar.</translation></message>
+    <message id="%d items are selected."><translation>%1 Objekte sind ausgewählt.</translation></message>
     <message id="%d of %d selected, %@ will free up."><translation>%1 von %2 ausgewählt, %3 werden frei.</translation></message>
     <message id="%d of %d selected."><translation>%1 von %2 ausgewählt.</translation></message>
     <message id="%lu files in %@."><translation>%1 Dateien in %2.</translation></message>
@@ -107,7 +108,6 @@
     <message id="Downloads folder is selected to clean. We recommend you to view this folder for anything useful before emptying it."><translation>Der Download-Ordner ist zum Bereinigen ausgewählt. Wir empfehlen Ihnen, ihn vor dem Leeren auf Nützliches durchzusehen.</translation></message>
     <message id="Duplicates"><translation>Duplikate</translation></message>
     <message id="EJECT"><translation>%1 auswerfen</translation></message>
-    <message id="EMPTY_DISK_USAGE"><translation>Zeichnet als Ringe, welche Ordner einen Datenträger füllen, bis zur letzten Datei.</translation></message>
     <message id="EMPTY_LOGIN_ITEMS"><translation>Zeigt, was mit Ihrer Sitzung startet, und lässt Sie etwas hinzufügen oder entfernen.</translation></message>
     <message id="EMPTY_MEMORY"><translation>Gibt Speicher, den Programme nicht mehr nutzen, denen zurück, die ihn brauchen.</translation></message>
     <message id="EMPTY_PREFERENCES"><translation>Legt fest, was bereinigt wird, wann Brightsweep warnt und wie es startet.</translation></message>
@@ -172,6 +172,7 @@
     <message id="NO_GUIDE"><translation>Die Anleitung lässt sich nicht öffnen.</translation></message>
     <message id="NO_HAVE_REMOVABLE"><translation>Es gibt nichts auszuwerfen.</translation></message>
     <message id="Name"><translation>Name</translation></message>
+    <message id="No items found in selected folder. Please try another one."><translation>In diesem Ordner ist nichts, das groß genug ist. Bitte wählen Sie einen anderen.</translation></message>
     <message id="OK"><translation>OK</translation></message>
     <message id="OPEN_APPLICATIONS"><translation>Programme öffnen</translation></message>
     <message id="OPEN_AUTOSTART"><translation>Autostart-Ordner öffnen</translation></message>
@@ -183,6 +184,7 @@
     <message id="PADLOCK"><translation>Schloss</translation></message>
     <message id="PARTLY_TICKED"><translation>teilweise angehakt</translation></message>
     <message id="Pictures"><translation>Bilder</translation></message>
+    <message id="Please select some path to scan."><translation>Bitte wählen Sie, was gelesen werden soll.</translation></message>
     <message id="Preferences"><translation>Einstellungen</translation></message>
     <message id="QUICK_CLEAN"><translation>Bereinigen</translation></message>
     <message id="QUICK_CLEAN_ASK"><translation>Alles in diesen Ordnern wird entfernt.</translation></message>
@@ -240,6 +242,49 @@
     <message id="The scan was stopped. Brightsweep has to be restarted before it can scan again."><translation>Die Suche wurde angehalten. Vor der nächsten Suche muss Brightsweep neu gestartet werden.</translation></message>
     <message id="Total Size:"><translation>Gesamt: </translation></message>
     <message id="TotalSize:"><translation>Gesamt: </translation></message>
+    <message id="USAGE_ASK" numerus="yes"><translation><numerusform>%n Objekt entfernen?</numerusform><numerusform>%n Objekte entfernen?</numerusform></translation></message>
+    <message id="USAGE_ASK_ONCE_MORE" numerus="yes"><translation><numerusform>Auch dieses Objekt entfernen?</numerusform><numerusform>Auch diese %n Objekte entfernen?</numerusform></translation></message>
+    <message id="USAGE_CANNOT_TICK"><translation>%1 lässt sich nicht auswählen: %2.</translation></message>
+    <message id="USAGE_CHART"><translation>Ringdiagramm</translation></message>
+    <message id="USAGE_CHART_MODE"><translation>Ringdiagramm</translation></message>
+    <message id="USAGE_COPY_PATH"><translation>Pfad kopieren</translation></message>
+    <message id="USAGE_DROP"><translation>Ziehen Sie einen Ordner hierher oder wählen Sie einen Datenträger, um zu sehen, was seinen Platz belegt.</translation></message>
+    <message id="USAGE_EMPTY"><translation>In diesem Ordner ist nichts.</translation></message>
+    <message id="USAGE_FREES"><translation>Das gibt %1 frei.</translation></message>
+    <message id="USAGE_FREE_OF"><translation>%1 von %2 frei</translation></message>
+    <message id="USAGE_FURTHER_FOLDERS"><translation>Weitere Ordner auf dem Weg</translation></message>
+    <message id="USAGE_FURTHER_ITEMS" numerus="yes"><translation><numerusform>%n weiteres Objekt</numerusform><numerusform>%n weitere Objekte</numerusform></translation></message>
+    <message id="USAGE_LIST"><translation>Ordner und große Dateien</translation></message>
+    <message id="USAGE_LIST_MODE"><translation>Liste</translation></message>
+    <message id="USAGE_MORE_THAN_VOLUME"><translation>Das ist mehr, als der Datenträger fasst: Eine Datei mit mehreren Namen zählt für jeden einmal, und Dateien mit Lücken zählen ganz.</translation></message>
+    <message id="USAGE_NOTE_GAINED" numerus="yes"><translation><numerusform>%n Eintrag ist seit der Auswahl hinzugekommen</numerusform><numerusform>%n Einträge sind seit der Auswahl hinzugekommen</numerusform></translation></message>
+    <message id="USAGE_NOTE_GONE"><translation>ist schon fort</translation></message>
+    <message id="USAGE_NOTE_IN_USE"><translation>wird von %1 benutzt</translation></message>
+    <message id="USAGE_NOTE_SMALL" numerus="yes"><translation><numerusform>mit %n kleinen Eintrag, %1</numerusform><numerusform>mit %n kleinen Einträgen, %1</numerusform></translation></message>
+    <message id="USAGE_OF_VOLUME"><translation>%1 % des Datenträgers</translation></message>
+    <message id="USAGE_OPEN"><translation>Öffnen</translation></message>
+    <message id="USAGE_PATH"><translation>Pfad</translation></message>
+    <message id="USAGE_PNG"><translation>PNG-Bild (*.png)</translation></message>
+    <message id="USAGE_PROGRESS"><translation>Fortschritt</translation></message>
+    <message id="USAGE_RECENT"><translation>Zuletzt gelesen</translation></message>
+    <message id="USAGE_REMOVE"><translation>Entfernen</translation></message>
+    <message id="USAGE_REMOVED" numerus="yes"><translation><numerusform>%n Objekt entfernt, %1 freigegeben.</numerusform><numerusform>%n Objekte entfernt, %1 freigegeben.</numerusform></translation></message>
+    <message id="USAGE_REMOVING"><translation>Wird entfernt: %1 von %2</translation></message>
+    <message id="USAGE_REST" numerus="yes"><translation><numerusform>%n Datei unter der Grenze ist nicht aufgeführt: %1</numerusform><numerusform>%n Dateien unter der Grenze sind nicht aufgeführt: %1</numerusform></translation></message>
+    <message id="USAGE_REVEAL"><translation>In der Dateiverwaltung zeigen</translation></message>
+    <message id="USAGE_SAVE_PICTURE"><translation>Bild sichern …</translation></message>
+    <message id="USAGE_SCANNING"><translation>%1 wird gelesen</translation></message>
+    <message id="USAGE_SCAN_ONLY"><translation>Nur diesen Ordner lesen</translation></message>
+    <message id="USAGE_STAYED" numerus="yes"><translation><numerusform>%n Objekt ist geblieben: %1.</numerusform><numerusform>%n Objekte sind geblieben: %1.</numerusform></translation></message>
+    <message id="USAGE_STOPPED"><translation>Das letzte Lesen wurde angehalten.</translation></message>
+    <message id="USAGE_SVG"><translation>SVG-Bild (*.svg)</translation></message>
+    <message id="USAGE_TICK"><translation>Auswählen</translation></message>
+    <message id="USAGE_TIP_REMOVE"><translation>Entfernt das Angekreuzte endgültig.</translation></message>
+    <message id="USAGE_TIP_TRASH"><translation>Legt das Angekreuzte in den Papierkorb; Platz wird erst frei, wenn er geleert wird.</translation></message>
+    <message id="USAGE_TRASHED" numerus="yes"><translation><numerusform>%n Objekt in den Papierkorb gelegt.</numerusform><numerusform>%n Objekte in den Papierkorb gelegt.</numerusform></translation></message>
+    <message id="USAGE_UNREAD" numerus="yes"><translation><numerusform>%n Ordner ließ sich nicht lesen: %1. Mit Verwalterrechten: %2</numerusform><numerusform>%n Ordner ließen sich nicht lesen, zuerst %1. Mit Verwalterrechten: %2</numerusform></translation></message>
+    <message id="USAGE_UNTICK"><translation>Nicht mehr auswählen</translation></message>
+    <message id="USAGE_WAITS"><translation>Das letzte Lesen wartet noch auf %1, das nicht antwortet.</translation></message>
     <message id="Uninstall"><translation>Deinstallieren</translation></message>
     <message id="Uninstall Applications"><translation>Programme deinstallieren</translation></message>
     <message id="User Caches"><translation>Benutzer-Caches</translation></message>

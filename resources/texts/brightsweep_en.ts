@@ -7,6 +7,7 @@
     <message id="%@ is mounted successfully!"><translation>%1 is mounted successfully!</translation></message>
     <message id="%@ is unmounted successfully!"><translation>%1 is unmounted successfully!</translation></message>
     <message id="%@ space has been recovered since last clean %@. The capacity of startup disk is %@, and %@ is available."><translation>%1 space has been recovered since last clean %2. The capacity of startup disk is %3, and %4 is available.</translation></message>
+    <message id="%d items are selected."><translation>%1 items are selected.</translation></message>
     <message id="%d of %d selected, %@ will free up."><translation>%1 of %2 selected, %3 will free up.</translation></message>
     <message id="%d of %d selected."><translation>%1 of %2 selected.</translation></message>
     <message id="%lu files in %@."><translation>%1 files in %2.</translation></message>
@@ -107,7 +108,6 @@
     <message id="Downloads folder is selected to clean. We recommend you to view this folder for anything useful before emptying it."><translation>Downloads folder is selected to clean. We recommend you to view this folder for anything useful before emptying it.</translation></message>
     <message id="Duplicates"><translation>Duplicates</translation></message>
     <message id="EJECT"><translation>Eject %1</translation></message>
-    <message id="EMPTY_DISK_USAGE"><translation>Draws as rings which folders fill a volume, down to the last file.</translation></message>
     <message id="EMPTY_LOGIN_ITEMS"><translation>Lists what starts with your session, and lets you add to it or take from it.</translation></message>
     <message id="EMPTY_MEMORY"><translation>Gives memory that programs no longer use back to those that need it.</translation></message>
     <message id="EMPTY_PREFERENCES"><translation>Sets what is cleaned, when Brightsweep warns, and how it starts.</translation></message>
@@ -172,6 +172,7 @@
     <message id="NO_GUIDE"><translation>The guide cannot be opened.</translation></message>
     <message id="NO_HAVE_REMOVABLE"><translation>There is nothing to eject.</translation></message>
     <message id="Name"><translation>Name</translation></message>
+    <message id="No items found in selected folder. Please try another one."><translation>No items found in selected folder. Please try another one.</translation></message>
     <message id="OK"><translation>OK</translation></message>
     <message id="OPEN_APPLICATIONS"><translation>Open Applications</translation></message>
     <message id="OPEN_AUTOSTART"><translation>Open Autostart Folder</translation></message>
@@ -183,6 +184,7 @@
     <message id="PADLOCK"><translation>Padlock</translation></message>
     <message id="PARTLY_TICKED"><translation>partly ticked</translation></message>
     <message id="Pictures"><translation>Pictures</translation></message>
+    <message id="Please select some path to scan."><translation>Please select some path to scan.</translation></message>
     <message id="Preferences"><translation>Preferences</translation></message>
     <message id="QUICK_CLEAN"><translation>Clean</translation></message>
     <message id="QUICK_CLEAN_ASK"><translation>Everything in these folders will be removed.</translation></message>
@@ -240,6 +242,49 @@
     <message id="The scan was stopped. Brightsweep has to be restarted before it can scan again."><translation>The scan was stopped. Brightsweep has to be restarted before it can scan again.</translation></message>
     <message id="Total Size:"><translation>Total Size:</translation></message>
     <message id="TotalSize:"><translation>TotalSize:</translation></message>
+    <message id="USAGE_ASK" numerus="yes"><translation><numerusform>Remove %n item?</numerusform><numerusform>Remove %n items?</numerusform></translation></message>
+    <message id="USAGE_ASK_ONCE_MORE" numerus="yes"><translation><numerusform>Remove this one, too?</numerusform><numerusform>Remove these %n, too?</numerusform></translation></message>
+    <message id="USAGE_CANNOT_TICK"><translation>%1 cannot be selected: %2.</translation></message>
+    <message id="USAGE_CHART"><translation>Ring chart</translation></message>
+    <message id="USAGE_CHART_MODE"><translation>Ring chart</translation></message>
+    <message id="USAGE_COPY_PATH"><translation>Copy Path</translation></message>
+    <message id="USAGE_DROP"><translation>Drop a folder here, or choose a volume, to see what takes its space.</translation></message>
+    <message id="USAGE_EMPTY"><translation>There is nothing in this folder.</translation></message>
+    <message id="USAGE_FREES"><translation>This frees %1.</translation></message>
+    <message id="USAGE_FREE_OF"><translation>%1 free of %2</translation></message>
+    <message id="USAGE_FURTHER_FOLDERS"><translation>Further folders on the way</translation></message>
+    <message id="USAGE_FURTHER_ITEMS" numerus="yes"><translation><numerusform>%n further item</numerusform><numerusform>%n further items</numerusform></translation></message>
+    <message id="USAGE_LIST"><translation>Folders and large files</translation></message>
+    <message id="USAGE_LIST_MODE"><translation>List</translation></message>
+    <message id="USAGE_MORE_THAN_VOLUME"><translation>This is more than the volume can hold: a file with several names counts once for each, and files with holes count in full.</translation></message>
+    <message id="USAGE_NOTE_GAINED" numerus="yes"><translation><numerusform>%n entry came to it since it was selected</numerusform><numerusform>%n entries came to it since it was selected</numerusform></translation></message>
+    <message id="USAGE_NOTE_GONE"><translation>is gone already</translation></message>
+    <message id="USAGE_NOTE_IN_USE"><translation>in use by %1</translation></message>
+    <message id="USAGE_NOTE_SMALL" numerus="yes"><translation><numerusform>with %n small entry, %1</numerusform><numerusform>with %n small entries, %1</numerusform></translation></message>
+    <message id="USAGE_OF_VOLUME"><translation>%1% of volume</translation></message>
+    <message id="USAGE_OPEN"><translation>Open</translation></message>
+    <message id="USAGE_PATH"><translation>Path</translation></message>
+    <message id="USAGE_PNG"><translation>PNG picture (*.png)</translation></message>
+    <message id="USAGE_PROGRESS"><translation>Progress of the scan</translation></message>
+    <message id="USAGE_RECENT"><translation>Scanned last</translation></message>
+    <message id="USAGE_REMOVE"><translation>Remove</translation></message>
+    <message id="USAGE_REMOVED" numerus="yes"><translation><numerusform>%n item removed, %1 freed.</numerusform><numerusform>%n items removed, %1 freed.</numerusform></translation></message>
+    <message id="USAGE_REMOVING"><translation>Removing: %1 of %2</translation></message>
+    <message id="USAGE_REST" numerus="yes"><translation><numerusform>%n file below the limit is not listed: %1</numerusform><numerusform>%n files below the limit are not listed: %1</numerusform></translation></message>
+    <message id="USAGE_REVEAL"><translation>Show in File Manager</translation></message>
+    <message id="USAGE_SAVE_PICTURE"><translation>Save Picture…</translation></message>
+    <message id="USAGE_SCANNING"><translation>Scanning %1</translation></message>
+    <message id="USAGE_SCAN_ONLY"><translation>Scan Only This</translation></message>
+    <message id="USAGE_STAYED" numerus="yes"><translation><numerusform>%n item stayed: %1.</numerusform><numerusform>%n items stayed: %1.</numerusform></translation></message>
+    <message id="USAGE_STOPPED"><translation>The last scan was stopped.</translation></message>
+    <message id="USAGE_SVG"><translation>SVG picture (*.svg)</translation></message>
+    <message id="USAGE_TICK"><translation>Select</translation></message>
+    <message id="USAGE_TIP_REMOVE"><translation>Removes what is ticked for good.</translation></message>
+    <message id="USAGE_TIP_TRASH"><translation>Moves what is ticked to the trash, which frees nothing until it is emptied.</translation></message>
+    <message id="USAGE_TRASHED" numerus="yes"><translation><numerusform>%n item moved to the trash.</numerusform><numerusform>%n items moved to the trash.</numerusform></translation></message>
+    <message id="USAGE_UNREAD" numerus="yes"><translation><numerusform>%n folder could not be read: %1. With administrator rights: %2</numerusform><numerusform>%n folders could not be read, the first one is %1. With administrator rights: %2</numerusform></translation></message>
+    <message id="USAGE_UNTICK"><translation>Deselect</translation></message>
+    <message id="USAGE_WAITS"><translation>The last scan still waits for %1, which does not answer.</translation></message>
     <message id="Uninstall"><translation>Uninstall</translation></message>
     <message id="Uninstall Applications"><translation>Uninstall Applications</translation></message>
     <message id="User Caches"><translation>User Caches</translation></message>

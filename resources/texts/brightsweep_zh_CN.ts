@@ -7,6 +7,7 @@
     <message id="%@ is mounted successfully!"><translation>%1 已成功挂载！</translation></message>
     <message id="%@ is unmounted successfully!"><translation>%1 已成功卸载！</translation></message>
     <message id="%@ space has been recovered since last clean %@. The capacity of startup disk is %@, and %@ is available."><translation>自上次清理（%2）以来已回收 %1 空间。启动磁盘的容量为 %3，可用 %4。</translation></message>
+    <message id="%d items are selected."><translation>已选择 %1 个项目。</translation></message>
     <message id="%d of %d selected, %@ will free up."><translation>已选择 %1 项，共 %2 项，将释放 %3。</translation></message>
     <message id="%d of %d selected."><translation>已选择 %1 项，共 %2 项。</translation></message>
     <message id="%lu files in %@."><translation>“%2”中有 %1 个文件。</translation></message>
@@ -107,7 +108,6 @@
     <message id="Downloads folder is selected to clean. We recommend you to view this folder for anything useful before emptying it."><translation>已选择清理下载文件夹。建议您在清空之前先查看其中是否有有用的内容。</translation></message>
     <message id="Duplicates"><translation>重复文件</translation></message>
     <message id="EJECT"><translation>弹出 %1</translation></message>
-    <message id="EMPTY_DISK_USAGE"><translation>用圆环图显示哪些文件夹占用了卷的空间，直至每个文件。</translation></message>
     <message id="EMPTY_LOGIN_ITEMS"><translation>列出随会话启动的项目，并可添加或移除。</translation></message>
     <message id="EMPTY_MEMORY"><translation>将程序不再使用的内存归还给需要它的程序。</translation></message>
     <message id="EMPTY_PREFERENCES"><translation>设置清理的内容、Brightsweep 何时发出警告以及如何启动。</translation></message>
@@ -172,6 +172,7 @@
     <message id="NO_GUIDE"><translation>无法打开使用指南。</translation></message>
     <message id="NO_HAVE_REMOVABLE"><translation>没有可弹出的卷。</translation></message>
     <message id="Name"><translation>名称</translation></message>
+    <message id="No items found in selected folder. Please try another one."><translation>在所选文件夹中未找到项目，请选择其他文件夹。</translation></message>
     <message id="OK"><translation>确定</translation></message>
     <message id="OPEN_APPLICATIONS"><translation>打开应用程序</translation></message>
     <message id="OPEN_AUTOSTART"><translation>打开自启动文件夹</translation></message>
@@ -183,6 +184,7 @@
     <message id="PADLOCK"><translation>锁</translation></message>
     <message id="PARTLY_TICKED"><translation>部分选中</translation></message>
     <message id="Pictures"><translation>图片</translation></message>
+    <message id="Please select some path to scan."><translation>请选择要扫描的路径。</translation></message>
     <message id="Preferences"><translation>偏好设置</translation></message>
     <message id="QUICK_CLEAN"><translation>清理</translation></message>
     <message id="QUICK_CLEAN_ASK"><translation>这些文件夹中的所有内容都将被移除。</translation></message>
@@ -240,6 +242,49 @@
     <message id="The scan was stopped. Brightsweep has to be restarted before it can scan again."><translation>扫描已停止。Brightsweep 需要重新启动才能再次扫描。</translation></message>
     <message id="Total Size:"><translation>总大小：</translation></message>
     <message id="TotalSize:"><translation>总大小：</translation></message>
+    <message id="USAGE_ASK" numerus="yes"><translation><numerusform>要移除 %n 个项目吗？</numerusform></translation></message>
+    <message id="USAGE_ASK_ONCE_MORE" numerus="yes"><translation><numerusform>也要移除这 %n 个项目吗？</numerusform></translation></message>
+    <message id="USAGE_CANNOT_TICK"><translation>无法选择 %1：%2。</translation></message>
+    <message id="USAGE_CHART"><translation>环形图</translation></message>
+    <message id="USAGE_CHART_MODE"><translation>环形图</translation></message>
+    <message id="USAGE_COPY_PATH"><translation>复制路径</translation></message>
+    <message id="USAGE_DROP"><translation>将文件夹拖到这里，或选择一个卷，查看空间被什么占用。</translation></message>
+    <message id="USAGE_EMPTY"><translation>此文件夹中没有内容。</translation></message>
+    <message id="USAGE_FREES"><translation>这将释放 %1。</translation></message>
+    <message id="USAGE_FREE_OF"><translation>%2 中有 %1 可用</translation></message>
+    <message id="USAGE_FURTHER_FOLDERS"><translation>路径中的其他文件夹</translation></message>
+    <message id="USAGE_FURTHER_ITEMS" numerus="yes"><translation><numerusform>另有 %n 个项目</numerusform></translation></message>
+    <message id="USAGE_LIST"><translation>文件夹和大文件</translation></message>
+    <message id="USAGE_LIST_MODE"><translation>列表</translation></message>
+    <message id="USAGE_MORE_THAN_VOLUME"><translation>这超过了卷的容量：有多个名称的文件按每个名称各计一次，含空洞的文件按全部大小计算。</translation></message>
+    <message id="USAGE_NOTE_GAINED" numerus="yes"><translation><numerusform>选择后新增了 %n 个条目</numerusform></translation></message>
+    <message id="USAGE_NOTE_GONE"><translation>已不存在</translation></message>
+    <message id="USAGE_NOTE_IN_USE"><translation>正被 %1 使用</translation></message>
+    <message id="USAGE_NOTE_SMALL" numerus="yes"><translation><numerusform>含 %n 个小条目，%1</numerusform></translation></message>
+    <message id="USAGE_OF_VOLUME"><translation>%1% 卷容量</translation></message>
+    <message id="USAGE_OPEN"><translation>打开</translation></message>
+    <message id="USAGE_PATH"><translation>路径</translation></message>
+    <message id="USAGE_PNG"><translation>PNG 图片 (*.png)</translation></message>
+    <message id="USAGE_PROGRESS"><translation>扫描进度</translation></message>
+    <message id="USAGE_RECENT"><translation>最近扫描</translation></message>
+    <message id="USAGE_REMOVE"><translation>移除</translation></message>
+    <message id="USAGE_REMOVED" numerus="yes"><translation><numerusform>已移除 %n 个项目，释放 %1。</numerusform></translation></message>
+    <message id="USAGE_REMOVING"><translation>正在移除：%1 / %2</translation></message>
+    <message id="USAGE_REST" numerus="yes"><translation><numerusform>未列出 %n 个小于限值的文件：%1</numerusform></translation></message>
+    <message id="USAGE_REVEAL"><translation>在文件管理器中显示</translation></message>
+    <message id="USAGE_SAVE_PICTURE"><translation>保存图片…</translation></message>
+    <message id="USAGE_SCANNING"><translation>正在扫描 %1</translation></message>
+    <message id="USAGE_SCAN_ONLY"><translation>仅扫描此文件夹</translation></message>
+    <message id="USAGE_STAYED" numerus="yes"><translation><numerusform>%n 个项目未移除：%1。</numerusform></translation></message>
+    <message id="USAGE_STOPPED"><translation>上次扫描已停止。</translation></message>
+    <message id="USAGE_SVG"><translation>SVG 图片 (*.svg)</translation></message>
+    <message id="USAGE_TICK"><translation>选择</translation></message>
+    <message id="USAGE_TIP_REMOVE"><translation>永久移除勾选的内容。</translation></message>
+    <message id="USAGE_TIP_TRASH"><translation>将勾选的内容移到回收站；清空回收站后才会释放空间。</translation></message>
+    <message id="USAGE_TRASHED" numerus="yes"><translation><numerusform>已将 %n 个项目移到回收站。</numerusform></translation></message>
+    <message id="USAGE_UNREAD" numerus="yes"><translation><numerusform>%n 个文件夹无法读取，第一个是 %1。使用管理员权限：%2</numerusform></translation></message>
+    <message id="USAGE_UNTICK"><translation>取消选择</translation></message>
+    <message id="USAGE_WAITS"><translation>上次扫描仍在等待 %1 的响应。</translation></message>
     <message id="Uninstall"><translation>卸载</translation></message>
     <message id="Uninstall Applications"><translation>卸载应用程序</translation></message>
     <message id="User Caches"><translation>用户缓存</translation></message>

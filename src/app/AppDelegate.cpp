@@ -7,6 +7,7 @@
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "core/UtilityObject.h"
+#include "diskusage/DiskUsageAppController.h"
 #include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
@@ -162,13 +163,17 @@ void AppDelegate::handleReopenAppEvent(const InstanceRequest &request) {
 
 void AppDelegate::reopen(const InstanceRequest &request) {
     showMainWindow(request.activationToken);
-    if (!request.duplicates)
-        return;
     auto &window = AppPrefsWindowController::sharedPrefsWindowController();
-    window.toggleActivePreferenceView(QStringLiteral("duplicates_file"));
-    SameFileDeleteViewController &page = *window.sameFileDeleteView();
-    if (!request.duplicates->empty() && page.canBegin())
-        page.viewDragAction(*request.duplicates);
+    if (request.duplicates) {
+        window.toggleActivePreferenceView(QStringLiteral("duplicates_file"));
+        SameFileDeleteViewController &page = *window.sameFileDeleteView();
+        if (!request.duplicates->empty() && page.canBegin())
+            page.viewDragAction(*request.duplicates);
+    } else if (request.usage) {
+        window.toggleActivePreferenceView(QStringLiteral("disk_usage"));
+        if (!request.usage->empty())
+            window.diskUsageView()->viewDragAction(*request.usage);
+    }
 }
 
 void AppDelegate::scanNow(const std::string &activationToken) {

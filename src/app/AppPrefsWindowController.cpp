@@ -1,7 +1,9 @@
 #include "app/AppPrefsWindowController.h"
 
+#include "app/LicenceGate.h"
 #include "app/PageTable.h"
 #include "cleaning/NewMainViewController.h"
+#include "diskusage/DiskUsageAppController.h"
 #include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/UserDefaults.h"
 
@@ -72,6 +74,24 @@ void AppPrefsWindowController::makeDuplicatesPage() {
             });
 }
 
+void AppPrefsWindowController::makeDiskUsagePage() {
+    m_diskUsageView = std::make_unique<DiskUsageAppController>(
+        DiskUsageAppController::Surroundings{[] { return LicenceGate::isOpen(); }, nullptr});
+    const auto *const page = m_diskUsageView.get();
+    const auto showPart = [this] { setView4DiskUsage(m_diskUsageView->view4DiskUsage()); };
+    connect(page, &DiskUsageAppController::stateChanged, this, showPart);
+    connect(page, &DiskUsageAppController::displayPanel, this,
+            [this, showPart](const QString &identifier, bool animate) {
+                showPart();
+                // A page that goes on in the background takes no other's place.
+                const Page *const of = pageOfPanel(identifier);
+                if (of && QLatin1String(of->identifier) == QLatin1String("disk_usage") &&
+                    selectedItem() != QLatin1String("disk_usage"))
+                    return;
+                displayViewForIdentifier(identifier, animate);
+            });
+}
+
 void AppPrefsWindowController::addPage(const Page &page) {
     const QLatin1String identifier(page.identifier);
     const QLatin1String title(page.title);
@@ -84,6 +104,7 @@ void AppPrefsWindowController::addPage(const Page &page) {
 void AppPrefsWindowController::setupToolbar() {
     makeCleanPage();
     makeDuplicatesPage();
+    makeDiskUsagePage();
     for (const Page &page : pageTable) {
         if (!page.atTheEnd)
             addPage(page);

@@ -6,6 +6,7 @@
 
 namespace brightsweep {
 
+class DiskUsageAppController;
 class NewMainViewController;
 class SameFileDeleteViewController;
 struct Page;
@@ -29,6 +30,9 @@ public:
     /// The duplicates page; null before the window was first shown.
     SameFileDeleteViewController *sameFileDeleteView() const { return m_sameFileDeleteView.get(); }
 
+    /// The disk usage page; null before the window was first shown.
+    DiskUsageAppController *diskUsageView() const { return m_diskUsageView.get(); }
+
     /// Copies the settings of the animation.
     void readAnimationSettings();
 
@@ -45,10 +49,12 @@ protected:
 private:
     void makeCleanPage();
     void makeDuplicatesPage();
+    void makeDiskUsagePage();
     void addPage(const Page &page);
 
     std::unique_ptr<NewMainViewController> m_v4MainView;
     std::unique_ptr<SameFileDeleteViewController> m_sameFileDeleteView;
+    std::unique_ptr<DiskUsageAppController> m_diskUsageView;
 };
 
 } // namespace brightsweep

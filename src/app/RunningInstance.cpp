@@ -46,8 +46,12 @@ void RunningInstance::handleReopenAppEvent(const InstanceRequest &request) {
     if (m_launched)
         return m_hooks.reopen(request);
     // One that only wants the window takes no folder away.
-    auto duplicates = request.duplicates || !m_reopen ? request.duplicates : m_reopen->duplicates;
-    m_reopen = {request.activationToken, std::move(duplicates)};
+    InstanceRequest waiting = request;
+    if (m_reopen && !request.duplicates && !request.usage) {
+        waiting.duplicates = std::move(m_reopen->duplicates);
+        waiting.usage = std::move(m_reopen->usage);
+    }
+    m_reopen = std::move(waiting);
 }
 
 void RunningInstance::takeLeave() {

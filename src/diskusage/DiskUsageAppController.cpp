@@ -1,5 +1,6 @@
 #include "diskusage/DiskUsageAppController.h"
 
+#include "core/RecentFolders.h"
 #include "core/SettingKeys.h"
 #include "core/TaskStopper.h"
 #include "core/ThreadWorker.h"
@@ -23,6 +24,8 @@ namespace {
 // A stop is answered within a second, whatever the file system that is being read does.
 constexpr std::chrono::milliseconds stopPatience{700};
 constexpr std::chrono::milliseconds alertDelay{1000};
+
+constexpr QLatin1String DSDiskUsageFolders("DSDiskUsageFolders");
 
 const QString volumesImage = QStringLiteral("list_1.png");
 const QString homeImage = QStringLiteral("home_disk.png");
@@ -109,13 +112,19 @@ void DiskUsageAppController::switch2QcAnimation(bool scanning) {
 
 // -- Choosing a folder
 
+std::vector<std::filesystem::path> DiskUsageAppController::lastFolders() const {
+    return recentFolders(DSDiskUsageFolders);
+}
+
 void DiskUsageAppController::getLocalDiskInfo() {
     m_leftCellArr.clear();
     m_leftCellArr.push_back(
         {paths::display(paths::lastComponent(homeFolder())), homeFolder(), homeImage, 0, 0, true});
-    for (const DSVolumeInfo &volume : VolumesInfo().getAllVolsInfo()) {
-        m_leftCellArr.push_back({volume.volumeName, volume.volRootDir, volumesImage,
-                                 volume.nTotalSize, volume.nFreeSize, false});
+    VolumesInfo volumes;
+    for (const DSVolumeInfo &volume : volumes.getAllVolsInfo()) {
+        const QString image = volume.volIcon.isEmpty() ? volumesImage : volume.volIcon;
+        m_leftCellArr.push_back({volume.volumeName, volume.volRootDir, image, volume.nTotalSize,
+                                 volume.nFreeSize, false});
     }
     Q_EMIT cellsChanged();
 }
@@ -246,6 +255,8 @@ void DiskUsageAppController::browseFilesFinished() {
     m_surroundings.clock->cancel(std::exchange(m_giveUp, 0));
     m_twSearch.reset();
     m_bSearchFinished = true;
+    if (!m_bStopTask)
+        rememberFolder(DSDiskUsageFolders, m_scanPathStr);
     if (m_leftBehind || m_bStopTask) {
         m_scannedNode.reset();
         if (m_leftBehind)

@@ -74,6 +74,8 @@ public:
     std::int64_t levelsDone() const { return m_levelsDone; }
     /// The home folder and the volumes, as they are now.
     const std::vector<DiskUsageLeftCell> &leftCellArr() const { return m_leftCellArr; }
+    /// What was scanned last, the latest first.
+    std::vector<std::filesystem::path> lastFolders() const;
 
     // -- The list mode
     /// What is large, largest first; null before a scan. Changes between rowsWillChange() and

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -90,6 +91,8 @@ public:
     Facts foundFacts() const;
     Facts currentFacts() const;
     Facts rootFacts() const;
+    /// Of the directory with that path, with a trailing "/".
+    std::optional<std::uint64_t> bytesOf(std::string_view path) const;
     /// Directories that the scan could not read, and the first of them. Not during a scan.
     std::pair<std::size_t, std::string> unreadDirectories() const;
 

@@ -90,6 +90,14 @@ RingChart::Facts RingChart::rootFacts() const {
     return factsOf(icAllDir);
 }
 
+std::optional<std::uint64_t> RingChart::bytesOf(std::string_view path) const {
+    const std::lock_guard lock(m_mutex);
+    const AllDir *const node = searchFileLocked(path);
+    if (!node)
+        return {};
+    return std::uint64_t(node->iSize.load(std::memory_order_relaxed));
+}
+
 std::pair<std::size_t, std::string> RingChart::unreadDirectories() const {
     const std::lock_guard lock(m_mutex);
     std::pair<std::size_t, std::string> unread;

@@ -310,11 +310,16 @@ void V4DiskUsageViewController::colorButtonAction(std::size_t row) {
 
 void V4DiskUsageViewController::toggleFound() {
     const RingChart::Facts found = m_openGLView.foundFacts();
-    if (found.path.empty())
+    if (!found.path.empty())
+        togglePath(withoutSlash(found.path));
+}
+
+void V4DiskUsageViewController::togglePath(const std::filesystem::path &path) {
+    const auto bytes = m_openGLView.bytesOf(withSlash(path.native()));
+    if (!bytes)
         return;
-    const auto path = withoutSlash(found.path);
     CleanFileInfo item({}, paths::lastComponent(path), path,
-                       UtilityFunction::convertVolSpace(found.bytes), found.bytes);
+                       UtilityFunction::convertVolSpace(*bytes), *bytes);
     item.isDirectory = true;
     changeSelectArr(!m_ticks.contains(path), item);
 }

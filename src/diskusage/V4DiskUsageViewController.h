@@ -111,6 +111,8 @@ public:
     void mouseDownClick(std::size_t row);
     /// Ticks or unticks the directory that is found in the chart.
     void toggleFound();
+    /// The same of any directory of the chart.
+    void togglePath(const std::filesystem::path &path);
     void changeSelectArr(bool state, const CleanFileInfo &fileInfo);
     void removeButtonAction();
     /// To showAlertView(): call it off, or go on.

@@ -15,10 +15,12 @@ enum class InstanceOutcome {
 };
 
 /// What a later start asks of the first one: to show itself, by the token for that, and perhaps to
-/// search a folder for duplicates. An empty folder means the page for that, without a search.
+/// search a folder for duplicates or to show what takes the space in it. An empty folder means the
+/// page for that, without a folder.
 struct InstanceRequest {
     std::string activationToken;
     std::optional<std::filesystem::path> duplicates;
+    std::optional<std::filesystem::path> usage = std::nullopt;
 };
 
 /// Keeps the program to one running instance for each user's session. Main thread.

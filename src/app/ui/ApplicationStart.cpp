@@ -106,23 +106,35 @@ std::string activationToken() {
     return {};
 }
 
-// What the command line asks for beyond running: "--activate" or "--duplicates", with a folder to
-// search where one follows.
+using FolderOfRequest = std::optional<std::filesystem::path> InstanceRequest::*;
+
+// What the command line asks for beyond running, with a folder where one follows.
+constexpr struct {
+    std::string_view word;
+    FolderOfRequest folder;
+    bool wantsPage; ///< also without a folder
+} requestWords[] = {{"--activate", &InstanceRequest::duplicates, false},
+                    {"--duplicates", &InstanceRequest::duplicates, true},
+                    {"--usage", &InstanceRequest::usage, true}};
+
 std::optional<InstanceRequest> requestOf(int argc, char **argv) {
     const std::vector<std::string_view> words(argv + std::min(argc, 1), argv + argc);
     for (std::size_t i = 0; i < words.size(); ++i) {
-        const bool findsDuplicates = words[i] == "--duplicates";
-        if (!findsDuplicates && words[i] != "--activate")
+        const auto *const row =
+            std::find_if(std::begin(requestWords), std::end(requestWords),
+                         [&](const auto &each) { return each.word == words[i]; });
+        if (row == std::end(requestWords))
             continue;
-        InstanceRequest request{activationToken(), std::nullopt};
+        InstanceRequest request{activationToken(), std::nullopt, std::nullopt};
+        auto &folder = request.*row->folder;
         if (i + 1 < words.size() && !words[i + 1].empty() && !words[i + 1].starts_with('-')) {
-            request.duplicates = words[i + 1];
+            folder = words[i + 1];
             // The one that runs has another working directory.
             std::error_code error;
-            if (request.duplicates->is_relative())
-                request.duplicates = std::filesystem::weakly_canonical(words[i + 1], error);
-        } else if (findsDuplicates) {
-            request.duplicates.emplace();
+            if (folder->is_relative())
+                folder = std::filesystem::weakly_canonical(words[i + 1], error);
+        } else if (row->wantsPage) {
+            folder.emplace();
         }
         return request;
     }
@@ -177,7 +189,7 @@ int runApplication(int argc, char **argv, int terminal) {
     QApplication::setQuitOnLastWindowClosed(false);
 
     switch (Platform::current().instance->claim(
-        true, request.value_or(InstanceRequest{activationToken(), std::nullopt}))) {
+        true, request.value_or(InstanceRequest{activationToken(), std::nullopt, std::nullopt}))) {
     case InstanceOutcome::PassedOn:
         return 0;
     case InstanceOutcome::Hanging:
@@ -204,7 +216,7 @@ int runApplication(int argc, char **argv, int terminal) {
                      [start] { firstFrameShown(Steady::now() - start); });
     delegate->applicationWillFinishLaunching();
     delegate->applicationDidFinishLaunching();
-    if (request && (request->duplicates ||
+    if (request && (request->duplicates || request->usage ||
                     !AppPrefsWindowController::sharedPrefsWindowController().isVisible()))
         delegate->handleReopenAppEvent(*request);
     std::atexit(endWithoutDisplay);

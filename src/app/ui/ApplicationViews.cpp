@@ -55,6 +55,8 @@ ApplicationViews::ApplicationViews(AppDelegate &delegate, CustomStatusItemView &
             acts.clean = AppPrefsWindowController::sharedPrefsWindowController().v4MainView();
             acts.duplicates =
                 AppPrefsWindowController::sharedPrefsWindowController().sameFileDeleteView();
+            acts.diskUsage =
+                AppPrefsWindowController::sharedPrefsWindowController().diskUsageView();
             return makePanelPage(identifier, acts, page);
         });
     m_popup = std::make_unique<StatusPopup>(m_delegate.menu());

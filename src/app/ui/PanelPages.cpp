@@ -7,6 +7,9 @@
 #include "cleaning/ui/CleanStartPanel.h"
 #include "core/MacLog.h"
 #include "core/Texts.h"
+#include "diskusage/ui/DiskUsageProgressPanel.h"
+#include "diskusage/ui/DiskUsageResultsPanel.h"
+#include "diskusage/ui/DiskUsageStartPanel.h"
 #include "duplicates/ui/DuplicatesProgressPanel.h"
 #include "duplicates/ui/DuplicatesResultsPanel.h"
 #include "duplicates/ui/DuplicatesStartPanel.h"
@@ -46,10 +49,6 @@ void openFirst(const std::vector<fs::path> &folders) {
     }
 }
 
-void showVolumes(const PanelActs &acts) {
-    acts.showVolumes();
-}
-
 void openApplications(const PanelActs &) {
     std::vector<fs::path> folders;
     // The system's folder, the last one, holds most.
@@ -82,6 +81,11 @@ QWidget *makeDuplicates(const PanelActs &acts, QWidget *parent) {
     return new Panel(*acts.duplicates, parent);
 }
 
+template <typename Panel>
+QWidget *makeDiskUsage(const PanelActs &acts, QWidget *parent) {
+    return new Panel(*acts.diskUsage, parent);
+}
+
 QWidget *makeCleanResults(const PanelActs &acts, QWidget *parent) {
     auto *const results = new CleanResultsPanel(*acts.clean, parent);
     QObject::connect(results, &CleanResultsPanel::volumesRequested, results, acts.showVolumes);
@@ -98,8 +102,6 @@ struct EmptyPage {
 };
 
 constexpr std::array emptyPages = {
-    EmptyPage{"disk_usage", "start_disk_usage.png", QT_TRID_NOOP("EMPTY_DISK_USAGE"),
-              QT_TRID_NOOP("SHOW_VOLUMES"), showVolumes},
     EmptyPage{"delete", "start_uninstall.png", QT_TRID_NOOP("EMPTY_UNINSTALL"),
               QT_TRID_NOOP("OPEN_APPLICATIONS"), openApplications},
     EmptyPage{"memory", "start_memory.png", QT_TRID_NOOP("EMPTY_MEMORY"),
@@ -135,13 +137,17 @@ constexpr std::array panelMakers = {
     PanelMaker{"duplicates_file", makeDuplicates<DuplicatesStartPanel>},
     PanelMaker{"QC_Duplicates", makeDuplicates<DuplicatesProgressPanel>},
     PanelMaker{"DATA_Duplicates", makeDuplicates<DuplicatesResultsPanel>},
+    PanelMaker{"disk_usage", makeDiskUsage<DiskUsageStartPanel>},
+    PanelMaker{"QC_DiskUsage", makeDiskUsage<DiskUsageProgressPanel>},
+    PanelMaker{"DATA_DiskUsage", makeDiskUsage<DiskUsageResultsPanel>},
 };
 
 } // namespace
 
 QWidget *makePanelPage(const QString &identifier, const PanelActs &acts, QWidget *parent) {
     for (const PanelMaker &row : panelMakers) {
-        if (acts.clean && acts.duplicates && identifier == QLatin1String(row.panel))
+        if (acts.clean && acts.duplicates && acts.diskUsage &&
+            identifier == QLatin1String(row.panel))
             return row.make(acts, parent);
     }
     const Page *const page = pageOfPanel(identifier);

@@ -8,6 +8,7 @@ class QWidget;
 
 namespace brightsweep {
 
+class DiskUsageAppController;
 class NewMainViewController;
 class SameFileDeleteViewController;
 
@@ -16,6 +17,7 @@ struct PanelActs {
     std::function<void()> showVolumes;                  ///< opens the list of volumes
     NewMainViewController *clean = nullptr;             ///< the clean page's
     SameFileDeleteViewController *duplicates = nullptr; ///< the duplicates page's
+    DiskUsageAppController *diskUsage = nullptr;        ///< the disk usage page's
 };
 
 /// The page of a panel of the main window. Panels that have no page yet say what they are for.

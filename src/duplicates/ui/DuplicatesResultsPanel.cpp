@@ -1,4 +1,5 @@
 #include "duplicates/ui/DuplicatesResultsPanel.h"
+#include "duplicates/ui/DuplicatesFolder.h"
 
 #include "cleaning/ui/StyledLabel.h"
 #include "core/Texts.h"
@@ -8,7 +9,6 @@
 #include "duplicates/ui/DuplicatesProgressPanel.h"
 #include "duplicates/ui/DuplicatesStartPanel.h"
 #include "duplicates/ui/DuplicatesView.h"
-#include "duplicates/ui/FolderChoice.h"
 #include "duplicates/ui/TickMenu.h"
 #include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
@@ -128,7 +128,7 @@ DuplicatesResultsPanel::DuplicatesResultsPanel(Page &controller, QWidget *parent
     layout->addWidget(makeBottom());
     setFocusProxy(m_outline);
 
-    new FolderChoice(m_controller, this);
+    takeFolders(m_controller, this);
     bindPadlock();
     bindFilter();
     const auto *const page = &m_controller;

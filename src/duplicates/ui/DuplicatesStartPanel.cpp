@@ -1,11 +1,12 @@
 #include "duplicates/ui/DuplicatesStartPanel.h"
+#include "duplicates/ui/DuplicatesFolder.h"
 
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "duplicates/RecentFolders.h"
 #include "duplicates/SameFileDeleteViewController.h"
-#include "duplicates/ui/FolderChoice.h"
 #include "foundation/Paths.h"
+#include "ui/FolderChoice.h"
 #include "ui/ImageView.h"
 #include "ui/Paragraph.h"
 #include "ui/Theme.h"
@@ -103,7 +104,7 @@ DuplicatesStartPanel::DuplicatesStartPanel(SameFileDeleteViewController &control
 
     connect(choose, &QPushButton::clicked, &m_controller,
             &SameFileDeleteViewController::clickScanBtn);
-    auto *const choice = new FolderChoice(m_controller, this);
+    auto *const choice = takeFolders(m_controller, this);
     connect(choice, &FolderChoice::hovered, this, [this](bool isOver) {
         m_isHovered = isOver;
         update();

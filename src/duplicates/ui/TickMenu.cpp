@@ -2,7 +2,7 @@
 
 #include "core/Texts.h"
 #include "duplicates/SameFileDeleteViewController.h"
-#include "duplicates/ui/FolderChoice.h"
+#include "ui/FolderChoice.h"
 
 #include <QMenu>
 #include <QShortcut>

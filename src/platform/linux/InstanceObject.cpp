@@ -21,8 +21,9 @@ constexpr struct {
 
 // The second one is what desktops said before they knew the first.
 constexpr const char *tokenKeys[] = {"activation-token", "desktop-startup-id"};
-// An action of the desktop entry.
+// Actions of the desktop entry. The second one may have a URL as its parameter.
 constexpr QLatin1String findDuplicates("find-duplicates");
+constexpr QLatin1String showUsage("show-disk-usage");
 constexpr QLatin1String fileScheme("file://");
 
 QVariantMap platformData(const std::string &token) {
@@ -60,6 +61,19 @@ std::optional<std::filesystem::path> duplicatesOf(const QDBusMessage &message) {
     return std::nullopt;
 }
 
+std::optional<std::filesystem::path> usageOf(const QDBusMessage &message) {
+    if (message.member() != QLatin1String("ActivateAction") ||
+        message.arguments().value(0).toString() != showUsage)
+        return std::nullopt;
+    const auto parameters = qdbus_cast<QVariantList>(message.arguments().value(1));
+    return fileOf(parameters.value(0).toString()).value_or(std::filesystem::path());
+}
+
+QString urlOf(const std::filesystem::path &file) {
+    const auto bytes = QByteArray::fromStdString(file.native());
+    return fileScheme + QString::fromLatin1(bytes.toPercentEncoding(QByteArray("/")));
+}
+
 } // namespace
 
 InstanceObject::InstanceObject(InstanceRequests &requests) : m_requests(requests) {
@@ -74,16 +88,20 @@ InstanceObject::~InstanceObject() {
 
 QDBusMessage InstanceObject::message(const InstanceRequest &request) {
     const bool opens = request.duplicates && !request.duplicates->empty();
-    const char *const method = opens ? "Open" : request.duplicates ? "ActivateAction" : "Activate";
+    const bool acts = request.duplicates || request.usage;
+    const char *const method = opens ? "Open" : acts ? "ActivateAction" : "Activate";
     auto message =
         QDBusMessage::createMethodCall(QString::fromLatin1(bundleIdentifier), QLatin1String(path),
                                        QLatin1String(interface), QLatin1String(method));
     if (opens) {
-        const auto bytes = QByteArray::fromStdString(request.duplicates->native());
-        message << QStringList(fileScheme +
-                               QString::fromLatin1(bytes.toPercentEncoding(QByteArray("/"))));
+        message << QStringList(urlOf(*request.duplicates));
     } else if (request.duplicates) {
         message << QString(findDuplicates) << QVariantList();
+    } else if (request.usage) {
+        QVariantList parameters;
+        if (!request.usage->empty())
+            parameters.append(urlOf(*request.usage));
+        message << QString(showUsage) << parameters;
     }
     message << platformData(request.activationToken);
     message.setAutoStartService(false);
@@ -99,8 +117,9 @@ bool InstanceObject::handleMessage(const QDBusMessage &message, const QDBusConne
     if (method == std::end(methods))
         return false;
     const QVariant data = message.arguments().value(method->platformData);
-    m_requests.add({tokenOf(qdbus_cast<QVariantMap>(data)), duplicatesOf(message)},
-                   [connection, reply = message.createReply()] { connection.send(reply); });
+    m_requests.add(
+        {tokenOf(qdbus_cast<QVariantMap>(data)), duplicatesOf(message), usageOf(message)},
+        [connection, reply = message.createReply()] { connection.send(reply); });
     return true;
 }
 

@@ -102,19 +102,24 @@ bool writeWhole(int descriptor, std::string_view text, steady_clock::time_point 
     return true;
 }
 
-// The token, and behind a NUL the folder, where there is one.
+// The token, and behind a NUL the folder, where there is one; behind two the one whose space is
+// asked about.
 std::string wordsOf(const InstanceRequest &request) {
     std::string words = request.activationToken;
     if (request.duplicates)
         words.append(1, '\0').append(request.duplicates->native());
+    else if (request.usage)
+        words.append(2, '\0').append(request.usage->native());
     return words;
 }
 
 InstanceRequest requestOf(const std::string &words) {
     const std::size_t end = words.find('\0');
-    InstanceRequest request{words.substr(0, end), std::nullopt};
-    if (end != std::string::npos)
-        request.duplicates = words.substr(end + 1);
+    InstanceRequest request{words.substr(0, end), std::nullopt, std::nullopt};
+    if (end == std::string::npos)
+        return request;
+    const bool isUsage = words.substr(end + 1, 1) == std::string(1, '\0');
+    (isUsage ? request.usage : request.duplicates) = words.substr(end + (isUsage ? 2 : 1));
     return request;
 }
 

@@ -1,9 +1,6 @@
-#include "duplicates/ui/FolderChoice.h"
+#include "ui/FolderChoice.h"
 
 #include "core/Texts.h"
-#include "duplicates/RecentFolders.h"
-#include "duplicates/SameFileDeleteViewController.h"
-#include "foundation/Identity.h"
 
 #include <QApplication>
 #include <QDropEvent>
@@ -12,6 +9,7 @@
 #include <QMimeData>
 
 #include <algorithm>
+#include <utility>
 
 namespace brightsweep {
 
@@ -30,24 +28,15 @@ std::filesystem::path folderIn(const QMimeData &data) {
 
 } // namespace
 
-FolderChoice::FolderChoice(SameFileDeleteViewController &page, QWidget *panel)
-    : QObject(panel), m_page(page), m_panel(panel) {
+FolderChoice::FolderChoice(Page page, QWidget *panel)
+    : QObject(panel), m_page(std::move(page)), m_panel(panel) {
     panel->setAcceptDrops(true);
     panel->installEventFilter(this);
-    connect(&page, &SameFileDeleteViewController::askForFolder, this, [this] {
-        if (m_panel->isVisible())
-            ask(m_panel, localizedText("CHOOSE_PATH"), start(),
-                [this](const auto &folder) { m_page.viewDragAction(folder); });
-    });
 }
 
-// After a search the page holds a sentence in place of a path.
-std::filesystem::path FolderChoice::start() const {
-    const std::string &path = m_page.searchPath();
-    if (path.starts_with('/'))
-        return path;
-    const auto recent = recentFolders();
-    return recent.empty() ? homeFolder() : recent.front();
+void FolderChoice::ask() {
+    if (m_panel->isVisible())
+        ask(m_panel, localizedText("CHOOSE_PATH"), m_page.start(), m_page.take);
 }
 
 void FolderChoice::ask(QWidget *asking, const QString &title, const std::filesystem::path &start,
@@ -88,7 +77,7 @@ bool FolderChoice::eventFilter(QObject *, QEvent *event) {
         drop.setDropAction(Qt::CopyAction);
         drop.accept();
         if (!folder.empty())
-            m_page.viewDragAction(folder);
+            m_page.take(folder);
         return true;
     }
     return false;

@@ -1,0 +1,147 @@
+#include "diskusage/ui/ChartPicture.h"
+
+#include "core/Texts.h"
+#include "core/UtilityFunction.h"
+#include "diskusage/AllDir.h"
+#include "diskusage/ChartLabels.h"
+#include "diskusage/RingChart.h"
+#include "diskusage/ui/PainterCanvas.h"
+#include "foundation/Paths.h"
+#include "ui/Theme.h"
+
+#include <QFontInfo>
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr double labelSize = 10.5;
+constexpr int centreLevel = 1;
+constexpr double chartReach = 3; // from the centre to the nearest edge
+
+} // namespace
+
+ChartPicture::ChartPicture(QSize size, double ratio) : m_size(size), m_ratio(ratio) {}
+
+QSize ChartPicture::pixels() const {
+    return (QSizeF(m_size) * m_ratio).toSize();
+}
+
+QImage ChartPicture::paintChart(RingChart &chart) {
+    QImage image(pixels(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    PainterCanvas canvas(painter, image.size(), m_ratio);
+    canvas.keepSectors(theme::height(16) * m_ratio);
+    {
+        const ChartCanvas::Use use(canvas);
+        chart.drawChart(image.width(), image.height());
+    }
+    paintLabels(painter, canvas.sectors());
+    painter.end();
+    image.setDevicePixelRatio(m_ratio);
+    return image;
+}
+
+void ChartPicture::paintFound(RingChart &chart, QPainter &painter) {
+    painter.save();
+    painter.scale(1 / m_ratio, 1 / m_ratio);
+    PainterCanvas canvas(painter, pixels(), m_ratio);
+    canvas.keepSectors(theme::height(16) * m_ratio);
+    {
+        const ChartCanvas::Use use(canvas);
+        chart.drawFound(pixels().width(), pixels().height());
+    }
+    paintLabels(painter, canvas.sectors());
+    painter.restore();
+}
+
+// In the screen's pixels, as the sectors are.
+void ChartPicture::paintLabels(QPainter &painter,
+                               const std::vector<PlaneCanvas::Sector> &sectors) const {
+    std::vector<PlaneCanvas::Sector> rings;
+    std::copy_if(sectors.begin(), sectors.end(), std::back_inserter(rings),
+                 [](const auto &sector) { return sector.level != centreLevel; });
+    QFont font = theme::font(labelSize);
+    font.setPixelSize(int(std::lround(QFontInfo(font).pixelSize() * m_ratio)));
+    const QFontMetricsF metrics(font);
+    painter.setFont(font);
+    const double line = metrics.height();
+    const auto width = [&metrics](const QString &text) { return metrics.horizontalAdvance(text); };
+    for (const ChartLabel &label : layOutLabels(rings, {width, line, 3 * m_ratio})) {
+        painter.setPen(label.isDark ? Qt::black : Qt::white);
+        const double lines = label.size.isEmpty() ? 1 : 2;
+        const double half = std::max(width(label.name), width(label.size)) / 2 + 1;
+        const QRectF box(label.centre.x() - half, label.centre.y() - lines * line / 2, 2 * half,
+                         line);
+        painter.drawText(box, Qt::AlignCenter | Qt::TextSingleLine, label.name);
+        if (!label.size.isEmpty())
+            painter.drawText(box.translated(0, line), Qt::AlignCenter | Qt::TextSingleLine,
+                             label.size);
+    }
+}
+
+QRectF ChartPicture::centreDisc(QSize size) {
+    double inner = 0;
+    double outer = 0;
+    AllDir::GetRangeFromStep(centreLevel, inner, outer);
+    const double radius = std::min(size.width(), size.height()) / 2.0 * outer / chartReach;
+    return {size.width() / 2.0 - radius, size.height() / 2.0 - radius, 2 * radius, 2 * radius};
+}
+
+void ChartPicture::paintCentre(QPainter &painter, const QRectF &disc, const QString &name,
+                               const QString &size, const QString &share) {
+    const struct {
+        const QString &text;
+        double size;
+        bool bold;
+        QColor colour;
+    } lines[] = {{name, 13, true, theme::text()},
+                 {size, 15, true, theme::accent()},
+                 {share, 10.5, false, theme::secondary()}};
+    double height = 0;
+    for (const auto &line : lines)
+        height += line.text.isEmpty() ? 0 : QFontMetricsF(theme::font(line.size)).height();
+    // As wide as the disc is at the first and the last line.
+    const double radius = disc.width() / 2;
+    const double half = std::sqrt(std::max(0.0, radius * radius - height * height / 4)) - 4;
+    double top = disc.center().y() - height / 2;
+    for (const auto &line : lines) {
+        if (line.text.isEmpty() || half <= 0)
+            continue;
+        const QFont font = theme::font(line.size, line.bold);
+        const QFontMetricsF metrics(font);
+        painter.setFont(font);
+        painter.setPen(line.colour);
+        // Words that find no room are left out: the number before them says it as well.
+        QString text = line.text;
+        if (&line.text == &share && metrics.horizontalAdvance(text) > 2 * half)
+            text = text.section(QChar::Nbsp, 0, 0);
+        painter.drawText(QRectF(disc.center().x() - half, top, 2 * half, metrics.height()),
+                         Qt::AlignCenter | Qt::TextSingleLine,
+                         metrics.elidedText(text, Qt::ElideMiddle, 2 * half));
+        top += metrics.height();
+    }
+}
+
+QImage ChartPicture::whole(RingChart &chart, QSize size, double ratio, const QString &share) {
+    ChartPicture picture(size, ratio);
+    const QImage rings = picture.paintChart(chart);
+    QImage image(rings.size(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    image.fill(theme::window());
+    QPainter painter(&image);
+    painter.drawImage(QPoint(), rings);
+    const RingChart::Facts facts = chart.currentFacts();
+    paintCentre(painter, centreDisc(size), paths::display(paths::lastComponent(facts.path)),
+                readersSize(UtilityFunction::convertVolSpace(facts.bytes)), share);
+    return image;
+}
+
+} // namespace brightsweep

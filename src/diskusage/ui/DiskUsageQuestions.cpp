@@ -1,0 +1,180 @@
+// The questions of the results panel, its menus and its words on what a removal came to.
+#include "core/Texts.h"
+#include "core/UtilityFunction.h"
+#include "diskusage/DiskUsageAppController.h"
+#include "diskusage/SvgCanvas.h"
+#include "diskusage/ui/ChartPicture.h"
+#include "diskusage/ui/CustomOpenGLView.h"
+#include "diskusage/ui/DiskUsageResultsPanel.h"
+#include "diskusage/ui/SelectFilesSheet.h"
+#include "foundation/Paths.h"
+#include "foundation/SmallFile.h"
+#include "platform/Platform.h"
+#include "platform/Workspace.h"
+#include "removal/RemovalReason.h"
+#include "ui/AlertSheet.h"
+#include "ui/Theme.h"
+
+#include <QBuffer>
+#include <QClipboard>
+#include <QFile>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QPushButton>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int pictureSide = 900;
+constexpr double pictureRatio = 2;
+
+std::error_code writePicture(RingChart &chart, const std::filesystem::path &file,
+                             const QString &share) {
+    if (file.extension() == ".svg") {
+        const QColor ground = theme::window();
+        SvgCanvas canvas(QSizeF(pictureSide, pictureSide),
+                         {std::uint8_t(ground.red()), std::uint8_t(ground.green()),
+                          std::uint8_t(ground.blue())});
+        const ChartCanvas::Use use(canvas);
+        chart.drawChart(pictureSide, pictureSide);
+        return writeSmallFile(file, canvas.document());
+    }
+    QBuffer bytes;
+    ChartPicture::whole(chart, {pictureSide, pictureSide}, pictureRatio, share).save(&bytes, "PNG");
+    return writeSmallFile(file, bytes.data().toStdString());
+}
+
+} // namespace
+
+void DiskUsageResultsPanel::ask() {
+    if (ticks().count() == 0)
+        return;
+    if (m_controller.isChart())
+        m_page.removeButtonAction();
+    else
+        m_controller.removeBtnClick();
+}
+
+void DiskUsageResultsPanel::answer(std::optional<UsageTicks::Act> act) {
+    if (!act) {
+        if (m_controller.isChart())
+            m_page.canelButtonAction();
+        else
+            m_controller.canelButtonAction();
+        return;
+    }
+    removeButton->setEnabled(false);
+    if (m_controller.isChart())
+        m_page.removeSelectFilesButtonAction(*act);
+    else
+        m_controller.removeBtnClickAction(*act);
+}
+
+void DiskUsageResultsPanel::tellRefusal(const std::filesystem::path &path, std::error_code reason) {
+    m_outcome = localizedText("USAGE_CANNOT_TICK")
+                    .arg(nameInSentence(paths::display(paths::lastComponent(path))),
+                         localizedText(reasonKey(reason)));
+    followNotice();
+}
+
+void DiskUsageResultsPanel::tellOutcome() {
+    const UsageTicks::Report &report = ticks().report();
+    QStringList words;
+    if (report.done > 0) {
+        words += report.act == UsageTicks::Act::Trash
+                     ? localizedText("USAGE_TRASHED", report.done)
+                     : localizedText("USAGE_REMOVED", report.done)
+                           .arg(readersSize(UtilityFunction::convertVolSpace(report.bytesFreed)));
+    }
+    if (report.failed > 0) {
+        QStringList stayed;
+        for (const auto &[path, error] : report.stayed) {
+            stayed += QStringLiteral("%1 (%2)").arg(
+                nameInSentence(paths::display(paths::lastComponent(path))),
+                localizedText(reasonKey(error)));
+            if (stayed.size() == 3)
+                break;
+        }
+        words +=
+            localizedText("USAGE_STAYED", report.failed).arg(stayed.join(QStringLiteral(", ")));
+    }
+    m_outcome = words.join(u' ');
+    followNotice();
+    followSelection();
+}
+
+void DiskUsageResultsPanel::alertSomeStayed() {
+    AlertContent content;
+    content.imageName = QStringLiteral("Lock.png");
+    content.text = localizedText("Some files that require admin access can't be removed!");
+    if (m_page.padlock().isWithoutAgent())
+        content.informativeText = localizedText("LOCK_NO_AGENT");
+    content.buttons = {{localizedText("OK"), false, [this] { m_page.alertEnded(); }, false, {}}};
+    content.calledOff = [this] { m_page.alertEnded(); };
+    AlertSheet::show(std::move(content), window());
+}
+
+void DiskUsageResultsPanel::showWords(const QString &words) {
+    AlertContent content;
+    content.imageName = QStringLiteral("warning.png");
+    content.text = words;
+    AlertSheet::show(std::move(content), window());
+}
+
+void DiskUsageResultsPanel::showMenu(const std::filesystem::path &path, bool isFolder, bool isRoot,
+                                     const QPoint &place) {
+    auto *const menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("usage.menu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    Workspace &workspace = *Platform::current().workspace;
+    menu->addAction(localizedText("USAGE_OPEN"), this,
+                    [&workspace, path] { workspace.open(path); });
+    menu->addAction(localizedText("USAGE_REVEAL"), this,
+                    [&workspace, path] { workspace.reveal(path); });
+    menu->addAction(localizedText("USAGE_COPY_PATH"), this, [path] {
+        QGuiApplication::clipboard()->setText(QFile::decodeName(path.c_str()));
+    });
+    if (isFolder) {
+        menu->addSeparator();
+        menu->addAction(localizedText("USAGE_SCAN_ONLY"), &m_controller,
+                        [this, path] { m_controller.viewDragAction(path); });
+    }
+    if (m_controller.isChart() && !isRoot) {
+        menu->addSeparator();
+        const bool isTicked = m_page.selection().contains(path);
+        menu->addAction(
+            localizedText(isTicked ? QT_TRID_NOOP("USAGE_UNTICK") : QT_TRID_NOOP("USAGE_TICK")),
+            &m_page, [this, path, isTicked] {
+                const auto &rows = m_page.allShowListArr();
+                for (std::size_t i = 0; i < rows.size(); ++i) {
+                    if (rows[i].aFileInfo.path == path)
+                        return m_page.colorButtonAction(i);
+                }
+                m_page.togglePath(path);
+            });
+    }
+    menu->popup(place);
+}
+
+void DiskUsageResultsPanel::savePicture() {
+    auto *const dialog = new QFileDialog(window(), localizedText("USAGE_SAVE_PICTURE"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setNameFilters({localizedText("USAGE_PNG"), localizedText("USAGE_SVG")});
+    dialog->setDefaultSuffix(QStringLiteral("png"));
+    connect(dialog, &QFileDialog::filterSelected, dialog, [dialog](const QString &filter) {
+        dialog->setDefaultSuffix(filter == localizedText("USAGE_SVG") ? QStringLiteral("svg")
+                                                                      : QStringLiteral("png"));
+    });
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &file) {
+        const std::filesystem::path path = QFile::encodeName(file).toStdString();
+        if (const auto error = writePicture(m_page.openGLView(), path, m_chart->shareText()))
+            showWords(QStringLiteral("%1: %2").arg(paths::display(path),
+                                                   QString::fromStdString(error.message())));
+    });
+    dialog->open();
+}
+
+} // namespace brightsweep

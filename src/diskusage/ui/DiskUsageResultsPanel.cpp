@@ -1,0 +1,366 @@
+#include "diskusage/ui/DiskUsageResultsPanel.h"
+
+#include "cleaning/ui/StyledLabel.h"
+#include "core/Texts.h"
+#include "core/UtilityFunction.h"
+#include "diskusage/DiskUsageAppController.h"
+#include "diskusage/ui/BigSizeFilesListView.h"
+#include "diskusage/ui/CustomOpenGLView.h"
+#include "diskusage/ui/FileBrowserView.h"
+#include "diskusage/ui/SelectFilesSheet.h"
+#include "diskusage/ui/UsagePathControl.h"
+#include "foundation/Paths.h"
+#include "ui/FolderChoice.h"
+#include "ui/ImageProvider.h"
+#include "ui/Theme.h"
+#include "ui/effects/Animation.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace brightsweep {
+
+namespace {
+
+using Page = DiskUsageAppController;
+using View = V4DiskUsageViewController;
+
+constexpr int lockSide = 20;
+constexpr int buttonWidth = 128;
+constexpr int buttonHeight = 36;
+
+QLabel *plainLabel(const char *name, QWidget *parent) {
+    auto *const label = new QLabel(parent);
+    label->setObjectName(QLatin1String(name));
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+
+QString sizeWords(std::uint64_t bytes) {
+    return readersSize(UtilityFunction::convertVolSpace(bytes));
+}
+
+// "%d items are selected." with its number standing out.
+CleanStyledText countLine(std::size_t count) {
+    const QString number = readersNumber(count);
+    CleanStyledText line;
+    const QString sentence = localizedText(QT_TRID_NOOP("%d items are selected."));
+    const auto place = sentence.indexOf(QStringLiteral("%1"));
+    line.text = sentence;
+    if (place >= 0) {
+        line.text.replace(place, 2, number);
+        line.accented.push_back({int(place), int(number.size()), 15, true});
+    }
+    return line;
+}
+
+// For a terminal, as the folder may be called anything.
+QString commandAsRoot(const std::filesystem::path &folder) {
+    const QString quoted =
+        u'\'' + paths::display(folder).replace(u'\'', QStringLiteral("'\\''")) + u'\'';
+    return QStringList{QStringLiteral("sudo"), QStringLiteral("brightsweep-cli"),
+                       QStringLiteral("usage"), quoted}
+        .join(u' ');
+}
+
+QToolButton *imageButton(const char *name, const QString &image, const QString &words,
+                         QWidget *parent) {
+    auto *const button = new QToolButton(parent);
+    button->setObjectName(QLatin1String(name));
+    button->setIcon(imageNamed(image));
+    button->setAccessibleName(words);
+    button->setToolTip(words);
+    theme::keep(button, [button] {
+        button->setIconSize({theme::height(lockSide), theme::height(lockSide)});
+    });
+    return button;
+}
+
+} // namespace
+
+DiskUsageResultsPanel::DiskUsageResultsPanel(Page &controller, QWidget *parent)
+    : QWidget(parent),
+      m_controller(controller),
+      m_page(controller.diskView()),
+      m_path(new UsagePathControl(m_page, this)),
+      m_box(new QStackedWidget(this)),
+      m_browser(new FileBrowserView(controller, m_box)) {
+    m_box->addWidget(makeChartPage());
+    m_box->addWidget(m_browser);
+    auto *const upper = new QVBoxLayout;
+    upper->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 0);
+    upper->setSpacing(2 * theme::grid);
+    upper->addWidget(m_path);
+    upper->addWidget(makeNotice());
+    upper->addWidget(m_box, 1);
+    auto *const line = new QFrame(this);
+    line->setFixedHeight(1);
+    line->setProperty("hairline", true);
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addLayout(upper, 1);
+    layout->addWidget(line);
+    layout->addWidget(makeBottom());
+    auto *const choice = new FolderChoice(
+        {[&controller] { return controller.bSearchFinished(); },
+         [&controller] { return controller.scanPathStr(); },
+         [&controller](const std::filesystem::path &folder) { controller.viewDragAction(folder); }},
+        this);
+    connect(&controller, &Page::askForFolder, choice, [choice] { choice->ask(); });
+    bindChart();
+    bindRemoval();
+    bindPadlock();
+    connect(&controller, &Page::stateChanged, this, &DiskUsageResultsPanel::followState);
+    followState();
+}
+
+QSize DiskUsageResultsPanel::sizeHint() const {
+    return theme::leastPanel().expandedTo(layout()->minimumSize());
+}
+
+UsageTicks &DiskUsageResultsPanel::ticks() const {
+    return m_controller.isChart() ? m_page.selection() : m_controller.listTicks();
+}
+
+// -- Making
+
+QWidget *DiskUsageResultsPanel::makeChartPage() {
+    auto *const page = new QWidget(m_box);
+    m_list = new BigSizeFilesListView(m_page, page);
+    m_rest = plainLabel("usage.rest", page);
+    m_rest->setProperty("secondary", true);
+    m_rest->setWordWrap(true);
+    m_chart = new CustomOpenGLView(m_page, page);
+    auto *const left = new QVBoxLayout;
+    left->setSpacing(theme::grid);
+    left->addWidget(m_list, 1);
+    left->addWidget(m_rest);
+    auto *const row = new QHBoxLayout(page);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(2 * theme::grid);
+    row->addLayout(left, 2);
+    row->addWidget(m_chart, 3);
+    return page;
+}
+
+QWidget *DiskUsageResultsPanel::makeNotice() {
+    m_notice = new QFrame(this);
+    m_notice->setProperty("card", true);
+    auto *const row = new QHBoxLayout(m_notice);
+    row->setContentsMargins(3 * theme::grid, theme::grid, 2 * theme::grid, theme::grid);
+    m_noticeWords = plainLabel("usage.notice", m_notice);
+    m_noticeWords->setWordWrap(true);
+    m_noticeWords->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    row->addWidget(m_noticeWords, 1);
+    return m_notice;
+}
+
+QWidget *DiskUsageResultsPanel::makeBottom() {
+    auto *const bottom = new QWidget(this);
+    auto *const row = new QHBoxLayout(bottom);
+    row->setContentsMargins(4 * theme::grid, 3 * theme::grid, 4 * theme::grid, 3 * theme::grid);
+    row->setSpacing(3 * theme::grid);
+    m_back = new QPushButton(localizedText("BACK"), bottom);
+    m_back->setObjectName(QStringLiteral("backButton"));
+    m_back->setIcon(imageNamed(isRightToLeft() ? QStringLiteral("arrow_right.png")
+                                               : QStringLiteral("arrow_left.png")));
+    lockButton =
+        imageButton("lockButton", QStringLiteral("Lock.png"), localizedText("PADLOCK"), bottom);
+    lockButton->setCheckable(true);
+    m_save = imageButton("usage.save", QStringLiteral("download_b.png"),
+                         localizedText("USAGE_SAVE_PICTURE"), bottom);
+    m_settings = imageButton("usage.preferences", QStringLiteral("preferences.png"),
+                             localizedText("Preferences"), bottom);
+    m_padlockBlink = new Animation(bottom);
+    m_padlockBlink->hide();
+    for (QWidget *const widget :
+         {static_cast<QWidget *>(m_back), static_cast<QWidget *>(lockButton),
+          static_cast<QWidget *>(m_save), static_cast<QWidget *>(m_settings)})
+        row->addWidget(widget);
+    auto *const words = new QVBoxLayout;
+    words->setSpacing(0);
+    m_sum = plainLabel("usage.sum", bottom);
+    theme::keepFont(m_sum, 18, true);
+    m_sum->setProperty("number", true);
+    QSizePolicy keepsRoom = m_sum->sizePolicy();
+    keepsRoom.setRetainSizeWhenHidden(true);
+    m_sum->setSizePolicy(keepsRoom);
+    trashLabel = new StyledLabel(bottom);
+    trashLabel->setObjectName(QStringLiteral("trashLabel"));
+    for (QLabel *const label : {m_sum, static_cast<QLabel *>(trashLabel)}) {
+        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        words->addWidget(label);
+    }
+    row->addLayout(words, 1);
+    removeButton = new QPushButton(localizedText("USAGE_REMOVE"), bottom);
+    removeButton->setObjectName(QStringLiteral("removeButton"));
+    removeButton->setProperty("primary", true);
+    theme::keep(removeButton, [this] {
+        removeButton->setMinimumSize(theme::height(buttonWidth), theme::height(buttonHeight));
+    });
+    row->addWidget(removeButton);
+    connect(m_back, &QPushButton::clicked, this, [this] {
+        m_outcome.clear();
+        m_page.backButtonAction();
+    });
+    connect(m_save, &QToolButton::clicked, this, &DiskUsageResultsPanel::savePicture);
+    connect(m_settings, &QToolButton::clicked, &m_controller, &Page::link2Preferences);
+    connect(removeButton, &QPushButton::clicked, this, &DiskUsageResultsPanel::ask);
+    return bottom;
+}
+
+// -- Binding
+
+void DiskUsageResultsPanel::bindChart() {
+    connect(m_list, &BigSizeFilesListView::rowHovered, this, [this](int row) {
+        const auto &rows = m_page.allShowListArr();
+        const bool isFolder =
+            row >= 0 && std::size_t(row) < rows.size() && rows[std::size_t(row)].isDir;
+        m_page.openGLView().findChild(
+            isFolder ? rows[std::size_t(row)].aFileInfo.path.native() + "/" : std::string());
+    });
+    connect(m_chart, &CustomOpenGLView::foundChanged, m_list, &BigSizeFilesListView::light);
+    connect(m_list, &BigSizeFilesListView::removalRequested, this, &DiskUsageResultsPanel::ask);
+    connect(m_chart, &CustomOpenGLView::removalRequested, this, &DiskUsageResultsPanel::ask);
+    connect(m_browser, &FileBrowserView::removalRequested, this, &DiskUsageResultsPanel::ask);
+    connect(m_list, &BigSizeFilesListView::menuRequested, this,
+            [this](int row, const QPoint &place) {
+                const BigSizeFilesList &item = m_page.allShowListArr()[std::size_t(row)];
+                showMenu(item.aFileInfo.path, item.isDir, false, place);
+            });
+    connect(m_chart, &CustomOpenGLView::menuRequested, this, [this](const QPoint &place) {
+        const auto found = m_page.openGLView().foundFacts();
+        const bool isFound = !found.path.empty();
+        std::string path = isFound ? found.path : m_page.openGLView().currentFacts().path;
+        if (path.empty())
+            return;
+        if (path.size() > 1)
+            path.pop_back();
+        showMenu(path, true, !isFound, place);
+    });
+    connect(m_browser, &FileBrowserView::menuRequested, this,
+            [this](const std::filesystem::path &path, bool isFolder, const QPoint &place) {
+                showMenu(path, isFolder, false, place);
+            });
+    connect(&m_page, &View::listChanged, this, &DiskUsageResultsPanel::followFolder);
+    connect(&m_page, &View::scanFactsChanged, this, [this] {
+        m_outcome.clear();
+        followNotice();
+    });
+    connect(&m_page, &View::selectionChanged, this, &DiskUsageResultsPanel::followSelection);
+    connect(&m_controller, &Page::boxesChanged, this, &DiskUsageResultsPanel::followSelection);
+}
+
+void DiskUsageResultsPanel::bindRemoval() {
+    for (UsageTicks *const each : {&m_page.selection(), &m_controller.listTicks()}) {
+        connect(each, &UsageTicks::asked, this, [this] {
+            SelectFilesSheet::show(ticks(), window(), [this](auto act) { answer(act); });
+        });
+        connect(each, &UsageTicks::refused, this, &DiskUsageResultsPanel::tellRefusal);
+        connect(each, &UsageTicks::removalRefused, this, &DiskUsageResultsPanel::showWords);
+        connect(
+            each, &UsageTicks::removing, this,
+            [this](const std::string &, std::size_t done, std::size_t all) {
+                m_outcome =
+                    localizedText("USAGE_REMOVING").arg(readersNumber(done), readersNumber(all));
+                followNotice();
+            });
+        connect(each, &UsageTicks::removalEnded, this, &DiskUsageResultsPanel::tellOutcome);
+    }
+    connect(&m_page, &View::refused, this, &DiskUsageResultsPanel::tellRefusal);
+    connect(&m_page, &View::canNotRemoveSome, this, &DiskUsageResultsPanel::alertSomeStayed);
+    connect(&m_controller, &Page::canNotRemoveSome, this, [this] {
+        alertSomeStayed();
+        m_padlockBlink->startUnlockAnimation(lockButton);
+    });
+}
+
+void DiskUsageResultsPanel::bindPadlock() {
+    PadlockController &padlock = m_page.padlock();
+    const auto showLock = [this, &padlock] {
+        const QString why = padlock.isWithoutAgent()
+                                ? localizedText("LOCK_NO_AGENT")
+                                : localizedText("Click lock to get a higer privileges.");
+        lockButton->setToolTip(QStringLiteral("<qt>%1</qt>").arg(why.toHtmlEscaped()));
+        lockButton->setAccessibleDescription(why);
+        lockButton->setChecked(padlock.isOpen());
+        lockButton->setIcon(imageNamed(QLatin1String(padlock.imageName())));
+        lockButton->setEnabled(!padlock.isAsking());
+    };
+    // Assistive programs toggle it without a click.
+    connect(lockButton, &QToolButton::toggled, this, [this, &padlock](bool open) {
+        if (open != padlock.isOpen())
+            m_page.unlockRigths(open);
+    });
+    connect(&padlock, &PadlockController::lockStateChanged, this, showLock);
+    connect(&padlock, &PadlockController::askingChanged, this, showLock);
+    connect(&m_page, &View::unlockAnimation, this, [this](bool running) {
+        if (running)
+            m_padlockBlink->startUnlockAnimation(lockButton);
+        else
+            m_padlockBlink->stopUnlockAnimation(lockButton);
+    });
+    showLock();
+}
+
+// -- Showing
+
+void DiskUsageResultsPanel::showEvent(QShowEvent *) {
+    followState();
+}
+
+void DiskUsageResultsPanel::followState() {
+    if (m_controller.state() != Page::State::Results)
+        return;
+    const bool isChart = m_controller.isChart();
+    m_box->setCurrentIndex(isChart ? 0 : 1);
+    m_path->setVisible(isChart);
+    m_save->setVisible(isChart);
+    setFocusProxy(isChart ? static_cast<QWidget *>(m_list) : m_browser);
+    followFolder();
+    followSelection();
+    followNotice();
+}
+
+void DiskUsageResultsPanel::followFolder() {
+    const std::size_t leftOut = m_page.leftOut();
+    m_rest->setText(leftOut > 0
+                        ? localizedText("USAGE_REST", leftOut).arg(sizeWords(m_page.leftOutBytes()))
+                    : m_page.allShowListArr().empty() ? localizedText("USAGE_EMPTY")
+                                                      : QString());
+    m_rest->setVisible(!m_rest->text().isEmpty());
+}
+
+void DiskUsageResultsPanel::followSelection() {
+    const UsageTicks &selection = ticks();
+    const bool isSilent = selection.count() == 0 && m_page.selectedText().isEmpty();
+    trashLabel->setStyledText(isSilent ? CleanStyledText{} : countLine(selection.count()));
+    m_sum->setText(sizeWords(selection.bytes()));
+    m_sum->setVisible(selection.count() > 0);
+    removeButton->setEnabled(selection.count() > 0 && !selection.isRemoving());
+}
+
+void DiskUsageResultsPanel::followNotice() {
+    QStringList words;
+    if (!m_outcome.isEmpty())
+        words += m_outcome;
+    if (m_controller.isChart()) {
+        if (m_page.unread() > 0) {
+            words += localizedText("USAGE_UNREAD", m_page.unread())
+                         .arg(paths::displayFromHome(m_page.firstUnread()),
+                              commandAsRoot(m_controller.scanPathStr()));
+        }
+        const std::uint64_t all = m_page.volumeBytes();
+        if (all > 0 && m_page.openGLView().rootFacts().bytes > all)
+            words += localizedText("USAGE_MORE_THAN_VOLUME");
+    }
+    m_noticeWords->setText(words.join(u'\n'));
+    m_notice->setVisible(!words.isEmpty());
+}
+
+} // namespace brightsweep

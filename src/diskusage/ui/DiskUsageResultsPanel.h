@@ -1,0 +1,82 @@
+#pragma once
+
+#include "diskusage/UsageTicks.h"
+
+#include <QWidget>
+
+class QFrame;
+class QLabel;
+class QPushButton;
+class QStackedWidget;
+class QToolButton;
+
+namespace brightsweep {
+
+class Animation;
+class BigSizeFilesListView;
+class CustomOpenGLView;
+class DiskUsageAppController;
+class FileBrowserView;
+class StyledLabel;
+class UsagePathControl;
+class V4DiskUsageViewController;
+
+/// The results panel of the disk usage page: the left list and the ring chart below the path, or
+/// the column browser; and below what is selected and the button that removes it. The controller
+/// outlives it. Main thread.
+class DiskUsageResultsPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit DiskUsageResultsPanel(DiskUsageAppController &controller, QWidget *parent = nullptr);
+
+    QSize sizeHint() const override;
+
+protected:
+    void showEvent(QShowEvent *) override;
+
+private:
+    QWidget *makeChartPage();
+    QWidget *makeNotice();
+    QWidget *makeBottom();
+    void bindChart();
+    void bindRemoval();
+    void bindPadlock();
+    UsageTicks &ticks() const;
+
+    void followState();
+    void followFolder();
+    void followSelection();
+    void followNotice();
+    void ask();
+    void answer(std::optional<UsageTicks::Act> act);
+    void tellRefusal(const std::filesystem::path &path, std::error_code reason);
+    void tellOutcome();
+    void alertSomeStayed();
+    void showWords(const QString &words);
+    void showMenu(const std::filesystem::path &path, bool isFolder, bool isRoot,
+                  const QPoint &place);
+    void savePicture();
+
+    DiskUsageAppController &m_controller;
+    V4DiskUsageViewController &m_page;
+    UsagePathControl *m_path;
+    QStackedWidget *m_box;
+    BigSizeFilesListView *m_list;
+    QLabel *m_rest;
+    CustomOpenGLView *m_chart;
+    FileBrowserView *m_browser;
+    QFrame *m_notice;
+    QLabel *m_noticeWords;
+    QString m_outcome; ///< of the last removal or refusal, in words
+    QPushButton *m_back;
+    QToolButton *m_save;
+    QToolButton *m_settings;
+    QToolButton *lockButton;
+    Animation *m_padlockBlink;
+    QLabel *m_sum;
+    StyledLabel *trashLabel;
+    QPushButton *removeButton;
+};
+
+} // namespace brightsweep

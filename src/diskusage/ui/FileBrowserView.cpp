@@ -1,0 +1,164 @@
+#include "diskusage/ui/FileBrowserView.h"
+
+#include "core/Texts.h"
+#include "diskusage/DiskUsageAppController.h"
+#include "foundation/Paths.h"
+#include "ui/ImageProvider.h"
+#include "ui/Mirrored.h"
+#include "ui/Theme.h"
+
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QListView>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int columnWidth = 280;
+constexpr int markSide = 18;
+constexpr int iconSide = 18;
+constexpr int arrowSide = 10;
+
+QRect markOf(const QRect &row) {
+    const int side = theme::height(markSide);
+    return mirrored(row, {row.left() + 2 * theme::grid, row.center().y() - side / 2, side, side});
+}
+
+const char *markImage(const QModelIndex &index) {
+    switch (index.data(Qt::CheckStateRole).toInt()) {
+    case Qt::Checked:
+        return "option_yes.png";
+    case Qt::PartiallyChecked:
+        return "option_a.png";
+    default:
+        return "option_no.png";
+    }
+}
+
+} // namespace
+
+class FileBrowserView::Cell : public QStyledItemDelegate {
+public:
+    explicit Cell(FileBrowserView &browser) : QStyledItemDelegate(&browser), m_browser(browser) {}
+
+    QSize sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const override {
+        return {theme::height(columnWidth), theme::height(theme::rowHeight)};
+    }
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override {
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        const QRect row = option.rect.adjusted(1, 1, -1, -1);
+        const bool isCurrent = option.state.testFlag(QStyle::State_Selected);
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(isCurrent ? theme::selection()
+                          : option.state.testFlag(QStyle::State_MouseOver)
+                              ? theme::hover()
+                              : QColor(Qt::transparent));
+        painter->drawRoundedRect(row, theme::radius / 2, theme::radius / 2);
+        paintImage(*painter, QLatin1String(markImage(index)), markOf(option.rect));
+        const FSNode &node = *m_browser.m_model->nodeOf(index);
+        const int side = theme::height(iconSide);
+        const QRect icon(row.left() + 4 * theme::grid + theme::height(markSide),
+                         row.center().y() - side / 2, side, side);
+        m_browser.m_icons
+            .icon(paths::fromVariant(index.data(FileSystemBrowserModel::PathRole)),
+                  node._isDirectory)
+            .paint(painter, mirrored(row, icon));
+        const int arrow = theme::height(arrowSide);
+        const QRect arrowPlace(row.right() - theme::grid - arrow, row.center().y() - arrow / 2,
+                               arrow, arrow);
+        if (!node.children.empty())
+            paintImage(*painter,
+                       m_browser.isRightToLeft() ? QStringLiteral("arrow_left.png")
+                                                 : QStringLiteral("arrow_right.png"),
+                       mirrored(row, arrowPlace));
+        painter->setFont(theme::font(12));
+        const QString size = index.data(FileSystemBrowserModel::SizeRole).toString();
+        const int sizeWidth = painter->fontMetrics().horizontalAdvance(size);
+        const QRect sizes(arrowPlace.left() - theme::grid - sizeWidth, row.top(), sizeWidth,
+                          row.height());
+        const int left = icon.right() + 2 * theme::grid;
+        const QRect names(left, row.top(), sizes.left() - 2 * theme::grid - left, row.height());
+        painter->setPen(isCurrent ? theme::text() : theme::accent());
+        painter->drawText(mirrored(row, sizes), Qt::AlignCenter | Qt::TextSingleLine, size);
+        painter->setPen(theme::text());
+        painter->drawText(mirrored(row, names),
+                          Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                          painter->fontMetrics().elidedText(index.data().toString(),
+                                                            Qt::ElideMiddle, names.width()));
+        painter->restore();
+    }
+
+    bool editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
+                     const QModelIndex &index) override {
+        const bool isKey = event->type() == QEvent::KeyPress &&
+                           static_cast<QKeyEvent &>(*event).key() == Qt::Key_Space;
+        const bool isClick =
+            event->type() == QEvent::MouseButtonRelease &&
+            markOf(option.rect)
+                .adjusted(-theme::grid, -2 * theme::grid, theme::grid, 2 * theme::grid)
+                .contains(static_cast<QMouseEvent &>(*event).position().toPoint());
+        if (!isKey && !isClick)
+            return false;
+        const bool isOn = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+        return model->setData(index, isOn ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+    }
+
+private:
+    FileBrowserView &m_browser;
+};
+
+FileBrowserView::FileBrowserView(DiskUsageAppController &page, QWidget *parent)
+    : QColumnView(parent), m_model(new FileSystemBrowserModel(page, this)) {
+    setObjectName(QStringLiteral("usage.browser"));
+    setAccessibleName(localizedText("USAGE_LIST"));
+    setResizeGripsVisible(false);
+    setItemDelegate(new Cell(*this));
+    setModel(m_model);
+    // No preview at the end of the columns: an empty one takes no room.
+    auto *const nothing = new QWidget(this);
+    nothing->setFixedWidth(0);
+    setPreviewWidget(nothing);
+}
+
+QSize FileBrowserView::sizeHint() const {
+    return {theme::height(2 * columnWidth), theme::height(10 * theme::rowHeight)};
+}
+
+QAbstractItemView *FileBrowserView::createColumn(const QModelIndex &index) {
+    QAbstractItemView *const column = QColumnView::createColumn(index);
+    column->setItemDelegate(itemDelegate());
+    column->setMinimumWidth(theme::height(columnWidth));
+    column->setMouseTracking(true);
+    column->setTextElideMode(Qt::ElideMiddle);
+    column->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    column->installEventFilter(this);
+    column->viewport()->installEventFilter(this);
+    return column;
+}
+
+bool FileBrowserView::eventFilter(QObject *watched, QEvent *event) {
+    if (event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent &>(*event).key() == Qt::Key_Delete) {
+        Q_EMIT removalRequested();
+        return true;
+    }
+    if (event->type() == QEvent::ContextMenu) {
+        auto *const column = qobject_cast<QAbstractItemView *>(watched->parent());
+        auto &menu = static_cast<QContextMenuEvent &>(*event);
+        const QModelIndex index = column ? column->indexAt(menu.pos()) : QModelIndex();
+        if (index.isValid())
+            Q_EMIT menuRequested(paths::fromVariant(index.data(FileSystemBrowserModel::PathRole)),
+                                 m_model->nodeOf(index)->_isDirectory, menu.globalPos());
+        return index.isValid();
+    }
+    return QColumnView::eventFilter(watched, event);
+}
+
+} // namespace brightsweep

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "cleaning/ui/FileIcons.h"
+#include "diskusage/FileSystemBrowserModel.h"
+
+#include <QColumnView>
+
+namespace brightsweep {
+
+/// The column browser of the list mode. A click on a box ticks, Space too; Delete asks. Main
+/// thread; the controller outlives it.
+class FileBrowserView : public QColumnView {
+    Q_OBJECT
+
+public:
+    explicit FileBrowserView(DiskUsageAppController &page, QWidget *parent = nullptr);
+
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    void removalRequested();
+    void menuRequested(const std::filesystem::path &path, bool isFolder, const QPoint &place);
+
+protected:
+    QAbstractItemView *createColumn(const QModelIndex &index) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    class Cell;
+
+    FileSystemBrowserModel *m_model;
+    FileIcons m_icons;
+};
+
+} // namespace brightsweep

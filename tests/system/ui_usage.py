@@ -1,0 +1,124 @@
+"""The disk usage page, driven for real by a user without rights: ui_usage.py PROGRAM [TESTS…].
+
+Every test compares the disk with what the page said, byte by byte. Needs root for its mounts.
+"""
+import os
+import pathlib
+import subprocess
+import sys
+import unittest
+
+from ui_clean import snapshot
+from ui_desktop import USER, Desktop, Machine, enter_namespace, eventually
+
+PROGRAM = ""
+TREE = "home/tree"
+
+
+class UsagePage(unittest.TestCase):
+    def setUp(self):
+        self.desktop = Desktop(PROGRAM)
+        self.addCleanup(self.desktop.close)
+        self.folder = self.desktop.folder
+        for name, size in (("a/deep/large", 800_000), ("a/other", 300_000), ("a/small", 900),
+                           ("d/log\nfile", 400_000), ("d/stays", 200_000), ("own.iso", 300_000),
+                           ("closed/file", 150_000)):
+            path = pathlib.Path(self.folder, TREE, name)
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_bytes(os.urandom(size))
+        subprocess.run(["chown", "-R", f"{USER}:{USER}", f"{self.folder}/home"], check=True)
+        # Another user's folder: its files stay without an administrator's rights.
+        subprocess.run(["chown", "-R", "root:root", f"{self.folder}/{TREE}/closed"], check=True)
+        self.desktop.settings("DSDiskUsageShowStyle", "true")
+        self.desktop.settings("DSDiskUsageLimit", "1")
+        self.desktop.settings("DSDiskUsageUnit", "1")
+        self.before = snapshot(self.folder)
+
+    def start(self):
+        self.desktop.start_program("--usage", f"{self.folder}/{TREE}")
+        self.desktop.wait_for("a, 1.10 MB", "d, 600.00 KB", "own.iso, 300.00 KB", "closed")
+
+    def gone(self):
+        after = snapshot(self.folder)
+        for path, value in after.items():
+            if path.startswith(TREE):
+                self.assertEqual(self.before.get(path), value, f"{path} was changed")
+        return {path[len(TREE) + 1:] for path in self.before
+                if path.startswith(TREE) and path not in after}
+
+    def keys(self, *keys, at="Folders and large files"):
+        for key in keys:
+            self.desktop.key(key, at=at)
+
+    def tick_in_two_folders(self):
+        self.start()
+        self.keys("Return")
+        self.desktop.wait_for("deep, 800.00 KB", "other, 300.00 KB")
+        self.assertFalse(self.desktop.shows("small"), "below the limit")
+        self.keys("Down", "space")
+        self.desktop.wait_for("1 items are selected.")
+        self.keys("BackSpace")
+        self.desktop.wait_for("own.iso, 300.00 KB")
+        self.keys("Down", "Return")
+        self.desktop.wait_for("stays, 200.00 KB")
+        self.keys("space")
+        self.desktop.wait_for("2 items are selected.")
+
+    def test_what_was_ticked_in_two_folders_goes(self):
+        self.tick_in_two_folders()
+        self.keys("Delete")
+        self.desktop.wait_for("Remove 2 items?")
+        self.desktop.key("Return", at="Cancel")
+        self.desktop.wait_without("Remove 2 items?")
+        self.assertEqual(self.gone(), set(), "Enter is no yes to a removal")
+        self.desktop.wait_for("2 items are selected.")
+        self.keys("Delete")
+        self.desktop.wait_for("Remove 2 items?")
+        self.desktop.key("Escape", at="Cancel")
+        self.desktop.wait_without("Remove 2 items?")
+        self.keys("Delete")
+        self.desktop.key("Tab", at="Cancel")
+        self.desktop.key("Tab", at="Move to Trash")
+        self.desktop.key("space", at="Remove")
+        self.desktop.wait_for("2 items removed")
+        self.assertEqual(self.gone(), {"a/other", "d/log\nfile"})
+        self.assertFalse(self.desktop.shows("Some files that require"))
+
+    def test_what_stays_is_told_a_second_later(self):
+        self.start()
+        self.keys("End", "space")
+        self.desktop.wait_for("1 items are selected.")
+        self.keys("Up", "space")
+        self.desktop.wait_for("2 items are selected.")
+        self.keys("Delete")
+        self.desktop.wait_for("Remove 2 items?")
+        self.desktop.key("Tab", at="Cancel")
+        self.desktop.key("Tab", at="Move to Trash")
+        self.desktop.key("space", at="Remove")
+        self.desktop.wait_for("Some files that require admin access can't be removed!")
+        self.desktop.key("Return", at="OK")
+        self.desktop.wait_for("1 item removed, 303.10 KB freed. 1 item stayed: closed")
+        self.assertEqual(self.gone(), {"own.iso"})
+
+    def test_the_chart_goes_in_and_out_by_keyboard_and_mouse(self):
+        self.start()
+        left, top, width, height = self.desktop.read("places", "filler", "Ring chart")[0]
+        # The middle of the first ring.
+        aside = min(width, height) * 15 // 100
+        self.desktop.click((left + width // 2 + aside, top + height // 2))
+        self.desktop.wait_for("deep, 800.00 KB")
+        self.desktop.click((left + width // 2, top + height // 2))
+        self.desktop.wait_for("own.iso, 300.00 KB")
+        self.desktop.press("Back")
+        self.desktop.wait_for("Choose Folder…")
+        self.assertEqual(self.gone(), set())
+
+
+if __name__ == "__main__":
+    enter_namespace()
+    MACHINE = Machine(sys.argv.pop(1))
+    PROGRAM = MACHINE.program
+    try:
+        unittest.main(verbosity=2)
+    finally:
+        MACHINE.close()
