@@ -51,9 +51,12 @@ DiskUsageAppController::~DiskUsageAppController() {
     NotificationCenter::defaultCenter().removeObserver(this);
     m_bStopTask = true;
     m_diskView.stopScanTask();
+    if (!m_twSearch)
+        return;
+    // The flag is every walk's: it is raised no longer than this one runs.
     TaskStopper::sharedTaskStopper().setStopFlags(true);
-    if (m_twSearch)
-        m_twSearch->abandon();
+    m_twSearch->abandon();
+    TaskStopper::sharedTaskStopper().setStopFlags(false);
 }
 
 void DiskUsageAppController::bind() {
@@ -258,6 +261,7 @@ void DiskUsageAppController::browseFilesFinished() {
     if (!m_bStopTask)
         rememberFolder(DSDiskUsageFolders, m_scanPathStr);
     if (m_leftBehind || m_bStopTask) {
+        TaskStopper::sharedTaskStopper().setStopFlags(false);
         m_scannedNode.reset();
         if (m_leftBehind)
             Q_EMIT stateChanged();
