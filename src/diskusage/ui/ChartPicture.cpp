@@ -12,6 +12,7 @@
 #include <QFontInfo>
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QPainterPath>
 
 #include <algorithm>
 #include <cmath>
@@ -22,7 +23,9 @@ namespace brightsweep {
 namespace {
 
 constexpr double labelSize = 10.5;
+constexpr double smallestSize = 8; // in the centre
 constexpr int centreLevel = 1;
+constexpr double tickWidth = 2.5;
 constexpr double chartReach = 3; // from the centre to the nearest edge
 
 } // namespace
@@ -43,7 +46,8 @@ QImage ChartPicture::paintChart(RingChart &chart) {
         const ChartCanvas::Use use(canvas);
         chart.drawChart(image.width(), image.height());
     }
-    paintLabels(painter, canvas.sectors());
+    m_sectors = canvas.sectors();
+    paintLabels(painter, m_sectors);
     painter.end();
     image.setDevicePixelRatio(m_ratio);
     return image;
@@ -87,6 +91,31 @@ void ChartPicture::paintLabels(QPainter &painter,
     }
 }
 
+void ChartPicture::paintTicks(QPainter &painter, const std::vector<PlaneCanvas::Sector> &sectors,
+                              const std::function<bool(const std::string &)> &isTicked) const {
+    painter.save();
+    painter.scale(1 / m_ratio, 1 / m_ratio);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(theme::accent(), tickWidth * m_ratio));
+    for (const PlaneCanvas::Sector &sector : sectors) {
+        if (sector.level == centreLevel || !isTicked(sector.path))
+            continue;
+        const auto circle = [&](double radius) {
+            return QRectF(sector.centre.x() - radius, sector.centre.y() - radius, 2 * radius,
+                          2 * radius);
+        };
+        // Painter paths count angles the other way, from the right.
+        const double inset = tickWidth * m_ratio / 2;
+        QPainterPath path;
+        path.arcMoveTo(circle(sector.outer - inset), 90 - sector.start);
+        path.arcTo(circle(sector.outer - inset), 90 - sector.start, -sector.sweep);
+        path.arcTo(circle(sector.inner + inset), 90 - sector.start - sector.sweep, sector.sweep);
+        path.closeSubpath();
+        painter.drawPath(path);
+    }
+    painter.restore();
+}
+
 QRectF ChartPicture::centreDisc(QSize size) {
     double inner = 0;
     double outer = 0;
@@ -108,25 +137,32 @@ void ChartPicture::paintCentre(QPainter &painter, const QRectF &disc, const QStr
     double height = 0;
     for (const auto &line : lines)
         height += line.text.isEmpty() ? 0 : QFontMetricsF(theme::font(line.size)).height();
-    // As wide as the disc is at the first and the last line.
     const double radius = disc.width() / 2;
-    const double half = std::sqrt(std::max(0.0, radius * radius - height * height / 4)) - 4;
     double top = disc.center().y() - height / 2;
     for (const auto &line : lines) {
-        if (line.text.isEmpty() || half <= 0)
+        if (line.text.isEmpty())
             continue;
-        const QFont font = theme::font(line.size, line.bold);
+        const double lineHeight = QFontMetricsF(theme::font(line.size)).height();
+        // As wide as the disc is at the line's farther edge.
+        const double away = std::max(std::abs(top - disc.center().y()),
+                                     std::abs(top + lineHeight - disc.center().y()));
+        const double room = 2 * (std::sqrt(std::max(0.0, radius * radius - away * away)) - 3);
+        QString text = line.text;
+        QFont font = theme::font(line.size, line.bold);
+        // Words that find no room are left out: the number before them says it as well.
+        if (&line.text == &share && QFontMetricsF(font).horizontalAdvance(text) > room)
+            text = text.section(QChar::Nbsp, 0, 0);
+        const double width = QFontMetricsF(font).horizontalAdvance(text);
+        if (width > room)
+            font = theme::font(std::max(smallestSize, line.size * room / width), line.bold);
         const QFontMetricsF metrics(font);
         painter.setFont(font);
         painter.setPen(line.colour);
-        // Words that find no room are left out: the number before them says it as well.
-        QString text = line.text;
-        if (&line.text == &share && metrics.horizontalAdvance(text) > 2 * half)
-            text = text.section(QChar::Nbsp, 0, 0);
-        painter.drawText(QRectF(disc.center().x() - half, top, 2 * half, metrics.height()),
-                         Qt::AlignCenter | Qt::TextSingleLine,
-                         metrics.elidedText(text, Qt::ElideMiddle, 2 * half));
-        top += metrics.height();
+        if (room > 0)
+            painter.drawText(QRectF(disc.center().x() - room / 2, top, room, lineHeight),
+                             Qt::AlignCenter | Qt::TextSingleLine,
+                             metrics.elidedText(text, Qt::ElideMiddle, room));
+        top += lineHeight;
     }
 }
 

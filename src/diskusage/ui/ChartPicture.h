@@ -6,6 +6,8 @@
 #include <QImage>
 #include <QSize>
 
+#include <functional>
+#include <string>
 #include <vector>
 
 class QPainter;
@@ -23,6 +25,12 @@ public:
 
     /// The chart of the current directory on a transparent ground.
     QImage paintChart(RingChart &chart);
+    /// A frame around each of the sectors for which `isTicked` says so, of those that the last
+    /// paintChart() painted wide enough to be seen.
+    void paintTicks(QPainter &painter, const std::vector<PlaneCanvas::Sector> &sectors,
+                    const std::function<bool(const std::string &path)> &isTicked) const;
+    /// What paintChart() painted, in the screen's pixels.
+    const std::vector<PlaneCanvas::Sector> &sectors() const { return m_sectors; }
     /// What the mouse has found, over a picture of the same size; nothing where nothing is found.
     void paintFound(RingChart &chart, QPainter &painter);
     /// The same chart with its centre's words on the window's ground, to be saved.
@@ -41,6 +49,7 @@ private:
 
     QSize m_size;
     double m_ratio;
+    std::vector<PlaneCanvas::Sector> m_sectors;
 };
 
 } // namespace brightsweep

@@ -23,8 +23,9 @@ namespace {
 
 constexpr int leastSide = 300;
 constexpr int usualSide = 420;
-constexpr int frameInterval = 40; // milliseconds
-constexpr int zoomTime = 150;     // milliseconds
+constexpr int frameInterval = 40;   // milliseconds
+constexpr int zoomTime = 150;       // milliseconds
+constexpr double leastShare = 0.05; // percent: less shows as none
 constexpr int bubbleWidth = 320;
 constexpr int bubbleDistance = 18; // from the pointer
 
@@ -51,6 +52,7 @@ CustomOpenGLView::CustomOpenGLView(V4DiskUsageViewController &page, QWidget *par
     connect(m_frames, &QTimer::timeout, this, &CustomOpenGLView::redraw);
     connect(&m_chart, &RingChart::redrawNeeded, this, &CustomOpenGLView::redraw);
     connect(&m_page, &V4DiskUsageViewController::bubbleChanged, this, [this] { update(); });
+    connect(&m_page, &V4DiskUsageViewController::marksChanged, this, [this] { update(); });
     connect(&theme::look(), &theme::Look::changed, this, [this] {
         m_key = {};
         update();
@@ -104,6 +106,8 @@ QString CustomOpenGLView::shareText() const {
     if (all == 0 || bytes > all)
         return {};
     const double percent = 100.0 * double(bytes) / double(all);
+    if (percent < leastShare)
+        return {};
     return localizedText("USAGE_OF_VOLUME")
         .arg(reader().toString(percent, 'f', percent < 10 ? 1 : 0));
 }
@@ -122,6 +126,7 @@ void CustomOpenGLView::paintEvent(QPaintEvent *) {
         if (isOther)
             zoomFrom(m_picture);
         m_picture = picture.paintChart(m_chart);
+        m_sectors = picture.sectors();
         m_key = key;
     }
     QPainter painter(this);
@@ -141,8 +146,12 @@ void CustomOpenGLView::paintEvent(QPaintEvent *) {
         painter.setOpacity(1);
     } else {
         painter.drawImage(QPoint(), m_picture);
-        if (!isGrowing)
+        if (!isGrowing) {
             picture.paintFound(m_chart, painter);
+            picture.paintTicks(painter, m_sectors, [this](const std::string &path) {
+                return m_page.selection().contains(path.substr(0, path.size() - 1));
+            });
+        }
     }
     ChartPicture::paintCentre(painter, ChartPicture::centreDisc(size()),
                               paths::display(paths::lastComponent(facts.path)),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "diskusage/PlaneCanvas.h"
 #include "diskusage/RingChart.h"
 
 #include <QImage>
@@ -67,6 +68,7 @@ private:
     V4DiskUsageViewController &m_page;
     RingChart &m_chart;
     QImage m_picture;
+    std::vector<PlaneCanvas::Sector> m_sectors; ///< of the picture
     Key m_key;
     QImage m_before; ///< what a zoom comes from
     QVariantAnimation *m_zoom;

@@ -135,11 +135,13 @@ QWidget *DiskUsageResultsPanel::makeChartPage() {
     m_rest = plainLabel("usage.rest", page);
     m_rest->setProperty("secondary", true);
     m_rest->setWordWrap(true);
+    m_rest->setContentsMargins(2 * theme::grid, 0, 2 * theme::grid, 0);
     m_chart = new CustomOpenGLView(m_page, page);
     auto *const left = new QVBoxLayout;
     left->setSpacing(theme::grid);
     left->addWidget(m_list, 1);
     left->addWidget(m_rest);
+    left->addSpacing(theme::grid);
     auto *const row = new QHBoxLayout(page);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(2 * theme::grid);

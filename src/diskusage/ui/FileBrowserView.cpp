@@ -138,6 +138,7 @@ QAbstractItemView *FileBrowserView::createColumn(const QModelIndex &index) {
     column->setMouseTracking(true);
     column->setTextElideMode(Qt::ElideMiddle);
     column->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    column->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     column->installEventFilter(this);
     column->viewport()->installEventFilter(this);
     return column;

@@ -145,7 +145,7 @@ QWidget *SelectFilesSheet::makeRow(std::size_t row) {
     mark->setEnabled(!item.hasGone && !item.isOther && !item.refusal);
     const QString path = paths::displayFromHome(item.aFileInfo.path);
     mark->setAccessibleName(path);
-    layout->addWidget(mark, 0, Qt::AlignTop);
+    layout->addWidget(mark, 0, Qt::AlignVCenter);
     auto *const words = new QVBoxLayout;
     words->setSpacing(0);
     auto *const name = new QLabel(line);
@@ -169,7 +169,7 @@ QWidget *SelectFilesSheet::makeRow(std::size_t row) {
     layout->addLayout(words, 1);
     auto *const size = new QLabel(readersSize(item.aFileInfo.size), line);
     size->setProperty("number", true);
-    layout->addWidget(size, 0, Qt::AlignTop);
+    layout->addWidget(size, 0, Qt::AlignVCenter);
     connect(mark, &QCheckBox::toggled, this, [this, row](bool on) {
         m_ticks.select(row, on);
         follow();
