@@ -1,4 +1,5 @@
 #include "app/Entry.h"
+#include "app/Guide.h"
 #include "core/MacLog.h"
 #include "foundation/FileDescriptor.h"
 #include "foundation/Identity.h"
@@ -6,11 +7,11 @@
 #include "memory/ClearMemory.h"
 #include "platform/Platform.h"
 #include "platform/StandardDirectories.h"
-#include "platform/SystemFacts.h"
-#include "platform/VolumeSource.h"
 #include "support/ChildProcess.h"
+#include "support/FakeDesktop.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
+#include "volumes/FakeVolumeSource.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -19,11 +20,10 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <iterator>
-
 namespace brightsweep {
 namespace {
+
+using test::textOf;
 
 class FixedFolder final : public StandardDirectories {
 public:
@@ -37,45 +37,6 @@ private:
     std::filesystem::path m_folder;
 };
 
-class FixedFacts final : public SystemFacts {
-public:
-    Result<SystemVersion> version() override { return running; }
-    Result<std::string> kernelValue(std::string_view name) override {
-        if (name == "hw.memsize")
-            return std::string("\xff\xff\xff\x7f\0\0\0\0", 8); // one byte short of 2 GiB
-        if (name == "machdep.cpu.vendor")
-            return std::errc::no_such_file_or_directory;
-        return std::string(name) + "\nforged";
-    }
-    SystemVersion running{10, 6, 0};
-};
-
-class FixedVolumes final : public VolumeSource {
-public:
-    std::vector<VolumeFacts> volumes() override {
-        VolumeFacts root;
-        root.name = "root";
-        root.root = "/";
-        root.totalBytes = (10ull << 30) - 1;
-        root.freeBytes = 3ull << 30;
-        root.deviceId = "sda1";
-        root.attributes = 0x20;
-        root.extendedAttributes = volumeIsEjectableBit;
-        VolumeFacts empty;
-        empty.name = "empty";
-        VolumeFacts unknown;
-        unknown.name = "unknown";
-        unknown.root = "/mnt/u";
-        unknown.totalBytes = 1;
-        unknown.parametersKnown = false;
-        return {root, empty, unknown};
-    }
-    void settle(int) override {}
-    EjectResult eject(std::int16_t) override { return {}; }
-    void setMountHandler(std::function<void(const MountEvent &)>) override {}
-    void setFactsHandler(std::function<void()>) override {}
-};
-
 // Standard error in a file, until the end of the scope; with the text that came there.
 class CapturedErrors {
 public:
@@ -85,21 +46,12 @@ public:
         ::dup2(target.get(), STDERR_FILENO);
     }
     ~CapturedErrors() { ::dup2(m_before.get(), STDERR_FILENO); }
-    std::string text() const;
+    std::string text() const { return textOf(m_file); }
 
 private:
     std::filesystem::path m_file;
     FileDescriptor m_before;
 };
-
-std::string contents(const std::filesystem::path &file) {
-    std::ifstream stream(file, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), {});
-}
-
-std::string CapturedErrors::text() const {
-    return contents(m_file);
-}
 
 // The messages of a log, without their heads.
 std::vector<std::string> messages(const std::string &log) {
@@ -118,15 +70,32 @@ protected:
     MacLogTest() : errors(tree.path("stderr")) {
         Platform &platform = Platform::current();
         platform.directories = std::make_unique<FixedFolder>(tree.directory("data"));
-        auto fixed = std::make_unique<FixedFacts>();
-        facts = fixed.get();
-        platform.facts = std::move(fixed);
-        platform.volumes = std::make_unique<FixedVolumes>();
+        facts.running = SystemVersion{10, 6, 0};
+        facts.value = [](std::string_view name) -> Result<std::string> {
+            if (name == "hw.memsize")
+                return std::string("\xff\xff\xff\x7f\0\0\0\0", 8); // one byte short of 2 GiB
+            if (name == "machdep.cpu.vendor")
+                return std::errc::no_such_file_or_directory;
+            return std::string(name) + "\nforged";
+        };
+        auto volumes = std::make_unique<test::FakeVolumeSource>();
+        VolumeFacts &root = volumes->add("/");
+        root.name = "root";
+        root.totalBytes = (10ull << 30) - 1;
+        root.freeBytes = 3ull << 30;
+        root.attributes = 0x20;
+        root.extendedAttributes = volumeIsEjectableBit;
+        volumes->add("/empty").totalBytes = 0;
+        VolumeFacts &unknown = volumes->add("/mnt/u");
+        unknown.name = "unknown";
+        unknown.totalBytes = unknown.freeBytes = 1;
+        unknown.parametersKnown = false;
+        platform.volumes = std::move(volumes);
     }
 
     test::TestTree tree;
     CapturedErrors errors;
-    FixedFacts *facts = nullptr;
+    test::FakeFacts &facts = test::FakeFacts::install();
     std::string log = "data/Brightsweep/norvex.log";
 };
 
@@ -153,24 +122,8 @@ TEST_F(MacLogTest, NewFileBeginsWithTheMachine) {
         " ",
         "first line",
     };
-    EXPECT_EQ(messages(contents(tree.path(log))), wanted);
+    EXPECT_EQ(messages(textOf(tree.path(log))), wanted);
     EXPECT_EQ(errors.text(), "");
-}
-
-TEST_F(MacLogTest, OnlyAnOvergrownFileGoes) {
-    const struct {
-        std::uint64_t size;
-        bool kept;
-    } rows[] = {{1, true}, {20'971'520, true}, {20'971'521, false}};
-    for (const auto &row : rows) {
-        tree.sparseFile(log, row.size);
-        MacLog::setLogFile(logFileName);
-        const auto now = std::filesystem::file_size(tree.path(log));
-        if (row.kept)
-            EXPECT_EQ(now, row.size); // and no head
-        else
-            EXPECT_EQ(messages(contents(tree.path(log))).at(1), "hardware info");
-    }
 }
 
 TEST_F(MacLogTest, WithoutAFileStandardErrorStays) {
@@ -195,7 +148,7 @@ TEST_F(MacLogTest, CommandLineHasADescriptorOfItsOwn) {
     ASSERT_TRUE(MacLog::createSupportFolder());
     MacLog::setLogFileForCommandLine(logFileName);
     NSLog("kept");
-    EXPECT_EQ(messages(contents(tree.path(log))).back(), "kept");
+    EXPECT_EQ(messages(textOf(tree.path(log))).back(), "kept");
     EXPECT_EQ(errors.text(), "");
     EXPECT_TRUE(::fcntl(Log::descriptor(), F_GETFD) & FD_CLOEXEC);
     Log::setDescriptor(before);
@@ -212,15 +165,19 @@ TEST_F(MacLogTest, GateComesFirst) {
         ++runs;
         return 7;
     };
-    facts->running = {10, 5, 19};
+    facts.running = SystemVersion{10, 5, 19};
     EXPECT_EQ(runEntry(3, arguments, MacLog::setLogFile, ClearMemory::freeMemory, application), 0);
     EXPECT_FALSE(tree.exists(log));
-    facts->running = {10, 6, 0};
+    facts.running = SystemVersion{10, 6, 0};
     EXPECT_EQ(runEntry(3, arguments, MacLog::setLogFile, ClearMemory::freeMemory, application), 0);
-    EXPECT_EQ(messages(contents(tree.path(log))).back(), "freeMemoy size=1024");
+    EXPECT_EQ(messages(textOf(tree.path(log))).back(), "freeMemoy size=1024");
     EXPECT_EQ(runs, 0);
     EXPECT_EQ(runEntry(2, arguments, MacLog::setLogFile, ClearMemory::freeMemory, application), 7);
     EXPECT_EQ(runs, 1);
+}
+
+TEST(Guide, IsFoundBesideTheProgramAndWhole) {
+    EXPECT_NE(textOf(guidePath()).find("</html>"), std::string::npos);
 }
 
 TEST(Process, CommandFrLogsAndEnds) {

@@ -3,7 +3,6 @@
 #include "core/SettingKeys.h"
 #include "core/UtilityFunction.h"
 #include "foundation/UserDefaults.h"
-#include "platform/SystemFacts.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 #include "volumes/VolumeNotifications.h"
@@ -41,12 +40,6 @@ private:
     std::condition_variable m_changed;
     bool m_reached = false;
     bool m_open = false;
-};
-
-class OtherBoot final : public SystemFacts {
-public:
-    Result<SystemVersion> version() override { return SystemVersion{10, 7, 0}; }
-    Result<std::string> kernelValue(std::string_view) override { return std::string("other"); }
 };
 
 class Menu : public Resident {
@@ -241,7 +234,7 @@ TEST_F(Menu, TheMemorysRow) {
         delegate->updateDataForMenuItem();
         return memory->readings == 0;
     };
-    EXPECT_TRUE(becomes(readsNothing)) << "nobody sees it";
+    EXPECT_TRUE(eventually(readsNothing)) << "nobody sees it";
     EXPECT_TRUE(std::filesystem::exists(ran));
     memory->available = 4 << 20;
     delegate->menu().menuWillOpen();
@@ -286,7 +279,7 @@ TEST_F(Menu, AReleaseThatCouldDoNothingIsSaidUntilItWasSeen) {
         delegate->menu().menuWillOpen();
         EXPECT_FALSE(says());
         delegate->menu().cleanMemoryButtonClick();
-        EXPECT_TRUE(becomes(says));
+        EXPECT_TRUE(eventually(says));
         EXPECT_TRUE(says());
         delegate->menu().menuDidClose();
     }
@@ -341,7 +334,7 @@ TEST_F(Menu, AnEjectRunsBesideTheMainThread) {
     delegate->refMenuItemWhenDeleteAndAdd();
     EXPECT_TRUE(row(2).isEjecting);
     gate.open();
-    EXPECT_TRUE(becomes([&] { return !delegate->menu().itemWithVolume(2); }));
+    EXPECT_TRUE(eventually([&] { return !delegate->menu().itemWithVolume(2); }));
     EXPECT_EQ(volumes->ejected.size(), 1u);
     EXPECT_TRUE(bubbles.isEmpty());
 }
@@ -359,7 +352,7 @@ TEST_F(Menu, ADeviceThatGoesDuringItsEjectIsNoFailure) {
     EXPECT_EQ(delegate->menu().itemWithVolume(2), nullptr);
     rebuilds = 0;
     gate.open();
-    EXPECT_TRUE(becomes([&] { return rebuilds > 0; }));
+    EXPECT_TRUE(eventually([&] { return rebuilds > 0; }));
     EXPECT_TRUE(bubbles.isEmpty());
 }
 
@@ -369,7 +362,7 @@ TEST_F(Menu, ARefusalNamesWhoHoldsTheVolume) {
     launch();
     rebuilds = 0;
     delegate->menu().backDisk(rowIndex(2));
-    EXPECT_TRUE(becomes([&] { return rebuilds > 0; }));
+    EXPECT_TRUE(eventually([&] { return rebuilds > 0; }));
     EXPECT_EQ(bubbles,
               QStringList(QStringLiteral("stick cannot be ejected.\nIn use by editor, sh") +
                           QChar(0xfffd)));
@@ -383,7 +376,7 @@ TEST_F(Menu, ADriveThatIsNotLetGoIsTold) {
     add("stick", external);
     launch();
     delegate->menu().activate(MenuAction::EjectAll);
-    EXPECT_TRUE(becomes([&] { return bubbles.size() == 2; }));
+    EXPECT_TRUE(eventually([&] { return bubbles.size() == 2; }));
     EXPECT_EQ(bubbles,
               (QStringList{QStringLiteral("disc is unmounted.\nIts drive could not be released."),
                            QStringLiteral("stick is unmounted.\nIts drive could not be "
@@ -399,7 +392,7 @@ TEST_F(Menu, EjectAllTriesEveryVolume) {
     delegate->menu().activate(MenuAction::EjectAll);
     EXPECT_TRUE(row(2).isEjecting);
     EXPECT_TRUE(lines().contains(QStringLiteral("Eject All (grey)")));
-    EXPECT_TRUE(becomes([&] { return !delegate->menu().itemWithVolume(3); }));
+    EXPECT_TRUE(eventually([&] { return !delegate->menu().itemWithVolume(3); }));
     EXPECT_EQ(volumes->ejected, (std::vector<std::int16_t>{2, 3}));
     EXPECT_EQ(bubbles, QStringList(QStringLiteral("first cannot be ejected.")));
     EXPECT_TRUE(lines().contains(QStringLiteral("Eject All")));
@@ -409,7 +402,7 @@ TEST_F(Menu, NothingToEjectIsSaidInABubble) {
     add("fixed image", removable);
     launch();
     delegate->menu().activate(MenuAction::EjectAll);
-    EXPECT_TRUE(becomes([&] { return !bubbles.isEmpty(); }));
+    EXPECT_TRUE(eventually([&] { return !bubbles.isEmpty(); }));
     EXPECT_TRUE(lines().contains(QStringLiteral("Eject All")));
 }
 
@@ -450,7 +443,7 @@ TEST_F(Menu, TheAlarmIsToldOnceUntilItHasRecovered) {
     delegate->updateDataForMenuItem();
     EXPECT_EQ(notifier->shown.size(), 2u);
     // Another boot.
-    Platform::current().facts = std::make_unique<OtherBoot>();
+    FakeFacts::install().value = [](auto) { return std::string("other"); };
     delegate.reset();
     launch();
     delegate->updateDataForMenuItem();

@@ -7,9 +7,8 @@
 #include "platform/Platform.h"
 #include "support/FakeDesktop.h"
 #include "support/ManualClock.h"
+#include "support/WaitUntil.h"
 #include "volumes/FakeVolumeSource.h"
-
-#include <QCoreApplication>
 
 #include <gtest/gtest.h>
 
@@ -62,14 +61,6 @@ protected:
     }
     AppPrefsWindowController &window() {
         return AppPrefsWindowController::sharedPrefsWindowController();
-    }
-    /// Runs the event loop until it holds.
-    static bool becomes(const std::function<bool()> &condition) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-        while (!condition() && std::chrono::steady_clock::now() < end)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents,
-                                            10);
-        return condition();
     }
     /// What the menu reads, top to bottom.
     QStringList lines() const {

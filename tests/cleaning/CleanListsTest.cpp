@@ -147,19 +147,6 @@ TEST(CustomTableView, ACheckBoxTellsOfTheStateBeforeAndStoresTheOther) {
     EXPECT_EQ(CleanPage::stored(), "010000");
 }
 
-TEST(NewLeftCustomTableView, MapsItsPlacesToRows) {
-    NewLeftCustomTableView table;
-    Selected selected;
-    for (int position = 0; position < 5; ++position)
-        table.mouseDown(position);
-    EXPECT_THAT(selected.rows, ElementsAre(0, 2, 4, 5, 6));
-    EXPECT_EQ(table.allListArr()[4].title, QStringLiteral("User Downloads"));
-    EXPECT_EQ(table.allListArr()[4].y, 444 - 39 * 4);
-    EXPECT_EQ(table.allListArr()[4].listImage(), QStringLiteral("list_hover.png"));
-    EXPECT_EQ(table.allListArr()[0].listImage(), QStringLiteral("list.png"));
-    EXPECT_TRUE(table.isHidden());
-}
-
 TEST(CustomComInfoView, TellsTheMachinesFactsInOrder) {
     const CustomComInfoView table;
     EXPECT_EQ(table.rows()[3].titleText, QStringLiteral("Memory:"));

@@ -109,17 +109,6 @@ TEST(CleanOutline, TicksFollowTheRulesOfLeavesAndGroups) {
     EXPECT_EQ(at.page.controls().trashFileNumTF, QStringLiteral("0"));
 }
 
-TEST(CleanOutline, OnlyWhatIsTickedGoes) {
-    Outline at({{"a", 1}, {"b", 1}, {"c", 1}});
-    const test::TestTree cache(test::TestEnvironment::current().home() / ".cache");
-    at.click(at.leaf("b"));
-    const auto before = cache.snapshot();
-    at.clean();
-    const auto after = cache.snapshot();
-    EXPECT_EQ(test::changes(before, after), (std::vector<std::string>{"- a", "- c"}));
-    EXPECT_THAT(at.names(), ElementsAre("b"));
-}
-
 TEST(CleanOutline, PlacesSurviveRebuildSortAndFilter) {
     Outline at({{"alpha", 3'000}, {"beta", 1'000}, {"gamma", 2'000}, {"delta", 4'000}});
     Tester tester(&at.model(), Tester::FailureReportingMode::Fatal);

@@ -112,22 +112,6 @@ TEST(CleanSysController, EmptiesTheMarkedCategoriesAndReportsWhatWent) {
     EXPECT_EQ(clean.closes, 1);
 }
 
-TEST(CleanSysController, ReportsAlsoWhenTheMemoryRunsOut) {
-    CleanPage::store("000001");
-    const test::CleanableMachine machine;
-    for (const char *failing : {"readBlock", "removeItem"}) {
-        test::FaultPlatform fault;
-        fault.setFault([&](std::string_view call, const std::filesystem::path &) {
-            if (call == failing)
-                throw std::bad_alloc();
-            return std::error_code();
-        });
-        QuickClean clean;
-        clean.run();
-        EXPECT_EQ(clean.bubbles.size(), 1u) << failing;
-    }
-}
-
 TEST(CleanSysController, TellsWhatStayedAndWhy) {
     const struct {
         std::errc error;

@@ -6,7 +6,6 @@
 #include "platform/Platform.h"
 #include "removal/RemovalRun.h"
 #include "support/FaultPlatform.h"
-#include "support/RecordingPlatform.h"
 #include "support/Removals.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
@@ -149,17 +148,6 @@ TEST(Scan, SurvivesWhatVanishesAndWhatCannotBeRead) {
     EXPECT_EQ(controller.totalSize(), 5u);
 }
 
-TEST(Scan, AnOwnerThatGoesFirstWaitsForItsWork) {
-    TestTree tree;
-    for (int i = 0; i < 200; ++i)
-        tree.file("folder/" + std::to_string(i) + "/file");
-    for (int round = 0; round < 5; ++round) {
-        auto controller = std::make_unique<ScanViewController>();
-        controller->beginScanTask(test::rootsOf({tree.path("folder")}));
-        controller.reset();
-    }
-}
-
 TEST(Clean, RemovesTheTickedRowsAndNothingElse) {
     TestTree tree;
     tree.file("outside/kept", "precious");
@@ -187,25 +175,13 @@ TEST(Clean, RemovesTheTickedRowsAndNothingElse) {
     EXPECT_EQ(controller.totalSize(), 4u);
 }
 
-TEST(Clean, WithNothingTickedRemovesNothingAndStillFinishes) {
-    TestTree tree;
-    tree.file("folder/a");
-    ScanViewController controller;
-    scan(controller, {tree.path("folder")});
-    test::RecordingPlatform recording;
-    clean(controller);
-    EXPECT_EQ(recording.count("removeItem"), 0u);
-    EXPECT_EQ(recording.count("rights.removeItems"), 0u);
-    EXPECT_EQ(controller.rowCount(), 1u);
-}
-
 TEST(Clean, WhatCannotGoStaysTickedWithItsReasonAndTheTotalStays) {
     TestTree tree;
     tree.file("folder/stuck", "12345");
     tree.file("folder/goes", "123");
     test::FaultPlatform fault;
     fault.setFault([&](std::string_view call, const std::filesystem::path &path) {
-        return (call == "removeItem" && path.filename() == "stuck") || call == "rights.removeItems"
+        return call == "removeItem" && path.filename() == "stuck"
                    ? std::make_error_code(std::errc::permission_denied)
                    : std::error_code();
     });

@@ -284,6 +284,44 @@ TEST(DuplicatesCommand, AFileOfAnOverlayIsNotThatOfItsLayerAgain) {
     }
 }
 
+// Below another "/", with the libraries that the program needs in a folder of the system.
+TEST(DuplicatesCommand, WhatIsStoredAddsToTheOptions) {
+    test::needRoot();
+    test::TestTree tree;
+    constexpr auto large = std::uint64_t(1) << 40;
+    for (const char *name : {"opt/a", "opt/b", "home/.c/a", "home/.c/b"})
+        tree.sparseFile(name, large + (name[0] == 'o'));
+    for (const char *place : {"usr/lib", "usr/lib64", "bin"})
+        tree.directory(place);
+    for (const char *link : {"lib", "lib64"})
+        tree.link(link, std::string("usr/") + link);
+    const char *const script =
+        "for lib in lib lib64; do mount --bind /usr/$lib \"$1/usr/$lib\"; done;"
+        "mount --bind \"$2\" \"$1/bin\"; XDG_CONFIG_HOME=/conf exec chroot \"$1\" "
+        "/bin/brightsweep-cli duplicates / --unit 3 --limit 1000 $3";
+    const auto programs = std::filesystem::path(BRIGHTSWEEP_CLI).parent_path();
+    const struct {
+        const char *stored;
+        const char *option;
+        bool system;
+        bool hidden;
+    } rows[] = {
+        {"", "", false, false},
+        {"", "--system", true, false},
+        {"DSSystemDuplication=1\n", "", true, false},
+        {"DSHidenDuplication=1\n", "", false, true},
+        {"DSHidenDuplication=1\n", "--system", true, true},
+    };
+    for (const auto &row : rows) {
+        tree.file("conf/com.norvmac.DeskSweeperPro.conf", row.stored);
+        const auto result = test::runProgram(
+            {"unshare", "-m", "/bin/sh", "-ec", script, "sh", tree.top(), programs, row.option});
+        EXPECT_EQ(result.status, 0) << result.errors;
+        EXPECT_EQ(result.output.find("/opt/a") != std::string::npos, row.system) << row.stored;
+        EXPECT_EQ(result.output.find("/home/.c/a") != std::string::npos, row.hidden) << row.stored;
+    }
+}
+
 TEST(DuplicatesCommand, BundlesThatShareAFileAreNoDuplicates) {
     test::needRoot();
     const std::set<std::string> all = {"X.app\nY.app\nZ.app\n"};

@@ -7,8 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 
 namespace brightsweep::test {
 namespace {
@@ -17,11 +15,6 @@ using testing::HasSubstr;
 using testing::Not;
 
 constexpr char log[] = ".local/share/Brightsweep/norvex.log";
-
-std::string textOf(const std::filesystem::path &file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 // The form of the program for terminals, whatever display the tests are run on.
 class Program : public testing::Test {

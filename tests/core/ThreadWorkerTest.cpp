@@ -66,20 +66,14 @@ struct Target {
     std::atomic<bool> entered{false};
 };
 
-template <typename Condition>
-bool processUntil(Condition condition) {
-    QDeadlineTimer deadline(20'000);
-    while (!condition() && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
-    return condition();
-}
+using test::eventually;
 
 TEST(ThreadWorker, EndCallComesOnTheStartingThread) {
     Target target;
     target.worker =
         ThreadWorker::workOn(&target, &Target::work, std::string("what"), &Target::didEnd);
     ASSERT_TRUE(target.worker);
-    ASSERT_TRUE(processUntil([&] { return target.ends > 0; }));
+    ASSERT_TRUE(eventually([&] { return target.ends > 0; }));
     EXPECT_EQ(target.ends, 1);
     EXPECT_EQ(target.worksAtEnd, 1);
     EXPECT_EQ(target.seenArgument, "what");
@@ -98,7 +92,7 @@ TEST(ThreadWorker, CancellingOnlyRaisesAFlag) {
     target.worker->markAsCancelled();
     target.worker->markAsCancelled();
     go.set_value();
-    ASSERT_TRUE(processUntil([&] { return target.ends > 0; }));
+    ASSERT_TRUE(eventually([&] { return target.ends > 0; }));
     EXPECT_TRUE(target.sawCancel);
     EXPECT_EQ(target.works, 1);
 }
@@ -129,14 +123,14 @@ TEST(ThreadWorker, WaitsForItsEndCall) {
     while (watched.use_count() < 3) // the target, the thread, the end call that waits
         std::this_thread::yield();
     EXPECT_EQ(target.ends, 0);
-    EXPECT_TRUE(processUntil([&] { return watched.use_count() == 1; }));
+    EXPECT_TRUE(eventually([&] { return watched.use_count() == 1; }));
     EXPECT_EQ(target.ends, 1);
 }
 
 TEST(ThreadWorker, TheEndCallComesAfterAnExceptionToo) {
     Target target;
     target.worker = ThreadWorker::workOn(&target, &Target::failingWork, 1, &Target::didEnd);
-    ASSERT_TRUE(processUntil([&] { return target.ends > 0; }));
+    ASSERT_TRUE(eventually([&] { return target.ends > 0; }));
     EXPECT_TRUE(target.entered);
     EXPECT_THROW(std::rethrow_exception(target.worker->failure()), std::runtime_error);
 }
@@ -155,7 +149,7 @@ TEST(ThreadWorker, TheEndCallComesWithoutAThreadToo) {
                                                  &Target::didEnd);
             if (target.ends != 0 || target.works != 0)
                 return 2;
-            if (!processUntil([&] { return target.ends > 0; }))
+            if (!eventually([&] { return target.ends > 0; }))
                 return 3;
             if (target.works != int(runs) || bool(target.worker->failure()) == runs)
                 return 4;
@@ -198,9 +192,9 @@ TEST(ThreadWorker, OwnerMayGoInTheEndCall) {
     target->dieInEnd = true;
     target->worker = ThreadWorker::workOn(target.get(), &Target::work, "", &Target::didEnd);
     const std::weak_ptr<ThreadWorker> watched = target->worker;
-    ASSERT_TRUE(processUntil([&] { return target->ends > 0; }));
+    ASSERT_TRUE(eventually([&] { return target->ends > 0; }));
     target.reset();
-    ASSERT_TRUE(processUntil([&] { return watched.expired(); }));
+    ASSERT_TRUE(eventually([&] { return watched.expired(); }));
 }
 
 } // namespace

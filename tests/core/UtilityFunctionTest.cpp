@@ -1,10 +1,14 @@
 #include "core/UtilityFunction.h"
 
-#include "foundation/NotificationCenter.h"
+#include "foundation/Log.h"
+#include "foundation/UserDefaults.h"
 #include "platform/Platform.h"
 #include "platform/SystemFacts.h"
 #include "platform/linux/LinuxSystemFacts.h"
 #include "support/CommaLocale.h"
+#include "support/FakeDesktop.h"
+#include "support/TestEnvironment.h"
+#include "support/TestTree.h"
 
 #include <gtest/gtest.h>
 
@@ -15,28 +19,8 @@
 namespace brightsweep {
 namespace {
 
+using test::FakeFacts;
 using U = UtilityFunction;
-
-class FixedFacts : public SystemFacts {
-public:
-    Result<SystemVersion> version() override { return running; }
-    Result<std::string> kernelValue(std::string_view name) override {
-        const auto found = values.find(std::string(name));
-        if (found == values.end())
-            return std::error_code(name == "kern.hostname" ? EPERM : ENOENT,
-                                   std::generic_category());
-        return found->second;
-    }
-    Result<SystemVersion> running = SystemVersion{10, 7, 1};
-    std::map<std::string, std::string> values;
-};
-
-FixedFacts &useFixedFacts() {
-    auto facts = std::make_unique<FixedFacts>();
-    FixedFacts &used = *facts;
-    Platform::current().facts = std::move(facts);
-    return used;
-}
 
 TEST(SizeText, WorkedValues) {
     const struct {
@@ -128,10 +112,16 @@ TEST(SizeText, GigabytesKnowTheirOwnToken) {
     EXPECT_THROW(U::returnParserFromVolSpace(QStringLiteral("1.00GB")), std::out_of_range);
 }
 
-TEST(SizeText, IsTheSameInEveryLocale) {
+TEST(Numbers, AreTheSameInEveryLocale) {
     const test::CommaLocale locale;
     EXPECT_EQ(U::convertVolSpace(1'500'000), QStringLiteral("1.50 MB"));
     EXPECT_EQ(U::getVolSpaceFromString(QStringLiteral("1.50 MB")), 1'500'000u);
+    const LogArgument logged[] = {1.5};
+    EXPECT_EQ(Log::format("%0.2f", logged), "1.50");
+    UserDefaults defaults(test::TestEnvironment::current().work() / "settings");
+    defaults.setObject(QStringLiteral("Key"), 0.25f);
+    EXPECT_EQ(defaults.floatForKey(QStringLiteral("Key")), 0.25f);
+    EXPECT_EQ(test::textOf(defaults.file()), "Key=0.25\n");
 }
 
 TEST(DateText, DropsTheZone) {
@@ -149,14 +139,14 @@ TEST(Version, ComparesFromMajorToBugfix) {
         {10, 7, 1, false}, {10, 7, 2, true}, {10, 7, 0, false}, {10, 8, 0, true},
         {10, 6, 9, false}, {11, 0, 0, true}, {9, 9, 9, false},
     };
-    useFixedFacts();
+    FakeFacts::install();
     for (const auto &row : rows)
         EXPECT_EQ(U::isBelowSystemVer(row.major, row.minor, row.bugfix), row.below)
             << row.major << "." << row.minor << "." << row.bugfix;
 }
 
 TEST(Version, FallsBackAndSkipsNullPointers) {
-    useFixedFacts().running = std::errc::invalid_argument;
+    FakeFacts::install().running = std::errc::invalid_argument;
     std::uint32_t minor = 99;
     getSystemVersionMajor(nullptr, &minor, nullptr);
     EXPECT_EQ(minor, 0u);
@@ -201,12 +191,17 @@ TEST(Facts, OfTheRunningMachine) {
 }
 
 TEST(Facts, AreCutToTheirFields) {
-    auto &facts = useFixedFacts();
-    facts.values = {
+    const std::map<std::string_view, std::string> values = {
         {"hw.machine", std::string(30, 'm')},
         {"hw.memsize", std::string("\0\0\0\x04\0\0\0\0", 8)},
         {"kern.ostype", "Linux"},
         {"kern.osrelease", "6.18.44-fc-v657"},
+    };
+    FakeFacts::install().value = [&](std::string_view name) -> Result<std::string> {
+        if (values.contains(name))
+            return values.at(name);
+        return name == "kern.hostname" ? std::errc::operation_not_permitted
+                                       : std::errc::no_such_file_or_directory;
     };
     SysInfo info{};
     std::strcpy(info.Model, "before");

@@ -19,7 +19,7 @@
 namespace brightsweep {
 namespace {
 
-using test::eventuallyInLoop;
+using test::eventually;
 using test::PlayedService;
 using test::PrivateBus;
 using Namespaces = QMap<QString, QVariantMap>;
@@ -64,7 +64,7 @@ TEST(DesktopHints, PortalIsFollowedLive) {
     int changes = 0;
     EXPECT_EQ(hints.hints(), Hints());
     hints.setChangedHandler([&] { ++changes; });
-    ASSERT_TRUE(eventuallyInLoop([&] { return changes > 0; }));
+    ASSERT_TRUE(eventually([&] { return changes > 0; }));
     EXPECT_EQ(hints.hints(), (Hints{true, true, 1.5}));
 
     const struct {
@@ -87,13 +87,13 @@ TEST(DesktopHints, PortalIsFollowedLive) {
         SCOPED_TRACE(one.key);
         const int before = changes;
         portal.change(one.space, one.key, one.value);
-        EXPECT_TRUE(eventuallyInLoop([&] { return changes > before; }));
+        EXPECT_TRUE(eventually([&] { return changes > before; }));
         EXPECT_EQ(hints.hints(), one.after);
     }
     const int before = changes;
     portal.change("org.freedesktop.appearance", "accent-color", 7);
     portal.change("org.freedesktop.appearance", "reduced-motion", 0u);
-    EXPECT_TRUE(eventuallyInLoop([&] { return changes > before; }));
+    EXPECT_TRUE(eventually([&] { return changes > before; }));
     EXPECT_EQ(changes, before + 1);
     Platform::setCurrent(makeNullPlatform("at the end"));
 }
@@ -106,7 +106,7 @@ TEST(DesktopHints, PortalComesLate) {
     portal.values = {
         {QStringLiteral("org.freedesktop.appearance"), {{QStringLiteral("contrast"), 1u}}}};
     ASSERT_TRUE(portal.come());
-    EXPECT_TRUE(eventuallyInLoop([&] { return hints.hints().highContrast; }));
+    EXPECT_TRUE(eventually([&] { return hints.hints().highContrast; }));
     Platform::setCurrent(makeNullPlatform("at the end"));
 }
 
@@ -125,15 +125,15 @@ TEST(DesktopHints, SettingsFileIsFollowedWithoutABus) {
     for (const auto &one : cases) {
         SCOPED_TRACE(one.text);
         writeDesktopFile(one.text);
-        EXPECT_TRUE(eventuallyInLoop([&] { return hints.hints().reducedMotion == one.reduced; }));
+        EXPECT_TRUE(eventually([&] { return hints.hints().reducedMotion == one.reduced; }));
     }
     EXPECT_EQ(changes, 4);
     // Written in place.
     std::ofstream(test::TestEnvironment::current().home() / ".config/kdeglobals")
         << "[KDE]\nAnimationDurationFactor=0\n";
-    EXPECT_TRUE(eventuallyInLoop([&] { return hints.hints().reducedMotion; }));
+    EXPECT_TRUE(eventually([&] { return hints.hints().reducedMotion; }));
     std::filesystem::remove(test::TestEnvironment::current().home() / ".config/kdeglobals");
-    EXPECT_TRUE(eventuallyInLoop([&] { return !hints.hints().reducedMotion; }));
+    EXPECT_TRUE(eventually([&] { return !hints.hints().reducedMotion; }));
 }
 
 } // namespace

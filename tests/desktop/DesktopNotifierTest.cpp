@@ -12,7 +12,7 @@
 namespace brightsweep {
 namespace {
 
-using test::eventuallyInLoop;
+using test::eventually;
 using test::PlayedService;
 using test::PrivateBus;
 
@@ -63,17 +63,17 @@ TEST_F(DesktopNotifierTest, BodyIsShownAsItStands) {
     // Each server takes the place of the one before.
     for (const auto &one : cases) {
         SCOPED_TRACE(one.capabilities);
-        ASSERT_TRUE(eventuallyInLoop([&] { return !notifier().available(); }));
+        ASSERT_TRUE(eventually([&] { return !notifier().available(); }));
         Server server(m_bus, one.capabilities);
         ASSERT_TRUE(server.come());
         notifier().show({QStringLiteral("A & <b>"), QString::fromUtf8(one.body), 0, {}, {}});
-        ASSERT_TRUE(eventuallyInLoop([&] { return server.count("Notify") == 1; }));
+        ASSERT_TRUE(eventually([&] { return server.count("Notify") == 1; }));
         const auto arguments = server.callsOf("Notify")[0].arguments();
         EXPECT_EQ(arguments.value(3), QStringLiteral("A & <b>"));
         EXPECT_EQ(arguments.value(4).toString().toStdString(), one.sent);
         EXPECT_EQ(arguments.value(7), -1);
         notifier().show({QStringLiteral("second"), {}, 0, {}, {}});
-        ASSERT_TRUE(eventuallyInLoop([&] { return server.count("Notify") == 2; }));
+        ASSERT_TRUE(eventually([&] { return server.count("Notify") == 2; }));
         EXPECT_EQ(server.count("GetCapabilities"), 1);
     }
 }
@@ -83,7 +83,7 @@ TEST_F(DesktopNotifierTest, ClosedAfterItsTime) {
     ASSERT_TRUE(server.come());
     notifier().show({QStringLiteral("stays"), {}, 0, {}, {}});
     notifier().show({QStringLiteral("goes"), {}, 30, {}, {}});
-    ASSERT_TRUE(eventuallyInLoop([&] { return server.count("CloseNotification") == 1; }));
+    ASSERT_TRUE(eventually([&] { return server.count("CloseNotification") == 1; }));
     EXPECT_EQ(server.callsOf("CloseNotification")[0].arguments().value(0), 42u);
     EXPECT_EQ(server.callsOf("Notify")[1].arguments().value(7), 30);
 }
@@ -95,7 +95,7 @@ TEST_F(DesktopNotifierTest, ActionBringsItsToken) {
     const auto action = [&](const std::string &token) { done.push_back(token); };
     for (const char *name : {"one", "two", "three"})
         notifier().show({QString::fromLatin1(name), {}, 0, QStringLiteral("Open"), action});
-    ASSERT_TRUE(eventuallyInLoop([&] { return server.count("Notify") == 3; }));
+    ASSERT_TRUE(eventually([&] { return server.count("Notify") == 3; }));
     EXPECT_EQ(server.callsOf("Notify")[0].arguments().value(5).toStringList(),
               QStringList({QStringLiteral("default"), QStringLiteral("Open"),
                            QStringLiteral("open"), QStringLiteral("Open")}));
@@ -106,7 +106,7 @@ TEST_F(DesktopNotifierTest, ActionBringsItsToken) {
     server.click(41, "open", "token");
     server.click(41, "open", "again");
     server.click(43, "default", nullptr);
-    ASSERT_TRUE(eventuallyInLoop([&] { return done.size() == 2; }));
+    ASSERT_TRUE(eventually([&] { return done.size() == 2; }));
     EXPECT_EQ(done, (std::vector<std::string>{"token", ""}));
 }
 
@@ -116,9 +116,9 @@ TEST_F(DesktopNotifierTest, AvailableOnceSomebodyIsThere) {
     {
         Server server(m_bus, "body");
         ASSERT_TRUE(server.come());
-        ASSERT_TRUE(eventuallyInLoop([&] { return notifier().available(); }));
+        ASSERT_TRUE(eventually([&] { return notifier().available(); }));
     }
-    ASSERT_TRUE(eventuallyInLoop([&] { return !notifier().available(); }));
+    ASSERT_TRUE(eventually([&] { return !notifier().available(); }));
 }
 
 } // namespace

@@ -47,13 +47,6 @@ QString newName() {
 
 } // namespace
 
-bool eventuallyInLoop(const std::function<bool()> &condition) {
-    return eventually([&] {
-        QCoreApplication::processEvents();
-        return condition();
-    });
-}
-
 PrivateBus::PrivateBus()
     : m_socket(TestEnvironment::current().root() / "runtime" / "bus"),
       m_configuration(TestEnvironment::current().root() / "bus.conf") {
@@ -127,7 +120,7 @@ QDBusMessage callInLoop(QDBusConnection &from, const QString &service, const QSt
     auto message = QDBusMessage::createMethodCall(service, path, interface, method);
     message.setArguments(arguments);
     const QDBusPendingCall call = from.asyncCall(message);
-    eventuallyInLoop([&] { return call.isFinished(); });
+    eventually([&] { return call.isFinished(); });
     return call.reply();
 }
 

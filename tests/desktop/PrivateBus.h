@@ -15,9 +15,6 @@
 
 namespace brightsweep::test {
 
-/// Lets the event loop of this thread run until it holds; false after half a minute.
-bool eventuallyInLoop(const std::function<bool()> &condition);
-
 /// A session bus of the test's own, where the program looks for one. It starts nothing by itself.
 class PrivateBus {
 public:

@@ -3,13 +3,13 @@
 #include "desktop/PrivateBus.h"
 #include "support/ChildProcess.h"
 #include "support/TestEnvironment.h"
+#include "support/TestTree.h"
 
 #include <gtest/gtest.h>
 
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <optional>
 
@@ -43,10 +43,7 @@ protected:
         return first;
     }
     ChildResult second(const char *token = "") { return start("1", token)->finish(); }
-    std::string log() const {
-        std::ifstream file(m_log);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string log() const { return test::textOf(m_log); }
 
     const fs::path m_work = test::TestEnvironment::current().work();
     const fs::path m_log = m_work / "log";
@@ -156,7 +153,7 @@ TEST_P(SingleInstanceOnBus, TheBusGoesAndComesBack) {
                                 QLatin1String(method), arguments);
     };
     const QVariantMap data{{QStringLiteral("desktop-startup-id"), QStringLiteral("desktop")}};
-    EXPECT_TRUE(test::eventuallyInLoop(
+    EXPECT_TRUE(test::eventually(
         [&] { return call("Activate", {data}).type() == QDBusMessage::ReplyMessage; }));
     EXPECT_EQ(second("with").status, passedOn);
     EXPECT_EQ(call("Open", {QStringList(), QVariantMap()}).type(), QDBusMessage::ReplyMessage);

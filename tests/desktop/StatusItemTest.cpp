@@ -17,7 +17,7 @@ namespace brightsweep {
 namespace {
 
 using test::callInLoop;
-using test::eventuallyInLoop;
+using test::eventually;
 using test::PlayedService;
 using test::PrivateBus;
 
@@ -82,8 +82,8 @@ TEST_F(StatusItemTest, HostBeforeTheItem) {
     item().setToolTip(QStringLiteral("Disk & <b>"), QStringLiteral("a < b"));
     item().setImages({{1, 2, std::string("\xff\x01\x02\x03\x80\x04\x05\x06", 8)}});
     item().setShown(true);
-    ASSERT_TRUE(eventuallyInLoop([&] { return watcher.registrations() > 0; }));
-    ASSERT_TRUE(eventuallyInLoop([&] { return item().hostPresent(); }));
+    ASSERT_TRUE(eventually([&] { return watcher.registrations() > 0; }));
+    ASSERT_TRUE(eventually([&] { return item().hostPresent(); }));
     EXPECT_EQ(told, std::vector<bool>{true});
 
     const QVariantMap properties = watcher.properties();
@@ -104,24 +104,24 @@ TEST_F(StatusItemTest, HostAfterTheItemAndAgain) {
     Watcher watcher(m_bus, false);
     EXPECT_FALSE(item().hostPresent());
     ASSERT_TRUE(watcher.come());
-    ASSERT_TRUE(eventuallyInLoop([&] { return watcher.registrations() == 1; }));
-    ASSERT_TRUE(eventuallyInLoop([&] { return watcher.count("Get") > 0; }));
+    ASSERT_TRUE(eventually([&] { return watcher.registrations() == 1; }));
+    ASSERT_TRUE(eventually([&] { return watcher.count("Get") > 0; }));
     EXPECT_TRUE(told.empty());
 
     watcher.setHost(true);
-    ASSERT_TRUE(eventuallyInLoop([&] { return item().hostPresent(); }));
-    ASSERT_TRUE(eventuallyInLoop([&] { return watcher.registrations() == 2; }));
+    ASSERT_TRUE(eventually([&] { return item().hostPresent(); }));
+    ASSERT_TRUE(eventually([&] { return watcher.registrations() == 2; }));
     watcher.setHost(false);
-    ASSERT_TRUE(eventuallyInLoop([&] { return !item().hostPresent(); }));
+    ASSERT_TRUE(eventually([&] { return !item().hostPresent(); }));
     watcher.setHost(true);
-    ASSERT_TRUE(eventuallyInLoop([&] { return item().hostPresent(); }));
+    ASSERT_TRUE(eventually([&] { return item().hostPresent(); }));
 
     ASSERT_TRUE(watcher.go());
-    ASSERT_TRUE(eventuallyInLoop([&] { return !item().hostPresent(); }));
+    ASSERT_TRUE(eventually([&] { return !item().hostPresent(); }));
     const int before = watcher.registrations();
     ASSERT_TRUE(watcher.come());
-    ASSERT_TRUE(eventuallyInLoop([&] { return watcher.registrations() == before + 1; }));
-    ASSERT_TRUE(eventuallyInLoop([&] { return item().hostPresent(); }));
+    ASSERT_TRUE(eventually([&] { return watcher.registrations() == before + 1; }));
+    ASSERT_TRUE(eventually([&] { return item().hostPresent(); }));
     EXPECT_EQ(told, (std::vector<bool>{true, false, true, false, true}));
 }
 
@@ -131,16 +131,16 @@ TEST_F(StatusItemTest, BusRestarts) {
         ASSERT_TRUE(watcher.come());
         item().setTitle(QStringLiteral("kept"));
         item().setShown(true);
-        ASSERT_TRUE(eventuallyInLoop([&] { return item().hostPresent(); }));
+        ASSERT_TRUE(eventually([&] { return item().hostPresent(); }));
     }
     m_bus.stop();
-    ASSERT_TRUE(eventuallyInLoop([&] { return !item().hostPresent(); }));
+    ASSERT_TRUE(eventually([&] { return !item().hostPresent(); }));
     item().setToolTip(QStringLiteral("set meanwhile"), {});
     m_bus.start();
     Watcher watcher(m_bus);
     ASSERT_TRUE(watcher.come());
-    ASSERT_TRUE(eventuallyInLoop([&] { return watcher.registrations() > 0; }));
-    ASSERT_TRUE(eventuallyInLoop([&] { return item().hostPresent(); }));
+    ASSERT_TRUE(eventually([&] { return watcher.registrations() > 0; }));
+    ASSERT_TRUE(eventually([&] { return item().hostPresent(); }));
     EXPECT_EQ(watcher.properties().value(QStringLiteral("Title")), QStringLiteral("kept"));
     EXPECT_EQ(watcher.toolTip().title, QStringLiteral("set meanwhile"));
 }
@@ -151,7 +151,7 @@ TEST_F(StatusItemTest, ClicksBringTheirPlaceAndToken) {
     std::vector<StatusActivation> clicks;
     item().setActivatedHandler([&](const StatusActivation &click) { clicks.push_back(click); });
     item().setShown(true);
-    ASSERT_TRUE(eventuallyInLoop([&] { return watcher.registrations() > 0; }));
+    ASSERT_TRUE(eventually([&] { return watcher.registrations() > 0; }));
     const struct {
         const char *method;
         int x, y;
@@ -168,7 +168,7 @@ TEST_F(StatusItemTest, ClicksBringTheirPlaceAndToken) {
                              {QLatin1String(one.token)});
         const auto reply = watcher.callItem(itemInterface, one.method, {one.x, one.y});
         EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage);
-        ASSERT_TRUE(eventuallyInLoop([&] { return !clicks.empty(); }));
+        ASSERT_TRUE(eventually([&] { return !clicks.empty(); }));
         EXPECT_EQ(clicks[0].x, one.x);
         EXPECT_EQ(clicks[0].y, one.y);
         EXPECT_EQ(clicks[0].hasPosition, one.x != 0 || one.y != 0);
@@ -182,7 +182,7 @@ TEST_F(StatusItemTest, ToolTipIsPlainText) {
     Watcher watcher(m_bus);
     ASSERT_TRUE(watcher.come());
     item().setShown(true);
-    ASSERT_TRUE(eventuallyInLoop([&] { return watcher.registrations() > 0; }));
+    ASSERT_TRUE(eventually([&] { return watcher.registrations() > 0; }));
     const struct {
         QString text;
         QString sent;

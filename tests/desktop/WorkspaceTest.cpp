@@ -4,6 +4,7 @@
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
 #include "support/TestEnvironment.h"
+#include "support/TestTree.h"
 
 #include <gtest/gtest.h>
 
@@ -11,13 +12,12 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 namespace brightsweep {
 namespace {
 
 namespace fs = std::filesystem;
-using test::eventuallyInLoop;
+using test::eventually;
 using test::PlayedService;
 using test::PrivateBus;
 
@@ -39,9 +39,8 @@ protected:
         ::setenv("PATH", m_path.c_str(), 1);
     }
     std::string opened() {
-        eventuallyInLoop([this] { return fs::exists(m_opened); });
-        std::ifstream file(m_opened);
-        return {std::istreambuf_iterator<char>(file), {}};
+        eventually([this] { return fs::exists(m_opened); });
+        return test::textOf(m_opened);
     }
 
     const fs::path m_work = test::TestEnvironment::current().work();
@@ -57,7 +56,7 @@ TEST_F(WorkspaceTest, RevealsByTheFileManager) {
     const fs::path hostile = m_work / "a b%\n\xff&<#?~";
     std::ofstream(hostile) << "x";
     EXPECT_TRUE(Platform::current().workspace->reveal(hostile));
-    ASSERT_TRUE(eventuallyInLoop([&] { return files.count("ShowItems") > 0; }));
+    ASSERT_TRUE(eventually([&] { return files.count("ShowItems") > 0; }));
     const std::string wanted = "file://" + m_work.native() + "/a%20b%25%0A%FF%26%3C%23%3F~";
     EXPECT_EQ(files.callsOf("ShowItems")[0].arguments().value(0).toStringList(),
               QStringList(QString::fromStdString(wanted)));

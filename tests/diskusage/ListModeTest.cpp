@@ -1,6 +1,5 @@
 #include "core/TaskStopper.h"
 #include "diskusage/NodeTreeOperator.h"
-#include "foundation/UserDefaults.h"
 #include "support/FaultPlatform.h"
 #include "support/TestTree.h"
 
@@ -96,20 +95,6 @@ TEST(ListMode, SortsAndFreesTreesOfAnyDepth) {
     for (const FSNode *node = &built.root; !node->children.empty(); node = node->children[0].get())
         ++depth;
     EXPECT_GE(depth, 5000u);
-}
-
-TEST(ListMode, TheLimitComesFromTheSettingsAndWraps) {
-    UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    EXPECT_EQ(getLimitSize(), 0u);
-    constexpr struct {
-        int unit;
-        std::uint64_t limit;
-    } rows[] = {{0, 10}, {2, 10'000'000}, {4, 10 * std::uint64_t(-727'379'968)}, {9, 10}};
-    defaults.setObject(QStringLiteral("DSDiskUsageLimit"), 10);
-    for (const auto &row : rows) {
-        defaults.setObject(QStringLiteral("DSDiskUsageUnit"), row.unit);
-        EXPECT_EQ(getLimitSize(), row.limit) << row.unit;
-    }
 }
 
 } // namespace

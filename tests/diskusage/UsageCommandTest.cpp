@@ -125,18 +125,6 @@ TEST(UsageCommand, WhatIsNotGivenOfTheLimitIsTheSettings) {
     }
 }
 
-TEST(UsageCommand, ALongPathMayLeadBackUp) {
-    TestTree tree;
-    std::string deep = tree.deepChain("chain", 3000);
-    for (int i = 0; i < 2998; ++i)
-        deep += "/d";
-    const auto shown = [](const std::string &path) {
-        return run({QStringLiteral("usage"), text(path)}).out;
-    };
-    EXPECT_TRUE(shown(deep).contains("(2 folders)")) << shown(deep).constData();
-    EXPECT_EQ(shown(deep + "/d/.."), shown(deep));
-}
-
 TEST(UsageCommand, SaysWhatIsWrong) {
     TestTree tree;
     const QString file = text(tree.file("file"));

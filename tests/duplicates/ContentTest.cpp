@@ -5,7 +5,6 @@
 #include "duplicates/crc.h"
 #include "platform/Platform.h"
 #include "support/FaultPlatform.h"
-#include "support/RecordingPlatform.h"
 #include "support/TestTree.h"
 
 #include <fcntl.h>
@@ -109,7 +108,7 @@ TEST(Content, SparseFiles) {
     const int file = ::open(tree.path("c").c_str(), O_WRONLY | O_CLOEXEC);
     ASSERT_EQ(::pwrite(file, "x", 1, off_t(size / 2)), 1);
     ::close(file);
-    RecordingPlatform platform;
+    FaultPlatform platform;
     EXPECT_EQ(unordered(search(tree.top())), (Groups{{tree.path("a"), tree.path("b")}}));
     EXPECT_LT(platform.count("readCachedAt") + platform.count("readAt"), 5000u);
 }
@@ -217,7 +216,7 @@ TEST(Content, OnlyWhatCanMatterIsReadAndOnce) {
         tree.file(top + "tail", otherTail);
         tree.hardLink(top + "link", tree.path(top + "1"));
         tree.fifo(top + "fifo");
-        RecordingPlatform platform;
+        FaultPlatform platform;
         const auto groups = search(tree.path(top));
         EXPECT_EQ(unordered(groups),
                   (Groups{{tree.path(top + "1"), tree.path(top + "2"), tree.path(top + "link")}}));

@@ -1,9 +1,9 @@
 #include "duplicates/SearchSupport.h"
 #include "platform/linux/OverlayLayers.h"
+#include "support/ChildProcess.h"
 #include "support/NeedsRoot.h"
 #include "support/TestTree.h"
 
-#include <sched.h>
 #include <sys/mount.h>
 
 #include <gtest/gtest.h>
@@ -18,16 +18,11 @@ namespace {
 bool withOwnMounts(const std::function<void()> &function) {
     bool allowed = false;
     std::thread([&] {
-        allowed = ::unshare(CLONE_FS | CLONE_NEWNS) == 0 &&
-                  ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+        allowed = enterPrivateMounts();
         if (allowed)
             function();
     }).join();
     return allowed;
-}
-
-bool bind(const std::filesystem::path &from, const std::filesystem::path &to) {
-    return ::mount(from.c_str(), to.c_str(), nullptr, MS_BIND, nullptr) == 0;
 }
 
 // The same file by another way is not a second one; a hard link is.
@@ -42,8 +37,8 @@ TEST(Mounts, AFileIsNeverItsOwnDuplicate) {
     tree.link("link", tree.path("real"));
     tree.link("up", tree.top());
     const bool allowed = withOwnMounts([&] {
-        ASSERT_TRUE(bind(tree.path("real/sub"), tree.path("bound")));
-        ASSERT_TRUE(bind(tree.path("real/sub/f"), tree.path("single")));
+        ASSERT_TRUE(bindMount(tree.path("real/sub"), tree.path("bound")));
+        ASSERT_TRUE(bindMount(tree.path("real/sub/f"), tree.path("single")));
         EXPECT_EQ(search(tree.top(), {.limit = 1000}), Groups());
         // With a second name of its own it is found under these two, however often it is mounted.
         tree.hardLink("real/other", tree.path("real/sub/f"));

@@ -1,12 +1,12 @@
 #include "duplicates/ReferenceSearch.h"
 
+#include "support/TestTree.h"
+
 #include <dirent.h>
 #include <strings.h>
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 
 namespace brightsweep::test {
 
@@ -23,13 +23,8 @@ bool isDirectory(const std::string &path) {
     return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-std::string contents(const std::string &path) {
-    std::ifstream stream(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), {});
-}
-
 bool equalFiles(const std::string &a, const std::string &b) {
-    return statusOf(a).st_size == statusOf(b).st_size && contents(a) == contents(b);
+    return statusOf(a).st_size == statusOf(b).st_size && textOf(a) == textOf(b);
 }
 
 bool equalBundles(const std::string &a, const std::string &b) {
@@ -39,7 +34,7 @@ bool equalBundles(const std::string &a, const std::string &b) {
             return false;
         for (const auto &entry : std::filesystem::recursive_directory_iterator(side ? b : a)) {
             if (!entry.is_directory())
-                members[side].push_back(contents(entry.path()));
+                members[side].push_back(textOf(entry.path()));
         }
         std::sort(members[side].begin(), members[side].end());
     }

@@ -71,9 +71,9 @@ std::size_t Searched::placeOf(const std::filesystem::path &path) {
 }
 
 // The checksum is linear: what is changed in the middle is made up for by the last eight bytes.
-std::string forgedTwin(std::string text) {
+std::string forgedTwin(std::string text, std::size_t place) {
     std::string change(text.size(), '\0');
-    change[1024] = 1;
+    change[place] = 1;
     const std::uint64_t value = crc::fold(0, change.data(), change.size() - 8);
     for (std::size_t i = 0; i < 8; ++i)
         change[change.size() - 8 + i] = char(value >> (8 * i));

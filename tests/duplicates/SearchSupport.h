@@ -36,8 +36,9 @@ struct Searched {
 };
 Searched searchFor(const std::filesystem::path &root);
 
-/// Other bytes than these with the same first kilobyte and the same checksum; of more than 1,040.
-std::string forgedTwin(std::string text);
+/// Bytes of the same checksum as these that differ from the place on, usually behind what the
+/// search compares by itself; eight more at least.
+std::string forgedTwin(std::string text, std::size_t place = 1024);
 
 /// Bytes that look random and are the same for the same seed.
 std::string bytes(std::size_t size, unsigned seed);

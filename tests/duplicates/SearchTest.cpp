@@ -1,13 +1,9 @@
 #include "duplicates/ReferenceSearch.h"
 #include "duplicates/SearchSupport.h"
-#include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
-#include <memory>
 #include <random>
 
 namespace brightsweep::test {
@@ -15,14 +11,14 @@ namespace {
 
 // Many sizes, heads and tails alike, bundles nested and rearranged, links, hidden names, hard
 // links and hostile names.
-void buildRandomTree(TestTree &tree, unsigned seed, bool forOtherTools) {
+void buildRandomTree(TestTree &tree, unsigned seed) {
     std::mt19937 random(seed);
     const auto pick = [&](unsigned count) { return unsigned(random() % count); };
     const std::size_t sizes[] = {0, 1, 7, 1023, 1024, 1025, 4096, 16'383, 16'384, 16'385, 300'000};
     std::vector<std::string> folders = {""};
     for (unsigned i = 0; i < 14; ++i) {
         const char *names[] = {"d", "B.app", "x.APP", ".h", "\xff\n", "e"};
-        const unsigned name = forOtherTools ? pick(2) * 5 : pick(6);
+        const unsigned name = pick(6);
         folders.push_back(folders[pick(unsigned(folders.size()))] + names[name] +
                           std::to_string(pick(3)) + (name == 1 || name == 2 ? ".app/" : "/"));
         tree.directory(folders.back());
@@ -30,12 +26,12 @@ void buildRandomTree(TestTree &tree, unsigned seed, bool forOtherTools) {
     std::vector<std::string> files;
     for (unsigned i = 0; i < 90; ++i) {
         const std::string name = folders[pick(unsigned(folders.size()))] + "f" + std::to_string(i) +
-                                 (!forOtherTools && pick(20) == 0 ? ".app"
-                                  : pick(2)                       ? ".txt"
-                                                                  : "");
+                                 (pick(20) == 0 ? ".app"
+                                  : pick(2)     ? ".txt"
+                                                : "");
         if (!files.empty() && pick(12) == 0) {
             tree.hardLink(name, tree.path(files[pick(unsigned(files.size()))]));
-        } else if (!forOtherTools && !files.empty() && pick(15) == 0) {
+        } else if (!files.empty() && pick(15) == 0) {
             tree.link(name, tree.path(files[pick(unsigned(files.size()))]));
         } else {
             std::string contents = bytes(sizes[pick(11)], pick(2));
@@ -54,7 +50,7 @@ class RandomTrees : public testing::TestWithParam<unsigned> {};
 
 TEST_P(RandomTrees, GiveWhatThePlainDefinitionGives) {
     TestTree tree;
-    buildRandomTree(tree, GetParam(), false);
+    buildRandomTree(tree, GetParam());
     const auto before = tree.snapshot();
     for (const bool hidden : {true, false}) {
         for (const std::uint64_t limit : {0u, 1023u, 4096u}) {
@@ -73,28 +69,6 @@ TEST_P(RandomTrees, GiveWhatThePlainDefinitionGives) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomTrees, testing::Range(0u, 12u));
-
-TEST(Peers, FindTheSameGroups) {
-    for (unsigned seed = 100; seed < 106; ++seed) {
-        TestTree tree(TestEnvironment::current().work() / std::to_string(seed));
-        buildRandomTree(tree, seed, true);
-        const std::string command = "jdupes -q -H -r '" + tree.top().native() + "' 2> /dev/null";
-        const std::unique_ptr<FILE, int (*)(FILE *)> pipe(::popen(command.c_str(), "r"), ::pclose);
-        ASSERT_TRUE(pipe);
-        Groups groups(1);
-        for (std::array<char, 8192> line; std::fgets(line.data(), line.size(), pipe.get());) {
-            std::string path = line.data();
-            path.pop_back();
-            if (path.empty())
-                groups.emplace_back();
-            else
-                groups.back().push_back(path);
-        }
-        std::erase_if(groups, [](const auto &group) { return group.size() < 2; });
-        ASSERT_FALSE(groups.empty());
-        EXPECT_EQ(unordered(search(tree.top())), unordered(groups)) << seed;
-    }
-}
 
 } // namespace
 } // namespace brightsweep::test

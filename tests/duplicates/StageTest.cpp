@@ -223,25 +223,18 @@ TEST(Stages, ProgressAndPath) {
 
 TEST(Stages, BundleProgressFalls) {
     TestTree tree;
-    for (const char *name : {"A.app/m", "B.app/m", "C.app/n", "D.app/o"})
-        tree.file(name, name);
     std::vector<std::string> paths;
-    for (const char *name : {"A.app", "B.app", "C.app", "D.app"})
-        paths.push_back(tree.path(name));
-    FaultPlatform platform;
+    for (std::size_t pair = 0; pair < 3; ++pair) {
+        for (const char *side : {"a", "b"}) {
+            const std::string name = side + std::to_string(pair) + ".app";
+            tree.file(name + "/m", bytes(10 + pair, 1));
+            paths.push_back(tree.path(name));
+        }
+    }
     FindDuplicateApp finder(1);
     std::vector<std::uint32_t> seen;
-    platform.setFault([&](std::string_view call, const std::filesystem::path &) {
-        if (call == "openListedFile")
-            seen.push_back(finder.m_Progress());
-        return std::error_code();
-    });
-    std::vector<AppList> groups;
-    finder.FindAppInArray(paths, groups);
-    EXPECT_THAT(groups, testing::IsEmpty());
-    ASSERT_FALSE(seen.empty());
-    EXPECT_EQ(seen.front(), 0u);
-    EXPECT_TRUE(std::is_sorted(seen.begin() + 4, seen.end(), std::greater<>()));
+    finder.FindAppInArray(paths, [&](const AppList &) { seen.push_back(finder.m_Progress()); });
+    EXPECT_THAT(seen, testing::ElementsAre(0u, 66u, 33u));
     EXPECT_EQ(finder.m_Progress(), 0u);
 }
 
@@ -321,6 +314,21 @@ TEST(Stages, TheTree) {
     auto untouched = root;
     EXPECT_FALSE(none.getDuplicateFiles(untouched));
     EXPECT_EQ(untouched, root);
+}
+
+// The search tells them apart by their heads.
+TEST(Stages, NeighboursOfOneChecksumAreOneGroupOfTheTree) {
+    TestTree tree;
+    for (const char *name : {"1", "2"})
+        tree.file(name, bytes(6000, 2));
+    for (const char *name : {"3", "4"})
+        tree.file(name, forgedTwin(bytes(6000, 2), 0));
+    DuplicateFilesOpt opt;
+    opt.beginSearchAtPath(tree.top(), 0);
+    std::shared_ptr<SimpleTreeNode> root;
+    ASSERT_TRUE(opt.getDuplicateFiles(root));
+    ASSERT_EQ(root->numberOfChildren(), 1);
+    EXPECT_EQ(root->childAtIndex(0)->numberOfChildren(), 4);
 }
 
 } // namespace

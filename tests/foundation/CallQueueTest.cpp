@@ -1,7 +1,8 @@
 #include "foundation/CallQueue.h"
 
+#include "support/WaitUntil.h"
+
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 
 #include <gtest/gtest.h>
 
@@ -10,13 +11,7 @@
 namespace brightsweep {
 namespace {
 
-template <typename Condition>
-bool processUntil(Condition condition) {
-    QDeadlineTimer deadline(20'000);
-    while (!condition() && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
-    return condition();
-}
+using test::eventually;
 
 // The functions touch plain data: the queue alone must order the two threads.
 TEST(CallQueue, KeepsTheOrderOfEachThread) {
@@ -30,7 +25,7 @@ TEST(CallQueue, KeepsTheOrderOfEachThread) {
                 queue.post([&, who, i] { seen[who].push_back(i); });
         });
     }
-    EXPECT_TRUE(processUntil([&] { return seen[0].size() + seen[1].size() == 2 * each; }));
+    EXPECT_TRUE(eventually([&] { return seen[0].size() + seen[1].size() == 2 * each; }));
     for (std::thread &poster : posters)
         poster.join();
     for (const auto &numbers : seen) {

@@ -2,7 +2,6 @@
 
 #include "foundation/FileDescriptor.h"
 #include "support/ChildProcess.h"
-#include "support/CommaLocale.h"
 #include "support/TestTree.h"
 
 #include <fcntl.h>
@@ -79,11 +78,6 @@ TEST(Log, Formats) {
     };
     for (const auto &row : rows)
         EXPECT_EQ(row.got, row.wanted);
-}
-
-TEST(Log, NumbersAreTheSameInEveryLocale) {
-    const test::CommaLocale locale;
-    EXPECT_EQ(formatted("%0.2f", 1.5), "1.50");
 }
 
 TEST(Log, LineNamesTimeProcessAndThread) {

@@ -2,8 +2,6 @@
 
 #include "foundation/SmallFile.h"
 #include "support/ChildProcess.h"
-#include "support/CommaLocale.h"
-#include "support/NeedsRoot.h"
 #include "support/TestTree.h"
 
 #include <gtest/gtest.h>
@@ -84,15 +82,6 @@ TEST(UserDefaults, ReadsEveryTypeAsEveryOther) {
     }
 }
 
-TEST(UserDefaults, FractionsReadInEveryLocale) {
-    const test::CommaLocale locale;
-    test::TestTree tree;
-    UserDefaults defaults(tree.path("settings"));
-    defaults.setObject(key, 0.25f);
-    EXPECT_EQ(defaults.floatForKey(key), 0.25f);
-    EXPECT_EQ(*readSmallFile(defaults.file()), "Key=0.25\n");
-}
-
 TEST(UserDefaults, AnyTextSurvivesTheFile) {
     test::TestTree tree;
     const QString hostile = QStringLiteral("a=b\\n\n\r\\\t\u00e4\U0001f600") + QChar(0);
@@ -164,33 +153,6 @@ TEST(UserDefaults, WhatIsThereButCannotBeReadIsNeverWrittenOver) {
     defaults.setObject(key, QString(qsizetype(smallFileLimit), u'x'));
     EXPECT_FALSE(defaults.synchronize());
     EXPECT_EQ(*readSmallFile(defaults.file()), "Key=1\na=1\n");
-}
-
-TEST(UserDefaults, FullDiskLosesNothing) {
-    test::needRoot();
-    test::TestTree tree;
-    const auto folder = tree.directory("small");
-    const int status = test::runInChild([&] {
-        if (!test::mountSmallFileSystem(folder.native(), 32 * 1024))
-            return 1;
-        UserDefaults defaults(folder / "settings");
-        defaults.setObject(text("Old"), 1);
-        if (writeSmallFile(folder / "filler", std::string(24 * 1024, 'f')))
-            return 2;
-        defaults.setObject(key, QString(16 * 1024, QLatin1Char('v')));
-        if (UserDefaults(folder / "settings").integerForKey(text("Old")) != 1)
-            return 3;
-        if (defaults.stringForKey(key).size() != 16 * 1024 || defaults.synchronize())
-            return 4;
-        std::filesystem::remove(folder / "filler");
-        if (!defaults.synchronize())
-            return 5;
-        const UserDefaults again(folder / "settings");
-        return again.stringForKey(key).size() == 16 * 1024 && again.integerForKey(text("Old")) == 1
-                   ? 0
-                   : 6;
-    });
-    EXPECT_EQ(status, 0);
 }
 
 TEST(UserDefaults, TwoProcessesLoseNoKey) {

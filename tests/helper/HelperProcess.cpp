@@ -3,8 +3,6 @@
 #include "support/NeedsRoot.h"
 
 #include <fcntl.h>
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -113,14 +111,6 @@ helper::RemoveItems removalBelow(const std::filesystem::path &root, const std::s
     const bool isDirect = slash == std::string::npos;
     return removalOf(root, isDirect ? std::string() : relative.substr(0, slash),
                      {relative.substr(slash + 1)});
-}
-
-void enterPrivateMounts() {
-    needRoot();
-    static const bool entered = ::unshare(CLONE_NEWNS) == 0 &&
-                                ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-    if (!entered)
-        throw std::runtime_error("no private mounts");
 }
 
 } // namespace brightsweep::test

@@ -51,7 +51,4 @@ helper::RemoveItems removalOf(const std::filesystem::path &root, const std::stri
 /// The same for one item, by the way to it.
 helper::RemoveItems removalBelow(const std::filesystem::path &root, const std::string &relative);
 
-/// Gives the calling process mounts of its own, once.
-void enterPrivateMounts();
-
 } // namespace brightsweep::test

@@ -1,5 +1,7 @@
 #include "helper/HelperProcess.h"
+#include "support/ChildProcess.h"
 #include "support/LockHolder.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
@@ -288,7 +290,8 @@ TEST(Helper, RemovesTreesAndPathsOfAnyDepth) {
 }
 
 TEST(Helper, LeavesATreeWithAMountInItWhole) {
-    test::enterPrivateMounts();
+    test::needRoot();
+    ASSERT_TRUE(test::enterPrivateMounts());
     TestTree tree;
     tree.file("folder/tree/kept");
     tree.file("folder/tree/a/b/below the mount");
@@ -353,7 +356,8 @@ TEST(Helper, TakesNothingFromAnArchiveThatAptHolds) {
 }
 
 TEST(Helper, DropsTheCaches) {
-    test::enterPrivateMounts();
+    test::needRoot();
+    ASSERT_TRUE(test::enterPrivateMounts());
     TestTree tree;
     const auto file = tree.file("drop_caches", "");
     const Mounted bound(file.c_str(), "/proc/sys/vm/drop_caches", nullptr, MS_BIND);

@@ -10,8 +10,6 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <thread>
 
 #include <sys/stat.h>
@@ -21,11 +19,7 @@ namespace brightsweep {
 namespace {
 
 using test::TestTree;
-
-std::string textOf(const std::filesystem::path &file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
+using test::textOf;
 
 PrivilegedRemoval removalOf(const std::filesystem::path &folder, const std::string &name) {
     FileOperations &files = *Platform::current().files;

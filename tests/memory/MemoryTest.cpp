@@ -1,9 +1,9 @@
 #include "memory/ClearMemory.h"
 #include "memory/cleanMemoryInfo.h"
 #include "platform/Platform.h"
-#include "platform/SystemFacts.h"
 #include "support/ChildProcess.h"
 #include "support/FakeDesktop.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
@@ -13,31 +13,21 @@
 
 #include <array>
 #include <csignal>
-#include <cstring>
 #include <set>
 
 namespace brightsweep::test {
 namespace {
 
-class FixedFacts final : public SystemFacts {
-public:
-    Result<SystemVersion> version() override { return std::errc::not_supported; }
-    Result<std::string> kernelValue(std::string_view name) override {
-        if (unreadable.contains(std::string(name)))
-            return name == "hw.physmem" ? std::errc::permission_denied
-                                        : std::errc::no_such_file_or_directory;
-        const std::uint64_t number = name == "hw.pagesize" ? 16'384 : 1'000'000'000;
-        std::string bytes(sizeof number, '\0');
-        std::memcpy(bytes.data(), &number, sizeof number);
-        return bytes;
-    }
-    std::set<std::string> unreadable;
-};
-
 class Memory : public testing::Test {
 protected:
     Memory() {
-        Platform::current().facts.reset(facts);
+        FakeFacts::install().value = [this](std::string_view name) -> Result<std::string> {
+            if (unreadable.contains(name))
+                return name == "hw.physmem" ? std::errc::permission_denied
+                                            : std::errc::no_such_file_or_directory;
+            const std::uint64_t number = name == "hw.pagesize" ? 16'384 : 1'000'000'000;
+            return std::string(reinterpret_cast<const char *>(&number), sizeof number);
+        };
         Platform::current().memory.reset(memory);
     }
     // A release tool of the system's that runs this script.
@@ -50,7 +40,7 @@ protected:
         return eventually([&] { return !clear.isRuning(); });
     }
 
-    FixedFacts *facts = new FixedFacts;
+    std::set<std::string_view> unreadable;
     FakeMemory *memory = new FakeMemory;
 };
 
@@ -75,14 +65,14 @@ TEST_F(Memory, KeepsWhatCannotBeRead) {
     info.totalMem = 500;
     info.freeMem = 100;
     info.activeMem = 77;
-    facts->unreadable = {"hw.pagesize", "hw.memsize"};
+    unreadable = {"hw.pagesize", "hw.memsize"};
     memory->figures = std::errc::io_error;
     EXPECT_EQ(getMemoryInfo(&info), ENOENT);
     EXPECT_EQ(info.usedMem, 400u);
     EXPECT_EQ(info.activeMem, 77u);
     // The usual page size stands in, and the last failure is the one told.
     memory->figures = MemoryCounts{.free = 2};
-    facts->unreadable = {"hw.pagesize", "hw.physmem"};
+    unreadable = {"hw.pagesize", "hw.physmem"};
     EXPECT_EQ(getMemoryInfo(&info), EACCES);
     EXPECT_EQ(info.freeMem, 8192u);
 }
@@ -123,6 +113,21 @@ TEST_F(Memory, ChoosesTheSystemsToolFirst) {
     ::chmod((TestEnvironment::current().system() / "usr/bin/purge").c_str(), 0);
     EXPECT_EQ(clear.clearMemory(), -1);
     EXPECT_FALSE(clear.isRuning());
+}
+
+TEST_F(Memory, WithoutAToolTheProgramStandsInForIt) {
+    needRoot();
+    EXPECT_EQ(0, runInChild([] {
+                  ClearMemory clear;
+                  if (!enterPrivateMounts() || !bindMount("/dev/null", clear.releaseCommand()[0]))
+                      return 1;
+                  clear.getMemoryInfo(nullptr);
+                  const auto command = clear.releaseCommand();
+                  return command.size() == 3 && command[1] == "fr" &&
+                                 command[2] == std::to_string((100 + 50) * 16'384)
+                             ? 0
+                             : 2;
+              }));
 }
 
 } // namespace

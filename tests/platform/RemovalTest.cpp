@@ -12,8 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/stat.h>
 
 #include <fstream>
@@ -99,13 +97,10 @@ TEST(Removal, LeavesAnItemWithAMountWhole) {
     tree.file("root/other");
     EXPECT_EQ(0, test::runInChild([&] {
                   // A bind mount of the same file system has the same device number.
-                  if (::unshare(CLONE_NEWNS) != 0 ||
-                      ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-                      ::mount(tree.path("source").c_str(),
-                              tree.path("root/item/deep/mount point").c_str(), nullptr, MS_BIND,
-                              nullptr) != 0 ||
-                      ::mount(tree.path("source").c_str(), tree.path("root/mounted itself").c_str(),
-                              nullptr, MS_BIND, nullptr) != 0)
+                  const auto source = tree.path("source");
+                  if (!test::enterPrivateMounts() ||
+                      !test::bindMount(source, tree.path("root/item/deep/mount point")) ||
+                      !test::bindMount(source, tree.path("root/mounted itself")))
                       return 10;
                   const auto busy = std::errc::device_or_resource_busy;
                   const auto root = tree.path("root");

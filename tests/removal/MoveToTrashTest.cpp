@@ -18,11 +18,7 @@ namespace {
 
 using test::AsOrdinaryUser;
 using test::TestTree;
-
-std::string textOf(const std::filesystem::path &file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
+using test::textOf;
 
 std::error_code throwAway(const std::filesystem::path &path, MoveToTrash &trash) {
     const auto item = Platform::current().files->openItem(*NvAuthorization::targetOf(path));

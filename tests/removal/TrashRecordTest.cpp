@@ -8,9 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sched.h>
-#include <sys/mount.h>
-
 #include <thread>
 
 namespace brightsweep {
@@ -19,11 +16,7 @@ namespace {
 using test::AsOrdinaryUser;
 using test::FakeRights;
 using test::TestTree;
-
-std::string textOf(const std::filesystem::path &file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
+using test::textOf;
 
 TEST(TrashRecord, GoesWithTheItemInEveryKindOfTrash) {
     for (const std::string trash : {"share/Trash", "disk/.Trash-1000", "disk/.Trash/1000"}) {
@@ -83,16 +76,13 @@ TEST(TrashRecord, TakesNothingAcrossAMount) {
     tree.file("Trash/files/item");
     tree.directory("Trash/info");
     tree.file("elsewhere/item.trashinfo");
-    EXPECT_EQ(
-        0, test::runInChild([&] {
-            return ::unshare(CLONE_NEWNS) == 0 &&
-                           ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-                           ::mount(tree.path("elsewhere").c_str(), tree.path("Trash/info").c_str(),
-                                   nullptr, MS_BIND, nullptr) == 0 &&
-                           NvAuthorization::synFastRemovePath(tree.path("Trash/files/item"))
-                       ? 0
-                       : 1;
-        }));
+    EXPECT_EQ(0, test::runInChild([&] {
+                  return test::enterPrivateMounts() &&
+                                 test::bindMount(tree.path("elsewhere"), tree.path("Trash/info")) &&
+                                 NvAuthorization::synFastRemovePath(tree.path("Trash/files/item"))
+                             ? 0
+                             : 1;
+              }));
     EXPECT_TRUE(tree.exists("elsewhere/item.trashinfo"));
 }
 

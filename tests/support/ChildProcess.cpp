@@ -10,12 +10,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
-#include <thread>
 #include <utility>
 
 namespace brightsweep::test {
@@ -135,16 +133,6 @@ ChildResult runProgram(const std::vector<std::string> &arguments,
     return RunningProgram(arguments, environment, user).finish();
 }
 
-bool eventually(const std::function<bool()> &condition) {
-    const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > until)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
-
 int runInChild(const std::function<int()> &function) {
     std::fflush(nullptr);
     const pid_t child = ::fork();
@@ -169,11 +157,18 @@ bool becomeUnprivileged() {
            ::setresuid(unprivilegedUser, unprivilegedUser, unprivilegedUser) == 0;
 }
 
+bool enterPrivateMounts() {
+    return ::unshare(CLONE_FS | CLONE_NEWNS) == 0 &&
+           ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
+bool bindMount(const std::filesystem::path &from, const std::filesystem::path &to) {
+    return ::mount(from.c_str(), to.c_str(), nullptr, MS_BIND, nullptr) == 0;
+}
+
 bool mountSmallFileSystem(const std::string &folder, unsigned long bytes) {
     const std::string size = "size=" + std::to_string(bytes);
-    return ::unshare(CLONE_NEWNS) == 0 &&
-           ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           ::mount("small", folder.c_str(), "tmpfs", 0, size.c_str()) == 0;
+    return enterPrivateMounts() && ::mount("small", folder.c_str(), "tmpfs", 0, size.c_str()) == 0;
 }
 
 } // namespace brightsweep::test

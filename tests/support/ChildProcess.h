@@ -1,7 +1,9 @@
 #pragma once
 
 #include "foundation/FileDescriptor.h"
+#include "support/WaitUntil.h"
 
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <string>
@@ -55,15 +57,18 @@ ChildResult runProgram(const std::vector<std::string> &arguments,
                        const std::map<std::string, std::string> &environment = {},
                        RunAs user = RunAs::Caller);
 
-/// Tries until it holds; false after half a minute.
-bool eventually(const std::function<bool()> &condition);
-
 /// Runs a function in a forked child, which ends with its result. The function makes no thread and
 /// reports by its result alone. A child that is root can give its rights up first.
 int runInChild(const std::function<int()> &function);
 
 /// Makes the calling process the unprivileged user "nobody", for good. False where that fails.
 bool becomeUnprivileged();
+
+/// A mount namespace of the calling thread's own, for good: what is mounted in it is seen by nobody
+/// else. False where that is not allowed.
+bool enterPrivateMounts();
+/// Shows a file or folder at another place as well, across which nothing may be removed.
+bool bindMount(const std::filesystem::path &from, const std::filesystem::path &to);
 
 /// Mounts a new tmpfs of that many bytes on a folder, in a mount namespace of the calling process
 /// alone, for good. False where that is not allowed.

@@ -1,10 +1,13 @@
 #pragma once
 
 #include "app/LoginItemRegistry.h"
+#include "foundation/Paths.h"
 #include "platform/DesktopNotifier.h"
 #include "platform/MemorySource.h"
+#include "platform/Platform.h"
 #include "platform/SingleInstance.h"
 #include "platform/StatusItem.h"
+#include "platform/SystemFacts.h"
 #include "platform/Workspace.h"
 
 #include <algorithm>
@@ -28,6 +31,11 @@ public:
     }
     void setHostHandler(std::function<void(bool)> handler) override {
         hostHandler = std::move(handler);
+    }
+
+    void setHost(bool present) {
+        host = present;
+        hostHandler(present);
     }
 
     bool host = true;
@@ -65,6 +73,20 @@ public:
     std::function<void(const InstanceRequest &)> activate;
 };
 
+class FakeFacts final : public SystemFacts {
+public:
+    static FakeFacts &install() {
+        auto *const facts = new FakeFacts;
+        Platform::current().facts.reset(facts);
+        return *facts;
+    }
+    Result<SystemVersion> version() override { return running; }
+    Result<std::string> kernelValue(std::string_view name) override { return value(name); }
+
+    Result<SystemVersion> running = SystemVersion{10, 7, 1};
+    std::function<Result<std::string>(std::string_view name)> value;
+};
+
 class FakeMemory final : public MemorySource {
 public:
     Result<MemoryCounts> counts() override {
@@ -80,17 +102,21 @@ public:
 
 class FakeWorkspace final : public Workspace {
 public:
-    QString displayName(const std::filesystem::path &) override { return {}; }
+    QString displayName(const std::filesystem::path &path) override { return paths::display(path); }
     bool isPackage(const std::filesystem::path &) override { return false; }
     QString typeOf(const std::filesystem::path &) override { return {}; }
     bool open(const std::filesystem::path &path) override {
         opened.push_back(path);
         return works;
     }
-    bool reveal(const std::filesystem::path &path) override { return open(path); }
+    bool reveal(const std::filesystem::path &path) override {
+        revealed.push_back(path);
+        return works;
+    }
 
     bool works = true;
     std::vector<std::filesystem::path> opened;
+    std::vector<std::filesystem::path> revealed;
 };
 
 class FakeLoginItems final : public LoginItemRegistry {

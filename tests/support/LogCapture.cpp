@@ -2,11 +2,9 @@
 
 #include "foundation/Log.h"
 #include "support/TestEnvironment.h"
+#include "support/TestTree.h"
 
 #include <fcntl.h>
-
-#include <fstream>
-#include <iterator>
 
 namespace brightsweep::test {
 
@@ -23,8 +21,7 @@ LogCapture::~LogCapture() {
 }
 
 std::string LogCapture::text() const {
-    std::ifstream stream(m_file);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    return textOf(m_file);
 }
 
 } // namespace brightsweep::test

@@ -123,8 +123,7 @@ std::map<std::string, std::string> TestTree::snapshot(std::string_view relative)
         std::string facts = std::to_string(status.st_ino) + " " + std::to_string(status.st_mode) +
                             " " + std::to_string(status.st_nlink);
         if (S_ISREG(status.st_mode) && status.st_size < (1 << 20)) {
-            std::ifstream stream(entry.path(), std::ios::binary);
-            facts += " " + std::string(std::istreambuf_iterator<char>(stream), {});
+            facts += " " + textOf(entry.path());
         } else if (S_ISLNK(status.st_mode)) {
             facts += " -> " + std::filesystem::read_symlink(entry.path()).native();
         } else if (S_ISREG(status.st_mode)) {
@@ -133,6 +132,11 @@ std::map<std::string, std::string> TestTree::snapshot(std::string_view relative)
         items[entry.path().native().substr(top.native().size() + 1)] = facts;
     }
     return items;
+}
+
+std::string textOf(const std::filesystem::path &file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 } // namespace brightsweep::test

@@ -41,4 +41,7 @@ private:
     std::filesystem::path m_top;
 };
 
+/// What a file holds; nothing where it cannot be read.
+std::string textOf(const std::filesystem::path &file);
+
 } // namespace brightsweep::test

@@ -1,26 +1,19 @@
 #pragma once
 
-#include <QEventLoop>
-#include <QTimer>
-
 #include <gtest/gtest.h>
+
+#include <functional>
 
 namespace brightsweep::test {
 
-/// Runs the event loop until the condition holds; a failure of the test after half a minute.
+/// Tries until it holds; false after half a minute. The event loop of the main thread runs
+/// meanwhile; other threads only wait.
+bool eventually(const std::function<bool()> &condition);
+
+/// The same, with a failure of the test where it never holds.
 template <typename Condition>
 void waitUntil(Condition condition) {
-    QEventLoop loop;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (condition())
-            loop.quit();
-    });
-    poll.start(1);
-    QTimer::singleShot(30'000, &loop, [&] { loop.exit(1); });
-    if (!condition()) {
-        EXPECT_EQ(loop.exec(), 0) << "it never came to that";
-    }
+    EXPECT_TRUE(eventually(condition)) << "it never came to that";
 }
 
 } // namespace brightsweep::test

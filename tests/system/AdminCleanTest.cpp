@@ -7,8 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include <unistd.h>
 
@@ -19,11 +17,6 @@ using testing::HasSubstr;
 
 // As the stage names it.
 constexpr unsigned stageUser = 61'234;
-
-std::string textOf(const std::filesystem::path &file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 struct Scene {
     const char *name;

@@ -112,8 +112,7 @@ private:
              i.increment(error)) {
             if (!i->is_regular_file(error) || i->is_symlink(error))
                 continue;
-            std::ifstream file(i->path(), std::ios::binary);
-            now[i->path()].assign(std::istreambuf_iterator<char>(file), {});
+            now[i->path()] = textOf(i->path());
         }
         return now;
     }

@@ -16,8 +16,6 @@
 #include <sys/mount.h>
 #include <unistd.h>
 
-#include <fstream>
-
 namespace brightsweep::test {
 namespace {
 
@@ -127,8 +125,7 @@ TEST(VolumeTrash, TakesWhatIsThrownAwayOnIt) {
         };
         EXPECT_FALSE(throwAway("folder/a b"));
         EXPECT_TRUE(volume.exists(single + "/files/a b"));
-        std::ifstream record(volume.path(single + "/info/a b.trashinfo"));
-        const std::string text{std::istreambuf_iterator<char>(record), {}};
+        const std::string text = textOf(volume.path(single + "/info/a b.trashinfo"));
         EXPECT_NE(text.find("\nPath=folder/a%20b\n"), std::string::npos) << text;
         volume.directory(".Trash");
         volume.mode(".Trash", 01777);

@@ -5,7 +5,7 @@
 #include "cleaning/ui/ResultView.h"
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
-#include "platform/Workspace.h"
+#include "support/FakeDesktop.h"
 #include "support/TestEnvironment.h"
 #include "ui/AlertSheet.h"
 
@@ -19,29 +19,11 @@
 
 namespace brightsweep::test {
 
-// Says what it was asked for, and starts nothing.
-class SaidWorkspace final : public Workspace {
-public:
-    explicit SaidWorkspace(std::vector<std::string> &said) : m_said(said) {}
-    QString displayName(const std::filesystem::path &path) override { return paths::display(path); }
-    bool isPackage(const std::filesystem::path &) override { return false; }
-    QString typeOf(const std::filesystem::path &) override { return {}; }
-    bool open(const std::filesystem::path &path) override { return say("open ", path); }
-    bool reveal(const std::filesystem::path &path) override { return say("reveal ", path); }
-
-private:
-    bool say(const char *what, const std::filesystem::path &path) {
-        m_said.push_back(what + std::string(paths::lastComponent(path)));
-        return true;
-    }
-    std::vector<std::string> &m_said;
-};
-
 /// The results panel over a scanned machine with 60 items among the user caches.
 class CleanPageView : public testing::Test {
 protected:
     void SetUp() override {
-        Platform::current().workspace = std::make_unique<SaidWorkspace>(said);
+        Platform::current().workspace.reset(workspace);
         CleanPage::store("010000");
         TestTree home(TestEnvironment::current().home());
         for (int item = 0; item < 60; ++item)
@@ -95,7 +77,7 @@ protected:
         return lines;
     }
 
-    std::vector<std::string> said;
+    FakeWorkspace *workspace = new FakeWorkspace;
     std::unique_ptr<CleanPage> at;
     std::unique_ptr<CleanResultsPanel> panel;
     OutlineView *outline = nullptr;

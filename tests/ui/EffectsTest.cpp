@@ -59,22 +59,6 @@ TEST_F(BarTest, AmountsAddUpAndOnlyTheExactTotalBeginsAnew) {
     EXPECT_EQ(x(), -200) << "nothing has no share";
 }
 
-TEST_F(BarTest, RunsDownToItsFloorAndEndsThereWhenAsked) {
-    m_bar.minishPrograss();
-    EXPECT_TRUE(m_bar.isRunning());
-    EXPECT_EQ(m_bar.goPrograss, 0U);
-    for (int tick = 0; tick < 200; ++tick)
-        m_bar.updateprograss();
-    EXPECT_EQ(static_cast<std::int64_t>(m_bar.goPrograss), -290);
-    EXPECT_TRUE(m_bar.isRunning());
-    m_bar.isFinished = true;
-    m_bar.updateprograss();
-    EXPECT_FALSE(m_bar.isRunning());
-    EXPECT_FALSE(m_bar.isFinished);
-    EXPECT_TRUE(m_bar.isAdd);
-    EXPECT_EQ(static_cast<std::int64_t>(m_bar.goPrograss), -310);
-}
-
 TEST(Padlock, BlinksInEitherPhaseAndEndsClosed) {
     Animation first;
     Animation second;
@@ -169,7 +153,7 @@ TEST_F(FlightTest, EveryEntryFliesOneSecondFromItsPlaceAndTellsItsEnd) {
             QRect(QPoint(int(entry.start.x()), 400 - int(entry.start.y()) - 32), QSize(32, 32)));
         const int began = icon->x();
         m_flight.flight().setCurrentTime(200);
-        EXPECT_LT(icon->x() - began, 120) << "slow at first";
+        EXPECT_LT(icon->x() - began, 60) << "slow at first"; // evenly it would be 112
         m_flight.flight().setCurrentTime(1000);
         EXPECT_EQ(icon->pos(), QPoint(320, 400 - 34 - 32));
         EXPECT_FALSE(icon->isVisible());

@@ -3,7 +3,6 @@
 
 #include <QDir>
 #include <QImage>
-#include <QPainter>
 
 #include <gtest/gtest.h>
 
@@ -25,27 +24,6 @@ bool isBlank(const QImage &image) {
             if (qAlpha(image.pixel(x, y)) != 0)
                 return false;
     return true;
-}
-
-/// Pixels of the image that are neither clear nor the colour of what lies under it.
-int visiblePixels(const QImage &image, const QColor &ground) {
-    QImage tray(image.size(), QImage::Format_RGB32);
-    tray.fill(ground);
-    QPainter painter(&tray);
-    QImage flat = image;
-    flat.setDevicePixelRatio(1);
-    painter.drawImage(0, 0, flat);
-    painter.end();
-    int count = 0;
-    for (int y = 0; y < tray.height(); ++y)
-        for (int x = 0; x < tray.width(); ++x) {
-            const QColor pixel = tray.pixelColor(x, y);
-            const int apart = std::abs(pixel.red() - ground.red()) +
-                              std::abs(pixel.green() - ground.green()) +
-                              std::abs(pixel.blue() - ground.blue());
-            count += apart > 180 ? 1 : 0;
-        }
-    return count;
 }
 
 TEST(Images, EveryNameHasADrawing) {
@@ -108,19 +86,6 @@ TEST(Images, FamiliesHaveEveryNumberAndTwoForms) {
             }
         }
     }
-}
-
-TEST(Images, TheGaugeIsLegibleOnEveryTray) {
-    for (const int side : {16, 22, 24, 44})
-        for (const char *form : {"42%.png", "93%-1.png"})
-            for (const QColor &tray : {QColor(Qt::white), QColor(242, 242, 242), QColor(40, 40, 40),
-                                       QColor(Qt::black)}) {
-                const QImage image = pixmapNamed(QString::fromLatin1(form), QSize(side, side), 1)
-                                         .toImage()
-                                         .convertToFormat(QImage::Format_ARGB32_Premultiplied);
-                EXPECT_GT(visiblePixels(image, tray), side * side / 8)
-                    << form << " " << side << " on " << tray.name().toStdString();
-            }
 }
 
 } // namespace

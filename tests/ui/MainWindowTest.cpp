@@ -27,6 +27,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 
 namespace brightsweep {
 namespace {
@@ -158,6 +159,7 @@ TEST_F(MainWindowTest, OpensAt1080By680AndStaysOnTheScreenWhenTextGrows) {
     controller.showWindow();
     const QRect room = window->screen()->availableGeometry();
     EXPECT_EQ(window->size(), QSize(1080, 680).boundedTo(room.size()));
+    EXPECT_LE((window->frameGeometry().center() - room.center()).manhattanLength(), 10);
     window->move(room.bottomRight() - QPoint(40, 400));
     window->resize(500, 400);
     theme::apply(*qApp, {false, false, 1.1});
@@ -179,6 +181,7 @@ TEST_F(MainWindowTest, WithoutATrayTheToolbarHasThePopup) {
 
 TEST_F(MainWindowTest, EveryPanelSaysWhatItIsForAndHasAnAct) {
     controller.showWindow();
+    std::set<QString> sentences;
     for (const QString &identifier : controller.toolbarIdentifiers()) {
         if (!controller.hasPanel(identifier))
             continue;
@@ -188,6 +191,7 @@ TEST_F(MainWindowTest, EveryPanelSaysWhatItIsForAndHasAnAct) {
         const auto *sentence = panel->findChild<QLabel *>(QStringLiteral("empty.sentence"));
         ASSERT_NE(sentence, nullptr);
         EXPECT_TRUE(sentence->text().contains(u' ')) << "a text, not its key";
+        EXPECT_TRUE(sentences.insert(sentence->text()).second || identifier.contains(u'_'));
         QCoreApplication::processEvents();
         EXPECT_GE(sentence->height(), sentence->heightForWidth(sentence->width()));
         EXPECT_NE(panel->findChild<QPushButton *>(QStringLiteral("empty.act")), nullptr);

@@ -1,5 +1,7 @@
 #include "volumes/ui/CustomStatusItemView.h"
 
+#include "support/FakeDesktop.h"
+
 #include <QApplication>
 #include <QSignalSpy>
 
@@ -9,37 +11,12 @@
 namespace brightsweep {
 namespace {
 
-struct FakeStatusItem : StatusItem {
-    bool hostPresent() const override { return host; }
-    void setShown(bool value) override { shown = value; }
-    void setImages(std::vector<StatusImage> value) override { images = std::move(value); }
-    void setTitle(const QString &value) override { title = value; }
-    void setToolTip(const QString &, const QString &value) override { toolTip = value; }
-    void setActivatedHandler(std::function<void(const StatusActivation &)> value) override {
-        activated = std::move(value);
-    }
-    void setHostHandler(std::function<void(bool)> value) override {
-        hostChanged = std::move(value);
-    }
-
-    void comes(bool present) {
-        host = present;
-        hostChanged(present);
-    }
-
-    bool host = false;
-    bool shown = false;
-    std::vector<StatusImage> images;
-    QString title;
-    QString toolTip;
-    std::function<void(const StatusActivation &)> activated;
-    std::function<void(bool)> hostChanged;
-};
+using test::FakeStatusItem;
 
 TEST(StatusItemViewTest, TakesTheTrayOnlyWhileTheDesktopShowsNoItems) {
     FakeStatusItem desktop;
     FakeStatusItem tray;
-    tray.host = true;
+    desktop.host = false;
     CustomStatusItemView view(desktop, tray);
     QSignalSpy hosts(&view, &CustomStatusItemView::hostChanged);
     view.setShown(true);
@@ -47,12 +24,12 @@ TEST(StatusItemViewTest, TakesTheTrayOnlyWhileTheDesktopShowsNoItems) {
     EXPECT_FALSE(tray.shown) << "the desktop has not answered yet";
     ASSERT_TRUE(hosts.wait());
     EXPECT_TRUE(tray.shown);
-    desktop.comes(true);
+    desktop.setHost(true);
     EXPECT_FALSE(tray.shown);
-    desktop.comes(false);
+    desktop.setHost(false);
     EXPECT_TRUE(tray.shown);
     EXPECT_EQ(hosts.size(), 1);
-    tray.comes(false);
+    tray.setHost(false);
     EXPECT_EQ(hosts.size(), 2);
     EXPECT_FALSE(view.hostPresent());
     view.setShown(false);
@@ -70,7 +47,7 @@ TEST(StatusItemViewTest, BothFormsGetEverything) {
     view.setImages(CustomStatusItemView::drawnImages(QStringLiteral("42%.png")));
     for (FakeStatusItem *item : {&desktop, &tray}) {
         EXPECT_EQ(item->title, QStringLiteral("title"));
-        EXPECT_EQ(item->toolTip, QStringLiteral("tip"));
+        EXPECT_EQ(item->toolTip, QStringLiteral("\ntip"));
         EXPECT_EQ(item->images.size(), 5U);
         item->activated({});
     }

@@ -8,7 +8,7 @@ struct stat;
 namespace brightsweep {
 
 /// The file system by way of descriptors: getdents64, openat, fstatat, unlinkat.
-class LinuxFileOperations final : public FileOperations {
+class LinuxFileOperations : public FileOperations {
 public:
     Result<OpenDirectory> openDirectory(const std::filesystem::path &path) override;
     Result<OpenDirectory> openDirectoryAt(const OpenDirectory &parent, const char *name) override;
