@@ -53,7 +53,7 @@ void give(const std::filesystem::path &path, uid_t user) {
 class Attack : public testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(std::getenv("BRIGHTSWEEP_BURNABLE")) << "run by tests/system/burnable";
+        ASSERT_TRUE(std::getenv("BRIGHTSWEEP_BURNABLE")) << "run by tests/system/machine";
         ::unsetenv("BRIGHTSWEEP_SYSTEM_ROOT");
         if (!std::filesystem::exists("/home/victim")) {
             std::ofstream("/etc/passwd", std::ios::app)

@@ -3,9 +3,8 @@
 #include "linux/MountTable.h"
 #include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
+#include "support/TestTree.h"
 
-#include <fcntl.h>
-#include <sched.h>
 #include <signal.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
@@ -18,7 +17,6 @@
 #include <array>
 #include <cstdio>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 namespace brightsweep::test {
@@ -27,56 +25,30 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr struct {
-    const char *name;
-    unsigned majorNumber;
-    unsigned minorNumber;
-    mode_t type;
-} nodes[] = {
-    {"null", 1, 3, S_IFCHR},    {"zero", 1, 5, S_IFCHR},    {"random", 1, 8, S_IFCHR},
-    {"urandom", 1, 9, S_IFCHR}, {"fuse", 10, 229, S_IFCHR}, {"loop-control", 10, 237, S_IFCHR},
-};
 constexpr const char wordsFile[] = "/run/words";
-constexpr unsigned loopMajor = 7;
-constexpr unsigned loopCount = 16;
 
-void mountOver(const fs::path &place) {
-    fs::create_directories(place);
-    if (::mount("brightsweep", place.c_str(), "tmpfs", 0, "mode=755") != 0)
-        throw std::runtime_error("no private " + place.string());
+// Does what the tool of that name does for the tests in other languages.
+std::string machine(const std::string &words) {
+    const auto done = shell(quoted(BRIGHTSWEEP_TEST_MACHINE) + " " + words + " 2>&1");
+    if (done.status != 0)
+        throw std::runtime_error("no " + words + ": " + done.output);
+    return done.output.substr(0, done.output.find('\n'));
 }
 
-pid_t start(const std::vector<const char *> &candidates, std::vector<const char *> arguments) {
-    const auto program = std::find_if(candidates.begin(), candidates.end(),
-                                      [](const char *path) { return ::access(path, X_OK) == 0; });
-    if (program == candidates.end())
-        throw std::runtime_error(std::string("not installed: ") + candidates.front());
-    arguments.insert(arguments.begin(), *program);
+pid_t start(std::vector<const char *> arguments) {
     arguments.push_back(nullptr);
     const pid_t parent = ::getpid();
     const pid_t process = ::fork();
     if (process == 0) {
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        ::dup2(::open("/dev/null", O_RDONLY), 0);
-        const int words = ::open(wordsFile, O_CREAT | O_APPEND | O_WRONLY, 0600);
-        for (const int descriptor : {1, 2})
-            ::dup2(words, descriptor);
         if (::getppid() == parent)
-            ::execv(*program, const_cast<char *const *>(arguments.data()));
+            ::execv(arguments[0], const_cast<char *const *>(arguments.data()));
         ::_exit(127);
     }
     return process;
 }
 
-void waitForDisks() {
-    const bool up = eventually([] {
-        return shell("dbus-send --system --print-reply --dest=org.freedesktop.DBus / "
-                     "org.freedesktop.DBus.GetNameOwner string:org.freedesktop.UDisks2 2>&1")
-                   .status == 0;
-    });
-    if (!up)
-        throw std::runtime_error("the disks service does not come up");
-}
+constexpr char disksService[] = "wait org.freedesktop.UDisks2";
 
 } // namespace
 
@@ -87,19 +59,10 @@ PrivateMachine &PrivateMachine::current() {
 
 PrivateMachine::PrivateMachine() {
     needRoot();
-    if (::unshare(CLONE_NEWNS) != 0 ||
-        ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+    if (!enterPrivateMounts())
         throw std::runtime_error("no private mounts");
     m_images = makeTemporaryFolder();
-    for (const char *place : {"/run", "/media", "/boot", "/var/lib/udisks2", "/dev"})
-        mountOver(place);
-    for (const auto &node : nodes) {
-        const fs::path path = fs::path("/dev") / node.name;
-        ::mknod(path.c_str(), node.type | 0666, ::makedev(node.majorNumber, node.minorNumber));
-    }
-    for (unsigned i = 0; i < loopCount; ++i)
-        ::mknod(("/dev/loop" + std::to_string(i)).c_str(), S_IFBLK | 0600, ::makedev(loopMajor, i));
-    fs::create_directories("/run/dbus");
+    machine("places");
 }
 
 PrivateMachine::~PrivateMachine() {
@@ -121,35 +84,30 @@ void PrivateMachine::stop(pid_t &process) {
 void PrivateMachine::startBus() {
     if (m_bus > 0)
         return;
-    m_bus = start({"/usr/bin/dbus-daemon"}, {"--system", "--nofork", "--nopidfile"});
-    if (!eventually([] { return fs::exists("/run/dbus/system_bus_socket"); }))
-        throw std::runtime_error("the bus does not come up");
+    m_bus = start({BRIGHTSWEEP_TEST_MACHINE, "bus"});
+    machine("wait org.freedesktop.DBus");
 }
 
 void PrivateMachine::startDisks() {
     startBus();
     if (m_deviceManager <= 0) {
-        m_deviceManager = start(
-            {"/usr/lib/systemd/systemd-udevd", "/lib/systemd/systemd-udevd", "/sbin/udevd"}, {});
-        if (!eventually([] { return fs::exists("/run/udev/control"); }))
-            throw std::runtime_error("the device manager does not come up");
-        shell("udevadm trigger --subsystem-match=block --action=add --settle");
+        m_deviceManager = start({BRIGHTSWEEP_TEST_MACHINE, "devices"});
+        machine("plug");
     }
     if (m_disks <= 0)
-        m_disks = start({"/usr/libexec/udisks2/udisksd", "/usr/lib/udisks2/udisksd"}, {});
-    waitForDisks();
+        m_disks = start({BRIGHTSWEEP_TEST_MACHINE, "disks"});
+    machine(disksService);
 }
 
 void PrivateMachine::startDisks(const std::vector<const char *> &program) {
     stopDisks();
     startBus();
-    m_disks = start({program.front()}, {program.begin() + 1, program.end()});
-    waitForDisks();
+    m_disks = start(program);
+    machine(disksService);
 }
 
 std::string PrivateMachine::wordsOfDisks() const {
-    std::ifstream file(wordsFile);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return textOf(wordsFile);
 }
 
 void PrivateMachine::stopDisks() {
@@ -162,20 +120,9 @@ void PrivateMachine::stopBus() {
 }
 
 std::string PrivateMachine::makeDisk(const std::string &label, const std::string &type) {
-    // The least that each can be made in, with room for the tests.
-    const bool isSmall = type == "ext4";
-    const std::string maker =
-        isSmall ? "mkfs.ext4 -q -F -L " : "mkfs." + type + (type == "xfs" ? " -q" : "") + " -f -L ";
     const std::string image = m_images / ("image" + std::to_string(m_devices.size()));
-    const std::string made = "truncate -s " + std::string(isSmall ? "64M " : "512M ") +
-                             quoted(image) + " && " + maker + quoted(label) + " " + quoted(image) +
-                             " > /dev/null && losetup -f --show " + quoted(image);
-    std::string device = shell(made).output;
-    device.erase(std::min(device.find('\n'), device.size()));
-    m_devices.push_back(device);
-    if (m_deviceManager > 0)
-        shell("udevadm settle");
-    return device;
+    m_devices.push_back(machine("disk " + quoted(label) + " " + type + " " + quoted(image)));
+    return m_devices.back();
 }
 
 std::string PrivateMachine::makeMemoryDisk() {
@@ -215,7 +162,7 @@ void PrivateMachine::clear() {
             ::umount2(place.c_str(), UMOUNT_NOFOLLOW);
     }
     for (const std::string &device : m_devices) {
-        if (!device.empty() && isAttached(device))
+        if (isAttached(device))
             shell("losetup -d " + quoted(device));
     }
     m_devices.clear();

@@ -28,7 +28,7 @@ public:
     /// What the disks service has logged.
     std::string wordsOfDisks() const;
 
-    /// A loop device with a fresh file system; empty where that failed. An ext4 has 64 MiB.
+    /// A loop device with a fresh file system. An ext4 has 64 MiB.
     std::string makeDisk(const std::string &label, const std::string &type = "ext4");
     /// A block device in memory, with a fresh ext4, that is no loop device; empty where the kernel
     /// has none.

@@ -12,7 +12,7 @@ import subprocess
 import sys
 import unittest
 
-from ui_desktop import BINARIES, USER, Desktop, Machine, enter_namespace, eventually
+from ui_desktop import BINARIES, USER, Desktop, Machine, enter_namespace, eventually, tool
 
 PROGRAM = ""
 MACHINE = None
@@ -31,13 +31,8 @@ SETTINGS = ("SystemCaches", "UserCaches", "SystemLogs", "UserLogs", "UserTrash",
 
 def allow_rights(policy):
     """Lets the program's own helper be started by the real pkexec without a question."""
-    actions = "/run/stage/actions"
-    shutil.copytree("/usr/share/polkit-1/actions", actions)
-    words = pathlib.Path(policy).read_text()
-    words = re.sub(r'(exec\.path">)[^<]*<', rf"\1{BINARIES}/brightsweep-helper<", words)
-    pathlib.Path(actions, os.path.basename(policy)).write_text(words)
-    subprocess.run(["mount", "--bind", actions, "/usr/share/polkit-1/actions"], check=True)
-    rules = pathlib.Path("/run/stage/rules/00-stage.rules")
+    tool("policy", policy, f"{BINARIES}/brightsweep-helper")
+    rules = pathlib.Path("/run/rules/00-test.rules")
     rules.write_text(rules.read_text() +
                      "polkit.addRule(function(action, subject) {\n"
                      '    if (action.id == "com.norvmac.DeskSweeperPro.files")\n'

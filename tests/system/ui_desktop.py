@@ -24,20 +24,15 @@ BINARIES = "/run/stage/bin"
 READER = "/run/stage/ui_reader.py"
 PATIENCE = 90.0
 FOLDERS = "brightsweep-stage-"
-NODES = (("null", 1, 3), ("zero", 1, 5), ("random", 1, 8), ("urandom", 1, 9), ("fuse", 10, 229),
-         ("loop-control", 10, 237))
+TOOL = str(pathlib.Path(__file__).resolve().with_name("machine"))
 
 
 def enter_namespace():
     """Starts this script again in namespaces that end with it; returns inside. Without root it ends
     as skipped."""
-    if os.geteuid() != 0:
-        print("needs root")
-        sys.exit(77)
     if os.environ.get("STAGE_INSIDE") != "1":
         os.environ["STAGE_INSIDE"] = "1"
-        os.execvp("unshare", ["unshare", "--mount", "--propagation", "private", "--pid", "--fork",
-                              "--kill-child", "--mount-proc", sys.executable, *sys.argv])
+        os.execv(TOOL, [TOOL, "enter", sys.executable, *sys.argv])
 
 
 def eventually(condition, patience=PATIENCE):
@@ -97,10 +92,10 @@ def folder_of_this_run():
     return folder
 
 
-def mount_over(place, *options):
-    os.makedirs(place, exist_ok=True)
-    subprocess.run(["mount", "-t", "tmpfs", "-o", ",".join(("mode=755", *options)), "stage", place],
-                   check=True)
+def tool(*words, **more):
+    """What the tool makes in these namespaces, and what it says."""
+    return subprocess.run([TOOL, *words], check=True, text=True, stdout=subprocess.PIPE,
+                          **more).stdout.strip()
 
 
 class Machine:
@@ -109,62 +104,31 @@ class Machine:
 
     def __init__(self, program):
         self.processes = []
-        for place in ("/run", "/media", "/dev", "/var/lib/udisks2"):
-            mount_over(place)
-        for place in ("/dev/shm", "/tmp/.X11-unix"):
-            mount_over(place, "mode=1777")
-        for name, major, minor in NODES:
-            os.mknod(f"/dev/{name}", 0o020666, os.makedev(major, minor))
-            os.chmod(f"/dev/{name}", 0o666)
-        for number in range(16):
-            os.mknod(f"/dev/loop{number}", 0o060600, os.makedev(7, number))
+        tool("places")
         self.images = folder_of_this_run()
-        for place in ("/run/dbus", "/run/stage/rules", BINARIES):
-            os.makedirs(place)
+        os.makedirs(BINARIES)
         subprocess.run(["mount", "--bind", os.path.dirname(os.path.abspath(program)), BINARIES],
                        check=True)
         self.program = f"{BINARIES}/{os.path.basename(program)}"
         shutil.copy(pathlib.Path(__file__).with_name(os.path.basename(READER)), READER)
-        pathlib.Path("/run/stage/passwd").write_text(
-            pathlib.Path("/etc/passwd").read_text() +
-            f"{NAME}:x:{USER}:{USER}::{self.images}:/bin/sh\n")
-        subprocess.run(["mount", "--bind", "/run/stage/passwd", "/etc/passwd"], check=True)
-        pathlib.Path("/run/stage/rules/00-stage.rules").write_text(
-            "polkit.addRule(function(action, subject) {\n"
-            '    if (action.id.indexOf("org.freedesktop.udisks2.") == 0)\n'
-            "        return polkit.Result.YES;\n});\n")
-        subprocess.run(["mount", "--bind", "/run/stage/rules", "/etc/polkit-1/rules.d"], check=True)
-
-    def start(self, *command):
-        with open(f"/run/stage/{os.path.basename(command[0])}.log", "wb") as log:
-            self.processes.append(subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=log,
-                                                   stderr=log))
+        tool("user", NAME, str(USER), self.images)
+        tool("rules", input="""polkit.addRule(function(action, subject) {
+    if (action.id.indexOf("org.freedesktop.udisks2.") == 0)
+        return polkit.Result.YES;
+});
+""")
 
     def start_disks(self):
-        self.start("dbus-daemon", "--system", "--nofork", "--nopidfile")
-        assert eventually(lambda: os.path.exists("/run/dbus/system_bus_socket"))
-        self.start("/usr/lib/polkit-1/polkitd", "--no-debug")
-        manager = next(path for path in ("/usr/lib/systemd/systemd-udevd", "/sbin/udevd")
-                       if os.path.exists(path))
-        self.start(manager)
-        assert eventually(lambda: os.path.exists("/run/udev/control"))
-        subprocess.run(["udevadm", "trigger", "--subsystem-match=block", "--action=add", "--settle"])
-        self.start("/usr/libexec/udisks2/udisksd")
-        for name in ("org.freedesktop.PolicyKit1", "org.freedesktop.UDisks2"):
-            assert eventually(lambda name=name: subprocess.run(
-                ["dbus-send", "--system", "--print-reply", "--dest=org.freedesktop.DBus", "/",
-                 "org.freedesktop.DBus.GetNameOwner", f"string:{name}"],
-                capture_output=True).returncode == 0), name
+        for service, ready in (("bus", ("wait", "org.freedesktop.DBus")),
+                               ("authority", ("wait", "org.freedesktop.PolicyKit1")),
+                               ("devices", ("plug",)),
+                               ("disks", ("wait", "org.freedesktop.UDisks2"))):
+            self.processes.append(subprocess.Popen([TOOL, service]))
+            tool(*ready)
 
     def make_disk(self, label):
         """Gives the device of a fresh image."""
-        image = os.path.join(self.images, f"{label}.img")
-        subprocess.run(["truncate", "-s", "64M", image], check=True)
-        subprocess.run(["mkfs.ext4", "-q", "-F", "-L", label, image], check=True)
-        device = subprocess.run(["losetup", "-f", "--show", image], check=True, text=True,
-                                capture_output=True).stdout.strip()
-        subprocess.run(["udevadm", "settle"])
-        return device
+        return tool("disk", label, "ext4", f"{self.images}/{label}.img")
 
     def mount_disk(self, label, device=None):
         """Mounts the device, or a fresh image, below /media and gives the device."""
