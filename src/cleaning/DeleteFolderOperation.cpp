@@ -263,7 +263,8 @@ bool DeleteFolderOperation::cleanUndeletableFolder(const RemovalRoot &folder) {
             post(DSDeleteFileFailed, info);
             NSLog("Delete file failed: %@", entry.target.path());
         }
-        if (outcome.removed || outcome.error == std::errc::device_or_resource_busy)
+        const bool isLast = index + 1 == waiting.size(); // others may be told of with it
+        if (isLast && (outcome.removed || outcome.error == std::errc::device_or_resource_busy))
             entries.leaveAlone();
         // An entry that failed is told both ways.
         post(DSDeleteFileSuccess, info);

@@ -6,6 +6,8 @@
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
 #include "platform/Platform.h"
+#include "removal/FakeRights.h"
+#include "removal/NvAuthorization.h"
 #include "removal/RemovalRun.h"
 #include "support/ChildProcess.h"
 #include "support/FaultPlatform.h"
@@ -15,7 +17,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sched.h>
 #include <sys/mount.h>
 
 namespace brightsweep {
@@ -24,6 +25,7 @@ namespace {
 using test::rootsOf;
 using test::TestTree;
 using testing::ElementsAre;
+using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
 std::shared_ptr<RemovalRun> newRun() {
@@ -87,15 +89,18 @@ TEST(BrowseFolderOperation, TellsOfACancelAtEveryLevel) {
         operation.main();
         EXPECT_THAT(heard.words, ElementsAre("FastCleanCanceled"));
     }
+    // Below "one", in "sub", and of the whole.
     Heard heard;
     BrowseFolderOperation operation(rootsOf({tree.path("one"), tree.path("one")}));
-    QObject context;
-    NotificationCenter::defaultCenter().addObserver(
-        &context, DSScanSingleFolder, [&](const Notification &) { operation.cancel(); });
+    test::FaultPlatform fault;
+    fault.setFault([&](std::string_view call, const std::filesystem::path &path) {
+        if (call == "readBlock" && path.filename() == "sub")
+            operation.cancel();
+        return std::error_code();
+    });
     operation.main();
-    EXPECT_EQ(heard.words.front(), "ScanSingleFolder one");
-    EXPECT_EQ(heard.words.back(), "FastCleanCanceled");
-    EXPECT_EQ(std::count(heard.words.begin(), heard.words.end(), "ScanSingleFolder one"), 1);
+    EXPECT_THAT(heard.words, ElementsAre("ScanSingleFolder one", "FastCleanCanceled",
+                                         "FastCleanCanceled", "FastCleanCanceled"));
 }
 
 TEST(DeleteFolderOperation, EmptiesFoldersAndKeepsThem) {
@@ -167,10 +172,8 @@ TEST(DeleteFolderOperation, LeavesWhatHoldsAVolumeWhole) {
     tree.file("source/deep/kept");
     const auto source = tree.snapshot("source");
     EXPECT_EQ(0, test::runInChild([&] {
-                  if (::unshare(CLONE_NEWNS) != 0 ||
-                      ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-                      ::mount(tree.path("source").c_str(), tree.path("folder/holder/mnt").c_str(),
-                              nullptr, MS_BIND, nullptr) != 0 ||
+                  if (!test::enterPrivateMounts() ||
+                      !test::bindMount(tree.path("source"), tree.path("folder/holder/mnt")) ||
                       ::mount("tmpfs", tree.path("folder/mounted").c_str(), "tmpfs", 0, nullptr) !=
                           0)
                       return 10;
@@ -187,6 +190,56 @@ TEST(DeleteFolderOperation, LeavesWhatHoldsAVolumeWhole) {
                   return kept && count == 5 && !tree.exists("folder/goes") ? 0 : 1;
               }));
     EXPECT_EQ(tree.snapshot("source"), source);
+}
+
+// An entry that failed is told both ways, and what lies in it is tried on its own.
+TEST(DeleteFolderOperation, WithRightsOnlyWhatTheToolLeftStays) {
+    TestTree tree;
+    tree.file("folder/goes");
+    tree.file("folder/stays/inner");
+    tree.file("beside/kept");
+    const auto beside = tree.snapshot("beside");
+    test::FakeRights &rights = test::FakeRights::install();
+    rights.reply = [](const std::filesystem::path &path) {
+        return path.filename() == "stays" ? PrivilegedReply{true, false, "rm: cannot remove"}
+                                          : test::FakeRights::removeAsRoot(path);
+    };
+    auto &shared = NvAuthorization::shareNvAuthorization();
+    ASSERT_TRUE(shared.allocAuthorization());
+    const auto folders = rootsOf({tree.path("folder")});
+    Heard heard;
+    const test::AsOrdinaryUser user;
+    ASSERT_TRUE(user);
+    DeleteFolderOperation operation(folders, newRun());
+    operation.main();
+    shared.freeAuthorization();
+    EXPECT_EQ(operation.tally().wentItems, 1u);
+    EXPECT_EQ(operation.tally().stayed[std::size_t(StayReason::Other)], 1u);
+    EXPECT_THAT(heard.words, UnorderedElementsAre("BeginFastClean", "DeleteFileSuccess goes 1",
+                                                  StartsWith("DeleteFileFailed stays "),
+                                                  StartsWith("DeleteFileSuccess stays "),
+                                                  "DeleteFileSuccess inner 1", "FastCleanFinish"));
+    EXPECT_EQ(tree.snapshot("folder").size(), 1u);
+    EXPECT_EQ(tree.snapshot("beside"), beside);
+}
+
+TEST(DeleteFolderOperation, OpensWhatItsOwnerClosedAndClosesWhatStays) {
+    TestTree tree;
+    tree.file("folder/closed/file");
+    tree.file("folder/held/foreign/file");
+    for (const char *own : {"", "folder", "folder/closed", "folder/closed/file", "folder/held"})
+        ASSERT_EQ(::chown(tree.path(own).c_str(), test::ordinaryUser, test::ordinaryUser), 0);
+    for (const char *closed : {"folder/closed", "folder/held"})
+        tree.mode(closed, 0500);
+    const auto held = tree.snapshot("folder/held");
+    const auto folders = rootsOf({tree.path("folder")});
+    const test::AsOrdinaryUser user;
+    ASSERT_TRUE(user);
+    DeleteFolderOperation(folders, newRun()).main();
+    EXPECT_FALSE(tree.exists("folder/closed"));
+    EXPECT_EQ(tree.snapshot("folder/held"), held);
+    EXPECT_EQ(std::filesystem::status(tree.path("folder/held")).permissions(),
+              std::filesystem::perms(0500));
 }
 
 TEST(DeleteFolderOperation, ACancelEndsItBetweenTwoEntries) {

@@ -91,6 +91,13 @@ public:
         }
         return replies;
     }
+    /// What happens unless the test says otherwise.
+    static PrivilegedReply removeAsRoot(const std::filesystem::path &path) {
+        const uid_t user = ::geteuid();
+        const bool entered = ::seteuid(0) == 0;
+        removeTree(path);
+        return {entered && ::seteuid(user) == 0, true, {}};
+    }
     PrivilegedReply dropCaches(const RightsToken &) override { return {}; }
 
     RightsResult result{RightsOutcome::Granted, 0, {}};
@@ -103,13 +110,6 @@ public:
     std::vector<std::filesystem::path> removals;
 
 private:
-    static PrivilegedReply removeAsRoot(const std::filesystem::path &path) {
-        const uid_t user = ::geteuid();
-        const bool entered = ::seteuid(0) == 0;
-        removeTree(path);
-        return {entered && ::seteuid(user) == 0, true, {}};
-    }
-
     std::mutex m_mutex;
 };
 
