@@ -98,7 +98,7 @@ TEST_F(Launch, AFolderIsSearchedForDuplicatesAlsoOneThatCameDuringTheLaunch) {
     // While it searches another one only shows the page.
     instance->activate({"three", "/elsewhere"});
     EXPECT_EQ(page.searchPath(), tree.top());
-    EXPECT_TRUE(becomes([&] { return page.canBegin(); }));
+    EXPECT_TRUE(eventually([&] { return page.canBegin(); }));
 }
 
 TEST_F(Launch, MenuEntriesGoToTheirRows) {
