@@ -5,6 +5,7 @@
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
+#include "foundation/SaturatingSum.h"
 #include "platform/MountsBelow.h"
 #include "platform/Platform.h"
 

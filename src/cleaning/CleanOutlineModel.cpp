@@ -4,6 +4,7 @@
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
+#include "foundation/SaturatingSum.h"
 
 #include <QDateTime>
 
@@ -43,7 +44,7 @@ QString nameWords(const SimpleNodeData &data) {
     return data.isGroup() ? localizedText(name) : name;
 }
 
-// A tip is rich text as soon as it looks like it; a name must never be.
+// Qt takes a tool tip for rich text when it looks like it; names are to stay plain text.
 QString toolTip(const SimpleNodeData &data) {
     QString tip = nameWords(data).toHtmlEscaped();
     if (data.isLeaf()) {

@@ -3,6 +3,7 @@
 #include "cleaning/CleanCategories.h"
 #include "cleaning/ItemSizes.h"
 #include "cleaning/ScanViewController.h"
+#include "foundation/SaturatingSum.h"
 
 #include <algorithm>
 #include <string_view>
@@ -124,12 +125,6 @@ bool CleanResultTree::setSelectState(SimpleTreeNode *leaf, bool ticked) {
     leaf->data().setSelectNum(state);
     m_selected += ticked ? 1 : std::size_t(-1);
     return true;
-}
-
-void CleanResultTree::setGroupState(const Group &group, bool ticked) {
-    for (const Node &leaf : group.leaves)
-        setSelectState(leaf.get(), ticked);
-    refreshGroup(group);
 }
 
 void CleanResultTree::refreshGroup(const Group &group) {

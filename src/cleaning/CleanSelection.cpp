@@ -4,6 +4,7 @@
 #include "cleaning/CleanCategories.h"
 #include "cleaning/ItemSizes.h"
 #include "cleaning/ScanViewController.h"
+#include "foundation/SaturatingSum.h"
 #include "foundation/UserDefaults.h"
 #include "preferences/PreferenceViewController.h"
 

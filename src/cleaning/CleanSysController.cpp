@@ -16,6 +16,7 @@
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
+#include "foundation/SaturatingSum.h"
 #include "removal/RemovalRun.h"
 #include "volumes/VolumeNotifications.h"
 
@@ -25,7 +26,6 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <utility>
 
 namespace brightsweep {
@@ -299,20 +299,13 @@ void CleanSysController::report() {
     const CleanTally tally = m_removal ? m_removal->tally() : CleanTally();
     m_showFixedText = cleanPageTexts::cleanedLine(tally.wentBytes).text;
     m_stayedWords = stayedWords(tally);
-    record(tally);
+    ParseFileLog().recordClean(tally.wentBytes);
     Q_EMIT changed();
     showCleanFinishBubble(readersNumber(tally.wentItems),
                           readersSize(UtilityFunction::convertVolSpace(tally.wentBytes)));
     NotificationCenter::defaultCenter().post(
         quickCleanEndedNotification, this,
         {{QStringLiteral("object"), qulonglong(tally.wentItems)}});
-}
-
-void CleanSysController::record(const CleanTally &tally) {
-    constexpr auto most = std::uint64_t(std::numeric_limits<std::int64_t>::max());
-    if (tally.wentBytes > 0)
-        ParseFileLog().setSize(std::int64_t(std::min(tally.wentBytes, most)),
-                               QDateTime::currentDateTime());
 }
 
 void CleanSysController::stopFastClean() {

@@ -116,7 +116,6 @@ private:
     void beginDeleting();
     void cancelRun();
     void report();
-    void record(const CleanTally &tally);
     void showCleanFinishBubble(const QString &count, const QString &cleanSpace);
     void bubbleViewWith(const QString &view, const QString &bView);
     void timerDeleteBubble();

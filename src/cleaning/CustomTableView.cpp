@@ -7,6 +7,7 @@
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "foundation/NotificationCenter.h"
+#include "foundation/SaturatingSum.h"
 #include "preferences/PreferenceViewController.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #include "cleaning/ItemSizes.h"
 
 #include "core/TaskStopper.h"
+#include "foundation/SaturatingSum.h"
 #include "platform/DirectoryWalk.h"
 #include "platform/Platform.h"
 
@@ -123,11 +124,6 @@ private:
 };
 
 } // namespace
-
-std::uint64_t addSaturating(std::uint64_t sum, std::uint64_t more) {
-    constexpr auto most = std::numeric_limits<std::uint64_t>::max();
-    return more > most - sum ? most : sum + more;
-}
 
 std::uint64_t sizeOfOneFile(const FileAttributes &attributes) {
     const bool counts =

@@ -41,7 +41,4 @@ std::optional<std::uint64_t> sizeOfTarget(const OpenItem &item, const std::atomi
 /// What an entry that is not a directory adds; 0 while the TaskStopper's flag is set.
 std::uint64_t sizeOfOneFile(const FileAttributes &attributes);
 
-/// Sums stay at the largest value instead of starting over.
-std::uint64_t addSaturating(std::uint64_t sum, std::uint64_t more);
-
 } // namespace brightsweep

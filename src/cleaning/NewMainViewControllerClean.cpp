@@ -11,13 +11,13 @@
 #include "core/ParseFileLog.h"
 #include "core/UtilityFunction.h"
 #include "foundation/NotificationCenter.h"
+#include "foundation/SaturatingSum.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
 #include "removal/RemovalRun.h"
 
 #include <algorithm>
 #include <chrono>
-#include <limits>
 #include <utility>
 
 // The cleaning side of the page: questions, the run, its figures.
@@ -247,9 +247,7 @@ void NewMainViewController::recordHistory() {
     std::uint64_t went = 0;
     for (const unsigned index : m_run.scanObjsArr)
         went = addSaturating(went, tableControllers[index]->cleanSize());
-    constexpr auto most = std::uint64_t(std::numeric_limits<std::int64_t>::max());
-    if (went > 0)
-        ParseFileLog().setSize(std::int64_t(std::min(went, most)), QDateTime::currentDateTime());
+    ParseFileLog().recordClean(went);
     readHistory();
     m_outcome = CleanOutcome::Cleaned;
     const QString freeAfter = postStartupVolume();

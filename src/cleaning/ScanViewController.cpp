@@ -9,6 +9,7 @@
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
+#include "foundation/SaturatingSum.h"
 #include "linux/RemovalError.h"
 #include "platform/Platform.h"
 #include "removal/ItemRemoval.h"

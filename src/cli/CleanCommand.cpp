@@ -8,15 +8,13 @@
 #include "core/ParseFileLog.h"
 #include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
+#include "foundation/SaturatingSum.h"
 #include "platform/Platform.h"
 #include "removal/ItemRemoval.h"
 #include "removal/NvAuthorization.h"
 
-#include <QDateTime>
-
 #include <algorithm>
 #include <array>
-#include <limits>
 
 namespace brightsweep::cli {
 
@@ -136,14 +134,6 @@ std::string text(const std::vector<CategoryResult> &results, bool applied, std::
            (applied ? size + " is cleaned\n" : size + " would go; --apply removes it\n");
 }
 
-// A clean that freed nothing leaves the record of the one before.
-void recordHistory(std::uint64_t bytes) {
-    if (bytes == 0)
-        return;
-    constexpr auto most = std::uint64_t(std::numeric_limits<std::int64_t>::max());
-    ParseFileLog().setSize(std::int64_t(std::min(bytes, most)), QDateTime::currentDateTime());
-}
-
 int run(const QCommandLineParser &parser, Output &output) {
     if (!parser.positionalArguments().isEmpty())
         return output.usage("Write `clean --category N --apply`; it takes nothing else behind it.");
@@ -188,7 +178,7 @@ int run(const QCommandLineParser &parser, Output &output) {
         failed = failed || !results.back().failed.empty();
     }
     if (removing)
-        recordHistory(bytes);
+        ParseFileLog().recordClean(bytes);
     // Rights that a removal still waits for go with the process.
     if (end != RunEnd::LeftBehind)
         NvAuthorization::shareNvAuthorization().freeAuthorization();

@@ -11,6 +11,9 @@
 
 #include <QStringList>
 
+#include <algorithm>
+#include <limits>
+
 namespace brightsweep {
 
 namespace {
@@ -29,6 +32,12 @@ std::int64_t ParseFileLog::getSize(QDateTime *date) {
     }
     NSLog("Get Size Log End SIZE:%llu", std::uint64_t(item.iSize));
     return item.iSize;
+}
+
+void ParseFileLog::recordClean(std::uint64_t bytes) {
+    constexpr auto most = std::uint64_t(std::numeric_limits<std::int64_t>::max());
+    if (bytes > 0)
+        setSize(std::int64_t(std::min(bytes, most)), QDateTime::currentDateTime());
 }
 
 bool ParseFileLog::setSize(std::int64_t size, const QDateTime &date) {

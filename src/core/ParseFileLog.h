@@ -17,6 +17,9 @@ public:
     std::int64_t getSize(QDateTime *date);
     /// True when the record was written.
     bool setSize(std::int64_t size, const QDateTime &date);
+    /// Records what a clean has removed just now. One that freed nothing leaves the record of the
+    /// one before.
+    void recordClean(std::uint64_t bytes);
 
     /// The paths and names given are ignored: the place is always that of getLogFilePath().
     void readFileLog(const QString &path, FileLog &item);

@@ -4,6 +4,7 @@
 #include "core/SizeLimit.h"
 #include "core/TaskStopper.h"
 #include "foundation/Paths.h"
+#include "foundation/SaturatingSum.h"
 #include "platform/DirectoryWalk.h"
 #include "platform/Platform.h"
 
@@ -18,10 +19,6 @@ namespace brightsweep {
 
 namespace {
 
-std::uint64_t plusSaturating(std::uint64_t sum, std::uint64_t value) {
-    return sum + value < sum ? std::numeric_limits<std::uint64_t>::max() : sum + value;
-}
-
 void removeSmallFolders(FSNode &node, std::size_t first, std::uint64_t limit) {
     const auto begin = node.children.begin() + std::ptrdiff_t(first);
     node.children.erase(std::remove_if(begin, node.children.end(),
@@ -35,7 +32,7 @@ void removeSmallFolders(FSNode &node, std::size_t first, std::uint64_t limit) {
 void complete(FSNode &node, std::size_t first, std::uint64_t limit) {
     for (std::size_t i = first; i < node.children.size(); ++i) {
         if (node.children[i]->_isDirectory)
-            node.size = plusSaturating(node.size, node.children[i]->size);
+            node.size = addSaturating(node.size, node.children[i]->size);
     }
     removeSmallFolders(node, first, limit);
     node.isComplete = true;
@@ -72,7 +69,7 @@ public:
                 m_walk.enter(directory, entry.nameView(), &child);
                 continue;
             }
-            node.size = plusSaturating(node.size, entry.size);
+            node.size = addSaturating(node.size, entry.size);
             if (entry.size >= m_limit)
                 node.addChild(entry.nameView(), false, entry.size);
         }

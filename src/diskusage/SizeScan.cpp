@@ -3,6 +3,7 @@
 #include "diskusage/AllDirChildren.h"
 #include "diskusage/W32AllDir.h"
 #include "foundation/NotificationCenter.h"
+#include "foundation/SaturatingSum.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
@@ -22,11 +23,6 @@ thread_local std::vector<AllDir *> childrenFound;
 // "." and ".." do not count, and with them no name that ends in a point.
 bool counts(const DirectoryEntry &entry) {
     return entry.name[entry.nameLength - 1] != '.';
-}
-
-std::uint64_t plusSaturating(std::uint64_t sum, std::uint64_t value) {
-    const std::uint64_t result = sum + value;
-    return result < sum ? std::numeric_limits<std::uint64_t>::max() : result;
 }
 
 AllDir &nodeOf(DirectoryWalk::Directory &directory) {
@@ -63,7 +59,7 @@ void SizeScan::entries(DirectoryWalk::Directory &directory, const DirectoryBlock
         if (!counts(entry))
             continue;
         if (entry.type != EntryType::Directory) {
-            bytes = plusSaturating(bytes, entry.size);
+            bytes = addSaturating(bytes, entry.size);
         } else if (!atTop || entry.nameView() != leftOutAtTheTop) {
             AllDir *const child = node.newAllDir();
             child->m_name.store(m_arena.copy(entry.nameView()), std::memory_order_relaxed);

@@ -1,6 +1,7 @@
 #include "foundation/SmallFile.h"
 
 #include "foundation/FileDescriptor.h"
+#include "foundation/LastError.h"
 #include "foundation/Paths.h"
 
 #include <dirent.h>
@@ -16,10 +17,6 @@
 namespace brightsweep {
 
 namespace {
-
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
 
 // What cannot be synchronised, such as a pipe in the place of a file, needs no synchronising.
 std::error_code synchronise(int descriptor) {

@@ -1,5 +1,7 @@
 #include "linux/LongPath.h"
 
+#include "foundation/LastError.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -25,7 +27,7 @@ Result<ShortPath> shortenPath(std::string_view path) {
         FileDescriptor next(
             ::openat(shortened.base(), head.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
         if (!next)
-            return std::error_code(errno, std::generic_category());
+            return lastError();
         shortened.directory = std::move(next);
         path.remove_prefix(slash);
         while (path.starts_with('/'))
@@ -40,10 +42,6 @@ namespace {
 
 constexpr int directoryFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
 constexpr int maximumLinks = 40; // as many as the kernel follows
-
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
 
 // The components in reverse, the first one last.
 void push(std::vector<std::string> &pending, std::string_view path) {

@@ -1,5 +1,6 @@
 #include "linux/ModeJournal.h"
 
+#include "foundation/LastError.h"
 #include "linux/LongPath.h"
 #include "linux/Place.h"
 
@@ -27,10 +28,6 @@ constexpr off_t largestJournal = off_t(256) << 20;
 constexpr std::int64_t tolerance = 1'000'000'000;
 constexpr std::size_t keptOpen = 256;
 constexpr std::uint32_t ownersBits = S_IRWXU;
-
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
 
 std::int64_t nanoseconds(const statx_timestamp &time) {
     return time.tv_sec * 1'000'000'000 + time.tv_nsec;
@@ -66,7 +63,7 @@ Result<Facts> factsOf(int directory) {
     return facts;
 }
 
-// A descriptor opened as a place takes no fchmod; its link in /proc leads to that very directory.
+// fchmod() refuses an O_PATH descriptor; its link in /proc leads to that very directory.
 bool setMode(int directory, std::uint32_t mode) {
     return ::fchmod(directory, mode) == 0 ||
            (errno == EBADF &&

@@ -1,5 +1,6 @@
 #include "linux/Place.h"
 
+#include "foundation/LastError.h"
 #include "linux/KernelFileSystems.h"
 #include "linux/LongPath.h"
 #include "linux/RemovalError.h"
@@ -20,10 +21,6 @@ namespace brightsweep {
 namespace {
 
 constexpr int placeFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
 
 // For kernels before 5.8, whose statx does not tell the mount; see proc(5).
 Result<std::uint64_t> mountByFdinfo(int descriptor) {

@@ -1,5 +1,6 @@
 #include "linux/RemovalWay.h"
 
+#include "foundation/LastError.h"
 #include "linux/KernelFileSystems.h"
 #include "linux/LongPath.h"
 #include "linux/RemovalError.h"
@@ -8,15 +9,10 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <cerrno>
 
 namespace brightsweep {
 
 namespace {
-
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
 
 // The mount of a place, which must be this process's own and hold storage.
 std::error_code refusalOfMount(const MountSnapshot &mounts, const Place &place) {

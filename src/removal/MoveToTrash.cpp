@@ -1,5 +1,6 @@
 #include "removal/MoveToTrash.h"
 
+#include "foundation/LastError.h"
 #include "foundation/SmallFile.h"
 #include "platform/DirectoryWalk.h"
 #include "platform/Platform.h"
@@ -11,7 +12,6 @@
 #include <QByteArray>
 #include <QDateTime>
 
-#include <cerrno>
 #include <climits>
 #include <set>
 
@@ -24,10 +24,6 @@ constexpr unsigned mostNames = 100'000;
 
 FileOperations &files() {
     return *Platform::current().files;
-}
-
-std::error_code lastError() {
-    return {errno, std::generic_category()};
 }
 
 // The name in the trash at the n-th attempt, with room for the ending of its record. It need not be

@@ -1,5 +1,6 @@
 #include "removal/TrashRecord.h"
 
+#include "foundation/LastError.h"
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
 #include "linux/Place.h"
@@ -24,10 +25,6 @@ constexpr std::size_t batchSize = 5'000;
 // A line has a thousand bytes at most. A file that is larger is nobody's computation, and stays.
 constexpr off_t largestSizes = off_t(64) << 20;
 constexpr int placeFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
 
 bool isNumber(std::string_view text) {
     return !text.empty() && text.find_first_not_of("0123456789") == text.npos;

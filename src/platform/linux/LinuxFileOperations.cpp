@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxFileOperations.h"
 
+#include "foundation/LastError.h"
 #include "linux/KernelFileSystems.h"
 #include "linux/LongPath.h"
 #include "linux/Mounts.h"
@@ -34,10 +35,6 @@ struct KernelEntry {
     unsigned char type;
     char name[1];
 };
-
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
 
 EntryType typeOfMode(mode_t mode) {
     switch (mode & S_IFMT) {
@@ -255,7 +252,7 @@ Result<FileDescriptor> LinuxFileOperations::openFile(const std::filesystem::path
     const auto shortened = shortenPath(path.native());
     if (!shortened)
         return shortened.error();
-    // Opened as a place first: opening a device or a pipe for reading may already do something.
+    // With O_PATH first: opening a device or a FIFO for reading can have side effects.
     const FileDescriptor place(
         ::openat(shortened->base(), shortened->name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
     struct stat status;

@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxFileOperations.h"
 
+#include "foundation/LastError.h"
 #include "foundation/Paths.h"
 #include "linux/LongPath.h"
 #include "linux/ModeJournal.h"
@@ -23,10 +24,6 @@ namespace {
 
 // So many directories on the way down are kept open; those above are found again by "..".
 constexpr std::size_t maximumOpen = 64;
-
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
 
 // Some file systems have no such call. Then the free name is looked for first, which will do in a
 // folder of the user's own.

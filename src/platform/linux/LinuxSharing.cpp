@@ -1,5 +1,7 @@
 #include "platform/linux/LinuxFileOperations.h"
 
+#include "foundation/LastError.h"
+
 #include <fcntl.h>
 #include <linux/fiemap.h>
 #include <linux/fs.h>
@@ -16,10 +18,6 @@
 namespace brightsweep {
 
 namespace {
-
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
 
 // A request for one target, as the system call takes it; see ioctl_fideduperange(2).
 struct ShareRequest {

@@ -1,11 +1,11 @@
 #include "platform/linux/LinuxSystemFacts.h"
 
+#include "foundation/LastError.h"
 #include "foundation/SmallFile.h"
 
 #include <sys/utsname.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <charconv>
 #include <optional>
 
@@ -14,10 +14,6 @@ namespace brightsweep {
 namespace {
 
 using Value = Result<std::string>;
-
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
 
 std::string eightBytes(std::uint64_t number) {
     return {reinterpret_cast<const char *>(&number), sizeof number};
