@@ -77,8 +77,6 @@ public:
     bool canCleanFile() const { return bool(m_parts.makeCleanWindow); }
     /// The name of the status item's image as it is now; empty where there is none.
     QString getStatusImage();
-    /// The image that the status item has.
-    const QString &statusImage() const { return m_statusImage; }
     /// The boot volume is at its alarm level or below it.
     bool getWarningValue() const;
     /// Draws the status item's image again: the look of images has changed.

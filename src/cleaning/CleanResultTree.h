@@ -45,8 +45,6 @@ public:
 
     /// Sets a leaf's tick; refreshGroup() follows. False where it was so already.
     bool setSelectState(SimpleTreeNode *leaf, bool ticked);
-    /// Sets all leaves of a group.
-    void setGroupState(const Group &group, bool ticked);
     /// Counts a group's ticks again, for its state and its "selected/total".
     void refreshGroup(const Group &group);
 

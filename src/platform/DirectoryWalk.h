@@ -74,7 +74,6 @@ class DirectoryWalk::Directory {
 public:
     /// What the visitor gave when it was entered.
     void *context() const { return m_context; }
-    void setContext(void *context) { m_context = context; }
     /// The directory from which it was entered; null for a root.
     Directory *parent() const { return m_parent; }
     /// Its name in the parent; for a root as it was added, empty for one that was added open.

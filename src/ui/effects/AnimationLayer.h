@@ -22,8 +22,6 @@ public:
     void animateButtonSEL(QWidget *start, QWidget *end);
 
     QSize sizeHint() const override;
-    /// Where the file is, counted from the lower left corner.
-    QPointF iconOrigin() const { return m_origin; }
     bool isAning() const { return m_isAning; }
     bool isStoped() const { return m_isStoped; }
     /// What drives the flight, and the pause of 0.3 seconds after it.
