@@ -7,7 +7,7 @@
 #include "support/TestTree.h"
 #include "volumes/VolumeNotifications.h"
 
-#include <condition_variable>
+#include <future>
 
 namespace brightsweep::test {
 namespace {
@@ -15,32 +15,6 @@ namespace {
 constexpr std::uint32_t ejectable = volumeIsEjectableBit;
 constexpr std::uint32_t removable = volumeIsRemovableBit;
 constexpr std::uint32_t external = volumeIsOnExternalBusBit;
-
-// Lets another thread wait until the test says go.
-class Gate {
-public:
-    void pass() {
-        std::unique_lock lock(m_mutex);
-        m_reached = true;
-        m_changed.notify_all();
-        m_changed.wait(lock, [this] { return m_open; });
-    }
-    void waitUntilReached() {
-        std::unique_lock lock(m_mutex);
-        m_changed.wait(lock, [this] { return m_reached; });
-    }
-    void open() {
-        const std::lock_guard lock(m_mutex);
-        m_open = true;
-        m_changed.notify_all();
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    bool m_reached = false;
-    bool m_open = false;
-};
 
 class Menu : public Resident {
 protected:
@@ -320,68 +294,73 @@ TEST_F(Menu, AVolumeThatCannotBeOpenedIsSaid) {
 }
 
 TEST_F(Menu, AnEjectRunsBesideTheMainThread) {
-    Gate gate;
-    volumes->beforeEject = [&] { gate.pass(); };
+    std::promise<void> reached;
+    std::promise<void> open;
+    volumes->beforeEject = [&] {
+        reached.set_value();
+        open.get_future().wait();
+    };
     add("stick", external);
     launch();
     delegate->menu().backDisk(rowIndex(2));
     EXPECT_EQ(closings, 1);
-    gate.waitUntilReached();
+    reached.get_future().wait();
     EXPECT_EQ(row(2).stateText(), QStringLiteral("Ejecting…"));
     // A second click, a refresh and a rebuild change nothing of it.
     delegate->menu().backDisk(rowIndex(2));
     delegate->updateDataForMenuItem();
     delegate->refMenuItemWhenDeleteAndAdd();
     EXPECT_TRUE(row(2).isEjecting);
-    gate.open();
+    open.set_value();
     EXPECT_TRUE(eventually([&] { return !delegate->menu().itemWithVolume(2); }));
     EXPECT_EQ(volumes->ejected.size(), 1u);
     EXPECT_TRUE(bubbles.isEmpty());
 }
 
 TEST_F(Menu, ADeviceThatGoesDuringItsEjectIsNoFailure) {
-    Gate gate;
-    volumes->beforeEject = [&] { gate.pass(); };
+    std::promise<void> reached;
+    std::promise<void> open;
+    volumes->beforeEject = [&] {
+        reached.set_value();
+        open.get_future().wait();
+    };
     volumes->refusals[2] = {ENODEV, "no such device", {}};
     add("stick", external);
     launch();
     delegate->menu().backDisk(rowIndex(2));
-    gate.waitUntilReached();
+    reached.get_future().wait();
     volumes->remove(2);
     delegate->updateDataForMenuItem();
     EXPECT_EQ(delegate->menu().itemWithVolume(2), nullptr);
     rebuilds = 0;
-    gate.open();
+    open.set_value();
     EXPECT_TRUE(eventually([&] { return rebuilds > 0; }));
     EXPECT_TRUE(bubbles.isEmpty());
 }
 
-TEST_F(Menu, ARefusalNamesWhoHoldsTheVolume) {
-    volumes->refusals[2] = {EBUSY, "busy", {"editor", "sh\xff"}};
-    add("stick", external);
-    launch();
-    rebuilds = 0;
-    delegate->menu().backDisk(rowIndex(2));
-    EXPECT_TRUE(eventually([&] { return rebuilds > 0; }));
-    EXPECT_EQ(bubbles,
-              QStringList(QStringLiteral("stick cannot be ejected.\nIn use by editor, sh") +
-                          QChar(0xfffd)));
-    EXPECT_FALSE(row(2).isEjecting);
-}
-
-TEST_F(Menu, ADriveThatIsNotLetGoIsTold) {
-    volumes->refusals[2] = {EPERM, "not allowed", {}, true};
-    volumes->refusals[3] = {0, "stays powered", {}, true};
-    add("disc", external);
-    add("stick", external);
-    launch();
-    delegate->menu().activate(MenuAction::EjectAll);
-    EXPECT_TRUE(eventually([&] { return bubbles.size() == 2; }));
-    EXPECT_EQ(bubbles,
-              (QStringList{QStringLiteral("disc is unmounted.\nIts drive could not be released."),
-                           QStringLiteral("stick is unmounted.\nIts drive could not be "
-                                          "released.")}));
-    EXPECT_FALSE(delegate->menu().itemWithVolume(2));
+TEST_F(Menu, ARefusalSaysWhoHoldsTheVolumeOrThatTheDriveStays) {
+    const struct {
+        EjectResult refusal;
+        const char *bubble;
+    } rows[] = {
+        {{EBUSY, "busy", {"editor", "sh\xff"}, false},
+         "stick cannot be ejected.\nIn use by editor, sh\ufffd"},
+        {{EPERM, "not allowed", {}, true}, "stick is unmounted.\nIts drive could not be released."},
+        {{0, "stays powered", {}, true}, "stick is unmounted.\nIts drive could not be released."},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.refusal.message);
+        volumes->refusals[2] = row.refusal;
+        volumes->mounted.resize(1);
+        add("stick", external);
+        launch();
+        delegate->menu().backDisk(rowIndex(2));
+        EXPECT_TRUE(eventually([&] { return !bubbles.isEmpty(); }));
+        EXPECT_EQ(bubbles, QStringList(QString::fromUtf8(row.bubble)));
+        EXPECT_EQ(delegate->menu().itemWithVolume(2) != nullptr, !row.refusal.driveStays);
+        bubbles.clear();
+        delegate.reset();
+    }
 }
 
 TEST_F(Menu, EjectAllTriesEveryVolume) {

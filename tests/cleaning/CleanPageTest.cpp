@@ -3,6 +3,7 @@
 #include "cleaning/CategoryListModel.h"
 #include "cleaning/CustomTableView.h"
 #include "core/ParseFileLog.h"
+#include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "core/UtilityObject.h"
 #include "foundation/NotificationCenter.h"
@@ -397,16 +398,24 @@ TEST(CleanPage, TheCountLineMarksItsNumbers) {
     EXPECT_EQ(line.accented[2].start, 2 + 3 + 15);
 }
 
-TEST(CleanPage, RowsOfTheLeftListShowTheirParts) {
+TEST(CleanPage, RowsOfTheLeftListShowTheirPartsAndTheirHeadings) {
     CleanPage at;
     const struct {
         int row;
         int box;
-        bool overview, uninstall, disk, title;
+        bool overview, uninstall, disk;
+        const char *titleKey, *image;
     } cases[] = {
-        {0, -1, true, false, false, true}, {1, 0, false, false, false, true},
-        {6, 5, false, false, false, true}, {7, -1, false, false, false, false},
-        {8, -1, false, true, false, true}, {9, -1, false, false, true, true},
+        {0, -1, true, false, false, "TITLE_CLEAN_SYS_MYMAC", "my_mac_b.png"},
+        {1, 0, false, false, false, "TITLE_CLEAN_SYS_CACHES", "system_caches_b.png"},
+        {2, 1, false, false, false, "TITLE_CLEAN_USR_CACHES", "user_caches_b.png"},
+        {3, 2, false, false, false, "TITLE_CLEAN_SYS_LOGS", "system_logs_b.png"},
+        {4, 3, false, false, false, "TITLE_CLEAN_USR_LOGS", "user_logs_b.png"},
+        {5, 4, false, false, false, "TITLE_CLEAN_TRASH", "user_trash_b.png"},
+        {6, 5, false, false, false, "TITLE_CLEAN_DOWNLOADS", "download_b.png"},
+        {7, -1, false, false, false, "", ""},
+        {8, -1, false, true, false, "TITLE_UNINSTALL", "uninstall_b.png"},
+        {9, -1, false, false, true, "TITLE_FREESPACE_MONITOR", "disk_b.png"},
     };
     for (const auto &each : cases) {
         UtilityFunction::callSelectNotificationForMainWindowLeft(each.row);
@@ -416,7 +425,10 @@ TEST(CleanPage, RowsOfTheLeftListShowTheirParts) {
         EXPECT_EQ(parts.v3MainView, each.overview) << each.row;
         EXPECT_EQ(parts.uninstallTextField, each.uninstall) << each.row;
         EXPECT_EQ(parts.diskSizeView, each.disk) << each.row;
-        EXPECT_EQ(!at.page.heading().title.isEmpty(), each.title) << each.row;
+        EXPECT_EQ(at.page.heading().title,
+                  *each.titleKey ? localizedText(each.titleKey) : QString())
+            << each.row;
+        EXPECT_EQ(at.page.heading().image, QLatin1String(each.image)) << each.row;
     }
 }
 

@@ -45,10 +45,7 @@ public:
                     ++closes;
             });
     }
-    ~QuickClean() {
-        NotificationCenter::defaultCenter().removeObserver(&context);
-        delete controller.data();
-    }
+    ~QuickClean() { delete controller.data(); }
     void run() {
         controller->windowDidLoad();
         test::waitUntil([&] { return closes > 0; });
@@ -155,7 +152,6 @@ TEST(CleanSysController, ASizeOfNothingGivesAnEndlessFigureAndAFullBar) {
         [&](const Notification &) { seen = clean.controller->progressVal(); });
     clean.run();
     EXPECT_TRUE(!std::isfinite(seen)) << seen;
-    NotificationCenter::defaultCenter().removeObserver(&context);
 }
 
 TEST(CleanSysController, AStopReportsOnlyWhatWentAndClosesItsWindowOnce) {
@@ -184,7 +180,6 @@ TEST(CleanSysController, AStopReportsOnlyWhatWentAndClosesItsWindowOnce) {
     EXPECT_EQ(clean.controller->totalDelSize(), std::uint64_t(gone));
     test::waitUntil([&] { return clean.controller.isNull(); });
     EXPECT_EQ(clean.closes, 1);
-    NotificationCenter::defaultCenter().removeObserver(&context);
 }
 
 TEST(CleanSysController, AStopDuringTheScanRemovesNothing) {
@@ -205,7 +200,6 @@ TEST(CleanSysController, AStopDuringTheScanRemovesNothing) {
         clean.controller->stopFastClean();
         test::waitUntil([&] { return clean.controller->state() == State::Closed; });
         EXPECT_EQ(clean.bubbles.size(), 1u);
-        NotificationCenter::defaultCenter().removeObserver(&context);
     }
     EXPECT_EQ(machine.state(), before);
 }
@@ -240,7 +234,6 @@ TEST(CleanSysController, AStoppedOneDoesNotDisturbTheNext) {
     EXPECT_EQ(second.bubbles[0], "Items cleaned: 2|Space freed: 9.00 KB");
     test::waitUntil([&] { return first.controller.isNull(); });
     EXPECT_EQ(second.closes, 1);
-    NotificationCenter::defaultCenter().removeObserver(&context);
 }
 
 TEST(CleanSysController, AResetDuringARunLeavesItAlone) {

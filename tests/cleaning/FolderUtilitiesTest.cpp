@@ -92,24 +92,6 @@ TEST(ItemSizes, AreNothingWhileTheTaskStopperIsSet) {
     EXPECT_EQ(FolderUtilities::sizeOfItemAtPath(tree.path("item")), 5u);
 }
 
-TEST(CleanFileInfo, ACopyIsNotTickedAndSortingGoesByTheWords) {
-    CleanFileInfo item(QString(), "a", "/a", UtilityFunction::convertVolSpace(2'000'000),
-                       2'000'000);
-    item.bIsSelected = 1;
-    item.count = 7;
-    const CleanFileInfo copy = item.copyWithZone();
-    EXPECT_EQ(copy.bIsSelected, 0);
-    EXPECT_EQ(copy.count, 0u);
-    EXPECT_EQ(copy.path, item.path);
-    // 2,000,001 bytes show the same words, so the two are equal.
-    const CleanFileInfo alike(QString(), "b", "/b", UtilityFunction::convertVolSpace(2'000'001),
-                              2'000'001);
-    const CleanFileInfo small(QString(), "c", "/c", UtilityFunction::convertVolSpace(900), 900);
-    EXPECT_EQ(item.compareBySize(alike), 0);
-    EXPECT_LT(item.compareBySize(small), 0);
-    EXPECT_GT(small.compareBySize(item), 0);
-}
-
 TEST(CleanCategories, ReadTheirSelectionFromTheSettings) {
     EXPECT_EQ(getDefaultsValue().join(QLatin1Char(' ')), QStringLiteral("1 1 1 1 0 0"));
     PreferenceViewController::setCategoryClicked(5, 2);

@@ -175,41 +175,6 @@ TEST(Clean, RemovesTheTickedRowsAndNothingElse) {
     EXPECT_EQ(controller.totalSize(), 4u);
 }
 
-TEST(Clean, WhatCannotGoStaysTickedWithItsReasonAndTheTotalStays) {
-    TestTree tree;
-    tree.file("folder/stuck", "12345");
-    tree.file("folder/goes", "123");
-    test::FaultPlatform fault;
-    fault.setFault([&](std::string_view call, const std::filesystem::path &path) {
-        return call == "removeItem" && path.filename() == "stuck"
-                   ? std::make_error_code(std::errc::permission_denied)
-                   : std::error_code();
-    });
-    ScanViewController controller;
-    scan(controller, {tree.path("folder")});
-    controller.selectAll(true);
-    clean(controller);
-    const auto rows = controller.scanFiles();
-    ASSERT_THAT(namesOf(rows), ElementsAre("stuck"));
-    EXPECT_NE(rows[0].bIsSelected, 0);
-    EXPECT_FALSE(rows[0].failure.isEmpty());
-    EXPECT_EQ(controller.cleanSize(), 3u);
-    EXPECT_TRUE(tree.exists("folder/stuck"));
-}
-
-TEST(Clean, MeasuresAfreshAndNeverGoesBelowNothing) {
-    TestTree tree;
-    tree.file("folder/grows", "1");
-    ScanViewController controller;
-    scan(controller, {tree.path("folder")});
-    tree.sparseFile("folder/grows", 5'000'000);
-    controller.selectAll(true);
-    clean(controller);
-    EXPECT_EQ(controller.cleanSize(), 5'000'000u);
-    EXPECT_EQ(controller.filesSize(), QStringLiteral("0.00 KB"));
-    EXPECT_EQ(controller.totalSize(), 0u);
-}
-
 TEST(Clean, AFolderThatWasExchangedKeepsEverything) {
     TestTree tree;
     tree.file("folder/item", "old");

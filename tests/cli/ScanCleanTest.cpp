@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <csignal>
-#include <stdexcept>
 #include <system_error>
 
 #include <sys/stat.h>
@@ -252,49 +251,22 @@ TEST_F(ScanClean, WhileThePackageManagerWorksItsCacheIsBusy) {
     EXPECT_EQ(changes(before, machine.state()), machine.changesOf({0}));
 }
 
-// Enough below the caches that a scan and a clean take a while.
-class Interrupted : public ScanClean {
-protected:
-    static constexpr int folders = 100;
-    static constexpr int foldersInEach = 150;
-
-    Interrupted() {
-        std::filesystem::remove_all(machine.home.path(".cache"));
-        for (int folder = 0; folder < folders; ++folder) {
-            const std::string place =
-                machine.home.directory(".cache/" + std::to_string(folder)).native() + "/";
-            for (int inner = 0; inner < foldersInEach; ++inner) {
-                if (::mkdir((place + std::to_string(inner)).c_str(), 0700) != 0)
-                    throw std::runtime_error("mkdir");
-            }
-        }
-    }
-
-    // Runs until the condition holds, interrupts, and starts again where it came too late.
-    template <typename Condition>
-    ChildResult interrupt(const Words &words, int signal, Condition condition) {
-        ChildResult result;
-        for (int attempt = 0; attempt < 20; ++attempt) {
-            RunningProgram program(together({BRIGHTSWEEP_CLI, "--json"}, words));
-            EXPECT_TRUE(eventually([&] { return condition() || program.hasEnded(); }));
-            program.signal(signal);
-            result = program.finish();
-            if (result.status != 0)
-                break;
-        }
-        EXPECT_EQ(result.status, 128 + signal);
-        return result;
-    }
-};
-
-TEST_F(Interrupted, ACleanTellsWhatHasGoneSoFar) {
+TEST_F(ScanClean, AnInterruptedCleanTellsWhatHasGoneSoFar) {
+    constexpr int folders = 100;
+    std::filesystem::remove_all(machine.home.path(".cache"));
+    for (int item = 0; item < folders * 150; ++item)
+        machine.home.directory(".cache/" + std::to_string(item % folders) + "/" +
+                               std::to_string(item));
     const Words all = itemsOf("1");
     const auto before = machine.state();
-    const auto some = [this] {
+    RunningProgram program({BRIGHTSWEEP_CLI, "--json", "clean", "--category", "1", "--apply"});
+    EXPECT_TRUE(eventually([&] {
         const std::filesystem::directory_iterator entries(machine.home.path(".cache"));
         return std::distance(begin(entries), end(entries)) < folders;
-    };
-    const auto result = interrupt({"clean", "--category", "1", "--apply"}, SIGINT, some);
+    }));
+    program.signal(SIGINT);
+    const auto result = program.finish();
+    EXPECT_EQ(result.status, 128 + SIGINT);
     const auto document = documentOf(result.output, "clean");
     const Words gone = pathsIn(document, "removed");
     const Words failed = pathsIn(document, "failed");

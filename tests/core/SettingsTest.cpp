@@ -50,28 +50,6 @@ TEST(Settings, TheLaterShowStyleHolds) {
     EXPECT_FALSE(defaults().boolForKey(DSDiskUsageShowStyle));
 }
 
-TEST(Settings, EachCategoryHasItsOwnAccessors) {
-    using P = PreferenceViewController;
-    const struct {
-        void (*set)(int);
-        QVariant (*get)();
-    } rows[] = {
-        {P::setSystemCashesClicked, P::getSystemCashesClicked},
-        {P::setUserCashesClicked, P::getUserCashesClicked},
-        {P::setSystemLogsClicked, P::getSystemLogsClickedClicked},
-        {P::setUserLogsClicked, P::getUserLogsClicked},
-        {P::setUserTrashClicked, P::getUserTrashClicked},
-        {P::setUserDownLoadsFolderClicked, P::getUserDownLoadsFoldeClicked},
-    };
-    for (std::size_t i = 0; i < std::size(rows); ++i) {
-        EXPECT_TRUE(rows[i].get().isValid()); // also for a flag of 0
-        rows[i].set(2);
-        EXPECT_EQ(rows[i].get().toInt(), 2);
-        const QLatin1String key(cleanCategories[i].key);
-        EXPECT_EQ(UserDefaults(defaults().file()).integerForKey(key), 2);
-    }
-}
-
 TEST(Settings, LimitsWrap) {
     const struct {
         std::uint64_t limit;

@@ -61,14 +61,6 @@ TEST(SizeText, WorkedValues) {
     }
 }
 
-TEST(SizeText, AnyBaseIsTaken) {
-    EXPECT_EQ(U::formatValue(2'500'000, 1000), QStringLiteral("2.00 MB"));
-    // The square of 65,536 wraps to 0, and so does its cube.
-    EXPECT_EQ(U::formatValue(1'000'000, 65'536), QStringLiteral("0.00 GB"));
-    for (const std::int32_t base : {0, 1, -1, -1024, 1 << 30, INT32_MAX, INT32_MIN})
-        EXPECT_TRUE(U::formatValue(123'456'789, base).endsWith(QLatin1Char('B'))) << base;
-}
-
 TEST(SizeText, ReadsBack) {
     const struct {
         const char *text;
@@ -100,16 +92,6 @@ TEST(SizeText, ReadsBack) {
         EXPECT_EQ(U::getVolSpaceFromString(QLatin1String(row.text)), row.bytes) << row.text;
     EXPECT_THROW(U::getVolSpaceFromString(QStringLiteral("B")), std::out_of_range);
     EXPECT_THROW(U::getVolSpaceFromString(QString()), std::out_of_range);
-}
-
-TEST(SizeText, GigabytesKnowTheirOwnToken) {
-    EXPECT_FLOAT_EQ(U::returnParserFromVolSpace(QStringLiteral("1500.00 KB")), 0.0015f);
-    EXPECT_FLOAT_EQ(U::returnParserFromVolSpace(QStringLiteral("1500.00 MB")), 1.5f);
-    EXPECT_FLOAT_EQ(U::returnParserFromVolSpace(QStringLiteral("1.50 GB")), 1.5f);
-    EXPECT_FLOAT_EQ(U::returnParserFromVolSpace(QStringLiteral("1.50 T")), 1500.0f);
-    EXPECT_EQ(U::returnParserFromVolSpace(QStringLiteral("1.00 TB")), 0.0f);
-    EXPECT_EQ(U::returnParserFromVolSpace(QStringLiteral("1.00  GB")), 0.0f);
-    EXPECT_THROW(U::returnParserFromVolSpace(QStringLiteral("1.00GB")), std::out_of_range);
 }
 
 TEST(Numbers, AreTheSameInEveryLocale) {

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <ctime>
 
 namespace brightsweep {
 namespace {
@@ -167,20 +166,6 @@ TEST(RingPaint, ThePaletteGoesRoundTheCircle) {
                          sectors[std::size_t(i) + 1].fill[2]}),
                   expected[i])
             << i;
-}
-
-TEST(RingPaint, ActivityFadesAndWrapsAround) {
-    TestTree tree;
-    const Tree root = scan(tree.top());
-    root->setActivity();
-    EXPECT_NEAR(double(root->tActivity), double(std::time(nullptr)), 2);
-    const auto fill = paint(*root)[0].fill;
-    const int fade = (41 - fill[1]) & 0xff;
-    EXPECT_GE(fade, 40); // of at most ten seconds, five for each
-    EXPECT_LE(fade, 50);
-    EXPECT_EQ(fade % 5, 0);
-    EXPECT_EQ(fill[0], 39);
-    EXPECT_EQ(fill[2], (51 - fade) & 0xff);
 }
 
 } // namespace

@@ -1,16 +1,14 @@
 #include "foundation/Log.h"
 
-#include "foundation/FileDescriptor.h"
-#include "support/ChildProcess.h"
-#include "support/TestTree.h"
+#include "support/LogCapture.h"
+#include "support/WaitUntil.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
+#include <algorithm>
 #include <future>
-#include <iterator>
 #include <regex>
+#include <sstream>
 #include <thread>
 
 namespace brightsweep {
@@ -22,30 +20,10 @@ std::string formatted(const char *format, const Arguments &...arguments) {
     return Log::format(format, std::span(list.begin(), list.size()));
 }
 
-// The log in a file of the test, until the end of the scope.
-class LogToFile {
-public:
-    explicit LogToFile(const std::filesystem::path &path)
-        : m_path(path),
-          m_file(::open(path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0600)),
-          m_before(Log::descriptor()) {
-        Log::setDescriptor(m_file.get());
-    }
-    ~LogToFile() { Log::setDescriptor(m_before); }
-
-    std::vector<std::string> lines() const {
-        std::ifstream stream(m_path);
-        std::vector<std::string> lines;
-        for (std::string line; std::getline(stream, line);)
-            lines.push_back(line);
-        return lines;
-    }
-
-private:
-    std::filesystem::path m_path;
-    FileDescriptor m_file;
-    int m_before;
-};
+std::size_t linesOf(const test::LogCapture &log) {
+    const std::string text = log.text();
+    return std::size_t(std::count(text.begin(), text.end(), '\n'));
+}
 
 TEST(Log, Formats) {
     const auto enoent = std::make_error_code(std::errc::no_such_file_or_directory);
@@ -87,8 +65,7 @@ TEST(Log, LineNamesTimeProcessAndThread) {
 }
 
 TEST(Log, LinesOfManyThreadsStayWhole) {
-    test::TestTree tree;
-    const LogToFile log(tree.path("log"));
+    const test::LogCapture log;
     std::vector<std::thread> threads;
     for (int who = 0; who < 4; ++who) {
         threads.emplace_back([who] {
@@ -102,40 +79,37 @@ TEST(Log, LinesOfManyThreadsStayWhole) {
     for (std::thread &thread : threads)
         thread.join();
     const std::regex whole(".*\\] (direct|object) \\d \\d+ end");
-    const auto lines = log.lines();
-    EXPECT_EQ(lines.size(), 4'000u);
-    for (const std::string &line : lines)
+    EXPECT_EQ(linesOf(log), 4'000u);
+    std::istringstream lines(log.text());
+    for (std::string line; std::getline(lines, line);)
         ASSERT_TRUE(std::regex_match(line, whole)) << line;
 }
 
 TEST(Log, ObjectLinesComeInBatches) {
-    test::TestTree tree;
-    const LogToFile log(tree.path("log"));
+    const test::LogCapture log;
     {
         ObjectLog objects;
         objects.log("%@", std::string(70'000, 'a')); // larger than a batch
-        EXPECT_EQ(log.lines().size(), 1u);
+        EXPECT_EQ(linesOf(log), 1u);
         objects.log("waits");
         objects.flush();
-        EXPECT_EQ(log.lines().size(), 2u);
+        EXPECT_EQ(linesOf(log), 2u);
         objects.log("goes with it");
     }
-    EXPECT_EQ(log.lines().size(), 3u);
+    EXPECT_EQ(linesOf(log), 3u);
 }
 
 TEST(Log, ALineThatNothingFollowsIsWrittenSoon) {
-    test::TestTree tree;
-    const LogToFile log(tree.path("log"));
+    const test::LogCapture log;
     ObjectLog objects;
     for (std::size_t lines = 1; lines <= 2; ++lines) {
         objects.log("alone");
-        EXPECT_TRUE(test::eventually([&] { return log.lines().size() == lines; }));
+        EXPECT_TRUE(test::eventually([&] { return linesOf(log) == lines; }));
     }
 }
 
 TEST(Log, ObjectLinesOfRunningJobsAreFetched) {
-    test::TestTree tree;
-    const LogToFile log(tree.path("log"));
+    const test::LogCapture log;
     std::promise<void> logged;
     std::promise<void> release;
     std::thread job([&] {
@@ -148,25 +122,22 @@ TEST(Log, ObjectLinesOfRunningJobsAreFetched) {
     });
     logged.get_future().wait();
     ObjectLog::flushAll();
-    EXPECT_EQ(log.lines().size(), 3u);
+    EXPECT_EQ(linesOf(log), 3u);
     release.set_value();
     job.join();
     ObjectLog::flushAll();
-    EXPECT_EQ(log.lines().size(), 4u);
+    EXPECT_EQ(linesOf(log), 4u);
 }
 
 TEST(Log, ObjectLinesEndAtTheLimit) {
-    test::TestTree tree;
-    const auto file = tree.sparseFile("log", Log::sizeLimit);
-    const LogToFile log(file);
-    const auto written = [&](auto write) {
-        const auto before = std::filesystem::file_size(file);
+    const test::LogCapture log;
+    const auto written = [&](const std::function<void()> &write) {
+        const auto before = log.text().size();
         write();
-        std::ifstream stream(file);
-        stream.seekg(std::streamoff(before));
-        return std::string(std::istreambuf_iterator<char>(stream), {});
+        return log.text().substr(before);
     };
     const auto object = [] { ObjectLog().log("an object"); };
+    std::filesystem::resize_file(log.file(), Log::sizeLimit);
     // At the limit, not past it.
     EXPECT_NE(written(object).find("an object"), std::string::npos);
     const std::string told = written([&] {

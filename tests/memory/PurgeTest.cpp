@@ -25,12 +25,6 @@ protected:
         if (offered)
             system.file(folder + "memory.reclaim", "");
     }
-    void own(const std::string &path) {
-        const auto top = system.path("sys/fs/cgroup/" + path);
-        ASSERT_EQ(::chown(top.c_str(), unprivilegedUser, unprivilegedUser), 0);
-        for (const auto &entry : std::filesystem::recursive_directory_iterator(top))
-            ASSERT_EQ(::chown(entry.path().c_str(), unprivilegedUser, unprivilegedUser), 0);
-    }
     std::string reclaimed(const std::string &path) const {
         return *readSmallFile(system.path("sys/fs/cgroup/" + path + "/memory.reclaim"));
     }
@@ -69,7 +63,7 @@ TEST_F(Purge, AsksOnlyBelowTheDelegatedGroup) {
     group(delegated + "/old.slice", false, "4096");
     group(delegated + "/old.slice/new.service", true, "12288");
     group(delegated + "/empty.slice", true, "0");
-    own(delegated);
+    system.own("sys/fs/cgroup/" + delegated, unprivilegedUser);
     // From the session's own scope as from a service below.
     for (const char *cgroup : {"0::/user.slice/user-65534.slice/session-1.scope\n",
                                "0::/user.slice/user-65534.slice/user@65534.service/app.slice\n"}) {
@@ -92,7 +86,7 @@ TEST_F(Purge, AsksOnlyBelowTheDelegatedGroup) {
 TEST_F(Purge, AKernelThatDoesNotOfferItIsAFailure) {
     const std::string delegated = "user.slice/user-65534.slice/user@65534.service";
     group(delegated + "/app.slice", false, "8192");
-    own(delegated);
+    system.own("sys/fs/cgroup/" + delegated, unprivilegedUser);
     const auto result = run(RunAs::Unprivileged);
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.output.find("nothing was released"), std::string::npos);

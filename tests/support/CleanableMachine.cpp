@@ -8,8 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <algorithm>
 
 namespace brightsweep::test {
@@ -110,14 +108,7 @@ void CleanableMachine::makeTrash() {
 }
 
 void CleanableMachine::giveHome(unsigned user) {
-    const auto give = [user](const std::filesystem::path &path) {
-        if (::lchown(path.c_str(), user, user) != 0)
-            throw std::filesystem::filesystem_error(
-                "giveHome", path, std::error_code(errno, std::generic_category()));
-    };
-    give(home.top());
-    for (const auto &entry : std::filesystem::recursive_directory_iterator(home.top()))
-        give(entry.path());
+    home.own("", user);
     m_state = state();
 }
 

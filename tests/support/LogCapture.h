@@ -13,6 +13,7 @@ public:
     LogCapture();
     ~LogCapture();
     std::string text() const;
+    const std::filesystem::path &file() const { return m_file; }
     bool has(std::string_view words) const { return text().find(words) != std::string::npos; }
 
 private:

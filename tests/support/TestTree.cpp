@@ -8,6 +8,7 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <fstream>
@@ -106,6 +107,14 @@ std::filesystem::path TestTree::deepChain(std::string_view relative, unsigned le
 
 void TestTree::mode(std::string_view relative, unsigned bits) {
     check(::chmod(path(relative).c_str(), bits) == 0, path(relative));
+}
+
+void TestTree::own(std::string_view relative, unsigned user) {
+    check(::lchown(path(relative).c_str(), user, user) == 0, path(relative));
+    if (!std::filesystem::is_directory(std::filesystem::symlink_status(path(relative))))
+        return;
+    for (const auto &entry : std::filesystem::recursive_directory_iterator(path(relative)))
+        check(::lchown(entry.path().c_str(), user, user) == 0, entry.path());
 }
 
 bool TestTree::exists(std::string_view relative) const {

@@ -31,6 +31,8 @@ public:
     /// A chain of that many directories "d" below the name, made relative to descriptors.
     std::filesystem::path deepChain(std::string_view relative, unsigned levels);
     void mode(std::string_view relative, unsigned bits);
+    /// Gives it, and all below it, to a user.
+    void own(std::string_view relative, unsigned user);
 
     bool exists(std::string_view relative) const;
     /// Every path below, relative, with its type, mode, size and contents or link target, and its

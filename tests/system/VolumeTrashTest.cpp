@@ -53,7 +53,7 @@ TEST(VolumeTrash, OnlySoundTrashesOfFurtherVolumesAreEmptied) {
     ASSERT_FALSE(disk.empty()) << "the kernel makes no block device of memory";
     TestTree home(TestEnvironment::current().home());
     const std::string own = home.file(".local/share/Trash/files/own");
-    ASSERT_EQ(::chown(home.path(".local/share/Trash/files").c_str(), unprivilegedUser, 0), 0);
+    home.own(".local/share/Trash/files", unprivilegedUser);
     {
         const auto place = TestEnvironment::current().system() / "media/disk";
         const Volume mounted(disk, place);
@@ -67,13 +67,7 @@ TEST(VolumeTrash, OnlySoundTrashesOfFurtherVolumesAreEmptied) {
         volume.file(".Trash-1/files/of another");
         volume.file("kept");
         for (const std::string &trash : {shared, single}) {
-            for (const char *folder : {"", "/files", "/info"}) {
-                if (volume.exists(trash + folder)) {
-                    ASSERT_EQ(::chown(volume.path(trash + folder).c_str(), unprivilegedUser,
-                                      unprivilegedUser),
-                              0);
-                }
-            }
+            volume.own(trash, unprivilegedUser);
             volume.mode(trash, 0700);
         }
         volume.mode(".Trash", 01777);

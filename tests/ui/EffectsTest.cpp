@@ -163,15 +163,6 @@ TEST_F(FlightTest, EveryEntryFliesOneSecondFromItsPlaceAndTellsItsEnd) {
     EXPECT_EQ(m_page.findChildren<ImageView *>().size(), 1) << "each flight takes its icon along";
 }
 
-TEST_F(FlightTest, StopHidesAndStillTells) {
-    m_flight.animateButtonSEL(&m_row, &m_button, m_icon, &m_page);
-    m_flight.stopAnimation();
-    EXPECT_FALSE(m_flight.animatedIconView()->isVisible());
-    EXPECT_EQ(m_told, 0);
-    m_flight.flight().setCurrentTime(1000);
-    EXPECT_EQ(m_told, 1);
-}
-
 TEST_F(FlightTest, ReducedMotionShowsNothingAndKeepsItsTime) {
     theme::apply(*qApp, {false, true, 1.0});
     m_flight.animateButtonSEL(&m_row, &m_button, m_icon, &m_page);

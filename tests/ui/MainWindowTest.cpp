@@ -14,7 +14,6 @@
 #include <QAccessible>
 #include <QAction>
 #include <QApplication>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QPropertyAnimation>
@@ -22,6 +21,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QSignalSpy>
+#include <QTest>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -33,13 +33,6 @@ namespace brightsweep {
 namespace {
 
 using testing::ElementsAre;
-
-void press(QWidget *widget, int key) {
-    QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier);
-    QApplication::sendEvent(widget, &down);
-    QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier);
-    QApplication::sendEvent(widget, &up);
-}
 
 class MainWindowTest : public testing::Test {
 protected:
@@ -95,7 +88,7 @@ TEST_F(MainWindowTest, PanelsAreMadeWhenFirstShownAndKept) {
     EXPECT_THAT(made, ElementsAre(QStringLiteral("Scan"), QStringLiteral("memory")));
     EXPECT_TRUE(item("memory")->isChecked());
     EXPECT_FALSE(item("Scan")->isChecked());
-    press(item("Scan"), Qt::Key_Return);
+    QTest::keyClick(item("Scan"), Qt::Key_Return);
     EXPECT_EQ(window->currentPanel(), first);
     EXPECT_EQ(made.size(), 2);
     item("Scan")->click();
@@ -250,7 +243,8 @@ TEST(AlertSheetTest, EscapeCallsOffAndEnterRemovesNothing) {
             EXPECT_EQ(remove->text(), QStringLiteral("R&&move"));
             if (removingHasFocus)
                 remove->setFocus();
-            press(removingHasFocus ? static_cast<QWidget *>(remove) : sheet, each.key);
+            QTest::keyClick(removingHasFocus ? static_cast<QWidget *>(remove) : sheet,
+                            Qt::Key(each.key));
             EXPECT_EQ(answer, each.answer) << removingHasFocus;
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         }
