@@ -14,7 +14,7 @@ namespace {
 
 int writeEnd = -1;
 
-// A full pipe has told already.
+// A full pipe wakes its reader anyway.
 extern "C" void tellOfSignal(int) {
     const int before = errno;
     const char byte = 0;

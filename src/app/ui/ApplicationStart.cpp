@@ -44,7 +44,7 @@ using Steady = std::chrono::steady_clock;
 
 constexpr int failureStatus = 1;
 
-// Where what the starter must know goes; the toolkit's handlers take no context.
+// For messages to whoever started the program; the handlers of Qt and exit() take no context.
 int starterTerminal = -1;
 
 void tellStarter(const std::string &words) {
@@ -57,7 +57,7 @@ bool isSet(const char *variable) {
     return value && *value;
 }
 
-// Whether the toolkit has found its way to the display, and the plugins that it has missed so far.
+// Whether Qt has connected to the display, and the platform plugins that it has missed so far.
 bool displayReached = false;
 QStringList missingPlugins;
 
@@ -91,7 +91,7 @@ void logMessage(QtMsgType type, const QMessageLogContext &context, const QString
     std::_Exit(failureStatus);
 }
 
-// Only the toolkit calls exit(), when the display has gone. No destructor may meet a worker then.
+// Only Qt calls exit(), when the display has gone. No destructor may run beside a worker then.
 void endWithoutDisplay() {
     NSLog("The display has gone; the program ends.");
     ObjectLog::flushAll();

@@ -42,7 +42,7 @@ QSize storedSize() {
     return parts.size() == 2 ? QSize(parts[0].toInt(), parts[1].toInt()) : QSize();
 }
 
-// A plain widget would be told of as a part of some window.
+// A plain QWidget would be told to screen readers as a part of some window.
 QAccessibleInterface *accessibleWindow(const QString &, QObject *object) {
     auto *const window = qobject_cast<MainWindow *>(object);
     return window ? new QAccessibleWidget(window, QAccessible::Window) : nullptr;

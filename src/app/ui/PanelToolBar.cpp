@@ -119,7 +119,7 @@ PanelToolBarItem *PanelToolBar::addItem(const QString &identifier, const QString
     auto *const item = new PanelToolBarItem(imageName, label, accessibleName, this);
     item->setObjectName(QStringLiteral("toolbar.") + identifier);
     item->setCheckable(checkable);
-    // Assistive programs toggle what can be checked, and do not click it.
+    // Screen readers use the toggle action of a checkable button, not click.
     const auto act = [this, identifier] {
         if (m_settingState)
             return;
