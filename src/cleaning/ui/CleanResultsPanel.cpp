@@ -351,7 +351,7 @@ void CleanResultsPanel::bind() {
         lockButton->setChecked(open);
         lockButton->setIcon(imageNamed(QLatin1String(m_controller.padlock().imageName())));
     };
-    // Assistive programs toggle it without a click.
+    // Screen readers use its toggle action, not click.
     connect(lockButton, &QToolButton::toggled, this, [this](bool open) {
         if (open != m_controller.padlock().isOpen())
             m_controller.unlockRigths(open);

@@ -35,7 +35,7 @@ QRect checkBoxOf(const QRect &row) {
     return {row.right() - 3 * theme::grid - side, row.center().y() - side / 2 + 1, side, side};
 }
 
-// What the delegate paints of a row in words, for assistive programs.
+// What the delegate paints of a row in words, for screen readers.
 class SpokenRows : public QIdentityProxyModel {
 public:
     explicit SpokenRows(LeftListView *list) : QIdentityProxyModel(list), m_list(*list) {}
@@ -48,7 +48,7 @@ public:
             return data;
         QString words =
             data.toString() + QStringLiteral(", ") + readersSize(m_list.foundText(index.row()));
-        // Qt tells of a tick in an item view, but not of half a tick.
+        // Qt tells screen readers of Qt::Checked in an item view, but not of Qt::PartiallyChecked.
         if (tick(index) == Qt::PartiallyChecked)
             words += QStringLiteral(", ") + localizedText("PARTLY_TICKED");
         return words;
@@ -209,7 +209,7 @@ void LeftListView::mousePressEvent(QMouseEvent *event) {
         tick(index.row()))
         return;
     QListView::mousePressEvent(event);
-    // The list marks what was clicked after it has told of it, also where that was refused.
+    // QListView selects the clicked row after its signals, also where the click was refused.
     showRow();
 }
 

@@ -131,7 +131,7 @@ void ResultView::keyPressEvent(QKeyEvent *event) {
     if (event->matches(QKeySequence::Copy)) {
         copyPaths();
     } else if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
-        // The menu of keyboards without a key for it.
+        // Opens the context menu on keyboards without a menu key.
         QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, viewport()->mapToGlobal(QPoint()));
         contextMenuEvent(&menu);
     } else if (event->key() == Qt::Key_Space) {
