@@ -78,7 +78,7 @@ void allow(int number) {
     ::pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
 }
 
-// A command that was told to outlive its terminal does.
+// As under nohup, which has the command outlive its terminal.
 bool isIgnored(int number) {
     struct sigaction action {};
     return ::sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;

@@ -38,7 +38,7 @@ FileDescriptor openLog(const std::filesystem::path &path) {
     const bool ascii = std::all_of(bytes.begin(), bytes.end(),
                                    [](char byte) { return static_cast<signed char>(byte) >= 0; });
     struct stat status {};
-    // To open a device may do something already.
+    // Opening a device node can have side effects.
     if (!ascii || (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)))
         return FileDescriptor();
     FileDescriptor file(::open(

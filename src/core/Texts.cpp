@@ -12,9 +12,9 @@ static void initTexts() {
 namespace brightsweep {
 namespace {
 
-// Marks of Unicode that keep the direction of what stands between them from what stands around it.
-constexpr QChar isolateBegin(0x2066); // from left to right
-constexpr QChar anyIsolate(0x2068);   // as its first letter says
+// Bidi isolates: what stands between two of them reorders nothing around it.
+constexpr QChar isolateBegin(0x2066); // LRI, left to right
+constexpr QChar anyIsolate(0x2068);   // FSI, as its first strong letter says
 constexpr QChar isolateEnd(0x2069);
 
 const QString textsFolder = QStringLiteral(":/texts");
@@ -47,7 +47,7 @@ QString textBehind(const char *key, int count) {
     text = asked.english.translate(nullptr, key, nullptr, count);
     if (text.isNull())
         return QString::fromUtf8(key);
-    // Set apart, or its full stop would stand at its beginning.
+    // Isolated, or the bidi algorithm would put its full stop at its beginning.
     return asked.locale.textDirection() == Qt::RightToLeft ? isolateBegin + text + isolateEnd
                                                            : text;
 }

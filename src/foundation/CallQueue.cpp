@@ -5,8 +5,8 @@ namespace brightsweep {
 void CallQueue::post(std::function<void()> function) {
     const std::lock_guard lock(m_mutex);
     m_waiting.push_back(std::move(function));
-    // By name: the form that takes a function makes an object here that Qt takes apart unseen. One
-    // call is enough for all that waits.
+    // By name: the overload for functors allocates an object that Qt frees where ThreadSanitizer
+    // does not see it. One queued call runs all that waits.
     if (m_waiting.size() == 1)
         QMetaObject::invokeMethod(this, "run", Qt::QueuedConnection);
 }

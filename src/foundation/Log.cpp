@@ -61,7 +61,7 @@ Conversion readConversion(const char *position) {
     return conversion;
 }
 
-// Numbers look the same whatever locale the toolkit has set.
+// Numbers look the same whatever locale Qt has set.
 class PlainNumbers {
 public:
     PlainNumbers() : m_before(::uselocale(plain())) {}

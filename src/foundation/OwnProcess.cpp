@@ -8,7 +8,7 @@
 namespace brightsweep {
 
 void settleProcess() {
-    // The lowest free number is the one that is opened.
+    // open() takes the lowest free descriptor.
     for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         const int unusable = number == STDIN_FILENO ? O_WRONLY : O_RDONLY;
         if (::fcntl(number, F_GETFD) < 0 && ::open("/dev/null", unusable) != number)

@@ -10,7 +10,7 @@ namespace brightsweep::paths {
 
 namespace {
 
-// What has no look of its own but changes that of others, and what ends a line.
+// Control characters, those of the bidi algorithm included, and line ends.
 bool isEscaped(QChar character) {
     switch (character.unicode()) {
     case 0x061c:

@@ -292,7 +292,7 @@ bool UserDefaults::synchronizeLocked() {
         return true;
     }
 
-    // The disk is not waited for to hold what it holds.
+    // What the file holds already is not written again: that would wait for the disk.
     if (const auto error = merged == stored ? std::error_code() : write(merged))
         return notWritten(error.message());
     m_problem.clear();
