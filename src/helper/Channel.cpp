@@ -18,7 +18,7 @@ Channel::Channel(int stream) : m_stream(stream) {
         return;
     m_peer = maker.pid;
     m_peerUser = maker.uid;
-    // A number may be used again; a descriptor of the process is that process for ever.
+    // A process number may be used again; a pidfd stands for the one process for ever.
     m_peerProcess = FileDescriptor(int(::syscall(SYS_pidfd_open, maker.pid, 0)));
 }
 

@@ -36,7 +36,7 @@ public:
     /// Puts back what is still open, and removes the journal.
     void close();
 
-    /// Opens the mode of a directory up where that is needed. The descriptor may be a mere place.
+    /// Opens the mode of a directory up where that is needed. The descriptor may be an O_PATH one.
     /// Gives a number for the two calls below, 0 where nothing was changed. An error where the
     /// journal is not open or cannot be written: the mode is then as it was. The path is asked for
     /// only where it is written.

@@ -25,7 +25,7 @@ bool takeOver(int descriptor, int place) {
     return ::dup2(descriptor, place) == place;
 }
 
-// Runs in the parent's memory, which waits meanwhile: only system calls, and no return.
+// Shares the parent's memory, as after vfork(): only system calls, and no return.
 [[noreturn]] void becomeProgram(const ProcessStart &start, char *const *arguments,
                                 char *const *environment, volatile int &error) {
     if (start.endsWithThread)

@@ -5,7 +5,7 @@
 
 namespace brightsweep {
 
-/// What the user asked the desktop for, beyond what the toolkit follows by itself.
+/// What the user asked the desktop for, beyond what Qt follows by itself.
 struct Hints {
     bool highContrast = false;
     bool reducedMotion = false;

@@ -116,7 +116,7 @@ struct RemovalTarget {
 class HoldingFolder {
 public:
     virtual ~HoldingFolder();
-    /// A place, which cannot be read from but reached through.
+    /// Opened with O_PATH: for calls such as openat(), not to be read.
     virtual const OpenDirectory &directory() const = 0;
 };
 

@@ -39,7 +39,7 @@ std::optional<BlockDevice> deviceOfMount(const Mount &mount);
 /// kernel does not count them.
 std::string mediumSequence(std::uint32_t majorNumber, std::uint32_t minorNumber);
 
-/// The label of the file system on a device, as the device manager has noted it; exact bytes,
+/// The label of the file system on a device, as udev has noted it; exact bytes,
 /// empty where there is none.
 std::string labelOfDevice(const std::string &name);
 

@@ -25,7 +25,7 @@ namespace {
 constexpr char sessionVariable[] = "DBUS_SESSION_BUS_ADDRESS";
 // What the variable held before, for the program started anew in this one's place.
 constexpr char givenVariable[] = "BRIGHTSWEEP_SESSION_BUS";
-// An address that every bus library refuses at once, instead of a search of its own.
+// An address that libdbus refuses at once, instead of starting a bus by autolaunch.
 constexpr char leftAddress[] = "disabled:";
 
 // The bus that was found silent.

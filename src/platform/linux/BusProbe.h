@@ -7,8 +7,8 @@
 
 namespace brightsweep {
 
-// The bus library waits half a minute for a bus that takes a connection and says nothing, and all
-// connections of the process, the toolkit's included, wait with it. So each bus is looked at here
+// libdbus waits half a minute for a bus that takes a connection and says nothing, and all
+// connections of the process, Qt's included, wait with it. So each bus is looked at here
 // first, by a socket alone. Addresses of a form that only the library knows are left to it. Any
 // thread.
 

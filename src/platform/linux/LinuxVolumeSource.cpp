@@ -20,7 +20,7 @@ namespace brightsweep {
 
 namespace {
 
-// Where the device manager links devices by their labels.
+// Where udev links devices by their labels.
 constexpr char labelFolder[] = "/dev/disk/by-label";
 // A change within one tick of the file system's clock leaves the time of the change as it is.
 constexpr std::time_t clockSeconds = 1;

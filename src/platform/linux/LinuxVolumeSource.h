@@ -18,7 +18,7 @@
 
 namespace brightsweep {
 
-/// The volumes of the mount table, with what the kernel, the disks service and, for network and
+/// The volumes of the mount table, with what the kernel, UDisks2 and, for network and
 /// user file systems, their servers tell of them. Service and servers answer on threads of their
 /// own; volumes() gives what is known by then.
 ///

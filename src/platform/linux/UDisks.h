@@ -15,7 +15,7 @@
 
 namespace brightsweep {
 
-/// What the disks service knows of a drive.
+/// What UDisks2 knows of a drive.
 struct UDisksDrive {
     bool ejectable = false;
     bool removable = false; ///< the drive or its medium
@@ -52,7 +52,7 @@ struct UDisksError {
     explicit operator bool() const { return !name.isEmpty(); }
 };
 
-/// A connection of its own to the disks service over the system bus. Belongs to one thread. A bus
+/// A connection of its own to UDisks2 over the system bus. Belongs to one thread. A bus
 /// that does not answer is none, which takes a second to find out.
 class UDisks {
 public:

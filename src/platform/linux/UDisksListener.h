@@ -8,7 +8,7 @@
 
 namespace brightsweep {
 
-/// Hears on the system bus that the disks service has come, gone or changed what it knows, so that
+/// Hears on the system bus that UDisks2 has come, gone or changed what it knows, so that
 /// nobody has to ask. Belongs to a thread with an event loop; only follow() may be called by
 /// others.
 class UDisksListener : public QObject {

@@ -14,7 +14,7 @@
 
 namespace brightsweep {
 
-/// Keeps what the disks service knows at hand, fetched on a thread of its own, so that nobody waits
+/// Keeps what UDisks2 knows at hand, fetched on a thread of its own, so that nobody waits
 /// for the bus. A service or a bus that has gone and come back is found at the next request; what
 /// it said last stands meanwhile. All calls but listen() are safe from every thread.
 class UDisksWatch {

@@ -14,7 +14,7 @@ namespace brightsweep {
 /// A drive that carries the running system is left alone as a whole.
 EjectResult ejectVolume(const SelectedVolume &volume);
 
-/// The errno-like number for an error of the bus or of the disks service.
+/// The errno-like number for an error of the bus or of UDisks2.
 int statusOfBusError(std::string_view name);
 
 } // namespace brightsweep
