@@ -10,7 +10,7 @@ bool windowsPlaceThemselves() {
 }
 
 void showInFront(QWidget &window, const std::string &activationToken) {
-    // There the toolkit takes the token from the environment, and out of it.
+    // On Wayland Qt reads the token from the environment and removes it there.
     if (!activationToken.empty() && !windowsPlaceThemselves())
         qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activationToken));
     window.show();

@@ -36,7 +36,7 @@ MenuActionView::MenuActionView(StatusMenu &menu, std::size_t entry, QWidget *par
         setShortcut(keys);
         m_shortcut = keys.toString(QKeySequence::NativeText);
     }
-    // Assistive programs toggle what can be checked, and do not click it.
+    // Screen readers use the toggle action of a checkable button, not click.
     const auto act = [this] {
         if (m_settingState)
             return;

@@ -86,7 +86,7 @@ void MenuItemView::updateFromRow() {
                           ? localizedText("VOLUME_FREE_OF")
                                 .arg(nameOf(row), stateOf(row), readersSize(row.u64TotalSpace))
                           : nameOf(row) + QStringLiteral(", ") + stateOf(row));
-    // Red alone tells an assistive program nothing, and the tool tip's markup is not to be read.
+    // A screen reader cannot tell the red of a warning, and must not read the tool tip's markup.
     QStringList described{row.warns() ? localizedText("ROW_WARNS") : QString(), row.toolTip};
     described.removeAll(QString());
     setAccessibleDescription(described.join(QStringLiteral(", ")));

@@ -17,7 +17,7 @@ class MenuItemView;
 class StatusMenu;
 
 /// The status item's menu as a window: the rows under their headers, then the fixed entries. No
-/// menu of the toolkit, since that would grab the keyboard that a password dialog needs.
+/// QMenu, since that would grab the keyboard that a password dialog needs.
 ///
 /// It closes by Esc and when it loses activation. New figures are shown in place; a rebuild closes
 /// it and, where it was open, opens it again in the same place. Its rows exist only while it is

@@ -14,7 +14,7 @@ namespace brightsweep {
 
 namespace {
 
-// After what tells of it the toolkit must have heard it too.
+// Qt handles the same event a little later.
 constexpr std::chrono::milliseconds hearsayTime{100};
 
 // Of the X protocol: a tray tells all that it has come, and its window's end that it has gone.
@@ -74,7 +74,7 @@ void TrayStatusItem::renew() {
     const bool present = m_shown && hostPresent();
     tellOfHost(present);
     if (present && !m_tray && !m_icon.isNull()) {
-        // The icon is a window to the toolkit, which closes an open menu before it shows one.
+        // To Qt the icon is a window, and it closes an open menu before it shows another window.
         if (QApplication::activePopupWidget()) {
             m_watch.start();
             return;
