@@ -174,6 +174,8 @@ TEST_F(MainWindowTest, WithoutATrayTheToolbarHasThePopup) {
 
 TEST_F(MainWindowTest, EveryPanelSaysWhatItIsForAndHasAnAct) {
     controller.showWindow();
+    const QStringList ownSentences = {QStringLiteral("delete"), QStringLiteral("memory"),
+                                      QStringLiteral("login_items"), QStringLiteral("preferences")};
     std::set<QString> sentences;
     for (const QString &identifier : controller.toolbarIdentifiers()) {
         if (!controller.hasPanel(identifier))
@@ -184,11 +186,14 @@ TEST_F(MainWindowTest, EveryPanelSaysWhatItIsForAndHasAnAct) {
         const auto *sentence = panel->findChild<QLabel *>(QStringLiteral("empty.sentence"));
         ASSERT_NE(sentence, nullptr);
         EXPECT_TRUE(sentence->text().contains(u' ')) << "a text, not its key";
-        EXPECT_TRUE(sentences.insert(sentence->text()).second || identifier.contains(u'_'));
+        // The others have screens of their own, which this test does not make.
+        if (ownSentences.contains(identifier))
+            sentences.insert(sentence->text());
         QCoreApplication::processEvents();
         EXPECT_GE(sentence->height(), sentence->heightForWidth(sentence->width()));
         EXPECT_NE(panel->findChild<QPushButton *>(QStringLiteral("empty.act")), nullptr);
     }
+    EXPECT_EQ(sentences.size(), std::size_t(ownSentences.size()));
 }
 
 using QuickCleanQuestion = test::Resident;
