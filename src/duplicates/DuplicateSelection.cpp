@@ -27,15 +27,17 @@ std::string countText(std::size_t ticked, std::size_t all) {
 }
 
 bool hasRow(const TreeNode &group, const DuplicateSelection::IsShown &isShown) {
-    const auto leaves = group.children();
-    return !isShown || std::any_of(leaves.begin(), leaves.end(),
-                                   [&](const auto &leaf) { return isShown(*leaf); });
+    for (std::int32_t i = 0; isShown && i < group.numberOfChildren(); ++i) {
+        if (isShown(*group.childAtIndex(i)))
+            return true;
+    }
+    return !isShown;
 }
 
 std::size_t tickedIn(const TreeNode &group) {
     std::size_t ticked = 0;
-    for (const auto &leaf : group.children())
-        ticked += leafOf(leaf).selectNum() == 1 ? 1 : 0;
+    for (std::int32_t i = 0; i < group.numberOfChildren(); ++i)
+        ticked += leafOf(group.childAtIndex(i)).selectNum() == 1 ? 1 : 0;
     return ticked;
 }
 
@@ -115,9 +117,9 @@ void DuplicateSelection::setAllSelectOrNoSelect(const TreeNode &list, bool on,
     for (const auto &group : groups) {
         if (!hasRow(*group, isShown))
             continue;
-        remember(*group);
         const auto leaves = group->children();
         for (const auto &leaf : leaves) {
+            m_before.push_back({leaf, leafOf(leaf).selectNum() == 1});
             if (!on || leaf == leaves.back())
                 set(leaf, false);
             else if (!isShown || isShown(*leaf))
