@@ -58,7 +58,7 @@
     <message id="DUP_FILTER"><translation>Nach Name oder Ordner filtern</translation></message>
     <message id="DUP_FREED"><translation>Gäbe frei</translation></message>
     <message id="DUP_FREES"><translation>Frei werden höchstens %1: Namen einer Datei geben nichts frei, solange ein anderer bleibt.</translation></message>
-    <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n Datei, verschwendet %1</numerusform><numerusform>%n Dateien, verschwenden %1</numerusform></translation></message>
+    <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n Datei, %1 zu viel</numerusform><numerusform>%n Dateien, %1 zu viel</numerusform></translation></message>
     <message id="DUP_HARD_LINK" numerus="yes"><translation><numerusform>einer von %n Namen einer Datei</numerusform><numerusform>einer von %n Namen einer Datei</numerusform></translation></message>
     <message id="DUP_HIDDEN_TICKS" numerus="yes"><translation><numerusform>%n ausgewählte Datei ist hier nicht zu sehen. „Entfernen“ nimmt sie mit.</numerusform><numerusform>%n ausgewählte Dateien sind hier nicht zu sehen. „Entfernen“ nimmt sie mit.</numerusform></translation></message>
     <message id="DUP_KEEP_FIRST"><translation>Die zuerst gefundene behalten</translation></message>

@@ -130,7 +130,6 @@ DuplicatePane::DuplicatePane(QWidget *parent)
     m_paths->setTextFormat(Qt::RichText);
     m_paths->setWordWrap(true);
     m_paths->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-    m_paths->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_paths->setObjectName(QStringLiteral("duplicates.pane.paths"));
     auto *const scrolled = new QScrollArea(this);
     scrolled->setWidget(m_paths);
@@ -160,7 +159,8 @@ DuplicatePane::DuplicatePane(QWidget *parent)
 }
 
 void DuplicatePane::follow(const TreeNode::Pointer &node) {
-    const auto leaf = node && leafOf(*node).isGroup() ? node->firstChild() : node;
+    const bool isGroup = node && static_cast<const SimpleNodeData &>(*node->nodeData()).isGroup();
+    const auto leaf = isGroup ? node->firstChild() : node;
     if (leaf == m_leaf && leaf)
         return tellPaths();
     m_leaf = leaf;

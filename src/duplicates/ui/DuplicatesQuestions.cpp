@@ -57,7 +57,7 @@ QString DuplicatesResultsPanel::whatGoes() const {
     QStringList classes;
     const auto add = [&](const char *name, std::int32_t type) {
         if (const std::size_t count = counts[std::size_t(type)])
-            classes += QStringLiteral("%1: %2").arg(localizedText(name), readersNumber(count));
+            classes += QStringLiteral("%1:\u00a0%2").arg(localizedText(name), readersNumber(count));
     };
     for (const DuplicateListRow &row : duplicateLists) {
         if (row.fileType != 0)

@@ -38,7 +38,7 @@ namespace {
 using Page = SameFileDeleteViewController;
 
 constexpr int pictureSide = 96;
-constexpr int filterWidth = 180;
+constexpr int filterWidth = 204;
 constexpr int leastListWidth = 400;
 constexpr int lockSide = 20;
 constexpr int iconSide = 16;
@@ -381,8 +381,7 @@ void DuplicatesResultsPanel::followPane() {
     const bool hasList = m_box->currentWidget() == m_outline;
     const int room = width() - m_lists->width() - m_pane->width() - 6 * theme::grid;
     m_pane->setVisible(hasList && m_details->isChecked() && room >= theme::height(leastListWidth));
-    if (m_pane->isVisible())
-        m_pane->follow(m_model.nodeOf(m_outline->currentIndex()));
+    m_pane->follow(m_pane->isVisible() ? m_model.nodeOf(m_outline->currentIndex()) : nullptr);
 }
 
 void DuplicatesResultsPanel::showEvent(QShowEvent *) {
