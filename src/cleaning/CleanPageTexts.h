@@ -14,7 +14,6 @@ namespace cleanPageTexts {
 
 // Keys of texts.
 
-inline constexpr char lockToolTip[] = QT_TRID_NOOP("Click lock to get a higer privileges.");
 inline constexpr char warningTitle[] = QT_TRID_NOOP("Are you sure you want to continue?");
 inline constexpr char warningText[] = QT_TRID_NOOP(
     "Downloads folder is selected to clean. We recommend you to view this folder for anything "

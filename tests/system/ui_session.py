@@ -135,13 +135,14 @@ class Tray(Session):
 class Window(Session):
     def test_a_second_start_shows_the_page_last_used(self):
         desktop = self.started()
+        volumes = "Drop a folder here, or choose a volume, to see what takes its space."
         desktop.press("Disk Usage")
-        desktop.wait_for("Show Volumes")
+        desktop.wait_for(volumes)
         desktop.key("ctrl+w")
-        desktop.wait_without("Show Volumes")
+        desktop.wait_without(volumes)
         self.assertIsNone(desktop.running.poll(), "closing does not end it")
         desktop.activate()
-        desktop.wait_for("Show Volumes")
+        desktop.wait_for(volumes)
         self.assertFalse(desktop.shows("Open Downloads"))
         desktop.key("ctrl+q")
         self.assertEqual(desktop.wait_for_end(), 1)

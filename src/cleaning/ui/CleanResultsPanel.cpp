@@ -11,20 +11,17 @@
 #include "cleaning/ui/ResultView.h"
 #include "cleaning/ui/StyledLabel.h"
 #include "core/Texts.h"
+#include "ui/FilterField.h"
 #include "ui/ImageProvider.h"
 #include "ui/ImageView.h"
+#include "ui/PadlockButton.h"
+#include "ui/PageParts.h"
 #include "ui/Theme.h"
-#include "ui/effects/Animation.h"
 
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
-#include <QShortcut>
 #include <QStackedWidget>
-#include <QTimer>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace brightsweep {
@@ -33,51 +30,14 @@ namespace {
 
 constexpr int headingSide = 40;
 constexpr int outcomeSide = 96;
-constexpr int filterWidth = 180;
 constexpr int trashSide = 24;
-constexpr int lockSide = 20;
-constexpr int arrowSide = 16;
-constexpr int buttonWidth = 128;
-constexpr int buttonHeight = 36;
 constexpr int noteWidth = 420;
-constexpr std::chrono::milliseconds filterSettles{120};
-
-// Enter never starts a removal.
-class RemovingButton : public QPushButton {
-public:
-    using QPushButton::QPushButton;
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override {
-        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-            event->ignore();
-        else
-            QPushButton::keyPressEvent(event);
-    }
-};
 
 QLabel *secondaryLabel(QWidget *parent) {
     auto *const label = new QLabel(parent);
     label->setTextFormat(Qt::PlainText);
     label->setProperty("secondary", true);
     return label;
-}
-
-QFrame *hairline(QWidget *parent) {
-    auto *const line = new QFrame(parent);
-    line->setFixedHeight(1);
-    line->setProperty("hairline", true);
-    return line;
-}
-
-QPushButton *removingButton(const QString &name, const QString &text, QWidget *parent) {
-    auto *const button = new RemovingButton(text, parent);
-    button->setObjectName(name);
-    button->setProperty("primary", true);
-    theme::keep(button, [button] {
-        button->setMinimumSize(theme::height(buttonWidth), theme::height(buttonHeight));
-    });
-    return button;
 }
 
 } // namespace
@@ -87,7 +47,6 @@ CleanResultsPanel::CleanResultsPanel(NewMainViewController &controller, QWidget 
       m_controller(controller),
       m_left(new LeftListView(controller, this)),
       m_hiddenTicks(new HiddenTicksNotice(controller.outline(), this)),
-      m_filterSettled(new QTimer(this)),
       m_box(new QStackedWidget(this)) {
     m_outline = new OutlineView(m_controller.outline(), m_box);
     m_box->addWidget(m_outline);
@@ -116,7 +75,7 @@ CleanResultsPanel::CleanResultsPanel(NewMainViewController &controller, QWidget 
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addLayout(upper, 1);
-    layout->addWidget(hairline(this));
+    layout->addWidget(makeHairline(this));
     layout->addWidget(makeBottom());
     setFocusProxy(m_outline);
     bind();
@@ -154,12 +113,8 @@ QWidget *CleanResultsPanel::makeHeading() {
     words->addLayout(upper);
     words->addWidget(m_description);
     row->addLayout(words, 1);
-    m_filter = new QLineEdit(heading);
+    m_filter = new FilterField(localizedText("FILTER"), this, heading);
     m_filter->setObjectName(QStringLiteral("clean.filter"));
-    m_filter->setPlaceholderText(localizedText("FILTER"));
-    m_filter->setAccessibleName(localizedText("FILTER"));
-    m_filter->setClearButtonEnabled(true);
-    theme::keepSize(m_filter, filterWidth, 0);
     upper->addWidget(m_filter, 0, Qt::AlignVCenter);
     return heading;
 }
@@ -258,24 +213,10 @@ QWidget *CleanResultsPanel::makeBottom() {
     auto *const row = new QHBoxLayout(bottom);
     row->setContentsMargins(4 * theme::grid, 3 * theme::grid, 4 * theme::grid, 3 * theme::grid);
     row->setSpacing(3 * theme::grid);
-    m_back = new QPushButton(localizedText("BACK"), bottom);
-    m_back->setObjectName(QStringLiteral("backButton"));
-    m_back->setIcon(imageNamed(isRightToLeft() ? QStringLiteral("arrow_right.png")
-                                               : QStringLiteral("arrow_left.png")));
-    theme::keep(m_back, [this] {
-        m_back->setIconSize({theme::height(arrowSide), theme::height(arrowSide)});
-    });
+    m_back = makeBackButton(bottom);
     row->addWidget(m_back);
-    lockButton = new QToolButton(bottom);
-    lockButton->setObjectName(QStringLiteral("lockButton"));
-    lockButton->setCheckable(true);
-    theme::keep(lockButton, [this] {
-        lockButton->setIconSize({theme::height(lockSide), theme::height(lockSide)});
-    });
-    lockButton->setAccessibleName(localizedText("PADLOCK"));
+    lockButton = new PadlockButton(m_controller.padlock(), bottom);
     row->addWidget(lockButton);
-    m_padlockBlink = new Animation(bottom);
-    m_padlockBlink->hide();
 
     auto *const words = new QVBoxLayout;
     words->setSpacing(0);
@@ -303,9 +244,8 @@ QWidget *CleanResultsPanel::makeBottom() {
     theme::keepFont(trashFileNumTF, 13, true);
     trashFileNumTF->setObjectName(QStringLiteral("trashFileNumTF"));
     row->addWidget(trashFileNumTF);
-    cleanButton = removingButton(QStringLiteral("cleanButton"), localizedText("CLEAN"), bottom);
-    oneListCleanButton =
-        removingButton(QStringLiteral("oneListCleanButton"), localizedText("CLEAN"), bottom);
+    cleanButton = makeRemovingButton("cleanButton", localizedText("CLEAN"), bottom);
+    oneListCleanButton = makeRemovingButton("oneListCleanButton", localizedText("CLEAN"), bottom);
     row->addWidget(cleanButton);
     row->addWidget(oneListCleanButton);
     return bottom;
@@ -329,12 +269,7 @@ void CleanResultsPanel::bind() {
     connect(page, &NewMainViewController::showAlertForPrivilegesToClean, this,
             &CleanResultsPanel::showAlertForPrivilegesToClean);
     connect(page, &NewMainViewController::removalRefused, this, &CleanResultsPanel::removalRefused);
-    connect(page, &NewMainViewController::lockAnimation, this, [this](bool running) {
-        if (running)
-            m_padlockBlink->startUnlockAnimation(lockButton);
-        else
-            m_padlockBlink->stopUnlockAnimation(lockButton);
-    });
+    connect(page, &NewMainViewController::lockAnimation, lockButton, &PadlockButton::blink);
     connect(page, &NewMainViewController::flyToTrash, this, &CleanResultsPanel::flyToTrash);
 
     connect(m_back, &QPushButton::clicked, page, [this] { m_controller.clickBackBtn(); });
@@ -342,30 +277,14 @@ void CleanResultsPanel::bind() {
             [this] { m_controller.cleanButtonActionInfo(); });
     connect(oneListCleanButton, &QPushButton::clicked, page,
             [this] { m_controller.cleanButtonAction(); });
-    const auto showLock = [this](bool open) {
-        const QString why = m_controller.padlock().isWithoutAgent()
-                                ? localizedText("LOCK_NO_AGENT")
-                                : localizedText(cleanPageTexts::lockToolTip);
-        lockButton->setToolTip(QStringLiteral("<qt>%1</qt>").arg(why.toHtmlEscaped()));
-        lockButton->setAccessibleDescription(why);
-        lockButton->setChecked(open);
-        lockButton->setIcon(imageNamed(QLatin1String(m_controller.padlock().imageName())));
-    };
-    // Screen readers use its toggle action, not click.
-    connect(lockButton, &QToolButton::toggled, this, [this](bool open) {
-        if (open != m_controller.padlock().isOpen())
-            m_controller.unlockRigths(open);
-    });
-    connect(&m_controller.padlock(), &PadlockController::lockStateChanged, this, showLock);
+    connect(lockButton, &PadlockButton::unlockWanted, page,
+            [this](bool open) { m_controller.unlockRigths(open); });
     connect(&m_controller.padlock(), &PadlockController::askingChanged, lockButton,
             [this](bool asking) { lockButton->setEnabled(!asking); });
     lockButton->setEnabled(!m_controller.padlock().isAsking());
-    showLock(m_controller.padlock().isOpen());
 
-    m_filterSettled->setSingleShot(true);
-    m_filterSettled->setInterval(filterSettles);
-    connect(m_filterSettled, &QTimer::timeout, this, [this] {
-        m_controller.outline().model().setFilter(m_filter->text());
+    connect(m_filter, &FilterField::settled, this, [this](const QString &text) {
+        m_controller.outline().model().setFilter(text);
         m_outline->followFilter();
         m_hiddenTicks->follow(m_box->currentWidget() == m_outline);
     });
@@ -373,20 +292,8 @@ void CleanResultsPanel::bind() {
         m_filter->clear();
         m_box->currentWidget()->setFocus();
     });
-    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, m_filter, [this] {
-        m_filter->setFocus(Qt::ShortcutFocusReason);
-        m_filter->selectAll();
-    });
-    auto *const clear =
-        new QShortcut(Qt::Key_Escape, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
-    connect(clear, &QShortcut::activated, this, [this] {
-        m_filter->clear();
-        m_box->currentWidget()->setFocus(Qt::ShortcutFocusReason);
-    });
-    clear->setEnabled(false);
-    connect(m_filter, &QLineEdit::textChanged, clear,
-            [clear](const QString &text) { clear->setEnabled(!text.isEmpty()); });
-    connect(m_filter, &QLineEdit::textChanged, m_filterSettled, qOverload<>(&QTimer::start));
+    connect(m_filter, &FilterField::left, this,
+            [this] { m_box->currentWidget()->setFocus(Qt::ShortcutFocusReason); });
 }
 
 } // namespace brightsweep

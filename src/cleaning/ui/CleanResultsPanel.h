@@ -8,20 +8,18 @@
 #include <array>
 
 class QLabel;
-class QLineEdit;
 class QPushButton;
 class QStackedWidget;
-class QTimer;
-class QToolButton;
 
 namespace brightsweep {
 
-class Animation;
 class CategoryView;
+class FilterField;
 class ImageView;
 class HiddenTicksNotice;
 class LeftListView;
 class OutlineView;
+class PadlockButton;
 class StyledLabel;
 
 /// The results panel of the clean page: the categories at the left, what was found at the right,
@@ -70,12 +68,11 @@ private:
     ImageView *m_headingImage;
     QLabel *m_title;
     StyledLabel *m_description;
-    QLineEdit *m_filter;
+    FilterField *m_filter;
     QWidget *m_notice;
     QLabel *m_noticeWords;
     QPushButton *m_noticeAct;
     HiddenTicksNotice *m_hiddenTicks;
-    QTimer *m_filterSettled;
     QStackedWidget *m_box;
     OutlineView *m_outline;
     std::array<CategoryView *, 6> m_lists{};
@@ -87,8 +84,7 @@ private:
     QWidget *m_uninstallNote;
     QWidget *m_volumeNote;
     QPushButton *m_back;
-    QToolButton *lockButton;
-    Animation *m_padlockBlink;
+    PadlockButton *lockButton;
     QLabel *m_sum;
     StyledLabel *stateTextField;
     QLabel *m_freeSpace;

@@ -8,6 +8,7 @@
 #include "cleaning/ui/ResultView.h"
 #include "cleaning/ui/StyledLabel.h"
 #include "core/Texts.h"
+#include "ui/FilterField.h"
 #include "ui/ImageView.h"
 
 #include <QLabel>

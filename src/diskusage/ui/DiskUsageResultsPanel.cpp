@@ -12,8 +12,9 @@
 #include "foundation/Paths.h"
 #include "ui/FolderChoice.h"
 #include "ui/ImageProvider.h"
+#include "ui/PadlockButton.h"
+#include "ui/PageParts.h"
 #include "ui/Theme.h"
-#include "ui/effects/Animation.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -29,16 +30,7 @@ namespace {
 using Page = DiskUsageAppController;
 using View = V4DiskUsageViewController;
 
-constexpr int lockSide = 20;
-constexpr int buttonWidth = 128;
-constexpr int buttonHeight = 36;
-
-QLabel *plainLabel(const char *name, QWidget *parent) {
-    auto *const label = new QLabel(parent);
-    label->setObjectName(QLatin1String(name));
-    label->setTextFormat(Qt::PlainText);
-    return label;
-}
+constexpr int imageSide = 20;
 
 QString sizeWords(std::uint64_t bytes) {
     return readersSize(UtilityFunction::convertVolSpace(bytes));
@@ -75,7 +67,7 @@ QToolButton *imageButton(const char *name, const QString &image, const QString &
     button->setAccessibleName(words);
     button->setToolTip(words);
     theme::keep(button, [button] {
-        button->setIconSize({theme::height(lockSide), theme::height(lockSide)});
+        button->setIconSize({theme::height(imageSide), theme::height(imageSide)});
     });
     return button;
 }
@@ -97,14 +89,11 @@ DiskUsageResultsPanel::DiskUsageResultsPanel(Page &controller, QWidget *parent)
     upper->addWidget(m_path);
     upper->addWidget(makeNotice());
     upper->addWidget(m_box, 1);
-    auto *const line = new QFrame(this);
-    line->setFixedHeight(1);
-    line->setProperty("hairline", true);
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addLayout(upper, 1);
-    layout->addWidget(line);
+    layout->addWidget(makeHairline(this));
     layout->addWidget(makeBottom());
     auto *const choice = new FolderChoice(
         {[&controller] { return controller.bSearchFinished(); },
@@ -114,7 +103,6 @@ DiskUsageResultsPanel::DiskUsageResultsPanel(Page &controller, QWidget *parent)
     connect(&controller, &Page::askForFolder, choice, [choice] { choice->ask(); });
     bindChart();
     bindRemoval();
-    bindPadlock();
     connect(&controller, &Page::stateChanged, this, &DiskUsageResultsPanel::followState);
     followState();
 }
@@ -132,7 +120,7 @@ UsageTicks &DiskUsageResultsPanel::ticks() const {
 QWidget *DiskUsageResultsPanel::makeChartPage() {
     auto *const page = new QWidget(m_box);
     m_list = new BigSizeFilesListView(m_page, page);
-    m_rest = plainLabel("usage.rest", page);
+    m_rest = makePlainLabel("usage.rest", page);
     m_rest->setProperty("secondary", true);
     m_rest->setWordWrap(true);
     m_rest->setContentsMargins(2 * theme::grid, 0, 2 * theme::grid, 0);
@@ -155,7 +143,7 @@ QWidget *DiskUsageResultsPanel::makeNotice() {
     m_notice->setProperty("card", true);
     auto *const row = new QHBoxLayout(m_notice);
     row->setContentsMargins(3 * theme::grid, theme::grid, 2 * theme::grid, theme::grid);
-    m_noticeWords = plainLabel("usage.notice", m_notice);
+    m_noticeWords = makePlainLabel("usage.notice", m_notice);
     m_noticeWords->setWordWrap(true);
     m_noticeWords->setTextInteractionFlags(Qt::TextSelectableByMouse);
     row->addWidget(m_noticeWords, 1);
@@ -167,26 +155,24 @@ QWidget *DiskUsageResultsPanel::makeBottom() {
     auto *const row = new QHBoxLayout(bottom);
     row->setContentsMargins(4 * theme::grid, 3 * theme::grid, 4 * theme::grid, 3 * theme::grid);
     row->setSpacing(3 * theme::grid);
-    m_back = new QPushButton(localizedText("BACK"), bottom);
-    m_back->setObjectName(QStringLiteral("backButton"));
-    m_back->setIcon(imageNamed(isRightToLeft() ? QStringLiteral("arrow_right.png")
-                                               : QStringLiteral("arrow_left.png")));
-    lockButton =
-        imageButton("lockButton", QStringLiteral("Lock.png"), localizedText("PADLOCK"), bottom);
-    lockButton->setCheckable(true);
+    m_back = makeBackButton(bottom);
+    PadlockController &padlock = m_page.padlock();
+    lockButton = new PadlockButton(padlock, bottom);
+    connect(lockButton, &PadlockButton::unlockWanted, &m_page, &View::unlockRigths);
+    connect(&m_page, &View::unlockAnimation, lockButton, &PadlockButton::blink);
+    lockButton->setEnabled(!padlock.isAsking());
+    connect(&padlock, &PadlockController::askingChanged, lockButton, &QWidget::setDisabled);
     m_save = imageButton("usage.save", QStringLiteral("download_b.png"),
                          localizedText("USAGE_SAVE_PICTURE"), bottom);
     m_settings = imageButton("usage.preferences", QStringLiteral("preferences.png"),
                              localizedText("Preferences"), bottom);
-    m_padlockBlink = new Animation(bottom);
-    m_padlockBlink->hide();
     for (QWidget *const widget :
          {static_cast<QWidget *>(m_back), static_cast<QWidget *>(lockButton),
           static_cast<QWidget *>(m_save), static_cast<QWidget *>(m_settings)})
         row->addWidget(widget);
     auto *const words = new QVBoxLayout;
     words->setSpacing(0);
-    m_sum = plainLabel("usage.sum", bottom);
+    m_sum = makePlainLabel("usage.sum", bottom);
     theme::keepFont(m_sum, 18, true);
     m_sum->setProperty("number", true);
     QSizePolicy keepsRoom = m_sum->sizePolicy();
@@ -199,12 +185,7 @@ QWidget *DiskUsageResultsPanel::makeBottom() {
         words->addWidget(label);
     }
     row->addLayout(words, 1);
-    removeButton = new QPushButton(localizedText("USAGE_REMOVE"), bottom);
-    removeButton->setObjectName(QStringLiteral("removeButton"));
-    removeButton->setProperty("primary", true);
-    theme::keep(removeButton, [this] {
-        removeButton->setMinimumSize(theme::height(buttonWidth), theme::height(buttonHeight));
-    });
+    removeButton = makeRemovingButton("removeButton", localizedText("USAGE_REMOVE"), bottom);
     row->addWidget(removeButton);
     connect(m_back, &QPushButton::clicked, this, [this] {
         m_outcome.clear();
@@ -278,36 +259,8 @@ void DiskUsageResultsPanel::bindRemoval() {
     connect(&m_page, &View::canNotRemoveSome, this, &DiskUsageResultsPanel::alertSomeStayed);
     connect(&m_controller, &Page::canNotRemoveSome, this, [this] {
         alertSomeStayed();
-        m_padlockBlink->startUnlockAnimation(lockButton);
+        lockButton->blink(true);
     });
-}
-
-void DiskUsageResultsPanel::bindPadlock() {
-    PadlockController &padlock = m_page.padlock();
-    const auto showLock = [this, &padlock] {
-        const QString why = padlock.isWithoutAgent()
-                                ? localizedText("LOCK_NO_AGENT")
-                                : localizedText("Click lock to get a higer privileges.");
-        lockButton->setToolTip(QStringLiteral("<qt>%1</qt>").arg(why.toHtmlEscaped()));
-        lockButton->setAccessibleDescription(why);
-        lockButton->setChecked(padlock.isOpen());
-        lockButton->setIcon(imageNamed(QLatin1String(padlock.imageName())));
-        lockButton->setEnabled(!padlock.isAsking());
-    };
-    // Assistive programs toggle it without a click.
-    connect(lockButton, &QToolButton::toggled, this, [this, &padlock](bool open) {
-        if (open != padlock.isOpen())
-            m_page.unlockRigths(open);
-    });
-    connect(&padlock, &PadlockController::lockStateChanged, this, showLock);
-    connect(&padlock, &PadlockController::askingChanged, this, showLock);
-    connect(&m_page, &View::unlockAnimation, this, [this](bool running) {
-        if (running)
-            m_padlockBlink->startUnlockAnimation(lockButton);
-        else
-            m_padlockBlink->stopUnlockAnimation(lockButton);
-    });
-    showLock();
 }
 
 // -- Showing

@@ -12,11 +12,11 @@ class QToolButton;
 
 namespace brightsweep {
 
-class Animation;
 class BigSizeFilesListView;
 class CustomOpenGLView;
 class DiskUsageAppController;
 class FileBrowserView;
+class PadlockButton;
 class StyledLabel;
 class UsagePathControl;
 class V4DiskUsageViewController;
@@ -41,7 +41,6 @@ private:
     QWidget *makeBottom();
     void bindChart();
     void bindRemoval();
-    void bindPadlock();
     UsageTicks &ticks() const;
 
     void followState();
@@ -72,8 +71,7 @@ private:
     QPushButton *m_back;
     QToolButton *m_save;
     QToolButton *m_settings;
-    QToolButton *lockButton;
-    Animation *m_padlockBlink;
+    PadlockButton *lockButton;
     QLabel *m_sum;
     StyledLabel *trashLabel;
     QPushButton *removeButton;

@@ -12,19 +12,18 @@
 #include "duplicates/ui/TickMenu.h"
 #include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
+#include "ui/FilterField.h"
 #include "ui/ImageProvider.h"
 #include "ui/ImageView.h"
+#include "ui/PadlockButton.h"
+#include "ui/PageParts.h"
 #include "ui/Theme.h"
-#include "ui/effects/Animation.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QShortcut>
 #include <QStackedWidget>
-#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -38,30 +37,11 @@ namespace {
 using Page = SameFileDeleteViewController;
 
 constexpr int pictureSide = 96;
-constexpr int filterWidth = 204;
 constexpr int leastListWidth = 400;
-constexpr int lockSide = 20;
 constexpr int iconSide = 16;
 constexpr int trashSide = 28;
-constexpr int buttonWidth = 128;
-constexpr int buttonHeight = 36;
 constexpr int barWidth = 360;
 constexpr QLatin1String DSDuplicatesNoDetails("DSDuplicatesNoDetails");
-constexpr std::chrono::milliseconds filterSettles{120};
-
-QLabel *plainLabel(const char *name, QWidget *parent) {
-    auto *const label = new QLabel(parent);
-    label->setObjectName(QLatin1String(name));
-    label->setTextFormat(Qt::PlainText);
-    return label;
-}
-
-QFrame *hairline(QWidget *parent) {
-    auto *const line = new QFrame(parent);
-    line->setFixedHeight(1);
-    line->setProperty("hairline", true);
-    return line;
-}
 
 QString sizeWords(std::uint64_t bytes) {
     return readersSize(UtilityFunction::convertVolSpace(bytes));
@@ -97,8 +77,7 @@ DuplicatesResultsPanel::DuplicatesResultsPanel(Page &controller, QWidget *parent
       m_box(new QStackedWidget(this)),
       m_outline(new DuplicatesView(controller, m_model, m_box)),
       m_empty(makeEmpty()),
-      m_removing(makeRemoving()),
-      m_filterSettled(new QTimer(this)) {
+      m_removing(makeRemoving()) {
     for (QWidget *const page : {static_cast<QWidget *>(m_outline), m_empty, m_removing})
         m_box->addWidget(page);
     auto *const list = new QVBoxLayout;
@@ -124,13 +103,11 @@ DuplicatesResultsPanel::DuplicatesResultsPanel(Page &controller, QWidget *parent
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addLayout(upper, 1);
-    layout->addWidget(hairline(this));
+    layout->addWidget(makeHairline(this));
     layout->addWidget(makeBottom());
     setFocusProxy(m_outline);
 
     takeFolders(m_controller, this);
-    bindPadlock();
-    bindFilter();
     const auto *const page = &m_controller;
     connect(page, &Page::stateChanged, this, &DuplicatesResultsPanel::followState);
     connect(page, &Page::controlsChanged, this, &DuplicatesResultsPanel::followControls);
@@ -165,14 +142,14 @@ QWidget *DuplicatesResultsPanel::makeHeading() {
     auto *const row = new QHBoxLayout(heading);
     row->setContentsMargins(2 * theme::grid, theme::grid, 2 * theme::grid, 2 * theme::grid);
     row->setSpacing(3 * theme::grid);
-    m_wasted = plainLabel("duplicates.wasted", heading);
+    m_wasted = makePlainLabel("duplicates.wasted", heading);
     theme::keepFont(m_wasted, 28, true);
     m_wasted->setProperty("number", true);
     row->addWidget(m_wasted);
     auto *const words = new QVBoxLayout;
     words->setSpacing(0);
-    m_wastedWords = plainLabel("duplicates.wastedWords", heading);
-    titleLabel = plainLabel("titleLabel", heading);
+    m_wastedWords = makePlainLabel("duplicates.wastedWords", heading);
+    titleLabel = makePlainLabel("titleLabel", heading);
     titleLabel->setProperty("secondary", true);
     words->addWidget(m_wastedWords);
     words->addWidget(titleLabel);
@@ -194,13 +171,12 @@ QWidget *DuplicatesResultsPanel::makeHeading() {
         UserDefaults::standardUserDefaults().setObject(DSDuplicatesNoDetails, !on);
         followPane();
     });
-    m_filter = new QLineEdit(heading);
+    m_filter = new FilterField(localizedText("DUP_FILTER"), this, heading);
     m_filter->setObjectName(QStringLiteral("duplicates.filter"));
-    m_filter->setPlaceholderText(localizedText("DUP_FILTER"));
-    m_filter->setAccessibleName(localizedText("DUP_FILTER"));
-    m_filter->setClearButtonEnabled(true);
     m_filter->setAcceptDrops(false); // a folder is for the page
-    theme::keepSize(m_filter, filterWidth, 0);
+    connect(m_filter, &FilterField::settled, &m_controller, &Page::setFilter);
+    connect(m_filter, &FilterField::left, this,
+            [this] { m_outline->setFocus(Qt::ShortcutFocusReason); });
     row->addWidget(m_filter);
     row->addWidget(m_details);
     return heading;
@@ -211,7 +187,7 @@ QWidget *DuplicatesResultsPanel::makeNotice() {
     m_notice->setProperty("card", true);
     auto *const row = new QHBoxLayout(m_notice);
     row->setContentsMargins(3 * theme::grid, theme::grid, 2 * theme::grid, theme::grid);
-    m_noticeWords = plainLabel("duplicates.notice", m_notice);
+    m_noticeWords = makePlainLabel("duplicates.notice", m_notice);
     m_noticeWords->setWordWrap(true);
     row->addWidget(m_noticeWords, 1);
     m_showAll = new QPushButton(localizedText("SHOW_ALL"), m_notice);
@@ -233,7 +209,7 @@ QWidget *DuplicatesResultsPanel::makeEmpty() {
     theme::keepSize(picture, pictureSide, pictureSide);
     layout->addWidget(picture, 0, Qt::AlignHCenter);
     layout->addSpacing(3 * theme::grid);
-    m_emptyTitle = plainLabel("duplicates.empty", page);
+    m_emptyTitle = makePlainLabel("duplicates.empty", page);
     theme::keepFont(m_emptyTitle, 18, true);
     layout->addWidget(m_emptyTitle, 0, Qt::AlignHCenter);
     m_emptyLimit = makeLimitLink(m_controller, page);
@@ -247,7 +223,7 @@ QWidget *DuplicatesResultsPanel::makeRemoving() {
     auto *const layout = new QVBoxLayout(page);
     layout->setSpacing(4 * theme::grid);
     layout->addStretch(2);
-    m_removingPath = plainLabel("duplicates.removingPath", page);
+    m_removingPath = makePlainLabel("duplicates.removingPath", page);
     m_removingPath->setAlignment(Qt::AlignCenter);
     m_removingPath->setProperty("secondary", true);
     layout->addWidget(m_removingPath, 0, Qt::AlignHCenter);
@@ -272,27 +248,20 @@ QWidget *DuplicatesResultsPanel::makeBottom() {
     auto *const row = new QHBoxLayout(bottom);
     row->setContentsMargins(4 * theme::grid, 3 * theme::grid, 4 * theme::grid, 3 * theme::grid);
     row->setSpacing(3 * theme::grid);
-    m_back = new QPushButton(localizedText("BACK"), bottom);
-    m_back->setObjectName(QStringLiteral("backButton"));
-    m_back->setIcon(imageNamed(isRightToLeft() ? QStringLiteral("arrow_right.png")
-                                               : QStringLiteral("arrow_left.png")));
+    m_back = makeBackButton(bottom);
     row->addWidget(m_back);
     m_folder = new QPushButton(localizedText("CHOOSE_FOLDER"), bottom);
     m_folder->setObjectName(QStringLiteral("folderButton"));
     row->addWidget(m_folder);
-    lockButton = new QToolButton(bottom);
-    lockButton->setObjectName(QStringLiteral("lockButton"));
-    lockButton->setCheckable(true);
-    theme::keep(lockButton, [this] {
-        lockButton->setIconSize({theme::height(lockSide), theme::height(lockSide)});
-    });
-    lockButton->setAccessibleName(localizedText("PADLOCK"));
+    lockButton = new PadlockButton(m_controller.padlock(), bottom);
+    connect(lockButton, &PadlockButton::unlockWanted, &m_controller, &Page::unlockRigths);
+    connect(&m_controller, &Page::unlockAnimation, lockButton, &PadlockButton::blink);
+    connect(&m_controller.padlock(), &PadlockController::askingChanged, this,
+            &DuplicatesResultsPanel::followControls);
     row->addWidget(lockButton);
-    m_padlockBlink = new Animation(bottom);
-    m_padlockBlink->hide();
     auto *const words = new QVBoxLayout;
     words->setSpacing(0);
-    m_sum = plainLabel("duplicates.sum", bottom);
+    m_sum = makePlainLabel("duplicates.sum", bottom);
     theme::keepFont(m_sum, 18, true);
     m_sum->setProperty("number", true);
     QSizePolicy keepsRoom = m_sum->sizePolicy();
@@ -308,66 +277,12 @@ QWidget *DuplicatesResultsPanel::makeBottom() {
     m_trashImage = new ImageView(QStringLiteral("user_trash_m.png"), bottom);
     theme::keepSize(m_trashImage, trashSide, trashSide);
     row->addWidget(m_trashImage);
-    m_remove = new QPushButton(localizedText("DUP_REMOVE"), bottom);
-    m_remove->setObjectName(QStringLiteral("removeButton"));
-    m_remove->setProperty("primary", true);
-    theme::keep(m_remove, [this] {
-        m_remove->setMinimumSize(theme::height(buttonWidth), theme::height(buttonHeight));
-    });
+    m_remove = makeRemovingButton("removeButton", localizedText("DUP_REMOVE"), bottom);
     row->addWidget(m_remove);
     connect(m_back, &QPushButton::clicked, &m_controller, &Page::backButtonAction);
     connect(m_folder, &QPushButton::clicked, &m_controller, &Page::clickScanBtn);
     connect(m_remove, &QPushButton::clicked, &m_controller, &Page::removeBtnClicked);
     return bottom;
-}
-
-void DuplicatesResultsPanel::bindPadlock() {
-    PadlockController &padlock = m_controller.padlock();
-    const auto showLock = [this, &padlock](bool open) {
-        const QString why = padlock.isWithoutAgent()
-                                ? localizedText("LOCK_NO_AGENT")
-                                : localizedText("Click lock to get a higer privileges.");
-        lockButton->setToolTip(QStringLiteral("<qt>%1</qt>").arg(why.toHtmlEscaped()));
-        lockButton->setAccessibleDescription(why);
-        lockButton->setChecked(open);
-        lockButton->setIcon(imageNamed(QLatin1String(padlock.imageName())));
-    };
-    // Assistive programs toggle it without a click.
-    connect(lockButton, &QToolButton::toggled, this, [this, &padlock](bool open) {
-        if (open != padlock.isOpen())
-            m_controller.unlockRigths(open);
-    });
-    connect(&padlock, &PadlockController::lockStateChanged, this, showLock);
-    connect(&padlock, &PadlockController::askingChanged, this,
-            &DuplicatesResultsPanel::followControls);
-    connect(&m_controller, &Page::unlockAnimation, this, [this](bool running) {
-        if (running)
-            m_padlockBlink->startUnlockAnimation(lockButton);
-        else
-            m_padlockBlink->stopUnlockAnimation(lockButton);
-    });
-    showLock(padlock.isOpen());
-}
-
-void DuplicatesResultsPanel::bindFilter() {
-    m_filterSettled->setSingleShot(true);
-    m_filterSettled->setInterval(filterSettles);
-    connect(m_filterSettled, &QTimer::timeout, this,
-            [this] { m_controller.setFilter(m_filter->text()); });
-    connect(m_filter, &QLineEdit::textChanged, m_filterSettled, qOverload<>(&QTimer::start));
-    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, m_filter, [this] {
-        m_filter->setFocus(Qt::ShortcutFocusReason);
-        m_filter->selectAll();
-    });
-    auto *const clear =
-        new QShortcut(Qt::Key_Escape, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
-    connect(clear, &QShortcut::activated, this, [this] {
-        m_filter->clear();
-        m_outline->setFocus(Qt::ShortcutFocusReason);
-    });
-    clear->setEnabled(false);
-    connect(m_filter, &QLineEdit::textChanged, clear,
-            [clear](const QString &text) { clear->setEnabled(!text.isEmpty()); });
 }
 
 // -- Showing
@@ -393,8 +308,7 @@ void DuplicatesResultsPanel::followState() {
     if (state == Page::State::Searching || state == Page::State::Stopping) {
         m_isNew = true;
         m_outcome.clear();
-        m_filter->clear();
-        m_filterSettled->stop();
+        m_filter->reset();
         if (!m_controller.filter().isEmpty())
             m_controller.setFilter({});
         return;

@@ -6,20 +6,19 @@
 
 class QFrame;
 class QLabel;
-class QLineEdit;
 class QProgressBar;
 class QPushButton;
 class QStackedWidget;
-class QTimer;
 class QToolButton;
 
 namespace brightsweep {
 
-class Animation;
 class DuplicateListsView;
 class DuplicatePane;
 class DuplicatesView;
+class FilterField;
 class ImageView;
+class PadlockButton;
 class StyledLabel;
 class TickMenu;
 
@@ -45,8 +44,6 @@ private:
     QWidget *makeEmpty();
     QWidget *makeRemoving();
     QWidget *makeBottom();
-    void bindPadlock();
-    void bindFilter();
     void followState();
     void followPage();
     void followPane();
@@ -80,16 +77,14 @@ private:
     QLabel *m_wastedWords;
     QLabel *titleLabel;
     TickMenu *m_tickMenu;
-    QLineEdit *m_filter;
-    QTimer *m_filterSettled;
+    FilterField *m_filter;
     QFrame *m_notice;
     QLabel *m_noticeWords;
     QPushButton *m_showAll;
     QString m_outcome; ///< of the last removal, in words; empty before one
     QPushButton *m_back;
     QPushButton *m_folder;
-    QToolButton *lockButton;
-    Animation *m_padlockBlink;
+    PadlockButton *lockButton;
     QLabel *m_sum;
     ImageView *m_trashImage;
     StyledLabel *trashFileNumTF;
