@@ -3,7 +3,7 @@
 
 build_packages=(g++ cmake ninja-build ccache qt6-base-dev 'qt6-svg-dev|libqt6svg6-dev'
     qt6-tools-dev qt6-l10n-tools)
-run_packages=(pkexec polkitd udisks2 fuse3 qt6-translations-l10n)
+run_packages=(pkexec polkitd udisks2 fuse3 qt6-translations-l10n libglu1-mesa)
 wayland_packages=(qt6-wayland)
 # clang-format 14 is the version that the sources are formatted with.
 test_packages=(libgtest-dev libgmock-dev 'clang-format-14|clang-format' python3 util-linux locales

@@ -11,6 +11,7 @@
     <message id="%d of %d selected, %@ will free up."><translation>%1 von %2 ausgewählt, %3 werden frei.</translation></message>
     <message id="%d of %d selected."><translation>%1 von %2 ausgewählt.</translation></message>
     <message id="%lu files in %@."><translation>%1 Dateien in %2.</translation></message>
+    <message id="ABOUT_CHART"><translation>Ringdiagramm mit %1</translation></message>
     <message id="ABOUT_TEXT"><translation>Findet, was Ihre Datenträger füllt, zeigt es, bevor es verschwindet, und behält den freien Platz jedes Datenträgers im Auge.</translation></message>
     <message id="ABOUT_TITLE"><translation>Über Brightsweep</translation></message>
     <message id="ABOUT_VERSION"><translation>Version %1</translation></message>

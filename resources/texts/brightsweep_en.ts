@@ -11,6 +11,7 @@
     <message id="%d of %d selected, %@ will free up."><translation>%1 of %2 selected, %3 will free up.</translation></message>
     <message id="%d of %d selected."><translation>%1 of %2 selected.</translation></message>
     <message id="%lu files in %@."><translation>%1 files in %2.</translation></message>
+    <message id="ABOUT_CHART"><translation>Ring chart by %1</translation></message>
     <message id="ABOUT_TEXT"><translation>Finds what fills your disks, shows it before it goes, and keeps an eye on the free space of every volume.</translation></message>
     <message id="ABOUT_TITLE"><translation>About Brightsweep</translation></message>
     <message id="ABOUT_VERSION"><translation>Version %1</translation></message>

@@ -11,6 +11,7 @@
     <message id="%d of %d selected, %@ will free up."><translation>已选择 %1 项，共 %2 项，将释放 %3。</translation></message>
     <message id="%d of %d selected."><translation>已选择 %1 项，共 %2 项。</translation></message>
     <message id="%lu files in %@."><translation>“%2”中有 %1 个文件。</translation></message>
+    <message id="ABOUT_CHART"><translation>环形图由 %1 绘制</translation></message>
     <message id="ABOUT_TEXT"><translation>找出占满磁盘的内容，在移除之前显示给您，并留意每个卷的可用空间。</translation></message>
     <message id="ABOUT_TITLE"><translation>关于 Brightsweep</translation></message>
     <message id="ABOUT_VERSION"><translation>版本 %1</translation></message>

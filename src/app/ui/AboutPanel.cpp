@@ -1,6 +1,7 @@
 #include "app/ui/AboutPanel.h"
 
 #include "core/Texts.h"
+#include "diskusage/ui/ChartCanvasChoice.h"
 #include "foundation/Identity.h"
 #include "ui/ImageProvider.h"
 #include "ui/Theme.h"
@@ -47,6 +48,7 @@ AboutPanel::AboutPanel(QWidget *parent) : QDialog(parent) {
     addLine(localizedText("ABOUT_VERSION").arg(QLatin1String(programVersion)), 12, false, true);
     layout->addSpacing(3 * theme::grid);
     addLine(localizedText("ABOUT_TEXT"), 12, false, false);
+    addLine(localizedText("ABOUT_CHART").arg(ChartCanvasChoice::shared().name()), 11, false, true);
     layout->addSpacing(5 * theme::grid);
 
     auto *const close = new QPushButton(localizedText("CLOSE"), this);

@@ -10,6 +10,7 @@
 #include "cleaning/ui/QuickCleanWindow.h"
 #include "core/MacLog.h"
 #include "core/Texts.h"
+#include "diskusage/ui/ChartCanvasChoice.h"
 #include "foundation/Identity.h"
 #include "foundation/Log.h"
 #include "foundation/UserDefaults.h"
@@ -177,6 +178,10 @@ int runApplication(int argc, char **argv, int terminal) {
     const auto start = Steady::now();
     starterTerminal = terminal;
     qInstallMessageHandler(logMessage);
+    if (argc > 1 && std::string_view(argv[1]) == probeChartCanvasArgument) {
+        const QGuiApplication application(argc, argv);
+        return ChartCanvasChoice::probe();
+    }
     const auto request = requestOf(argc, argv);
     MacLog::createSupportFolder();
 

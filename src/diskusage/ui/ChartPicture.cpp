@@ -5,6 +5,8 @@
 #include "diskusage/AllDir.h"
 #include "diskusage/ChartLabels.h"
 #include "diskusage/RingChart.h"
+#include "diskusage/ui/ChartCanvasChoice.h"
+#include "diskusage/ui/OffscreenGl.h"
 #include "diskusage/ui/PainterCanvas.h"
 #include "foundation/Paths.h"
 #include "ui/Theme.h"
@@ -24,9 +26,21 @@ namespace {
 
 constexpr double labelSize = 10.5;
 constexpr double smallestSize = 8; // in the centre
+constexpr int narrowestLabelled = 16;
 constexpr int centreLevel = 1;
 constexpr double tickWidth = 2.5;
 constexpr double chartReach = 3; // from the centre to the nearest edge
+
+// Lays out what another canvas draws.
+class SectorsOnly final : public PlaneCanvas {
+public:
+    explicit SectorsOnly(QSize size) : PlaneCanvas(size) {}
+
+protected:
+    void drawOutline(const Area &, Colour) override {}
+    void fillArea(const Area &, Colour) override {}
+    void clearDevice(Colour, std::uint8_t) override {}
+};
 
 } // namespace
 
@@ -36,17 +50,34 @@ QSize ChartPicture::pixels() const {
     return (QSizeF(m_size) * m_ratio).toSize();
 }
 
+// By OpenGL where that is in use; then the sectors are laid out once more without being drawn.
 QImage ChartPicture::paintChart(RingChart &chart) {
-    QImage image(pixels(), QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    PainterCanvas canvas(painter, image.size(), m_ratio);
-    canvas.keepSectors(theme::height(16) * m_ratio);
-    {
+    const QSize all = pixels();
+    const auto draw = [&](QSize size) { chart.drawChart(size.width(), size.height()); };
+    const double narrowest = theme::height(narrowestLabelled) * m_ratio;
+    QImage image;
+    if (OffscreenGl *const gl = ChartCanvasChoice::shared().gl())
+        image = gl->paint(all, m_ratio, draw);
+    if (!image.isNull()) {
+        SectorsOnly canvas(all);
+        canvas.keepSectors(narrowest);
         const ChartCanvas::Use use(canvas);
-        chart.drawChart(image.width(), image.height());
+        draw(all);
+        m_sectors = canvas.sectors();
     }
-    m_sectors = canvas.sectors();
+    const bool isDrawn = !image.isNull();
+    if (!isDrawn) {
+        image = QImage(all, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+    }
+    QPainter painter(&image);
+    if (!isDrawn) {
+        PainterCanvas canvas(painter, all, m_ratio);
+        canvas.keepSectors(narrowest);
+        const ChartCanvas::Use use(canvas);
+        draw(all);
+        m_sectors = canvas.sectors();
+    }
     paintLabels(painter, m_sectors);
     painter.end();
     image.setDevicePixelRatio(m_ratio);
@@ -57,7 +88,7 @@ void ChartPicture::paintFound(RingChart &chart, QPainter &painter) {
     painter.save();
     painter.scale(1 / m_ratio, 1 / m_ratio);
     PainterCanvas canvas(painter, pixels(), m_ratio);
-    canvas.keepSectors(theme::height(16) * m_ratio);
+    canvas.keepSectors(theme::height(narrowestLabelled) * m_ratio);
     {
         const ChartCanvas::Use use(canvas);
         chart.drawFound(pixels().width(), pixels().height());

@@ -3,6 +3,7 @@
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "diskusage/V4DiskUsageViewController.h"
+#include "diskusage/ui/ChartCanvasChoice.h"
 #include "diskusage/ui/ChartPicture.h"
 #include "foundation/Paths.h"
 #include "ui/Theme.h"
@@ -53,10 +54,12 @@ CustomOpenGLView::CustomOpenGLView(V4DiskUsageViewController &page, QWidget *par
     connect(&m_chart, &RingChart::redrawNeeded, this, &CustomOpenGLView::redraw);
     connect(&m_page, &V4DiskUsageViewController::bubbleChanged, this, [this] { update(); });
     connect(&m_page, &V4DiskUsageViewController::marksChanged, this, [this] { update(); });
-    connect(&theme::look(), &theme::Look::changed, this, [this] {
+    const auto paintAnew = [this] {
         m_key = {};
         update();
-    });
+    };
+    connect(&theme::look(), &theme::Look::changed, this, paintAnew);
+    connect(&ChartCanvasChoice::shared(), &ChartCanvasChoice::changed, this, paintAnew);
 }
 
 QSize CustomOpenGLView::sizeHint() const {

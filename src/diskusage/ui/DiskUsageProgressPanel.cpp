@@ -2,6 +2,7 @@
 
 #include "core/Texts.h"
 #include "diskusage/DiskUsageAppController.h"
+#include "diskusage/ui/ChartCanvasChoice.h"
 #include "diskusage/ui/CustomOpenGLView.h"
 #include "foundation/Paths.h"
 #include "ui/ImageView.h"
@@ -67,6 +68,8 @@ QSize DiskUsageProgressPanel::sizeHint() const {
 }
 
 void DiskUsageProgressPanel::showEvent(QShowEvent *) {
+    if (m_controller.isChart())
+        ChartCanvasChoice::shared().begin();
     m_chart->setGrowing(true);
     follow();
 }
