@@ -17,7 +17,10 @@ TREE = "home/tree"
 
 class UsagePage(unittest.TestCase):
     def setUp(self):
-        self.desktop = Desktop(PROGRAM)
+        self.make()
+
+    def make(self, **kinds):
+        self.desktop = Desktop(PROGRAM, **kinds)
         self.addCleanup(self.desktop.close)
         self.folder = self.desktop.folder
         for name, size in (("a/deep/large", 800_000), ("a/other", 300_000), ("a/small", 900),
@@ -112,6 +115,29 @@ class UsagePage(unittest.TestCase):
         self.desktop.press("Back")
         self.desktop.wait_for("Choose Folder…")
         self.assertEqual(self.gone(), set())
+
+    def test_the_list_takes_what_is_ticked_itself(self):
+        self.desktop.settings("DSDiskUsageShowStyle", "false")
+        self.desktop.start_program("--usage", f"{self.folder}/{TREE}")
+        self.desktop.wait_for("a, 1.10 MB", "d, 600.00 KB")
+        self.keys("space")  # on the largest one
+        self.desktop.wait_for("1 items are selected.")
+        self.desktop.tap("Right")
+        self.desktop.wait_for("deep, 800.00 KB")
+        self.desktop.tap("space")  # the folder itself stays then
+        self.desktop.wait_for("1 items are selected.", "300.00 KB")
+        self.desktop.tap("Delete")
+        self.desktop.wait_for("Remove 1 item?")
+        self.desktop.key("Tab", at="Cancel")
+        self.desktop.key("Tab", at="Move to Trash")
+        self.desktop.key("space", at="Remove")
+        self.desktop.wait_for("1 item removed")
+        self.assertEqual(self.gone(), {"a/other"})
+
+    def test_without_x11_it_is_painted(self):
+        self.make(display="wayland")
+        self.start()
+        self.assertIn("Ring chart: QPainter", self.desktop.log_text())
 
 
 if __name__ == "__main__":

@@ -121,10 +121,35 @@ FileBrowserView::FileBrowserView(DiskUsageAppController &page, QWidget *parent)
     setResizeGripsVisible(false);
     setItemDelegate(new Cell(*this));
     setModel(m_model);
+    connect(m_model, &QAbstractItemModel::modelReset, this, &FileBrowserView::goToFirst);
     // No preview at the end of the columns: an empty one takes no room.
     auto *const nothing = new QWidget(this);
     nothing->setFixedWidth(0);
     setPreviewWidget(nothing);
+}
+
+// The keyboard is on the largest item.
+void FileBrowserView::goToFirst() {
+    setCurrentIndex(m_model->index(0, 0, {}));
+}
+
+void FileBrowserView::focusInEvent(QFocusEvent *event) {
+    QColumnView::focusInEvent(event);
+    if (!currentIndex().isValid())
+        goToFirst();
+}
+
+// Before a column has the keyboard, the browser itself does.
+void FileBrowserView::keyPressEvent(QKeyEvent *event) {
+    const QModelIndex index = currentIndex();
+    if (event->key() == Qt::Key_Delete) {
+        Q_EMIT removalRequested();
+    } else if (event->key() == Qt::Key_Space && index.isValid()) {
+        const bool isOn = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+        m_model->setData(index, isOn ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+    } else {
+        QColumnView::keyPressEvent(event);
+    }
 }
 
 QSize FileBrowserView::sizeHint() const {

@@ -24,9 +24,13 @@ Q_SIGNALS:
 protected:
     QAbstractItemView *createColumn(const QModelIndex &index) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
 
 private:
     class Cell;
+
+    void goToFirst();
 
     FileSystemBrowserModel *m_model;
     FileIcons m_icons;
