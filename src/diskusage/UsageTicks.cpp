@@ -9,6 +9,7 @@
 #include "removal/TrashRecord.h"
 
 #include <algorithm>
+#include <set>
 #include <unordered_map>
 #include <utility>
 
@@ -226,14 +227,17 @@ void UsageTicks::select(std::size_t row, bool selected) {
 
 std::uint64_t UsageTicks::sheetFreed() const {
     FreedBytes all;
-    std::string above; // the last selected folder, with a slash
+    std::set<std::filesystem::path> folders; // selected, each before what lies in it
     for (std::size_t i = 0; i < m_sheet.size() && i < m_freed.size(); ++i) {
-        const std::string &path = m_sheet[i].aFileInfo.path.native();
-        if (!m_sheet[i].isSelected || (!above.empty() && path.starts_with(above)))
+        const std::filesystem::path &path = m_sheet[i].aFileInfo.path;
+        bool isWithin = !m_sheet[i].isSelected;
+        for (auto above = parentOf(path); !isWithin && !above.empty(); above = parentOf(above))
+            isWithin = folders.contains(above);
+        if (isWithin)
             continue;
         all.add(m_freed[i]);
         if (m_sheet[i].isDir)
-            above = path + "/";
+            folders.insert(path);
     }
     return all.sum();
 }

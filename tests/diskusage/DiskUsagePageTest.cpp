@@ -183,6 +183,24 @@ TEST_F(DiskUsagePageTest, TheChartFollowsWhatGoes) {
     EXPECT_EQ(chart.rootFacts().bytes, 30'000u);
 }
 
+// The name between the two sorts between them, too.
+TEST_F(DiskUsagePageTest, WhatLiesInATickedFolderIsFreedOnce) {
+    const std::string block(4096, 'x');
+    tree.file("a/x", block);
+    tree.file("a b/y", block);
+    scan(true, tree.top());
+    view().colorButtonAction(row("a"));
+    view().colorButtonAction(row("a b"));
+    go("a");
+    view().colorButtonAction(row("x"));
+    ask();
+    EXPECT_EQ(view().selection().sheet().size(), 3u);
+    EXPECT_EQ(view().selection().sheetFreed(), 8192u);
+    remove();
+    EXPECT_TRUE(tree.snapshot().empty());
+    EXPECT_EQ(view().selection().report().failed, 0u);
+}
+
 TEST_F(DiskUsagePageTest, TakesNoTickThatNoRemovalWouldHonour) {
     const auto home = test::TestEnvironment::current().home();
     TestTree(home).sparseFile(".config/file", 100);
