@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QListView>
+#include "ui/LeftList.h"
 
 namespace brightsweep {
 
@@ -8,7 +8,7 @@ class NewMainViewController;
 
 /// The left list of the clean page: the overview and the six categories, each with its tick and
 /// with what was found. The controller outlives it. Main thread.
-class LeftListView : public QListView {
+class LeftListView : public LeftList {
     Q_OBJECT
 
 public:
@@ -20,16 +20,15 @@ public:
     QString checkImage(int row) const;
 
 protected:
-    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void chosen(int row) override;
     void mousePressEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    void showRow();
+    void followPage();
     bool tick(int row);
 
     NewMainViewController &m_controller;
-    bool m_following = false;
 };
 
 } // namespace brightsweep

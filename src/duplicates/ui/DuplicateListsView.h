@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QListView>
+#include "ui/LeftList.h"
 
 namespace brightsweep {
 
@@ -9,7 +9,7 @@ class SameFileDeleteViewController;
 
 /// The left list of the duplicates page: all files and the six classes, each with the size of its
 /// files. Page and model outlive it. Main thread.
-class DuplicateListsView : public QListView {
+class DuplicateListsView : public LeftList {
     Q_OBJECT
 
 public:
@@ -17,14 +17,10 @@ public:
                        QWidget *parent = nullptr);
 
 protected:
-    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void chosen(int row) override;
 
 private:
-    void showRow();
-
-    SameFileDeleteViewController &m_page;
     DuplicateOutlineModel &m_outline;
-    bool m_following = false;
 };
 
 } // namespace brightsweep
