@@ -122,8 +122,8 @@ bool isAncestor(const std::vector<Mount> &mounts, const Mount &ancestor, const M
 bool isHidden(const std::vector<Mount> &mounts, std::size_t index) {
     const Mount &mount = mounts[index];
     for (std::size_t i = 0; i < mounts.size(); ++i) {
-        const bool covers = mounts[i].parentId == mount.id &&
-                            mounts[i].mountPoint == mount.mountPoint && i != index;
+        const bool covers = i != index && mounts[i].mountPoint == mount.mountPoint &&
+                            isAncestor(mounts, mount, mounts[i]);
         if (covers)
             return true;
         if (i > index && paths::isSameOrBelow(mount.mountPoint, mounts[i].mountPoint) &&

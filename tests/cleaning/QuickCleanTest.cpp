@@ -11,6 +11,7 @@
 #include "removal/RemovalRun.h"
 #include "support/ChildProcess.h"
 #include "support/FaultPlatform.h"
+#include "support/NeedsRoot.h"
 #include "support/Removals.h"
 #include "support/TestTree.h"
 
@@ -164,6 +165,7 @@ TEST(DeleteFolderOperation, DescendsIntoWhatStays) {
 
 // Neither what is mounted nor what it is mounted in goes, and the walk never enters it.
 TEST(DeleteFolderOperation, LeavesWhatHoldsAVolumeWhole) {
+    test::needRoot();
     TestTree tree;
     tree.file("folder/holder/sibling");
     tree.directory("folder/holder/mnt");
@@ -224,6 +226,7 @@ TEST(DeleteFolderOperation, WithRightsOnlyWhatTheToolLeftStays) {
 }
 
 TEST(DeleteFolderOperation, OpensWhatItsOwnerClosedAndClosesWhatStays) {
+    test::needRoot();
     TestTree tree;
     tree.file("folder/closed/file");
     tree.file("folder/held/foreign/file");

@@ -1,5 +1,6 @@
 #include "support/ChildProcess.h"
 #include "support/CleanableMachine.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
@@ -26,6 +27,7 @@ protected:
 };
 
 TEST_F(Program, FirstRunMakesItsFolderAndTheSecondLogsThere) {
+    test::needRoot();
     CleanableMachine machine;
     TestTree &home = machine.home;
     const auto before = machine.state();
@@ -94,6 +96,7 @@ TEST_F(Program, MeetsClosedDescriptorsAndALimitOnFilesAsErrors) {
 }
 
 TEST_F(Program, WorksWithoutAThreadToBeHad) {
+    test::needRoot();
     CleanableMachine machine;
     std::filesystem::permissions(TestEnvironment::current().root(), std::filesystem::perms(0755));
     for (const char *copy : {"a", "b"})

@@ -126,6 +126,7 @@ TEST_F(ScanClean, WordsForPeopleKeepOneLinePerItem) {
 }
 
 TEST_F(ScanClean, WithoutACategoryTheStoredSelectionDecides) {
+    test::needRoot();
     const auto set = [](const char *key, const char *value) {
         EXPECT_EQ(cli({"settings", "set", key, value}).status, 0) << key;
     };

@@ -2,6 +2,7 @@
 
 #include "core/TaskStopper.h"
 #include "support/ChildProcess.h"
+#include "support/NeedsRoot.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -137,6 +138,7 @@ TEST(ThreadWorker, TheEndCallComesAfterAnExceptionToo) {
 
 // As a user who may not have another thread.
 TEST(ThreadWorker, TheEndCallComesWithoutAThreadToo) {
+    test::needRoot();
     const int status = test::runInChild([] {
         const auto user = uid_t(1'000'000 + ::getpid());
         const rlimit none = {1, 1};

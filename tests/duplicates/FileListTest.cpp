@@ -1,6 +1,7 @@
 #include "duplicates/getFileList.h"
 #include "support/ChildProcess.h"
 #include "support/FaultPlatform.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
@@ -114,6 +115,7 @@ TEST(FileList, ARootInsideABundleIsThatBundle) {
 }
 
 TEST(FileList, SystemWords) {
+    test::needRoot();
     const char *system[] = {"/Library", "/library/x", "/LIBRARY", "/Volumes",
                             "/sbin",    "/usr/share", "/proc",    "/nix"};
     const char *others[] = {"/Users/a/Library", "/home", "/", "/Applications", "/srv"};

@@ -29,6 +29,7 @@ TEST(SmallFile, ReplacesAndKeepsModeAndLink) {
 }
 
 TEST(SmallFile, ReplacesOnlyFilesOfTheUsersOwn) {
+    test::needRoot();
     test::TestTree tree;
     const auto foreign = tree.file("foreign", "theirs");
     tree.link("to foreign", foreign);
@@ -52,6 +53,7 @@ TEST(SmallFile, ReplacesOnlyFilesOfTheUsersOwn) {
 }
 
 TEST(SmallFile, ClearsWhatKilledWritersLeft) {
+    test::needRoot();
     test::TestTree tree;
     const std::string ours = ".com.norvmac.DeskSweeperPro.new-";
     tree.file("d/" + ours + "abcdef");

@@ -119,6 +119,7 @@ TEST(Helper, EndsAtAStreamThatCannotBeRead) {
 }
 
 TEST(Helper, RefusesWhatMustStay) {
+    test::needRoot();
     auto &environment = TestEnvironment::current();
     TestTree all(environment.root());
     all.file("work/folder/item");
@@ -321,6 +322,7 @@ TEST(Helper, LeavesATreeWithAMountInItWhole) {
 }
 
 TEST(Helper, SendsTheBeginningOfWhatTheToolSays) {
+    test::needRoot();
     TestTree tree;
     const std::string name(200, 'n');
     tree.file("folder/" + name + "/file");

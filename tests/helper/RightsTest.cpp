@@ -57,6 +57,7 @@ TEST(Rights, RootGetsThemWithoutBeingAsked) {
 
 // Neither a stop nor giving the rights up waits for the tool.
 TEST(Rights, ARemovalEndsWhenItIsStoppedOrTheRightsAreGivenUp) {
+    test::needRoot();
     TestTree tree;
     for (int i = 0; i < 5; ++i)
         tree.deepChain("folder/item/" + std::to_string(i), 9'000);

@@ -148,6 +148,7 @@ TEST(Removal, RefusesProtectedPlacesAndWhatHoldsThem) {
 // Directories that their owner closed go all the same, and those that survive are closed again:
 // after an error, by the program's end, and after a kill by the next start.
 TEST(Removal, OpensModesOfDirectoriesAndPutsThemBack) {
+    test::needRoot();
     TestTree tree;
     const auto journal = tree.path("journal/modes");
     const auto build = [&] {

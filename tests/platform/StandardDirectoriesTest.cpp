@@ -123,6 +123,7 @@ TEST(StandardDirectories, DownloadsAreWhereTheUserSaysUnlessThatIsTooMuch) {
 
 // Whatever a variable or a link names: only a folder of the user's own with no other purpose.
 TEST(StandardDirectories, ACacheFolderIsTheUsersOwnAndNothingElse) {
+    test::needRoot();
     TestTree home(TestEnvironment::current().home());
     TestTree elsewhere;
     elsewhere.directory("caches");

@@ -41,9 +41,8 @@ bool waitsForServer(pid_t process) {
 
 class Interruption : public testing::TestWithParam<Manner> {
 protected:
-    static void SetUpTestSuite() { PrivateMachine::current(); }
-
     Interruption() {
+        PrivateMachine::current();
         machine.home.sparseFile("Measured/known", 5000);
         const auto place = machine.home.directory("Measured/a/dead");
         before = machine.state();

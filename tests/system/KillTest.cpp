@@ -1,5 +1,6 @@
 #include "support/ChildProcess.h"
 #include "support/CleanableMachine.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 
 #include <gmock/gmock.h>
@@ -135,6 +136,7 @@ protected:
 // other half as soon as a drawn number of the items has gone, which meets the removal itself. With
 // 100 rounds a fault that shows in one of 30 moments is missed less than once in 25 runs.
 TEST_F(KilledClean, LeavesEverythingElseAsItWas) {
+    needRoot();
     refill();
     const auto untouched = others();
     const auto begin = std::chrono::steady_clock::now();
