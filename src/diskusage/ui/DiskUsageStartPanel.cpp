@@ -6,15 +6,14 @@
 #include "foundation/Paths.h"
 #include "ui/AlertSheet.h"
 #include "ui/FolderChoice.h"
+#include "ui/FolderDropCard.h"
 #include "ui/ImageProvider.h"
-#include "ui/ImageView.h"
-#include "ui/Paragraph.h"
+#include "ui/PageParts.h"
 #include "ui/Theme.h"
 
 #include <QButtonGroup>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPainter>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QToolButton>
@@ -23,12 +22,9 @@ namespace brightsweep {
 
 namespace {
 
-constexpr int pictureSide = 96;
 constexpr int placesWidth = 320;
 constexpr int cardWidth = 420;
 constexpr int sentenceWidth = 340;
-constexpr int buttonWidth = 168;
-constexpr int buttonHeight = 40;
 constexpr int modeIconSide = 18;
 
 struct Mode {
@@ -106,51 +102,20 @@ DiskUsageStartPanel::DiskUsageStartPanel(DiskUsageAppController &controller, QWi
         content.text = localizedText(key);
         AlertSheet::show(std::move(content), window());
     });
-    connect(m_choice, &FolderChoice::hovered, this, [this](bool isOver) {
-        m_isHovered = isOver;
-        update();
-    });
     follow();
 }
 
 QWidget *DiskUsageStartPanel::makeDropCard() {
-    m_card = new QWidget(this);
-    auto *const inner = new QVBoxLayout(m_card);
-    inner->setContentsMargins(6 * theme::grid, 5 * theme::grid, 6 * theme::grid, 6 * theme::grid);
-    inner->setSpacing(0);
-    auto *const picture = new ImageView(QStringLiteral("start_disk_usage.png"), m_card);
-    theme::keepSize(picture, pictureSide, pictureSide);
-    inner->addWidget(picture, 0, Qt::AlignHCenter);
-    inner->addSpacing(3 * theme::grid);
-    auto *const title = new QLabel(localizedText("Disk Usage"), m_card);
-    theme::keepFont(title, 20, true);
-    inner->addWidget(title, 0, Qt::AlignHCenter);
-    inner->addSpacing(2 * theme::grid);
-    auto *const sentence = new Paragraph(localizedText("USAGE_DROP"), m_card);
-    sentence->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    sentence->setProperty("secondary", true);
-    theme::keepFont(sentence, 13);
-    inner->addWidget(sentence, 0, Qt::AlignHCenter);
-    inner->addSpacing(4 * theme::grid);
-    auto *const choose = new QPushButton(localizedText("CHOOSE_FOLDER"), m_card);
-    choose->setObjectName(QStringLiteral("folderButton"));
-    choose->setProperty("primary", true);
-    choose->setAutoDefault(true); // Enter presses it
-    theme::keepFont(choose, 14, true);
-    inner->addWidget(choose, 0, Qt::AlignHCenter);
-    m_word = new QLabel(m_card);
-    m_word->setObjectName(QStringLiteral("usage.word"));
-    m_word->setTextFormat(Qt::PlainText);
-    inner->addSpacing(2 * theme::grid);
-    inner->addWidget(m_word, 0, Qt::AlignHCenter);
-    theme::keep(m_card, [this, sentence, choose] {
-        sentence->setParagraphWidth(theme::height(sentenceWidth));
-        m_card->setMinimumWidth(theme::height(cardWidth));
-        choose->setMinimumSize(theme::height(buttonWidth), theme::height(buttonHeight));
-    });
-    connect(choose, &QPushButton::clicked, &m_controller, &DiskUsageAppController::clickIconAction);
-    setFocusProxy(choose);
-    return m_card;
+    auto *const card =
+        new FolderDropCard(localizedText("Disk Usage"), localizedText("USAGE_DROP"),
+                           {"start_disk_usage.png", cardWidth, sentenceWidth, 3}, this);
+    m_word = makePlainLabel("usage.word", card);
+    card->add(m_word);
+    connect(m_choice, &FolderChoice::hovered, card, &FolderDropCard::setHovered);
+    connect(card->chooseButton(), &QPushButton::clicked, &m_controller,
+            &DiskUsageAppController::clickIconAction);
+    setFocusProxy(card->chooseButton());
+    return card;
 }
 
 QWidget *DiskUsageStartPanel::makeMode() {
@@ -222,30 +187,12 @@ void DiskUsageStartPanel::listRecent() {
     heading->setProperty("secondary", true);
     m_recentRows->addWidget(heading, 0, Qt::AlignHCenter);
     for (const auto &folder : folders) {
-        auto *const row = new QPushButton(m_recent);
-        row->setObjectName(QStringLiteral("usage.recent"));
-        row->setFlat(true);
-        row->setAutoDefault(true);
-        const QString name = paths::displayFromHome(folder);
-        row->setText(row->fontMetrics()
-                         .elidedText(name, Qt::ElideMiddle, theme::height(sentenceWidth))
-                         .replace(u'&', QStringLiteral("&&")));
-        row->setToolTip(QStringLiteral("<qt>%1</qt>").arg(name.toHtmlEscaped()));
-        row->setAccessibleName(name);
+        auto *const row =
+            makeFolderButton("usage.recent", folder, theme::height(sentenceWidth), m_recent);
         m_recentRows->addWidget(row, 0, Qt::AlignHCenter);
         connect(row, &QPushButton::clicked, &m_controller,
                 [this, folder] { m_controller.viewDragAction(folder); });
     }
-}
-
-// The frame that says where to let go.
-void DiskUsageStartPanel::paintEvent(QPaintEvent *) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(m_isHovered ? theme::accent() : theme::hairline(), 2, Qt::DashLine));
-    painter.setBrush(m_isHovered ? theme::hover() : theme::raised());
-    painter.drawRoundedRect(QRectF(m_card->geometry()).adjusted(1, 1, -1, -1), 2 * theme::radius,
-                            2 * theme::radius);
 }
 
 } // namespace brightsweep

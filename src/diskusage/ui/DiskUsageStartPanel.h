@@ -10,7 +10,6 @@ namespace brightsweep {
 
 class DiskUsageAppController;
 class FolderChoice;
-class Paragraph;
 
 /// The start panel of the disk usage page: the home folder and the volumes with their fill, a place
 /// to drop a folder on, a button to choose one, the folders scanned last, and the mode of the next
@@ -25,7 +24,6 @@ public:
 
 protected:
     void showEvent(QShowEvent *) override;
-    void paintEvent(QPaintEvent *) override;
 
 private:
     QWidget *makeDropCard();
@@ -38,12 +36,10 @@ private:
     FolderChoice *m_choice;
     QWidget *m_places;
     QVBoxLayout *m_placeRows;
-    QWidget *m_card = nullptr;
     QLabel *m_word = nullptr;
     QWidget *m_recent = nullptr;
     QVBoxLayout *m_recentRows = nullptr;
     QButtonGroup *m_mode = nullptr;
-    bool m_isHovered = false;
 };
 
 } // namespace brightsweep

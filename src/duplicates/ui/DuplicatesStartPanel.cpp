@@ -5,14 +5,11 @@
 #include "core/UtilityFunction.h"
 #include "duplicates/RecentFolders.h"
 #include "duplicates/SameFileDeleteViewController.h"
-#include "foundation/Paths.h"
 #include "ui/FolderChoice.h"
-#include "ui/ImageView.h"
-#include "ui/Paragraph.h"
+#include "ui/FolderDropCard.h"
 #include "ui/Theme.h"
 
 #include <QLabel>
-#include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -20,11 +17,8 @@ namespace brightsweep {
 
 namespace {
 
-constexpr int pictureSide = 96;
 constexpr int cardWidth = 520;
 constexpr int sentenceWidth = 420;
-constexpr int buttonWidth = 168;
-constexpr int buttonHeight = 40;
 
 } // namespace
 
@@ -49,46 +43,16 @@ DuplicatesStartPanel::DuplicatesStartPanel(SameFileDeleteViewController &control
                                            QWidget *parent)
     : QWidget(parent),
       m_controller(controller),
-      m_card(new QWidget(this)),
-      m_sentence(new Paragraph(localizedText("DUP_DROP"), m_card)),
+      m_card(new FolderDropCard(localizedText("Duplicates"), localizedText("DUP_DROP"),
+                                {"start_duplicates.png", cardWidth, sentenceWidth, 4}, this)),
       m_limit(makeLimitLink(controller, m_card)),
       m_stopped(new QLabel(localizedText("DUP_STOPPED"), m_card)),
       m_recent(new QWidget(this)),
       m_recentRows(new QVBoxLayout(m_recent)) {
-    auto *const inner = new QVBoxLayout(m_card);
-    inner->setContentsMargins(8 * theme::grid, 6 * theme::grid, 8 * theme::grid, 8 * theme::grid);
-    inner->setSpacing(0);
-    auto *const picture = new ImageView(QStringLiteral("start_duplicates.png"), m_card);
-    theme::keepSize(picture, pictureSide, pictureSide);
-    inner->addWidget(picture, 0, Qt::AlignHCenter);
-    inner->addSpacing(4 * theme::grid);
-    auto *const title = new QLabel(localizedText("Duplicates"), m_card);
-    theme::keepFont(title, 20, true);
-    inner->addWidget(title, 0, Qt::AlignHCenter);
-    inner->addSpacing(2 * theme::grid);
-    m_sentence->setObjectName(QStringLiteral("duplicates.sentence"));
-    m_sentence->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    m_sentence->setProperty("secondary", true);
-    theme::keepFont(m_sentence, 13);
-    inner->addWidget(m_sentence, 0, Qt::AlignHCenter);
-    inner->addSpacing(5 * theme::grid);
-    auto *const choose = new QPushButton(localizedText("CHOOSE_FOLDER"), m_card);
-    choose->setObjectName(QStringLiteral("folderButton"));
-    choose->setProperty("primary", true);
-    choose->setAutoDefault(true); // Enter presses it
-    theme::keepFont(choose, 14, true);
-    inner->addWidget(choose, 0, Qt::AlignHCenter);
-    inner->addSpacing(2 * theme::grid);
-    inner->addWidget(m_limit, 0, Qt::AlignHCenter);
     m_stopped->setObjectName(QStringLiteral("duplicates.stopped"));
-    inner->addSpacing(2 * theme::grid);
-    inner->addWidget(m_stopped, 0, Qt::AlignHCenter);
-    theme::keep(this, [this, choose] {
-        m_sentence->setParagraphWidth(theme::height(sentenceWidth));
-        m_card->setMinimumWidth(theme::height(cardWidth));
-        m_recent->setFixedWidth(theme::height(cardWidth));
-        choose->setMinimumSize(theme::height(buttonWidth), theme::height(buttonHeight));
-    });
+    m_card->add(m_limit);
+    m_card->add(m_stopped);
+    theme::keep(this, [this] { m_recent->setFixedWidth(theme::height(cardWidth)); });
 
     m_recentRows->setContentsMargins(0, 0, 0, 0);
     m_recentRows->setSpacing(0);
@@ -100,15 +64,12 @@ DuplicatesStartPanel::DuplicatesStartPanel(SameFileDeleteViewController &control
     layout->addSpacing(4 * theme::grid);
     layout->addWidget(m_recent, 0, Qt::AlignHCenter);
     layout->addStretch(3);
-    setFocusProxy(choose);
+    setFocusProxy(m_card->chooseButton());
 
-    connect(choose, &QPushButton::clicked, &m_controller,
+    connect(m_card->chooseButton(), &QPushButton::clicked, &m_controller,
             &SameFileDeleteViewController::clickScanBtn);
     auto *const choice = takeFolders(m_controller, this);
-    connect(choice, &FolderChoice::hovered, this, [this](bool isOver) {
-        m_isHovered = isOver;
-        update();
-    });
+    connect(choice, &FolderChoice::hovered, m_card, &FolderDropCard::setHovered);
     listRecent();
 }
 
@@ -131,31 +92,12 @@ void DuplicatesStartPanel::listRecent() {
         m_recentRows->addWidget(heading);
     }
     for (const auto &folder : folders) {
-        auto *const row = new QPushButton(m_recent);
-        row->setObjectName(QStringLiteral("duplicates.recent"));
-        row->setFlat(true);
-        row->setAutoDefault(true);
-        const QString name = paths::displayFromHome(folder);
-        row->setText(row->fontMetrics()
-                         .elidedText(name, Qt::ElideMiddle, m_recent->width() - 12 * theme::grid)
-                         .replace(u'&', QStringLiteral("&&")));
-        row->setToolTip(QStringLiteral("<qt>%1</qt>").arg(name.toHtmlEscaped()));
-        row->setAccessibleName(name);
+        auto *const row = makeFolderButton("duplicates.recent", folder,
+                                           m_recent->width() - 12 * theme::grid, m_recent);
         m_recentRows->addWidget(row, 0, Qt::AlignLeft);
         connect(row, &QPushButton::clicked, &m_controller,
                 [this, folder] { m_controller.viewDragAction(folder); });
     }
-}
-
-// The frame that says where to let go.
-void DuplicatesStartPanel::paintEvent(QPaintEvent *) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPen pen(m_isHovered ? theme::accent() : theme::hairline(), 2, Qt::DashLine);
-    painter.setPen(pen);
-    painter.setBrush(m_isHovered ? theme::hover() : theme::raised());
-    painter.drawRoundedRect(QRectF(m_card->geometry()).adjusted(1, 1, -1, -1), 2 * theme::radius,
-                            2 * theme::radius);
 }
 
 } // namespace brightsweep

@@ -8,7 +8,7 @@ class QVBoxLayout;
 
 namespace brightsweep {
 
-class Paragraph;
+class FolderDropCard;
 class SameFileDeleteViewController;
 
 /// How large files must be to be searched, in words.
@@ -29,19 +29,16 @@ public:
 
 protected:
     void showEvent(QShowEvent *) override;
-    void paintEvent(QPaintEvent *) override;
 
 private:
     void listRecent();
 
     SameFileDeleteViewController &m_controller;
-    QWidget *m_card;
-    Paragraph *m_sentence;
+    FolderDropCard *m_card;
     QPushButton *m_limit;
     QLabel *m_stopped;
     QWidget *m_recent;
     QVBoxLayout *m_recentRows;
-    bool m_isHovered = false;
 };
 
 } // namespace brightsweep
