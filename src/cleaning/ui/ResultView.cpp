@@ -176,15 +176,70 @@ void ResultView::copyPaths() const {
     QGuiApplication::clipboard()->setText(pathText());
 }
 
+// -- Groups
+
+GroupedResultView::GroupedResultView(const ResultRowForm &form, Neighbour neighbour,
+                                     QWidget *parent)
+    : ResultView(form, parent),
+      m_nameColumn(form.nameColumn),
+      m_groupRole(form.groupRole),
+      m_neighbour(neighbour) {}
+
+void GroupedResultView::setGroups(QAbstractItemModel *groups) {
+    setModel(groups);
+    setTreePosition(m_nameColumn);
+    theme::keep(this, [this] { setIndentation(theme::height(5 * theme::grid)); });
+    connect(groups, &QAbstractItemModel::layoutAboutToBeChanged, this,
+            &GroupedResultView::rememberPlace);
+    connect(groups, &QAbstractItemModel::layoutChanged, this, &GroupedResultView::keepPlace);
+}
+
+void GroupedResultView::rememberPlace() {
+    const QModelIndex current = currentIndex();
+    const QModelIndex group = current.parent();
+    m_group = group.isValid() ? group.row() : current.row();
+    m_item = group.isValid() && m_neighbour == Neighbour::Item ? current.row() : -1;
+}
+
+// The keyboard goes on where the row was.
+void GroupedResultView::keepPlace() {
+    if (m_group < 0 || currentIndex().isValid() || model()->rowCount() == 0)
+        return;
+    const QModelIndex group = model()->index(std::min(m_group, model()->rowCount() - 1), 0);
+    const int items = m_item >= 0 && isExpanded(group) ? model()->rowCount(group) : 0;
+    setAutoScroll(false);
+    setCurrentIndex(items > 0 ? model()->index(std::min(m_item, items - 1), 0, group) : group);
+    setAutoScroll(true);
+}
+
+void GroupedResultView::paintEvent(QPaintEvent *event) {
+    ResultView::paintEvent(event);
+    if (!hasNoMatch())
+        return;
+    QPainter painter(viewport());
+    painter.setPen(theme::secondary());
+    painter.setFont(theme::font(13));
+    painter.drawText(viewport()->rect().adjusted(4 * theme::grid, 4 * theme::grid, -4 * theme::grid,
+                                                 -4 * theme::grid),
+                     Qt::AlignCenter | Qt::TextWordWrap, localizedText("FILTER_NO_MATCH"));
+}
+
+void GroupedResultView::act(const QModelIndex &index) {
+    if (index.data(m_groupRole).toBool()) {
+        const QModelIndex group = index.siblingAtColumn(0);
+        setExpanded(group, !isExpanded(group));
+    } else {
+        reveal(index);
+    }
+}
+
 // -- The outline
 
 OutlineView::OutlineView(CleanOutlineController &outline, QWidget *parent)
-    : ResultView(outlineForm(), parent), m_outline(outline) {
+    : GroupedResultView(outlineForm(), Neighbour::Item, parent), m_outline(outline) {
     setObjectName(QStringLiteral("outline"));
     setAccessibleName(localizedText("RESULTS"));
-    setModel(&m_outline.model());
-    setTreePosition(CleanOutlineModel::NameColumn);
-    theme::keep(this, [this] { setIndentation(theme::height(5 * theme::grid)); });
+    setGroups(&m_outline.model());
     setColumns(CleanOutlineModel::NameColumn, CleanOutlineModel::FileSize,
                {{CleanOutlineModel::Checkbox, {}, false},
                 {CleanOutlineModel::FileSize, theme::widestSize(), false},
@@ -194,30 +249,7 @@ OutlineView::OutlineView(CleanOutlineController &outline, QWidget *parent)
             &CleanOutlineController::setAllSelectOrNoSelect);
     connect(&m_outline, &CleanOutlineController::ticksChanged, this, &OutlineView::showAllState);
     connect(&m_outline, &CleanOutlineController::reloaded, this, &OutlineView::showAllState);
-    connect(model(), &QAbstractItemModel::layoutAboutToBeChanged, this,
-            &OutlineView::rememberPlace);
-    connect(model(), &QAbstractItemModel::layoutChanged, this, &OutlineView::keepPlace);
     showAllState();
-}
-
-void OutlineView::rememberPlace() {
-    const QModelIndex current = currentIndex();
-    const QModelIndex group = current.parent();
-    m_group = group.isValid() ? group.row() : current.row();
-    m_leaf = group.isValid() ? current.row() : -1;
-}
-
-// Where the current row has gone, its neighbour takes its place, so that the keyboard goes on
-// there.
-void OutlineView::keepPlace() {
-    if (m_group < 0 || currentIndex().isValid() || model()->rowCount() == 0)
-        return;
-    const QModelIndex group = model()->index(std::min(m_group, model()->rowCount() - 1), 0);
-    const int leaves = isExpanded(group) ? model()->rowCount(group) : 0;
-    const bool isLeaf = m_leaf >= 0 && leaves > 0;
-    setAutoScroll(false);
-    setCurrentIndex(isLeaf ? model()->index(std::min(m_leaf, leaves - 1), 0, group) : group);
-    setAutoScroll(true);
 }
 
 void OutlineView::showAllState() {
@@ -259,16 +291,8 @@ void OutlineView::followFilter() {
     viewport()->update();
 }
 
-void OutlineView::paintEvent(QPaintEvent *event) {
-    ResultView::paintEvent(event);
-    if (m_outline.model().filter().isEmpty() || m_outline.model().hasShownLeaves())
-        return;
-    QPainter painter(viewport());
-    painter.setPen(theme::secondary());
-    painter.setFont(theme::font(13));
-    painter.drawText(viewport()->rect().adjusted(4 * theme::grid, 4 * theme::grid, -4 * theme::grid,
-                                                 -4 * theme::grid),
-                     Qt::AlignCenter | Qt::TextWordWrap, localizedText("FILTER_NO_MATCH"));
+bool OutlineView::hasNoMatch() const {
+    return !m_outline.model().filter().isEmpty() && !m_outline.model().hasShownLeaves();
 }
 
 void OutlineView::tickSelection() {
@@ -283,15 +307,6 @@ void OutlineView::tickSelection() {
                Qt::Checked;
     });
     m_outline.setTicked(rows, isAnyOff);
-}
-
-void OutlineView::act(const QModelIndex &index) {
-    if (index.data(CleanOutlineModel::IsGroupRole).toBool()) {
-        const QModelIndex group = index.siblingAtColumn(0);
-        setExpanded(group, !isExpanded(group));
-    } else {
-        reveal(index);
-    }
 }
 
 void OutlineView::open(const QModelIndex &index) {

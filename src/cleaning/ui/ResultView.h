@@ -67,8 +67,36 @@ private:
     std::vector<Column> m_columns;
 };
 
+/// Groups with their items below. Enter folds and unfolds a group and shows an item in the file
+/// manager; where the current row has gone, a neighbour takes its place.
+class GroupedResultView : public ResultView {
+    Q_OBJECT
+
+protected:
+    enum class Neighbour { Group, Item };
+
+    GroupedResultView(const ResultRowForm &form, Neighbour neighbour, QWidget *parent);
+    /// Once, in place of setModel().
+    void setGroups(QAbstractItemModel *groups);
+
+    /// Whether there is a filter that no row matches, which the view then says.
+    virtual bool hasNoMatch() const = 0;
+    void paintEvent(QPaintEvent *event) override;
+    void act(const QModelIndex &index) override;
+
+private:
+    void rememberPlace();
+    void keepPlace();
+
+    const int m_nameColumn;
+    const int m_groupRole;
+    const Neighbour m_neighbour;
+    int m_group = -1; // where the current row was, before the rows changed
+    int m_item = -1;
+};
+
 /// The outline of results: a group for each category, its items below. The controller outlives it.
-class OutlineView : public ResultView {
+class OutlineView : public GroupedResultView {
     Q_OBJECT
 
 public:
@@ -80,22 +108,17 @@ public:
     void followFilter();
 
 protected:
+    bool hasNoMatch() const override;
     void tickSelection() override;
-    void act(const QModelIndex &index) override;
     void open(const QModelIndex &index) override;
     void reveal(const QModelIndex &index) override;
     QString pathText() const override;
 
 private:
-    void paintEvent(QPaintEvent *event) override;
     void showAllState();
-    void rememberPlace();
-    void keepPlace();
 
     CleanOutlineController &m_outline;
     std::optional<std::set<unsigned>> m_openBefore; // the categories, while there is a filter
-    int m_group = -1; // where the current row was, before the rows changed
-    int m_leaf = -1;
 };
 
 /// The list of one category. The model outlives it.

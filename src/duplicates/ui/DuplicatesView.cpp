@@ -10,9 +10,7 @@
 
 #include <QKeyEvent>
 #include <QMenu>
-#include <QPainter>
 
-#include <algorithm>
 #include <string_view>
 
 namespace brightsweep {
@@ -42,12 +40,10 @@ ResultRowForm rowForm() {
 } // namespace
 
 DuplicatesView::DuplicatesView(Page &page, DuplicateOutlineModel &model, QWidget *parent)
-    : ResultView(rowForm(), parent), m_page(page), m_model(model) {
+    : GroupedResultView(rowForm(), Neighbour::Group, parent), m_page(page), m_model(model) {
     setObjectName(QStringLiteral("duplicates.outline"));
     setAccessibleName(localizedText("RESULTS"));
-    setModel(&m_model);
-    setTreePosition(Model::NameColumn);
-    setIndentation(5 * theme::grid);
+    setGroups(&m_model);
     setColumns(Model::NameColumn, Model::FileSize,
                {{Model::Checkbox, {}, false},
                 {Model::FileSize, theme::widestSize(), false},
@@ -61,11 +57,6 @@ DuplicatesView::DuplicatesView(Page &page, DuplicateOutlineModel &model, QWidget
     connect(m_header, &CheckHeader::checkBoxClicked, &m_page, &Page::setAllSelectOrNoSelect);
     connect(&m_page, &Page::controlsChanged, this, &DuplicatesView::follow);
     connect(&m_page, &Page::selectionChanged, viewport(), qOverload<>(&QWidget::update));
-    connect(&m_model, &QAbstractItemModel::layoutAboutToBeChanged, this, [this] {
-        const QModelIndex current = currentIndex();
-        m_group = current.parent().isValid() ? current.parent().row() : current.row();
-    });
-    connect(&m_model, &QAbstractItemModel::layoutChanged, this, &DuplicatesView::keepPlace);
     connect(&m_model, &QAbstractItemModel::layoutChanged, this, &DuplicatesView::follow);
     connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex &index) {
@@ -90,15 +81,6 @@ void DuplicatesView::follow() {
     m_header->setSortIndicator(column, descends ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
-// Where the current row has gone, the group that took its place is current.
-void DuplicatesView::keepPlace() {
-    if (m_group < 0 || currentIndex().isValid() || m_model.rowCount() == 0)
-        return;
-    setAutoScroll(false);
-    setCurrentIndex(m_model.index(std::min(m_group, m_model.rowCount() - 1), 0));
-    setAutoScroll(true);
-}
-
 void DuplicatesView::sortClicked(int column) {
     if (column == Model::NameColumn || column == Model::FileSize || column == Model::ModifyDate)
         m_model.didClickTableColumn(column);
@@ -118,7 +100,7 @@ void DuplicatesView::keyPressEvent(QKeyEvent *event) {
     if (event->key() == Qt::Key_Delete && m_page.controls().remove)
         m_page.removeBtnClicked();
     else
-        ResultView::keyPressEvent(event);
+        GroupedResultView::keyPressEvent(event);
 }
 
 // More than one row: all of them are ticked or, where they are ticked, unticked.
@@ -139,13 +121,6 @@ bool DuplicatesView::select(const QModelIndex &index) {
     if (node)
         m_page.shouldSelectItem(*node);
     return node != nullptr;
-}
-
-void DuplicatesView::act(const QModelIndex &index) {
-    if (index.data(Model::IsGroupRole).toBool())
-        setExpanded(index.siblingAtColumn(0), !isExpanded(index.siblingAtColumn(0)));
-    else
-        reveal(index);
 }
 
 void DuplicatesView::open(const QModelIndex &index) {
@@ -185,16 +160,8 @@ void DuplicatesView::addActions(QMenu &menu, const QModelIndex &index) {
     TickMenu::addRules(menu, m_page, isLeaf ? node->nodeParent()->shared_from_this() : node);
 }
 
-void DuplicatesView::paintEvent(QPaintEvent *event) {
-    ResultView::paintEvent(event);
-    if (m_page.filter().isEmpty() || m_model.rowCount() > 0)
-        return;
-    QPainter painter(viewport());
-    painter.setPen(theme::secondary());
-    painter.setFont(theme::font(13));
-    painter.drawText(viewport()->rect().adjusted(4 * theme::grid, 4 * theme::grid, -4 * theme::grid,
-                                                 -4 * theme::grid),
-                     Qt::AlignCenter | Qt::TextWordWrap, localizedText("FILTER_NO_MATCH"));
+bool DuplicatesView::hasNoMatch() const {
+    return !m_page.filter().isEmpty() && m_model.rowCount() == 0;
 }
 
 } // namespace brightsweep

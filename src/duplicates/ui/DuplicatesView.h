@@ -7,7 +7,7 @@ namespace brightsweep {
 
 /// The groups of the duplicates page with their files. Space ticks, the arrows fold and unfold,
 /// Enter shows, Delete asks to remove. Page and model outlive it. Main thread.
-class DuplicatesView : public ResultView {
+class DuplicatesView : public GroupedResultView {
     Q_OBJECT
 
 public:
@@ -22,9 +22,8 @@ Q_SIGNALS:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
+    bool hasNoMatch() const override;
     void tickSelection() override;
-    void act(const QModelIndex &index) override;
     void open(const QModelIndex &index) override;
     void reveal(const QModelIndex &index) override;
     QString pathText() const override;
@@ -33,12 +32,10 @@ protected:
 private:
     void follow();
     void sortClicked(int column);
-    void keepPlace();
     bool select(const QModelIndex &index);
 
     SameFileDeleteViewController &m_page;
     DuplicateOutlineModel &m_model;
-    int m_group = -1; ///< where the current row was, before the rows changed
 };
 
 } // namespace brightsweep
