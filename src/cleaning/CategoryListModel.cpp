@@ -4,6 +4,7 @@
 #include "cleaning/CleanNotifications.h"
 #include "cleaning/FolderUtilities.h"
 #include "cleaning/ScanViewController.h"
+#include "core/RowWords.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "foundation/Log.h"
@@ -62,15 +63,6 @@ void CategoryListModel::setHolders(std::unordered_map<std::string, std::string> 
 QString CategoryListModel::holderWords(const CleanFileInfo &row) const {
     const QString holder = holderOf(row);
     return holder.isEmpty() ? QString() : localizedText("IN_USE_BY").arg(holder);
-}
-
-QString CategoryListModel::accessibleText(const CleanFileInfo &row) const {
-    QString words = paths::display(row.name);
-    for (const QString &more : {row.failure, holderWords(row)}) {
-        if (!more.isEmpty())
-            words += QStringLiteral(", ") + more;
-    }
-    return words;
 }
 
 QString CategoryListModel::holderOf(const CleanFileInfo &row) const {
@@ -196,15 +188,10 @@ QVariant CategoryListModel::data(const QModelIndex &index, int role) const {
     case Qt::AccessibleTextRole:
         return index.column() == openFiled ? QVariant(localizedText("REVEAL"))
                : index.column() == Size    ? QVariant()
-                                           : QVariant(accessibleText(*row));
-    case Qt::ToolTipRole: {
-        QString tip = paths::display(row->path).toHtmlEscaped();
-        for (const QString &more : {row->failure, holderWords(*row)}) {
-            if (!more.isEmpty())
-                tip += QStringLiteral("<br>") + more.toHtmlEscaped();
-        }
-        return QStringLiteral("<qt>%1</qt>").arg(tip);
-    }
+                                           : QVariant(spokenWords({paths::display(row->name),
+                                                                   row->failure, holderWords(*row)}));
+    case Qt::ToolTipRole:
+        return plainToolTip({paths::display(row->path), row->failure, holderWords(*row)});
     case Qt::TextAlignmentRole:
         return index.column() == Size ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
     case PathRole:

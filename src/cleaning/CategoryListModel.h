@@ -83,7 +83,6 @@ private:
 
     QString holderOf(const CleanFileInfo &row) const;
     QString holderWords(const CleanFileInfo &row) const;
-    QString accessibleText(const CleanFileInfo &row) const;
 
     ScanViewController &m_controller;
     std::unordered_map<std::string, std::string> m_holders;

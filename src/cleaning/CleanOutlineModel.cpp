@@ -1,16 +1,13 @@
 #include "cleaning/CleanOutlineModel.h"
 
 #include "cleaning/ItemSizes.h"
+#include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
 #include "foundation/SaturatingSum.h"
 
-#include <QDateTime>
-
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <unordered_map>
 
 namespace brightsweep {
@@ -27,13 +24,6 @@ Qt::CheckState checkState(const SimpleNodeData &data) {
                                    : Qt::Unchecked;
 }
 
-QString dateWords(FileTime time) {
-    using std::chrono::duration_cast;
-    const auto milliseconds = duration_cast<std::chrono::milliseconds>(time.time_since_epoch());
-    return reader().toString(QDateTime::fromMSecsSinceEpoch(milliseconds.count()),
-                             QLocale::ShortFormat);
-}
-
 QString holderWords(const QString &program) {
     return localizedText("IN_USE_BY").arg(program);
 }
@@ -44,28 +34,13 @@ QString nameWords(const SimpleNodeData &data) {
     return data.isGroup() ? localizedText(name) : name;
 }
 
-// Qt takes a tool tip for rich text when it looks like it; names are to stay plain text.
-QString toolTip(const SimpleNodeData &data) {
-    QString tip = nameWords(data).toHtmlEscaped();
+QStringList allWords(const SimpleNodeData &data) {
+    QStringList words = {nameWords(data)};
     if (data.isLeaf()) {
         const auto &leaf = static_cast<const CleanNodeData &>(data);
-        if (!leaf.failure.isEmpty())
-            tip += QStringLiteral("<br>") + leaf.failure.toHtmlEscaped();
+        words += leaf.failure;
         if (!leaf.holder.isEmpty())
-            tip += QStringLiteral("<br>") + holderWords(leaf.holder).toHtmlEscaped();
-    }
-    return QStringLiteral("<qt>%1</qt>").arg(tip);
-}
-
-QString accessibleText(const SimpleNodeData &data) {
-    QString words = nameWords(data);
-    if (data.isLeaf()) {
-        const auto &leaf = static_cast<const CleanNodeData &>(data);
-        for (const QString &more :
-             {leaf.failure, leaf.holder.isEmpty() ? QString() : holderWords(leaf.holder)}) {
-            if (!more.isEmpty())
-                words += QStringLiteral(", ") + more;
-        }
+            words += holderWords(leaf.holder);
     }
     return words;
 }
@@ -282,7 +257,7 @@ QVariant CleanOutlineModel::text(const SimpleNodeData &data, int column) const {
         return data.isGroup() ? QVariant(QString::fromStdString(data.showSelectNumStr()))
                               : QVariant();
     case FileSize:
-        return readersSize(UtilityFunction::convertVolSpace(data.fileSize()));
+        return sizeWords(data.fileSize());
     case ModifyDate:
         return data.isLeaf() && data.ModificationDate()
                    ? QVariant(dateWords(*data.ModificationDate()))
@@ -304,9 +279,9 @@ QVariant CleanOutlineModel::data(const QModelIndex &index, int role) const {
     case Qt::CheckStateRole:
         return index.column() == Checkbox ? QVariant(checkState(data)) : QVariant();
     case Qt::ToolTipRole:
-        return toolTip(data);
+        return plainToolTip(allWords(data));
     case Qt::AccessibleTextRole:
-        return index.column() <= NameColumn ? QVariant(accessibleText(data)) : QVariant();
+        return index.column() <= NameColumn ? QVariant(spokenWords(allWords(data))) : QVariant();
     case Qt::TextAlignmentRole:
         return index.column() == FileSize ? QVariant(Qt::AlignRight | Qt::AlignVCenter)
                                           : QVariant();

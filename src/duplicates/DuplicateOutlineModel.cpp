@@ -1,15 +1,12 @@
 #include "duplicates/DuplicateOutlineModel.h"
 
+#include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "duplicates/HardLinks.h"
 #include "foundation/Paths.h"
 
-#include <QDateTime>
-
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <unordered_map>
 
 namespace brightsweep {
@@ -36,22 +33,11 @@ const DuplicateLeaf &leafOf(const TreeNode &leaf) {
     return static_cast<const DuplicateLeaf &>(*leaf.nodeData());
 }
 
-QString dateWords(FileTime time) {
-    using std::chrono::duration_cast;
-    const auto milliseconds = duration_cast<std::chrono::milliseconds>(time.time_since_epoch());
-    return reader().toString(QDateTime::fromMSecsSinceEpoch(milliseconds.count()),
-                             QLocale::ShortFormat);
-}
-
 // What makes a file something else than a copy.
 QString leafNote(const DuplicateLeaf &leaf) {
     if (leaf.searched().kind == SearchedFile::Kind::Link)
         return localizedText("DUP_LINK");
     return leaf.names() > 1 ? localizedText("DUP_HARD_LINK", leaf.names()) : QString();
-}
-
-QString sizeWords(std::uint64_t bytes) {
-    return readersSize(UtilityFunction::convertVolSpace(bytes));
 }
 
 } // namespace
@@ -237,13 +223,9 @@ QVariant DuplicateOutlineModel::text(const QModelIndex &index, const SimpleNodeD
     }
 }
 
-// A tip is rich text as soon as it looks like it; a name must never be.
-QString DuplicateOutlineModel::toolTip(const TreeNode &node, const SimpleNodeData &data) const {
-    QString tip = paths::display(data.name()).toHtmlEscaped();
+QString DuplicateOutlineModel::failureWords(const TreeNode &node) const {
     const QString failure = m_page.failureOf(&node);
-    if (!failure.isEmpty())
-        tip += QStringLiteral("<br>") + localizedText(failure).toHtmlEscaped();
-    return QStringLiteral("<qt>%1</qt>").arg(tip);
+    return failure.isEmpty() ? QString() : localizedText(failure);
 }
 
 QVariant DuplicateOutlineModel::data(const QModelIndex &index, int role) const {
@@ -267,16 +249,11 @@ QVariant DuplicateOutlineModel::data(const QModelIndex &index, int role) const {
                : data.selectNum() == 1 ? Qt::Checked
                                        : Qt::Unchecked;
     case Qt::ToolTipRole:
-        return toolTip(*node, data);
-    case Qt::AccessibleTextRole: {
-        if (index.column() > NameColumn)
-            return {};
-        const QString failure = m_page.failureOf(node.get());
-        QStringList words = {paths::display(data.name()), note(),
-                             failure.isEmpty() ? QString() : localizedText(failure)};
-        words.removeAll({});
-        return words.join(QStringLiteral(", "));
-    }
+        return plainToolTip({paths::display(data.name()), failureWords(*node)});
+    case Qt::AccessibleTextRole:
+        return index.column() > NameColumn ? QVariant()
+                                           : QVariant(spokenWords({paths::display(data.name()),
+                                                                   note(), failureWords(*node)}));
     case Qt::TextAlignmentRole:
         return index.column() == FileSize ? QVariant(Qt::AlignRight | Qt::AlignVCenter)
                                           : QVariant();

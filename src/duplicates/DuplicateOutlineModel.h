@@ -79,7 +79,7 @@ private:
     void valuesChanged();
     const Row &rowOf(const QModelIndex &index) const;
     QVariant text(const QModelIndex &index, const SimpleNodeData &data) const;
-    QString toolTip(const TreeNode &node, const SimpleNodeData &data) const;
+    QString failureWords(const TreeNode &node) const;
 
     SameFileDeleteViewController &m_page;
     std::vector<Row> m_rows;

@@ -1,5 +1,6 @@
 #include "ui/FolderDropCard.h"
 
+#include "core/RowWords.h"
 #include "core/Texts.h"
 #include "foundation/Paths.h"
 #include "ui/ImageView.h"
@@ -84,7 +85,7 @@ QPushButton *makeFolderButton(const char *name, const std::filesystem::path &fol
     button->setText(button->fontMetrics()
                         .elidedText(path, Qt::ElideMiddle, width)
                         .replace(u'&', QStringLiteral("&&")));
-    button->setToolTip(QStringLiteral("<qt>%1</qt>").arg(path.toHtmlEscaped()));
+    button->setToolTip(plainToolTip({path}));
     button->setAccessibleName(path);
     return button;
 }

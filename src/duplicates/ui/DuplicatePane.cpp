@@ -1,14 +1,13 @@
 #include "duplicates/ui/DuplicatePane.h"
 
 #include "cleaning/ui/FileIcons.h"
+#include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "duplicates/SearchedFile.h"
 #include "duplicates/ui/PreviewLoader.h"
 #include "foundation/Paths.h"
 #include "ui/Theme.h"
 
-#include <QDateTime>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QPainter>
@@ -31,10 +30,6 @@ constexpr std::chrono::milliseconds settles{120};
 
 const DuplicateLeaf &leafOf(const TreeNode &node) {
     return static_cast<const DuplicateLeaf &>(*node.nodeData());
-}
-
-QString sizeWords(std::uint64_t bytes) {
-    return readersSize(UtilityFunction::convertVolSpace(bytes));
 }
 
 // A path may be broken behind each slash.
@@ -198,13 +193,8 @@ void DuplicatePane::tell(const std::filesystem::path &path, const FileFacts &fac
 void DuplicatePane::tellFacts(const FileFacts *facts) {
     const DuplicateLeaf &leaf = leafOf(*m_leaf);
     QString rows = factRow(QT_TRID_NOOP("Size"), sizeWords(leaf.fileSize()));
-    if (const auto date = leaf.ModificationDate()) {
-        const auto milliseconds =
-            std::chrono::duration_cast<std::chrono::milliseconds>(date->time_since_epoch());
-        rows += factRow(QT_TRID_NOOP("Modified"),
-                        reader().toString(QDateTime::fromMSecsSinceEpoch(milliseconds.count()),
-                                          QLocale::ShortFormat));
-    }
+    if (const auto date = leaf.ModificationDate())
+        rows += factRow(QT_TRID_NOOP("Modified"), dateWords(*date));
     QString mark;
     if (facts && facts->isFile) {
         const std::uint64_t freed = facts->links > 1 ? 0 : facts->unshared.value_or(facts->stored);

@@ -1,6 +1,7 @@
 // The questions of the results panel, and its word on what a removal came to.
 #include "cleaning/ui/FileIcons.h"
 #include "cleaning/ui/TickFlight.h"
+#include "core/RowWords.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "duplicates/ui/DuplicatesResultsPanel.h"
@@ -20,7 +21,7 @@ namespace {
 using Act = SameFileDeleteViewController::Act;
 
 QString counted(const char *key, std::size_t files, std::uint64_t bytes) {
-    return localizedText(key, files).arg(readersSize(UtilityFunction::convertVolSpace(bytes)));
+    return localizedText(key, files).arg(sizeWords(bytes));
 }
 
 const SimpleNodeData &dataOf(const TreeNode &node) {
@@ -104,9 +105,7 @@ void DuplicatesResultsPanel::offerSharing(QPushButton *button) {
     const QString whatItDoes = button->toolTip();
     const auto tell = [this, button, whatItDoes](const QString &reason) {
         button->setEnabled(reason.isEmpty());
-        button->setToolTip(reason.isEmpty()
-                               ? whatItDoes
-                               : QStringLiteral("<qt>%1</qt>").arg(reason.toHtmlEscaped()));
+        button->setToolTip(reason.isEmpty() ? whatItDoes : plainToolTip({reason}));
         button->setAccessibleDescription(reason.isEmpty() ? localizedText("DUP_TIP_SHARE")
                                                           : reason);
     };

@@ -2,8 +2,8 @@
 #include "duplicates/ui/DuplicatesFolder.h"
 
 #include "cleaning/ui/StyledLabel.h"
+#include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "duplicates/ui/DuplicateListsView.h"
 #include "duplicates/ui/DuplicatePane.h"
 #include "duplicates/ui/DuplicatesProgressPanel.h"
@@ -42,10 +42,6 @@ constexpr int iconSide = 16;
 constexpr int trashSide = 28;
 constexpr int barWidth = 360;
 constexpr QLatin1String DSDuplicatesNoDetails("DSDuplicatesNoDetails");
-
-QString sizeWords(std::uint64_t bytes) {
-    return readersSize(UtilityFunction::convertVolSpace(bytes));
-}
 
 // The numbers of "%d of %d selected." by their place in the reader's language.
 CleanStyledText countLine(std::size_t selected, std::uint64_t total) {
@@ -361,8 +357,7 @@ void DuplicatesResultsPanel::followHeading() {
         folder ? localizedText("DUP_ONE_FOLDER")
                      .arg(m_controller.title(), nameInSentence(paths::displayFromHome(*folder)))
                : m_controller.title());
-    titleLabel->setToolTip(
-        QStringLiteral("<qt>%1</qt>").arg(m_controller.titleTip().toHtmlEscaped()));
+    titleLabel->setToolTip(plainToolTip({m_controller.titleTip()}));
 }
 
 void DuplicatesResultsPanel::followSelection() {
