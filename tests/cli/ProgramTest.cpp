@@ -92,7 +92,9 @@ TEST_F(Program, MeetsClosedDescriptorsAndALimitOnFilesAsErrors) {
     };
     for (const char *closing : {"exec >&-", "exec <&- >&-", "exec <&- >&- 2>&-"})
         EXPECT_EQ(statusOf(closing), 1) << closing;
+#ifndef __SANITIZE_THREAD__ // it writes before the program can take the signal away
     EXPECT_EQ(statusOf("ulimit -f 0"), 0);
+#endif
 }
 
 TEST_F(Program, WorksWithoutAThreadToBeHad) {

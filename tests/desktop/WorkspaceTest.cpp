@@ -88,8 +88,10 @@ TEST_F(WorkspaceTest, OpeningDoesNotWaitForTheProgram) {
     EXPECT_EQ(opened(), m_work.native());
     fs::remove(m_holding);
     EXPECT_FALSE(Platform::current().workspace->open(m_work / "none"));
+#ifndef __SANITIZE_THREAD__ // with it vfork() is fork(), and no error comes back
     ::setenv("PATH", "/nowhere", 1);
     EXPECT_FALSE(Platform::current().workspace->open(m_work));
+#endif
 }
 
 } // namespace

@@ -110,9 +110,11 @@ TEST_F(Memory, ChoosesTheSystemsToolFirst) {
     install("exit 0");
     EXPECT_EQ(clear.releaseCommand(),
               std::vector<std::string>{TestEnvironment::current().system() / "usr/bin/purge"});
+#ifndef __SANITIZE_THREAD__ // with it vfork() is fork(), and no error comes back
     ::chmod((TestEnvironment::current().system() / "usr/bin/purge").c_str(), 0);
     EXPECT_EQ(clear.clearMemory(), -1);
     EXPECT_FALSE(clear.isRuning());
+#endif
 }
 
 TEST_F(Memory, WithoutAToolTheProgramStandsInForIt) {
