@@ -5,9 +5,11 @@
 #include "ui/Theme.h"
 
 #include <QFrame>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 namespace brightsweep {
 
@@ -55,6 +57,28 @@ QLabel *makePlainLabel(const char *name, QWidget *parent) {
     label->setObjectName(QLatin1String(name));
     label->setTextFormat(Qt::PlainText);
     return label;
+}
+
+QHBoxLayout *makeBottomRow(QWidget *bottom) {
+    auto *const row = new QHBoxLayout(bottom);
+    row->setContentsMargins(4 * theme::grid, 3 * theme::grid, 4 * theme::grid, 3 * theme::grid);
+    row->setSpacing(3 * theme::grid);
+    return row;
+}
+
+QVBoxLayout *makeSumColumn(QLabel *sum, QLabel *words) {
+    theme::keepFont(sum, 18, true);
+    sum->setProperty("number", true);
+    QSizePolicy keepsRoom = sum->sizePolicy();
+    keepsRoom.setRetainSizeWhenHidden(true);
+    sum->setSizePolicy(keepsRoom);
+    auto *const column = new QVBoxLayout;
+    column->setSpacing(0);
+    for (QLabel *const label : {sum, words}) {
+        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        column->addWidget(label);
+    }
+    return column;
 }
 
 QPushButton *makeRemovingButton(const char *name, const QString &text, QWidget *parent) {

@@ -14,6 +14,7 @@
 #include "ui/FilterField.h"
 #include "ui/ImageProvider.h"
 #include "ui/ImageView.h"
+#include "ui/NoticeRow.h"
 #include "ui/PadlockButton.h"
 #include "ui/PageParts.h"
 #include "ui/Theme.h"
@@ -120,26 +121,15 @@ QWidget *CleanResultsPanel::makeHeading() {
 }
 
 QWidget *CleanResultsPanel::makeNotice() {
-    auto *const notice = new QFrame(this);
-    notice->setProperty("card", true);
-    auto *const row = new QHBoxLayout(notice);
-    row->setContentsMargins(3 * theme::grid, theme::grid, 2 * theme::grid, theme::grid);
-    m_noticeWords = new QLabel(notice);
-    m_noticeWords->setObjectName(QStringLiteral("clean.resultsNotice"));
-    m_noticeWords->setTextFormat(Qt::PlainText);
-    m_noticeWords->setWordWrap(true);
-    row->addWidget(m_noticeWords, 1);
-    m_noticeAct = new QPushButton(notice);
-    m_noticeAct->setObjectName(QStringLiteral("clean.restart"));
+    m_notice = new NoticeRow("clean.resultsNotice", this);
+    m_noticeAct = m_notice->addButton("clean.restart");
     connect(m_noticeAct, &QPushButton::clicked, this, [this] {
         if (m_controller.needsRestart())
             m_controller.restart();
         else
             m_controller.clickScanBtn();
     });
-    row->addWidget(m_noticeAct);
-    m_notice = notice;
-    return notice;
+    return m_notice;
 }
 
 QWidget *CleanResultsPanel::makeLeft() {
@@ -210,9 +200,7 @@ QWidget *CleanResultsPanel::makeNote(const QString &act, void (CleanResultsPanel
 
 QWidget *CleanResultsPanel::makeBottom() {
     auto *const bottom = new QWidget(this);
-    auto *const row = new QHBoxLayout(bottom);
-    row->setContentsMargins(4 * theme::grid, 3 * theme::grid, 4 * theme::grid, 3 * theme::grid);
-    row->setSpacing(3 * theme::grid);
+    auto *const row = makeBottomRow(bottom);
     m_back = makeBackButton(bottom);
     row->addWidget(m_back);
     lockButton = new PadlockButton(m_controller.padlock(), bottom);

@@ -18,6 +18,7 @@ class FilterField;
 class ImageView;
 class HiddenTicksNotice;
 class LeftListView;
+class NoticeRow;
 class OutlineView;
 class PadlockButton;
 class StyledLabel;
@@ -69,8 +70,7 @@ private:
     QLabel *m_title;
     StyledLabel *m_description;
     FilterField *m_filter;
-    QWidget *m_notice;
-    QLabel *m_noticeWords;
+    NoticeRow *m_notice;
     QPushButton *m_noticeAct;
     HiddenTicksNotice *m_hiddenTicks;
     QStackedWidget *m_box;

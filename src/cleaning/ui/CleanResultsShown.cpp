@@ -10,6 +10,7 @@
 #include "core/Texts.h"
 #include "ui/FilterField.h"
 #include "ui/ImageView.h"
+#include "ui/NoticeRow.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -98,7 +99,7 @@ void CleanResultsPanel::followParts() {
 void CleanResultsPanel::followNotice(const QWidget *page) {
     const bool restarts = m_controller.needsRestart();
     const QString notice = m_controller.notice();
-    m_noticeWords->setText(notice.isEmpty() ? localizedText("CLEAN_OUTDATED") : notice);
+    m_notice->label()->setText(notice.isEmpty() ? localizedText("CLEAN_OUTDATED") : notice);
     m_noticeAct->setVisible(restarts || notice.isEmpty());
     m_noticeAct->setText(restarts ? localizedText("RESTART") : localizedText("Scan"));
     m_noticeAct->setEnabled(m_controller.state() == NewMainViewController::State::Results);

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QFrame>
-
-class QLabel;
+#include "ui/NoticeRow.h"
 
 namespace brightsweep {
 
@@ -10,7 +8,7 @@ class CleanOutlineController;
 
 /// Says how many ticked items the filter hides, since a clean takes all that is ticked. It is shown
 /// only while there are any. The controller outlives it. Main thread.
-class HiddenTicksNotice : public QFrame {
+class HiddenTicksNotice : public NoticeRow {
     Q_OBJECT
 
 public:
@@ -25,7 +23,6 @@ Q_SIGNALS:
 
 private:
     const CleanOutlineController &m_outline;
-    QLabel *m_words;
 };
 
 } // namespace brightsweep

@@ -1,8 +1,8 @@
 #include "diskusage/ui/DiskUsageResultsPanel.h"
 
 #include "cleaning/ui/StyledLabel.h"
+#include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "diskusage/DiskUsageAppController.h"
 #include "diskusage/ui/BigSizeFilesListView.h"
 #include "diskusage/ui/CustomOpenGLView.h"
@@ -12,6 +12,7 @@
 #include "foundation/Paths.h"
 #include "ui/FolderChoice.h"
 #include "ui/ImageProvider.h"
+#include "ui/NoticeRow.h"
 #include "ui/PadlockButton.h"
 #include "ui/PageParts.h"
 #include "ui/Theme.h"
@@ -31,10 +32,6 @@ using Page = DiskUsageAppController;
 using View = V4DiskUsageViewController;
 
 constexpr int imageSide = 20;
-
-QString sizeWords(std::uint64_t bytes) {
-    return readersSize(UtilityFunction::convertVolSpace(bytes));
-}
 
 // "%d items are selected." with its number standing out.
 CleanStyledText countLine(std::size_t count) {
@@ -87,7 +84,9 @@ DiskUsageResultsPanel::DiskUsageResultsPanel(Page &controller, QWidget *parent)
     upper->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 0);
     upper->setSpacing(2 * theme::grid);
     upper->addWidget(m_path);
-    upper->addWidget(makeNotice());
+    m_notice = new NoticeRow("usage.notice", this);
+    m_notice->label()->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    upper->addWidget(m_notice);
     upper->addWidget(m_box, 1);
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -138,23 +137,9 @@ QWidget *DiskUsageResultsPanel::makeChartPage() {
     return page;
 }
 
-QWidget *DiskUsageResultsPanel::makeNotice() {
-    m_notice = new QFrame(this);
-    m_notice->setProperty("card", true);
-    auto *const row = new QHBoxLayout(m_notice);
-    row->setContentsMargins(3 * theme::grid, theme::grid, 2 * theme::grid, theme::grid);
-    m_noticeWords = makePlainLabel("usage.notice", m_notice);
-    m_noticeWords->setWordWrap(true);
-    m_noticeWords->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    row->addWidget(m_noticeWords, 1);
-    return m_notice;
-}
-
 QWidget *DiskUsageResultsPanel::makeBottom() {
     auto *const bottom = new QWidget(this);
-    auto *const row = new QHBoxLayout(bottom);
-    row->setContentsMargins(4 * theme::grid, 3 * theme::grid, 4 * theme::grid, 3 * theme::grid);
-    row->setSpacing(3 * theme::grid);
+    auto *const row = makeBottomRow(bottom);
     m_back = makeBackButton(bottom);
     PadlockController &padlock = m_page.padlock();
     lockButton = new PadlockButton(padlock, bottom);
@@ -170,21 +155,10 @@ QWidget *DiskUsageResultsPanel::makeBottom() {
          {static_cast<QWidget *>(m_back), static_cast<QWidget *>(lockButton),
           static_cast<QWidget *>(m_save), static_cast<QWidget *>(m_settings)})
         row->addWidget(widget);
-    auto *const words = new QVBoxLayout;
-    words->setSpacing(0);
     m_sum = makePlainLabel("usage.sum", bottom);
-    theme::keepFont(m_sum, 18, true);
-    m_sum->setProperty("number", true);
-    QSizePolicy keepsRoom = m_sum->sizePolicy();
-    keepsRoom.setRetainSizeWhenHidden(true);
-    m_sum->setSizePolicy(keepsRoom);
     trashLabel = new StyledLabel(bottom);
     trashLabel->setObjectName(QStringLiteral("trashLabel"));
-    for (QLabel *const label : {m_sum, static_cast<QLabel *>(trashLabel)}) {
-        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        words->addWidget(label);
-    }
-    row->addLayout(words, 1);
+    row->addLayout(makeSumColumn(m_sum, trashLabel), 1);
     removeButton = makeRemovingButton("removeButton", localizedText("USAGE_REMOVE"), bottom);
     row->addWidget(removeButton);
     connect(m_back, &QPushButton::clicked, this, [this] {
@@ -314,8 +288,7 @@ void DiskUsageResultsPanel::followNotice() {
         if (all > 0 && m_page.openGLView().rootFacts().bytes > all)
             words += localizedText("USAGE_MORE_THAN_VOLUME");
     }
-    m_noticeWords->setText(words.join(u'\n'));
-    m_notice->setVisible(!words.isEmpty());
+    m_notice->tell(words.join(u'\n'));
 }
 
 } // namespace brightsweep

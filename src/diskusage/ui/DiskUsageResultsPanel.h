@@ -4,7 +4,6 @@
 
 #include <QWidget>
 
-class QFrame;
 class QLabel;
 class QPushButton;
 class QStackedWidget;
@@ -16,6 +15,7 @@ class BigSizeFilesListView;
 class CustomOpenGLView;
 class DiskUsageAppController;
 class FileBrowserView;
+class NoticeRow;
 class PadlockButton;
 class StyledLabel;
 class UsagePathControl;
@@ -37,7 +37,6 @@ protected:
 
 private:
     QWidget *makeChartPage();
-    QWidget *makeNotice();
     QWidget *makeBottom();
     void bindChart();
     void bindRemoval();
@@ -65,8 +64,7 @@ private:
     QLabel *m_rest;
     CustomOpenGLView *m_chart;
     FileBrowserView *m_browser;
-    QFrame *m_notice;
-    QLabel *m_noticeWords;
+    NoticeRow *m_notice;
     QString m_outcome; ///< of the last removal or refusal, in words
     QPushButton *m_back;
     QToolButton *m_save;

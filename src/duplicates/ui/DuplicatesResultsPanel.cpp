@@ -15,6 +15,7 @@
 #include "ui/FilterField.h"
 #include "ui/ImageProvider.h"
 #include "ui/ImageView.h"
+#include "ui/NoticeRow.h"
 #include "ui/PadlockButton.h"
 #include "ui/PageParts.h"
 #include "ui/Theme.h"
@@ -179,16 +180,8 @@ QWidget *DuplicatesResultsPanel::makeHeading() {
 }
 
 QWidget *DuplicatesResultsPanel::makeNotice() {
-    m_notice = new QFrame(this);
-    m_notice->setProperty("card", true);
-    auto *const row = new QHBoxLayout(m_notice);
-    row->setContentsMargins(3 * theme::grid, theme::grid, 2 * theme::grid, theme::grid);
-    m_noticeWords = makePlainLabel("duplicates.notice", m_notice);
-    m_noticeWords->setWordWrap(true);
-    row->addWidget(m_noticeWords, 1);
-    m_showAll = new QPushButton(localizedText("SHOW_ALL"), m_notice);
-    m_showAll->setObjectName(QStringLiteral("duplicates.showAll"));
-    row->addWidget(m_showAll);
+    m_notice = new NoticeRow("duplicates.notice", this);
+    m_showAll = m_notice->addButton("duplicates.showAll", localizedText("SHOW_ALL"));
     connect(m_showAll, &QPushButton::clicked, this, [this] {
         m_filter->clear();
         m_model.refViewBgColor(0);
@@ -241,9 +234,7 @@ QWidget *DuplicatesResultsPanel::makeRemoving() {
 
 QWidget *DuplicatesResultsPanel::makeBottom() {
     auto *const bottom = new QWidget(this);
-    auto *const row = new QHBoxLayout(bottom);
-    row->setContentsMargins(4 * theme::grid, 3 * theme::grid, 4 * theme::grid, 3 * theme::grid);
-    row->setSpacing(3 * theme::grid);
+    auto *const row = makeBottomRow(bottom);
     m_back = makeBackButton(bottom);
     row->addWidget(m_back);
     m_folder = new QPushButton(localizedText("CHOOSE_FOLDER"), bottom);
@@ -255,21 +246,10 @@ QWidget *DuplicatesResultsPanel::makeBottom() {
     connect(&m_controller.padlock(), &PadlockController::askingChanged, this,
             &DuplicatesResultsPanel::followControls);
     row->addWidget(lockButton);
-    auto *const words = new QVBoxLayout;
-    words->setSpacing(0);
     m_sum = makePlainLabel("duplicates.sum", bottom);
-    theme::keepFont(m_sum, 18, true);
-    m_sum->setProperty("number", true);
-    QSizePolicy keepsRoom = m_sum->sizePolicy();
-    keepsRoom.setRetainSizeWhenHidden(true);
-    m_sum->setSizePolicy(keepsRoom);
     trashFileNumTF = new StyledLabel(bottom);
     trashFileNumTF->setObjectName(QStringLiteral("trashFileNumTF"));
-    for (QLabel *const label : {m_sum, static_cast<QLabel *>(trashFileNumTF)}) {
-        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        words->addWidget(label);
-    }
-    row->addLayout(words, 1);
+    row->addLayout(makeSumColumn(m_sum, trashFileNumTF), 1);
     m_trashImage = new ImageView(QStringLiteral("user_trash_m.png"), bottom);
     theme::keepSize(m_trashImage, trashSide, trashSide);
     row->addWidget(m_trashImage);
@@ -368,9 +348,8 @@ void DuplicatesResultsPanel::followSelection() {
     m_sum->setText(sizeWords(m_controller.freedBySelection()));
     m_sum->setVisible(hasMessage && !m_controller.selection().isEmpty());
     const std::size_t hidden = m_controller.hiddenSelectedCount();
-    m_noticeWords->setText(hidden > 0 ? localizedText("DUP_HIDDEN_TICKS", hidden) : m_outcome);
+    m_notice->tell(hidden > 0 ? localizedText("DUP_HIDDEN_TICKS", hidden) : m_outcome);
     m_showAll->setVisible(hidden > 0);
-    m_notice->setVisible(!m_noticeWords->text().isEmpty());
 }
 
 void DuplicatesResultsPanel::followControls() {

@@ -4,7 +4,6 @@
 
 #include <QWidget>
 
-class QFrame;
 class QLabel;
 class QProgressBar;
 class QPushButton;
@@ -18,6 +17,7 @@ class DuplicatePane;
 class DuplicatesView;
 class FilterField;
 class ImageView;
+class NoticeRow;
 class PadlockButton;
 class StyledLabel;
 class TickMenu;
@@ -78,8 +78,7 @@ private:
     QLabel *titleLabel;
     TickMenu *m_tickMenu;
     FilterField *m_filter;
-    QFrame *m_notice;
-    QLabel *m_noticeWords;
+    NoticeRow *m_notice;
     QPushButton *m_showAll;
     QString m_outcome; ///< of the last removal, in words; empty before one
     QPushButton *m_back;
