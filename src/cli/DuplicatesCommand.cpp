@@ -6,6 +6,7 @@
 #include "core/SettingKeys.h"
 #include "core/UtilityFunction.h"
 #include "duplicates/DuplicateFilesOpt.h"
+#include "duplicates/DuplicateNodes.h"
 #include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
 #include "platform/FileOperations.h"
@@ -105,13 +106,9 @@ private:
     std::mutex m_taking;
 };
 
-SimpleNodeData &dataOf(const TreeNode::Pointer &node) {
-    return static_cast<SimpleNodeData &>(*node->nodeData());
-}
-
 bool isBundleGroup(const TreeNode::Pointer &group) {
     // Members of a bundle group have no date of their own.
-    return !dataOf(group->firstChild()).ModificationDate();
+    return !dataOf(*group->firstChild()).ModificationDate();
 }
 
 // By hand: there may be a million of them. A FileTime lies between the years 1677 and 2262.
@@ -146,7 +143,7 @@ bool writeJson(const Request &request, const TreeNode::List &groups, Output &out
     json.key("limitBytes").value(request.limitBytes);
     json.key("groups").beginArray();
     for (const auto &group : groups) {
-        const SimpleNodeData &data = dataOf(group);
+        const SimpleNodeData &data = dataOf(*group);
         json.beginObject();
         json.bytes("name", data.name());
         json.bytes("extendName", data.extendName());
@@ -155,7 +152,7 @@ bool writeJson(const Request &request, const TreeNode::List &groups, Output &out
         json.key("bytes").value(data.fileSize());
         json.key("items").beginArray();
         for (const auto &leaf : group->children()) {
-            const SimpleNodeData &item = dataOf(leaf);
+            const SimpleNodeData &item = dataOf(*leaf);
             json.beginObject();
             json.path("path", item.name());
             json.key("bytes").value(item.fileSize());
@@ -185,13 +182,13 @@ std::string words(std::uint64_t bytes) {
 bool writeColumns(const TreeNode::List &groups, Output &output) {
     std::string text;
     for (const auto &group : groups) {
-        const SimpleNodeData &data = dataOf(group);
+        const SimpleNodeData &data = dataOf(*group);
         text += output.emphasised(words(data.fileSize())) + "  " +
                 std::to_string(group->numberOfChildren()) +
                 (isBundleGroup(group) ? " bundles\n" : " files\n");
         Table table({true, false});
         for (const auto &leaf : group->children())
-            table.row({"  " + words(dataOf(leaf).fileSize()), dataOf(leaf).name()});
+            table.row({"  " + words(dataOf(*leaf).fileSize()), dataOf(*leaf).name()});
         text += table.text();
     }
     return output.data(text.empty() ? "No duplicates.\n" : text);

@@ -2,6 +2,7 @@
 
 #include "core/RowWords.h"
 #include "core/Texts.h"
+#include "duplicates/DuplicateNodes.h"
 #include "duplicates/HardLinks.h"
 #include "foundation/Paths.h"
 
@@ -24,14 +25,6 @@ constexpr std::array<ColumnRow, DuplicateOutlineModel::columns> columnRows = {{
     {"FileSize", QT_TRID_NOOP("Size")},
     {"ModifyDate", QT_TRID_NOOP("Modified")},
 }};
-
-const SimpleNodeData &dataOf(const TreeNode &node) {
-    return static_cast<const SimpleNodeData &>(*node.nodeData());
-}
-
-const DuplicateLeaf &leafOf(const TreeNode &leaf) {
-    return static_cast<const DuplicateLeaf &>(*leaf.nodeData());
-}
 
 // What makes a file something else than a copy.
 QString leafNote(const DuplicateLeaf &leaf) {

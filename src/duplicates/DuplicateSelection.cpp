@@ -1,6 +1,6 @@
 #include "duplicates/DuplicateSelection.h"
 
-#include "duplicates/SearchedFile.h"
+#include "duplicates/DuplicateNodes.h"
 #include "foundation/PathBytes.h"
 
 #include <algorithm>
@@ -14,13 +14,6 @@ namespace brightsweep {
 namespace {
 
 constexpr std::size_t gapsWorthClosing = 4'096;
-
-DuplicateLeaf &leafOf(const TreeNode::Pointer &node) {
-    return static_cast<DuplicateLeaf &>(*node->nodeData());
-}
-SimpleNodeData &groupOf(const TreeNode &node) {
-    return static_cast<SimpleNodeData &>(*node.nodeData());
-}
 
 std::string countText(std::size_t ticked, std::size_t all) {
     return std::to_string(ticked) + '/' + std::to_string(all);
@@ -37,7 +30,7 @@ bool hasRow(const TreeNode &group, const DuplicateSelection::IsShown &isShown) {
 std::size_t tickedIn(const TreeNode &group) {
     std::size_t ticked = 0;
     for (std::int32_t i = 0; i < group.numberOfChildren(); ++i)
-        ticked += leafOf(group.childAtIndex(i)).selectNum() == 1 ? 1 : 0;
+        ticked += leafOf(*group.childAtIndex(i)).selectNum() == 1 ? 1 : 0;
     return ticked;
 }
 
@@ -52,7 +45,7 @@ TreeNode::List DuplicateSelection::allSelectNumArr() const {
 }
 
 void DuplicateSelection::set(const TreeNode::Pointer &node, bool ticked) {
-    DuplicateLeaf &leaf = leafOf(node);
+    DuplicateLeaf &leaf = leafOf(*node);
     leaf.setSelectNum(ticked ? 1 : 0);
     const std::size_t place = leaf.selectionPlace();
     const bool isThere = place < m_ticked.size() && m_ticked[place] == node;
@@ -68,7 +61,7 @@ void DuplicateSelection::set(const TreeNode::Pointer &node, bool ticked) {
         if (m_ticked.size() > gapsWorthClosing + 2 * m_count) {
             m_ticked = allSelectNumArr();
             for (std::size_t i = 0; i < m_ticked.size(); ++i)
-                leafOf(m_ticked[i]).setSelectionPlace(i);
+                leafOf(*m_ticked[i]).setSelectionPlace(i);
         }
     }
 }
@@ -76,13 +69,13 @@ void DuplicateSelection::set(const TreeNode::Pointer &node, bool ticked) {
 void DuplicateSelection::refreshGroup(TreeNode &group) {
     const std::size_t ticked = tickedIn(group);
     const auto all = std::size_t(group.numberOfChildren());
-    SimpleNodeData &data = groupOf(group);
+    SimpleNodeData &data = dataOf(group);
     data.setSelectNum(ticked == 0 ? 0 : ticked == all ? 1 : 2);
     data.setShowSelectNumStr(countText(ticked, all));
 }
 
 void DuplicateSelection::clickGroup(const TreeNode::Pointer &group, const IsShown &isShown) {
-    const bool ticks = groupOf(*group).selectNum() == 0;
+    const bool ticks = dataOf(*group).selectNum() == 0;
     const auto leaves = group->children();
     for (const auto &leaf : leaves)
         set(leaf, ticks && leaf != leaves.back() && (!isShown || isShown(*leaf)));
@@ -91,7 +84,7 @@ void DuplicateSelection::clickGroup(const TreeNode::Pointer &group, const IsShow
 
 bool DuplicateSelection::tickLeaf(const TreeNode::Pointer &leaf) {
     TreeNode &group = *leaf->nodeParent();
-    if (leafOf(leaf).selectNum() == 1)
+    if (leafOf(*leaf).selectNum() == 1)
         return true;
     if (tickedIn(group) + 1 >= std::size_t(group.numberOfChildren()))
         return false;
@@ -119,7 +112,7 @@ void DuplicateSelection::setAllSelectOrNoSelect(const TreeNode &list, bool on,
             continue;
         const auto leaves = group->children();
         for (const auto &leaf : leaves) {
-            m_before.push_back({leaf, leafOf(leaf).selectNum() == 1});
+            m_before.push_back({leaf, leafOf(*leaf).selectNum() == 1});
             if (!on || leaf == leaves.back())
                 set(leaf, false);
             else if (!isShown || isShown(*leaf))
@@ -128,7 +121,7 @@ void DuplicateSelection::setAllSelectOrNoSelect(const TreeNode &list, bool on,
         refreshGroup(*group);
         // Without ticks the text counts groups, until the row is drawn and counts its own files.
         if (!on)
-            groupOf(*group).setShowSelectNumStr(countText(0, groups.size()));
+            dataOf(*group).setShowSelectNumStr(countText(0, groups.size()));
     }
 }
 
@@ -137,11 +130,11 @@ void DuplicateSelection::setTicked(const TreeNode::List &nodes, bool ticks,
     beginBulk();
     std::unordered_set<const TreeNode *> remembered;
     for (const auto &node : nodes) {
-        const bool isGroup = groupOf(*node).isGroup();
+        const bool isGroup = dataOf(*node).isGroup();
         TreeNode *const group = isGroup ? node.get() : node->nodeParent();
         if (remembered.insert(group).second)
             remember(*group);
-        if ((groupOf(*node).selectNum() != 0) == ticks)
+        if ((dataOf(*node).selectNum() != 0) == ticks)
             continue;
         if (isGroup)
             clickGroup(node, isShown);
@@ -166,7 +159,7 @@ void DuplicateSelection::beginBulk() {
 
 void DuplicateSelection::remember(const TreeNode &group) {
     for (const auto &leaf : group.children())
-        m_before.push_back({leaf, leafOf(leaf).selectNum() == 1});
+        m_before.push_back({leaf, leafOf(*leaf).selectNum() == 1});
 }
 
 template <typename Stays>
@@ -197,13 +190,13 @@ void DuplicateSelection::tickAllOutside(const TreeNode::List &groups,
                                         const IsShown &isShown) {
     beginBulk();
     const auto isInside = [&](const TreeNode::Pointer &leaf) {
-        return paths::isSameOrBelow(leafOf(leaf).name(), folder.native());
+        return paths::isSameOrBelow(leafOf(*leaf).name(), folder.native());
     };
     for (const auto &group : groups) {
         const auto leaves = group->children();
         // A link is no copy that could stay alone.
         const bool hasOneInside = std::any_of(leaves.begin(), leaves.end(), [&](const auto &leaf) {
-            return isInside(leaf) && leafOf(leaf).searched().kind != SearchedFile::Kind::Link;
+            return isInside(leaf) && leafOf(*leaf).searched().kind != SearchedFile::Kind::Link;
         });
         if (hasOneInside && hasRow(*group, isShown))
             tickByRule(group, isShown, isInside);

@@ -1,6 +1,5 @@
 #include "duplicates/HardLinks.h"
-
-#include "duplicates/SearchedFile.h"
+#include "duplicates/DuplicateNodes.h"
 
 #include <map>
 #include <utility>
@@ -10,10 +9,6 @@ namespace brightsweep {
 namespace {
 
 using Identity = std::pair<std::uint64_t, std::uint64_t>;
-
-DuplicateLeaf &leafOf(const TreeNode &node) {
-    return static_cast<DuplicateLeaf &>(*node.nodeData());
-}
 
 Identity identityOf(const TreeNode &leaf) {
     const SearchedFile &file = leafOf(leaf).searched();

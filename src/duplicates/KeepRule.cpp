@@ -1,6 +1,5 @@
 #include "duplicates/KeepRule.h"
-
-#include "duplicates/SearchedFile.h"
+#include "duplicates/DuplicateNodes.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -9,10 +8,6 @@
 namespace brightsweep {
 
 namespace {
-
-const DuplicateLeaf &leafOf(const TreeNode::Pointer &node) {
-    return static_cast<const DuplicateLeaf &>(*node->nodeData());
-}
 
 std::int64_t timeOf(const DuplicateLeaf &leaf) {
     const auto date = leaf.ModificationDate();
@@ -46,7 +41,7 @@ std::optional<KeepRule> keepRuleOf(std::string_view name) {
 
 TreeNode::Pointer leafToKeep(const TreeNode &group, KeepRule rule) {
     const auto rank = [rule](const TreeNode::Pointer &node) {
-        const DuplicateLeaf &leaf = leafOf(node);
+        const DuplicateLeaf &leaf = leafOf(*node);
         return std::tuple(leaf.searched().kind != SearchedFile::Kind::Link, worthOf(leaf, rule),
                           leaf.place());
     };

@@ -1,6 +1,7 @@
 // The removal of the duplicates page.
 
 #include "core/ThreadWorker.h"
+#include "duplicates/DuplicateNodes.h"
 #include "duplicates/HardLinks.h"
 #include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/Log.h"
@@ -17,10 +18,6 @@ namespace {
 
 // Of all removals of this run of the program.
 std::size_t removalsTold = 0;
-
-SimpleNodeData &dataOf(const TreeNode &node) {
-    return static_cast<SimpleNodeData &>(*node.nodeData());
-}
 
 } // namespace
 

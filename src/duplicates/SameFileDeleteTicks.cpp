@@ -1,6 +1,7 @@
 // The ticks of the duplicates page.
 
 #include "core/Texts.h"
+#include "duplicates/DuplicateNodes.h"
 #include "duplicates/HardLinks.h"
 #include "duplicates/SameFileDeleteViewController.h"
 
@@ -8,14 +9,6 @@
 #include <utility>
 
 namespace brightsweep {
-
-namespace {
-
-SimpleNodeData &dataOf(const TreeNode &node) {
-    return static_cast<SimpleNodeData &>(*node.nodeData());
-}
-
-} // namespace
 
 std::size_t SameFileDeleteViewController::hiddenSelectedCount() const {
     if (m_filter.isEmpty() && m_remberWitchSelect == 0)

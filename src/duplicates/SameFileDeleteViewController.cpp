@@ -5,6 +5,7 @@
 #include "core/Texts.h"
 #include "core/ThreadWorker.h"
 #include "core/UtilityFunction.h"
+#include "duplicates/DuplicateNodes.h"
 #include "duplicates/HardLinks.h"
 #include "duplicates/RecentFolders.h"
 #include "foundation/Log.h"
@@ -41,10 +42,6 @@ constexpr char startPanel[] = "duplicates_file";
 
 // For the whole run of the program: the display never falls, also from one search to the next.
 std::uint32_t highestProgress = 0;
-
-SimpleNodeData &dataOf(const TreeNode &node) {
-    return static_cast<SimpleNodeData &>(*node.nodeData());
-}
 
 int rowOfType(std::int32_t fileType) {
     for (std::size_t row = 1; row < duplicateLists.size(); ++row) {

@@ -3,7 +3,7 @@
 #include "cleaning/ui/FileIcons.h"
 #include "core/RowWords.h"
 #include "core/Texts.h"
-#include "duplicates/SearchedFile.h"
+#include "duplicates/DuplicateNodes.h"
 #include "duplicates/ui/PreviewLoader.h"
 #include "foundation/Paths.h"
 #include "ui/Theme.h"
@@ -27,10 +27,6 @@ constexpr int iconSide = 72;
 constexpr int mostPaths = 40;
 // Rows that the arrows run over are not looked at.
 constexpr std::chrono::milliseconds settles{120};
-
-const DuplicateLeaf &leafOf(const TreeNode &node) {
-    return static_cast<const DuplicateLeaf &>(*node.nodeData());
-}
 
 // A path may be broken behind each slash.
 QString html(const std::string &bytes) {

@@ -4,6 +4,7 @@
 #include "core/RowWords.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
+#include "duplicates/DuplicateNodes.h"
 #include "duplicates/ui/DuplicatesResultsPanel.h"
 #include "duplicates/ui/DuplicatesView.h"
 #include "foundation/Paths.h"
@@ -22,10 +23,6 @@ using Act = SameFileDeleteViewController::Act;
 
 QString counted(const char *key, std::size_t files, std::uint64_t bytes) {
     return localizedText(key, files).arg(sizeWords(bytes));
-}
-
-const SimpleNodeData &dataOf(const TreeNode &node) {
-    return static_cast<const SimpleNodeData &>(*node.nodeData());
 }
 
 } // namespace
