@@ -4,9 +4,9 @@
 
 namespace brightsweep {
 
-/// The program-wide flag that stops the walks of the disk usage's list mode from deep inside, where
-/// no worker is at hand. One request reaches every walk in progress, and a new walk clears it for
-/// all: only one is meant to run at a time.
+/// A flag that stops the walks of the disk usage's list mode from deep inside, where no worker is
+/// at hand. The shared one is the program's: a request reaches every walk in progress that goes by
+/// it, the sizes of a clean's scan among them. A scan that runs beside others has one of its own.
 class TaskStopper {
 public:
     static TaskStopper &sharedTaskStopper();

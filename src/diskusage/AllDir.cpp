@@ -40,6 +40,10 @@ std::int64_t AllDir::ListAllDir(std::string_view path, bool isTop) {
     return iSize.load(std::memory_order_relaxed);
 }
 
+void AllDir::abandonScan() {
+    arena().isAbandoned = true;
+}
+
 void AllDir::FreeAll() {
     if (!pParent) {
         delete &arena(); // this node with it

@@ -38,6 +38,8 @@ public:
     /// thread. A directory that cannot be opened has no children and size 0. While bStopScan is
     /// set nothing more is read, and the result is what was counted so far.
     std::int64_t ListAllDir(std::string_view path, bool isTop);
+    /// Ends the scan of this tree for good, and no other one. From any thread while the tree lives.
+    void abandonScan();
     /// Ends the tree when called on its root; the nodes are gone then. Any other node is taken out
     /// of its parent, and its storage goes with the tree.
     void FreeAll();

@@ -6,6 +6,7 @@
 #include "core/ThreadWorker.h"
 #include "core/UtilityFunction.h"
 #include "diskusage/FSNodeStates.h"
+#include "diskusage/NodeTreeOperator.h"
 #include "foundation/Identity.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
@@ -32,6 +33,30 @@ const QString homeImage = QStringLiteral("home_disk.png");
 
 } // namespace
 
+// One scan. It is its worker's until that has ended, which may be long after the page has gone on
+// without it.
+struct DiskUsageAppController::Scan {
+    Scan(DiskUsageAppController &owner, std::filesystem::path folder, bool chart)
+        : page(owner), path(std::move(folder)), isChart(chart) {}
+
+    DiskUsageAppController &page;
+    const std::filesystem::path path;
+    const bool isChart;
+    std::shared_ptr<ThreadWorker> twSearch;
+    TaskStopper stopper;
+    NodeTreeOperator treeOperator{stopper};
+    std::unique_ptr<FSNode> node; // of the list mode, as the root
+    Result<RemovalRoot> root = std::errc::no_such_file_or_directory;
+
+    static thread_local const Scan *current;
+
+    void browserFiles(std::nullptr_t);
+    void scanList();
+    void browseFilesFinished() { page.browseFilesFinished(*this); }
+};
+
+thread_local const DiskUsageAppController::Scan *DiskUsageAppController::Scan::current = nullptr;
+
 DiskUsageAppController::DiskUsageAppController(QObject *parent)
     : DiskUsageAppController(Surroundings{}, parent) {}
 
@@ -49,14 +74,10 @@ DiskUsageAppController::~DiskUsageAppController() {
     m_surroundings.clock->cancel(m_giveUp);
     m_surroundings.clock->cancel(m_alert);
     NotificationCenter::defaultCenter().removeObserver(this);
-    m_bStopTask = true;
-    m_diskView.stopScanTask();
-    if (!m_twSearch)
-        return;
-    // The flag is every walk's: it is raised no longer than this one runs.
-    TaskStopper::sharedTaskStopper().setStopFlags(true);
-    m_twSearch->abandon();
-    TaskStopper::sharedTaskStopper().setStopFlags(false);
+    if (m_scan)
+        giveUp();
+    for (const auto &scan : m_leftBehind)
+        scan->twSearch->abandon();
 }
 
 void DiskUsageAppController::bind() {
@@ -66,10 +87,11 @@ void DiskUsageAppController::bind() {
     center.addObserver(
         this, QStringLiteral("GetDirTotalLevel"), [this](const Notification &notification) {
             const auto levels = notification.userInfo[QStringLiteral("DirLevels")].toLongLong();
-            m_calls.post([this, levels] { getDirLevels4PieTree(levels); });
+            m_calls.post(
+                [this, scan = Scan::current, levels] { getDirLevels4PieTree(scan, levels); });
         });
     center.addObserver(this, QStringLiteral("NeedUpdateProgress"), [this](const Notification &) {
-        m_calls.post([this] { finishADirLevel(); });
+        m_calls.post([this, scan = Scan::current] { finishADirLevel(scan); });
     });
     center.addObserver(
         this, QStringLiteral("refDiskusageView"), [this](const Notification &notification) {
@@ -168,34 +190,36 @@ void DiskUsageAppController::begin(const std::filesystem::path &path) {
     m_isChart = displayMode();
     m_bSearchFinished = false;
     m_bStopTask = false;
-    m_leftBehind = false;
     m_rootDirLevels = 0;
     m_levelsDone = 0;
     m_listTicks.clear();
-    TaskStopper::sharedTaskStopper().setStopFlags(false);
+    m_diskView.scanBegins();
     switch2QcAnimation(true);
     Q_EMIT progressChanged();
-    m_twSearch = ThreadWorker::workOn(this, &DiskUsageAppController::browserFiles, nullptr,
-                                      &DiskUsageAppController::browseFilesFinished);
+    m_scan = std::make_shared<Scan>(*this, m_scanPathStr, m_isChart);
+    m_scan->twSearch = ThreadWorker::workOn(m_scan.get(), &Scan::browserFiles, nullptr,
+                                            &Scan::browseFilesFinished);
 }
 
-void DiskUsageAppController::browserFiles(std::nullptr_t) {
-    if (m_isChart)
-        m_diskView.drawPieTree(m_scanPathStr);
+void DiskUsageAppController::Scan::browserFiles(std::nullptr_t) {
+    current = this;
+    if (isChart)
+        page.m_diskView.drawPieTree(path);
     else
         scanList();
+    current = nullptr;
 }
 
 // The first level one after the other, by name, for the progress; what is below each of them on
 // several directories at once.
-void DiskUsageAppController::scanList() {
+void DiskUsageAppController::Scan::scanList() {
     FileOperations &files = *Platform::current().files;
-    m_scannedNode = std::make_unique<FSNode>(m_scanPathStr, true);
-    m_scannedRoot = files.rememberRoot(m_scanPathStr);
+    node = std::make_unique<FSNode>(path, true);
+    root = files.rememberRoot(path);
     std::vector<std::pair<std::string, EntryType>> names;
-    const auto directory = files.openDirectory(m_scanPathStr);
+    const auto directory = files.openDirectory(path);
     if (!directory)
-        NSLog("%@-%@", m_scanPathStr, directory.error());
+        NSLog("%@-%@", path, directory.error());
     DirectoryBlock block;
     while (directory && !block.atEnd()) {
         if (files.readBlock(*directory, block, WantedAttributes::None))
@@ -204,34 +228,40 @@ void DiskUsageAppController::scanList() {
             names.emplace_back(entry.nameView(), entry.type);
     }
     std::sort(names.begin(), names.end());
-    m_calls.post([this, count = std::int64_t(names.size())] { getDirLevels4PieTree(count); });
+    page.m_calls.post([&page = page, scan = this, count = std::int64_t(names.size())] {
+        page.getDirLevels4PieTree(scan, count);
+    });
     const std::uint64_t limit = getLimitSize();
-    FSNode &root = *m_scannedNode;
+    FSNode &top = *node;
     for (const auto &[name, type] : names) {
-        if (m_bStopTask)
+        if (stopper.getStopFlags())
             break;
-        const auto path = paths::join(m_scanPathStr, name);
+        const auto place = paths::join(path, name);
         if (type == EntryType::Directory) {
-            FSNode &node = root.addChild(name, true, 0);
-            node.size = m_treeOperator.getFistListTree(path, node, limit);
-            root.size += node.size;
-            if (node.size < limit)
-                root.children.pop_back();
+            FSNode &child = top.addChild(name, true, 0);
+            child.size = treeOperator.getFistListTree(place, child, limit);
+            top.size += child.size;
+            if (child.size < limit)
+                top.children.pop_back();
         } else {
-            root.size += m_treeOperator.getFistListTree(path, root, limit);
+            top.size += treeOperator.getFistListTree(place, top, limit);
         }
-        m_calls.post([this] { finishADirLevel(); });
+        page.m_calls.post([&page = page, scan = this] { page.finishADirLevel(scan); });
     }
-    root.decendingSort();
+    top.decendingSort();
 }
 
-void DiskUsageAppController::getDirLevels4PieTree(std::int64_t levels) {
+void DiskUsageAppController::getDirLevels4PieTree(const Scan *scan, std::int64_t levels) {
+    if (scan != m_scan.get())
+        return;
     m_rootDirLevels = levels;
     m_levelsDone = 0;
     Q_EMIT progressChanged();
 }
 
-void DiskUsageAppController::finishADirLevel() {
+void DiskUsageAppController::finishADirLevel(const Scan *scan) {
+    if (scan != m_scan.get())
+        return;
     ++m_levelsDone;
     Q_EMIT progressChanged();
 }
@@ -243,48 +273,58 @@ void DiskUsageAppController::stopBtnClick() {
     if (m_isChart)
         m_diskView.stopScanTask();
     else
-        TaskStopper::sharedTaskStopper().setStopFlags(true);
+        m_scan->stopper.setStopFlags(true);
     show(State::Stopping, nullptr);
     // A scan that waits for a file system cannot be ended; the page goes on without it.
     m_giveUp = m_surroundings.clock->callAfter(stopPatience, [this] {
         m_giveUp = 0;
-        m_leftBehind = true;
         NSLog("The scan of %@ waits for its file system", m_scanPathStr);
+        giveUp();
         show(State::Start, "disk_usage");
     });
 }
 
-void DiskUsageAppController::browseFilesFinished() {
-    m_surroundings.clock->cancel(std::exchange(m_giveUp, 0));
-    m_twSearch.reset();
+void DiskUsageAppController::giveUp() {
+    m_scan->stopper.setStopFlags(true);
+    if (m_scan->isChart)
+        m_diskView.abandonScan();
+    m_leftBehind.push_back(std::exchange(m_scan, nullptr));
     m_bSearchFinished = true;
-    if (!m_bStopTask)
-        rememberFolder(DSDiskUsageFolders, m_scanPathStr);
-    if (m_leftBehind || m_bStopTask) {
-        TaskStopper::sharedTaskStopper().setStopFlags(false);
-        m_scannedNode.reset();
-        if (m_leftBehind)
-            Q_EMIT stateChanged();
-        else
-            show(State::Start, "disk_usage");
+}
+
+std::filesystem::path DiskUsageAppController::leftBehind() const {
+    return m_leftBehind.empty() ? std::filesystem::path() : m_leftBehind.back()->path;
+}
+
+void DiskUsageAppController::browseFilesFinished(Scan &ended) {
+    if (&ended != m_scan.get()) {
+        std::erase_if(m_leftBehind, [&ended](const auto &scan) { return scan.get() == &ended; });
+        Q_EMIT stateChanged();
         return;
     }
+    m_surroundings.clock->cancel(std::exchange(m_giveUp, 0));
+    const std::shared_ptr<Scan> scan = std::exchange(m_scan, nullptr);
+    m_bSearchFinished = true;
+    if (m_bStopTask) {
+        show(State::Start, "disk_usage");
+        return;
+    }
+    rememberFolder(DSDiskUsageFolders, m_scanPathStr);
     if (m_isChart) {
         m_diskView.scanEnded();
         switch2QcAnimation(false);
         return;
     }
-    if (m_scannedNode->children.empty()) {
-        m_scannedNode.reset();
+    if (scan->node->children.empty()) {
         show(State::Start, "disk_usage");
         Q_EMIT alert(QT_TRID_NOOP("No items found in selected folder. Please try another one."));
         return;
     }
     Q_EMIT rowsWillChange();
-    m_rootNode = std::move(m_scannedNode);
+    m_rootNode = std::move(scan->node);
     {
         const std::lock_guard lock(m_mutex);
-        m_listRoot = std::move(m_scannedRoot);
+        m_listRoot = std::move(scan->root);
         m_listPath = m_rootNode->_path();
     }
     Q_EMIT rowsChanged();

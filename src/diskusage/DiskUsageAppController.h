@@ -2,14 +2,12 @@
 
 #include "core/Clock.h"
 #include "diskusage/FSNode.h"
-#include "diskusage/NodeTreeOperator.h"
 #include "diskusage/V4DiskUsageViewController.h"
 #include "foundation/CallQueue.h"
 
 #include <QObject>
 #include <QString>
 
-#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -18,8 +16,6 @@
 #include <vector>
 
 namespace brightsweep {
-
-class ThreadWorker;
 
 /// One row of the start panel: a volume, or the home folder.
 struct DiskUsageLeftCell {
@@ -36,7 +32,7 @@ struct DiskUsageLeftCell {
 ///
 /// Main thread, but for the work of its worker. A view shows what this says, follows the signals
 /// and calls the actions; one that the state does not allow is refused. Destroying it stops what
-/// runs and waits for it.
+/// runs and waits for it, also for scans that were left behind.
 ///
 /// | State | Panel | Leaves on |
 /// |---|---|---|
@@ -59,9 +55,11 @@ public:
     State state() const { return m_state; }
     /// 0 the start panel, 1 progress, 2 results.
     int view4DiskUsage() const { return m_view4DiskUsage; }
-    /// True while no scan is under way, also none that was stopped and still waits for a file
-    /// system.
+    /// True while no scan is under way that counts.
     bool bSearchFinished() const { return m_bSearchFinished; }
+    /// What was being scanned by a scan that was stopped and still waits for its file system; empty
+    /// where there is none. It keeps no other one from starting.
+    std::filesystem::path leftBehind() const;
     /// The last scan was stopped.
     bool wasStopped() const { return m_bStopTask; }
     const std::filesystem::path &scanPathStr() const { return m_scanPathStr; }
@@ -119,15 +117,16 @@ Q_SIGNALS:
     void removalEnded();
 
 private:
+    struct Scan;
+
     void bind();
     void begin(const std::filesystem::path &path);
-    void browserFiles(std::nullptr_t argument);
-    void scanList();
-    void browseFilesFinished();
+    void browseFilesFinished(Scan &scan);
+    void giveUp();
     void switch2QcAnimation(bool scanning);
     void show(State state, const char *panel);
-    void getDirLevels4PieTree(std::int64_t levels);
-    void finishADirLevel();
+    void getDirLevels4PieTree(const Scan *scan, std::int64_t levels);
+    void finishADirLevel(const Scan *scan);
     void refDiskusageView(const std::filesystem::path &path);
     Result<RemovalTarget> listTarget(const std::filesystem::path &item);
     FSNode *nodeOf(const std::filesystem::path &path);
@@ -139,17 +138,14 @@ private:
     int m_view4DiskUsage = 0;
     std::filesystem::path m_scanPathStr;
     bool m_isChart = false;
-    std::atomic<bool> m_bStopTask{false};
+    bool m_bStopTask = false;
     bool m_bSearchFinished = true;
-    bool m_leftBehind = false; // the worker was stopped and has not ended
     std::int64_t m_rootDirLevels = 0;
     std::int64_t m_levelsDone = 0;
     std::vector<DiskUsageLeftCell> m_leftCellArr;
-    std::shared_ptr<ThreadWorker> m_twSearch;
-    NodeTreeOperator m_treeOperator;
+    std::shared_ptr<Scan> m_scan;                    // the one that counts
+    std::vector<std::shared_ptr<Scan>> m_leftBehind; // stopped, and not ended yet
     std::unique_ptr<FSNode> m_rootNode;
-    std::unique_ptr<FSNode> m_scannedNode; // the worker's, until it has ended
-    Result<RemovalRoot> m_scannedRoot = std::errc::no_such_file_or_directory; // likewise
     std::mutex m_mutex; // guards the next two, which workers look at
     std::filesystem::path m_listPath;
     Result<RemovalRoot> m_listRoot = std::errc::no_such_file_or_directory;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <memory_resource>
 #include <mutex>
@@ -18,6 +19,9 @@ public:
     void *allocate(std::size_t size);
     /// A copy of the text with a NUL behind it.
     const char *copy(std::string_view text);
+
+    /// The scan that fills the tree is to end.
+    std::atomic<bool> isAbandoned{false};
 
     /// Bytes given out so far.
     std::size_t bytesUsed() const;

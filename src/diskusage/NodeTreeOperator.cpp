@@ -2,7 +2,6 @@
 
 #include "core/SettingKeys.h"
 #include "core/SizeLimit.h"
-#include "core/TaskStopper.h"
 #include "foundation/Paths.h"
 #include "foundation/SaturatingSum.h"
 #include "platform/DirectoryWalk.h"
@@ -42,12 +41,12 @@ void complete(FSNode &node, std::size_t first, std::uint64_t limit) {
 // once everything below it is complete; no lock is needed.
 class ListWalk final : public DirectoryWalk::Visitor {
 public:
-    ListWalk(FSNode &root, std::uint64_t limit, std::shared_mutex &tree)
+    ListWalk(FSNode &root, std::uint64_t limit, TaskStopper &stopper, std::shared_mutex &tree)
         : m_root(root),
           m_limit(limit),
           m_tree(tree),
           m_walk(*Platform::current().files, *this,
-                 {WantedAttributes::NonDirectories, 0, &TaskStopper::sharedTaskStopper().flag()}) {}
+                 {WantedAttributes::NonDirectories, 0, &stopper.flag()}) {}
 
     std::uint64_t run(OpenDirectory directory) {
         const std::uint64_t before = m_root.size;
@@ -94,7 +93,7 @@ private:
 
 std::uint64_t NodeTreeOperator::getFistListTree(const std::filesystem::path &path, FSNode &root,
                                                 std::uint64_t limit) {
-    if (TaskStopper::sharedTaskStopper().getStopFlags())
+    if (m_stopper.getStopFlags())
         return 0;
     FileOperations &files = *Platform::current().files;
     const auto attributes = files.attributes(path);
@@ -109,7 +108,7 @@ std::uint64_t NodeTreeOperator::getFistListTree(const std::filesystem::path &pat
     auto directory = files.openDirectory(path);
     if (!directory)
         return 0;
-    return ListWalk(root, limit, m_tree).run(std::move(*directory));
+    return ListWalk(root, limit, m_stopper, m_tree).run(std::move(*directory));
 }
 
 std::uint64_t NodeTreeOperator::giveUp(FSNode &root, std::uint64_t limit) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/TaskStopper.h"
 #include "diskusage/FSNode.h"
 
 #include <cstdint>
@@ -9,9 +10,13 @@
 namespace brightsweep {
 
 /// Builds the list mode's trees. A walk runs on the calling thread, with helpers that live for the
-/// call only, and ends early when the flag of TaskStopper is set; what was found so far stays.
+/// call only, and ends early when the flag of its TaskStopper is set, which outlives it; what was
+/// found so far stays.
 class NodeTreeOperator {
 public:
+    explicit NodeTreeOperator(TaskStopper &stopper = TaskStopper::sharedTaskStopper())
+        : m_stopper(stopper) {}
+
     /// Adds to `root` what lies below the path and is at least `limit` bytes large, folders with
     /// all below them, in system order. Returns the bytes of everything there, kept or not. A path
     /// that is no folder becomes itself a child of `root`, unless it is smaller than the limit,
@@ -25,6 +30,7 @@ public:
     std::uint64_t giveUp(FSNode &root, std::uint64_t limit);
 
 private:
+    TaskStopper &m_stopper;
     std::shared_mutex m_tree; // held by whoever writes a node
 };
 

@@ -46,6 +46,22 @@ std::uint64_t sizeOf(const AllDir &node) {
     return std::uint64_t(node.iSize.load(std::memory_order_relaxed));
 }
 
+std::pair<std::size_t, std::string> unreadIn(const AllDir &root) {
+    std::pair<std::size_t, std::string> unread;
+    std::vector<const AllDir *> waiting{&root};
+    while (!waiting.empty()) {
+        const AllDir *const node = waiting.back();
+        waiting.pop_back();
+        if (node->isUnread && unread.first++ == 0)
+            unread.second = node->szPath();
+        for (const std::atomic<AllDir *> &slot : node->ppChildren()) {
+            if (const AllDir *const child = slot.load(std::memory_order_relaxed))
+                waiting.push_back(child);
+        }
+    }
+    return unread;
+}
+
 bool isSameOrAncestor(const AllDir *ancestor, const AllDir *node) {
     while (node && node != ancestor)
         node = node->pParent;
@@ -105,27 +121,69 @@ RingChart::~RingChart() {
         icAllDir->FreeAll();
 }
 
+// Whatever waits for the file system may come back after the scan was abandoned.
 void RingChart::contructPieTree(const std::filesystem::path &path) {
-    // Before the new tree can be seen: a stop that comes from then on is meant for this scan.
-    AllDir::bStopScan = false;
-    m_scanning = true;
-    W32AllDir *const root = W32AllDir::newRoot();
-    W32AllDir *before = nullptr;
+    std::uint64_t scan = 0;
+    {
+        // Before the new tree can be seen: a stop that comes from then on is meant for this scan.
+        const std::lock_guard lock(m_mutex);
+        AllDir::bStopScan = false;
+        m_scanning = true;
+        scan = ++m_scan;
+    }
     auto scannedFolder = Platform::current().files->rememberRoot(path);
+    W32AllDir *const root = W32AllDir::newRoot();
+    W32AllDir *before = root;
     {
         const std::lock_guard lock(m_mutex);
-        m_scannedFolder = std::move(scannedFolder);
-        before = std::exchange(icAllDir, root);
-        icCurrentPtr = root;
-        icFoundPtr = nullptr;
+        if (scan == m_scan) {
+            letGoLocked();
+            m_scannedFolder = std::move(scannedFolder);
+            before = std::exchange(icAllDir, root);
+            icCurrentPtr = root;
+            icFoundPtr = nullptr;
+            m_isGrowing = true;
+        }
     }
     if (before)
         before->FreeAll();
+    if (before == root)
+        return;
     NSLog("Construct pie tree for: %@", path);
     const std::string folder = withSlash(path.native());
-    root->ListAllDir(folder, true);
-    m_scanning = false;
-    updateLeftView(folder, sizeOf(*root));
+    const auto size = std::uint64_t(root->ListAllDir(folder, true));
+    auto unread = unreadIn(*root);
+    {
+        std::unique_lock lock(m_mutex);
+        if (scan != m_scan) {
+            lock.unlock();
+            root->FreeAll();
+            return;
+        }
+        m_isGrowing = false;
+        m_scanning = false;
+        m_unread = std::move(unread);
+    }
+    updateLeftView(folder, size);
+}
+
+// A tree that is still being filled belongs to the thread that fills it.
+void RingChart::letGoLocked() {
+    if (!std::exchange(m_isGrowing, false))
+        return;
+    icAllDir->abandonScan();
+    icAllDir = icCurrentPtr = icFoundPtr = nullptr;
+    m_scannedFolder = std::errc::no_such_file_or_directory;
+}
+
+void RingChart::abandonScan() {
+    {
+        const std::lock_guard lock(m_mutex);
+        ++m_scan;
+        m_scanning = false;
+        letGoLocked();
+    }
+    Q_EMIT redrawNeeded();
 }
 
 void RingChart::cancelTask() {

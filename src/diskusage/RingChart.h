@@ -25,7 +25,7 @@ namespace brightsweep {
 /// contructPieTree() runs on a worker; every other call belongs to the main thread and may come
 /// while the scan runs: the chart then grows from frame to frame. The lock between the two is held
 /// for a frame at most, and never during a scan. Nodes handed out live until the next
-/// contructPieTree(). Destroy it only when no scan runs.
+/// contructPieTree(). Destroy it only when no scan runs, an abandoned one included.
 ///
 /// Posts, with itself as the object: "RefreshLeftView" ("RootPath": a CleanFileInfo,
 /// "DecendingItem": a CleanFileInfoList, largest first), on the thread that scanned or navigated;
@@ -43,6 +43,9 @@ public:
     void contructPieTree(const std::filesystem::path &path);
     /// Stops the scan, if there is a tree.
     void cancelTask();
+    /// For an owner who does not wait for a scan that hangs: lets go of its tree, which its thread
+    /// then frees, and has it change nothing here when it goes on. The chart is empty.
+    void abandonScan();
 
     /// One frame for a view of that size.
     void drawRect(int width, int height);
@@ -93,7 +96,7 @@ public:
     Facts rootFacts() const;
     /// Of the directory with that path, with a trailing "/".
     std::optional<std::uint64_t> bytesOf(std::string_view path) const;
-    /// Directories that the scan could not read, and the first of them. Not during a scan.
+    /// Directories that the last scan could not read, and the first of them.
     std::pair<std::size_t, std::string> unreadDirectories() const;
 
     /// The item as removals take it: its way down from the scanned folder, which was remembered
@@ -131,6 +134,7 @@ private:
     void clearHiddenFlagsLocked();
     void list(const std::filesystem::path &path, std::uint64_t size);
     void goTo(W32AllDir &node);
+    void letGoLocked();
     AllDir *searchFileLocked(std::string_view path) const;
 
     // For the three pointers, the life of what they point at, and the scanned folder.
@@ -140,6 +144,9 @@ private:
     W32AllDir *icCurrentPtr = nullptr;
     Result<RemovalRoot> m_scannedFolder = std::errc::no_such_file_or_directory;
     std::atomic<bool> m_scanning{false};
+    std::uint64_t m_scan = 0; // the number of the scan that counts
+    bool m_isGrowing = false; // its thread fills icAllDir
+    std::pair<std::size_t, std::string> m_unread;
     bool bShowBubble = false;
     Listing m_listing;
 };

@@ -100,21 +100,7 @@ std::optional<std::uint64_t> RingChart::bytesOf(std::string_view path) const {
 
 std::pair<std::size_t, std::string> RingChart::unreadDirectories() const {
     const std::lock_guard lock(m_mutex);
-    std::pair<std::size_t, std::string> unread;
-    std::vector<const AllDir *> waiting;
-    if (icAllDir)
-        waiting.push_back(icAllDir);
-    while (!waiting.empty()) {
-        const AllDir *const node = waiting.back();
-        waiting.pop_back();
-        if (node->isUnread && unread.first++ == 0)
-            unread.second = node->szPath();
-        for (const std::atomic<AllDir *> &slot : node->ppChildren()) {
-            if (const AllDir *const child = slot.load(std::memory_order_relaxed))
-                waiting.push_back(child);
-        }
-    }
-    return unread;
+    return m_unread;
 }
 
 // -- The keyboard

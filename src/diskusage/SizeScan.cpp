@@ -36,7 +36,7 @@ SizeScan::SizeScan(AllDir &root, bool isTop)
       m_isTop(isTop),
       m_arena(root.arena()),
       m_walk(*Platform::current().files, *this,
-             {WantedAttributes::NonDirectories, 0, &AllDir::bStopScan}) {}
+             {WantedAttributes::NonDirectories, 0, &AllDir::bStopScan, &m_arena.isAbandoned}) {}
 
 void SizeScan::run(std::string_view path) {
     auto directory = Platform::current().files->openDirectory(std::filesystem::path(path));

@@ -12,7 +12,8 @@ public:
     /// `isTop` as for AllDir::ListAllDir().
     SizeScan(AllDir &root, bool isTop);
 
-    /// Returns when the tree is complete or AllDir::bStopScan has been seen.
+    /// Returns when the tree is complete, or AllDir::bStopScan or that the tree is abandoned has
+    /// been seen.
     void run(std::string_view path);
 
     void entries(DirectoryWalk::Directory &directory, const DirectoryBlock &block) override;

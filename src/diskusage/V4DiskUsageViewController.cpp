@@ -50,6 +50,7 @@ struct V4DiskUsageViewController::Listing {
     CleanFileInfo root;
     RingChart::CleanFileInfoList items;
     std::vector<std::error_code> refusals;
+    std::uint64_t volumeBytes = 0;
 
     static thread_local Listing *current;
 
@@ -163,15 +164,23 @@ void V4DiskUsageViewController::bind() {
 // -- The scan
 
 void V4DiskUsageViewController::drawPieTree(const std::filesystem::path &path) {
-    m_scanListing = std::make_shared<Listing>();
-    m_scanListing->page = this;
-    Listing::current = m_scanListing.get();
+    const std::shared_ptr<Listing> listing = m_scanListing;
+    Listing::current = listing.get();
     m_openGLView.contructPieTree(path);
     Listing::current = nullptr;
     std::error_code error;
     const auto space = std::filesystem::space(path, error);
-    m_volumeBytes = error ? 0 : space.capacity;
-    m_unread = m_openGLView.unreadDirectories();
+    listing->volumeBytes = error ? 0 : space.capacity;
+}
+
+void V4DiskUsageViewController::scanBegins() {
+    m_scanListing = std::make_shared<Listing>();
+    m_scanListing->page = this;
+}
+
+void V4DiskUsageViewController::abandonScan() {
+    m_scanListing.reset();
+    m_openGLView.abandonScan();
 }
 
 void V4DiskUsageViewController::scanEnded() {
@@ -182,8 +191,11 @@ void V4DiskUsageViewController::scanEnded() {
     // A new scan is of other objects.
     m_ticks.clear();
     m_hasSelected = false;
-    if (listing)
+    if (listing) {
+        m_volumeBytes = listing->volumeBytes;
         leftViewContent(listing->root, listing->items, listing->refusals);
+    }
+    m_unread = m_openGLView.unreadDirectories();
     Q_EMIT scanFactsChanged();
 }
 

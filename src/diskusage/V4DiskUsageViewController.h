@@ -95,9 +95,13 @@ public:
     const std::string &firstUnread() const { return m_unread.second; }
 
     // -- The scan, by the page that owns this
+    /// On the main thread, before the worker starts.
+    void scanBegins();
     /// On the worker.
     void drawPieTree(const std::filesystem::path &path);
     void stopScanTask() { m_openGLView.cancelTask(); }
+    /// The scan hangs: what it still does is of no account, and another one may begin.
+    void abandonScan();
     /// On the main thread, when the scan has ended.
     void scanEnded();
     /// Goes to the directory, if it is one.

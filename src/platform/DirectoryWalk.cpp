@@ -82,7 +82,8 @@ struct DirectoryWalk::State {
 
     bool stopped() const {
         return failed.load(std::memory_order_relaxed) ||
-               (options.stop && options.stop->load(std::memory_order_relaxed));
+               (options.stop && options.stop->load(std::memory_order_relaxed)) ||
+               (options.ownStop && options.ownStop->load(std::memory_order_relaxed));
     }
 
     // Runs the function; its exception is kept for run() and stops the walk.

@@ -45,6 +45,8 @@ public:
         /// Checked between blocks and between directories. Once it is set nothing more is read, and
         /// what has been entered is left without being read.
         const std::atomic<bool> *stop = nullptr;
+        /// Likewise: of this walk alone, where the other one is shared.
+        const std::atomic<bool> *ownStop = nullptr;
     };
 
     DirectoryWalk(FileOperations &files, Visitor &visitor, Options options);

@@ -1,4 +1,5 @@
 #include "core/SettingKeys.h"
+#include "core/TaskStopper.h"
 #include "diskusage/DiskUsageAppController.h"
 #include "diskusage/FSNodeStates.h"
 #include "diskusage/RecordingCanvas.h"
@@ -223,28 +224,42 @@ TEST_F(DiskUsagePageTest, AStopIsAnsweredWhereTheFileSystemIsNot) {
     std::mutex mutex;
     std::condition_variable changed;
     bool hangs = true;
-    faults.setFault([&](std::string_view call, const std::filesystem::path &) {
-        std::unique_lock lock(mutex);
-        if (call == "openDirectoryAt")
-            changed.wait(lock, [&] { return !hangs; });
-        return std::error_code();
-    });
+    bool first = true;
+    std::atomic<bool> waiting = false;
+    TestTree other(tree.top().parent_path() / "other");
+    other.sparseFile("a/file", 300);
+    faults.setFault(
+        [&](std::string_view call, const std::filesystem::path &) {
+            std::unique_lock lock(mutex);
+            if (call == "openDirectoryAt" && std::exchange(first, false)) {
+                waiting = true;
+                changed.wait(lock, [&] { return !hangs; });
+                waiting = false;
+            }
+            return std::error_code();
+        },
+        true);
     for (const bool chart : {true, false}) {
-        hangs = true;
+        hangs = first = true;
         UserDefaults::standardUserDefaults().setObject(DSDiskUsageShowStyle, chart);
         page.viewDragAction(tree.top());
+        waitUntil([&] { return bool(waiting); });
         page.stopBtnClick();
         EXPECT_EQ(page.state(), State::Stopping);
         clock.advance(std::chrono::seconds(1));
         EXPECT_EQ(page.state(), State::Start);
-        EXPECT_FALSE(page.bSearchFinished());
+        EXPECT_EQ(page.leftBehind(), tree.top());
+        EXPECT_FALSE(TaskStopper::sharedTaskStopper().getStopFlags()); // it stops cleans as well
+        scan(chart, other.top());
+        EXPECT_EQ(page.state(), State::Results);
         {
             const std::lock_guard lock(mutex);
             hangs = false;
         }
         changed.notify_all();
-        waitUntil([&] { return page.bSearchFinished(); });
-        EXPECT_TRUE(page.wasStopped());
+        waitUntil([&] { return page.leftBehind().empty(); });
+        EXPECT_EQ(chart ? view().openGLView().rootFacts().bytes : page._rootNode()->size, 300u);
+        EXPECT_EQ(page.levelsDone(), 1);
         scan(chart, tree.top());
         EXPECT_EQ(page.state(), State::Results);
         page.clickBackBtn();

@@ -13,11 +13,17 @@ namespace brightsweep::test {
 struct FaultPlatform::State {
     std::mutex mutex;
     Fault fault;
+    bool waits = false;
     std::map<std::string, std::vector<std::filesystem::path>, std::less<>> calls;
 
     std::error_code tell(std::string_view call, const std::filesystem::path &argument) {
-        const std::lock_guard lock(mutex);
+        std::unique_lock lock(mutex);
         calls[std::string(call)].push_back(argument);
+        if (waits) {
+            const Fault waiting = fault;
+            lock.unlock();
+            return waiting(call, argument);
+        }
         return fault ? fault(call, argument) : std::error_code();
     }
 };
@@ -107,9 +113,10 @@ FaultPlatform::FaultPlatform() : m_state(std::make_shared<State>()) {
     files = std::make_unique<Files>(m_state, std::move(files));
 }
 
-void FaultPlatform::setFault(Fault fault) {
+void FaultPlatform::setFault(Fault fault, bool waits) {
     const std::lock_guard lock(m_state->mutex);
     m_state->fault = std::move(fault);
+    m_state->waits = waits;
 }
 
 std::vector<std::filesystem::path> FaultPlatform::argumentsOf(std::string_view name) const {

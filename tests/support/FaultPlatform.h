@@ -24,7 +24,8 @@ public:
 
     /// Called on every thread that makes calls, one call after the other. Until one is set, none
     /// fails.
-    void setFault(Fault fault);
+    /// One that waits is called from several threads at once, any other by one after the other.
+    void setFault(Fault fault, bool waits = false);
 
     /// The arguments of every call of one function so far, in order.
     std::vector<std::filesystem::path> argumentsOf(std::string_view name) const;

@@ -157,11 +157,11 @@ void DiskUsageStartPanel::showEvent(QShowEvent *) {
 void DiskUsageStartPanel::follow() {
     m_mode->button(m_controller.displayMode() ? 1 : 0)->setChecked(true);
     const bool isFree = m_controller.bSearchFinished();
-    const bool waits = !isFree && m_controller.state() == DiskUsageAppController::State::Start;
-    m_word->setText(
-        waits ? localizedText("USAGE_WAITS").arg(paths::displayFromHome(m_controller.scanPathStr()))
-        : isFree && m_controller.wasStopped() ? localizedText("USAGE_STOPPED")
-                                              : QString());
+    const auto waiting = m_controller.leftBehind();
+    m_word->setText(!waiting.empty()
+                        ? localizedText("USAGE_WAITS").arg(paths::displayFromHome(waiting))
+                    : isFree && m_controller.wasStopped() ? localizedText("USAGE_STOPPED")
+                                                          : QString());
     for (QWidget *const widget : {m_places, m_recent, focusProxy()})
         widget->setEnabled(isFree);
     listRecent();
