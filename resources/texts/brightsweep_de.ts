@@ -255,6 +255,7 @@
     <message id="USAGE_FREE_OF"><translation>%1 von %2 frei</translation></message>
     <message id="USAGE_FURTHER_FOLDERS"><translation>Weitere Ordner auf dem Weg</translation></message>
     <message id="USAGE_FURTHER_ITEMS" numerus="yes"><translation><numerusform>%n weiteres Objekt</numerusform><numerusform>%n weitere Objekte</numerusform></translation></message>
+    <message id="USAGE_GAP"><translation>Dateien und kleine Ordner in %1</translation></message>
     <message id="USAGE_LIST"><translation>Ordner und große Dateien</translation></message>
     <message id="USAGE_LIST_MODE"><translation>Liste</translation></message>
     <message id="USAGE_MORE_THAN_VOLUME"><translation>Das ist mehr, als der Datenträger fasst: Eine Datei mit mehreren Namen zählt für jeden einmal, und Dateien mit Lücken zählen ganz.</translation></message>

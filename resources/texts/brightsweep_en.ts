@@ -255,6 +255,7 @@
     <message id="USAGE_FREE_OF"><translation>%1 free of %2</translation></message>
     <message id="USAGE_FURTHER_FOLDERS"><translation>Further folders on the way</translation></message>
     <message id="USAGE_FURTHER_ITEMS" numerus="yes"><translation><numerusform>%n further item</numerusform><numerusform>%n further items</numerusform></translation></message>
+    <message id="USAGE_GAP"><translation>Files and small folders of %1</translation></message>
     <message id="USAGE_LIST"><translation>Folders and large files</translation></message>
     <message id="USAGE_LIST_MODE"><translation>List</translation></message>
     <message id="USAGE_MORE_THAN_VOLUME"><translation>This is more than the volume can hold: a file with several names counts once for each, and files with holes count in full.</translation></message>

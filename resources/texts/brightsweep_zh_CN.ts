@@ -255,6 +255,7 @@
     <message id="USAGE_FREE_OF"><translation>%2 中有 %1 可用</translation></message>
     <message id="USAGE_FURTHER_FOLDERS"><translation>路径中的其他文件夹</translation></message>
     <message id="USAGE_FURTHER_ITEMS" numerus="yes"><translation><numerusform>另有 %n 个项目</numerusform></translation></message>
+    <message id="USAGE_GAP"><translation>%1 中的文件和小文件夹</translation></message>
     <message id="USAGE_LIST"><translation>文件夹和大文件</translation></message>
     <message id="USAGE_LIST_MODE"><translation>列表</translation></message>
     <message id="USAGE_MORE_THAN_VOLUME"><translation>这超过了卷的容量：有多个名称的文件按每个名称各计一次，含空洞的文件按全部大小计算。</translation></message>

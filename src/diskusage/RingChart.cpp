@@ -11,8 +11,6 @@
 #include "removal/NvAuthorization.h"
 
 #include <algorithm>
-#include <cmath>
-#include <numbers>
 #include <unordered_map>
 
 namespace brightsweep {
@@ -243,11 +241,8 @@ QPointF RingChart::chartPoint(QPointF point, int width, int height) {
 
 // -- The mouse
 
-// The place's y grows downwards, and with it the angle is 0 at the top and grows clockwise.
 void RingChart::mouseMoved(QPointF place, QPointF screen) {
-    const double angle =
-        360 + 360 * (std::atan2(place.x(), place.y()) + std::numbers::pi) / (-2 * std::numbers::pi);
-    const double radius = std::hypot(place.x(), place.y());
+    const auto [radius, angle] = polar(place);
     QVariantMap bubble;
     bool hit = false;
     {

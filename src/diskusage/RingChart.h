@@ -92,6 +92,9 @@ public:
         int level = 0;
     };
     Facts foundFacts() const;
+    /// Of the directory whose gap lies at that place of the chart: the part of its ring that stands
+    /// for its own files and for what is too narrow to be drawn, with the bytes of those alone.
+    Facts gapAt(QPointF place) const;
     Facts currentFacts() const;
     Facts rootFacts() const;
     /// Of the directory with that path, with a trailing "/".
@@ -127,6 +130,11 @@ Q_SIGNALS:
     void redrawNeeded();
 
 private:
+    struct Polar {
+        double radius;
+        double angle; ///< degrees
+    };
+    static Polar polar(QPointF place);
     void drawScene();
     void drawParts(int width, int height, void (RingChart::*draw)());
     void drawBase();

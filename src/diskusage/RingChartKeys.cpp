@@ -1,9 +1,11 @@
-// The ring chart for views that keep what they drew, and for the keyboard.
+// The ring chart for views that keep what they drew, for places in it, and for the keyboard.
 #include "diskusage/ChartCanvas.h"
 #include "diskusage/RingChart.h"
 #include "foundation/Log.h"
 
 #include <algorithm>
+#include <cmath>
+#include <numbers>
 #include <vector>
 
 namespace brightsweep {
@@ -11,6 +13,7 @@ namespace brightsweep {
 namespace {
 
 constexpr int centreLevel = 1;
+constexpr int lastLevel = 5;
 
 // What a view shows of a directory, in painting order.
 std::vector<W32AllDir *> drawnChildren(const AllDir &node) {
@@ -96,6 +99,36 @@ std::optional<std::uint64_t> RingChart::bytesOf(std::string_view path) const {
     if (!node)
         return {};
     return std::uint64_t(node->iSize.load(std::memory_order_relaxed));
+}
+
+// The place's y grows downwards, and with it the angle is 0 at the top and grows clockwise.
+RingChart::Polar RingChart::polar(QPointF place) {
+    const double turn = std::atan2(place.x(), place.y()) + std::numbers::pi;
+    return {std::hypot(place.x(), place.y()), 360 + 360 * turn / (-2 * std::numbers::pi)};
+}
+
+RingChart::Facts RingChart::gapAt(QPointF place) const {
+    const auto [radius, angle] = polar(place);
+    const std::lock_guard lock(m_mutex);
+    const W32AllDir *node = icCurrentPtr;
+    for (int level = centreLevel + 1; node && level <= lastLevel; ++level) {
+        double inner = 0;
+        double outer = 0;
+        AllDir::GetRangeFromStep(level, inner, outer);
+        if (radius < inner)
+            return {};
+        const W32AllDir *within = nullptr;
+        Facts facts = factsOf(node);
+        for (const W32AllDir *const child : drawnChildren(*node)) {
+            facts.bytes -= std::min(facts.bytes, factsOf(child).bytes);
+            if (child->dStartAngle <= angle && angle <= child->dStartAngle + child->dSweepAngle)
+                within = child;
+        }
+        if (radius <= outer)
+            return within ? Facts{} : facts;
+        node = within;
+    }
+    return {};
 }
 
 std::pair<std::size_t, std::string> RingChart::unreadDirectories() const {

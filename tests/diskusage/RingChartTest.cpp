@@ -124,6 +124,10 @@ TEST_F(RingChartTest, BubblesFollowTheMouse) {
     EXPECT_STREQ(chart.found()->name(), "narrow");
     EXPECT_EQ(draw().size(), 5u);
     chart.mouseMoved(place(2, 350), {7, 8}); // the files' gap
+    EXPECT_EQ(chart.gapAt(place(2, 350)).path, at("") + "/");
+    EXPECT_EQ(chart.gapAt(place(2, 325)).bytes, 10'000u); // with what is too narrow
+    EXPECT_EQ(chart.gapAt(place(2, 100)).path, "");
+    EXPECT_EQ(chart.gapAt(place(4, 350)).path, "");
     chart.mouseMoved({50, 50}, {7, 8});
     ASSERT_EQ(posted.size(), 1u);
     EXPECT_EQ(posted[0].name, QStringLiteral("HideBubble"));

@@ -172,7 +172,13 @@ void CustomOpenGLView::paintEvent(QPaintEvent *) {
 
 // Beside the pointer, never below it, and within the chart.
 void CustomOpenGLView::paintBubble(QPainter &painter) {
-    const PieChartBubble &bubble = m_page.pieBubble();
+    PieChartBubble bubble = m_page.pieBubble();
+    if (m_gap.bytes > 0) {
+        bubble.isShowBubble = true;
+        bubble.titleTextStr =
+            localizedText("USAGE_GAP").arg(paths::display(paths::lastComponent(m_gap.path)));
+        bubble.sizeTextStr = UtilityFunction::convertVolSpace(m_gap.bytes);
+    }
     if (!bubble.isShowBubble || m_byKeyboard)
         return;
     const QFont titleFont = theme::font(11, true);
@@ -235,6 +241,7 @@ void CustomOpenGLView::mouseMoveEvent(QMouseEvent *event) {
     m_byKeyboard = false;
     m_mouse = event->position();
     m_chart.mouseMoved(placeOf(m_mouse), event->globalPosition());
+    lookForGap();
     setCursor(m_found.empty() ? Qt::ArrowCursor : Qt::PointingHandCursor);
 }
 
@@ -244,9 +251,17 @@ void CustomOpenGLView::mousePressEvent(QMouseEvent *event) {
     m_byKeyboard = false;
     m_mouse = event->position();
     m_chart.mouseDown(placeOf(m_mouse), event->globalPosition(), 1);
+    m_gap = {};
+}
+
+// A sector that is too narrow to be drawn leaves a gap as well.
+void CustomOpenGLView::lookForGap() {
+    const W32AllDir *const found = m_chart.found();
+    m_gap = found && !found->bHidden ? RingChart::Facts{} : m_chart.gapAt(placeOf(m_mouse));
 }
 
 void CustomOpenGLView::leaveEvent(QEvent *) {
+    m_gap = {};
     if (!m_frames->isActive() && !m_byKeyboard) // beside the chart there is nothing
         m_chart.mouseMoved({2 * double(width()), 2 * double(height())}, {});
 }

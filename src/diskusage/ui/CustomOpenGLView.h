@@ -64,6 +64,7 @@ private:
     void paintBubble(QPainter &painter);
     QPointF placeOf(QPointF point) const;
     void sayFound();
+    void lookForGap();
 
     V4DiskUsageViewController &m_page;
     RingChart &m_chart;
@@ -75,6 +76,7 @@ private:
     QTimer *m_frames;
     QPointF m_mouse;
     std::string m_found;
+    RingChart::Facts m_gap; ///< that the mouse is in
     bool m_byKeyboard = false;
 };
 
