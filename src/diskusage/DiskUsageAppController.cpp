@@ -31,6 +31,15 @@ constexpr QLatin1String DSDiskUsageFolders("DSDiskUsageFolders");
 const QString volumesImage = QStringLiteral("list_1.png");
 const QString homeImage = QStringLiteral("home_disk.png");
 
+// Items go by the path that was chosen, their folder by its canonical one.
+Result<RemovalTarget> targetIn(const std::filesystem::path &chosen, const RemovalRoot &root,
+                               const std::filesystem::path &item) {
+    auto target = UsageRemoval::targetOf({chosen, 0, 0, false}, item);
+    if (target)
+        target->root = root;
+    return target;
+}
+
 } // namespace
 
 // One scan. It is its worker's until that has ended, which may be long after the page has gone on
@@ -52,6 +61,7 @@ struct DiskUsageAppController::Scan {
 
     void browserFiles(std::nullptr_t);
     void scanList();
+    void askBeforehand();
     void browseFilesFinished() { page.browseFilesFinished(*this); }
 };
 
@@ -249,6 +259,27 @@ void DiskUsageAppController::Scan::scanList() {
         page.m_calls.post([&page = page, scan = this] { page.finishADirLevel(scan); });
     }
     top.decendingSort();
+    askBeforehand();
+}
+
+// Level by level, the largest of each first.
+void DiskUsageAppController::Scan::askBeforehand() {
+    if (!root)
+        return;
+    OpenItem previous;
+    std::vector<FSNode *> nodes{node.get()};
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        if (stopper.getStopFlags())
+            return;
+        if (const auto target = i > 0 ? targetIn(path, *root, nodes[i]->_path())
+                                      : Result<RemovalTarget>(std::errc::invalid_argument))
+            nodes[i]->refusal = UsageRemoval::refusalBeforehand(*target, previous);
+        for (const auto &child : nodes[i]->children) {
+            if (nodes.size() > UsageRemoval::mostAskedBeforehand)
+                break;
+            nodes.push_back(child.get());
+        }
+    }
 }
 
 void DiskUsageAppController::getDirLevels4PieTree(const Scan *scan, std::int64_t levels) {
@@ -342,15 +373,11 @@ void DiskUsageAppController::clickBackBtn() {
 
 // -- The list mode
 
-// Items go by the path that was chosen, their folder by its canonical one.
 Result<RemovalTarget> DiskUsageAppController::listTarget(const std::filesystem::path &item) {
     const std::lock_guard lock(m_mutex);
     if (!m_listRoot)
         return m_listRoot.error();
-    auto target = UsageRemoval::targetOf({m_listPath, 0, 0, false}, item);
-    if (target)
-        target->root = *m_listRoot;
-    return target;
+    return targetIn(m_listPath, *m_listRoot, item);
 }
 
 FSNode *DiskUsageAppController::nodeOf(const std::filesystem::path &path) {
@@ -378,6 +405,10 @@ FSNode *DiskUsageAppController::nodeOf(const std::filesystem::path &path) {
 void DiskUsageAppController::setNodeTicked(FSNode &node, bool ticked) {
     if (m_listTicks.isRemoving() || &node == m_rootNode.get())
         return;
+    if (ticked && node.refusal) {
+        Q_EMIT refused(node._path(), node.refusal);
+        return;
+    }
     setChildrenState(node, ticked ? NodeOn : NodeOff);
     const auto wanted = prePareDelData(*m_rootNode);
     std::map<std::string, const FSNode *> wantedPaths;

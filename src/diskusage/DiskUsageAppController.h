@@ -111,6 +111,8 @@ Q_SIGNALS:
     void rowsChanged();
     /// Boxes show another state.
     void boxesChanged();
+    /// The list mode takes no tick of it.
+    void refused(const std::filesystem::path &path, std::error_code reason);
     void showAlertView();
     void sheetEnded();
     void canNotRemoveSome();

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace brightsweep {
@@ -40,6 +41,7 @@ public:
     std::uint64_t size = 0;
     std::int64_t _state = 0; ///< check state
     std::int32_t isButtonState = 0;
+    std::error_code refusal; ///< why no removal would take it, as far as that is known
 
 private:
     std::string m_name; // of a root the path

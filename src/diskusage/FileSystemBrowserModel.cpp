@@ -5,6 +5,7 @@
 #include "diskusage/DiskUsageAppController.h"
 #include "diskusage/FSNodeStates.h"
 #include "foundation/Paths.h"
+#include "removal/RemovalReason.h"
 
 #include <algorithm>
 
@@ -83,7 +84,11 @@ QVariant FileSystemBrowserModel::data(const QModelIndex &index, int role) const 
     case Qt::AccessibleTextRole:
         return QStringLiteral("%1, %2").arg(paths::display(node->displayName()), size());
     case Qt::ToolTipRole:
-        return QStringLiteral("<qt>%1</qt>").arg(paths::display(node->_path()).toHtmlEscaped());
+        return QStringLiteral("<qt>%1%2</qt>")
+            .arg(paths::display(node->_path()).toHtmlEscaped(),
+                 node->refusal ? QStringLiteral("<br>%1").arg(
+                                     localizedText(reasonKey(node->refusal)).toHtmlEscaped())
+                               : QString());
     case SizeRole:
         return size();
     case PathRole:

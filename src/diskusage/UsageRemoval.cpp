@@ -39,6 +39,16 @@ std::error_code UsageRemoval::refusalOf(const OpenItem &item) {
     return refusal ? refusal : error;
 }
 
+std::error_code UsageRemoval::refusalBeforehand(const RemovalTarget &target, OpenItem &previous) {
+    FileOperations &files = *Platform::current().files;
+    auto item = files.openItem(target, previous.folder ? &previous : nullptr);
+    if (!item)
+        return {};
+    previous = *std::move(item);
+    const auto error = refusalOf(previous);
+    return isForWantOfPermission(error) ? std::error_code() : error;
+}
+
 UsageRemoval::Outcome UsageRemoval::act(const UsageItem &item) {
     const auto stays = [](std::error_code error) {
         return Outcome{false, false, error, {}, isForWantOfPermission(error)};

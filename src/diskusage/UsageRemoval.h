@@ -15,6 +15,10 @@ class UsageRemoval {
 public:
     enum class Act { Remove, Trash };
 
+    /// Items of a list that are worth being asked beforehand. The largest come first; of the others
+    /// a tick tells.
+    static constexpr std::size_t mostAskedBeforehand = 500;
+
     struct Options {
         Act act = Act::Remove;
         /// False: every check is made and nothing is changed.
@@ -40,6 +44,10 @@ public:
                                           const std::filesystem::path &item);
     /// The error that a removal of it would meet, with no change of anything.
     static std::error_code refusalOf(const OpenItem &item);
+
+    /// What is known of that before an item is ticked, want of permission aside: the padlock is for
+    /// that. `previous` is what was looked at before, and then the item.
+    static std::error_code refusalBeforehand(const RemovalTarget &target, OpenItem &previous);
 
     Outcome act(const UsageItem &item);
     /// What the file systems gave back, or would give, for what is done by now.

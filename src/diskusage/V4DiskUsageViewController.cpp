@@ -8,7 +8,6 @@
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
-#include "platform/Platform.h"
 
 #include <algorithm>
 #include <system_error>
@@ -18,9 +17,6 @@ namespace brightsweep {
 namespace {
 
 constexpr std::chrono::milliseconds alertDelay{1000};
-// Rows of a list that are asked beforehand whether a removal would take them. The largest come
-// first; of the others a tick tells.
-constexpr std::size_t mostAskedBeforehand = 500;
 
 const QString refDiskusageViewNotification = QStringLiteral("refDiskusageView");
 
@@ -77,20 +73,11 @@ void V4DiskUsageViewController::Listing::take(const Notification &notification) 
 }
 
 void V4DiskUsageViewController::Listing::askBeforehand(const RingChart &chart) {
-    FileOperations &files = *Platform::current().files;
     OpenItem previous;
-    for (std::size_t i = 0; i < std::min(items.size(), mostAskedBeforehand); ++i) {
+    for (std::size_t i = 0; i < std::min(items.size(), UsageRemoval::mostAskedBeforehand); ++i) {
         std::error_code &refusal = refusals.emplace_back();
-        const auto target = chart.removalTarget(items[i].path);
-        if (!target)
-            continue;
-        const auto item = files.openItem(*target, previous.folder ? &previous : nullptr);
-        if (!item)
-            continue;
-        previous = *item;
-        const auto error = UsageRemoval::refusalOf(*item);
-        if (!isForWantOfPermission(error))
-            refusal = error;
+        if (const auto target = chart.removalTarget(items[i].path))
+            refusal = UsageRemoval::refusalBeforehand(*target, previous);
     }
 }
 

@@ -216,6 +216,12 @@ TEST_F(DiskUsagePageTest, TakesNoTickThatNoRemovalWouldHonour) {
     view().changeSelectArr(true, view().allShowListArr()[row(".config")].aFileInfo);
     waitUntil([&] { return alerts.size() == 3; });
     EXPECT_EQ(view().selection().count(), 0u);
+    scan(false, home);
+    FSNode &config = *page._rootNode()->children.front();
+    EXPECT_EQ(config.refusal, RemovalError::ProtectedPlace);
+    EXPECT_FALSE(config.children.front()->refusal);
+    page.setNodeTicked(config, true);
+    EXPECT_EQ(config._state, NodeOff);
 }
 
 TEST_F(DiskUsagePageTest, AStopIsAnsweredWhereTheFileSystemIsNot) {

@@ -230,6 +230,7 @@ void DiskUsageResultsPanel::bindRemoval() {
         connect(each, &UsageTicks::removalEnded, this, &DiskUsageResultsPanel::tellOutcome);
     }
     connect(&m_page, &View::refused, this, &DiskUsageResultsPanel::tellRefusal);
+    connect(&m_controller, &Page::refused, this, &DiskUsageResultsPanel::tellRefusal);
     connect(&m_page, &View::canNotRemoveSome, this, &DiskUsageResultsPanel::alertSomeStayed);
     connect(&m_controller, &Page::canNotRemoveSome, this, [this] {
         alertSomeStayed();

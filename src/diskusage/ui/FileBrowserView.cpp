@@ -22,6 +22,7 @@ constexpr int columnWidth = 280;
 constexpr int markSide = 18;
 constexpr int iconSide = 18;
 constexpr int arrowSide = 10;
+constexpr double refusedOpacity = 0.35;
 
 QRect markOf(const QRect &row) {
     const int side = theme::height(markSide);
@@ -61,8 +62,10 @@ public:
                               ? theme::hover()
                               : QColor(Qt::transparent));
         painter->drawRoundedRect(row, theme::radius / 2, theme::radius / 2);
-        paintImage(*painter, QLatin1String(markImage(index)), markOf(option.rect));
         const FSNode &node = *m_browser.m_model->nodeOf(index);
+        painter->setOpacity(node.refusal ? refusedOpacity : 1);
+        paintImage(*painter, QLatin1String(markImage(index)), markOf(option.rect));
+        painter->setOpacity(1);
         const int side = theme::height(iconSide);
         const QRect icon(row.left() + 4 * theme::grid + theme::height(markSide),
                          row.center().y() - side / 2, side, side);
