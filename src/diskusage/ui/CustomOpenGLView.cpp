@@ -83,6 +83,7 @@ void CustomOpenGLView::setGrowing(bool growing) {
 // A found sector is painted over the kept chart; another directory or other sizes are another
 // chart.
 void CustomOpenGLView::redraw() {
+    m_gap = {};
     sayFound();
     update();
 }
@@ -251,7 +252,6 @@ void CustomOpenGLView::mousePressEvent(QMouseEvent *event) {
     m_byKeyboard = false;
     m_mouse = event->position();
     m_chart.mouseDown(placeOf(m_mouse), event->globalPosition(), 1);
-    m_gap = {};
 }
 
 // A sector that is too narrow to be drawn leaves a gap as well.
@@ -261,7 +261,6 @@ void CustomOpenGLView::lookForGap() {
 }
 
 void CustomOpenGLView::leaveEvent(QEvent *) {
-    m_gap = {};
     if (!m_frames->isActive() && !m_byKeyboard) // beside the chart there is nothing
         m_chart.mouseMoved({2 * double(width()), 2 * double(height())}, {});
 }
