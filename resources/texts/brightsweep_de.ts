@@ -54,6 +54,7 @@
     <message id="DOWNLOADS_TICKED" numerus="yes"><translation><numerusform>%n Objekt Ihrer Downloads ist angehakt, %1.</numerusform><numerusform>%n Objekte Ihrer Downloads sind angehakt, %1.</numerusform></translation></message>
     <message id="DRIVE_STAYS"><translation>Das Laufwerk konnte nicht freigegeben werden.</translation></message>
     <message id="DUP_ASK" numerus="yes"><translation><numerusform>%n Datei mit %1 entfernen?</numerusform><numerusform>%n Dateien mit %1 entfernen?</numerusform></translation></message>
+    <message id="DUP_BUSY"><translation>Hier läuft noch eine Suche oder ein Entfernen. Geben Sie den Ordner an, wenn es beendet ist.</translation></message>
     <message id="DUP_DETAILS"><translation>Details</translation></message>
     <message id="DUP_DROP"><translation>Ziehen Sie einen Ordner hierher: Brightsweep findet darin die Dateien mit gleichem Inhalt, wie sie auch heißen.</translation></message>
     <message id="DUP_FILTER"><translation>Nach Name oder Ordner filtern</translation></message>
@@ -73,6 +74,7 @@
     <message id="DUP_LINK"><translation>Verknüpfung</translation></message>
     <message id="DUP_MORE_PLACES" numerus="yes"><translation><numerusform>und %n weitere</numerusform><numerusform>und %n weitere</numerusform></translation></message>
     <message id="DUP_NONE"><translation>Keine Duplikate gefunden</translation></message>
+    <message id="DUP_NONE_LEFT"><translation>Keine Duplikate mehr übrig</translation></message>
     <message id="DUP_NOT_LOCAL"><translation>Sie liegt auf einem anderen Rechner und wird nicht angesehen.</translation></message>
     <message id="DUP_NOT_SHOWN" numerus="yes"><translation><numerusform>%n davon ist gerade nicht zu sehen.</numerusform><numerusform>%n davon sind gerade nicht zu sehen.</numerusform></translation></message>
     <message id="DUP_NO_CLASS"><translation>Ohne Art</translation></message>

@@ -54,6 +54,7 @@
     <message id="DOWNLOADS_TICKED" numerus="yes"><translation><numerusform>%n item of your downloads is ticked, %1.</numerusform><numerusform>%n items of your downloads are ticked, %1.</numerusform></translation></message>
     <message id="DRIVE_STAYS"><translation>Its drive could not be released.</translation></message>
     <message id="DUP_ASK" numerus="yes"><translation><numerusform>Remove %n file, %1?</numerusform><numerusform>Remove %n files, %1?</numerusform></translation></message>
+    <message id="DUP_BUSY"><translation>A search or a removal is running here. Give the folder once it has ended.</translation></message>
     <message id="DUP_DETAILS"><translation>Details</translation></message>
     <message id="DUP_DROP"><translation>Drop a folder here to find the files in it that have the same content, whatever they are called.</translation></message>
     <message id="DUP_FILTER"><translation>Filter by name or folder</translation></message>
@@ -73,6 +74,7 @@
     <message id="DUP_LINK"><translation>link</translation></message>
     <message id="DUP_MORE_PLACES" numerus="yes"><translation><numerusform>and %n more</numerusform><numerusform>and %n more</numerusform></translation></message>
     <message id="DUP_NONE"><translation>No duplicates found</translation></message>
+    <message id="DUP_NONE_LEFT"><translation>No duplicates left</translation></message>
     <message id="DUP_NOT_LOCAL"><translation>It lies on another machine and is not looked at.</translation></message>
     <message id="DUP_NOT_SHOWN" numerus="yes"><translation><numerusform>%n of them is not shown at the moment.</numerusform><numerusform>%n of them are not shown at the moment.</numerusform></translation></message>
     <message id="DUP_NO_CLASS"><translation>Without class</translation></message>

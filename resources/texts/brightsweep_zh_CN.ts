@@ -54,6 +54,7 @@
     <message id="DOWNLOADS_TICKED" numerus="yes"><translation><numerusform>下载文件夹中已选中 %n 项，共 %1。</numerusform></translation></message>
     <message id="DRIVE_STAYS"><translation>但未能释放其驱动器。</translation></message>
     <message id="DUP_ASK" numerus="yes"><translation><numerusform>要移除 %n 个文件（%1）吗？</numerusform></translation></message>
+    <message id="DUP_BUSY"><translation>此处正在搜索或移除。请等结束后再指定文件夹。</translation></message>
     <message id="DUP_DETAILS"><translation>详细信息</translation></message>
     <message id="DUP_DROP"><translation>将文件夹拖到这里，查找其中内容相同的文件，无论它们叫什么名字。</translation></message>
     <message id="DUP_FILTER"><translation>按名称或文件夹筛选</translation></message>
@@ -73,6 +74,7 @@
     <message id="DUP_LINK"><translation>链接</translation></message>
     <message id="DUP_MORE_PLACES" numerus="yes"><translation><numerusform>以及另外 %n 个</numerusform></translation></message>
     <message id="DUP_NONE"><translation>未找到重复文件</translation></message>
+    <message id="DUP_NONE_LEFT"><translation>已没有重复文件</translation></message>
     <message id="DUP_NOT_LOCAL"><translation>位于其他计算机上，不进行查看。</translation></message>
     <message id="DUP_NOT_SHOWN" numerus="yes"><translation><numerusform>其中 %n 个目前未显示。</numerusform></translation></message>
     <message id="DUP_NO_CLASS"><translation>未分类</translation></message>

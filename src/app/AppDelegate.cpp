@@ -167,7 +167,7 @@ void AppDelegate::reopen(const InstanceRequest &request) {
     if (request.duplicates) {
         window.toggleActivePreferenceView(QStringLiteral("duplicates_file"));
         SameFileDeleteViewController &page = *window.sameFileDeleteView();
-        if (!request.duplicates->empty() && page.canBegin())
+        if (!request.duplicates->empty())
             page.viewDragAction(*request.duplicates);
     } else if (request.usage) {
         window.toggleActivePreferenceView(QStringLiteral("disk_usage"));

@@ -198,12 +198,13 @@ TreeNode::Pointer DuplicateOutlineModel::nodeOf(const QModelIndex &index) const 
 
 // -- Words
 
-QVariant DuplicateOutlineModel::text(const QModelIndex &index, const SimpleNodeData &data) const {
+QVariant DuplicateOutlineModel::text(const QModelIndex &index, const TreeNode &node) const {
+    const SimpleNodeData &data = dataOf(node);
     switch (index.column()) {
     case NameColumn:
         return paths::display(data.isGroup() ? data.name() : paths::lastComponent(data.name()));
     case allSelectNum:
-        return data.isGroup() ? QVariant(QString::fromStdString(data.showSelectNumStr()))
+        return data.isGroup() ? QVariant(QString::fromStdString(DuplicateSelection::countOf(node)))
                               : QVariant();
     case FileSize:
         return sizeWords(data.fileSize());
@@ -234,7 +235,7 @@ QVariant DuplicateOutlineModel::data(const QModelIndex &index, int role) const {
     };
     switch (role) {
     case Qt::DisplayRole:
-        return text(index, data);
+        return text(index, *node);
     case Qt::CheckStateRole:
         if (index.column() != Checkbox)
             return {};

@@ -78,7 +78,7 @@ private:
     void listLeaves(Row &row);
     void valuesChanged();
     const Row &rowOf(const QModelIndex &index) const;
-    QVariant text(const QModelIndex &index, const SimpleNodeData &data) const;
+    QVariant text(const QModelIndex &index, const TreeNode &node) const;
     QString failureWords(const TreeNode &node) const;
 
     SameFileDeleteViewController &m_page;

@@ -66,6 +66,10 @@ void DuplicateSelection::set(const TreeNode::Pointer &node, bool ticked) {
     }
 }
 
+std::string DuplicateSelection::countOf(const TreeNode &group) {
+    return countText(tickedIn(group), std::size_t(group.numberOfChildren()));
+}
+
 void DuplicateSelection::refreshGroup(TreeNode &group) {
     const std::size_t ticked = tickedIn(group);
     const auto all = std::size_t(group.numberOfChildren());

@@ -58,6 +58,8 @@ public:
     void clear();
     /// Makes state and text of a group those of its leaves.
     static void refreshGroup(TreeNode &group);
+    /// How many of a group's leaves are ticked, as the column shows it whenever it is drawn: "1/2".
+    static std::string countOf(const TreeNode &group);
 
 private:
     struct Before {

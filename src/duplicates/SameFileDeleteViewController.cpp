@@ -167,8 +167,10 @@ void SameFileDeleteViewController::clickScanBtn() {
 }
 
 void SameFileDeleteViewController::viewDragAction(const std::filesystem::path &folder) {
-    if (refuseUnless(canBegin(), "a folder"))
+    if (refuseUnless(canBegin(), "a folder")) {
+        Q_EMIT removalRefused(localizedText("DUP_BUSY"));
         return;
+    }
     updatePathString(folder.native());
     searchBtnClicked();
     switch2QcAnimation(true);
@@ -207,6 +209,7 @@ void SameFileDeleteViewController::searchBtnClicked() {
     setControls(controls);
     Q_EMIT baseNumberSetPrograss(5);
     resetOulineView();
+    m_report = {};
     m_selection.clear();
     m_hasTicked = false;
     Q_EMIT selectionChanged();

@@ -146,7 +146,8 @@ public:
 
     // -- What the user does
     void clickScanBtn();
-    /// The answer to askForFolder(), and a folder that was dropped on the page.
+    /// The answer to askForFolder(), and a folder that was dropped on the page or handed over from
+    /// outside. While something runs it is refused in words.
     void viewDragAction(const std::filesystem::path &folder);
     void searchBtnClicked();
     void stopScanBtnClicked();
@@ -199,6 +200,7 @@ Q_SIGNALS:
     void askForFolder(const std::filesystem::path &start);
     void askAboutLastFile(const TreeNode::Pointer &leaf);
     void askToRemove();
+    /// Nothing is removed, or searched: why.
     void removalRefused(const QString &words);
     /// The key of the reason why files cannot share blocks; empty where they can.
     void sharingAnswered(const QString &refusal);

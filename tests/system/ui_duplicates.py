@@ -43,6 +43,14 @@ class DuplicatesPage(unittest.TestCase):
         result = self.desktop.run(PROGRAM, "--duplicates", f"{TREE}/a/../../tree")
         self.assertEqual(result.returncode, 0, result.stderr)
         self.desktop.wait_for("7 files in tree.")
+        # One that is not there changes nothing; one that is takes the question about the old away.
+        result = self.desktop.run(PROGRAM, "--duplicates", "nowhere")
+        self.assertEqual((result.returncode, result.stderr.count("there is no folder")), (1, 1))
+        self.tick(("ctrl+a", "space", "Delete"), "4 of 7 selected.")
+        self.desktop.wait_for("Remove 4 files, 2.25 MB?")
+        self.assertEqual(self.desktop.run(PROGRAM, "--duplicates", f"{TREE}/a").returncode, 0)
+        self.desktop.wait_for("0 files in a.")
+        self.desktop.wait_without("Remove 4 files")
         self.assertEqual(self.gone(), set())
 
     def search(self):
@@ -98,7 +106,7 @@ class DuplicatesPage(unittest.TestCase):
         self.desktop.press("Remove")
         self.desktop.wait_for("Remove 4 files, 2.25 MB?")
         self.desktop.press("Move to Trash")
-        self.desktop.wait_for("4 files moved to the trash.", "No duplicates found")
+        self.desktop.wait_for("4 files moved to the trash.", "No duplicates left")
         self.assertEqual(len(self.gone()), 4)
         kept = {value for path, value in snapshot(self.folder).items() if path.startswith(TREE)}
         self.assertEqual(kept, {value for path, value in self.before.items()
@@ -167,7 +175,7 @@ class DuplicatesPage(unittest.TestCase):
         self.desktop.wait_for("Remove ", "Move to Trash")
         self.desktop.key("Tab", at="Cancel")
         self.desktop.key("space", at="Remove")
-        self.desktop.wait_for("No duplicates found")
+        self.desktop.wait_for("No duplicates left")
         self.assertEqual(len(self.gone()), 4)
 
 

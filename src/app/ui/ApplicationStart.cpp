@@ -13,6 +13,7 @@
 #include "diskusage/ui/ChartCanvasChoice.h"
 #include "foundation/Identity.h"
 #include "foundation/Log.h"
+#include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
 #include "platform/Platform.h"
 #include "platform/SingleInstance.h"
@@ -142,6 +143,18 @@ std::optional<InstanceRequest> requestOf(int argc, char **argv) {
     return std::nullopt;
 }
 
+// Told here, where the user wrote it, and not in the program that runs, over what it shows.
+bool leadsToFolders(const InstanceRequest &request) {
+    for (const auto &folder : {request.duplicates, request.usage}) {
+        std::error_code error;
+        if (folder && !folder->empty() && !std::filesystem::is_directory(*folder, error)) {
+            tellStarter("there is no folder " + paths::display(*folder).toStdString());
+            return false;
+        }
+    }
+    return true;
+}
+
 QIcon windowIcon() {
     QIcon icon;
     for (const int side : {16, 32, 48, 128})
@@ -183,6 +196,8 @@ int runApplication(int argc, char **argv, int terminal) {
         return ChartCanvasChoice::probe();
     }
     const auto request = requestOf(argc, argv);
+    if (request && !leadsToFolders(*request))
+        return failureStatus;
     MacLog::createSupportFolder();
 
     QApplication::setDesktopFileName(QLatin1String(bundleIdentifier));

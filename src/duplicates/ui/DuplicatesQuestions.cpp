@@ -27,6 +27,16 @@ QString counted(const char *key, std::size_t files, std::uint64_t bytes) {
 
 } // namespace
 
+AlertSheet *DuplicatesResultsPanel::ask(AlertContent content) {
+    auto *const sheet = AlertSheet::show(std::move(content), window());
+    // What is asked about goes with the lists, as when a folder comes from outside meanwhile.
+    connect(&m_controller, &SameFileDeleteViewController::stateChanged, sheet, [this, sheet] {
+        if (!m_controller.canBegin())
+            sheet->reject();
+    });
+    return sheet;
+}
+
 void DuplicatesResultsPanel::askAboutLastFile() {
     AlertContent content;
     content.imageName = QStringLiteral("warning.png");
@@ -36,7 +46,7 @@ void DuplicatesResultsPanel::askAboutLastFile() {
         {localizedText("OK"), true, [this] { m_controller.alertEnded(true); }},
         {localizedText("CANCEL"), false, [this] { m_controller.alertEnded(false); }}};
     content.calledOff = [this] { m_controller.alertEnded(false); };
-    AlertSheet::show(std::move(content), window());
+    ask(std::move(content));
 }
 
 // How many of each class go, what stays, and what one does not see.
@@ -92,7 +102,7 @@ void DuplicatesResultsPanel::askToRemove() {
         {localizedText("CANCEL"), false, {}, false, localizedText("TIP_REMOVE_NOTHING")},
         {localizedText("DUP_SHARE"), false, answer(Act::Share), false,
          localizedText("DUP_TIP_SHARE")}};
-    auto *const sheet = AlertSheet::show(std::move(content), window());
+    auto *const sheet = ask(std::move(content));
     offerSharing(
         sheet->findChild<QPushButton *>(QStringLiteral("alert.") + localizedText("DUP_SHARE")));
 }
@@ -140,14 +150,14 @@ void DuplicatesResultsPanel::alertCanNotRemoveSome() {
         content.informativeText = localizedText("LOCK_NO_AGENT");
     content.buttons = {{localizedText("OK"), false, [this] { m_controller.alertDidEnd(); }}};
     content.calledOff = [this] { m_controller.alertDidEnd(); };
-    AlertSheet::show(std::move(content), window());
+    ask(std::move(content));
 }
 
 void DuplicatesResultsPanel::showWords(const QString &words) {
     AlertContent content;
     content.imageName = QStringLiteral("warning.png");
     content.text = words;
-    AlertSheet::show(std::move(content), window());
+    ask(std::move(content));
 }
 
 void DuplicatesResultsPanel::tellOutcome() {

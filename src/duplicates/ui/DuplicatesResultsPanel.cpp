@@ -306,9 +306,11 @@ void DuplicatesResultsPanel::followPage() {
     const bool isRemoving = m_controller.controls().pathView;
     const bool isEmpty = m_model.rowCount() == 0 && m_controller.filter().isEmpty();
     QWidget *const page = isRemoving ? m_removing : isEmpty ? m_empty : m_outline;
-    m_emptyTitle->setText(m_controller.hasRoot() ? localizedText("DUP_NONE")
-                                                 : localizedText("DUP_NO_FOLDER"));
-    m_emptyLimit->setVisible(m_controller.hasRoot());
+    const bool isDone = m_controller.report().done > 0;
+    m_emptyTitle->setText(!m_controller.hasRoot() ? localizedText("DUP_NO_FOLDER")
+                          : isDone                ? localizedText("DUP_NONE_LEFT")
+                                                  : localizedText("DUP_NONE"));
+    m_emptyLimit->setVisible(m_controller.hasRoot() && !isDone);
     m_emptyLimit->setText(limitWords());
     m_filter->setVisible(page == m_outline);
     m_tickMenu->setVisible(page == m_outline);

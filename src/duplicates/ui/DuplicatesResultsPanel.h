@@ -12,6 +12,8 @@ class QToolButton;
 
 namespace brightsweep {
 
+struct AlertContent;
+class AlertSheet;
 class DuplicateListsView;
 class DuplicatePane;
 class DuplicatesView;
@@ -53,6 +55,7 @@ private:
     void followRemoval();
     void tellOutcome();
 
+    AlertSheet *ask(AlertContent content);
     void askAboutLastFile();
     void askToRemove();
     void alertCanNotRemoveSome();
