@@ -1,12 +1,11 @@
 #include "duplicates/FileFacts.h"
 
 #include "foundation/Paths.h"
+#include "linux/Mounts.h"
+#include "linux/Place.h"
 #include "linux/VolumeSelection.h"
 #include "platform/FileOperations.h"
 #include "platform/Platform.h"
-
-#include <QFile>
-#include <QStorageInfo>
 
 #include <algorithm>
 #include <string_view>
@@ -19,9 +18,15 @@ constexpr std::size_t textRead = 8 * 1024;
 constexpr std::size_t mostLines = 40;
 constexpr std::size_t longestSequence = 4; // of UTF-8
 
-bool isOnOwnDisk(const std::filesystem::path &path) {
-    const QStorageInfo storage(QFile::decodeName(QByteArray::fromStdString(path.native())));
-    return storage.isValid() && !asksOthers(storage.fileSystemType().toStdString());
+// Told by the mount of its folder, so that no server is asked.
+Result<bool> isOnOwnDisk(const std::filesystem::path &path) {
+    const auto folder = openPlace(paths::parent(path).native());
+    const auto place = folder ? placeOf(folder->get()) : Result<Place>(folder.error());
+    if (!place)
+        return place.error();
+    const auto mounts = ownMounts().currentWith(place->mount);
+    const Mount *const mount = mounts->find(place->mount);
+    return mount && !asksOthers(mount->type);
 }
 
 // Text is UTF-8 without control characters of a binary file; a character may be cut at the end.
@@ -70,8 +75,10 @@ std::string_view component(const std::string &path, const std::vector<std::size_
 
 FileFacts factsOf(const std::filesystem::path &path) {
     FileFacts facts;
-    facts.isLocal = isOnOwnDisk(path);
-    if (!facts.isLocal)
+    const auto isOwn = isOnOwnDisk(path);
+    // Of what cannot be reached nothing is known, least of all that it is elsewhere.
+    facts.isLocal = !isOwn || *isOwn;
+    if (!isOwn || !*isOwn)
         return facts;
     FileOperations &files = *Platform::current().files;
     const auto file = files.openFile(path);

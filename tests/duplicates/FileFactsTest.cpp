@@ -44,6 +44,7 @@ TEST(FileFacts, TellNamesAndTheFirstLinesOfATextAlone) {
     ASSERT_EQ(facts.lines.size(), 3u);
     EXPECT_EQ(facts.lines[1], "    two");
     EXPECT_TRUE(factsOf(tree.file("binary", std::string("a\0b", 3))).lines.empty());
+    EXPECT_TRUE(factsOf(tree.file("\xff/\xfe.dat", "x")).isFile);
     EXPECT_FALSE(factsOf(tree.link("link", text)).isFile);
     EXPECT_FALSE(factsOf(tree.path("missing")).isFile);
 }
