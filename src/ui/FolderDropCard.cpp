@@ -69,7 +69,7 @@ void FolderDropCard::setHovered(bool isHovered) {
 void FolderDropCard::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(m_isHovered ? theme::accent() : theme::hairline(), 2, Qt::DashLine));
+    painter.setPen(QPen(m_isHovered ? theme::accent() : theme::secondary(), 2, Qt::DashLine));
     painter.setBrush(m_isHovered ? theme::hover() : theme::raised());
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 2 * theme::radius,
                             2 * theme::radius);
