@@ -30,6 +30,7 @@ constexpr int barInset = 4;
 constexpr int cellLeft = 2 * theme::grid;
 constexpr int cellRight = 4 * theme::grid;
 constexpr int leastFolderWidth = 120; // less says nothing
+constexpr int folderShare = 45;       // percent of the width, where it tells the rows apart
 
 // In index order.
 constexpr std::array groupImages = {
@@ -219,17 +220,24 @@ void ResultRowDelegate::paintName(QPainter &painter, const QRect &area, bool isS
         note.isEmpty() ? 0
                        : std::min(QFontMetrics(small).horizontalAdvance(note) + 2 * theme::grid,
                                   room.width() * (100 - nameShare) / 100);
+    const QString folder = paths::displayFromHome(paths::parent(path));
+    const bool needsFolder = m_form.noteRole >= 0;
+    const int folderWidth =
+        needsFolder
+            ? std::min(QFontMetrics(small).horizontalAdvance(folder) + 2 * theme::grid,
+                       room.width() * (note.isEmpty() ? folderShare : folderShare / 2) / 100)
+            : 0;
     Line line(painter, area, room);
     line.add(paths::display(paths::lastComponent(path)), font(isSelected),
-             isSelected ? theme::text() : theme::secondary(), Qt::ElideMiddle, noteWidth);
+             isSelected ? theme::text() : theme::secondary(), Qt::ElideMiddle,
+             noteWidth + folderWidth);
     line.add(note, small,
              isSelected  ? theme::text()
              : hasFailed ? theme::dangerText()
                          : theme::accent(),
-             Qt::ElideRight);
-    if ((note.isEmpty() || m_form.noteRole >= 0) && line.room() >= theme::height(leastFolderWidth))
-        line.add(paths::displayFromHome(paths::parent(path)), small, theme::secondary(),
-                 Qt::ElideLeft);
+             Qt::ElideRight, folderWidth);
+    if (needsFolder || (note.isEmpty() && line.room() >= theme::height(leastFolderWidth)))
+        line.add(folder, small, theme::secondary(), needsFolder ? Qt::ElideMiddle : Qt::ElideLeft);
 }
 
 bool ResultRowDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
