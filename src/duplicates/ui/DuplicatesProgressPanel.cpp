@@ -97,9 +97,14 @@ void DuplicatesProgressPanel::follow() {
     using State = SameFileDeleteViewController::State;
     if (m_controller.state() == State::Searching)
         m_folder->setText(localizedText("DUP_SEARCHING").arg(m_controller.title()));
-    // At the end of a search it stays, so that the keyboard goes on to the next panel.
-    stopScanBtn->setVisible(!controls.stopScanText);
-    stopScanText->setVisible(controls.stopScanText);
+    // The keyboard stays here, so that it goes on to the next panel.
+    const bool isStopping = controls.stopScanText;
+    QWidget *const shown = isStopping ? static_cast<QWidget *>(stopScanText) : stopScanBtn;
+    QWidget *const hidden = isStopping ? static_cast<QWidget *>(stopScanBtn) : stopScanText;
+    shown->show();
+    if (window()->focusWidget() == hidden)
+        shown->setFocus();
+    hidden->hide();
     m_progress->setVisible(!controls.stopScanText);
 }
 
