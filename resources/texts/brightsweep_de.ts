@@ -57,7 +57,7 @@
     <message id="DUP_BUSY"><translation>Hier läuft noch eine Suche oder ein Entfernen. Geben Sie den Ordner an, wenn es beendet ist.</translation></message>
     <message id="DUP_DETAILS"><translation>Details</translation></message>
     <message id="DUP_DROP"><translation>Ziehen Sie einen Ordner hierher: Brightsweep findet darin die Dateien mit gleichem Inhalt, wie sie auch heißen.</translation></message>
-    <message id="DUP_FILTER"><translation>Nach Name oder Ordner filtern</translation></message>
+    <message id="DUP_FILTER"><translation>Name oder Ordner filtern</translation></message>
     <message id="DUP_FREED"><translation>Gäbe frei</translation></message>
     <message id="DUP_FREES"><translation>Frei werden höchstens %1: Namen einer Datei geben nichts frei, solange ein anderer bleibt.</translation></message>
     <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n Datei, %1 zu viel</numerusform><numerusform>%n Dateien, %1 zu viel</numerusform></translation></message>

@@ -11,6 +11,7 @@ namespace brightsweep {
 namespace {
 
 constexpr int fieldWidth = 204;
+constexpr int leastFieldWidth = 96; // where the window is narrow
 constexpr std::chrono::milliseconds settlesIn{120};
 
 } // namespace
@@ -19,7 +20,11 @@ FilterField::FilterField(const QString &words, QWidget *page, QWidget *parent) :
     setPlaceholderText(words);
     setAccessibleName(words);
     setClearButtonEnabled(true);
-    theme::keepSize(this, fieldWidth, 0);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    theme::keep(this, [this] {
+        setMaximumWidth(theme::height(fieldWidth));
+        updateGeometry();
+    });
     m_settles.setSingleShot(true);
     m_settles.setInterval(settlesIn);
     connect(&m_settles, &QTimer::timeout, this, [this] { Q_EMIT settled(text()); });
@@ -38,6 +43,14 @@ FilterField::FilterField(const QString &words, QWidget *page, QWidget *parent) :
     escape->setEnabled(false);
     connect(this, &QLineEdit::textChanged, escape,
             [escape](const QString &text) { escape->setEnabled(!text.isEmpty()); });
+}
+
+QSize FilterField::sizeHint() const {
+    return {theme::height(fieldWidth), QLineEdit::sizeHint().height()};
+}
+
+QSize FilterField::minimumSizeHint() const {
+    return {theme::height(leastFieldWidth), QLineEdit::minimumSizeHint().height()};
 }
 
 void FilterField::reset() {

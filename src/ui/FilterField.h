@@ -17,6 +17,9 @@ public:
     /// Empties it without a word.
     void reset();
 
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
 Q_SIGNALS:
     /// No key was pressed for a moment.
     void settled(const QString &text);

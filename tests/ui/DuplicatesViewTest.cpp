@@ -10,9 +10,11 @@
 #include "support/TestTree.h"
 #include "support/WaitUntil.h"
 #include "ui/AlertSheet.h"
+#include "ui/FilterField.h"
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -104,6 +106,32 @@ TEST_F(DuplicatesPageView, TheKeyboardTicksAsksAndKeepsItsPlace) {
     EXPECT_EQ(names(), QStringList({QStringLiteral("2.00 KB")}));
     EXPECT_EQ(outline->currentIndex().row(), 0);
     EXPECT_EQ(panel.focusWidget(), outline) << "the keyboard goes on there";
+}
+
+TEST_F(DuplicatesPageView, ANarrowHeadingKeepsTheSumAndTheButtons) {
+    panel.setMinimumSize(1, 1);
+    panel.resize(640, 300);
+    QApplication::processEvents();
+    const auto *const sum = panel.findChild<QLabel *>(QStringLiteral("duplicates.wasted"));
+    EXPECT_GE(sum->width(), sum->sizeHint().width());
+    const auto *const details = panel.findChild<QWidget *>(QStringLiteral("duplicates.details"));
+    EXPECT_LE(details->mapTo(&panel, details->rect().bottomRight()).x(), panel.width());
+    EXPECT_GT(details->x(), panel.findChild<FilterField *>()->geometry().right());
+}
+
+TEST_F(DuplicatesPageView, TheKeyboardNeverLeavesForWhatLiesAround) {
+    QWidget window;
+    QHBoxLayout parts(&window);
+    QPushButton toolbar(QStringLiteral("toolbar"));
+    DuplicatesResultsPanel within(page);
+    parts.addWidget(&toolbar);
+    parts.addWidget(&within);
+    window.show();
+    within.findChild<QPushButton *>(QStringLiteral("folderButton"))->setFocus();
+    page.viewDragAction(tree.top());
+    EXPECT_NE(window.focusWidget(), &toolbar);
+    waitUntil([&] { return page.state() == State::Results; });
+    EXPECT_EQ(window.focusWidget(), within.findChild<DuplicatesView *>());
 }
 
 TEST_F(DuplicatesPageView, ThePaneLooksAtTheCurrentFile) {

@@ -6,6 +6,7 @@
 #include "duplicates/DuplicateNodes.h"
 #include "duplicates/ui/PreviewLoader.h"
 #include "foundation/Paths.h"
+#include "ui/ElidedLabel.h"
 #include "ui/Theme.h"
 
 #include <QFontDatabase>
@@ -23,6 +24,8 @@ namespace {
 
 constexpr int paneWidth = 248;
 constexpr int pictureHeight = 150;
+constexpr int leastPictureHeight = 40;
+constexpr int leastPathsHeight = 40;
 constexpr int iconSide = 72;
 constexpr int mostPaths = 40;
 // Rows that the arrows run over are not looked at.
@@ -44,6 +47,8 @@ QString factRow(const char *name, const QString &value) {
 class DuplicatePane::Picture : public QWidget {
 public:
     using QWidget::QWidget;
+
+    QSize sizeHint() const override { return {0, theme::height(pictureHeight)}; }
 
     void set(const QImage &image, const std::vector<std::string> &lines, const QIcon &icon) {
         m_image = image;
@@ -103,14 +108,13 @@ DuplicatePane::DuplicatePane(QWidget *parent)
       m_loader(new PreviewLoader(this)),
       m_settled(new QTimer(this)),
       m_picture(new Picture(this)),
-      m_name(new QLabel(this)),
+      m_name(new ElidedLabel(Qt::ElideMiddle, this)),
       m_facts(new QLabel(this)),
       m_mark(new QLabel(this)),
       m_pathsTitle(new QLabel(localizedText("DUP_PLACES"), this)),
       m_paths(new QLabel) {
     setObjectName(QStringLiteral("duplicates.pane"));
     setAccessibleName(localizedText("DUP_DETAILS"));
-    m_name->setTextFormat(Qt::PlainText);
     m_name->setObjectName(QStringLiteral("duplicates.pane.name"));
     theme::keepFont(m_name, 13, true);
     m_mark->setWordWrap(true);
@@ -138,9 +142,11 @@ DuplicatePane::DuplicatePane(QWidget *parent)
                                   static_cast<QWidget *>(m_pathsTitle)})
         layout->addWidget(widget);
     layout->addWidget(scrolled, 1);
-    theme::keep(this, [this] {
+    theme::keep(this, [this, scrolled] {
         setFixedWidth(theme::height(paneWidth));
-        m_picture->setFixedHeight(theme::height(pictureHeight));
+        m_picture->setMinimumHeight(theme::height(leastPictureHeight));
+        m_picture->setMaximumHeight(theme::height(pictureHeight));
+        scrolled->setMinimumHeight(theme::height(leastPathsHeight));
     });
     m_settled->setSingleShot(true);
     m_settled->setInterval(settles);
@@ -164,8 +170,7 @@ void DuplicatePane::follow(const TreeNode::Pointer &node) {
     m_picture->set(
         {}, {},
         FileIcons().icon(path, leafOf(*leaf).searched().kind == SearchedFile::Kind::Bundle));
-    m_name->setText(m_name->fontMetrics().elidedText(paths::display(paths::lastComponent(path)),
-                                                     Qt::ElideMiddle, width()));
+    m_name->setText(paths::display(paths::lastComponent(path)));
     tellFacts(nullptr);
     tellPaths();
     m_settled->start();

@@ -12,6 +12,7 @@
 #include "duplicates/ui/TickMenu.h"
 #include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
+#include "ui/ElidedLabel.h"
 #include "ui/FilterField.h"
 #include "ui/ImageProvider.h"
 #include "ui/ImageView.h"
@@ -38,7 +39,7 @@ namespace {
 using Page = SameFileDeleteViewController;
 
 constexpr int pictureSide = 96;
-constexpr int leastListWidth = 400;
+constexpr int leastListWidth = 420;
 constexpr int iconSide = 16;
 constexpr int trashSide = 28;
 constexpr int barWidth = 360;
@@ -145,8 +146,11 @@ QWidget *DuplicatesResultsPanel::makeHeading() {
     row->addWidget(m_wasted);
     auto *const words = new QVBoxLayout;
     words->setSpacing(0);
-    m_wastedWords = makePlainLabel("duplicates.wastedWords", heading);
-    titleLabel = makePlainLabel("titleLabel", heading);
+    // They give way to the sum and the buttons.
+    m_wastedWords = new ElidedLabel(Qt::ElideRight, heading);
+    m_wastedWords->setObjectName(QStringLiteral("duplicates.wastedWords"));
+    titleLabel = new ElidedLabel(Qt::ElideMiddle, heading);
+    titleLabel->setObjectName(QStringLiteral("titleLabel"));
     titleLabel->setProperty("secondary", true);
     words->addWidget(m_wastedWords);
     words->addWidget(titleLabel);
@@ -270,7 +274,7 @@ void DuplicatesResultsPanel::resizeEvent(QResizeEvent *) {
 // The list comes first where there is little room.
 void DuplicatesResultsPanel::followPane() {
     const bool hasList = m_box->currentWidget() == m_outline;
-    const int room = width() - m_lists->width() - m_pane->width() - 6 * theme::grid;
+    const int room = width() - m_lists->width() - m_pane->width() - 9 * theme::grid;
     m_pane->setVisible(hasList && m_details->isChecked() && room >= theme::height(leastListWidth));
     m_pane->follow(m_pane->isVisible() ? m_model.nodeOf(m_outline->currentIndex()) : nullptr);
 }
@@ -317,7 +321,7 @@ void DuplicatesResultsPanel::followPage() {
     m_details->setVisible(page == m_outline);
     if (m_box->currentWidget() == page)
         return followPane();
-    const bool hadFocus = isAncestorOf(window()->focusWidget());
+    const bool hadFocus = holdsFocus(*this);
     m_box->setCurrentWidget(page);
     if (hadFocus)
         (isRemoving ? stopRemoveBtn
@@ -366,7 +370,8 @@ void DuplicatesResultsPanel::followControls() {
         {lockButton, controls.open && !m_controller.padlock().isAsking()},
         {stopRemoveBtn, controls.stopRemove},
     }};
-    // What can take the keyboard comes first, and what cannot keep it goes last.
+    // What can take the keyboard comes first, and what cannot keep it goes last. Where nothing can
+    // take it, the box keeps it: the toolbar, where it would go, starts another page.
     for (const auto &[widget, isEnabled] : widgets) {
         if (isEnabled)
             widget->setEnabled(true);
@@ -374,8 +379,19 @@ void DuplicatesResultsPanel::followControls() {
     if (m_controller.state() != Page::State::Searching &&
         m_controller.state() != Page::State::Stopping)
         followPage();
-    for (const auto &[widget, isEnabled] : widgets)
+    for (const auto &[widget, isEnabled] : widgets) {
+        if (!isEnabled && holdsFocus(*widget))
+            m_box->setFocus();
         widget->setEnabled(isEnabled);
+    }
+    if (holdsFocus(*m_box) && m_box->currentWidget() == m_outline && m_outline->isEnabled())
+        m_outline->setFocus();
+}
+
+// Also in a window that is not active.
+bool DuplicatesResultsPanel::holdsFocus(const QWidget &part) const {
+    const QWidget *const focus = window()->focusWidget();
+    return focus && (focus == &part || part.isAncestorOf(focus));
 }
 
 void DuplicatesResultsPanel::followRemoval() {

@@ -52,6 +52,7 @@ private:
     void followHeading();
     void followSelection();
     void followControls();
+    bool holdsFocus(const QWidget &part) const;
     void followRemoval();
     void tellOutcome();
 
