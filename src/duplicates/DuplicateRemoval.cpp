@@ -100,6 +100,12 @@ DuplicateRemoval::Outcome DuplicateRemoval::act(const std::vector<Member> &group
 }
 
 // Finds begin with the path that was searched; they are reached from what that path led to then.
+bool DuplicateRemoval::hasTrash(const Member &member) {
+    const auto target = targetOf(member.path);
+    const auto item = target ? m_removal.reach(*target) : Result<OpenItem>(target.error());
+    return !item || m_files.trashOf(*item->folder, false).error() != RemovalError::NoTrash;
+}
+
 Result<RemovalTarget> DuplicateRemoval::targetOf(const std::filesystem::path &path) const {
     const auto top = paths::withoutTrailingSlashes(m_root.searched.native());
     if (!paths::isSameOrBelow(path.native(), top) || path.native().size() <= top.size())

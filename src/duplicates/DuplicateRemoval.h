@@ -56,6 +56,8 @@ public:
     /// Acts on one member. `takesWholeGroup`: the user has said that the last one may go, too;
     /// never for sharing.
     Outcome act(const std::vector<Member> &group, std::size_t index, bool takesWholeGroup = false);
+    /// False where the volume of that member has no trash. True where that cannot be told.
+    bool hasTrash(const Member &member);
 
 private:
     using Identity = std::pair<std::uint64_t, std::uint64_t>;

@@ -34,20 +34,22 @@ void SameFileDeleteViewController::removeBtnClicked() {
 }
 
 void SameFileDeleteViewController::askWhetherShareable() {
-    if (m_sharingWorker || m_selection.isEmpty())
+    if (m_sharingWorker || m_selection.isEmpty() || !m_root)
         return;
     const auto ticked = m_selection.allSelectNumArr();
     m_sharingWorker = ThreadWorker::workOn(this, &SameFileDeleteViewController::askSharing,
-                                           membersOf(*ticked.front()->nodeParent()),
+                                           {*m_root, membersOf(*ticked.front()->nodeParent())},
                                            &SameFileDeleteViewController::sharingAsked);
 }
 
-void SameFileDeleteViewController::askSharing(std::vector<DuplicateRemoval::Member> members) {
-    m_sharingRefusal = sharingRefusal(members);
+void SameFileDeleteViewController::askSharing(SearchedGroup group) {
+    m_sharingRefusal = sharingRefusal(group.members);
+    m_hasTrash = DuplicateRemoval(group.root, {.act = Act::Trash}).hasTrash(group.members.front());
 }
 
 void SameFileDeleteViewController::sharingAsked() {
     m_sharingWorker.reset();
+    Q_EMIT trashAnswered(m_hasTrash);
     Q_EMIT sharingAnswered(m_sharingRefusal ? QString::fromStdString(m_sharingRefusal.message())
                                             : QString());
 }

@@ -173,8 +173,8 @@ public:
     /// Asks once; the answer is removalAnswered().
     void removeBtnClicked();
     void removalAnswered(Act act);
-    /// Asks the file system of what is ticked, on a worker; the answer is sharingAnswered(). Only
-    /// one question at a time.
+    /// Asks the file system of what is ticked, on a worker; the answers are trashAnswered() and
+    /// sharingAnswered(). Only one question at a time.
     void askWhetherShareable();
     void stopRemoveBtnClicked();
     void unlockRigths(bool open);
@@ -202,6 +202,8 @@ Q_SIGNALS:
     void askToRemove();
     /// Nothing is removed, or searched: why.
     void removalRefused(const QString &words);
+    /// The volume of what is ticked has a trash.
+    void trashAnswered(bool hasTrash);
     /// The key of the reason why files cannot share blocks; empty where they can.
     void sharingAnswered(const QString &refusal);
     /// One row has been ticked by hand.
@@ -226,6 +228,11 @@ private:
         DuplicateRemoval::Outcome outcome;
     };
 
+    struct SearchedGroup {
+        SearchRoot root;
+        std::vector<DuplicateRemoval::Member> members;
+    };
+
     bool refuseUnless(bool allowed, const char *what) const;
     void setState(State state);
     void setControls(const DuplicateControls &controls);
@@ -245,7 +252,7 @@ private:
     void ticksChanged();
     DuplicateSelection::IsShown shownOnly() const;
 
-    void askSharing(std::vector<DuplicateRemoval::Member> members);
+    void askSharing(SearchedGroup group);
     void sharingAsked();
     std::vector<Job> jobs() const;
     void deleteDupFiles(std::nullptr_t argument);
@@ -282,6 +289,7 @@ private:
 
     std::shared_ptr<ThreadWorker> m_sharingWorker;
     std::error_code m_sharingRefusal; ///< left alone while that worker runs
+    bool m_hasTrash = true;           ///< likewise
     std::shared_ptr<RemovalRun> m_run;
     Report m_report;
     std::vector<Job> m_jobs; ///< left alone while the worker runs

@@ -6,14 +6,18 @@
 #include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/UserDefaults.h"
+#include "support/ChildProcess.h"
 #include "support/FaultPlatform.h"
 #include "support/ManualClock.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 #include "support/WaitUntil.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <sys/mount.h>
 
 #include <atomic>
 #include <thread>
@@ -124,6 +128,27 @@ TEST_F(DuplicatesPage, NamesOfOneFileFreeNothingWhileOneStays) {
     QObject::connect(&page, &Page::sharingAnswered, [&](const QString &told) { refusal = told; });
     page.askWhetherShareable();
     waitUntil([&] { return refusal != QLatin1String("none"); });
+}
+
+// A file system in memory has no trash of its own, and nothing is copied to another.
+TEST_F(DuplicatesPage, SaysWhetherThereIsATrash) {
+    test::needRoot();
+    test::TestTree memory(test::TestEnvironment::current().home() / "memory");
+    ASSERT_TRUE(test::enterPrivateMounts());
+    ASSERT_EQ(::mount("none", memory.top().c_str(), "tmpfs", 0, nullptr), 0);
+    for (const char *name : {"one", "two"})
+        memory.file(name, "the same");
+    std::vector<bool> answers;
+    QObject::connect(&page, &Page::trashAnswered, [&](bool has) { answers.push_back(has); });
+    for (const auto &top : {tree.top(), memory.top()}) {
+        page.viewDragAction(top);
+        waitUntil([&] { return page.state() == State::Results; });
+        page.setSelectState(page.treeData()->childAtIndex(0));
+        page.askWhetherShareable();
+        waitUntil([&, known = answers.size()] { return answers.size() > known; });
+    }
+    EXPECT_THAT(answers, ElementsAre(true, false));
+    ::umount2(memory.top().c_str(), MNT_DETACH);
 }
 
 TEST_F(DuplicatesPage, AStoppedSearchReturnsToTheStart) {

@@ -103,6 +103,14 @@ void DuplicatesResultsPanel::askToRemove() {
         {localizedText("DUP_SHARE"), false, answer(Act::Share), false,
          localizedText("DUP_TIP_SHARE")}};
     auto *const sheet = ask(std::move(content));
+    auto *const trash =
+        sheet->findChild<QPushButton *>(QStringLiteral("alert.") + localizedText("MOVE_TO_TRASH"));
+    connect(&m_controller, &SameFileDeleteViewController::trashAnswered, trash,
+            [trash](bool hasTrash) {
+                trash->setEnabled(hasTrash);
+                if (!hasTrash)
+                    trash->setToolTip(plainToolTip({localizedText("has no trash on its volume")}));
+            });
     offerSharing(
         sheet->findChild<QPushButton *>(QStringLiteral("alert.") + localizedText("DUP_SHARE")));
 }
