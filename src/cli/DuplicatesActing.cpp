@@ -1,11 +1,9 @@
 #include "cli/DuplicatesActing.h"
 
 #include "cli/JsonWriter.h"
-#include "core/UtilityFunction.h"
 #include "removal/RemovalRun.h"
 #include "removal/TrashRecord.h"
 
-#include <algorithm>
 #include <array>
 
 namespace brightsweep::cli {
@@ -130,40 +128,19 @@ std::string DuplicatesActing::progress() {
 
 void DuplicatesActing::write(JsonWriter &json) {
     const std::lock_guard lock(m_mutex);
-    const auto list = [&](const char *key, bool failed, bool fills) {
-        json.key(key).beginArray();
-        for (const Item &item : m_items) {
-            if (!fills || item.error.empty() == failed)
-                continue;
-            json.beginObject();
-            json.path("path", item.path);
-            if (failed)
-                json.key("error").value(item.error);
-            else
-                json.key("bytes").value(item.bytes);
-            json.endObject();
-        }
-        json.endArray();
-    };
     json.key("action").value(wordsOf(m_act).action);
     json.key("applied").value(m_applies);
     json.key("bytesFreed").value(m_bytesFreed);
-    list("removed", false, m_act != Act::Share);
-    list("shared", false, m_act == Act::Share);
-    list("failed", true, true);
+    const std::vector<ActedItem> none;
+    writeActed(json, "removed", m_act == Act::Share ? none : m_items, false);
+    writeActed(json, "shared", m_act == Act::Share ? m_items : none, false);
+    writeActed(json, "failed", m_items, true);
 }
 
 std::string DuplicatesActing::text() {
     const std::lock_guard lock(m_mutex);
-    Table table({false, true, false});
-    for (const Item &item : m_items) {
-        table.row({item.error.empty() ? m_applies ? wordsOf(m_act).done : wordsOf(m_act).wouldBe
-                                      : "stays",
-                   UtilityFunction::convertVolSpace(item.bytes).toStdString(),
-                   item.error.empty() ? item.path : item.path + ": " + item.error});
-    }
-    const std::string size = UtilityFunction::convertVolSpace(m_bytesFreed).toStdString();
-    return table.text() + size + (m_applies ? " freed\n" : " would be freed; --apply does it\n");
+    return actedText(m_items, m_applies ? wordsOf(m_act).done : wordsOf(m_act).wouldBe,
+                     m_bytesFreed, m_applies);
 }
 
 int DuplicatesActing::status(Output &output) {
@@ -172,9 +149,7 @@ int DuplicatesActing::status(Output &output) {
         output.warning(m_refusal);
         return Failed;
     }
-    const bool anyFailed = std::any_of(m_items.begin(), m_items.end(),
-                                       [](const Item &item) { return !item.error.empty(); });
-    return anyFailed ? PartlyFailed : Done;
+    return anyStays(m_items) ? PartlyFailed : Done;
 }
 
 } // namespace brightsweep::cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/ActedItem.h"
 #include "cli/Command.h"
 #include "duplicates/DuplicateRemoval.h"
 #include "duplicates/KeepRule.h"
@@ -12,8 +13,6 @@
 #include <vector>
 
 namespace brightsweep::cli {
-
-class JsonWriter;
 
 /// What `duplicates` does with what it found: of each group all but one file are removed, moved to
 /// the trash, or made to share the blocks of that one. Never a whole group.
@@ -37,12 +36,6 @@ public:
     int status(Output &output);
 
 private:
-    struct Item {
-        std::string path;
-        std::uint64_t bytes = 0;
-        std::string error; ///< empty: it went
-    };
-
     DuplicateRemoval::Act m_act = DuplicateRemoval::Act::Remove;
     KeepRule m_keep = KeepRule::Last;
     bool m_applies = false;
@@ -50,7 +43,7 @@ private:
     std::atomic<bool> m_begun{false};
 
     std::mutex m_mutex; // guards what follows
-    std::vector<Item> m_items;
+    std::vector<ActedItem> m_items;
     std::uint64_t m_bytesFreed = 0;
     std::string m_refusal;
 };

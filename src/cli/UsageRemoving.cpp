@@ -1,10 +1,11 @@
 #include "cli/UsageRemoving.h"
 
+#include "cli/ActedItem.h"
 #include "cli/JsonWriter.h"
 #include "cli/RightsRefusal.h"
 #include "cli/WorkRun.h"
-#include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
+#include "foundation/SaturatingSum.h"
 #include "platform/Platform.h"
 #include "removal/NvAuthorization.h"
 #include "removal/RemovalRun.h"
@@ -34,7 +35,7 @@ struct UsageRemoving::Job {
     std::shared_ptr<RemovalRun> run;
     std::atomic<bool> stop{false};
     std::mutex mutex; // guards the rest
-    std::vector<Item> items;
+    std::vector<ActedItem> items;
     std::uint64_t bytesFreed = 0;
     std::string current;
 };
@@ -109,7 +110,7 @@ void UsageRemoving::work(Job &job) {
             continue;
         }
         const std::lock_guard lock(job.mutex);
-        job.items.push_back({paths::fromOption(given), 0,
+        job.items.push_back({paths::fromOption(given).native(), 0,
                              item.error() == std::errc::invalid_argument
                                  ? "not below " + job.root.path.native()
                                  : item.error().message()});
@@ -139,18 +140,15 @@ void UsageRemoving::work(Job &job) {
         std::string error;
         if (!outcome.done)
             error = outcome.words.empty() ? outcome.error.message() : outcome.words;
-        job.items.push_back({path, item.below.bytes, std::move(error)});
+        job.items.push_back({path.native(), item.below.bytes, std::move(error)});
     }
 }
 
 int UsageRemoving::tell(Job &job, const std::filesystem::path &folder, Output &output) {
     const std::lock_guard lock(job.mutex);
     std::uint64_t bytes = 0;
-    bool anyFailed = false;
-    for (const Item &item : job.items) {
-        bytes += item.error.empty() ? item.bytes : 0;
-        anyFailed = anyFailed || !item.error.empty();
-    }
+    for (const ActedItem &item : job.items)
+        bytes = addSaturating(bytes, item.error.empty() ? item.bytes : 0);
     bool written = false;
     if (output.json) {
         JsonWriter json;
@@ -162,21 +160,8 @@ int UsageRemoving::tell(Job &job, const std::filesystem::path &folder, Output &o
         json.key("applied").value(m_options.applies);
         json.key("bytes").value(bytes);
         json.key("bytesFreed").value(job.bytesFreed);
-        for (const bool failed : {false, true}) {
-            json.key(failed ? "failed" : "removed").beginArray();
-            for (const Item &item : job.items) {
-                if (item.error.empty() == failed)
-                    continue;
-                json.beginObject();
-                json.path("path", item.path);
-                if (failed)
-                    json.key("error").value(item.error);
-                else
-                    json.key("bytes").value(item.bytes);
-                json.endObject();
-            }
-            json.endArray();
-        }
+        writeActed(json, "removed", job.items, false);
+        writeActed(json, "failed", job.items, true);
         json.endObject();
         written = output.data(json.take());
     } else {
@@ -184,18 +169,9 @@ int UsageRemoving::tell(Job &job, const std::filesystem::path &folder, Output &o
         const std::string went = m_options.applies ? trash ? "moved to the trash" : "removed"
                                  : trash           ? "would be moved to the trash"
                                                    : "would be removed";
-        Table table({false, true, false});
-        for (const Item &item : job.items) {
-            table.row({item.error.empty() ? went : "stays",
-                       UtilityFunction::convertVolSpace(item.bytes).toStdString(),
-                       item.path.native() + (item.error.empty() ? "" : ": " + item.error)});
-        }
-        const std::string freed = UtilityFunction::convertVolSpace(job.bytesFreed).toStdString();
-        written =
-            output.data(table.text() + freed +
-                        (m_options.applies ? " freed\n" : " would be freed; --apply does it\n"));
+        written = output.data(actedText(job.items, went, job.bytesFreed, m_options.applies));
     }
-    return !written ? Failed : anyFailed ? PartlyFailed : Done;
+    return !written ? Failed : anyStays(job.items) ? PartlyFailed : Done;
 }
 
 int UsageRemoving::run(const std::filesystem::path &folder, Output &output) {
@@ -228,9 +204,7 @@ int UsageRemoving::run(const std::filesystem::path &folder, Output &output) {
                         return job.current;
                     },
                     [&](bool leftBehind) {
-                        if (leftBehind)
-                            RemovalRun::endForQuit(std::chrono::milliseconds(0));
-                        else
+                        if (!leftBehind)
                             NvAuthorization::shareNvAuthorization().freeAuthorization();
                         job.run.reset();
                         return tell(job, folder, output);

@@ -23,12 +23,6 @@ public:
     int run(const std::filesystem::path &folder, Output &output);
 
 private:
-    struct Item {
-        std::filesystem::path path;
-        std::uint64_t bytes = 0;
-        std::string error; ///< empty: it went, or would
-    };
-
     struct Job;
 
     Result<UsageItem> find(const RemovalRoot &root, const std::string &given,
