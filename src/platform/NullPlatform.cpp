@@ -1,4 +1,5 @@
 #include "platform/AdministratorRights.h"
+#include "platform/ApplicationSource.h"
 #include "platform/DesktopHints.h"
 #include "platform/DesktopNotifier.h"
 #include "platform/FileHolders.h"
@@ -168,6 +169,30 @@ public:
     PrivilegedReply dropCaches(const RightsToken &) override { return {false, false, m_reason}; }
 };
 
+class NullApplicationSource final : public Null<ApplicationSource> {
+public:
+    NullApplicationSource(ApplicationKind kind, const char *reason) : Null(reason), m_kind(kind) {}
+    ApplicationKind kind() const override { return m_kind; }
+    Result<std::vector<InstalledApplication>> applications() override { return unsupported; }
+    std::vector<std::string> runningOf(const std::vector<InstalledApplication> &) override {
+        return {};
+    }
+    RemovalPlan plan(const InstalledApplication &application) override {
+        RemovalPlan plan;
+        plan.application = application;
+        plan.blocker = Blocker::Unsupported;
+        plan.reason = m_reason;
+        return plan;
+    }
+    RemovalResult remove(const RemovalPlan &, const RightsToken *) override {
+        return {RemovalOutcome::Failed, m_reason, {}};
+    }
+    std::uint64_t sizeOf(const InstalledApplication &) override { return 0; }
+
+private:
+    const ApplicationKind m_kind;
+};
+
 class NullWorkspace final : public Null<Workspace> {
 public:
     using Null::Null;
@@ -243,6 +268,10 @@ Platform makeNullPlatform(const char *reason) {
     platform.instance = std::make_unique<NullSingleInstance>(reason);
     platform.hints = std::make_unique<NullDesktopHints>(reason);
     platform.holders = std::make_unique<NullFileHolders>(reason);
+    for (const ApplicationKind kind :
+         {ApplicationKind::Package, ApplicationKind::Flatpak, ApplicationKind::Snap,
+          ApplicationKind::AppImage, ApplicationKind::Folder})
+        platform.applications.push_back(std::make_unique<NullApplicationSource>(kind, reason));
     return platform;
 }
 

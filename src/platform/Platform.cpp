@@ -2,6 +2,7 @@
 
 #include "foundation/Paths.h"
 #include "platform/AdministratorRights.h"
+#include "platform/ApplicationSource.h"
 #include "platform/DesktopHints.h"
 #include "platform/DesktopNotifier.h"
 #include "platform/FileHolders.h"
@@ -17,6 +18,7 @@
 namespace brightsweep {
 
 AdministratorRights::~AdministratorRights() = default;
+ApplicationSource::~ApplicationSource() = default;
 DesktopHints::~DesktopHints() = default;
 DesktopNotifier::~DesktopNotifier() = default;
 FileHolders::~FileHolders() = default;

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 namespace brightsweep {
 
 class AdministratorRights;
+class ApplicationSource;
 class DesktopHints;
 class DesktopNotifier;
 class FileHolders;
@@ -32,6 +34,8 @@ struct Platform {
     std::unique_ptr<SingleInstance> instance;
     std::unique_ptr<DesktopHints> hints;
     std::unique_ptr<FileHolders> holders;
+    /// One of each kind but the bundles, which are found by their folders.
+    std::vector<std::unique_ptr<ApplicationSource>> applications;
 
     Platform();
     Platform(Platform &&) noexcept;
