@@ -87,7 +87,7 @@ struct RemovalPlan {
     std::string reason; ///< with a blocker: what blocks, in English, with the name of it
 };
 
-enum class RemovalOutcome {
+enum class UninstallOutcome {
     Removed,     ///< all of the set has gone; also where it had before
     NeedsRights, ///< nothing was done: it takes rights that are not held
     Dismissed,   ///< nothing was done: the manager's own question was not granted
@@ -98,7 +98,7 @@ enum class RemovalOutcome {
 };
 
 struct RemovalResult {
-    RemovalOutcome outcome = RemovalOutcome::Failed;
+    UninstallOutcome outcome = UninstallOutcome::Failed;
     std::string message; ///< in English; of the tool where it had something to say
     /// Names of the set that have gone, whatever the outcome.
     std::vector<std::string> gone;

@@ -185,7 +185,7 @@ public:
         return plan;
     }
     RemovalResult remove(const RemovalPlan &, const RightsToken *) override {
-        return {RemovalOutcome::Failed, m_reason, {}};
+        return {UninstallOutcome::Failed, m_reason, {}};
     }
     std::uint64_t sizeOf(const InstalledApplication &) override { return 0; }
 

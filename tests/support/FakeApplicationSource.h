@@ -39,7 +39,7 @@ public:
         tokens.push_back(rights ? *rights : RightsToken{});
         const RemovalResult result =
             answer ? answer(plan)
-                   : RemovalResult{RemovalOutcome::Removed, {}, {plan.application.key}};
+                   : RemovalResult{UninstallOutcome::Removed, {}, {plan.application.key}};
         for (const std::string &key : result.gone)
             std::erase_if(installed,
                           [&](const InstalledApplication &one) { return one.key == key; });
