@@ -199,6 +199,7 @@ public:
     QString displayName(const std::filesystem::path &) override { return {}; }
     bool isPackage(const std::filesystem::path &) override { return false; }
     QString typeOf(const std::filesystem::path &) override { return {}; }
+    Result<FileTime> created(const std::filesystem::path &) override { return unsupported; }
     bool open(const std::filesystem::path &) override { return false; }
     bool reveal(const std::filesystem::path &) override { return false; }
 };

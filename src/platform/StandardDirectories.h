@@ -14,6 +14,7 @@ enum class StandardDirectory {
     ApplicationSupport, ///< the user's
     Library,            ///< the user's
     Preferences,        ///< the user's
+    Caches,             ///< the user's
     Applications,
     Home,
     Temporary,

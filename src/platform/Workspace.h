@@ -1,5 +1,8 @@
 #pragma once
 
+#include "foundation/FileTime.h"
+#include "foundation/Result.h"
+
 #include <QString>
 
 #include <filesystem>
@@ -19,6 +22,9 @@ public:
     virtual bool isPackage(const std::filesystem::path &path) = 0;
     /// The type of the item, empty for a plain folder and for what does not exist. Any thread.
     virtual QString typeOf(const std::filesystem::path &path) = 0;
+    /// When the item was made or, where its file system does not tell, last changed; of what a link
+    /// leads to. Any thread.
+    virtual Result<FileTime> created(const std::filesystem::path &path) = 0;
     /// Opens the item with the user's default program for it; a folder in the file manager. Does
     /// not wait for that program; false where nothing can be started for the item.
     virtual bool open(const std::filesystem::path &path) = 0;

@@ -9,6 +9,8 @@
 
 namespace brightsweep {
 
+struct InstalledApplication;
+
 /// One row of the uninstall page and of the login items page: what can be taken away, or is started
 /// at login. Lists share a record, so that a tick holds in all of them.
 ///
@@ -40,6 +42,9 @@ struct AppItems {
     bool bIsSelected = false;                    ///< ticked; of a login item: it is hidden
     QString isSystemAppStr = QStringLiteral(""); ///< "YES" or "NO"
     std::uint64_t fileSizeNum = 0;               ///< bytes; 0 while it is not known
+    bool isRunning = false;                      ///< when it was listed
+    /// What its source says of it; null for a login item.
+    std::shared_ptr<const InstalledApplication> application;
 };
 
 } // namespace brightsweep

@@ -105,6 +105,7 @@ public:
     QString displayName(const std::filesystem::path &path) override { return paths::display(path); }
     bool isPackage(const std::filesystem::path &) override { return false; }
     QString typeOf(const std::filesystem::path &) override { return {}; }
+    Result<FileTime> created(const std::filesystem::path &) override { return FileTime(); }
     bool open(const std::filesystem::path &path) override {
         opened.push_back(path);
         return works;

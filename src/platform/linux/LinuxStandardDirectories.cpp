@@ -234,6 +234,8 @@ std::vector<path> LinuxStandardDirectories::paths(StandardDirectory directory) {
         return {folderOfRole(FolderRole::Data)};
     case StandardDirectory::Preferences:
         return {folderOfRole(FolderRole::Config)};
+    case StandardDirectory::Caches:
+        return {folderOfRole(FolderRole::Cache)};
     case StandardDirectory::Applications:
         return {systemPath("/Applications"), systemPath("/Network/Applications"),
                 systemPath("/Developer/Applications"), paths::join(homeFolder(), "Applications")};

@@ -16,6 +16,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <chrono>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -86,6 +88,15 @@ QString LinuxWorkspace::typeOf(const std::filesystem::path &path) {
     return database
         .mimeTypeForFile(paths::text(paths::lastComponent(path)), QMimeDatabase::MatchExtension)
         .name();
+}
+
+Result<FileTime> LinuxWorkspace::created(const std::filesystem::path &path) {
+    struct statx status;
+    if (::statx(AT_FDCWD, path.c_str(), AT_STATX_DONT_SYNC, STATX_BTIME | STATX_MTIME, &status) !=
+        0)
+        return std::error_code(errno, std::generic_category());
+    const auto &time = status.stx_mask & STATX_BTIME ? status.stx_btime : status.stx_mtime;
+    return FileTime(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
 }
 
 bool LinuxWorkspace::open(const std::filesystem::path &path) {

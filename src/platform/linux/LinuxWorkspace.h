@@ -21,6 +21,7 @@ public:
     QString displayName(const std::filesystem::path &path) override;
     bool isPackage(const std::filesystem::path &path) override;
     QString typeOf(const std::filesystem::path &path) override;
+    Result<FileTime> created(const std::filesystem::path &path) override;
     bool open(const std::filesystem::path &path) override;
     bool reveal(const std::filesystem::path &path) override;
 
