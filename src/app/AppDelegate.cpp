@@ -164,15 +164,19 @@ void AppDelegate::handleReopenAppEvent(const InstanceRequest &request) {
 void AppDelegate::reopen(const InstanceRequest &request) {
     showMainWindow(request.activationToken);
     auto &window = AppPrefsWindowController::sharedPrefsWindowController();
-    if (request.duplicates) {
+    switch (request.page) {
+    case RequestedPage::None:
+        break;
+    case RequestedPage::Duplicates:
         window.toggleActivePreferenceView(QStringLiteral("duplicates_file"));
-        SameFileDeleteViewController &page = *window.sameFileDeleteView();
-        if (!request.duplicates->empty())
-            page.viewDragAction(*request.duplicates);
-    } else if (request.usage) {
+        if (!request.folder.empty())
+            window.sameFileDeleteView()->viewDragAction(request.folder);
+        break;
+    case RequestedPage::Usage:
         window.toggleActivePreferenceView(QStringLiteral("disk_usage"));
-        if (!request.usage->empty())
-            window.diskUsageView()->viewDragAction(*request.usage);
+        if (!request.folder.empty())
+            window.diskUsageView()->viewDragAction(request.folder);
+        break;
     }
 }
 

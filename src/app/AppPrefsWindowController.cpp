@@ -61,6 +61,7 @@ void AppPrefsWindowController::makeCleanPage() {
 void AppPrefsWindowController::makeDuplicatesPage() {
     SameFileDeleteViewController::Surroundings surroundings;
     surroundings.selectedItem = [this] { return selectedItem(); };
+    surroundings.licenceGate = [] { return LicenceGate::isOpen(); };
     m_sameFileDeleteView = std::make_unique<SameFileDeleteViewController>(std::move(surroundings));
     const auto *const page = m_sameFileDeleteView.get();
     const auto showPart = [this] { setView4Duplicates(m_sameFileDeleteView->view4Duplicates()); };

@@ -47,9 +47,9 @@ void RunningInstance::handleReopenAppEvent(const InstanceRequest &request) {
         return m_hooks.reopen(request);
     // One that only wants the window takes no folder away.
     InstanceRequest waiting = request;
-    if (m_reopen && !request.duplicates && !request.usage) {
-        waiting.duplicates = std::move(m_reopen->duplicates);
-        waiting.usage = std::move(m_reopen->usage);
+    if (m_reopen && request.page == RequestedPage::None) {
+        waiting.page = m_reopen->page;
+        waiting.folder = std::move(m_reopen->folder);
     }
     m_reopen = std::move(waiting);
 }

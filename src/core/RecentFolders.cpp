@@ -1,8 +1,8 @@
 #include "core/RecentFolders.h"
 
+#include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
 
-#include <QByteArray>
 #include <QStringList>
 
 #include <algorithm>
@@ -20,7 +20,7 @@ std::vector<std::filesystem::path> recentFolders(QLatin1String key) {
     std::vector<std::filesystem::path> folders;
     const QString stored = UserDefaults::standardUserDefaults().stringForKey(key);
     for (const QString &word : stored.split(u' ', Qt::SkipEmptyParts)) {
-        const std::string path = QByteArray::fromPercentEncoding(word.toLatin1()).toStdString();
+        const std::string path = paths::percentDecoded(word.toStdString());
         if (path.front() == '/' && path.find('\0') == std::string::npos)
             folders.emplace_back(path);
     }
@@ -35,8 +35,7 @@ void rememberFolder(QLatin1String key, const std::filesystem::path &folder) {
     folders.resize(std::min(folders.size(), mostFolders));
     QStringList words;
     for (const auto &each : folders)
-        words +=
-            QString::fromLatin1(QByteArray::fromStdString(each.native()).toPercentEncoding("/"));
+        words += QString::fromStdString(paths::percentEncoded(each.native()));
     UserDefaults::standardUserDefaults().setObject(key, words.join(u' '));
 }
 

@@ -10,6 +10,8 @@ namespace brightsweep::paths {
 
 namespace {
 
+constexpr QLatin1String fileScheme("file://");
+
 // Control characters, those of the bidi algorithm included, and line ends.
 bool isEscaped(QChar character) {
     switch (character.unicode()) {
@@ -122,6 +124,26 @@ std::string extension(const std::filesystem::path &path) {
     if (point == name.npos || point == 0 || point + 1 == name.size())
         return {};
     return name.substr(point + 1);
+}
+
+std::string percentEncoded(std::string_view bytes) {
+    return QByteArray(bytes.data(), qsizetype(bytes.size())).toPercentEncoding("/").toStdString();
+}
+
+std::string percentDecoded(std::string_view words) {
+    return QByteArray::fromPercentEncoding(QByteArray(words.data(), qsizetype(words.size())))
+        .toStdString();
+}
+
+QString toFileUrl(const std::filesystem::path &path) {
+    return fileScheme + QString::fromStdString(percentEncoded(path.native()));
+}
+
+std::optional<std::filesystem::path> fromFileUrl(const QString &url) {
+    const qsizetype path = url.startsWith(fileScheme) ? url.indexOf(u'/', fileScheme.size()) : -1;
+    if (path < 0)
+        return std::nullopt;
+    return percentDecoded(url.mid(path).toStdString());
 }
 
 } // namespace brightsweep::paths

@@ -7,6 +7,7 @@
 #include <QVariant>
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -50,6 +51,14 @@ std::filesystem::path parent(const std::filesystem::path &path);
 /// The text behind the last point of the last component, without the point; empty where there is
 /// none, where the point comes first or last.
 std::string extension(const std::filesystem::path &path);
+
+/// Bytes with all that a URL may not hold as "%XX", the slash left as it is, and back.
+std::string percentEncoded(std::string_view bytes);
+std::string percentDecoded(std::string_view words);
+
+/// The exact bytes of an absolute path as a file: URL, and back. No path of what is no local file.
+QString toFileUrl(const std::filesystem::path &path);
+std::optional<std::filesystem::path> fromFileUrl(const QString &url);
 
 } // namespace paths
 } // namespace brightsweep

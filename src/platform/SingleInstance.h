@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <functional>
-#include <optional>
 #include <string>
 
 namespace brightsweep {
@@ -14,13 +13,19 @@ enum class InstanceOutcome {
     Failed,   ///< it cannot be known
 };
 
-/// What a later start asks of the first one: to show itself, by the token for that, and perhaps to
-/// search a folder for duplicates or to show what takes the space in it. An empty folder means the
-/// page for that, without a folder.
+/// A page that a start may ask for.
+enum class RequestedPage {
+    None,
+    Duplicates, ///< to search a folder
+    Usage,      ///< to show what takes the space in a folder
+};
+
+/// What a later start asks of the first one: to show itself, by the token for that, and perhaps a
+/// page with a folder for it; an empty folder means the page alone.
 struct InstanceRequest {
     std::string activationToken;
-    std::optional<std::filesystem::path> duplicates;
-    std::optional<std::filesystem::path> usage = std::nullopt;
+    RequestedPage page = RequestedPage::None;
+    std::filesystem::path folder = {};
 };
 
 /// Keeps the program to one running instance for each user's session. Main thread.

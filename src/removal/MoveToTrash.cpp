@@ -1,8 +1,10 @@
 #include "removal/MoveToTrash.h"
 
 #include "foundation/LastError.h"
+#include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
 #include "platform/DirectoryWalk.h"
+#include "platform/FileIdentity.h"
 #include "platform/Platform.h"
 #include "removal/TrashRecord.h"
 
@@ -47,7 +49,7 @@ public:
 
     void entries(DirectoryWalk::Directory &directory, const DirectoryBlock &block) override {
         for (const DirectoryEntry &entry : block.entries()) {
-            if (entry.hasAttributes && m_known.emplace(entry.device, entry.inode).second)
+            if (entry.hasAttributes && m_known.insert({entry.device, entry.inode}).second)
                 bytes += entry.stored;
             if (entry.type == EntryType::Directory)
                 walk->enter(directory, entry.nameView(), nullptr);
@@ -60,14 +62,12 @@ public:
     DirectoryWalk *walk = nullptr;
 
 private:
-    std::set<std::pair<std::uint64_t, std::uint64_t>> m_known;
+    std::set<FileIdentity> m_known;
 };
 
 // The path of the item, and when it was thrown away, in the user's own time.
 std::string trashInfoText(const std::string &path, const std::string &date) {
-    const auto encoded =
-        QByteArray(path.data(), qsizetype(path.size())).toPercentEncoding("/").toStdString();
-    return "[Trash Info]\nPath=" + encoded + "\nDeletionDate=" + date + '\n';
+    return "[Trash Info]\nPath=" + paths::percentEncoded(path) + "\nDeletionDate=" + date + '\n';
 }
 
 } // namespace

@@ -91,9 +91,7 @@ std::string withoutDirectorySizes(std::string_view text, const Lines &names) {
             text.substr(0, std::min(text.find('\n'), text.size() - 1) + 1);
         text.remove_prefix(line.size());
         const std::string_view encoded = encodedName(line.substr(0, line.find('\n')));
-        const auto decoded =
-            QByteArray::fromPercentEncoding(QByteArray(encoded.data(), qsizetype(encoded.size())));
-        if (!names.contains(decoded.toStdString()))
+        if (!names.contains(paths::percentDecoded(encoded)))
             kept += line;
     }
     return kept;
@@ -200,10 +198,9 @@ Result<RemovalTarget> TrashRecord::trashInfo(const std::string &name) const {
 
 void noteDirectorySize(const FileDescriptor &trash, const std::string &name, std::uint64_t bytes,
                        std::int64_t seconds) {
-    const auto encoded =
-        QByteArray(name.data(), qsizetype(name.size())).toPercentEncoding().toStdString();
     noteLine(trash, name,
-             std::to_string(bytes) + ' ' + std::to_string(seconds) + ' ' + encoded + '\n');
+             std::to_string(bytes) + ' ' + std::to_string(seconds) + ' ' +
+                 paths::percentEncoded(name) + '\n');
 }
 
 TrashBatch::TrashBatch() : m_outer(std::exchange(currentBatch, this)) {}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/FileIdentity.h"
 #include "platform/FileOperations.h"
 
 #include <cstdint>
@@ -63,7 +64,7 @@ private:
     void add(const FileDescriptor &trash, const std::string &name, const std::string &line);
     static void write(Trash &trash);
 
-    std::map<std::pair<std::uint64_t, std::uint64_t>, Trash> m_trashes; // by device and inode
+    std::map<FileIdentity, Trash> m_trashes;
     TrashBatch *const m_outer;
 };
 

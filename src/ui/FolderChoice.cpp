@@ -1,6 +1,7 @@
 #include "ui/FolderChoice.h"
 
 #include "core/Texts.h"
+#include "foundation/Paths.h"
 
 #include <QApplication>
 #include <QDropEvent>
@@ -21,9 +22,8 @@ std::filesystem::path folderIn(const QMimeData &data) {
         std::find_if(urls.begin(), urls.end(), [](const QUrl &url) { return url.isLocalFile(); });
     if (local == urls.end())
         return {};
-    // By the bytes of the URL: a name need not be valid UTF-8.
-    return QByteArray::fromPercentEncoding(local->path(QUrl::FullyEncoded).toLatin1())
-        .toStdString();
+    return paths::fromFileUrl(local->toString(QUrl::FullyEncoded))
+        .value_or(std::filesystem::path());
 }
 
 } // namespace

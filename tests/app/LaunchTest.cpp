@@ -90,14 +90,14 @@ TEST_F(Launch, AFolderIsSearchedForDuplicatesAlsoOneThatCameDuringTheLaunch) {
     const test::TestTree tree;
     make();
     delegate->applicationWillFinishLaunching();
-    instance->activate({"one", tree.top()});
-    instance->activate({"two", {}});
+    instance->activate({"one", RequestedPage::Duplicates, tree.top()});
+    instance->activate({"two"});
     delegate->applicationDidFinishLaunching();
     EXPECT_EQ(window().selectedItem(), QStringLiteral("duplicates_file"));
     const SameFileDeleteViewController &page = *window().sameFileDeleteView();
     EXPECT_EQ(page.searchPath(), tree.top());
     // While it searches another one only shows the page.
-    instance->activate({"three", "/elsewhere"});
+    instance->activate({"three", RequestedPage::Duplicates, "/elsewhere"});
     EXPECT_EQ(page.searchPath(), tree.top());
     EXPECT_TRUE(eventually([&] { return page.canBegin(); }));
 }

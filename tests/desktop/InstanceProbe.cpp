@@ -27,9 +27,10 @@ int main(int argc, char **argv) {
     const std::filesystem::path log = argv[3];
     const std::string words = argv[2];
     const auto folder = words.find('@');
-    brightsweep::InstanceRequest request{words.substr(0, folder), std::nullopt};
+    brightsweep::InstanceRequest request{words.substr(0, folder)};
     if (folder != std::string::npos)
-        request.duplicates = words.substr(folder + 1);
+        request = {words.substr(0, folder), brightsweep::RequestedPage::Duplicates,
+                   words.substr(folder + 1)};
     const auto outcome = instance.claim(argv[1] == std::string("1"), request);
     if (outcome != brightsweep::InstanceOutcome::First)
         ::_exit(int(outcome));
@@ -39,7 +40,9 @@ int main(int argc, char **argv) {
     instance.setActivateHandler([&](const brightsweep::InstanceRequest &asked) {
         std::ofstream(log, std::ios::app)
             << "asked " << asked.activationToken
-            << (asked.duplicates ? "@" + asked.duplicates->native() : std::string()) << "\n";
+            << (asked.page == brightsweep::RequestedPage::None ? std::string()
+                                                               : "@" + asked.folder.native())
+            << "\n";
         while (asked.activationToken == "hang")
             ::pause();
     });

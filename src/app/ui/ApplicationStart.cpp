@@ -108,16 +108,14 @@ std::string activationToken() {
     return {};
 }
 
-using FolderOfRequest = std::optional<std::filesystem::path> InstanceRequest::*;
-
 // What the command line asks for beyond running, with a folder where one follows.
 constexpr struct {
     std::string_view word;
-    FolderOfRequest folder;
-    bool wantsPage; ///< also without a folder
-} requestWords[] = {{"--activate", &InstanceRequest::duplicates, false},
-                    {"--duplicates", &InstanceRequest::duplicates, true},
-                    {"--usage", &InstanceRequest::usage, true}};
+    RequestedPage page;
+    RequestedPage alone; ///< without a folder
+} requestWords[] = {{"--activate", RequestedPage::Duplicates, RequestedPage::None},
+                    {"--duplicates", RequestedPage::Duplicates, RequestedPage::Duplicates},
+                    {"--usage", RequestedPage::Usage, RequestedPage::Usage}};
 
 std::optional<InstanceRequest> requestOf(int argc, char **argv) {
     const std::vector<std::string_view> words(argv + std::min(argc, 1), argv + argc);
@@ -127,32 +125,25 @@ std::optional<InstanceRequest> requestOf(int argc, char **argv) {
                          [&](const auto &each) { return each.word == words[i]; });
         if (row == std::end(requestWords))
             continue;
-        InstanceRequest request{activationToken(), std::nullopt, std::nullopt};
-        auto &folder = request.*row->folder;
-        if (i + 1 < words.size() && !words[i + 1].empty() && !words[i + 1].starts_with('-')) {
-            folder = words[i + 1];
-            // The one that runs has another working directory.
-            std::error_code error;
-            if (folder->is_relative())
-                folder = std::filesystem::weakly_canonical(words[i + 1], error);
-        } else if (row->wantsPage) {
-            folder.emplace();
-        }
-        return request;
+        if (i + 1 == words.size() || words[i + 1].empty() || words[i + 1].starts_with('-'))
+            return InstanceRequest{activationToken(), row->alone};
+        std::filesystem::path folder = words[i + 1];
+        // The one that runs has another working directory.
+        std::error_code error;
+        if (folder.is_relative())
+            folder = std::filesystem::weakly_canonical(folder, error);
+        return InstanceRequest{activationToken(), row->page, folder};
     }
     return std::nullopt;
 }
 
 // Told here, where the user wrote it, and not in the program that runs, over what it shows.
 bool leadsToFolders(const InstanceRequest &request) {
-    for (const auto &folder : {request.duplicates, request.usage}) {
-        std::error_code error;
-        if (folder && !folder->empty() && !std::filesystem::is_directory(*folder, error)) {
-            tellStarter("there is no folder " + paths::display(*folder).toStdString());
-            return false;
-        }
-    }
-    return true;
+    std::error_code error;
+    if (request.folder.empty() || std::filesystem::is_directory(request.folder, error))
+        return true;
+    tellStarter("there is no folder " + paths::display(request.folder).toStdString());
+    return false;
 }
 
 QIcon windowIcon() {
@@ -209,7 +200,7 @@ int runApplication(int argc, char **argv, int terminal) {
     QApplication::setQuitOnLastWindowClosed(false);
 
     switch (Platform::current().instance->claim(
-        true, request.value_or(InstanceRequest{activationToken(), std::nullopt, std::nullopt}))) {
+        true, request.value_or(InstanceRequest{activationToken()}))) {
     case InstanceOutcome::PassedOn:
         return 0;
     case InstanceOutcome::Hanging:
@@ -236,7 +227,7 @@ int runApplication(int argc, char **argv, int terminal) {
                      [start] { firstFrameShown(Steady::now() - start); });
     delegate->applicationWillFinishLaunching();
     delegate->applicationDidFinishLaunching();
-    if (request && (request->duplicates || request->usage ||
+    if (request && (request->page != RequestedPage::None ||
                     !AppPrefsWindowController::sharedPrefsWindowController().isVisible()))
         delegate->handleReopenAppEvent(*request);
     std::atexit(endWithoutDisplay);

@@ -1,13 +1,14 @@
 #include "platform/linux/InstanceObject.h"
 
 #include "foundation/Identity.h"
+#include "foundation/Paths.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
 
 #include <algorithm>
 #include <filesystem>
-#include <optional>
+#include <utility>
 
 namespace brightsweep {
 
@@ -24,7 +25,6 @@ constexpr const char *tokenKeys[] = {"activation-token", "desktop-startup-id"};
 // Actions of the desktop entry. The second one may have a URL as its parameter.
 constexpr QLatin1String findDuplicates("find-duplicates");
 constexpr QLatin1String showUsage("show-disk-usage");
-constexpr QLatin1String fileScheme("file://");
 
 QVariantMap platformData(const std::string &token) {
     QVariantMap data;
@@ -44,34 +44,23 @@ std::string tokenOf(const QVariantMap &platformData) {
     return {};
 }
 
-// By the bytes of the URL: a name need not be valid UTF-8. Whatever is no local file is none.
-std::optional<std::filesystem::path> fileOf(const QString &url) {
-    const qsizetype path = url.startsWith(fileScheme) ? url.indexOf(u'/', fileScheme.size()) : -1;
-    if (path < 0)
-        return std::nullopt;
-    return QByteArray::fromPercentEncoding(url.mid(path).toLatin1()).toStdString();
-}
-
-std::optional<std::filesystem::path> duplicatesOf(const QDBusMessage &message) {
+// What the message asks for, without its token. Whatever is no local file is no folder.
+InstanceRequest requestOf(const QDBusMessage &message) {
     const QVariant first = message.arguments().value(0);
-    if (message.member() == QLatin1String("Open"))
-        return fileOf(first.toStringList().value(0));
-    if (message.member() == QLatin1String("ActivateAction") && first.toString() == findDuplicates)
-        return std::filesystem::path();
-    return std::nullopt;
-}
-
-std::optional<std::filesystem::path> usageOf(const QDBusMessage &message) {
-    if (message.member() != QLatin1String("ActivateAction") ||
-        message.arguments().value(0).toString() != showUsage)
-        return std::nullopt;
+    if (message.member() == QLatin1String("Open")) {
+        const auto file = paths::fromFileUrl(first.toStringList().value(0));
+        return file ? InstanceRequest{{}, RequestedPage::Duplicates, *file} : InstanceRequest{};
+    }
+    if (message.member() != QLatin1String("ActivateAction"))
+        return {};
+    if (first.toString() == findDuplicates)
+        return {{}, RequestedPage::Duplicates};
+    if (first.toString() != showUsage)
+        return {};
     const auto parameters = qdbus_cast<QVariantList>(message.arguments().value(1));
-    return fileOf(parameters.value(0).toString()).value_or(std::filesystem::path());
-}
-
-QString urlOf(const std::filesystem::path &file) {
-    const auto bytes = QByteArray::fromStdString(file.native());
-    return fileScheme + QString::fromLatin1(bytes.toPercentEncoding(QByteArray("/")));
+    return {{},
+            RequestedPage::Usage,
+            paths::fromFileUrl(parameters.value(0).toString()).value_or(std::filesystem::path())};
 }
 
 } // namespace
@@ -87,20 +76,21 @@ InstanceObject::~InstanceObject() {
 }
 
 QDBusMessage InstanceObject::message(const InstanceRequest &request) {
-    const bool opens = request.duplicates && !request.duplicates->empty();
-    const bool acts = request.duplicates || request.usage;
+    const bool isDuplicates = request.page == RequestedPage::Duplicates;
+    const bool opens = isDuplicates && !request.folder.empty();
+    const bool acts = request.page != RequestedPage::None;
     const char *const method = opens ? "Open" : acts ? "ActivateAction" : "Activate";
     auto message =
         QDBusMessage::createMethodCall(QString::fromLatin1(bundleIdentifier), QLatin1String(path),
                                        QLatin1String(interface), QLatin1String(method));
     if (opens) {
-        message << QStringList(urlOf(*request.duplicates));
-    } else if (request.duplicates) {
+        message << QStringList(paths::toFileUrl(request.folder));
+    } else if (isDuplicates) {
         message << QString(findDuplicates) << QVariantList();
-    } else if (request.usage) {
+    } else if (acts) {
         QVariantList parameters;
-        if (!request.usage->empty())
-            parameters.append(urlOf(*request.usage));
+        if (!request.folder.empty())
+            parameters.append(paths::toFileUrl(request.folder));
         message << QString(showUsage) << parameters;
     }
     message << platformData(request.activationToken);
@@ -117,9 +107,10 @@ bool InstanceObject::handleMessage(const QDBusMessage &message, const QDBusConne
     if (method == std::end(methods))
         return false;
     const QVariant data = message.arguments().value(method->platformData);
-    m_requests.add(
-        {tokenOf(qdbus_cast<QVariantMap>(data)), duplicatesOf(message), usageOf(message)},
-        [connection, reply = message.createReply()] { connection.send(reply); });
+    InstanceRequest request = requestOf(message);
+    request.activationToken = tokenOf(qdbus_cast<QVariantMap>(data));
+    m_requests.add(std::move(request),
+                   [connection, reply = message.createReply()] { connection.send(reply); });
     return true;
 }
 

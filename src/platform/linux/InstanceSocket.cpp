@@ -106,21 +106,19 @@ bool writeWhole(int descriptor, std::string_view text, steady_clock::time_point 
 // asked about.
 std::string wordsOf(const InstanceRequest &request) {
     std::string words = request.activationToken;
-    if (request.duplicates)
-        words.append(1, '\0').append(request.duplicates->native());
-    else if (request.usage)
-        words.append(2, '\0').append(request.usage->native());
+    if (request.page != RequestedPage::None)
+        words.append(request.page == RequestedPage::Usage ? 2 : 1, '\0')
+            .append(request.folder.native());
     return words;
 }
 
 InstanceRequest requestOf(const std::string &words) {
     const std::size_t end = words.find('\0');
-    InstanceRequest request{words.substr(0, end), std::nullopt, std::nullopt};
     if (end == std::string::npos)
-        return request;
+        return {words};
     const bool isUsage = words.substr(end + 1, 1) == std::string(1, '\0');
-    (isUsage ? request.usage : request.duplicates) = words.substr(end + (isUsage ? 2 : 1));
-    return request;
+    return {words.substr(0, end), isUsage ? RequestedPage::Usage : RequestedPage::Duplicates,
+            words.substr(end + (isUsage ? 2 : 1))};
 }
 
 } // namespace

@@ -56,12 +56,6 @@ bool startOpener(const std::filesystem::path &path) {
     return true;
 }
 
-// The exact bytes of the path, whatever they are.
-QString uriOf(const std::filesystem::path &path) {
-    const QByteArray bytes = QByteArray::fromStdString(path.native());
-    return QStringLiteral("file://") + QString::fromLatin1(bytes.toPercentEncoding("/"));
-}
-
 } // namespace
 
 LinuxWorkspace::LinuxWorkspace(std::shared_ptr<SessionBus> bus) : m_bus(std::move(bus)) {}
@@ -116,7 +110,7 @@ bool LinuxWorkspace::reveal(const std::filesystem::path &path) {
                                                   QStringLiteral("/org/freedesktop/FileManager1"),
                                                   QStringLiteral("org.freedesktop.FileManager1"),
                                                   QStringLiteral("ShowItems"));
-    message << QStringList(uriOf(path)) << QString();
+    message << QStringList(paths::toFileUrl(path)) << QString();
     m_bus->open();
     m_bus->whenSettled(this, [this, message, openFolder] {
         if (!m_bus->isConnected()) {
