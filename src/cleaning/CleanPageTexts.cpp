@@ -2,6 +2,7 @@
 
 #include "cleaning/CleanCategories.h"
 #include "core/DateText.h"
+#include "core/RowWords.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "foundation/Log.h"
@@ -78,15 +79,13 @@ const RowTexts *textsOf(int row) {
 
 CleanStyledText cleanPageTexts::countLine(std::size_t selected, std::size_t total,
                                           std::uint64_t bytes) {
-    return styledText("%d of %d selected, %@ will free up.",
-                      {{readersNumber(selected), loudSize, true},
-                       {readersNumber(total)},
-                       {readersSize(UtilityFunction::convertVolSpace(bytes))}});
+    return styledText(
+        "%d of %d selected, %@ will free up.",
+        {{readersNumber(selected), loudSize, true}, {readersNumber(total)}, {sizeWords(bytes)}});
 }
 
 CleanStyledText cleanPageTexts::cleanedLine(std::uint64_t bytes) {
-    CleanStyledText line =
-        styledText("%@ is cleaned", {{readersSize(UtilityFunction::convertVolSpace(bytes))}});
+    CleanStyledText line = styledText("%@ is cleaned", {{sizeWords(bytes)}});
     line.isOutcome = true;
     return line;
 }
@@ -105,7 +104,7 @@ CleanStyledText cleanPageTexts::recoveredLine(std::uint64_t bytes, const QDateTi
                           {plain(readersSize(freeString)), plain(readersSize(totleString))});
     return styledText("%@ space has been recovered since last clean %@. The capacity of startup "
                       "disk is %@, and %@ is available.",
-                      {{readersSize(UtilityFunction::convertVolSpace(bytes)), loudestSize, true},
+                      {{sizeWords(bytes), loudestSize, true},
                        plain(date.isValid() ? dateWords(date) : QString()),
                        plain(readersSize(freeString)),
                        plain(readersSize(totleString))});

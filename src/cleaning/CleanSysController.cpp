@@ -9,8 +9,8 @@
 #include "cleaning/FolderUtilities.h"
 #include "cleaning/ItemSizes.h"
 #include "core/ParseFileLog.h"
+#include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "core/UtilityFunctionOfData.h"
 #include "core/UtilityObject.h"
 #include "foundation/Log.h"
@@ -301,8 +301,7 @@ void CleanSysController::report() {
     m_stayedWords = stayedWords(tally);
     ParseFileLog().recordClean(tally.wentBytes);
     Q_EMIT changed();
-    showCleanFinishBubble(readersNumber(tally.wentItems),
-                          readersSize(UtilityFunction::convertVolSpace(tally.wentBytes)));
+    showCleanFinishBubble(readersNumber(tally.wentItems), sizeWords(tally.wentBytes));
     NotificationCenter::defaultCenter().post(
         quickCleanEndedNotification, this,
         {{QStringLiteral("object"), qulonglong(tally.wentItems)}});

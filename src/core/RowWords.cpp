@@ -20,6 +20,10 @@ QString sizeWords(std::uint64_t bytes) {
     return readersSize(UtilityFunction::convertVolSpace(bytes));
 }
 
+QString countWords(const char *key, std::size_t count, std::uint64_t bytes) {
+    return localizedText(key, count).arg(sizeWords(bytes));
+}
+
 QString dateWords(FileTime time) {
     using std::chrono::duration_cast;
     const auto milliseconds = duration_cast<std::chrono::milliseconds>(time.time_since_epoch());

@@ -1,7 +1,7 @@
 #include "diskusage/ChartLabels.h"
 
+#include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
 
 #include <algorithm>
@@ -65,7 +65,7 @@ std::vector<ChartLabel> layOutLabels(const std::vector<PlaneCanvas::Sector> &sec
                                      const LabelMeasure &measure) {
     std::vector<ChartLabel> labels;
     for (const PlaneCanvas::Sector &sector : sectors) {
-        const QString size = readersSize(UtilityFunction::convertVolSpace(sector.bytes));
+        const QString size = sizeWords(sector.bytes);
         const double sizeWidth = measure.width(size);
         const auto hasRoom = [&](int lines) {
             return [&, lines](const QString &name) {

@@ -1,7 +1,7 @@
 #include "diskusage/FileSystemBrowserModel.h"
 
+#include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "diskusage/DiskUsageAppController.h"
 #include "diskusage/FSNodeStates.h"
 #include "foundation/Paths.h"
@@ -73,7 +73,7 @@ QVariant FileSystemBrowserModel::data(const QModelIndex &index, int role) const 
     const FSNode *const node = index.isValid() ? nodeOf(index) : nullptr;
     if (!node)
         return {};
-    const auto size = [node] { return readersSize(UtilityFunction::convertVolSpace(node->size)); };
+    const auto size = [node] { return sizeWords(node->size); };
     switch (role) {
     case Qt::DisplayRole:
         return paths::display(node->displayName());
@@ -82,13 +82,10 @@ QVariant FileSystemBrowserModel::data(const QModelIndex &index, int role) const 
                : node->_state == NodeMixed ? Qt::PartiallyChecked
                                            : Qt::Unchecked;
     case Qt::AccessibleTextRole:
-        return QStringLiteral("%1, %2").arg(paths::display(node->displayName()), size());
+        return spokenWords({paths::display(node->displayName()), size()});
     case Qt::ToolTipRole:
-        return QStringLiteral("<qt>%1%2</qt>")
-            .arg(paths::display(node->_path()).toHtmlEscaped(),
-                 node->refusal ? QStringLiteral("<br>%1").arg(
-                                     localizedText(reasonKey(node->refusal)).toHtmlEscaped())
-                               : QString());
+        return plainToolTip({paths::display(node->_path()),
+                             node->refusal ? localizedText(reasonKey(node->refusal)) : QString()});
     case SizeRole:
         return size();
     case PathRole:

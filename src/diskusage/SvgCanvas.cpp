@@ -1,7 +1,7 @@
 #include "diskusage/SvgCanvas.h"
 
+#include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "diskusage/AllDir.h"
 #include "diskusage/ChartLabels.h"
 #include "foundation/Paths.h"
@@ -67,7 +67,7 @@ void SvgCanvas::beginDirectory(const AllDir &node) {
     endDirectory();
     const auto bytes = std::uint64_t(node.iSize.load(std::memory_order_relaxed));
     m_drawn += "<g><title>" + escaped(paths::display(node.szPath())) + " · " +
-               escaped(readersSize(UtilityFunction::convertVolSpace(bytes))) + "</title>\n";
+               escaped(sizeWords(bytes)) + "</title>\n";
     m_inGroup = true;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/Result.h"
+#include "platform/FileIdentity.h"
 #include "platform/FileOperations.h"
 
 #include <atomic>
@@ -49,7 +50,7 @@ private:
         std::uint64_t stored = 0;
         std::uint64_t seen = 0;
     };
-    using File = std::pair<std::uint64_t, std::uint64_t>;
+    using File = FileIdentity;
 
     void add(const File &file, const Names &names);
 

@@ -1,5 +1,6 @@
 #include "ui/AlertSheet.h"
 
+#include "core/RowWords.h"
 #include "core/Texts.h"
 #include "ui/ImageProvider.h"
 #include "ui/SheetShade.h"
@@ -157,7 +158,7 @@ void AlertSheet::addButtons(QHBoxLayout &row) {
         button->setAutoDefault(!answer.removes);
         row.insertWidget(1, button);
         if (!answer.toolTip.isEmpty()) {
-            button->setToolTip(QStringLiteral("<qt>%1</qt>").arg(answer.toolTip.toHtmlEscaped()));
+            button->setToolTip(plainToolTip({answer.toolTip}));
             button->setAccessibleDescription(answer.toolTip);
         }
         if (!preferred && !answer.removes && !answer.keepsOpen) {

@@ -1,5 +1,6 @@
 #include "ui/PadlockButton.h"
 
+#include "core/RowWords.h"
 #include "core/Texts.h"
 #include "removal/PadlockController.h"
 #include "ui/ImageProvider.h"
@@ -41,7 +42,7 @@ void PadlockButton::follow() {
     const QString why = m_padlock.isWithoutAgent()
                             ? localizedText("LOCK_NO_AGENT")
                             : localizedText("Click lock to get a higer privileges.");
-    setToolTip(QStringLiteral("<qt>%1</qt>").arg(why.toHtmlEscaped()));
+    setToolTip(plainToolTip({why}));
     setAccessibleDescription(why);
     setChecked(m_padlock.isOpen());
     setIcon(imageNamed(QLatin1String(m_padlock.imageName())));

@@ -4,6 +4,7 @@
 #include "cleaning/NewMainViewController.h"
 #include "cleaning/V3MainListView.h"
 #include "cleaning/ui/OverviewList.h"
+#include "core/RowWords.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "ui/Theme.h"
@@ -109,7 +110,7 @@ void CleanProgressPanel::showTotal() {
     std::uint64_t bytes = 0;
     for (unsigned category = 0; category < categoryCount; ++category)
         bytes += UtilityFunction::getVolSpaceFromString(m_controller.row(category).sizeLabel());
-    m_total->setText(readersSize(UtilityFunction::convertVolSpace(bytes)));
+    m_total->setText(sizeWords(bytes));
 }
 
 } // namespace brightsweep

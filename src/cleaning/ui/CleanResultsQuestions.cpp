@@ -6,12 +6,12 @@
 #include "cleaning/ui/FileIcons.h"
 #include "cleaning/ui/ResultView.h"
 #include "cleaning/ui/TickFlight.h"
+#include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
-#include "ui/AlertSheet.h"
 #include "ui/ImageProvider.h"
 #include "ui/ImageView.h"
+#include "ui/PageAlerts.h"
 
 #include <QLabel>
 #include <QStackedWidget>
@@ -19,10 +19,6 @@
 namespace brightsweep {
 
 namespace {
-
-QString counted(const char *key, std::size_t items, std::uint64_t bytes) {
-    return localizedText(key, items).arg(readersSize(UtilityFunction::convertVolSpace(bytes)));
-}
 
 QPixmap flyingImage(const QVariant &icon, bool isDirectory, qreal ratio) {
     if (icon.typeId() == QMetaType::QString)
@@ -54,7 +50,7 @@ AlertContent CleanResultsPanel::downloadsQuestion() const {
     content.text = localizedText(cleanPageTexts::warningTitle);
     content.informativeText =
         localizedText(cleanPageTexts::warningText) + QStringLiteral("\n\n") +
-        counted(QT_TRID_NOOP("DOWNLOADS_TICKED"), downloads.selected, downloads.bytes);
+        countWords(QT_TRID_NOOP("DOWNLOADS_TICKED"), downloads.selected, downloads.bytes);
     return content;
 }
 
@@ -65,10 +61,10 @@ void CleanResultsPanel::askDownloads() {
     AlertContent content = downloadsQuestion();
     content.buttons = {
         {localizedText("YES"), true, [this] { m_controller.alertWindowYesButtonAction(); }, false,
-         counted(QT_TRID_NOOP("TIP_REMOVE_ALL"), all, bytes)},
+         countWords(QT_TRID_NOOP("TIP_REMOVE_ALL"), all, bytes)},
         {localizedText("NO"), true, [this] { m_controller.alertWindowNoButtonAction(); }, false,
-         counted(QT_TRID_NOOP("TIP_KEEP_DOWNLOADS"), all - downloads.selected,
-                 bytes - downloads.bytes)},
+         countWords(QT_TRID_NOOP("TIP_KEEP_DOWNLOADS"), all - downloads.selected,
+                    bytes - downloads.bytes)},
         {localizedText("CANCEL"), false, [this] { m_controller.alertWindowCalledOff(); }, false,
          localizedText("TIP_REMOVE_NOTHING")},
         {localizedText("OPEN_DOWNLOADS"), false, [this] { m_controller.openViewNewLink(); }, true,
@@ -82,7 +78,7 @@ void CleanResultsPanel::askDownloadsAlone() {
     AlertContent content = downloadsQuestion();
     content.buttons = {
         {localizedText("OK"), true, [this] { m_controller.downloadAlertEnded(1); }, false,
-         counted(QT_TRID_NOOP("TIP_REMOVE_ALL"), downloads.selected, downloads.bytes)},
+         countWords(QT_TRID_NOOP("TIP_REMOVE_ALL"), downloads.selected, downloads.bytes)},
         {localizedText("CANCEL"), false, [this] { m_controller.downloadAlertEnded(0); }, false,
          localizedText("TIP_REMOVE_NOTHING")}};
     content.calledOff = [this] { m_controller.downloadAlertEnded(0); };
@@ -90,23 +86,14 @@ void CleanResultsPanel::askDownloadsAlone() {
 }
 
 void CleanResultsPanel::showAlertForPrivilegesToClean() {
-    AlertContent content;
-    content.imageName = QStringLiteral("Lock.png");
-    content.text = localizedText(cleanPageTexts::privilegesText);
-    if (m_controller.padlock().isWithoutAgent())
-        content.informativeText = localizedText("LOCK_NO_AGENT");
-    content.buttons = {
-        {localizedText("OK"), false, [this] { m_controller.limitAlertEnded(); }, false, {}}};
-    content.calledOff = [this] { m_controller.limitAlertEnded(); };
-    AlertSheet::show(std::move(content), window());
+    AlertSheet::show(padlockAlert(m_controller.padlock(),
+                                  localizedText(cleanPageTexts::privilegesText),
+                                  [this] { m_controller.limitAlertEnded(); }),
+                     window());
 }
 
 void CleanResultsPanel::removalRefused(const QString &words) {
-    AlertContent content;
-    content.imageName = QStringLiteral("warning.png");
-    content.text = words;
-    content.buttons = {{localizedText("OK"), false, {}, false, {}}};
-    AlertSheet::show(std::move(content), window());
+    AlertSheet::show(wordsAlert(words), window());
 }
 
 } // namespace brightsweep

@@ -1,5 +1,6 @@
 #include "diskusage/ui/BigSizeFilesListView.h"
 
+#include "core/RowWords.h"
 #include "core/Texts.h"
 #include "diskusage/V4DiskUsageViewController.h"
 #include "foundation/Paths.h"
@@ -63,14 +64,10 @@ public:
         case Qt::CheckStateRole:
             return row.isSelected ? Qt::Checked : Qt::Unchecked;
         case Qt::AccessibleTextRole:
-            return QStringLiteral("%1, %2").arg(name, size);
-        case Qt::ToolTipRole: {
-            QString tip = QStringLiteral("%1\n%2").arg(name, size);
-            if (row.refusal)
-                tip += u'\n' + localizedText(reasonKey(row.refusal));
-            return QStringLiteral("<qt>%1</qt>")
-                .arg(tip.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")));
-        }
+            return spokenWords({name, size});
+        case Qt::ToolTipRole:
+            return plainToolTip(
+                {name, size, row.refusal ? localizedText(reasonKey(row.refusal)) : QString()});
         default:
             return {};
         }

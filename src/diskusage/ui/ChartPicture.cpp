@@ -1,7 +1,7 @@
 #include "diskusage/ui/ChartPicture.h"
 
+#include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "diskusage/AllDir.h"
 #include "diskusage/ChartLabels.h"
 #include "diskusage/RingChart.h"
@@ -207,7 +207,7 @@ QImage ChartPicture::whole(RingChart &chart, QSize size, double ratio, const QSt
     painter.drawImage(QPoint(), rings);
     const RingChart::Facts facts = chart.currentFacts();
     paintCentre(painter, centreDisc(size), paths::display(paths::lastComponent(facts.path)),
-                readersSize(UtilityFunction::convertVolSpace(facts.bytes)), share);
+                sizeWords(facts.bytes), share);
     return image;
 }
 

@@ -1,5 +1,6 @@
 #include "diskusage/ui/CustomOpenGLView.h"
 
+#include "core/RowWords.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "diskusage/V4DiskUsageViewController.h"
@@ -96,8 +97,7 @@ void CustomOpenGLView::sayFound() {
     if (m_byKeyboard && !found.empty()) {
         const RingChart::Facts facts = m_chart.foundFacts();
         setAccessibleDescription(QStringLiteral("%1, %2").arg(
-            paths::display(paths::lastComponent(facts.path)),
-            readersSize(UtilityFunction::convertVolSpace(facts.bytes))));
+            paths::display(paths::lastComponent(facts.path)), sizeWords(facts.bytes)));
         QAccessibleEvent event(this, QAccessible::DescriptionChanged);
         QAccessible::updateAccessibility(&event);
     }
@@ -159,8 +159,7 @@ void CustomOpenGLView::paintEvent(QPaintEvent *) {
     }
     ChartPicture::paintCentre(painter, ChartPicture::centreDisc(size()),
                               paths::display(paths::lastComponent(facts.path)),
-                              readersSize(UtilityFunction::convertVolSpace(facts.bytes)),
-                              isGrowing ? QString() : shareText());
+                              sizeWords(facts.bytes), isGrowing ? QString() : shareText());
     if (hasFocus() && m_byKeyboard) {
         painter.setPen(QPen(theme::accent(), theme::focusWidth));
         painter.setBrush(Qt::NoBrush);

@@ -5,6 +5,7 @@
 #include "diskusage/ui/ChartCanvasChoice.h"
 #include "diskusage/ui/CustomOpenGLView.h"
 #include "foundation/Paths.h"
+#include "ui/ElidedLabel.h"
 #include "ui/ImageView.h"
 #include "ui/Theme.h"
 
@@ -29,7 +30,7 @@ DiskUsageProgressPanel::DiskUsageProgressPanel(DiskUsageAppController &controlle
       m_controller(controller),
       m_chart(new CustomOpenGLView(controller.diskView(), this)),
       m_picture(new ImageView(QStringLiteral("start_disk_usage.png"), this)),
-      m_folder(new QLabel(this)),
+      m_folder(new ElidedLabel(Qt::ElideMiddle, this)),
       m_progress(new QProgressBar(this)),
       stopScanBtn(new QPushButton(localizedText("STOP"), this)),
       stopScanText(new QLabel(localizedText("Stopping…"), this)) {
@@ -49,7 +50,7 @@ DiskUsageProgressPanel::DiskUsageProgressPanel(DiskUsageAppController &controlle
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins(4 * theme::grid, 3 * theme::grid, 4 * theme::grid, 4 * theme::grid);
     layout->setSpacing(3 * theme::grid);
-    layout->addWidget(m_folder, 0, Qt::AlignHCenter);
+    layout->addWidget(m_folder);
     layout->addWidget(m_chart, 1);
     layout->addWidget(m_picture, 1, Qt::AlignCenter);
     layout->addWidget(m_progress, 0, Qt::AlignHCenter);
@@ -80,9 +81,7 @@ void DiskUsageProgressPanel::hideEvent(QHideEvent *) {
 
 void DiskUsageProgressPanel::follow() {
     const QString path = paths::displayFromHome(m_controller.scanPathStr());
-    m_folder->setText(m_folder->fontMetrics().elidedText(
-        localizedText("USAGE_SCANNING").arg(path), Qt::ElideMiddle,
-        std::max(width() - 8 * theme::grid, theme::height(barWidth))));
+    m_folder->setText(localizedText("USAGE_SCANNING").arg(path));
     m_chart->setVisible(m_controller.isChart());
     m_picture->setVisible(!m_controller.isChart());
     const bool isStopping = m_controller.state() == DiskUsageAppController::State::Stopping;

@@ -1,6 +1,6 @@
 // The questions of the results panel, its menus and its words on what a removal came to.
+#include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "diskusage/DiskUsageAppController.h"
 #include "diskusage/SvgCanvas.h"
 #include "diskusage/ui/ChartPicture.h"
@@ -12,7 +12,7 @@
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
 #include "removal/RemovalReason.h"
-#include "ui/AlertSheet.h"
+#include "ui/PageAlerts.h"
 #include "ui/Theme.h"
 
 #include <QBuffer>
@@ -85,8 +85,7 @@ void DiskUsageResultsPanel::tellOutcome() {
     if (report.done > 0) {
         words += report.act == UsageTicks::Act::Trash
                      ? localizedText("USAGE_TRASHED", report.done)
-                     : localizedText("USAGE_REMOVED", report.done)
-                           .arg(readersSize(UtilityFunction::convertVolSpace(report.bytesFreed)));
+                     : countWords(QT_TRID_NOOP("USAGE_REMOVED"), report.done, report.bytesFreed);
     }
     if (report.failed > 0) {
         QStringList stayed;
@@ -106,21 +105,15 @@ void DiskUsageResultsPanel::tellOutcome() {
 }
 
 void DiskUsageResultsPanel::alertSomeStayed() {
-    AlertContent content;
-    content.imageName = QStringLiteral("Lock.png");
-    content.text = localizedText("Some files that require admin access can't be removed!");
-    if (m_page.padlock().isWithoutAgent())
-        content.informativeText = localizedText("LOCK_NO_AGENT");
-    content.buttons = {{localizedText("OK"), false, [this] { m_page.alertEnded(); }, false, {}}};
-    content.calledOff = [this] { m_page.alertEnded(); };
-    AlertSheet::show(std::move(content), window());
+    AlertSheet::show(
+        padlockAlert(m_page.padlock(),
+                     localizedText("Some files that require admin access can't be removed!"),
+                     [this] { m_page.alertEnded(); }),
+        window());
 }
 
 void DiskUsageResultsPanel::showWords(const QString &words) {
-    AlertContent content;
-    content.imageName = QStringLiteral("warning.png");
-    content.text = words;
-    AlertSheet::show(std::move(content), window());
+    AlertSheet::show(wordsAlert(words), window());
 }
 
 void DiskUsageResultsPanel::showMenu(const std::filesystem::path &path, bool isFolder, bool isRoot,

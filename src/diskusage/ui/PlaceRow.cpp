@@ -1,7 +1,7 @@
 #include "diskusage/ui/PlaceRow.h"
 
+#include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
 #include "ui/ImageProvider.h"
 #include "ui/Mirrored.h"
@@ -31,18 +31,15 @@ PlaceRow::PlaceRow(DiskUsageLeftCell cell, QWidget *parent)
     setObjectName(QStringLiteral("usage.place"));
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(QStringLiteral("%1, %2").arg(m_cell.name, words()));
-    setToolTip(
-        QStringLiteral("<qt>%1</qt>").arg(paths::displayFromHome(m_cell.path).toHtmlEscaped()));
+    setToolTip(plainToolTip({paths::displayFromHome(m_cell.path)}));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
 QString PlaceRow::words() const {
     if (m_cell.totalBytes == 0)
         return paths::display(m_cell.path);
-    const auto size = [](std::uint64_t bytes) {
-        return readersSize(UtilityFunction::convertVolSpace(bytes));
-    };
-    return localizedText("USAGE_FREE_OF").arg(size(m_cell.freeBytes), size(m_cell.totalBytes));
+    return localizedText("USAGE_FREE_OF")
+        .arg(sizeWords(m_cell.freeBytes), sizeWords(m_cell.totalBytes));
 }
 
 QSize PlaceRow::sizeHint() const {

@@ -1,7 +1,7 @@
 #include "diskusage/ui/SelectFilesSheet.h"
 
+#include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
 #include "removal/RemovalReason.h"
 #include "ui/AlertSheet.h"
@@ -27,10 +27,6 @@ constexpr int sheetHeight = 400;
 constexpr int listWidth = 560;
 // Rows that are made; the rest is told as a number.
 constexpr std::size_t mostRows = 500;
-
-QString sizeWords(std::uint64_t bytes) {
-    return readersSize(UtilityFunction::convertVolSpace(bytes));
-}
 
 } // namespace
 
@@ -98,7 +94,7 @@ SelectFilesSheet::SelectFilesSheet(UsageTicks &ticks, QWidget *window,
         auto *const made = new QPushButton(label, this);
         made->setObjectName(QLatin1String(name));
         made->setAutoDefault(false);
-        made->setToolTip(QStringLiteral("<qt>%1</qt>").arg(tip.toHtmlEscaped()));
+        made->setToolTip(plainToolTip({tip}));
         return made;
     };
     m_cancel = button("usage.cancel", localizedText("CANCEL"), localizedText("TIP_REMOVE_NOTHING"));
@@ -150,7 +146,7 @@ QWidget *SelectFilesSheet::makeRow(std::size_t row) {
     words->setSpacing(0);
     auto *const name = new QLabel(line);
     name->setTextFormat(Qt::PlainText);
-    name->setToolTip(QStringLiteral("<qt>%1</qt>").arg(path.toHtmlEscaped()));
+    name->setToolTip(plainToolTip({path}));
     name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     name->setText(name->fontMetrics().elidedText(path, Qt::ElideMiddle,
                                                  theme::height(listWidth) - theme::height(160)));

@@ -1,5 +1,6 @@
 #include "diskusage/ui/UsagePathControl.h"
 
+#include "core/RowWords.h"
 #include "core/Texts.h"
 #include "foundation/Paths.h"
 #include "ui/Theme.h"
@@ -78,8 +79,7 @@ void UsagePathControl::addCell(const PathCell &cell, bool isLast, int room) {
                         .elidedText(shown(cell), Qt::ElideMiddle, room)
                         .replace(u'&', QStringLiteral("&&")));
     button->setAccessibleName(shown(cell));
-    button->setToolTip(
-        QStringLiteral("<qt>%1</qt>").arg(paths::display(cell.path).toHtmlEscaped()));
+    button->setToolTip(plainToolTip({paths::display(cell.path)}));
     if (isLast)
         theme::keepFont(button, 12, true);
     connect(button, &QToolButton::clicked, &m_page,

@@ -3,13 +3,12 @@
 #include "cleaning/ui/TickFlight.h"
 #include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "duplicates/DuplicateNodes.h"
 #include "duplicates/ui/DuplicatesResultsPanel.h"
 #include "duplicates/ui/DuplicatesView.h"
 #include "foundation/Paths.h"
-#include "ui/AlertSheet.h"
 #include "ui/ImageView.h"
+#include "ui/PageAlerts.h"
 
 #include <QPushButton>
 
@@ -20,10 +19,6 @@ namespace brightsweep {
 namespace {
 
 using Act = SameFileDeleteViewController::Act;
-
-QString counted(const char *key, std::size_t files, std::uint64_t bytes) {
-    return localizedText(key, files).arg(sizeWords(bytes));
-}
 
 } // namespace
 
@@ -78,8 +73,7 @@ QString DuplicatesResultsPanel::whatGoes() const {
                               : localizedText("DUP_WHOLE_GROUPS", wholeGroups);
     if (const std::uint64_t freed = m_controller.freedBySelection();
         freed < m_controller.selection().bytes())
-        lines +=
-            localizedText("DUP_FREES").arg(readersSize(UtilityFunction::convertVolSpace(freed)));
+        lines += localizedText("DUP_FREES").arg(sizeWords(freed));
     if (const std::size_t hidden = m_controller.hiddenSelectedCount())
         lines += localizedText("DUP_NOT_SHOWN", hidden);
     return lines.join(QStringLiteral("\n\n"));
@@ -89,7 +83,7 @@ void DuplicatesResultsPanel::askToRemove() {
     const auto &selection = m_controller.selection();
     AlertContent content;
     content.imageName = QStringLiteral("warning.png");
-    content.text = counted(QT_TRID_NOOP("DUP_ASK"), selection.count(), selection.bytes());
+    content.text = countWords(QT_TRID_NOOP("DUP_ASK"), selection.count(), selection.bytes());
     content.informativeText = whatGoes();
     const auto answer = [this](Act act) {
         return [this, act] { m_controller.removalAnswered(act); };
@@ -151,21 +145,13 @@ void DuplicatesResultsPanel::flyToTrash(const TreeNode::Pointer &node) {
 }
 
 void DuplicatesResultsPanel::alertCanNotRemoveSome() {
-    AlertContent content;
-    content.imageName = QStringLiteral("Lock.png");
-    content.text = localizedText("Some files that require admin access can't be removed!");
-    if (m_controller.padlock().isWithoutAgent())
-        content.informativeText = localizedText("LOCK_NO_AGENT");
-    content.buttons = {{localizedText("OK"), false, [this] { m_controller.alertDidEnd(); }}};
-    content.calledOff = [this] { m_controller.alertDidEnd(); };
-    ask(std::move(content));
+    ask(padlockAlert(m_controller.padlock(),
+                     localizedText("Some files that require admin access can't be removed!"),
+                     [this] { m_controller.alertDidEnd(); }));
 }
 
 void DuplicatesResultsPanel::showWords(const QString &words) {
-    AlertContent content;
-    content.imageName = QStringLiteral("warning.png");
-    content.text = words;
-    ask(std::move(content));
+    ask(wordsAlert(words));
 }
 
 void DuplicatesResultsPanel::tellOutcome() {
@@ -173,8 +159,9 @@ void DuplicatesResultsPanel::tellOutcome() {
     const char *const key = report.act == Act::Trash   ? QT_TRID_NOOP("DUP_TRASHED")
                             : report.act == Act::Share ? QT_TRID_NOOP("DUP_SHARED")
                                                        : QT_TRID_NOOP("DUP_REMOVED");
-    QStringList words = {report.act == Act::Trash ? localizedText(key, report.done)
-                                                  : counted(key, report.done, report.bytesFreed)};
+    QStringList words = {report.act == Act::Trash
+                             ? localizedText(key, report.done)
+                             : countWords(key, report.done, report.bytesFreed)};
     if (report.failed > 0)
         words += localizedText("DUP_STAYED", report.failed);
     if (report.stopped)

@@ -1,8 +1,8 @@
 #include "duplicates/ui/DuplicatesStartPanel.h"
 #include "duplicates/ui/DuplicatesFolder.h"
 
+#include "core/RowWords.h"
 #include "core/Texts.h"
-#include "core/UtilityFunction.h"
 #include "duplicates/RecentFolders.h"
 #include "duplicates/SameFileDeleteViewController.h"
 #include "ui/FolderChoice.h"
@@ -25,8 +25,7 @@ constexpr int sentenceWidth = 420;
 QString limitWords() {
     const std::uint64_t limit = SameFileDeleteViewController::searchLimit();
     return limit == 0 ? localizedText("DUP_NO_LIMIT")
-                      : localizedText("DUP_LIMIT")
-                            .arg(readersSize(UtilityFunction::convertVolSpace(limit)));
+                      : localizedText("DUP_LIMIT").arg(sizeWords(limit));
 }
 
 QPushButton *makeLimitLink(SameFileDeleteViewController &controller, QWidget *parent) {

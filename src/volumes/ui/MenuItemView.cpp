@@ -1,5 +1,6 @@
 #include "volumes/ui/MenuItemView.h"
 
+#include "core/RowWords.h"
 #include "core/Texts.h"
 #include "ui/ImageProvider.h"
 #include "ui/Mirrored.h"
@@ -85,16 +86,11 @@ void MenuItemView::updateFromRow() {
     setAccessibleName(row.showsFigures()
                           ? localizedText("VOLUME_FREE_OF")
                                 .arg(nameOf(row), stateOf(row), readersSize(row.u64TotalSpace))
-                          : nameOf(row) + QStringLiteral(", ") + stateOf(row));
+                          : spokenWords({nameOf(row), stateOf(row)}));
     // A screen reader cannot tell the red of a warning, and must not read the tool tip's markup.
-    QStringList described{row.warns() ? localizedText("ROW_WARNS") : QString(), row.toolTip};
-    described.removeAll(QString());
-    setAccessibleDescription(described.join(QStringLiteral(", ")));
-    // A tool tip that began like a tag would be read as markup.
-    setToolTip(row.toolTip.isEmpty()
-                   ? QString()
-                   : QStringLiteral("<qt>%1</qt>")
-                         .arg(row.toolTip.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>"))));
+    setAccessibleDescription(
+        spokenWords({row.warns() ? localizedText("ROW_WARNS") : QString(), row.toolTip}));
+    setToolTip(row.toolTip.isEmpty() ? QString() : plainToolTip(row.toolTip.split(u'\n')));
     const bool pressable = row.isMemory() || row.bCanEject;
     backButton->setVisible(pressable);
     backButton->setEnabled(pressable && !row.isEjecting);
