@@ -1,6 +1,7 @@
 #include "cli/DuplicatesActing.h"
 
 #include "cli/JsonWriter.h"
+#include "duplicates/DuplicateNodes.h"
 #include "removal/RemovalRun.h"
 #include "removal/TrashRecord.h"
 
@@ -113,10 +114,8 @@ void DuplicatesActing::run(const TreeNode::List &groups, const Result<SearchRoot
                 return;
             const std::lock_guard lock(m_mutex);
             m_bytesFreed += outcome.bytesFreed;
-            m_items.push_back(
-                {members[i].path.native(),
-                 static_cast<const SimpleNodeData &>(*leaves[i]->nodeData()).fileSize(),
-                 outcome.done ? std::string() : outcome.error.message()});
+            m_items.push_back({members[i].path.native(), dataOf(*leaves[i]).fileSize(),
+                               outcome.done ? std::string() : outcome.error.message()});
         }
     }
 }

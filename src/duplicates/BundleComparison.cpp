@@ -3,6 +3,7 @@
 #include "duplicates/DuplicateError.h"
 #include "foundation/Paths.h"
 #include "linux/RemovalError.h"
+#include "platform/FileIdentity.h"
 
 #include <algorithm>
 #include <map>
@@ -179,7 +180,7 @@ std::uint64_t BundleComparison::unsharedBytes() const {
         std::uint64_t links = 0;
         std::uint64_t bytes = 0;
     };
-    std::map<std::pair<std::uint64_t, std::uint64_t>, Inode> inodes;
+    std::map<FileIdentity, Inode> inodes;
     for (std::size_t i = 0; i < m_pairs.size(); ++i) {
         const FileAttributes &file = m_pairs[i].fileAttributes;
         Inode &inode = inodes[{file.device, file.inode}];

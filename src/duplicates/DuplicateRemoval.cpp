@@ -1,4 +1,5 @@
 #include "duplicates/DuplicateRemoval.h"
+#include "duplicates/DuplicateNodes.h"
 
 #include "duplicates/DuplicateError.h"
 #include "foundation/PathBytes.h"
@@ -444,7 +445,7 @@ DuplicateRemoval::Outcome DuplicateRemoval::shareBundle() {
 std::vector<DuplicateRemoval::Member> membersOf(const TreeNode &group) {
     std::vector<DuplicateRemoval::Member> members;
     for (const auto &node : group.children()) {
-        const auto &leaf = static_cast<const DuplicateLeaf &>(*node->nodeData());
+        const auto &leaf = leafOf(*node);
         members.push_back({leaf.name(), leaf.searched(), false});
     }
     return members;

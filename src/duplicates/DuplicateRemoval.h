@@ -3,6 +3,7 @@
 #include "duplicates/BundleComparison.h"
 #include "duplicates/FileComparison.h"
 #include "duplicates/SearchedFile.h"
+#include "platform/FileIdentity.h"
 #include "removal/ItemRemoval.h"
 #include "removal/MoveToTrash.h"
 #include "results/TreeNode.h"
@@ -60,8 +61,6 @@ public:
     bool hasTrash(const Member &member);
 
 private:
-    using Identity = std::pair<std::uint64_t, std::uint64_t>;
-
     Result<RemovalTarget> targetOf(const std::filesystem::path &path) const;
     std::int64_t expectedChange(const SearchedFile &searched) const;
     bool isAsSearched(const FileAttributes &attributes, const SearchedFile &searched) const;
@@ -90,8 +89,8 @@ private:
     MoveToTrash m_trash;
     FileComparison m_comparison;
     BundleComparison m_bundles;
-    std::map<Identity, std::int64_t> m_changes;       ///< by acts of our own
-    std::map<Identity, std::uint64_t> m_namesWouldGo; ///< where nothing is changed
+    std::map<FileIdentity, std::int64_t> m_changes;       ///< by acts of our own
+    std::map<FileIdentity, std::uint64_t> m_namesWouldGo; ///< where nothing is changed
 };
 
 /// The members of a group in a search's tree; none goes yet.

@@ -5,6 +5,7 @@
 #include "duplicates/ReadingThreads.h"
 #include "duplicates/SameFiles.h"
 #include "foundation/Paths.h"
+#include "platform/FileIdentity.h"
 #include "platform/Platform.h"
 
 #include <algorithm>
@@ -80,7 +81,7 @@ void FindDuplicateApp::FindAppInArray(const std::vector<std::string> &directorie
 }
 
 void FindDuplicateApp::InitInputAppDirectory(const std::vector<std::string> &directories) {
-    std::set<std::pair<std::uint64_t, std::uint64_t>> known;
+    std::set<FileIdentity> known;
     for (const std::string &path : directories) {
         if (m_StopSearch)
             break;

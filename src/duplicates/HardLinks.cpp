@@ -1,5 +1,6 @@
 #include "duplicates/HardLinks.h"
 #include "duplicates/DuplicateNodes.h"
+#include "platform/FileIdentity.h"
 
 #include <map>
 #include <utility>
@@ -8,9 +9,7 @@ namespace brightsweep {
 
 namespace {
 
-using Identity = std::pair<std::uint64_t, std::uint64_t>;
-
-Identity identityOf(const TreeNode &leaf) {
+FileIdentity identityOf(const TreeNode &leaf) {
     const SearchedFile &file = leafOf(leaf).searched();
     return {file.device, file.inode};
 }
@@ -28,7 +27,7 @@ void countNames(const TreeNode &group) {
         leafOf(*second).setNames(names);
         return;
     }
-    std::map<Identity, std::uint32_t> names;
+    std::map<FileIdentity, std::uint32_t> names;
     for (std::int32_t i = 0; i < leaves; ++i)
         ++names[identityOf(*group.childAtIndex(i))];
     for (std::int32_t i = 0; i < leaves; ++i) {
@@ -48,7 +47,7 @@ std::uint64_t wastedBy(const TreeNode &group) {
 
 std::uint64_t freedWithout(const TreeNode::List &leaves) {
     std::uint64_t freed = 0;
-    std::map<std::pair<const TreeNode *, Identity>, std::uint32_t> going;
+    std::map<std::pair<const TreeNode *, FileIdentity>, std::uint32_t> going;
     for (const auto &node : leaves) {
         const DuplicateLeaf &leaf = leafOf(*node);
         if (leaf.names() < 2 || ++going[{node->nodeParent(), identityOf(*node)}] == leaf.names())

@@ -73,7 +73,7 @@ void SameFileDeleteViewController::removalAnswered(Act act) {
     controls.folderButton = false;
     controls.pathView = true;
     controls.stopRemove = true;
-    controls.allSelectImage = m_controls.allSelectImage;
+    controls.allSelectState = m_controls.allSelectState;
     setControls(controls);
     setState(State::Removing);
     m_twRemoveDupFiles =
@@ -184,7 +184,7 @@ void SameFileDeleteViewController::refreshOutlineView(const TreeNode::Pointer &l
         goneGroups.push_back(group);
     } else {
         DuplicateSelection::refreshGroup(*group);
-        if (static_cast<DuplicateLeaf &>(*leaf->nodeData()).names() > 1)
+        if (leafOf(*leaf).names() > 1)
             countNames(*group);
     }
 }
@@ -198,7 +198,6 @@ void SameFileDeleteViewController::deleteFinished() {
     m_bSearchFinished = true;
     DuplicateControls controls;
     controls.outline = true;
-    controls.open = true;
     setControls(controls);
     setState(State::Results);
     ticksChanged();

@@ -114,9 +114,9 @@ void SameFileDeleteViewController::ticksChanged() {
     DuplicateControls controls = m_controls;
     controls.remove = m_state == State::Results && !m_selection.isEmpty();
     controls.allSelect = treeData() && treeData()->numberOfChildren() > 0;
-    controls.allSelectImage = !anyTicked  ? "option_no.png"
-                              : allTicked ? "option_yes.png"
-                                          : "option_a.png";
+    controls.allSelectState = !anyTicked  ? Qt::Unchecked
+                              : allTicked ? Qt::Checked
+                                          : Qt::PartiallyChecked;
     setControls(controls);
     renewTitle();
     Q_EMIT selectionChanged();

@@ -192,6 +192,7 @@ void SameFileDeleteViewController::resetOulineView() {
     m_lastColumn.clear();
     m_sortDescending = false;
     m_askedAbout.reset();
+    m_filter.clear();
     Q_EMIT listChanged();
     Q_EMIT sizesChanged();
 }
@@ -203,8 +204,6 @@ void SameFileDeleteViewController::searchBtnClicked() {
     m_bIsStopScan = false;
     DuplicateControls controls;
     controls.folderButton = false;
-    controls.searchButtonShown = false;
-    controls.stopScanShown = controls.stopScan = true;
     controls.pathView = true;
     setControls(controls);
     Q_EMIT baseNumberSetPrograss(5);
@@ -251,7 +250,6 @@ void SameFileDeleteViewController::stopScanBtnClicked() {
         return;
     m_bIsStopScan = true;
     DuplicateControls controls = m_controls;
-    controls.stopScanShown = controls.stopScan = false;
     controls.stopScanText = true;
     setControls(controls);
     setState(State::Stopping);
@@ -297,7 +295,6 @@ void SameFileDeleteViewController::delayBtnChangeStateTime() {
     m_bSearchFinished = true;
     DuplicateControls controls;
     controls.outline = true;
-    controls.open = true;
     controls.allSelect = treeData() && treeData()->numberOfChildren() > 0;
     setControls(controls);
     Q_EMIT sizesChanged();
@@ -364,7 +361,6 @@ void SameFileDeleteViewController::didClickTableColumn(const QString &column) {
 void SameFileDeleteViewController::setFilter(const QString &text) {
     m_filter = text;
     Q_EMIT listChanged();
-    Q_EMIT selectionChanged();
 }
 
 bool SameFileDeleteViewController::isShown(const TreeNode &leaf) const {

@@ -38,18 +38,13 @@ extern const std::array<DuplicateListRow, 7> duplicateLists;
 /// Which controls of the page are shown and can be used.
 struct DuplicateControls {
     bool folderButton = true;
-    bool searchButtonShown = true;
-    bool searchButton = false;
-    bool stopScanShown = false;
-    bool stopScan = false;
     bool stopScanText = false; ///< "stopping" in place of the progress
     bool stopRemove = false;
     bool remove = false; ///< its image is "remove.png", else "remove_d.png"
     bool pathView = false;
-    bool outline = false;
-    bool open = false; ///< opening, revealing and the padlock
+    bool outline = false; ///< with opening, revealing and the padlock
     bool allSelect = false;
-    const char *allSelectImage = "option_no.png";
+    Qt::CheckState allSelectState = Qt::Unchecked;
     bool operator==(const DuplicateControls &) const = default;
 };
 

@@ -1,4 +1,5 @@
 #include "duplicates/DuplicateSelection.h"
+#include "duplicates/DuplicateNodes.h"
 
 #include "duplicates/SearchedFile.h"
 #include "results/SimpleTreeNode.h"
@@ -34,10 +35,6 @@ TreeNode::Pointer groupOf(const std::vector<File> &files) {
     }
     DuplicateSelection::refreshGroup(*group);
     return group;
-}
-
-const SimpleNodeData &dataOf(const TreeNode &node) {
-    return static_cast<const SimpleNodeData &>(*node.nodeData());
 }
 
 std::vector<std::string> namesOf(const TreeNode::List &leaves) {

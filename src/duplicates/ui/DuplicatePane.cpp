@@ -156,7 +156,7 @@ DuplicatePane::DuplicatePane(QWidget *parent)
 }
 
 void DuplicatePane::follow(const TreeNode::Pointer &node) {
-    const bool isGroup = node && static_cast<const SimpleNodeData &>(*node->nodeData()).isGroup();
+    const bool isGroup = node && dataOf(*node).isGroup();
     const auto leaf = isGroup ? node->firstChild() : node;
     if (leaf == m_leaf && leaf)
         return tellPaths();

@@ -1,9 +1,9 @@
 #include "duplicates/ui/DuplicatesProgressPanel.h"
 
-#include "cleaning/ui/FileIcons.h"
 #include "core/Texts.h"
 #include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/Paths.h"
+#include "ui/ElidedLabel.h"
 #include "ui/ImageView.h"
 #include "ui/Theme.h"
 #include "ui/effects/Animation.h"
@@ -21,17 +21,12 @@ constexpr int pathWidth = 560;
 
 } // namespace
 
-void showPathLine(QLabel &label, const std::string &path) {
-    label.setText(label.fontMetrics().elidedText(paths::displayFromHome(path), Qt::ElideMiddle,
-                                                 label.width()));
-}
-
 DuplicatesProgressPanel::DuplicatesProgressPanel(SameFileDeleteViewController &controller,
                                                  QWidget *parent)
     : QWidget(parent),
       m_controller(controller),
       m_folder(new QLabel(this)),
-      nameTextStr(new QLabel(this)),
+      nameTextStr(new ElidedLabel(Qt::ElideMiddle, this)),
       imageView(new ImageView(QStringLiteral("folder.png"), this)),
       m_progress(new Animation(this)),
       stopScanBtn(new QPushButton(localizedText("STOP"), this)),
@@ -78,9 +73,8 @@ DuplicatesProgressPanel::DuplicatesProgressPanel(SameFileDeleteViewController &c
         if (m_controller.state() != Page::State::Searching &&
             m_controller.state() != Page::State::Stopping)
             return;
-        showPathLine(*nameTextStr, path);
-        imageView->setPixmap(FileIcons()
-                                 .icon(path, false)
+        nameTextStr->setText(paths::displayFromHome(path));
+        imageView->setPixmap(m_icons.icon(path, false)
                                  .pixmap(QSize(theme::height(iconSide), theme::height(iconSide)),
                                          devicePixelRatioF()));
     });

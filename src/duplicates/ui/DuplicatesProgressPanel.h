@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cleaning/ui/FileIcons.h"
+
 #include <QWidget>
 
 class QLabel;
@@ -29,13 +31,10 @@ private:
     QLabel *m_folder;
     QLabel *nameTextStr;
     ImageView *imageView;
+    FileIcons m_icons;
     Animation *m_progress;
     QPushButton *stopScanBtn;
     QLabel *stopScanText;
 };
-
-/// Shows a path on one line of a label, cut in the middle where it is too long. The label keeps
-/// its place and size.
-void showPathLine(QLabel &label, const std::string &path);
 
 } // namespace brightsweep

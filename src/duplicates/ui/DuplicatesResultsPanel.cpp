@@ -6,7 +6,6 @@
 #include "core/Texts.h"
 #include "duplicates/ui/DuplicateListsView.h"
 #include "duplicates/ui/DuplicatePane.h"
-#include "duplicates/ui/DuplicatesProgressPanel.h"
 #include "duplicates/ui/DuplicatesStartPanel.h"
 #include "duplicates/ui/DuplicatesView.h"
 #include "duplicates/ui/TickMenu.h"
@@ -117,7 +116,7 @@ DuplicatesResultsPanel::DuplicatesResultsPanel(Page &controller, QWidget *parent
     connect(page, &Page::removalEnded, this, &DuplicatesResultsPanel::tellOutcome);
     connect(page, &Page::pathShown, this, [this](const std::string &path) {
         if (m_controller.state() == Page::State::Removing)
-            showPathLine(*m_removingPath, path);
+            m_removingPath->setText(paths::displayFromHome(path));
     });
     connect(page, &Page::askAboutLastFile, this, &DuplicatesResultsPanel::askAboutLastFile);
     connect(page, &Page::ticked, this, &DuplicatesResultsPanel::flyToTrash);
@@ -216,7 +215,8 @@ QWidget *DuplicatesResultsPanel::makeRemoving() {
     auto *const layout = new QVBoxLayout(page);
     layout->setSpacing(4 * theme::grid);
     layout->addStretch(2);
-    m_removingPath = makePlainLabel("duplicates.removingPath", page);
+    m_removingPath = new ElidedLabel(Qt::ElideMiddle, page);
+    m_removingPath->setObjectName(QStringLiteral("duplicates.removingPath"));
     m_removingPath->setAlignment(Qt::AlignCenter);
     m_removingPath->setProperty("secondary", true);
     layout->addWidget(m_removingPath, 0, Qt::AlignHCenter);
@@ -289,8 +289,6 @@ void DuplicatesResultsPanel::followState() {
         m_isNew = true;
         m_outcome.clear();
         m_filter->reset();
-        if (!m_controller.filter().isEmpty())
-            m_controller.setFilter({});
         return;
     }
     followPage();
@@ -348,11 +346,12 @@ void DuplicatesResultsPanel::followHeading() {
 
 void DuplicatesResultsPanel::followSelection() {
     const bool hasMessage = !m_controller.selectionMessage().isEmpty();
+    const bool hasTicks = !m_controller.selection().isEmpty();
     trashFileNumTF->setStyledText(
         hasMessage ? countLine(m_controller.selection().count(), m_controller.allFilesCount())
                    : CleanStyledText{});
-    m_sum->setText(sizeWords(m_controller.freedBySelection()));
-    m_sum->setVisible(hasMessage && !m_controller.selection().isEmpty());
+    m_sum->setText(hasTicks ? sizeWords(m_controller.freedBySelection()) : QString());
+    m_sum->setVisible(hasMessage && hasTicks);
     const std::size_t hidden = m_controller.hiddenSelectedCount();
     m_notice->tell(hidden > 0 ? localizedText("DUP_HIDDEN_TICKS", hidden) : m_outcome);
     m_showAll->setVisible(hidden > 0);
@@ -367,7 +366,7 @@ void DuplicatesResultsPanel::followControls() {
         {m_back, controls.outline},
         {m_lists, controls.outline},
         {m_outline, controls.outline},
-        {lockButton, controls.open && !m_controller.padlock().isAsking()},
+        {lockButton, controls.outline && !m_controller.padlock().isAsking()},
         {stopRemoveBtn, controls.stopRemove},
     }};
     // What can take the keyboard comes first, and what cannot keep it goes last. Where nothing can

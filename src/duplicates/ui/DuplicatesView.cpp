@@ -2,7 +2,6 @@
 
 #include "cleaning/ui/CheckHeader.h"
 #include "cleaning/ui/ResultRowDelegate.h"
-#include "core/CheckImage.h"
 #include "core/Texts.h"
 #include "duplicates/ui/TickMenu.h"
 #include "foundation/Paths.h"
@@ -10,8 +9,6 @@
 
 #include <QKeyEvent>
 #include <QMenu>
-
-#include <string_view>
 
 namespace brightsweep {
 
@@ -67,11 +64,7 @@ DuplicatesView::DuplicatesView(Page &page, DuplicateOutlineModel &model, QWidget
 }
 
 void DuplicatesView::follow() {
-    const std::string_view image = m_page.controls().allSelectImage;
-    for (const auto state : {Qt::Unchecked, Qt::PartiallyChecked, Qt::Checked}) {
-        if (image == checkImage(state))
-            m_header->setCheckState(state);
-    }
+    m_header->setCheckState(m_page.controls().allSelectState);
     int column = Model::FileSize;
     for (int each = 0; each < Model::columns; ++each) {
         if (m_page.lastColumn() == Model::columnName(each))
