@@ -1,0 +1,185 @@
+#include "uninstall/LeftoverRules.h"
+
+#include "results/FileClasses.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr std::size_t shortestName = 3;
+constexpr std::int32_t documentClass = 1;
+
+// clang-format off
+// Folders that many programs write to, or that the desktop owns.
+constexpr std::string_view sharedFolders[] = {
+    "app-info", "applications", "autostart", "aws", "baloo", "cargo", "containers", "dbus",
+    "dbus-1", "dconf", "desktop-directories", "docker", "evolution", "flatpak", "folks",
+    "fontconfig", "fonts", "gconf", "gegl-0.4", "gem", "gnome", "gnome-shell", "gnupg", "goa-1.0",
+    "gpg", "gradle", "gstreamer-1.0", "gtk", "gtk-2.0", "gtk-3.0", "gtk-4.0", "gvfs",
+    "gvfs-metadata", "ibus", "icc", "icons", "kde", "kde.org", "kde4", "kdedefaults", "kdeglobals",
+    "keyring", "keyrings", "kglobalshortcuts", "ksycoca", "kube", "kwallet", "kwin", "maven",
+    "menus", "mesa_shader_cache", "mime", "mimeapps", "mozilla", "nautilus", "npm", "pip", "pki",
+    "plasma", "pulse", "qt", "recently-used", "rustup", "session", "snap", "sounds", "ssh",
+    "systemd", "templates", "themes", "thumbnails", "tracker", "tracker3", "trash", "user-dirs",
+    "user-places", "wayland", "xdg-desktop-portal", "xfce4", "xorg",
+};
+// Programs that run those of others.
+constexpr std::string_view runners[] = {
+    "appimage", "bash", "bin", "dash", "dotnet", "electron", "env", "git", "gjs", "go", "java",
+    "mono", "node", "perl", "php", "python", "python3", "ruby", "sudo",
+};
+// Words that say nothing about whose a folder is.
+constexpr std::string_view commonWords[] = {
+    "app", "application", "apps", "assistant", "audio", "backup", "browser", "cache", "chat",
+    "client", "common", "conf", "config", "core", "data", "default", "desktop", "documents",
+    "downloads", "editor", "file-manager", "files", "game", "games", "gui", "help", "history",
+    "home", "icon", "images", "info", "input", "install", "kernel", "launcher", "lib", "local",
+    "log", "login", "logs", "mail", "main", "man", "manager", "music", "office", "opt", "pictures",
+    "player", "preferences", "profile", "profiles", "public", "recent", "root", "run", "scripts",
+    "server", "settings", "setup", "share", "shell", "src", "state", "system", "terminal", "tool",
+    "tools", "user", "videos",
+};
+// clang-format on
+
+// Names that come in versions, such as "python3.11".
+constexpr std::string_view commonBeginnings[] = {"dbus-", "gtk-",     "gstreamer-", "java-",
+                                                 "lua5",  "openjdk-", "python2.",   "python3."};
+
+constexpr std::string_view settingsEndings[] = {"rc", ".conf", ".ini"};
+
+// In lower case, as all comparisons here are.
+// clang-format off
+constexpr std::string_view dataNames[] = {
+    "bookmarks", "cert9.db", "cookies", "databases", "favicons", "history", "identities",
+    "imapmail", "indexeddb", "key3.db", "key4.db", "keyring", "leveldb", "local storage",
+    "login data", "logins.json", "mail", "maildir", "places.sqlite", "profile", "profiles",
+    "profiles.ini", "saves", "session storage", "sync data", "wallet.dat", "web data",
+};
+// clang-format on
+constexpr std::string_view dataEndings[] = {
+    ".sqlite", ".sqlite3", ".sqlite-wal", ".db",  ".db3",     ".mdb", ".ldb",
+    ".kdbx",   ".kdb",     ".mbox",       ".msf", ".maildir", ".gpg", ".asc",
+    ".pem",    ".p12",     ".keystore",   ".jks", ".keyring"};
+
+std::string lower(std::string_view text) {
+    std::string result(text);
+    for (char &letter : result)
+        letter = letter >= 'A' && letter <= 'Z' ? char(letter - 'A' + 'a') : letter;
+    return result;
+}
+
+template <std::size_t Size>
+bool holds(const std::string_view (&table)[Size], std::string_view name) {
+    return std::find(std::begin(table), std::end(table), name) != std::end(table);
+}
+
+std::string_view withoutFolders(std::string_view path) {
+    return path.substr(path.rfind('/') + 1);
+}
+
+std::string_view lastPart(std::string_view id) {
+    return id.substr(id.rfind('.') + 1);
+}
+
+} // namespace
+
+namespace LeftoverRules {
+
+bool isReverseDns(std::string_view id) {
+    return std::count(id.begin(), id.end(), '.') >= 2 && id.front() != '.' && id.back() != '.' &&
+           id.find("..") == id.npos && id.find('/') == id.npos;
+}
+
+bool isCommonName(std::string_view name) {
+    const std::string key = lower(name);
+    const auto begins = [&](std::string_view beginning) { return key.starts_with(beginning); };
+    return holds(sharedFolders, key) || holds(runners, key) || holds(commonWords, key) ||
+           std::any_of(std::begin(commonBeginnings), std::end(commonBeginnings), begins);
+}
+
+bool isListedForBundle(std::string_view entry, std::string_view id) {
+    return !id.empty() && entry.starts_with(id);
+}
+
+bool isTickedForBundle(std::string_view entry, std::string_view id) {
+    if (!isListedForBundle(entry, id) || id.size() < shortestName || isCommonName(id))
+        return false;
+    return entry.size() == id.size() || (isReverseDns(id) && entry[id.size()] == '.');
+}
+
+bool isDataName(std::string_view name) {
+    const std::string key = lower(name);
+    const auto ends = [&](std::string_view ending) { return key.ends_with(ending); };
+    if (holds(dataNames, key) || std::any_of(std::begin(dataEndings), std::end(dataEndings), ends))
+        return true;
+    const auto point = key.rfind('.');
+    return point != key.npos && point > 0 &&
+           fileTypeOfExtension(key.substr(point + 1)) == documentClass;
+}
+
+} // namespace LeftoverRules
+
+LeftoverNames LeftoverNames::of(const ApplicationNames &application) {
+    LeftoverNames names;
+    const auto addName = [&](std::string_view name) {
+        if (name.size() >= shortestName && name.front() != '.' && name.find('/') == name.npos &&
+            !LeftoverRules::isCommonName(name))
+            names.m_names.insert(lower(name));
+    };
+    addName(application.package);
+    for (const std::string &program : application.programs)
+        addName(withoutFolders(program));
+    for (const std::string &id : application.desktopIds) {
+        if (LeftoverRules::isReverseDns(id)) {
+            names.m_ids.insert(lower(id));
+            addName(lastPart(id));
+        } else {
+            addName(id);
+        }
+    }
+    return names;
+}
+
+LeftoverNames LeftoverNames::claimedBy(std::span<const std::string> names) {
+    LeftoverNames claimed;
+    for (const std::string &given : names) {
+        const std::string name = lower(withoutFolders(given));
+        if (name.empty())
+            continue;
+        if (!LeftoverRules::isReverseDns(name)) {
+            claimed.m_names.insert(name);
+            continue;
+        }
+        claimed.m_ids.insert(name);
+        if (!LeftoverRules::isCommonName(lastPart(name)))
+            claimed.m_names.emplace(lastPart(name));
+    }
+    return claimed;
+}
+
+bool LeftoverNames::matches(LeftoverPlace place, std::string_view entry) const {
+    std::string key = lower(entry);
+    if (place == LeftoverPlace::Home)
+        return key.starts_with('.') && m_names.contains(std::string_view(key).substr(1));
+    const auto has = [&](std::string_view name) {
+        return m_names.contains(name) || m_ids.contains(name);
+    };
+    if (has(key))
+        return true;
+    for (auto point = key.find('.'); point != key.npos; point = key.find('.', point + 1)) {
+        if (m_ids.contains(std::string_view(key).substr(0, point)))
+            return true;
+    }
+    if (place != LeftoverPlace::Config)
+        return false;
+    return std::any_of(std::begin(settingsEndings), std::end(settingsEndings),
+                       [&](std::string_view end) {
+                           return key.ends_with(end) &&
+                                  has(std::string_view(key).substr(0, key.size() - end.size()));
+                       });
+}
+
+} // namespace brightsweep
