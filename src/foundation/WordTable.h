@@ -11,6 +11,9 @@ struct WordRow {
     Value value;
     const char *words;
 };
+// Older versions of clang do not deduce it for an aggregate.
+template <typename Value>
+WordRow(Value, const char *) -> WordRow<Value>;
 
 /// The words in the row of that value; `other` where it has none.
 template <typename Value, std::size_t rowCount>
