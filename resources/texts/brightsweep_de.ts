@@ -307,10 +307,13 @@
     <message id="a protected place"><translation>ein geschützter Ort</translation></message>
     <message id="cannot be removed"><translation>lässt sich nicht entfernen</translation></message>
     <message id="changed since it was found"><translation>seit dem Fund geändert</translation></message>
+    <message id="has a name that a login item cannot hold"><translation>hat einen Namen, der nicht in einem Anmeldeobjekt stehen kann</translation></message>
     <message id="has no trash on its volume"><translation>hat auf seinem Datenträger keinen Papierkorb</translation></message>
     <message id="holds another volume"><translation>enthält einen anderen Datenträger</translation></message>
+    <message id="is a link to something that is not your own file in your home"><translation>ist eine Verknüpfung mit etwas, das nicht Ihre eigene Datei in Ihrem persönlichen Ordner ist</translation></message>
     <message id="is in use as a program or as swap space"><translation>wird als Programm oder Auslagerung benutzt</translation></message>
     <message id="is kept out of copy-on-write, and so out of sharing"><translation>ist von Copy-on-write ausgenommen und damit vom Teilen</translation></message>
+    <message id="is no file that a login item could be in"><translation>ist keine Datei, in der ein Anmeldeobjekt stehen könnte</translation></message>
     <message id="its file system cannot share blocks"><translation>sein Dateisystem kann keine Blöcke teilen</translation></message>
     <message id="its file system refuses to share its blocks"><translation>sein Dateisystem lehnt das Teilen der Blöcke ab</translation></message>
     <message id="its volume can only be read"><translation>sein Datenträger lässt sich nur lesen</translation></message>
@@ -319,6 +322,7 @@
     <message id="lies on another file system than the copy that stays"><translation>liegt auf einem anderen Dateisystem als die Kopie, die bleibt</translation></message>
     <message id="lies on another volume"><translation>liegt auf einem anderen Datenträger</translation></message>
     <message id="lies outside of this system's folders"><translation>liegt außerhalb der Ordner dieses Systems</translation></message>
+    <message id="names no program to start"><translation>nennt kein Programm, das gestartet werden könnte</translation></message>
     <message id="no other copy of it is left"><translation>keine andere Kopie davon ist übrig</translation></message>
     <message id="part of the system"><translation>Teil des Systems</translation></message>
     <message id="the copy that stays cannot be read"><translation>die Kopie, die bleibt, ist nicht lesbar</translation></message>
@@ -326,5 +330,7 @@
     <message id="the copy that stays has other contents"><translation>die Kopie, die bleibt, hat anderen Inhalt</translation></message>
     <message id="the copy that stays is this very file"><translation>die Kopie, die bleibt, ist dieselbe Datei</translation></message>
     <message id="the mount table cannot be read"><translation>die Einhängetabelle ist nicht lesbar</translation></message>
+    <message id="was switched off by another program"><translation>wurde von einem anderen Programm ausgeschaltet</translation></message>
+    <message id="without it the system's own entry would start; hide it instead"><translation>ohne ihn würde der Eintrag des Systems starten; blenden Sie ihn stattdessen aus</translation></message>
 </context>
 </TS>

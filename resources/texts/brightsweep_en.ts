@@ -307,10 +307,13 @@
     <message id="a protected place"><translation>a protected place</translation></message>
     <message id="cannot be removed"><translation>cannot be removed</translation></message>
     <message id="changed since it was found"><translation>changed since it was found</translation></message>
+    <message id="has a name that a login item cannot hold"><translation>has a name that a login item cannot hold</translation></message>
     <message id="has no trash on its volume"><translation>has no trash on its volume</translation></message>
     <message id="holds another volume"><translation>holds another volume</translation></message>
+    <message id="is a link to something that is not your own file in your home"><translation>is a link to something that is not your own file in your home</translation></message>
     <message id="is in use as a program or as swap space"><translation>is in use as a program or as swap space</translation></message>
     <message id="is kept out of copy-on-write, and so out of sharing"><translation>is kept out of copy-on-write, and so out of sharing</translation></message>
+    <message id="is no file that a login item could be in"><translation>is no file that a login item could be in</translation></message>
     <message id="its file system cannot share blocks"><translation>its file system cannot share blocks</translation></message>
     <message id="its file system refuses to share its blocks"><translation>its file system refuses to share its blocks</translation></message>
     <message id="its volume can only be read"><translation>its volume can only be read</translation></message>
@@ -319,6 +322,7 @@
     <message id="lies on another file system than the copy that stays"><translation>lies on another file system than the copy that stays</translation></message>
     <message id="lies on another volume"><translation>lies on another volume</translation></message>
     <message id="lies outside of this system's folders"><translation>lies outside of this system's folders</translation></message>
+    <message id="names no program to start"><translation>names no program to start</translation></message>
     <message id="no other copy of it is left"><translation>no other copy of it is left</translation></message>
     <message id="part of the system"><translation>part of the system</translation></message>
     <message id="the copy that stays cannot be read"><translation>the copy that stays cannot be read</translation></message>
@@ -326,5 +330,7 @@
     <message id="the copy that stays has other contents"><translation>the copy that stays has other contents</translation></message>
     <message id="the copy that stays is this very file"><translation>the copy that stays is this very file</translation></message>
     <message id="the mount table cannot be read"><translation>the mount table cannot be read</translation></message>
+    <message id="was switched off by another program"><translation>was switched off by another program</translation></message>
+    <message id="without it the system's own entry would start; hide it instead"><translation>without it the system's own entry would start; hide it instead</translation></message>
 </context>
 </TS>

@@ -307,10 +307,13 @@
     <message id="a protected place"><translation>受保护的位置</translation></message>
     <message id="cannot be removed"><translation>无法移除</translation></message>
     <message id="changed since it was found"><translation>找到后已被更改</translation></message>
+    <message id="has a name that a login item cannot hold"><translation>的名称无法写入登录项</translation></message>
     <message id="has no trash on its volume"><translation>所在卷没有回收站</translation></message>
     <message id="holds another volume"><translation>包含其他卷</translation></message>
+    <message id="is a link to something that is not your own file in your home"><translation>是一个链接，指向的不是主文件夹中属于您的文件</translation></message>
     <message id="is in use as a program or as swap space"><translation>正作为程序或交换空间使用</translation></message>
     <message id="is kept out of copy-on-write, and so out of sharing"><translation>已排除写时复制，因此不能共享</translation></message>
+    <message id="is no file that a login item could be in"><translation>不是可以存放登录项的文件</translation></message>
     <message id="its file system cannot share blocks"><translation>其文件系统不能共享数据块</translation></message>
     <message id="its file system refuses to share its blocks"><translation>其文件系统拒绝共享数据块</translation></message>
     <message id="its volume can only be read"><translation>其卷为只读</translation></message>
@@ -319,6 +322,7 @@
     <message id="lies on another file system than the copy that stays"><translation>与要保留的副本不在同一文件系统</translation></message>
     <message id="lies on another volume"><translation>位于其他卷上</translation></message>
     <message id="lies outside of this system's folders"><translation>位于本系统的文件夹之外</translation></message>
+    <message id="names no program to start"><translation>没有指定要启动的程序</translation></message>
     <message id="no other copy of it is left"><translation>没有剩下其他副本</translation></message>
     <message id="part of the system"><translation>系统的一部分</translation></message>
     <message id="the copy that stays cannot be read"><translation>无法读取要保留的副本</translation></message>
@@ -326,5 +330,7 @@
     <message id="the copy that stays has other contents"><translation>要保留的副本内容不同</translation></message>
     <message id="the copy that stays is this very file"><translation>要保留的副本就是这个文件</translation></message>
     <message id="the mount table cannot be read"><translation>无法读取挂载表</translation></message>
+    <message id="was switched off by another program"><translation>已被其他程序关闭</translation></message>
+    <message id="without it the system's own entry would start; hide it instead"><translation>没有它，系统自带的项目就会启动；请改为隐藏它</translation></message>
 </context>
 </TS>

@@ -1,7 +1,6 @@
 #include "app/AppDelegate.h"
 
 #include "app/AppPrefsWindowController.h"
-#include "app/LaunchAtLogin.h"
 #include "app/RefreshLoop.h"
 #include "cleaning/NewMainViewController.h"
 #include "core/Texts.h"
@@ -11,6 +10,7 @@
 #include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
+#include "loginitems/LaunchAtLogin.h"
 #include "platform/DesktopNotifier.h"
 #include "platform/Platform.h"
 #include "platform/VolumeSource.h"
@@ -34,7 +34,6 @@ constexpr std::chrono::seconds hostPatience{10};
 AppDelegate::AppDelegate(AppDelegateParts parts, QObject *parent)
     : QObject(parent),
       m_parts(std::move(parts)),
-      m_noLoginItems("the program has no list of login items"),
       _statusItem(m_parts.statusItem ? *m_parts.statusItem : *Platform::current().statusItem),
       m_clock(m_parts.clock ? *m_parts.clock : Clock::eventLoop()),
       m_bubbles(m_clock),
@@ -242,13 +241,7 @@ void AppDelegate::runAsMain() {
 void AppDelegate::launchAppWhenLogin(int state) {
     const int wanted = state == 0 ? 1 : 0;
     m_menu.setChecked(MenuAction::LaunchAtLogin, wanted == 1);
-    std::filesystem::path program = m_parts.program;
-    if (program.empty()) {
-        const QByteArray bytes = QFile::encodeName(QCoreApplication::applicationFilePath());
-        program = std::string(bytes.constData(), std::size_t(bytes.size()));
-    }
-    LoginItemRegistry *const registry = m_parts.loginItems;
-    LaunchAtLogin::launchAppWhenLogin(wanted, program, registry ? *registry : m_noLoginItems);
+    LaunchAtLogin::launchAppWhenLogin(wanted, m_parts.program);
 }
 
 void AppDelegate::menuAction(MenuAction action) {

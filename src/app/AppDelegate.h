@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/AppController.h"
-#include "app/LoginItemRegistry.h"
 #include "app/RunningInstance.h"
 #include "cleaning/CleanWindow.h"
 #include "core/Clock.h"
@@ -32,9 +31,8 @@ class RefreshLoop;
 
 /// What the application is made of; what is left out is the usual one.
 struct AppDelegateParts {
-    StatusItem *statusItem = nullptr;        ///< else the platform's
-    LoginItemRegistry *loginItems = nullptr; ///< else one in which nothing can be had
-    Clock *clock = nullptr;                  ///< else that of the event loop
+    StatusItem *statusItem = nullptr; ///< else the platform's
+    Clock *clock = nullptr;           ///< else that of the event loop
     std::chrono::milliseconds refreshInterval{2000};
     /// Draws the status item's image; without it the item keeps none.
     std::function<std::vector<StatusImage>(const QString &imageName)> renderStatusImage;
@@ -163,7 +161,6 @@ private:
     void showImage(const QString &name);
 
     AppDelegateParts m_parts;
-    NullLoginItemRegistry m_noLoginItems;
     StatusItem &_statusItem;
     Clock &m_clock;
     CallQueue m_queue;

@@ -1,13 +1,13 @@
 // The status item, its menu and their refresh.
 
 #include "app/AppDelegate.h"
-#include "app/LaunchAtLogin.h"
 #include "app/LicenceGate.h"
 #include "core/SettingKeys.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
+#include "loginitems/LaunchAtLogin.h"
 #include "platform/MemorySource.h"
 #include "platform/Platform.h"
 #include "volumes/VolumeNotifications.h"

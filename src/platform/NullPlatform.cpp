@@ -3,6 +3,7 @@
 #include "platform/DesktopHints.h"
 #include "platform/DesktopNotifier.h"
 #include "platform/FileHolders.h"
+#include "platform/LoginItemSource.h"
 #include "platform/MemorySource.h"
 #include "platform/Platform.h"
 #include "platform/SingleInstance.h"
@@ -218,6 +219,23 @@ public:
     std::vector<FileIdentity> writtenFiles() override { return {}; }
 };
 
+class NullLoginItemSource final : public Null<LoginItemSource> {
+public:
+    using Null::Null;
+    Result<std::vector<LoginItemEntry>> items() override { return unsupported; }
+    Result<std::vector<LoginItemEntry>> systemItems() override { return unsupported; }
+    Result<std::string> add(const std::filesystem::path &, bool) override { return unsupported; }
+    std::error_code remove(const std::string &) override { return fail(); }
+    std::error_code setHidden(const std::string &, bool) override { return fail(); }
+    std::error_code setSystemItemStarted(const std::string &, bool) override { return fail(); }
+    std::error_code start(const std::string &) override { return fail(); }
+    std::filesystem::path pathOf(const std::string &) override { return {}; }
+    void setChangedHandler(std::function<void()>) override {}
+
+private:
+    static std::error_code fail() { return std::make_error_code(unsupported); }
+};
+
 class NullStatusItem final : public Null<StatusItem> {
 public:
     using Null::Null;
@@ -268,6 +286,7 @@ Platform makeNullPlatform(const char *reason) {
     platform.notifier = std::make_unique<NullDesktopNotifier>(reason);
     platform.instance = std::make_unique<NullSingleInstance>(reason);
     platform.hints = std::make_unique<NullDesktopHints>(reason);
+    platform.loginItems = std::make_unique<NullLoginItemSource>(reason);
     platform.holders = std::make_unique<NullFileHolders>(reason);
     for (const ApplicationKind kind :
          {ApplicationKind::Package, ApplicationKind::Flatpak, ApplicationKind::Snap,

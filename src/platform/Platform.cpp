@@ -7,6 +7,7 @@
 #include "platform/DesktopNotifier.h"
 #include "platform/FileHolders.h"
 #include "platform/FileOperations.h"
+#include "platform/LoginItemSource.h"
 #include "platform/MemorySource.h"
 #include "platform/SingleInstance.h"
 #include "platform/StandardDirectories.h"
@@ -24,6 +25,7 @@ DesktopNotifier::~DesktopNotifier() = default;
 FileHolders::~FileHolders() = default;
 FileOperations::~FileOperations() = default;
 HoldingFolder::~HoldingFolder() = default;
+LoginItemSource::~LoginItemSource() = default;
 MemorySource::~MemorySource() = default;
 SingleInstance::~SingleInstance() = default;
 StandardDirectories::~StandardDirectories() = default;

@@ -11,6 +11,7 @@ class DesktopHints;
 class DesktopNotifier;
 class FileHolders;
 class FileOperations;
+class LoginItemSource;
 class MemorySource;
 class SingleInstance;
 class StandardDirectories;
@@ -34,6 +35,7 @@ struct Platform {
     std::unique_ptr<SingleInstance> instance;
     std::unique_ptr<DesktopHints> hints;
     std::unique_ptr<FileHolders> holders;
+    std::unique_ptr<LoginItemSource> loginItems;
     /// One of each kind but the bundles, which are found by their folders.
     std::vector<std::unique_ptr<ApplicationSource>> applications;
 

@@ -6,6 +6,7 @@
 #include "foundation/Log.h"
 #include "foundation/SmallFile.h"
 #include "foundation/UserDefaults.h"
+#include "loginitems/LaunchAtLogin.h"
 #include "preferences/PreferenceViewController.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
@@ -167,13 +168,15 @@ TEST_F(Launch, QuitDoesNotWaitForAnEject) {
 
 TEST_F(Launch, LaunchAtLoginRenewsTheEntry) {
     launch();
-    loginItems.items = {"/other", "/opt/brightsweep"};
+    loginItems.become({{.file = "a", .path = "/other"}, {.file = "b", .path = "/opt/brightsweep"}});
     delegate->menu().activate(MenuAction::LaunchAtLogin);
-    EXPECT_EQ(loginItems.items, (std::vector<std::filesystem::path>{"/other", "/opt/brightsweep"}));
+    EXPECT_TRUE(eventually([] { return LaunchAtLogin::isIdle(); }));
+    EXPECT_EQ(loginItems.calls(), (std::vector<std::string>{"remove b", "add /opt/brightsweep"}));
     EXPECT_TRUE(delegate->menu().isChecked(MenuAction::LaunchAtLogin));
     EXPECT_EQ(UserDefaults::standardUserDefaults().integerForKey(DSLoginCheckKey), 1);
     delegate->menu().activate(MenuAction::LaunchAtLogin);
-    EXPECT_EQ(loginItems.items, (std::vector<std::filesystem::path>{"/other"}));
+    EXPECT_TRUE(eventually([] { return LaunchAtLogin::isIdle(); }));
+    EXPECT_EQ(loginItems.paths(), (std::vector<std::filesystem::path>{"/other"}));
     EXPECT_FALSE(delegate->menu().isChecked(MenuAction::LaunchAtLogin));
     EXPECT_EQ(UserDefaults::standardUserDefaults().integerForKey(DSLoginCheckKey), 0);
 }

@@ -6,6 +6,7 @@
 #include "foundation/NotificationCenter.h"
 #include "platform/Platform.h"
 #include "support/FakeDesktop.h"
+#include "support/FakeLoginItems.h"
 #include "support/ManualClock.h"
 #include "support/WaitUntil.h"
 #include "volumes/FakeVolumeSource.h"
@@ -27,7 +28,6 @@ protected:
         memory = use(platform.memory, new FakeMemory);
         workspace = use(platform.workspace, new FakeWorkspace);
         parts.clock = &clock;
-        parts.loginItems = &loginItems;
         parts.refreshInterval = std::chrono::hours(1);
         parts.program = "/opt/brightsweep";
         parts.exit = [this](int status) { exits.push_back(status); };
@@ -96,7 +96,7 @@ protected:
     FakeInstance *instance = nullptr;
     FakeMemory *memory = nullptr;
     FakeWorkspace *workspace = nullptr;
-    FakeLoginItems loginItems;
+    FakeLoginItems &loginItems = FakeLoginItems::install();
     ManualClock clock;
     AppDelegateParts parts;
     std::unique_ptr<AppDelegate> delegate;

@@ -1,4 +1,3 @@
-#include "app/LaunchAtLogin.h"
 #include "app/RegisterDefaults.h"
 #include "core/SettingKeys.h"
 #include "core/SizeLimit.h"
@@ -88,14 +87,6 @@ TEST(Settings, SnapshotIsText) {
             EXPECT_NE(now.*field, QStringLiteral("2"));
         PreferenceViewController::setCategoryClicked(category, 1);
     }
-}
-
-TEST(LaunchAtLogin, FlagStaysWhereTheEntryCannotBeHad) {
-    NullLoginItemRegistry registry("no session");
-    LaunchAtLogin::launchAppWhenLogin(1, "/program", registry);
-    EXPECT_EQ(defaults().integerForKey(DSLoginCheckKey), 1);
-    LaunchAtLogin::writeFileOfLaunchAppWhenLogin(QStringLiteral("0 and words"));
-    EXPECT_EQ(defaults().integerForKey(DSLoginCheckKey), 0);
 }
 
 } // namespace

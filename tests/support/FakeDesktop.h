@@ -1,6 +1,5 @@
 #pragma once
 
-#include "app/LoginItemRegistry.h"
 #include "foundation/Paths.h"
 #include "platform/DesktopNotifier.h"
 #include "platform/MemorySource.h"
@@ -10,7 +9,6 @@
 #include "platform/SystemFacts.h"
 #include "platform/Workspace.h"
 
-#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -118,24 +116,6 @@ public:
     bool works = true;
     std::vector<std::filesystem::path> opened;
     std::vector<std::filesystem::path> revealed;
-};
-
-class FakeLoginItems final : public LoginItemRegistry {
-public:
-    int indexForLoginItemWithPath(const std::filesystem::path &path) override {
-        const auto found = std::find(items.begin(), items.end(), path);
-        return found == items.end() ? -1 : int(found - items.begin());
-    }
-    bool removeLoginItemAtIndex(int index) override {
-        items.erase(items.begin() + index);
-        return true;
-    }
-    bool addLoginItemWithPath(const std::filesystem::path &path, bool) override {
-        items.push_back(path);
-        return true;
-    }
-
-    std::vector<std::filesystem::path> items;
 };
 
 } // namespace brightsweep::test

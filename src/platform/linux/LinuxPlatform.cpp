@@ -1,5 +1,6 @@
 #include "platform/LinuxPlatform.h"
 
+#include "platform/LoginItemSource.h"
 #include "platform/Platform.h"
 #include "platform/linux/LinuxAdministratorRights.h"
 #include "platform/linux/LinuxDesktopHints.h"
@@ -32,6 +33,7 @@ Platform makeLinuxPlatform() {
     platform.rights = std::make_unique<LinuxAdministratorRights>();
     platform.workspace = std::make_unique<LinuxWorkspace>(bus);
     platform.holders = std::make_unique<LinuxFileHolders>();
+    platform.loginItems = std::move(makeNullPlatform("the session has no list of them").loginItems);
     platform.memory = std::make_unique<LinuxMemorySource>();
     platform.statusItem = std::make_unique<LinuxStatusItem>(bus);
     platform.notifier = std::make_unique<LinuxDesktopNotifier>(bus);
