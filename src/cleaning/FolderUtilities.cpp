@@ -96,7 +96,7 @@ bool FolderUtilities::isReserved(const RemovalRoot &folder, std::string_view nam
 }
 
 bool FolderUtilities::CreateAuthoration(AuthorizationReference *reference) {
-    const RightsResult result = Platform::current().rights->request();
+    const RightsResult result = Platform::current().rights->request(RightsPurpose::Files);
     if (result.outcome != RightsOutcome::Granted) {
         NSLog("Copy Rights Unsuccessful: %d", result.status);
         return false;

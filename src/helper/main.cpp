@@ -33,7 +33,9 @@ using namespace brightsweep::helper;
 namespace {
 
 constexpr char dropCachesFile[] = "/proc/sys/vm/drop_caches";
+// Which of the two questions the user was asked; packages includes files.
 constexpr std::string_view filesArgument = "files";
+constexpr std::string_view packagesArgument = "packages";
 
 std::string homeOf(uid_t user) {
     const passwd *entry = ::getpwuid(user);
@@ -192,8 +194,8 @@ int main(int argc, char **argv) {
         std::fputs("brightsweep-helper: runs as administrator only\n", stderr);
         return 1;
     }
-    // The argument tells the two questions apart that the user may be asked.
-    if (argc != 2 || argv[1] != filesArgument) {
+    const std::string_view purpose = argc == 2 ? argv[1] : "";
+    if (purpose != filesArgument && purpose != packagesArgument) {
         std::fputs("brightsweep-helper: started by brightsweep only\n", stderr);
         return 2;
     }

@@ -9,6 +9,9 @@
 
 namespace brightsweep {
 
+/// What the user is asked to allow. Each covers those before it.
+enum class RightsPurpose { Files, FilesAndPackages };
+
 enum class RightsOutcome { Granted, Dismissed, Denied, NoAgent, NoBus, Failed };
 
 struct RightsResult {
@@ -49,8 +52,9 @@ public:
     virtual ~AdministratorRights();
     virtual std::string unavailableReason() const { return {}; }
 
-    /// May show the system's dialog and then blocks until it is answered.
-    virtual RightsResult request() = 0;
+    /// May show the system's dialog and then blocks until it is answered. Rights that are held and
+    /// do not cover the purpose stay where more of them are not granted.
+    virtual RightsResult request(RightsPurpose purpose) = 0;
     /// Gives the rights up at once: a question that is still on screen is taken back, and a request
     /// under way is ended, as failed. 0, or an errno-like number.
     virtual int release() = 0;

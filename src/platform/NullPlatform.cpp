@@ -159,7 +159,9 @@ public:
 class NullAdministratorRights final : public Null<AdministratorRights> {
 public:
     using Null::Null;
-    RightsResult request() override { return {RightsOutcome::Failed, int(unsupported), m_reason}; }
+    RightsResult request(RightsPurpose) override {
+        return {RightsOutcome::Failed, int(unsupported), m_reason};
+    }
     int release() override { return 0; }
     RightsToken token() const override { return {}; }
     bool accepts(const RightsToken &) override { return false; }

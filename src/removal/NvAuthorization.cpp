@@ -61,12 +61,13 @@ bool NvAuthorization::isHeld() {
     return isValidAuth && rights().accepts(authForm);
 }
 
-bool NvAuthorization::allocAuthorization() {
+bool NvAuthorization::allocAuthorization(RightsPurpose purpose) {
     const std::lock_guard asking(m_asking);
-    if (isHeld())
+    if (!isHeld())
+        // What is left of rights whose process has died.
+        freeAuthorization();
+    else if (m_purpose >= purpose)
         return true;
-    // What is left of rights whose process has died.
-    freeAuthorization();
     const IsAsking isAsking(m_isAsking);
 
     if (const std::string reason = rights().unavailableReason(); !reason.empty()) {
@@ -76,7 +77,7 @@ bool NvAuthorization::allocAuthorization() {
         m_lastResult = {RightsOutcome::Failed, ENOSYS, reason};
         return false;
     }
-    const RightsResult result = rights().request();
+    const RightsResult result = rights().request(purpose);
     {
         const std::lock_guard lock(m_mutex);
         m_lastResult = result;
@@ -94,6 +95,7 @@ bool NvAuthorization::allocAuthorization() {
     }
     const std::lock_guard lock(m_mutex);
     isValidAuth = true;
+    m_purpose = purpose;
     authForm = form;
     authorizationRef = AuthorizationReference{form};
     return true;

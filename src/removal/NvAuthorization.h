@@ -32,8 +32,9 @@ public:
     NvAuthorization(const NvAuthorization &) = delete;
     NvAuthorization &operator=(const NvAuthorization &) = delete;
 
-    /// True if rights are held afterwards. May show the system's dialog, and blocks meanwhile.
-    bool allocAuthorization();
+    /// True if rights for the purpose are held afterwards. May show the system's dialog, and blocks
+    /// meanwhile.
+    bool allocAuthorization(RightsPurpose purpose = RightsPurpose::Files);
     /// How the last request for rights was answered; granted before the first.
     RightsResult lastResult();
     /// Gives the rights up at once, also while they are asked for or used. Always true.
@@ -65,6 +66,7 @@ private:
     RightsResult m_lastResult{RightsOutcome::Granted, 0, {}};
     std::optional<AuthorizationReference> authorizationRef;
     bool isValidAuth = false;
+    RightsPurpose m_purpose = RightsPurpose::Files; // of what is held
     RightsToken authForm{};
 };
 

@@ -40,18 +40,23 @@ TEST(Rights, RootGetsThemWithoutBeingAsked) {
     LinuxAdministratorRights rights;
     const auto removal = removalOf(tree.path("folder"), "item");
     EXPECT_FALSE(rights.removeItems({}, removal, nullptr)[0].performed);
-    ASSERT_EQ(rights.request().outcome, RightsOutcome::Granted);
+    ASSERT_EQ(rights.request(RightsPurpose::Files).outcome, RightsOutcome::Granted);
     const RightsToken token = rights.token();
     EXPECT_TRUE(rights.accepts(token));
     EXPECT_FALSE(rights.accepts({}));
-    EXPECT_EQ(rights.request().outcome, RightsOutcome::Granted);
+    EXPECT_EQ(rights.request(RightsPurpose::Files).outcome, RightsOutcome::Granted);
     EXPECT_EQ(rights.token(), token); // no second process
+    EXPECT_EQ(rights.request(RightsPurpose::FilesAndPackages).outcome, RightsOutcome::Granted);
+    EXPECT_FALSE(rights.accepts(token)); // another question, another process
+    const RightsToken wider = rights.token();
+    EXPECT_EQ(rights.request(RightsPurpose::Files).outcome, RightsOutcome::Granted);
+    EXPECT_EQ(rights.token(), wider);
     EXPECT_FALSE(rights.removeItems({}, removal, nullptr)[0].performed);
     EXPECT_TRUE(tree.exists("folder/item"));
-    EXPECT_TRUE(rights.removeItems(token, removal, nullptr)[0].gone);
+    EXPECT_TRUE(rights.removeItems(wider, removal, nullptr)[0].gone);
     EXPECT_FALSE(tree.exists("folder/item"));
     EXPECT_EQ(rights.release(), 0);
-    EXPECT_FALSE(rights.accepts(token));
+    EXPECT_FALSE(rights.accepts(wider));
     EXPECT_EQ(rights.token(), RightsToken{});
 }
 
@@ -62,7 +67,7 @@ TEST(Rights, ARemovalEndsWhenItIsStoppedOrTheRightsAreGivenUp) {
     for (int i = 0; i < 5; ++i)
         tree.deepChain("folder/item/" + std::to_string(i), 9'000);
     LinuxAdministratorRights rights;
-    ASSERT_EQ(rights.request().outcome, RightsOutcome::Granted);
+    ASSERT_EQ(rights.request(RightsPurpose::Files).outcome, RightsOutcome::Granted);
     const RightsToken token = rights.token();
     std::atomic<bool> stop{true};
     const auto stopped = rights.removeItems(token, removalOf(tree.path("folder"), "item"), &stop);
@@ -92,7 +97,7 @@ TEST(Rights, AreLostWithTheirProcessAndCanBeGotAnew) {
     TestTree tree;
     tree.file("folder/item");
     LinuxAdministratorRights rights;
-    ASSERT_EQ(rights.request().outcome, RightsOutcome::Granted);
+    ASSERT_EQ(rights.request(RightsPurpose::Files).outcome, RightsOutcome::Granted);
     const RightsToken token = rights.token();
     const pid_t helper = childProcess();
     ASSERT_GT(helper, 0);
@@ -104,7 +109,7 @@ TEST(Rights, AreLostWithTheirProcessAndCanBeGotAnew) {
     EXPECT_FALSE(rights.removeItems(token, removal, nullptr)[0].performed);
     EXPECT_TRUE(tree.exists("folder/item"));
     EXPECT_EQ(rights.token(), RightsToken{});
-    ASSERT_EQ(rights.request().outcome, RightsOutcome::Granted);
+    ASSERT_EQ(rights.request(RightsPurpose::Files).outcome, RightsOutcome::Granted);
     EXPECT_FALSE(rights.removeItems(token, removal, nullptr)[0].performed); // the old token
     EXPECT_TRUE(rights.removeItems(rights.token(), removal, nullptr)[0].gone);
 }
@@ -118,7 +123,7 @@ TEST(Rights, ServeSixThreads) {
         tree.file("folder/" + std::to_string(i) + "/file");
     tree.file("folder/kept");
     LinuxAdministratorRights rights;
-    ASSERT_EQ(rights.request().outcome, RightsOutcome::Granted);
+    ASSERT_EQ(rights.request(RightsPurpose::Files).outcome, RightsOutcome::Granted);
     std::atomic<int> gone{0};
     std::vector<std::thread> workers;
     for (int thread = 0; thread < threads; ++thread) {

@@ -63,9 +63,12 @@ public:
         return installed;
     }
 
-    RightsResult request() override {
+    RightsResult request(RightsPurpose wanted) override {
         ++requests;
-        isAlive = result.outcome == RightsOutcome::Granted;
+        const bool isGranted = result.outcome == RightsOutcome::Granted;
+        if (isGranted)
+            purpose = wanted;
+        isAlive = isGranted || (isAlive && wanted > purpose);
         return result;
     }
     int release() override {
@@ -100,6 +103,7 @@ public:
     }
     PrivilegedReply dropCaches(const RightsToken &) override { return {}; }
 
+    RightsPurpose purpose = RightsPurpose::Files; ///< of what was granted last
     RightsResult result{RightsOutcome::Granted, 0, {}};
     std::function<PrivilegedReply(const std::filesystem::path &)> reply;
     int releaseStatus = 0;

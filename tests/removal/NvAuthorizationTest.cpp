@@ -59,6 +59,13 @@ TEST_F(Authorization, AsksOnceAndKeepsWhatItGot) {
     EXPECT_TRUE(shared.allocAuthorization());
     EXPECT_TRUE(shared.allocAuthorization());
     EXPECT_EQ(rights.requests, 1);
+    rights.result.outcome = RightsOutcome::Dismissed;
+    EXPECT_FALSE(shared.allocAuthorization(RightsPurpose::FilesAndPackages));
+    EXPECT_TRUE(shared.allocAuthorization()); // those for files stay
+    rights.result.outcome = RightsOutcome::Granted;
+    EXPECT_TRUE(shared.allocAuthorization(RightsPurpose::FilesAndPackages));
+    EXPECT_TRUE(shared.allocAuthorization());
+    EXPECT_EQ(rights.requests, 3);
     ASSERT_TRUE(shared.getAuthorizationRet());
     EXPECT_EQ(shared.getAuthorizationRet()->token, rights.token());
     EXPECT_TRUE(shared.freeAuthorization());

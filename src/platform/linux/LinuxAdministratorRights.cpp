@@ -27,8 +27,8 @@ namespace brightsweep {
 namespace {
 
 constexpr char helperName[] = "brightsweep-helper";
-// Which of the policy's two questions is asked.
-constexpr char filesArgument[] = "files";
+// Which of the policy's two questions is asked, by purpose.
+constexpr std::array purposeArguments = {"files", "packages"};
 // Between two looks at a stop flag, and how long a stopped request may take to answer.
 constexpr int tickMilliseconds = 50;
 constexpr int stopMilliseconds = 1000;
@@ -150,8 +150,8 @@ RightsOutcome rightsOutcome(int status, std::string_view words) {
 // A running helper. Requests come one after the other; ending it is possible at any time.
 class LinuxAdministratorRights::Helper {
 public:
-    Helper(FileDescriptor stream, pid_t process, const helper::Token &token)
-        : m_stream(std::move(stream)), m_process(process), m_token(token) {}
+    Helper(FileDescriptor stream, pid_t process, RightsPurpose purpose, const helper::Token &token)
+        : m_stream(std::move(stream)), m_process(process), m_purpose(purpose), m_token(token) {}
     ~Helper() {
         end();
         m_stream.reset();
@@ -170,6 +170,7 @@ public:
         const std::lock_guard lock(m_tokenMutex);
         return helper::sameToken(token, m_token) && isAlive();
     }
+    bool covers(RightsPurpose purpose) const { return isAlive() && m_purpose >= purpose; }
     RightsToken token() {
         const std::lock_guard lock(m_tokenMutex);
         return isAlive() ? m_token : RightsToken{};
@@ -258,6 +259,7 @@ private:
 
     FileDescriptor m_stream;
     const pid_t m_process;
+    const RightsPurpose m_purpose;
     std::mutex m_tokenMutex;
     RightsToken m_token;
     std::atomic<bool> m_isEnded{false};
@@ -276,16 +278,18 @@ std::shared_ptr<LinuxAdministratorRights::Helper> LinuxAdministratorRights::help
     return m_helper;
 }
 
-RightsResult LinuxAdministratorRights::request() {
+RightsResult LinuxAdministratorRights::request(RightsPurpose purpose) {
     const std::lock_guard requesting(m_requesting);
-    if (const auto held = helper(); held && held->isAlive())
+    const auto held = helper();
+    if (held && held->covers(purpose))
         return {RightsOutcome::Granted, 0, {}};
-    release();
+    if (!held || !held->isAlive())
+        release();
     {
         const std::lock_guard lock(m_mutex);
         m_withdrawn = false;
     }
-    return start();
+    return start(purpose);
 }
 
 int LinuxAdministratorRights::release() {
@@ -342,7 +346,7 @@ PrivilegedReply LinuxAdministratorRights::dropCaches(const RightsToken &token) {
     return {reply.performed, reply.gone, reply.output};
 }
 
-RightsResult LinuxAdministratorRights::start() {
+RightsResult LinuxAdministratorRights::start(RightsPurpose purpose) {
     int streams[2];
     int errors[2];
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, streams) != 0)
@@ -358,7 +362,7 @@ RightsResult LinuxAdministratorRights::start() {
     if (::geteuid() != 0)
         arguments.emplace_back("pkexec");
     arguments.push_back(helperPath().native());
-    arguments.emplace_back(filesArgument);
+    arguments.emplace_back(purposeArguments[std::size_t(purpose)]);
     const auto [process, error] = startProcess({.arguments = arguments,
                                                 .environment = toolEnvironment(),
                                                 .input = others.get(),
@@ -382,7 +386,7 @@ RightsResult LinuxAdministratorRights::start() {
         const std::lock_guard lock(m_mutex);
         m_asking = 0;
         if (token && !m_withdrawn) {
-            m_helper = std::make_shared<Helper>(std::move(own), process, *token);
+            m_helper = std::make_shared<Helper>(std::move(own), process, purpose, *token);
             ::explicit_bzero(token->data(), token->size());
             return {RightsOutcome::Granted, 0, words};
         }

@@ -23,7 +23,7 @@ class LinuxAdministratorRights final : public AdministratorRights {
 public:
     ~LinuxAdministratorRights() override;
 
-    RightsResult request() override;
+    RightsResult request(RightsPurpose purpose) override;
     int release() override;
     RightsToken token() const override;
     bool accepts(const RightsToken &token) override;
@@ -35,7 +35,7 @@ public:
 private:
     class Helper;
 
-    RightsResult start();
+    RightsResult start(RightsPurpose purpose);
     std::shared_ptr<Helper> helper() const;
     helper::Replies ask(const helper::Request &request, const std::atomic<bool> *stop);
 
