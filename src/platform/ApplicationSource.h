@@ -57,6 +57,10 @@ struct Leftover {
     std::uint64_t bytes = 0;
     bool ticked = false;
     std::string reason; ///< why it is taken for the application's, in English
+    RemovalTarget target;
+    /// What it was when it was found; another one by then stays.
+    FileAttributes seen;
+    std::uint64_t entries = 0; ///< below a folder, when it was found
 };
 
 /// Why a removal is not attempted.
@@ -127,6 +131,9 @@ public:
 
     /// A dry run: changes nothing and asks nobody.
     virtual RemovalPlan plan(const InstalledApplication &application) = 0;
+    /// True where an application is the file or folder at its path and nothing else. It is removed
+    /// as any file is, and remove() is not called.
+    virtual bool isPlainFiles() const { return false; }
     /// Carries a plan out. Needs the rights' token where the application is not the user's own;
     /// a manager with questions of its own asks them. Is not cancelled once it runs.
     virtual RemovalResult remove(const RemovalPlan &plan, const RightsToken *rights) = 0;

@@ -15,6 +15,7 @@ enum class StandardDirectory {
     Library,            ///< the user's
     Preferences,        ///< the user's
     Caches,             ///< the user's
+    State,              ///< the user's
     Applications,
     Home,
     Temporary,

@@ -40,7 +40,7 @@ constexpr std::string_view commonWords[] = {
     "log", "login", "logs", "mail", "main", "man", "manager", "music", "office", "opt", "pictures",
     "player", "preferences", "profile", "profiles", "public", "recent", "root", "run", "scripts",
     "server", "settings", "setup", "share", "shell", "src", "state", "system", "terminal", "tool",
-    "tools", "user", "videos",
+    "tools", "user", "var", "videos",
 };
 // clang-format on
 

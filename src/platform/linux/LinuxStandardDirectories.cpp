@@ -236,6 +236,8 @@ std::vector<path> LinuxStandardDirectories::paths(StandardDirectory directory) {
         return {folderOfRole(FolderRole::Config)};
     case StandardDirectory::Caches:
         return {folderOfRole(FolderRole::Cache)};
+    case StandardDirectory::State:
+        return {folderOfRole(FolderRole::State)};
     case StandardDirectory::Applications:
         return {systemPath("/Applications"), systemPath("/Network/Applications"),
                 systemPath("/Developer/Applications"), paths::join(homeFolder(), "Applications")};

@@ -1,0 +1,123 @@
+#include "uninstall/LeftoverLook.h"
+
+#include "foundation/SaturatingSum.h"
+#include "platform/DirectoryWalk.h"
+#include "platform/MountsBelow.h"
+#include "platform/Platform.h"
+#include "uninstall/LeftoverRules.h"
+
+#include <algorithm>
+#include <memory>
+#include <mutex>
+
+namespace brightsweep {
+
+namespace {
+
+class Contents final : public DirectoryWalk::Visitor {
+public:
+    Contents(FileOperations &files, OpenDirectory directory, const std::atomic<bool> *stop)
+        : m_mounts(MountsBelow::of(files, directory)),
+          m_walk(files, *this, {WantedAttributes::NonDirectories, 0, stop}) {
+        m_walk.addRoot(std::make_shared<const OpenDirectory>(std::move(directory)), nullptr);
+    }
+
+    bool run() { return m_walk.run(); }
+
+    void entries(DirectoryWalk::Directory &directory, const DirectoryBlock &block) override {
+        const std::lock_guard lock(m_mutex);
+        for (const DirectoryEntry &entry : block.entries()) {
+            ++count;
+            newest = std::max(newest, entry.type == EntryType::Directory ? 0 : entry.modified);
+            holdsData = holdsData || LeftoverRules::isDataName(entry.nameView());
+            if (entry.type != EntryType::Directory)
+                bytes = addSaturating(bytes, entry.size);
+            else if (!m_mounts.isAt(directory, entry.nameView()))
+                m_walk.enter(directory, entry.nameView(), nullptr);
+        }
+    }
+
+    std::uint64_t count = 0;
+    std::int64_t newest = 0; ///< of the files
+    std::uint64_t bytes = 0;
+    bool holdsData = false;
+
+private:
+    const MountsBelow m_mounts;
+    DirectoryWalk m_walk;
+    std::mutex m_mutex;
+};
+
+// Why settings are data after all; nothing where they are not.
+const char *dataReason(const Leftover &leftover, bool holdsData) {
+    if (holdsData || LeftoverRules::isDataName(leftover.target.relative.filename().native()))
+        return "holds a database, a profile or documents";
+    return leftover.bytes > LeftoverRules::mostSettingsBytes ? "more than settings, by its size"
+                                                             : nullptr;
+}
+
+} // namespace
+
+std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind kind,
+                                       std::string reason, const LeftoverLook &look) {
+    FileOperations &files = *Platform::current().files;
+    const auto item = files.openItem(target);
+    if (!item)
+        return {};
+    const bool isBusy = item->refusal == std::errc::device_or_resource_busy;
+    if (item->refusal && !isBusy)
+        return {};
+    Leftover leftover;
+    leftover.path = target.path();
+    leftover.kind = kind;
+    leftover.reason = std::move(reason);
+    leftover.target = target;
+    leftover.seen = item->attributes;
+    bool holdsData = false;
+    std::int64_t newest = leftover.seen.modified;
+    if (leftover.seen.type == EntryType::Directory) {
+        auto directory = files.openDirectoryAt(item->folder->directory(), item->name.c_str());
+        // What cannot be read may hold anything.
+        holdsData = !directory;
+        if (directory) {
+            Contents contents(files, *std::move(directory), look.stop);
+            if (!contents.run())
+                return {};
+            leftover.bytes = contents.bytes;
+            leftover.entries = contents.count;
+            holdsData = contents.holdsData;
+            newest = contents.newest;
+        }
+    } else {
+        leftover.bytes = leftover.seen.size;
+    }
+    if (look.changedAfter != 0 && newest <= look.changedAfter)
+        return {};
+    if (const char *words = dataReason(leftover, holdsData);
+        kind == LeftoverKind::Config && words) {
+        leftover.kind = LeftoverKind::Data;
+        leftover.reason += std::string("; ") + words;
+    }
+    leftover.ticked =
+        leftover.kind == LeftoverKind::Config || leftover.kind == LeftoverKind::Cache ||
+        leftover.kind == LeftoverKind::Entry || (look.ticksData && kind == LeftoverKind::Data);
+    const bool isLink = leftover.seen.type == EntryType::Link;
+    if (isBusy || (isLink && kind != LeftoverKind::Entry)) {
+        leftover.ticked = false;
+        leftover.reason += isBusy ? "; holds another volume" : "; a link to another place";
+    }
+    return leftover;
+}
+
+bool hasLeftoverChanged(const Leftover &shown, const Leftover &now) {
+    const FileAttributes &then = shown.seen;
+    if (then.device != now.seen.device || then.inode != now.seen.inode ||
+        then.kind != now.seen.kind)
+        return true;
+    return shown.kind != LeftoverKind::Cache &&
+           (now.entries > shown.entries ||
+            (then.type == EntryType::File &&
+             (then.size != now.seen.size || then.modified != now.seen.modified)));
+}
+
+} // namespace brightsweep

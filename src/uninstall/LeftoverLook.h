@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/ApplicationSource.h"
+
+#include <atomic>
+#include <optional>
+#include <string>
+
+namespace brightsweep {
+
+/// How an entry is looked at.
+struct LeftoverLook {
+    const std::atomic<bool> *stop = nullptr;
+    bool ticksData = false;
+    /// When not 0, only what has a file changed later than that, in nanoseconds since the epoch.
+    std::int64_t changedAfter = 0;
+};
+
+/// Looks at one entry that may be a leftover, with all that lies in it, and follows no link and
+/// enters nothing that is mounted. Any thread.
+///
+/// Settings that hold a database, a profile or documents, or that are large, come back as data.
+/// Settings, caches and entries are ticked, and with `ticksData` what was data from the beginning,
+/// unless the entry is a link or holds another volume. Nothing where it is not there, keeps its
+/// place whatever happens, or was not looked at to the end.
+std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind kind,
+                                       std::string reason, const LeftoverLook &look = {});
+
+/// True where `now` is another object than the one that was shown, or a folder that has gained
+/// something since. A cache may gain as it likes.
+bool hasLeftoverChanged(const Leftover &shown, const Leftover &now);
+
+} // namespace brightsweep
