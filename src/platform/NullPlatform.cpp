@@ -212,6 +212,10 @@ public:
     using Null::Null;
     Result<MemoryCounts> counts() override { return unsupported; }
     Result<std::uint64_t> availableBytes() override { return unsupported; }
+    Result<MemoryDetails> details() override { return unsupported; }
+    std::vector<ProcessMemory> processes(ProcessReading, const std::atomic<bool> *) override {
+        return {};
+    }
 };
 
 class NullFileHolders final : public Null<FileHolders> {

@@ -92,7 +92,19 @@ public:
         return figures;
     }
     Result<std::uint64_t> availableBytes() override { return available; }
+    Result<MemoryDetails> details() override {
+        MemoryDetails all = more;
+        all.available = available;
+        return all;
+    }
+    std::vector<ProcessMemory> processes(ProcessReading reading,
+                                         const std::atomic<bool> *) override {
+        return reading == ProcessReading::Exact ? exact : quick;
+    }
 
+    MemoryDetails more;
+    std::vector<ProcessMemory> quick;
+    std::vector<ProcessMemory> exact; ///< read on a worker
     Result<MemoryCounts> figures = MemoryCounts{100, 50, 30, 20, 7, 8, 9};
     std::uint64_t available = 2'147'483'648;
     int readings = 0;
