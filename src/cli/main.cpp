@@ -5,11 +5,16 @@
 #include "core/MacLog.h"
 #include "foundation/Identity.h"
 #include "foundation/OwnProcess.h"
+#include "memory/ClearMemory.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
 #include "removal/RemovalRun.h"
 
 int main(int argc, char **argv) {
+    // What a release without a tool starts in its place; it frees nothing.
+    constexpr int standInArguments = 3;
+    if (argc == standInArguments && brightsweep::ClearMemory::valueToFree(argc, argv))
+        return 0;
     brightsweep::settleProcess();
     brightsweep::cli::beginCommandLine();
     brightsweep::Platform::setCurrent(brightsweep::makeLinuxPlatform());

@@ -16,14 +16,19 @@ TEST(MemoryCommand, ShowsTheFigures) {
     const QJsonObject document = documentOf(result.output, "memory");
     const QJsonObject memory = document[QStringLiteral("memory")].toObject();
     for (const char *key :
-         {"free", "inactive", "active", "wired", "used", "total", "pageIn", "pageOut", "faults"})
+         {"free", "inactive", "active", "wired", "used", "total", "pageIn", "pageOut", "faults",
+          "available", "fileCache", "swapUsed", "swapTotal", "compressed"})
         EXPECT_TRUE(memory[QLatin1String(key)].isDouble()) << key;
     EXPECT_GT(memory[QStringLiteral("free")].toInteger(), 0);
     EXPECT_EQ(memory[QStringLiteral("used")].toInteger(),
               memory[QStringLiteral("total")].toInteger() -
                   memory[QStringLiteral("free")].toInteger());
+    EXPECT_TRUE(document.contains(QStringLiteral("pressure")));
     EXPECT_FALSE(document.contains(QStringLiteral("freed")));
     EXPECT_EQ(runProgram({BRIGHTSWEEP_CLI, "memory", "more"}).status, 2);
+    const auto standIn = runProgram({BRIGHTSWEEP_CLI, "fr", "123"});
+    EXPECT_EQ(standIn.status, 0);
+    EXPECT_EQ(standIn.errors, "") << "what a release without a tool starts";
 }
 
 TEST(MemoryCommand, ReleaseRunsTheToolAndTellsTheTruth) {

@@ -68,7 +68,8 @@ std::uint64_t usedByZram(const std::filesystem::path &devices) {
         std::uint64_t original = 0;
         std::uint64_t compressed = 0;
         std::uint64_t used = 0;
-        if (numbers >> original >> compressed >> used)
+        // An unused device takes some as well.
+        if (numbers >> original >> compressed >> used && original > 0)
             sum += used;
     }
     return sum;
