@@ -3,6 +3,7 @@
 <TS version="2.1" language="de">
 <context>
     <name></name>
+    <message id="%@ freed."><translation>%1 freigegeben.</translation></message>
     <message id="%@ is cleaned"><translation>%1 bereinigt</translation></message>
     <message id="%@ is mounted successfully!"><translation>%1 wurde eingehängt.</translation></message>
     <message id="%@ is unmounted successfully!"><translation>%1 wurde ausgehängt.</translation></message>
@@ -15,6 +16,8 @@
     <message id="ABOUT_TEXT"><translation>Findet, was Ihre Datenträger füllt, zeigt es, bevor es verschwindet, und behält den freien Platz jedes Datenträgers im Auge.</translation></message>
     <message id="ABOUT_TITLE"><translation>Über Brightsweep</translation></message>
     <message id="ABOUT_VERSION"><translation>Version %1</translation></message>
+    <message id="AVAILABLE_BEFORE_AFTER"><translation>Für Programme verfügbar: vorher %1, jetzt %2. Dateien werden wieder vom Datenträger gelesen.</translation></message>
+    <message id="AVAILABLE_UNCHANGED"><translation>Für Programme verfügbar: %1, wie zuvor. Dateien werden wieder vom Datenträger gelesen.</translation></message>
     <message id="About"><translation>Über</translation></message>
     <message id="All"><translation>Alle</translation></message>
     <message id="Archives"><translation>Archive</translation></message>
@@ -112,10 +115,10 @@
     <message id="Duplicates"><translation>Duplikate</translation></message>
     <message id="EJECT"><translation>%1 auswerfen</translation></message>
     <message id="EMPTY_LOGIN_ITEMS"><translation>Zeigt, was mit Ihrer Sitzung startet, und lässt Sie etwas hinzufügen oder entfernen.</translation></message>
-    <message id="EMPTY_MEMORY"><translation>Gibt Speicher, den Programme nicht mehr nutzen, denen zurück, die ihn brauchen.</translation></message>
     <message id="EMPTY_PREFERENCES"><translation>Legt fest, was bereinigt wird, wann Brightsweep warnt und wie es startet.</translation></message>
     <message id="EMPTY_SCAN"><translation>Findet Caches, Protokolle, Papierkorb und alte Downloads und zeigt jedes Objekt, bevor etwas entfernt wird.</translation></message>
     <message id="EMPTY_UNINSTALL"><translation>Entfernt ein Programm samt den Einstellungen, Caches und Protokollen, die es hinterlässt.</translation></message>
+    <message id="EXACT_SHARES"><translation>Genaue Anteile</translation></message>
     <message id="EXTERNAL_STORAGE"><translation>Externe Laufwerke</translation></message>
     <message id="Eject All"><translation>Alle auswerfen</translation></message>
     <message id="Ejecting…"><translation>Wird ausgeworfen …</translation></message>
@@ -132,7 +135,6 @@
     <message id="FOUND_SO_FAR"><translation>bisher gefunden</translation></message>
     <message id="FREE_BEFORE_AFTER"><translation>Freier Platz: vorher %1, jetzt %2.</translation></message>
     <message id="FREE_MEMORY"><translation>Arbeitsspeicher</translation></message>
-    <message id="FREE_MEMORY_NOW"><translation>Speicher freigeben</translation></message>
     <message id="FREE_OF"><translation>%1 von %2 frei</translation></message>
     <message id="Fast Clean"><translation>Schnell bereinigen</translation></message>
     <message id="Free Memory"><translation>Speicher freigeben</translation></message>
@@ -155,7 +157,22 @@
     <message id="LOW_SPACE_OF"><translation>%1: %2 von %3 sind frei.</translation></message>
     <message id="Launch at login"><translation>Bei der Anmeldung starten</translation></message>
     <message id="Login Items"><translation>Anmeldeobjekte</translation></message>
+    <message id="MEMORY_ACTIVE"><translation>Aktiv</translation></message>
+    <message id="MEMORY_AVAILABLE"><translation>Für Programme verfügbar</translation></message>
+    <message id="MEMORY_CHART"><translation>Speicherdiagramm</translation></message>
+    <message id="MEMORY_COMPRESSED"><translation>Komprimiert</translation></message>
+    <message id="MEMORY_FILE_CACHE"><translation>Dateicache</translation></message>
+    <message id="MEMORY_FREE"><translation>Frei</translation></message>
+    <message id="MEMORY_INACTIVE"><translation>Inaktiv</translation></message>
+    <message id="MEMORY_NO_SWAP"><translation>keine</translation></message>
     <message id="MEMORY_PARTS"><translation>Frei: %1, inaktiv: %2</translation></message>
+    <message id="MEMORY_PRESSURE"><translation>Speicherdruck</translation></message>
+    <message id="MEMORY_RELEASE_NOTE"><translation>Gibt Speicher zurück, in dem das System Kopien von Dateien hält. Programme behalten ihren, und Dateien werden bei Bedarf wieder vom Datenträger gelesen: Schneller wird dadurch nichts.</translation></message>
+    <message id="MEMORY_SWAP"><translation>Auslagerung</translation></message>
+    <message id="MEMORY_SWAP_OF"><translation>%1 von %2</translation></message>
+    <message id="MEMORY_TOTAL"><translation>Gesamt</translation></message>
+    <message id="MEMORY_USED"><translation>Belegt</translation></message>
+    <message id="MEMORY_WIRED"><translation>Fest belegt</translation></message>
     <message id="MENU"><translation>Menü</translation></message>
     <message id="MOVE_TO_TRASH"><translation>In den Papierkorb</translation></message>
     <message id="Main Window"><translation>Hauptfenster</translation></message>
@@ -168,6 +185,7 @@
     <message id="NETWOR_STORAGE"><translation>Netzlaufwerke</translation></message>
     <message id="NO"><translation>Nein</translation></message>
     <message id="NOTHING_RELEASED"><translation>Kein Speicher ließ sich freigeben.</translation></message>
+    <message id="NOTHING_RELEASED_WHY"><translation>Es konnte kein Speicher freigegeben werden. Vielleicht erlaubt das System es nur einem Administrator; im Protokoll steht, woran das Werkzeug gescheitert ist.</translation></message>
     <message id="NOTHING_TO_CLEAN"><translation>Nichts zu bereinigen</translation></message>
     <message id="NOTHING_TO_CLEAN_WHY"><translation>Keine der sechs Kategorien enthält etwas, das entfernt werden könnte.</translation></message>
     <message id="NOT_KNOWN"><translation>nicht bekannt</translation></message>
@@ -186,6 +204,14 @@
     <message id="Others"><translation>Sonstige</translation></message>
     <message id="PADLOCK"><translation>Schloss</translation></message>
     <message id="PARTLY_TICKED"><translation>teilweise angehakt</translation></message>
+    <message id="PRESSURE_HIGH"><translation>hoch</translation></message>
+    <message id="PRESSURE_NONE"><translation>keiner</translation></message>
+    <message id="PRESSURE_SOME"><translation>etwas</translation></message>
+    <message id="PRESSURE_TIP"><translation>In den letzten zehn Sekunden haben Programme %1 % der Zeit auf Speicher gewartet.</translation></message>
+    <message id="PROCESS_COUNT" numerus="yes"><translation><numerusform>%n Prozess</numerusform><numerusform>%n Prozesse</numerusform></translation></message>
+    <message id="PROGRAMS_ESTIMATED"><translation>Geschätzt: Was Programme gemeinsam nutzen, zählt bei jedem.</translation></message>
+    <message id="PROGRAMS_EXACT"><translation>Genaue Anteile, soweit lesbar.</translation></message>
+    <message id="PROGRAMS_MOST"><translation>Programme mit dem meisten Speicher</translation></message>
     <message id="Pictures"><translation>Bilder</translation></message>
     <message id="Please select some path to scan."><translation>Bitte wählen Sie, was gelesen werden soll.</translation></message>
     <message id="Preferences"><translation>Einstellungen</translation></message>
@@ -197,6 +223,7 @@
     <message id="Quick Clean…"><translation>Schnell bereinigen …</translation></message>
     <message id="Quit"><translation>Beenden</translation></message>
     <message id="Quit Brightsweep"><translation>Brightsweep beenden</translation></message>
+    <message id="READING_SHARES"><translation>Wird gelesen …</translation></message>
     <message id="REMOVAL_NO_LOCK"><translation>Ob gerade anderes entfernt wird, lässt sich nicht feststellen; deshalb wird jetzt nichts entfernt.</translation></message>
     <message id="REMOVAL_RUNS"><translation>Es wird bereits etwas entfernt (%1, Prozess %2). Warten Sie, bis das beendet ist.</translation></message>
     <message id="RESTART"><translation>Neu starten</translation></message>
@@ -307,6 +334,7 @@
     <message id="a protected place"><translation>ein geschützter Ort</translation></message>
     <message id="cannot be removed"><translation>lässt sich nicht entfernen</translation></message>
     <message id="changed since it was found"><translation>seit dem Fund geändert</translation></message>
+    <message id="clean memory"><translation>Speicher freigeben</translation></message>
     <message id="has a name that a login item cannot hold"><translation>hat einen Namen, der nicht in einem Anmeldeobjekt stehen kann</translation></message>
     <message id="has no trash on its volume"><translation>hat auf seinem Datenträger keinen Papierkorb</translation></message>
     <message id="holds another volume"><translation>enthält einen anderen Datenträger</translation></message>

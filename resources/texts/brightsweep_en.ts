@@ -3,6 +3,7 @@
 <TS version="2.1" language="en">
 <context>
     <name></name>
+    <message id="%@ freed."><translation>%1 freed.</translation></message>
     <message id="%@ is cleaned"><translation>%1 is cleaned</translation></message>
     <message id="%@ is mounted successfully!"><translation>%1 is mounted successfully!</translation></message>
     <message id="%@ is unmounted successfully!"><translation>%1 is unmounted successfully!</translation></message>
@@ -15,6 +16,8 @@
     <message id="ABOUT_TEXT"><translation>Finds what fills your disks, shows it before it goes, and keeps an eye on the free space of every volume.</translation></message>
     <message id="ABOUT_TITLE"><translation>About Brightsweep</translation></message>
     <message id="ABOUT_VERSION"><translation>Version %1</translation></message>
+    <message id="AVAILABLE_BEFORE_AFTER"><translation>Available to programs: %1 before, %2 now. Files will be read from disk again.</translation></message>
+    <message id="AVAILABLE_UNCHANGED"><translation>Available to programs: %1, as before. Files will be read from disk again.</translation></message>
     <message id="About"><translation>About</translation></message>
     <message id="All"><translation>All</translation></message>
     <message id="Archives"><translation>Archives</translation></message>
@@ -112,10 +115,10 @@
     <message id="Duplicates"><translation>Duplicates</translation></message>
     <message id="EJECT"><translation>Eject %1</translation></message>
     <message id="EMPTY_LOGIN_ITEMS"><translation>Lists what starts with your session, and lets you add to it or take from it.</translation></message>
-    <message id="EMPTY_MEMORY"><translation>Gives memory that programs no longer use back to those that need it.</translation></message>
     <message id="EMPTY_PREFERENCES"><translation>Sets what is cleaned, when Brightsweep warns, and how it starts.</translation></message>
     <message id="EMPTY_SCAN"><translation>Finds caches, logs, trash and old downloads, and shows every item before anything is removed.</translation></message>
     <message id="EMPTY_UNINSTALL"><translation>Removes a program together with the settings, caches and logs that it leaves behind.</translation></message>
+    <message id="EXACT_SHARES"><translation>Exact Shares</translation></message>
     <message id="EXTERNAL_STORAGE"><translation>External Storage</translation></message>
     <message id="Eject All"><translation>Eject All</translation></message>
     <message id="Ejecting…"><translation>Ejecting…</translation></message>
@@ -132,7 +135,6 @@
     <message id="FOUND_SO_FAR"><translation>found so far</translation></message>
     <message id="FREE_BEFORE_AFTER"><translation>Free space: %1 before, %2 now.</translation></message>
     <message id="FREE_MEMORY"><translation>Memory</translation></message>
-    <message id="FREE_MEMORY_NOW"><translation>Free Memory</translation></message>
     <message id="FREE_OF"><translation>%1 free of %2</translation></message>
     <message id="Fast Clean"><translation>Fast Clean</translation></message>
     <message id="Free Memory"><translation>Free Memory</translation></message>
@@ -155,7 +157,22 @@
     <message id="LOW_SPACE_OF"><translation>%1: %2 of %3 are free.</translation></message>
     <message id="Launch at login"><translation>Launch at login</translation></message>
     <message id="Login Items"><translation>Login Items</translation></message>
+    <message id="MEMORY_ACTIVE"><translation>Active</translation></message>
+    <message id="MEMORY_AVAILABLE"><translation>Available to programs</translation></message>
+    <message id="MEMORY_CHART"><translation>Memory chart</translation></message>
+    <message id="MEMORY_COMPRESSED"><translation>Compressed</translation></message>
+    <message id="MEMORY_FILE_CACHE"><translation>File cache</translation></message>
+    <message id="MEMORY_FREE"><translation>Free</translation></message>
+    <message id="MEMORY_INACTIVE"><translation>Inactive</translation></message>
+    <message id="MEMORY_NO_SWAP"><translation>none</translation></message>
     <message id="MEMORY_PARTS"><translation>Free: %1, inactive: %2</translation></message>
+    <message id="MEMORY_PRESSURE"><translation>Pressure</translation></message>
+    <message id="MEMORY_RELEASE_NOTE"><translation>Gives back memory in which the system keeps copies of files. Programs keep all of theirs, and files are read from disk again when they are needed: nothing gets faster.</translation></message>
+    <message id="MEMORY_SWAP"><translation>Swap</translation></message>
+    <message id="MEMORY_SWAP_OF"><translation>%1 of %2</translation></message>
+    <message id="MEMORY_TOTAL"><translation>Total</translation></message>
+    <message id="MEMORY_USED"><translation>Used</translation></message>
+    <message id="MEMORY_WIRED"><translation>Wired</translation></message>
     <message id="MENU"><translation>Menu</translation></message>
     <message id="MOVE_TO_TRASH"><translation>Move to Trash</translation></message>
     <message id="Main Window"><translation>Main Window</translation></message>
@@ -168,6 +185,7 @@
     <message id="NETWOR_STORAGE"><translation>Network Storage</translation></message>
     <message id="NO"><translation>No</translation></message>
     <message id="NOTHING_RELEASED"><translation>No memory could be freed.</translation></message>
+    <message id="NOTHING_RELEASED_WHY"><translation>No memory could be freed. The system may allow it to an administrator alone; the log says what the release tool met.</translation></message>
     <message id="NOTHING_TO_CLEAN"><translation>Nothing to clean</translation></message>
     <message id="NOTHING_TO_CLEAN_WHY"><translation>None of the six categories holds anything that could go.</translation></message>
     <message id="NOT_KNOWN"><translation>not known</translation></message>
@@ -186,6 +204,14 @@
     <message id="Others"><translation>Others</translation></message>
     <message id="PADLOCK"><translation>Padlock</translation></message>
     <message id="PARTLY_TICKED"><translation>partly ticked</translation></message>
+    <message id="PRESSURE_HIGH"><translation>high</translation></message>
+    <message id="PRESSURE_NONE"><translation>none</translation></message>
+    <message id="PRESSURE_SOME"><translation>some</translation></message>
+    <message id="PRESSURE_TIP"><translation>Programs waited for memory for %1% of the last ten seconds.</translation></message>
+    <message id="PROCESS_COUNT" numerus="yes"><translation><numerusform>%n process</numerusform><numerusform>%n processes</numerusform></translation></message>
+    <message id="PROGRAMS_ESTIMATED"><translation>Estimates: what programs share counts for each of them.</translation></message>
+    <message id="PROGRAMS_EXACT"><translation>Exact shares where they can be read.</translation></message>
+    <message id="PROGRAMS_MOST"><translation>Programs that hold most</translation></message>
     <message id="Pictures"><translation>Pictures</translation></message>
     <message id="Please select some path to scan."><translation>Please select some path to scan.</translation></message>
     <message id="Preferences"><translation>Preferences</translation></message>
@@ -197,6 +223,7 @@
     <message id="Quick Clean…"><translation>Quick Clean…</translation></message>
     <message id="Quit"><translation>Quit</translation></message>
     <message id="Quit Brightsweep"><translation>Quit Brightsweep</translation></message>
+    <message id="READING_SHARES"><translation>Reading…</translation></message>
     <message id="REMOVAL_NO_LOCK"><translation>Whether something else is being removed cannot be told, so that nothing is removed now.</translation></message>
     <message id="REMOVAL_RUNS"><translation>Something is being removed already (%1, process %2). Wait until that has ended.</translation></message>
     <message id="RESTART"><translation>Restart</translation></message>
@@ -307,6 +334,7 @@
     <message id="a protected place"><translation>a protected place</translation></message>
     <message id="cannot be removed"><translation>cannot be removed</translation></message>
     <message id="changed since it was found"><translation>changed since it was found</translation></message>
+    <message id="clean memory"><translation>Clean Memory</translation></message>
     <message id="has a name that a login item cannot hold"><translation>has a name that a login item cannot hold</translation></message>
     <message id="has no trash on its volume"><translation>has no trash on its volume</translation></message>
     <message id="holds another volume"><translation>holds another volume</translation></message>

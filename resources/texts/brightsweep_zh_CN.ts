@@ -3,6 +3,7 @@
 <TS version="2.1" language="zh_CN">
 <context>
     <name></name>
+    <message id="%@ freed."><translation>已释放 %1。</translation></message>
     <message id="%@ is cleaned"><translation>已清理 %1</translation></message>
     <message id="%@ is mounted successfully!"><translation>%1 已成功挂载！</translation></message>
     <message id="%@ is unmounted successfully!"><translation>%1 已成功卸载！</translation></message>
@@ -15,6 +16,8 @@
     <message id="ABOUT_TEXT"><translation>找出占满磁盘的内容，在移除之前显示给您，并留意每个卷的可用空间。</translation></message>
     <message id="ABOUT_TITLE"><translation>关于 Brightsweep</translation></message>
     <message id="ABOUT_VERSION"><translation>版本 %1</translation></message>
+    <message id="AVAILABLE_BEFORE_AFTER"><translation>程序可用：之前 %1，现在 %2。文件将重新从磁盘读取。</translation></message>
+    <message id="AVAILABLE_UNCHANGED"><translation>程序可用：%1，与之前相同。文件将重新从磁盘读取。</translation></message>
     <message id="About"><translation>关于</translation></message>
     <message id="All"><translation>全部</translation></message>
     <message id="Archives"><translation>压缩文件</translation></message>
@@ -112,10 +115,10 @@
     <message id="Duplicates"><translation>重复文件</translation></message>
     <message id="EJECT"><translation>弹出 %1</translation></message>
     <message id="EMPTY_LOGIN_ITEMS"><translation>列出随会话启动的项目，并可添加或移除。</translation></message>
-    <message id="EMPTY_MEMORY"><translation>将程序不再使用的内存归还给需要它的程序。</translation></message>
     <message id="EMPTY_PREFERENCES"><translation>设置清理的内容、Brightsweep 何时发出警告以及如何启动。</translation></message>
     <message id="EMPTY_SCAN"><translation>查找缓存、日志、回收站和旧的下载内容，并在移除任何内容之前显示每一项。</translation></message>
     <message id="EMPTY_UNINSTALL"><translation>移除程序及其留下的设置、缓存和日志。</translation></message>
+    <message id="EXACT_SHARES"><translation>精确份额</translation></message>
     <message id="EXTERNAL_STORAGE"><translation>外部存储</translation></message>
     <message id="Eject All"><translation>全部弹出</translation></message>
     <message id="Ejecting…"><translation>正在弹出…</translation></message>
@@ -132,7 +135,6 @@
     <message id="FOUND_SO_FAR"><translation>目前已找到</translation></message>
     <message id="FREE_BEFORE_AFTER"><translation>可用空间：之前 %1，现在 %2。</translation></message>
     <message id="FREE_MEMORY"><translation>内存</translation></message>
-    <message id="FREE_MEMORY_NOW"><translation>释放内存</translation></message>
     <message id="FREE_OF"><translation>%1 可用，共 %2</translation></message>
     <message id="Fast Clean"><translation>快速清理</translation></message>
     <message id="Free Memory"><translation>释放内存</translation></message>
@@ -155,7 +157,22 @@
     <message id="LOW_SPACE_OF"><translation>%1：共 %3，可用 %2。</translation></message>
     <message id="Launch at login"><translation>登录时启动</translation></message>
     <message id="Login Items"><translation>登录项</translation></message>
+    <message id="MEMORY_ACTIVE"><translation>活跃</translation></message>
+    <message id="MEMORY_AVAILABLE"><translation>程序可用</translation></message>
+    <message id="MEMORY_CHART"><translation>内存图</translation></message>
+    <message id="MEMORY_COMPRESSED"><translation>已压缩</translation></message>
+    <message id="MEMORY_FILE_CACHE"><translation>文件缓存</translation></message>
+    <message id="MEMORY_FREE"><translation>空闲</translation></message>
+    <message id="MEMORY_INACTIVE"><translation>不活跃</translation></message>
+    <message id="MEMORY_NO_SWAP"><translation>无</translation></message>
     <message id="MEMORY_PARTS"><translation>空闲：%1，不活跃：%2</translation></message>
+    <message id="MEMORY_PRESSURE"><translation>内存压力</translation></message>
+    <message id="MEMORY_RELEASE_NOTE"><translation>归还系统用来存放文件副本的内存。程序占用的内存保持不变，需要时文件会重新从磁盘读取：不会因此变快。</translation></message>
+    <message id="MEMORY_SWAP"><translation>交换空间</translation></message>
+    <message id="MEMORY_SWAP_OF"><translation>%1 / %2</translation></message>
+    <message id="MEMORY_TOTAL"><translation>总计</translation></message>
+    <message id="MEMORY_USED"><translation>已用</translation></message>
+    <message id="MEMORY_WIRED"><translation>固定</translation></message>
     <message id="MENU"><translation>菜单</translation></message>
     <message id="MOVE_TO_TRASH"><translation>移到回收站</translation></message>
     <message id="Main Window"><translation>主窗口</translation></message>
@@ -168,6 +185,7 @@
     <message id="NETWOR_STORAGE"><translation>网络存储</translation></message>
     <message id="NO"><translation>否</translation></message>
     <message id="NOTHING_RELEASED"><translation>未能释放内存。</translation></message>
+    <message id="NOTHING_RELEASED_WHY"><translation>无法释放内存。系统可能只允许管理员这样做；日志中记录了释放工具遇到的情况。</translation></message>
     <message id="NOTHING_TO_CLEAN"><translation>没有可清理的内容</translation></message>
     <message id="NOTHING_TO_CLEAN_WHY"><translation>六个类别中都没有可以移除的内容。</translation></message>
     <message id="NOT_KNOWN"><translation>未知</translation></message>
@@ -186,6 +204,14 @@
     <message id="Others"><translation>其他</translation></message>
     <message id="PADLOCK"><translation>锁</translation></message>
     <message id="PARTLY_TICKED"><translation>部分选中</translation></message>
+    <message id="PRESSURE_HIGH"><translation>高</translation></message>
+    <message id="PRESSURE_NONE"><translation>无</translation></message>
+    <message id="PRESSURE_SOME"><translation>有一些</translation></message>
+    <message id="PRESSURE_TIP"><translation>过去十秒中有 %1% 的时间程序在等待内存。</translation></message>
+    <message id="PROCESS_COUNT" numerus="yes"><translation><numerusform>%n 个进程</numerusform></translation></message>
+    <message id="PROGRAMS_ESTIMATED"><translation>估计值：程序共享的部分在每个程序中都计入。</translation></message>
+    <message id="PROGRAMS_EXACT"><translation>可读取处为精确份额。</translation></message>
+    <message id="PROGRAMS_MOST"><translation>占用内存最多的程序</translation></message>
     <message id="Pictures"><translation>图片</translation></message>
     <message id="Please select some path to scan."><translation>请选择要扫描的路径。</translation></message>
     <message id="Preferences"><translation>偏好设置</translation></message>
@@ -197,6 +223,7 @@
     <message id="Quick Clean…"><translation>快速清理…</translation></message>
     <message id="Quit"><translation>退出</translation></message>
     <message id="Quit Brightsweep"><translation>退出 Brightsweep</translation></message>
+    <message id="READING_SHARES"><translation>正在读取…</translation></message>
     <message id="REMOVAL_NO_LOCK"><translation>无法判断是否有其他移除操作正在进行，因此现在不会移除任何内容。</translation></message>
     <message id="REMOVAL_RUNS"><translation>已有移除操作正在进行（%1，进程 %2）。请等待其结束。</translation></message>
     <message id="RESTART"><translation>重新启动</translation></message>
@@ -307,6 +334,7 @@
     <message id="a protected place"><translation>受保护的位置</translation></message>
     <message id="cannot be removed"><translation>无法移除</translation></message>
     <message id="changed since it was found"><translation>找到后已被更改</translation></message>
+    <message id="clean memory"><translation>清理内存</translation></message>
     <message id="has a name that a login item cannot hold"><translation>的名称无法写入登录项</translation></message>
     <message id="has no trash on its volume"><translation>所在卷没有回收站</translation></message>
     <message id="holds another volume"><translation>包含其他卷</translation></message>

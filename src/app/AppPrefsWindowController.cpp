@@ -6,6 +6,7 @@
 #include "diskusage/DiskUsageAppController.h"
 #include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/UserDefaults.h"
+#include "memory/CleanMemoryController.h"
 
 #include <memory>
 
@@ -106,6 +107,8 @@ void AppPrefsWindowController::setupToolbar() {
     makeCleanPage();
     makeDuplicatesPage();
     makeDiskUsagePage();
+    m_memoryView = std::make_unique<CleanMemoryController>(
+        CleanMemoryController::Surroundings{[] { return LicenceGate::isOpen(); }, nullptr});
     for (const Page &page : pageTable) {
         if (!page.atTheEnd)
             addPage(page);

@@ -6,6 +6,7 @@
 
 namespace brightsweep {
 
+class CleanMemoryController;
 class DiskUsageAppController;
 class NewMainViewController;
 class SameFileDeleteViewController;
@@ -33,6 +34,9 @@ public:
     /// The disk usage page; null before the window was first shown.
     DiskUsageAppController *diskUsageView() const { return m_diskUsageView.get(); }
 
+    /// The memory page; null before the window was first shown.
+    CleanMemoryController *memoryView() const { return m_memoryView.get(); }
+
     /// Copies the settings of the animation.
     void readAnimationSettings();
 
@@ -55,6 +59,7 @@ private:
     std::unique_ptr<NewMainViewController> m_v4MainView;
     std::unique_ptr<SameFileDeleteViewController> m_sameFileDeleteView;
     std::unique_ptr<DiskUsageAppController> m_diskUsageView;
+    std::unique_ptr<CleanMemoryController> m_memoryView;
 };
 
 } // namespace brightsweep

@@ -57,6 +57,7 @@ ApplicationViews::ApplicationViews(AppDelegate &delegate, CustomStatusItemView &
                 AppPrefsWindowController::sharedPrefsWindowController().sameFileDeleteView();
             acts.diskUsage =
                 AppPrefsWindowController::sharedPrefsWindowController().diskUsageView();
+            acts.memory = AppPrefsWindowController::sharedPrefsWindowController().memoryView();
             return makePanelPage(identifier, acts, page);
         });
     m_popup = std::make_unique<StatusPopup>(m_delegate.menu());

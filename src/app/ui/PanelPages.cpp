@@ -14,12 +14,11 @@
 #include "duplicates/ui/DuplicatesResultsPanel.h"
 #include "duplicates/ui/DuplicatesStartPanel.h"
 #include "foundation/Identity.h"
-#include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
+#include "memory/ui/MemoryPanel.h"
 #include "platform/Platform.h"
 #include "platform/StandardDirectories.h"
 #include "platform/Workspace.h"
-#include "volumes/VolumeNotifications.h"
 
 #include <QDir>
 #include <QStandardPaths>
@@ -58,10 +57,6 @@ void openApplications(const PanelActs &) {
     openFirst(folders);
 }
 
-void freeMemory(const PanelActs &) {
-    NotificationCenter::defaultCenter().post(cleanMemoryClickActionNotification);
-}
-
 void openAutostart(const PanelActs &) {
     const fs::path settings = environmentFolder("XDG_CONFIG_HOME", ".config");
     openFirst({settings / "autostart", "/etc/xdg/autostart", settings});
@@ -86,6 +81,10 @@ QWidget *makeDiskUsage(const PanelActs &acts, QWidget *parent) {
     return new Panel(*acts.diskUsage, parent);
 }
 
+QWidget *makeMemory(const PanelActs &acts, QWidget *parent) {
+    return new MemoryPanel(*acts.memory, parent);
+}
+
 QWidget *makeCleanResults(const PanelActs &acts, QWidget *parent) {
     auto *const results = new CleanResultsPanel(*acts.clean, parent);
     QObject::connect(results, &CleanResultsPanel::volumesRequested, results, acts.showVolumes);
@@ -104,8 +103,6 @@ struct EmptyPage {
 constexpr std::array emptyPages = {
     EmptyPage{"delete", "start_uninstall.png", QT_TRID_NOOP("EMPTY_UNINSTALL"),
               QT_TRID_NOOP("OPEN_APPLICATIONS"), openApplications},
-    EmptyPage{"memory", "start_memory.png", QT_TRID_NOOP("EMPTY_MEMORY"),
-              QT_TRID_NOOP("FREE_MEMORY_NOW"), freeMemory},
     EmptyPage{"login_items", "start_login_items.png", QT_TRID_NOOP("EMPTY_LOGIN_ITEMS"),
               QT_TRID_NOOP("OPEN_AUTOSTART"), openAutostart},
     EmptyPage{"preferences", "start_preferences.png", QT_TRID_NOOP("EMPTY_PREFERENCES"),
@@ -140,13 +137,14 @@ constexpr std::array panelMakers = {
     PanelMaker{"disk_usage", makeDiskUsage<DiskUsageStartPanel>},
     PanelMaker{"QC_DiskUsage", makeDiskUsage<DiskUsageProgressPanel>},
     PanelMaker{"DATA_DiskUsage", makeDiskUsage<DiskUsageResultsPanel>},
+    PanelMaker{"memory", makeMemory},
 };
 
 } // namespace
 
 QWidget *makePanelPage(const QString &identifier, const PanelActs &acts, QWidget *parent) {
     for (const PanelMaker &row : panelMakers) {
-        if (acts.clean && acts.duplicates && acts.diskUsage &&
+        if (acts.clean && acts.duplicates && acts.diskUsage && acts.memory &&
             identifier == QLatin1String(row.panel))
             return row.make(acts, parent);
     }

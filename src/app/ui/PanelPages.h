@@ -8,6 +8,7 @@ class QWidget;
 
 namespace brightsweep {
 
+class CleanMemoryController;
 class DiskUsageAppController;
 class NewMainViewController;
 class SameFileDeleteViewController;
@@ -18,6 +19,7 @@ struct PanelActs {
     NewMainViewController *clean = nullptr;             ///< the clean page's
     SameFileDeleteViewController *duplicates = nullptr; ///< the duplicates page's
     DiskUsageAppController *diskUsage = nullptr;        ///< the disk usage page's
+    CleanMemoryController *memory = nullptr;            ///< the memory page's
 };
 
 /// The page of a panel of the main window. Panels that have no page yet say what they are for.
