@@ -78,6 +78,9 @@ enum class Blocker {
 /// What a removal would do. Made by a dry run, shown, and then carried out exactly or not at all.
 struct RemovalPlan {
     InstalledApplication application;
+    /// Of one that is nothing but files: the item at its path, as it was found. Filled in by the
+    /// engine.
+    Leftover itself;
     /// What goes along because it cannot be without it: exact names.
     std::vector<std::string> also;
     /// Filled in by the engine; a source looks at the ticked ones of its own kinds only.

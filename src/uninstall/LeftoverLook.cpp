@@ -1,6 +1,8 @@
 #include "uninstall/LeftoverLook.h"
 
+#include "foundation/Log.h"
 #include "foundation/SaturatingSum.h"
+#include "linux/RemovalError.h"
 #include "platform/DirectoryWalk.h"
 #include "platform/MountsBelow.h"
 #include "platform/Platform.h"
@@ -118,6 +120,25 @@ bool hasLeftoverChanged(const Leftover &shown, const Leftover &now) {
            (now.entries > shown.entries ||
             (then.type == EntryType::File &&
              (then.size != now.seen.size || then.modified != now.seen.modified)));
+}
+
+RemovalOutcome removeAsShown(ItemRemoval &removal, const Leftover &shown,
+                             const std::atomic<bool> *stop) {
+    const auto item = removal.reach(shown.target);
+    if (!item && item.error() == std::errc::no_such_file_or_directory)
+        return {true, {}, {}, false, false};
+    if (item && !item->refusal) {
+        const auto now = lookAtLeftover(shown.target, shown.kind, {}, {stop});
+        if (stop && *stop)
+            return {false, make_error_code(std::errc::operation_canceled), {}, false, false};
+        Leftover reached = shown;
+        reached.seen = item->attributes;
+        if (!now || hasLeftoverChanged(shown, *now) || hasLeftoverChanged(shown, reached)) {
+            NSLog("Not removed, for it has changed: %@", shown.path);
+            return {false, RemovalError::Changed, {}, false, false};
+        }
+    }
+    return removal.remove(shown.target, item);
 }
 
 } // namespace brightsweep

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ApplicationSource.h"
+#include "removal/ItemRemoval.h"
 
 #include <atomic>
 #include <optional>
@@ -29,5 +30,10 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
 /// True where `now` is another object than the one that was shown, or a folder that has gained
 /// something since. A cache may gain as it likes.
 bool hasLeftoverChanged(const Leftover &shown, const Leftover &now);
+
+/// Removes an item that was shown, unless it has changed since: RemovalError::Changed. One that has
+/// gone by itself counts as removed. Part of the removal run that is under way.
+RemovalOutcome removeAsShown(ItemRemoval &removal, const Leftover &shown,
+                             const std::atomic<bool> *stop = nullptr);
 
 } // namespace brightsweep

@@ -5,6 +5,7 @@
 #include "platform/Platform.h"
 #include "platform/StandardDirectories.h"
 #include "removal/NvAuthorization.h"
+#include "uninstall/LeftoverLook.h"
 #include "uninstall/LeftoverRules.h"
 
 #include <string>
@@ -42,29 +43,46 @@ std::vector<fs::path> UninstallApp::getFilesByBundle(const QString &bundleID,
 }
 
 bool UninstallApp::uninstallApp(const AppItems &item) {
-    std::vector<fs::path> leftovers;
-    if (!item.bundleID.isEmpty())
-        leftovers = getFilesByBundle(item.bundleID, leftoverFolders());
+    std::vector<fs::path> places;
     const std::string id = item.bundleID.toStdString();
-    std::erase_if(leftovers, [&](const fs::path &leftover) {
+    if (!id.empty())
+        places = getFilesByBundle(item.bundleID, leftoverFolders());
+    std::erase_if(places, [&](const fs::path &leftover) {
         return !LeftoverRules::isTickedForBundle(paths::lastComponent(leftover), id);
     });
-    return uninstallApp(item, std::move(leftovers));
+    places.push_back(item.path);
+    std::vector<Leftover> found;
+    for (const auto &path : places) {
+        const auto target = NvAuthorization::targetOf(path);
+        if (!target) {
+            m_stayed = path;
+            m_outcome = {false, target.error(), {}, false, false};
+            return false;
+        }
+        Leftover leftover;
+        if (auto seen = lookAtLeftover(*target, LeftoverKind::Data, {}, {m_stop}))
+            leftover = *std::move(seen);
+        leftover.path = path;
+        leftover.target = *target;
+        found.push_back(std::move(leftover));
+    }
+    const Leftover bundle = std::move(found.back());
+    found.pop_back();
+    return uninstallApp(item.bundleID, std::move(found), bundle);
 }
 
-bool UninstallApp::uninstallApp(const AppItems &item, std::vector<fs::path> leftovers) {
-    NSLog("Del App Name:%@  Path:%@", item.bundleID, item.path);
-    if (item.bundleID.isEmpty())
+bool UninstallApp::uninstallApp(const QString &bundleID, std::vector<Leftover> leftovers,
+                                const Leftover &bundle) {
+    NSLog("Del App Name:%@  Path:%@", bundleID, bundle.path);
+    if (bundleID.isEmpty())
         leftovers.clear();
-    leftovers.push_back(item.path);
-    for (const auto &path : leftovers) {
-        const auto target = NvAuthorization::targetOf(path);
-        m_outcome = target ? ItemRemoval(m_stop).remove(*target)
-                           : RemovalOutcome{false, target.error(), {}, false, false};
-        // One that had gone before has gone.
-        if (m_outcome.removed || m_outcome.error == std::errc::no_such_file_or_directory)
+    leftovers.push_back(bundle);
+    for (const Leftover &leftover : leftovers) {
+        ItemRemoval removal(m_stop);
+        m_outcome = removeAsShown(removal, leftover, m_stop);
+        if (m_outcome.removed)
             continue;
-        m_stayed = path;
+        m_stayed = leftover.path;
         return false;
     }
     return true;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/ApplicationSource.h"
 #include "removal/ItemRemoval.h"
 #include "uninstall/AppItems.h"
 
@@ -33,8 +34,9 @@ public:
     /// and leaves all after it, so that the bundle outlives a leftover that cannot go. A bundle
     /// without an id leaves nothing.
     bool uninstallApp(const AppItems &item);
-    /// The same with the leftovers that the user chose.
-    bool uninstallApp(const AppItems &item, std::vector<std::filesystem::path> leftovers);
+    /// The same with the leftovers that the user chose, all as they were shown.
+    bool uninstallApp(const QString &bundleID, std::vector<Leftover> leftovers,
+                      const Leftover &bundle);
 
     /// After a removal that returned false: what stayed, and why.
     const std::filesystem::path &stayed() const { return m_stayed; }

@@ -25,6 +25,9 @@ public:
     std::vector<std::string> runningOf(const std::vector<InstalledApplication> &) override {
         return running;
     }
+    bool isPlainFiles() const override {
+        return m_kind == ApplicationKind::AppImage || m_kind == ApplicationKind::Folder;
+    }
     RemovalPlan plan(const InstalledApplication &application) override {
         planned.push_back(application.key);
         RemovalPlan plan;

@@ -1,8 +1,10 @@
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
+#include "removal/NvAuthorization.h"
 #include "support/FaultPlatform.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
+#include "uninstall/LeftoverLook.h"
 #include "uninstall/UninstallApp.h"
 
 #include <gtest/gtest.h>
@@ -33,6 +35,11 @@ protected:
     }
     ~BundleRemoval() override { Platform::setCurrent(makeNullPlatform("at the end")); }
 
+    Leftover shown(std::string_view path) {
+        return *lookAtLeftover(*NvAuthorization::targetOf(m_tree.path(path)), LeftoverKind::Data,
+                               {});
+    }
+
     TestTree m_tree{TestEnvironment::current().root()};
     AppItems m_item;
 };
@@ -57,7 +64,8 @@ TEST_F(BundleRemoval, TakesWhatIsCalledLikeItAndNothingElse) {
 TEST_F(BundleRemoval, TakesTheBundleAloneWhereItHasNoId) {
     m_item.bundleID = QString();
     const auto before = m_tree.snapshot("home/.config");
-    EXPECT_TRUE(UninstallApp().uninstallApp(m_item, {m_tree.path("home/.config/other")}));
+    const Leftover other = shown("home/.config/other");
+    EXPECT_TRUE(UninstallApp().uninstallApp({}, {other}, shown("home/Applications/Editor.app")));
     EXPECT_FALSE(m_tree.exists("home/Applications/Editor.app"));
     EXPECT_EQ(m_tree.snapshot("home/.config"), before);
 }
@@ -70,12 +78,14 @@ TEST_F(BundleRemoval, LeavesTheBundleWhereALeftoverStays) {
                    : std::error_code();
     });
     UninstallApp removal;
-    const std::vector<std::filesystem::path> leftovers = {
-        m_tree.path("home/.cache/com.example.editor"), m_tree.path("home/.cache/gone meanwhile"),
-        m_tree.path("home/.config/com.example.editor.plist"),
-        m_tree.path("home/.local/share/com.example.editor")};
-    EXPECT_FALSE(removal.uninstallApp(m_item, leftovers));
-    EXPECT_EQ(removal.stayed(), leftovers[2]);
+    const std::vector<Leftover> leftovers = {shown("home/.cache/com.example.editor"),
+                                             shown("home/.cache/com.example.editor.plist"),
+                                             shown("home/.config/com.example.editor.plist"),
+                                             shown("home/.local/share/com.example.editor")};
+    std::filesystem::remove(leftovers[1].path);
+    EXPECT_FALSE(
+        removal.uninstallApp(m_item.bundleID, leftovers, shown("home/Applications/Editor.app")));
+    EXPECT_EQ(removal.stayed(), leftovers[2].path);
     EXPECT_EQ(removal.outcome().error, std::errc::io_error);
     EXPECT_FALSE(m_tree.exists("home/.cache/com.example.editor"));
     EXPECT_TRUE(m_tree.exists("home/.local/share/com.example.editor"));

@@ -1,0 +1,98 @@
+#include "uninstall/RemovalPlanner.h"
+
+#include "foundation/Identity.h"
+#include "foundation/PathBytes.h"
+#include "linux/RemovalError.h"
+#include "platform/FileHolders.h"
+#include "platform/Platform.h"
+#include "removal/NvAuthorization.h"
+#include "uninstall/LeftoverLook.h"
+
+#include <algorithm>
+#include <set>
+
+namespace brightsweep {
+
+namespace {
+
+void block(RemovalPlan &plan, Blocker blocker, std::string reason) {
+    plan.blocker = blocker;
+    plan.reason = std::move(reason);
+}
+
+// What one that is nothing but files is, and whether it could go.
+void lookAtItself(RemovalPlan &plan, const std::atomic<bool> *stop) {
+    const auto target = NvAuthorization::targetOf(plan.application.path);
+    if (!target)
+        return block(plan, Blocker::Gone, target.error().message());
+    auto itself = lookAtLeftover(*target, LeftoverKind::Data, {}, {stop});
+    if (itself) {
+        plan.itself = *std::move(itself);
+        const auto item = Platform::current().files->openItem(*target);
+        if (item && item->refusal)
+            block(plan, Blocker::Unsupported, item->refusal.message());
+        return;
+    }
+    const auto item = Platform::current().files->openItem(*target);
+    if (!item)
+        block(plan, Blocker::Gone, item.error().message());
+    else if (item->refusal)
+        block(plan, Blocker::Unsupported, item->refusal.message());
+    else
+        block(plan, Blocker::Gone, {});
+}
+
+std::vector<std::string> programsRunningIn(const std::filesystem::path &folder) {
+    std::set<std::string> programs;
+    for (const HeldFile &held : Platform::current().holders->heldFiles()) {
+        if (paths::isSameOrBelow(held.path, folder.native()))
+            programs.insert(held.program);
+    }
+    return {programs.begin(), programs.end()};
+}
+
+} // namespace
+
+ApplicationSource *sourceOf(ApplicationKind kind) {
+    for (const auto &source : Platform::current().applications) {
+        if (source->kind() == kind)
+            return source.get();
+    }
+    return nullptr;
+}
+
+bool isPlainFiles(const InstalledApplication &application) {
+    const ApplicationSource *source = sourceOf(application.kind);
+    return source ? source->isPlainFiles() : application.kind == ApplicationKind::Bundle;
+}
+
+bool takesRights(const RemovalPlan &plan) {
+    return plan.blocker == Blocker::None && plan.application.kind == ApplicationKind::Package &&
+           !plan.application.userOwned;
+}
+
+RemovalPlanner::RemovalPlanner(std::vector<InstalledApplication> installed)
+    : m_leftovers(std::move(installed)) {}
+
+RemovalPlan RemovalPlanner::planOf(const InstalledApplication &application,
+                                   const std::atomic<bool> *stop) const {
+    RemovalPlan plan;
+    if (ApplicationSource *source = sourceOf(application.kind))
+        plan = source->plan(application);
+    else if (application.kind != ApplicationKind::Bundle)
+        block(plan, Blocker::Unsupported, "nothing on this machine can remove it");
+    plan.application = application;
+    // This program refuses to take its own version away; any other one goes like any application.
+    if (application.desktopId() == bundleIdentifier && application.version == programVersion)
+        block(plan, Blocker::NeededByUs, "this is the program that you are using");
+    if (isPlainFiles(application)) {
+        if (plan.running.empty())
+            plan.running = programsRunningIn(application.path);
+        if (plan.blocker == Blocker::None)
+            lookAtItself(plan, stop);
+    }
+    plan.leftovers = m_leftovers.of(plan, stop);
+    return plan;
+}
+
+} // namespace brightsweep

@@ -1,0 +1,242 @@
+#include "uninstall/Uninstallation.h"
+
+#include "foundation/Log.h"
+#include "foundation/PathBytes.h"
+#include "foundation/Paths.h"
+#include "linux/RemovalError.h"
+#include "platform/Platform.h"
+#include "removal/NvAuthorization.h"
+#include "uninstall/FolderNames.h"
+#include "uninstall/LeftoverLook.h"
+#include "uninstall/RemovalPlanner.h"
+#include "uninstall/UninstallApp.h"
+
+#include <algorithm>
+#include <set>
+
+namespace brightsweep {
+
+namespace {
+
+std::set<std::string> setOf(const RemovalPlan &plan) {
+    std::set<std::string> names(plan.also.begin(), plan.also.end());
+    names.insert(plan.application.key);
+    return names;
+}
+
+bool overlaps(const std::set<std::string> &one, const std::set<std::string> &other) {
+    return std::any_of(one.begin(), one.end(),
+                       [&](const std::string &name) { return other.contains(name); });
+}
+
+// Packages alone have sets.
+bool isMerged(const RemovalPlan &plan) {
+    return plan.blocker == Blocker::None && plan.application.kind == ApplicationKind::Package;
+}
+
+std::string wordsOf(const RemovalOutcome &outcome) {
+    return outcome.words.empty() ? outcome.error.message() : outcome.words;
+}
+
+} // namespace
+
+bool Uninstallation::Record::isWhole() const {
+    return outcome == UninstallOutcome::Removed &&
+           std::all_of(items.begin(), items.end(), [](const Item &item) { return item.removed; });
+}
+
+bool Uninstallation::Record::isOpen() const {
+    if (plan.blocker != Blocker::None)
+        return false;
+    return !isTried || outcome == UninstallOutcome::NeedsRights ||
+           (outcome == UninstallOutcome::Removed &&
+            std::any_of(items.begin(), items.end(),
+                        [](const Item &item) { return !item.removed && item.neededRights; }));
+}
+
+Uninstallation::Uninstallation(std::vector<RemovalPlan> plans) {
+    for (RemovalPlan &plan : plans) {
+        Record record;
+        if (plan.blocker != Blocker::None)
+            record.message = plan.reason;
+        record.plan = std::move(plan);
+        m_records.push_back(std::move(record));
+    }
+    mergeSets();
+}
+
+// Sets that overlap go as one. A union of sets that nothing outside depends on is such a set again.
+void Uninstallation::mergeSets() {
+    std::vector<std::set<std::string>> sets;
+    for (std::size_t i = 0; i < m_records.size(); ++i) {
+        m_leaders.push_back(i);
+        sets.push_back(isMerged(m_records[i].plan) ? setOf(m_records[i].plan)
+                                                   : std::set<std::string>());
+    }
+    for (std::size_t i = 0; i < sets.size(); ++i) {
+        for (std::size_t j = 0; j < sets.size(); ++j) {
+            if (i == j || !overlaps(sets[i], sets[j]))
+                continue;
+            sets[i].merge(sets[j]);
+            sets[j].clear();
+            std::replace(m_leaders.begin(), m_leaders.end(), j, i);
+            j = std::size_t(-1); // the larger one may overlap what it did not before
+        }
+    }
+    for (std::size_t i = 0; i < m_records.size(); ++i) {
+        RemovalPlan plan = m_records[i].plan;
+        if (m_leaders[i] != i && !plan.purge)
+            continue;
+        auto names = sets[m_leaders[i]];
+        names.erase(plan.application.key);
+        if (isMerged(plan))
+            plan.also.assign(names.begin(), names.end());
+        m_sets[m_leaders[i]] = std::move(plan);
+    }
+}
+
+bool Uninstallation::isOpen() const {
+    return std::any_of(m_records.begin(), m_records.end(),
+                       [](const Record &record) { return record.isOpen(); });
+}
+
+bool Uninstallation::run(RemovalRun &run) {
+    const RemovalRun::Busy busy(run);
+    m_stop = &run.stopFlag();
+    m_results.clear();
+    for (Record &record : m_records) {
+        if (!record.isOpen() || *m_stop)
+            continue;
+        if (m_progress)
+            m_progress(record.plan.application);
+        removeApplication(record);
+        record.isTried = true;
+        if (!record.isWhole())
+            NSLog("uninstall can not work! %@: %@", record.plan.application.key, record.message);
+    }
+    return std::all_of(m_records.begin(), m_records.end(),
+                       [](const Record &record) { return record.isWhole(); });
+}
+
+void Uninstallation::removeApplication(Record &record) {
+    const InstalledApplication &application = record.plan.application;
+    // What is left of a first attempt is its leftovers.
+    if (record.isTried && record.outcome == UninstallOutcome::Removed)
+        return removeLeftovers(record);
+    if (application.kind == ApplicationKind::Bundle)
+        return removeBundle(record);
+    if (isPlainFiles(application)) {
+        removeFiles(record);
+    } else {
+        const RemovalResult result = removeSet(m_leaders[std::size_t(&record - m_records.data())]);
+        record.outcome = result.outcome;
+        record.message = result.message;
+    }
+    if (record.outcome == UninstallOutcome::Removed)
+        removeLeftovers(record);
+}
+
+// Once in a run: a set that failed is not tried again for the next of its applications.
+RemovalResult Uninstallation::removeSet(std::size_t leader) {
+    const auto [result, isNew] = m_results.try_emplace(leader);
+    ApplicationSource *source = sourceOf(m_sets[leader].application.kind);
+    if (isNew && source) {
+        const auto rights = NvAuthorization::shareNvAuthorization().getAuthorizationRet();
+        result->second = source->remove(m_sets[leader], rights ? &rights->token : nullptr);
+    }
+    return result->second;
+}
+
+void Uninstallation::removeBundle(Record &record) {
+    std::vector<Leftover> ticked;
+    for (const Leftover &leftover : record.plan.leftovers) {
+        if (leftover.ticked)
+            ticked.push_back(leftover);
+    }
+    UninstallApp removal(m_stop);
+    const auto id = QString::fromStdString(record.plan.application.desktopId());
+    const bool isGone = removal.uninstallApp(id, ticked, record.plan.itself);
+    record.items.clear();
+    record.outcome = isGone                           ? UninstallOutcome::Removed
+                     : removal.outcome().neededRights ? UninstallOutcome::NeedsRights
+                                                      : UninstallOutcome::Failed;
+    record.message = isGone ? std::string() : wordsOf(removal.outcome());
+    ticked.push_back(record.plan.itself);
+    for (const Leftover &leftover : ticked) {
+        const bool stays = !isGone && leftover.path == removal.stayed();
+        record.items.push_back({leftover.path, leftover.bytes, !stays,
+                                stays ? record.message : std::string(),
+                                stays && removal.outcome().neededRights});
+        if (stays)
+            break;
+    }
+}
+
+void Uninstallation::removeFiles(Record &record) {
+    const std::filesystem::path &path = record.plan.application.path;
+    std::vector<std::filesystem::path> kept;
+    for (const Leftover &leftover : record.plan.leftovers) {
+        if (!leftover.ticked && leftover.path != path &&
+            paths::isSameOrBelow(leftover.path.native(), path.native()))
+            kept.push_back(leftover.path);
+    }
+    record.items.clear();
+    const bool isGone =
+        kept.empty() ? removeItem(record, record.plan.itself) : removeFolder(record, kept);
+    record.outcome = isGone ? UninstallOutcome::Removed : UninstallOutcome::Failed;
+    for (const Item &item : record.items) {
+        if (item.removed)
+            continue;
+        record.message = item.error;
+        record.outcome =
+            item.neededRights ? UninstallOutcome::NeedsRights : UninstallOutcome::Failed;
+        break;
+    }
+}
+
+// Everything in it but what is kept; the folder stays for that.
+bool Uninstallation::removeFolder(Record &record, const std::vector<std::filesystem::path> &kept) {
+    const auto root = Platform::current().files->rememberRoot(record.plan.application.path);
+    const FileAttributes &seen = record.plan.itself.seen;
+    if (!root || root->device != seen.device || root->inode != seen.inode) {
+        const auto error = root ? make_error_code(RemovalError::Changed) : root.error();
+        record.items.push_back({record.plan.application.path, 0, false, error.message(), false});
+        return false;
+    }
+    bool isGone = true;
+    for (const std::string &name : namesInFolder(*root)) {
+        const auto isKept = [&](const std::filesystem::path &path) {
+            return path.filename() == name;
+        };
+        if (std::any_of(kept.begin(), kept.end(), isKept))
+            continue;
+        const auto now = lookAtLeftover({*root, name}, LeftoverKind::Data, {}, {m_stop});
+        isGone = now && removeItem(record, *now) && isGone;
+    }
+    return isGone;
+}
+
+void Uninstallation::removeLeftovers(Record &record) {
+    for (const Leftover &leftover : record.plan.leftovers) {
+        const auto before =
+            std::find_if(record.items.begin(), record.items.end(),
+                         [&](const Item &item) { return item.path == leftover.path; });
+        const bool wasTried = before != record.items.end();
+        if (!leftover.ticked || *m_stop || (wasTried && (before->removed || !before->neededRights)))
+            continue;
+        if (wasTried)
+            record.items.erase(before);
+        removeItem(record, leftover);
+    }
+}
+
+bool Uninstallation::removeItem(Record &record, const Leftover &item) {
+    ItemRemoval removal(m_stop);
+    const RemovalOutcome outcome = removeAsShown(removal, item, m_stop);
+    record.items.push_back({item.path, item.bytes, outcome.removed,
+                            outcome.removed ? std::string() : wordsOf(outcome),
+                            outcome.neededRights});
+    return outcome.removed;
+}
+
+} // namespace brightsweep

@@ -1,0 +1,194 @@
+#include "uninstall/Uninstallation.h"
+#include "foundation/Identity.h"
+#include "platform/Platform.h"
+#include "removal/FakeRights.h"
+#include "removal/NvAuthorization.h"
+#include "support/FakeApplicationSource.h"
+#include "support/TestEnvironment.h"
+#include "support/TestTree.h"
+#include "uninstall/RemovalPlanner.h"
+
+#include <gtest/gtest.h>
+
+namespace brightsweep {
+namespace {
+
+using namespace test;
+
+class UninstallationTest : public testing::Test {
+protected:
+    UninstallationTest() {
+        auto &applications = Platform::current().applications;
+        applications.clear();
+        for (const auto kind : {ApplicationKind::Package, ApplicationKind::Folder}) {
+            auto source = std::make_unique<FakeApplicationSource>(kind);
+            (kind == ApplicationKind::Package ? packages : folders) = source.get();
+            applications.push_back(std::move(source));
+        }
+        FakeRights::install();
+    }
+    ~UninstallationTest() override { NvAuthorization::shareNvAuthorization().freeAuthorization(); }
+
+    InstalledApplication package(const std::string &name) {
+        home.file(".config/" + name + "/settings");
+        home.file(".local/share/" + name + "/data");
+        InstalledApplication application;
+        application.key = application.name = name;
+        packages->installed.push_back(application);
+        return application;
+    }
+    std::vector<RemovalPlan> plans() {
+        const RemovalPlanner planner(packages->installed);
+        std::vector<RemovalPlan> all;
+        for (const auto &application : packages->installed)
+            all.push_back(planner.planOf(application));
+        return all;
+    }
+    static bool run(Uninstallation &removal) { return removal.run(*RemovalRun::begin("test").run); }
+
+    TestTree home{TestEnvironment::current().home()};
+    FakeApplicationSource *packages = nullptr;
+    FakeApplicationSource *folders = nullptr;
+};
+
+TEST_F(UninstallationTest, SettingsGoAfterTheApplicationAndOnlyIfItWent) {
+    for (const char *name : {"goes", "locked", "script", "dismissed", "essential"})
+        package(name);
+    packages->adjust = [](RemovalPlan &plan) {
+        if (plan.application.key == "essential")
+            plan.blocker = Blocker::Essential;
+    };
+    packages->answer = [&](const RemovalPlan &plan) -> RemovalResult {
+        const std::string &key = plan.application.key;
+        EXPECT_TRUE(home.exists(".config/" + key + "/settings")) << "before it was gone";
+        if (key == "script" || key == "dismissed")
+            return {
+                key == "script" ? UninstallOutcome::Failed : UninstallOutcome::Dismissed, key, {}};
+        if (key == "locked" && packages->tokens.back() == RightsToken{})
+            return {UninstallOutcome::NeedsRights, key, {}};
+        return {UninstallOutcome::Removed, {}, {key}};
+    };
+    const auto shown = plans();
+    EXPECT_TRUE(takesRights(shown[0]));
+    Uninstallation removal(shown);
+    EXPECT_FALSE(run(removal));
+    EXPECT_EQ(packages->removals.size(), 4u);
+    EXPECT_TRUE(removal.isOpen());
+    EXPECT_FALSE(home.exists(".config/goes"));
+    EXPECT_TRUE(home.exists(".local/share/goes/data")) << "unticked";
+    for (const char *name : {"locked", "script", "dismissed", "essential"})
+        EXPECT_TRUE(home.exists(std::string(".config/") + name + "/settings")) << name;
+
+    ASSERT_TRUE(NvAuthorization::shareNvAuthorization().allocAuthorization());
+    EXPECT_FALSE(run(removal));
+    EXPECT_EQ(packages->removals.size(), 5u) << "nothing but what lacked rights is tried again";
+    EXPECT_FALSE(home.exists(".config/locked"));
+    EXPECT_FALSE(removal.isOpen());
+    EXPECT_EQ(removal.records()[2].message, "script");
+}
+
+TEST_F(UninstallationTest, SetsThatOverlapGoAsOne) {
+    for (const char *name : {"one", "two", "three", "apart"})
+        package(name);
+    packages->adjust = [](RemovalPlan &plan) {
+        plan.also = {plan.application.key == "apart" ? "library" : "with-" + plan.application.key};
+        if (plan.application.key == "two")
+            plan.also = {"one", "with-three"};
+    };
+    Uninstallation removal(plans());
+    EXPECT_TRUE(run(removal));
+    ASSERT_EQ(packages->removals.size(), 2u);
+    EXPECT_EQ(packages->removals[0].also.size(), 4u);
+    EXPECT_EQ(packages->removals[1].also, std::vector<std::string>{"library"});
+    for (const char *name : {"one", "two", "three", "apart"})
+        EXPECT_FALSE(home.exists(std::string(".config/") + name)) << name;
+}
+
+TEST_F(UninstallationTest, LeftoversGoOnlyAsTheyWereShown) {
+    package("painter");
+    home.file(".cache/painter/a");
+    home.link(".config/painter.conf", home.file("dotfiles/painter.conf"));
+    auto shown = plans();
+    for (Leftover &leftover : shown.front().leftovers)
+        leftover.ticked = true;
+    home.file(".config/painter/letter.odt");
+    std::filesystem::remove_all(home.path(".cache/painter"));
+    Uninstallation removal(shown);
+    EXPECT_FALSE(run(removal));
+    EXPECT_TRUE(home.exists(".config/painter/settings")) << "it has gained a document since";
+    EXPECT_FALSE(home.exists(".config/painter.conf"));
+    EXPECT_TRUE(home.exists("dotfiles/painter.conf"));
+    EXPECT_FALSE(home.exists(".local/share/painter"));
+    EXPECT_EQ(removal.records().front().outcome, UninstallOutcome::Removed);
+    EXPECT_FALSE(removal.isOpen());
+}
+
+TEST_F(UninstallationTest, AFolderKeepsWhatItsProgramWroteUnlessThatIsTicked) {
+    InstalledApplication game;
+    game.kind = ApplicationKind::Folder;
+    game.path = game.key = home.directory("Applications/Game");
+    game.installed = 1'000'000'000;
+    const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::hours(300'000);
+    for (const char *file : {"Applications/Game/bin/game", "Applications/Game/assets/big"})
+        std::filesystem::last_write_time(home.file(file), old);
+    home.file("Applications/Game/saves/1");
+    RemovalPlan plan = RemovalPlanner({game}).planOf(game);
+    Uninstallation first({plan});
+    EXPECT_TRUE(run(first));
+    EXPECT_FALSE(home.exists("Applications/Game/bin") || home.exists("Applications/Game/assets"));
+    EXPECT_TRUE(home.exists("Applications/Game/saves/1"));
+
+    plan = RemovalPlanner({game}).planOf(game);
+    for (Leftover &leftover : plan.leftovers)
+        leftover.ticked = true;
+    Uninstallation second({plan});
+    EXPECT_TRUE(run(second));
+    EXPECT_FALSE(home.exists("Applications/Game"));
+    EXPECT_TRUE(folders->removals.empty());
+}
+
+TEST_F(UninstallationTest, ABundleGoesAfterItsLeftoversAndStaysWithThem) {
+    InstalledApplication bundle;
+    bundle.kind = ApplicationKind::Bundle;
+    bundle.path = bundle.key = home.directory("Applications/E.app");
+    bundle.ids = {"com.example.editor"};
+    home.file(".config/com.example.editor.plist");
+    home.file(".local/share/com.example.editor/x");
+    RemovalPlan plan = RemovalPlanner({bundle}).planOf(bundle);
+    home.file(".local/share/com.example.editor/y");
+    Uninstallation changed({plan});
+    EXPECT_FALSE(run(changed));
+    EXPECT_TRUE(home.exists("Applications/E.app"));
+    EXPECT_TRUE(home.exists(".config/com.example.editor.plist"));
+    plan = RemovalPlanner({bundle}).planOf(bundle);
+    Uninstallation removal({plan});
+    EXPECT_TRUE(run(removal));
+    EXPECT_FALSE(home.exists("Applications/E.app") ||
+                 home.exists(".config/com.example.editor.plist"));
+}
+
+TEST_F(UninstallationTest, OwnVersionAndProtectedPlacesAreBlocked) {
+    InstalledApplication own;
+    own.kind = ApplicationKind::Folder;
+    own.path = home.directory("Applications/Own");
+    own.ids = {bundleIdentifier};
+    own.version = programVersion;
+    InstalledApplication other = own;
+    other.version = "3.9";
+    InstalledApplication wide = own;
+    wide.ids = {"org.example.wide"};
+    wide.path = home.top();
+    InstalledApplication gone = wide;
+    gone.path = home.path("Applications/Gone");
+    const RemovalPlanner planner({});
+    EXPECT_EQ(planner.planOf(own).blocker, Blocker::NeededByUs);
+    EXPECT_EQ(planner.planOf(other).blocker, Blocker::None);
+    EXPECT_EQ(planner.planOf(wide).blocker, Blocker::Unsupported);
+    EXPECT_EQ(planner.planOf(gone).blocker, Blocker::Gone);
+    Uninstallation removal({planner.planOf(own), planner.planOf(wide)});
+    EXPECT_FALSE(run(removal));
+    EXPECT_TRUE(home.exists("Applications/Own"));
+}
+
+} // namespace
+} // namespace brightsweep
