@@ -336,6 +336,7 @@
     <message id="changed since it was found"><translation>seit dem Fund geändert</translation></message>
     <message id="clean memory"><translation>Speicher freigeben</translation></message>
     <message id="has a name that a login item cannot hold"><translation>hat einen Namen, der nicht in einem Anmeldeobjekt stehen kann</translation></message>
+    <message id="has an entry of your own in its place"><translation>hat einen Eintrag von Ihnen an seiner Stelle</translation></message>
     <message id="has no trash on its volume"><translation>hat auf seinem Datenträger keinen Papierkorb</translation></message>
     <message id="holds another volume"><translation>enthält einen anderen Datenträger</translation></message>
     <message id="is a link to something that is not your own file in your home"><translation>ist eine Verknüpfung mit etwas, das nicht Ihre eigene Datei in Ihrem persönlichen Ordner ist</translation></message>
@@ -358,7 +359,6 @@
     <message id="the copy that stays has other contents"><translation>die Kopie, die bleibt, hat anderen Inhalt</translation></message>
     <message id="the copy that stays is this very file"><translation>die Kopie, die bleibt, ist dieselbe Datei</translation></message>
     <message id="the mount table cannot be read"><translation>die Einhängetabelle ist nicht lesbar</translation></message>
-    <message id="was switched off by another program"><translation>wurde von einem anderen Programm ausgeschaltet</translation></message>
     <message id="without it the system's own entry would start; hide it instead"><translation>ohne ihn würde der Eintrag des Systems starten; blenden Sie ihn stattdessen aus</translation></message>
 </context>
 </TS>

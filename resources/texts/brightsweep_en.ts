@@ -336,6 +336,7 @@
     <message id="changed since it was found"><translation>changed since it was found</translation></message>
     <message id="clean memory"><translation>Clean Memory</translation></message>
     <message id="has a name that a login item cannot hold"><translation>has a name that a login item cannot hold</translation></message>
+    <message id="has an entry of your own in its place"><translation>has an entry of your own in its place</translation></message>
     <message id="has no trash on its volume"><translation>has no trash on its volume</translation></message>
     <message id="holds another volume"><translation>holds another volume</translation></message>
     <message id="is a link to something that is not your own file in your home"><translation>is a link to something that is not your own file in your home</translation></message>
@@ -358,7 +359,6 @@
     <message id="the copy that stays has other contents"><translation>the copy that stays has other contents</translation></message>
     <message id="the copy that stays is this very file"><translation>the copy that stays is this very file</translation></message>
     <message id="the mount table cannot be read"><translation>the mount table cannot be read</translation></message>
-    <message id="was switched off by another program"><translation>was switched off by another program</translation></message>
     <message id="without it the system's own entry would start; hide it instead"><translation>without it the system's own entry would start; hide it instead</translation></message>
 </context>
 </TS>

@@ -336,6 +336,7 @@
     <message id="changed since it was found"><translation>找到后已被更改</translation></message>
     <message id="clean memory"><translation>清理内存</translation></message>
     <message id="has a name that a login item cannot hold"><translation>的名称无法写入登录项</translation></message>
+    <message id="has an entry of your own in its place"><translation>已被您自己的项目取代</translation></message>
     <message id="has no trash on its volume"><translation>所在卷没有回收站</translation></message>
     <message id="holds another volume"><translation>包含其他卷</translation></message>
     <message id="is a link to something that is not your own file in your home"><translation>是一个链接，指向的不是主文件夹中属于您的文件</translation></message>
@@ -358,7 +359,6 @@
     <message id="the copy that stays has other contents"><translation>要保留的副本内容不同</translation></message>
     <message id="the copy that stays is this very file"><translation>要保留的副本就是这个文件</translation></message>
     <message id="the mount table cannot be read"><translation>无法读取挂载表</translation></message>
-    <message id="was switched off by another program"><translation>已被其他程序关闭</translation></message>
     <message id="without it the system's own entry would start; hide it instead"><translation>没有它，系统自带的项目就会启动；请改为隐藏它</translation></message>
 </context>
 </TS>

@@ -127,6 +127,28 @@ void clearLeftovers(const std::filesystem::path &folder) {
     ::closedir(entries);
 }
 
+// Writes beside the target; `place` gives the whole file its name.
+template <typename Place>
+std::error_code write(const Target &target, std::string_view text, Place place) {
+    clearLeftovers(paths::parent(target.path));
+    std::string temporary = paths::join(paths::parent(target.path), temporaryPrefix).native();
+    temporary.append(temporaryRandom, 'X');
+    const FileDescriptor file = makeTemporary(temporary);
+    if (!file)
+        return lastError();
+    std::error_code error = writeAll(file.get(), text);
+    if (!error)
+        error = synchronise(file.get());
+    if (!error && target.existing)
+        error = keepOwnerAndMode(file.get(), *target.existing);
+    // The lock is held until the name is gone, one way or the other.
+    if (!error && !place(temporary))
+        error = lastError();
+    if (error)
+        ::unlink(temporary.c_str());
+    return error;
+}
+
 } // namespace
 
 std::error_code writeAll(int descriptor, std::string_view text) {
@@ -177,23 +199,27 @@ std::error_code writeSmallFile(const std::filesystem::path &path, std::string_vi
     const auto target = replaceable(path);
     if (!target)
         return target.error();
-    clearLeftovers(paths::parent(target->path));
-    std::string temporary = paths::join(paths::parent(target->path), temporaryPrefix).native();
-    temporary.append(temporaryRandom, 'X');
-    const FileDescriptor file = makeTemporary(temporary);
-    if (!file)
-        return lastError();
-    std::error_code error = writeAll(file.get(), text);
-    if (!error)
-        error = synchronise(file.get());
-    if (!error && target->existing)
-        error = keepOwnerAndMode(file.get(), *target->existing);
-    // The lock is held until the name is gone, one way or the other.
-    if (!error && ::rename(temporary.c_str(), target->path.c_str()) != 0)
-        error = lastError();
-    if (error)
-        ::unlink(temporary.c_str());
-    return error;
+    return write(*target, text, [&](const std::string &temporary) {
+        return ::rename(temporary.c_str(), target->path.c_str()) == 0;
+    });
+}
+
+std::error_code writeNewSmallFile(const std::filesystem::path &path, std::string_view text) {
+    return write({path, {}}, text, [&](const std::string &temporary) {
+        if (::link(temporary.c_str(), path.c_str()) == 0) {
+            ::unlink(temporary.c_str());
+            return true;
+        }
+        struct stat status {};
+        // A file system without hard links.
+        if (errno != EPERM && errno != EOPNOTSUPP)
+            return false;
+        if (::lstat(path.c_str(), &status) == 0) {
+            errno = EEXIST;
+            return false;
+        }
+        return ::rename(temporary.c_str(), path.c_str()) == 0;
+    });
 }
 
 } // namespace brightsweep

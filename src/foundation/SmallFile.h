@@ -31,4 +31,7 @@ std::error_code writeAll(int descriptor, std::string_view text);
 /// owner where the system allows that. Takes away what writers that were killed left in the folder.
 std::error_code writeSmallFile(const std::filesystem::path &path, std::string_view text);
 
+/// The same for a file that is not there yet: `errc::file_exists` where anything has that name.
+std::error_code writeNewSmallFile(const std::filesystem::path &path, std::string_view text);
+
 } // namespace brightsweep

@@ -1,9 +1,8 @@
 #include "loginitems/UKLoginItemRegistry.h"
 
 #include "foundation/Log.h"
+#include "foundation/Paths.h"
 #include "platform/Platform.h"
-
-#include <QByteArray>
 
 #include <algorithm>
 #include <chrono>
@@ -44,13 +43,11 @@ void UKLoginItemRegistry::setPause(std::function<void()> pause) {
 }
 
 std::string UKLoginItemRegistry::urlOfPath(const std::filesystem::path &path) {
-    const QByteArray bytes = QByteArray::fromStdString(path.native());
-    return "file://" + std::string(host) + bytes.toPercentEncoding("/").toStdString();
+    return "file://" + std::string(host) + paths::percentEncoded(path.native());
 }
 
 std::filesystem::path UKLoginItemRegistry::pathOfURL(const std::string &url) {
-    const std::string plain =
-        QByteArray::fromPercentEncoding(QByteArray::fromStdString(url)).toStdString();
+    const std::string plain = paths::percentDecoded(url);
     const std::size_t found = plain.find(host);
     if (found == std::string::npos)
         return {};

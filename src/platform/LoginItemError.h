@@ -11,7 +11,7 @@ enum class LoginItemError {
     NotAnEntry,          ///< what has that name is no file that an entry could be in
     NameNotText,         ///< the path is not UTF-8, which a desktop entry has to be
     NothingToStart,      ///< a desktop entry that names no program
-    NotOurs,             ///< an override that this program has not written
+    NotOurs,             ///< the user has an entry of another origin in its place
 };
 
 /// Words for a row and for the command line, in the engine's English: a key of the texts.

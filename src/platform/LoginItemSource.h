@@ -12,7 +12,8 @@ namespace brightsweep {
 /// Why an entry starts nothing in this session, although nobody has hidden it.
 enum class LoginItemObstacle {
     None,
-    OtherDesktop,   ///< it is meant for other desktops than this one: OnlyShowIn, NotShowIn
+    OtherDesktop,   ///< it is meant for these desktops only: OnlyShowIn
+    NotThisDesktop, ///< it is not meant for this one: NotShowIn
     TryExecMissing, ///< the program that it makes its condition is not there: TryExec
     NoCommand,      ///< it names no program
     NotApplication, ///< it is of another type

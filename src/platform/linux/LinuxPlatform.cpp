@@ -1,12 +1,12 @@
 #include "platform/LinuxPlatform.h"
 
-#include "platform/LoginItemSource.h"
 #include "platform/Platform.h"
 #include "platform/linux/LinuxAdministratorRights.h"
 #include "platform/linux/LinuxDesktopHints.h"
 #include "platform/linux/LinuxDesktopNotifier.h"
 #include "platform/linux/LinuxFileHolders.h"
 #include "platform/linux/LinuxFileOperations.h"
+#include "platform/linux/LinuxLoginItemSource.h"
 #include "platform/linux/LinuxMemorySource.h"
 #include "platform/linux/LinuxSingleInstance.h"
 #include "platform/linux/LinuxStandardDirectories.h"
@@ -33,7 +33,7 @@ Platform makeLinuxPlatform() {
     platform.rights = std::make_unique<LinuxAdministratorRights>();
     platform.workspace = std::make_unique<LinuxWorkspace>(bus);
     platform.holders = std::make_unique<LinuxFileHolders>();
-    platform.loginItems = std::move(makeNullPlatform("the session has no list of them").loginItems);
+    platform.loginItems = std::make_unique<LinuxLoginItemSource>();
     platform.memory = std::make_unique<LinuxMemorySource>();
     platform.statusItem = std::make_unique<LinuxStatusItem>(bus);
     platform.notifier = std::make_unique<LinuxDesktopNotifier>(bus);

@@ -1,0 +1,197 @@
+#include "platform/linux/AutostartEntry.h"
+
+#include "foundation/DesktopEntryText.h"
+#include "foundation/FileDescriptor.h"
+#include "foundation/Identity.h"
+#include "foundation/Paths.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdlib>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr std::array<std::string_view, 5> shells = {"sh", "bash", "dash", "zsh", "ksh"};
+constexpr std::array furtherProgramFolders = {"/usr/local/games", "/usr/games", "/snap/bin"};
+constexpr char systemFlatpaks[] = "/var/lib/flatpak/exports/bin";
+
+std::vector<std::string> split(const char *list) {
+    std::vector<std::string> parts;
+    std::string_view rest(list ? list : "");
+    while (!rest.empty()) {
+        const auto end = std::min(rest.find(':'), rest.size());
+        if (end > 0)
+            parts.emplace_back(rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    return parts;
+}
+
+bool isThere(const std::filesystem::path &path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0;
+}
+
+bool isExecutable(const std::filesystem::path &path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+           ::access(path.c_str(), X_OK) == 0;
+}
+
+// A document on a volume without modes is executable as well, so that the contents count.
+bool isProgram(const std::filesystem::path &path) {
+    if (!isExecutable(path))
+        return false;
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    std::array<char, 4> magic{};
+    if (!file)
+        return true; // One that may be run, but not read.
+    const ssize_t got = ::read(file.get(), magic.data(), magic.size());
+    const std::string_view begin(magic.data(), std::size_t(std::max<ssize_t>(got, 0)));
+    return begin.starts_with("#!") || begin.starts_with("\x7f"
+                                                        "ELF");
+}
+
+// The application that "flatpak run" names; empty for anything else.
+std::string flatpakOf(const DesktopEntry &entry) {
+    const auto words = execCommand(entry.string("Exec"), {});
+    if (!words || words->size() < 3 || paths::lastComponent((*words)[0]) != "flatpak" ||
+        (*words)[1] != "run")
+        return {};
+    const auto found = std::find_if(words->begin() + 2, words->end(),
+                                    [](const std::string &word) { return !word.starts_with('-'); });
+    return found == words->end() ? std::string() : *found;
+}
+
+// What the entry starts: its path, and whether that is there.
+void tellProgram(const DesktopEntry &entry, const std::filesystem::path &place,
+                 LoginItemEntry &item) {
+    item.path = place;
+    const std::string name = execProgram(entry.string("Exec"));
+    if (const std::string id = flatpakOf(entry); !id.empty()) {
+        const auto own = environmentFolder("XDG_DATA_HOME", ".local/share") / "flatpak/exports/bin";
+        item.path = paths::join(isThere(paths::join(own, id)) ? own : systemFlatpaks, id);
+        item.missing = !isThere(item.path);
+    } else if (name.starts_with('/')) {
+        item.path = name;
+        item.missing = !isThere(name);
+    } else if (const auto program = findProgram(name)) {
+        item.path = *program;
+    } else {
+        item.commandToldAsItStands = true;
+        item.missing = !name.empty();
+    }
+    if (std::find(shells.begin(), shells.end(), paths::lastComponent(item.path)) != shells.end())
+        item.commandToldAsItStands = true;
+}
+
+std::string joined(const std::vector<std::string> &words) {
+    std::string text;
+    for (const std::string &word : words)
+        text += (text.empty() ? "" : ", ") + word;
+    return text;
+}
+
+void judge(const DesktopEntry &entry, const AutostartSession &session, LoginItemEntry &item) {
+    using enum LoginItemObstacle;
+    const auto set = [&](LoginItemObstacle obstacle, std::string detail = {}) {
+        item.obstacle = obstacle;
+        item.obstacleDetail = std::move(detail);
+    };
+    const std::string tryExec = entry.string("TryExec");
+    if (!entry.isValid() || entry.string("Type") != "Application")
+        set(NotApplication, entry.string("Type"));
+    else if (!execCommand(entry.string("Exec"), {}))
+        set(NoCommand);
+    else if (!entry.isShownIn(session.desktops))
+        entry.has("OnlyShowIn") ? set(OtherDesktop, joined(entry.list("OnlyShowIn")))
+                                : set(NotThisDesktop, joined(session.desktops));
+    else if (!tryExec.empty() &&
+             !(tryExec.starts_with('/') ? isExecutable(tryExec) : findProgram(tryExec).has_value()))
+        set(TryExecMissing, tryExec);
+}
+
+} // namespace
+
+AutostartSession AutostartSession::current() {
+    return {split(std::getenv("XDG_CURRENT_DESKTOP")), messageLocales()};
+}
+
+std::optional<std::filesystem::path> findProgram(const std::string &name) {
+    if (name.empty() || name.find('/') != std::string::npos)
+        return {};
+    const char *const path = std::getenv("PATH");
+    std::vector<std::string> folders = split(path ? path : "/usr/local/bin:/usr/bin:/bin");
+    folders.insert(folders.end(), furtherProgramFolders.begin(), furtherProgramFolders.end());
+    for (const std::string &folder : folders) {
+        const std::filesystem::path program = paths::join(folder, name);
+        if (folder.starts_with('/') && isExecutable(program))
+            return program;
+    }
+    return {};
+}
+
+bool isHiddenEntry(const DesktopEntry &entry) {
+    constexpr char gnomeKey[] = "X-GNOME-Autostart-enabled";
+    return entry.boolean("Hidden") || (entry.has(gnomeKey) && !entry.boolean(gnomeKey));
+}
+
+std::optional<std::uint64_t> orderOfEntry(const DesktopEntry &entry) {
+    if (!entry.has(entryUrlKey))
+        return {};
+    const std::string_view words = entry.raw(entryOrderKey);
+    std::uint64_t order = 0;
+    std::from_chars(words.data(), words.data() + words.size(), order);
+    return order;
+}
+
+LoginItemEntry loginItemOf(const DesktopEntry &entry, const std::filesystem::path &place,
+                           const AutostartSession &session, const DesktopEntry *fallback) {
+    LoginItemEntry item;
+    item.file = paths::lastComponent(place);
+    const auto shown = [&](const char *key) {
+        std::string value = entry.localeString(key, session.locales);
+        return value.empty() && fallback ? fallback->localeString(key, session.locales) : value;
+    };
+    item.name = shown("Name");
+    item.icon = shown("Icon");
+    item.command = entry.string("Exec");
+    item.hidden = isHiddenEntry(entry);
+    item.standsForSystem = fallback != nullptr;
+    tellProgram(entry, place, item);
+    if (const std::string url(entry.raw(entryUrlKey)); !url.empty()) {
+        if (const auto added = paths::fromFileUrl(QString::fromStdString(url))) {
+            // A copied desktop entry goes on without the one that it is a copy of.
+            const bool isCopy = paths::extension(*added) == "desktop";
+            item.missing = isCopy ? item.missing : !isThere(*added);
+            item.path = *added;
+            item.commandToldAsItStands = false;
+        }
+    }
+    judge(entry, session, item);
+    return item;
+}
+
+std::string entryUrlOf(const std::filesystem::path &path) {
+    return "file://localhost" + paths::percentEncoded(path.native());
+}
+
+std::string newEntryText(const std::filesystem::path &path, const std::string &name,
+                         const std::string &icon) {
+    std::string text = "[Desktop Entry]\nType=Application\n";
+    text += "Name=" + entryString(name) + '\n';
+    if (!icon.empty())
+        text += "Icon=" + entryString(icon) + '\n';
+    text += "Exec=";
+    text += isProgram(path) ? execOf(path.native()) : execOf("xdg-open", path.native());
+    return text + '\n';
+}
+
+} // namespace brightsweep

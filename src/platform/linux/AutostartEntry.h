@@ -1,0 +1,48 @@
+#pragma once
+
+#include "foundation/DesktopEntry.h"
+#include "platform/LoginItemSource.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace brightsweep {
+
+// What a desktop entry of an autostart folder means, by the freedesktop documents "Desktop Entry"
+// and "Desktop Application Autostart", as systemd's generator and gnome-session take them.
+
+// Keys of this program's own.
+inline constexpr char entryUrlKey[] = "X-Brightsweep-URL";           ///< what was added
+inline constexpr char entryOrderKey[] = "X-Brightsweep-Order";       ///< counts what was added
+inline constexpr char entryOverrideKey[] = "X-Brightsweep-Override"; ///< written by a switch
+
+/// What entries are judged by; read once for a listing.
+struct AutostartSession {
+    std::vector<std::string> desktops; ///< of XDG_CURRENT_DESKTOP
+    std::vector<std::string> locales;
+
+    static AutostartSession current();
+};
+
+/// `place` is the entry's own file; `fallback` is the system's entry of that name, which gives what
+/// the entry does not have of its own to be shown by.
+LoginItemEntry loginItemOf(const DesktopEntry &entry, const std::filesystem::path &place,
+                           const AutostartSession &session, const DesktopEntry *fallback = nullptr);
+
+bool isHiddenEntry(const DesktopEntry &entry);
+/// The place that this program gave it in its order of adding; nothing for entries of other origin.
+std::optional<std::uint64_t> orderOfEntry(const DesktopEntry &entry);
+
+/// The file that a program of that name is, on PATH and in the folders of games and snaps.
+std::optional<std::filesystem::path> findProgram(const std::string &name);
+
+/// The text of a new entry that starts the program, or opens the document or folder, at that path.
+std::string newEntryText(const std::filesystem::path &path, const std::string &name,
+                         const std::string &icon);
+/// The URL form that is kept in an entry.
+std::string entryUrlOf(const std::filesystem::path &path);
+
+} // namespace brightsweep

@@ -1,0 +1,327 @@
+// The autostart folder, with systemd's own generator and GLib to say what an entry means.
+
+#include "foundation/DesktopEntry.h"
+#include "platform/LoginItemError.h"
+#include "platform/linux/LinuxLoginItemSource.h"
+#include "support/ChildProcess.h"
+#include "support/NeedsRoot.h"
+#include "support/TestEnvironment.h"
+#include "support/TestTree.h"
+#include "support/WaitUntil.h"
+
+#include <gmock/gmock.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+
+namespace brightsweep::test {
+namespace {
+
+using testing::ElementsAre;
+using Names = std::vector<std::string>;
+
+const std::string head = "[Desktop Entry]\nType=Application\nName=x\n";
+
+class Autostart : public testing::Test {
+protected:
+    Autostart() {
+        ::setenv("XDG_CURRENT_DESKTOP", "GNOME", 1);
+        ::setenv("XDG_CONFIG_DIRS", "/etc/xdg", 1);
+    }
+    ~Autostart() override {
+        ::unsetenv("XDG_CURRENT_DESKTOP");
+        ::unsetenv("XDG_CONFIG_DIRS");
+    }
+
+    std::filesystem::path program(const std::string &name) {
+        const auto path = work.file(name, "#!/bin/sh\ntouch \"$0.ran\"\n");
+        work.mode(name, 0755);
+        return path;
+    }
+    std::string text(const std::string &file) const { return textOf(user.path(file)); }
+    LoginItemEntry item(const std::string &file) {
+        const auto items = source.items().value_or({});
+        for (const LoginItemEntry &each : items) {
+            if (each.file == file)
+                return each;
+        }
+        return {};
+    }
+    Names files() {
+        Names files;
+        const auto items = source.items().value_or({});
+        for (const LoginItemEntry &each : items)
+            files.push_back(each.file);
+        return files;
+    }
+    // What the user's session starts: the entries that the generator makes a unit of.
+    bool isStarted(const std::string &name) {
+        const auto out = work.directory("out");
+        const auto config = TestEnvironment::current().system() / "etc/xdg";
+        runProgram(
+            {"/usr/lib/systemd/user-generators/systemd-xdg-autostart-generator", out, out, out},
+            {{"XDG_CONFIG_DIRS", config}});
+        const bool found = work.exists("out/app-" + name + "@autostart.service");
+        std::filesystem::remove_all(out);
+        return found;
+    }
+
+    TestTree work;
+    TestTree user{TestEnvironment::current().home() / ".config/autostart"};
+    TestTree system{TestEnvironment::current().system() / "etc/xdg/autostart"};
+    LinuxLoginItemSource source;
+};
+
+TEST_F(Autostart, ChangesOneValueAndNotAnotherByte) {
+    std::string keys, languages;
+    for (int i = 0; i < 200; ++i) {
+        keys += "X-Key" + std::to_string(i) + " = \xff\xfe;" + std::to_string(i) + "\n";
+        languages += "Name[l" + std::to_string(i) + "]=\xe2\x82\xac\n";
+    }
+    const std::string gnome = "X-GNOME-Autostart-enabled=false\n";
+    const struct {
+        std::string before, hidden, shown;
+    } cases[] = {
+        {"# a\n" + head + "\n# b\n", "# a\n" + head + "Hidden=true\n\n# b\n",
+         "# a\n" + head + "Hidden=false\n\n# b\n"},
+        {"[Desktop Entry]\r\nName=x\r\n\r\n[Desktop Action a]\r\nHidden=x\r\n",
+         "[Desktop Entry]\r\nName=x\r\nHidden=true\r\n\r\n[Desktop Action a]\r\nHidden=x\r\n",
+         "[Desktop Entry]\r\nName=x\r\nHidden=false\r\n\r\n[Desktop Action a]\r\nHidden=x\r\n"},
+        {"\xef\xbb\xbf[Desktop Entry]\nName=x", "\xef\xbb\xbf[Desktop Entry]\nName=x\nHidden=true",
+         "\xef\xbb\xbf[Desktop Entry]\nName=x\nHidden=false"},
+        {head + " Hidden = 0 \n" + keys + "[Desktop Entry]\nHidden=1",
+         head + " Hidden = true \n" + keys + "[Desktop Entry]\nHidden=true",
+         head + " Hidden = false \n" + keys + "[Desktop Entry]\nHidden=false"},
+        {head + gnome + languages, head + gnome + languages + "Hidden=true\n",
+         head + "X-GNOME-Autostart-enabled=true\n" + languages + "Hidden=false\n"},
+        {head + "Hidden=\nHidden[de]=x\n", head + "Hidden=true\nHidden[de]=x\n",
+         head + "Hidden=false\nHidden[de]=x\n"},
+    };
+    for (const auto &each : cases) {
+        user.file("a.desktop", each.before);
+        user.mode("a.desktop", 0640);
+        EXPECT_FALSE(source.setHidden("a.desktop", true));
+        EXPECT_EQ(text("a.desktop"), each.hidden);
+        EXPECT_TRUE(item("a.desktop").hidden);
+        user.file("a.desktop", each.before);
+        EXPECT_FALSE(source.setHidden("a.desktop", false));
+        EXPECT_EQ(text("a.desktop"), each.shown);
+        EXPECT_FALSE(item("a.desktop").hidden);
+        struct stat status {};
+        ::stat(user.path("a.desktop").c_str(), &status);
+        EXPECT_EQ(status.st_mode & 07777, 0640u);
+    }
+    user.file("garbage.desktop", "\0x=\n");
+    EXPECT_EQ(source.setHidden("garbage.desktop", true), LoginItemError::NotAnEntry);
+}
+
+TEST_F(Autostart, LeavesAloneWhatIsNotTheUsersOwnFile) {
+    TestTree elsewhere(TestEnvironment::current().root() / "elsewhere");
+    TestTree home(TestEnvironment::current().home());
+    user.link("own.desktop", home.file("dotfiles/own.desktop", head + "Exec=sh\n"));
+    user.link("out.desktop", elsewhere.file("out.desktop", head));
+    user.link("gone.desktop", "nowhere");
+    user.link("null.desktop", "/dev/null");
+    user.directory("folder.desktop");
+    user.fifo("fifo.desktop");
+    user.file(".x.desktop", head);
+    user.file("x.desktop~", head);
+    user.file("sub/y.desktop", head);
+    const auto before = elsewhere.snapshot();
+    EXPECT_THAT(files(), ElementsAre("gone.desktop", "out.desktop", "own.desktop"));
+    EXPECT_TRUE(item("gone.desktop").missing);
+    for (const char *file : {"out.desktop", "gone.desktop", "null.desktop"})
+        EXPECT_EQ(source.setHidden(file, true), LoginItemError::LinkElsewhere) << file;
+    for (const char *file : {"folder.desktop", "fifo.desktop", "sub/y.desktop", "../x.desktop"}) {
+        EXPECT_EQ(source.setHidden(file, true), LoginItemError::NotAnEntry) << file;
+        EXPECT_EQ(source.remove(file), LoginItemError::NotAnEntry) << file;
+    }
+    EXPECT_FALSE(source.setHidden("own.desktop", true));
+    EXPECT_TRUE(std::filesystem::is_symlink(user.path("own.desktop")));
+    EXPECT_EQ(textOf(home.path("dotfiles/own.desktop")), head + "Exec=sh\nHidden=true\n");
+    for (const char *file : {"out.desktop", "own.desktop", "gone.desktop"})
+        EXPECT_FALSE(source.remove(file)) << file;
+    EXPECT_EQ(elsewhere.snapshot(), before);
+    EXPECT_TRUE(home.exists("dotfiles/own.desktop") && user.exists("folder.desktop") &&
+                user.exists("x.desktop~") && user.exists(".x.desktop"));
+}
+
+TEST_F(Autostart, SaysWhatAnEntryStartsAndWhyNot) {
+    const auto here = program("b in").native();
+    const auto flatpak =
+        TestEnvironment::current().home() / ".local/share/flatpak/exports/bin/org.x.App";
+    TestTree(flatpak.parent_path()).file("org.x.App");
+    using enum LoginItemObstacle;
+    const struct {
+        std::string keys, path;
+        bool missing, asItStands;
+        LoginItemObstacle obstacle;
+        std::string detail;
+    } cases[] = {
+        {"Exec=\"" + here + "\" %U", here, false, false, None, ""},
+        {"Exec=env A=b \"" + here + "\"", here, false, false, None, ""},
+        {"Exec=/no/such -x", "/no/such", true, false, None, ""},
+        {"Exec=nosuchprogram", "", true, true, None, ""},
+        {"Exec=sh -c \"cd / && x\"", "sh", false, true, None, ""},
+        {"Exec=/usr/bin/flatpak run --branch=x org.x.App", flatpak, false, false, None, ""},
+        {"Exec=flatpak run org.x.Gone", "/var/lib/flatpak/exports/bin/org.x.Gone", true, false,
+         None, ""},
+        {"Exec=\"open", "", false, true, NoCommand, ""},
+        {"Exec=/bin/sh\nOnlyShowIn=KDE;XFCE;", "/bin/sh", false, true, OtherDesktop, "KDE, XFCE"},
+        {"Exec=/bin/sh\nNotShowIn=GNOME;", "/bin/sh", false, true, NotThisDesktop, "GNOME"},
+        {"Exec=/bin/sh\nTryExec=nosuch", "/bin/sh", false, true, TryExecMissing, "nosuch"},
+        {"Exec=/bin/sh\nType=Link", "/bin/sh", false, true, NotApplication, "Link"},
+    };
+    for (const auto &each : cases) {
+        user.file("a.desktop", head + each.keys + "\n");
+        const LoginItemEntry found = item("a.desktop");
+        if (each.path.starts_with('/'))
+            EXPECT_EQ(found.path, each.path) << each.keys;
+        else
+            EXPECT_EQ(found.path.filename(), each.path.empty() ? "a.desktop" : each.path);
+        EXPECT_EQ(found.missing, each.missing) << each.keys;
+        EXPECT_EQ(found.commandToldAsItStands, each.asItStands) << each.keys;
+        EXPECT_EQ(int(found.obstacle), int(each.obstacle)) << each.keys;
+        EXPECT_EQ(found.obstacleDetail, each.detail) << each.keys;
+    }
+}
+
+TEST_F(Autostart, WhatIsAddedStartsAndIsHiddenAndShownAgain) {
+    ::setenv("PATH", (work.top().native() + "/bin:" + ::getenv("PATH")).c_str(), 1);
+    program("bin/xdg-open");
+    user.file("z.desktop", head + "Exec=sh\nX-GNOME-Autostart-enabled=false\n");
+    Names names;
+    for (const char *name : {"plain", "a b", "pe%r=c", "do$l", "ba`c'k", "quo\"te", "nl\nx", ".x"})
+        names.push_back(*source.add(program(name), false));
+    names.push_back(*source.add(work.file("doc ument.pdf"), false));
+    names.push_back(*source.add(
+        work.file("app.desktop", head + "# c\nExec=sh -l\nHidden=true\n[Desktop Action a]\n"),
+        false));
+    EXPECT_EQ(text("app.desktop").find(head + "# c\nExec=sh -l\nHidden=false\nX-Bright"), 0u);
+    names.push_back(*source.add(work.path("a b"), true));
+    EXPECT_EQ(names.back(), "a b-2.desktop");
+    EXPECT_EQ(source.add("/no/such", false).error(), std::errc::no_such_file_or_directory);
+    EXPECT_EQ(source.add(program("\xff"), false).error(), LoginItemError::NameNotText);
+    EXPECT_EQ(source.add(work.file("n.desktop", "x"), false).error(),
+              LoginItemError::NothingToStart);
+    // File names first, then in the order of adding.
+    Names expected{"z.desktop"};
+    expected.insert(expected.end(), names.begin(), names.end());
+    EXPECT_EQ(files(), expected);
+    EXPECT_EQ(item(names[2]).path, work.path("pe%r=c"));
+    EXPECT_FALSE(isStarted("a\\x20b\\x2d2") || !isStarted("plain"));
+    const std::string launch =
+        "import gi; gi.require_version('Gio', '2.0'); from gi.repository import Gio; import sys\n"
+        "for f in sys.argv[1:]: Gio.DesktopAppInfo.new_from_filename(f).launch([], None)";
+    std::vector<std::string> arguments{"/usr/bin/python3", "-c", launch};
+    for (std::size_t i = 0; i < 8; ++i)
+        arguments.push_back(user.path(names[i]));
+    EXPECT_EQ(runProgram(arguments).errors, "");
+    for (const char *name : {"plain", "a b", "pe%r=c", "do$l", "ba`c'k", "quo\"te", "nl\nx", ".x"})
+        EXPECT_TRUE(eventually([&] { return work.exists(std::string(name) + ".ran"); })) << name;
+    EXPECT_FALSE(source.start(names[8]));
+    EXPECT_TRUE(eventually([&] { return work.exists("bin/xdg-open.ran"); }));
+    EXPECT_EQ(source.start("none.desktop"), std::errc::no_such_file_or_directory);
+    for (const bool hidden : {true, false}) {
+        for (const char *file : {"plain", "z"}) {
+            EXPECT_FALSE(source.setHidden(std::string(file) + ".desktop", hidden));
+            EXPECT_EQ(isStarted(file), !hidden) << file;
+        }
+    }
+    EXPECT_TRUE(DesktopEntry(text("z.desktop")).boolean("X-GNOME-Autostart-enabled"));
+}
+
+TEST_F(Autostart, SwitchesWhatTheSystemStartsOffAndOn) {
+    const std::string sound = head + "Exec=sh\nX-Own=1\n";
+    system.file("sound.desktop", sound);
+    system.file("agent.desktop", head + "Exec=sh\nNoDisplay=true\n");
+    system.file("kde.desktop", head + "Exec=sh\nOnlyShowIn=KDE;\n");
+    system.file("mine.desktop", head + "Exec=sh\n");
+    user.file("mine.desktop", "[Desktop Entry]\nHidden=true\n");
+    const auto before = system.snapshot();
+    const auto shown = [&] {
+        Names names;
+        const auto items = source.systemItems().value_or({});
+        for (const LoginItemEntry &each : items)
+            names.push_back(each.file + (each.hidden ? " off" : ""));
+        return names;
+    };
+    EXPECT_THAT(shown(), ElementsAre("sound.desktop"));
+    EXPECT_FALSE(source.setSystemItemStarted("sound.desktop", false));
+    EXPECT_EQ(text("sound.desktop"), sound + "Hidden=true\nX-Brightsweep-Override=true\n");
+    EXPECT_FALSE(isStarted("sound"));
+    EXPECT_THAT(shown(), ElementsAre("sound.desktop off"));
+    EXPECT_THAT(files(), ElementsAre("mine.desktop"));
+    EXPECT_EQ(item("mine.desktop").name, "x");
+    for (const char *file : {"sound.desktop", "mine.desktop"})
+        EXPECT_EQ(source.remove(file), LoginItemError::StandsForSystem);
+    EXPECT_EQ(source.setSystemItemStarted("mine.desktop", true), LoginItemError::NotOurs);
+    EXPECT_EQ(source.setSystemItemStarted("none.desktop", false),
+              std::errc::no_such_file_or_directory);
+    EXPECT_FALSE(source.setSystemItemStarted("sound.desktop", true));
+    EXPECT_TRUE(isStarted("sound") && !user.exists("sound.desktop"));
+    // What is added under such a name stays removable.
+    EXPECT_EQ(*source.add(program("sound"), false), "sound-2.desktop");
+    EXPECT_EQ(system.snapshot(), before);
+}
+
+TEST_F(Autostart, AFullOrClosedFolderKeepsTheOldFile) {
+    needRoot();
+    const auto added = program("p");
+    const int result = runInChild([&] {
+        if (!mountSmallFileSystem(user.top(), 12 * 1024))
+            return 1;
+        const std::string entry = head + "Comment=" + std::string(8000, 'x') + "\n";
+        user.file("a.desktop", entry);
+        if (source.setHidden("a.desktop", true) != std::errc::no_space_on_device)
+            return 2;
+        if (text("a.desktop") != entry || user.snapshot().size() != 1)
+            return 3;
+        std::filesystem::remove(user.path("a.desktop"));
+        user.own("", unprivilegedUser);
+        user.file("b.desktop", entry);
+        user.mode("", 0555);
+        if (!becomeUnprivileged() || source.remove("b.desktop") != std::errc::permission_denied ||
+            source.add(added, false).error() != std::errc::permission_denied)
+            return 4;
+        return text("b.desktop") == entry ? 0 : 5;
+    });
+    EXPECT_EQ(result, 0);
+}
+
+TEST_F(Autostart, HearsOfEveryChangeAlsoAfterTheFolderCameBack) {
+    std::atomic<int> told = 0;
+    std::filesystem::remove_all(user.top().parent_path());
+    source.setChangedHandler([&] { ++told; });
+    const std::pair<const char *, std::function<void()>> changes[] = {
+        {"the folder comes", [&] { user.directory(""); }},
+        {"made", [&] { user.file("a", "1"); }},
+        {"written in place", [&] { user.file("a", "2"); }},
+        {"renamed over", [&] { std::filesystem::rename(work.file("b"), user.path("a")); }},
+        {"another mode", [&] { user.mode("a", 0600); }},
+        {"renamed", [&] { std::filesystem::rename(user.path("a"), user.path("c")); }},
+        {"removed", [&] { std::filesystem::remove(user.path("c")); }},
+        {"the folder goes", [&] { std::filesystem::remove(user.top()); }},
+        {"it comes again", [&] { user.directory(""); }},
+        {"moved away", [&] { std::filesystem::rename(user.top(), user.top().native() + ".old"); }},
+        {"another one comes", [&] { user.file("d"); }},
+        {"written in that", [&] { user.file("d", "3"); }},
+    };
+    for (const auto &[what, change] : changes) {
+        const int before = told;
+        change();
+        EXPECT_TRUE(eventually([&] { return told > before; })) << what;
+    }
+    const int before = told;
+    for (int i = 0; i < 500; ++i)
+        user.file(std::to_string(i));
+    waitUntil([&] { return told > before; });
+    EXPECT_LT(told - before, 100);
+    source.setChangedHandler(nullptr);
+}
+
+} // namespace
+} // namespace brightsweep::test
