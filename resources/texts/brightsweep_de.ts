@@ -24,6 +24,8 @@
     <message id="Are you sure you want to continue?"><translation>Möchten Sie wirklich fortfahren?</translation></message>
     <message id="Are you sure you want to delete all the duplicate files?"><translation>Wollen Sie wirklich alle Dateien dieser Gruppe entfernen?</translation></message>
     <message id="BACK"><translation>Zurück</translation></message>
+    <message id="BADGE_RUNNING"><translation>läuft</translation></message>
+    <message id="BADGE_SYSTEM"><translation>Teil des Systems</translation></message>
     <message id="CANCEL"><translation>Abbrechen</translation></message>
     <message id="CANNOT_EJECT"><translation>%1 lässt sich nicht auswerfen.</translation></message>
     <message id="CANNOT_OPEN_FINDER"><translation>Dieser Datenträger lässt sich nicht in der Dateiverwaltung öffnen.</translation></message>
@@ -39,12 +41,15 @@
     <message id="CLEAN_FILES_SIZE"><translation>Freigegebener Platz:</translation></message>
     <message id="CLEAN_OUTDATED"><translation>Seit dieser Suche hat eine Schnellreinigung Objekte entfernt.</translation></message>
     <message id="CLOSE"><translation>Schließen</translation></message>
+    <message id="COLUMN_ID"><translation>Kennung</translation></message>
+    <message id="COLUMN_INSTALLED"><translation>Installiert</translation></message>
     <message id="COPY_PATH"><translation>Pfad kopieren</translation></message>
     <message id="CPU Brand:"><translation>Prozessor:</translation></message>
     <message id="CPU Vendor:"><translation>Prozessorhersteller:</translation></message>
     <message id="Clean"><translation>Bereinigen</translation></message>
     <message id="Cleaned:"><translation>Bereinigt:</translation></message>
     <message id="Click lock to get a higer privileges."><translation>Klicken Sie auf das Schloss, um höhere Rechte zu erhalten.</translation></message>
+    <message id="Created: %@"><translation>Erstellt: %1</translation></message>
     <message id="DESC_CLEAN_DOWNLOADS"><translation>Alles in Ihrem Download-Ordner. Sehen Sie ihn vorher durch: Es sind Ihre eigenen Dateien.</translation></message>
     <message id="DESC_CLEAN_SYS_CACHES"><translation>Pakete und Daten, die das System aufhebt, um sie nicht noch einmal herunterladen oder berechnen zu müssen. Bei Bedarf holt oder erzeugt es sie neu.</translation></message>
     <message id="DESC_CLEAN_SYS_LOGS"><translation>Aufzeichnungen von Installationen, Aktualisierungen und Abstürzen. Sie helfen nur, früheren Störungen nachzugehen.</translation></message>
@@ -136,6 +141,7 @@
     <message id="FREE_BEFORE_AFTER"><translation>Freier Platz: vorher %1, jetzt %2.</translation></message>
     <message id="FREE_MEMORY"><translation>Arbeitsspeicher</translation></message>
     <message id="FREE_OF"><translation>%1 von %2 frei</translation></message>
+    <message id="Failed to uninstall the selected application(s). Please refer to Help for more info."><translation>Die ausgewählten Programme konnten nicht deinstalliert werden. Mehr dazu steht in der Hilfe.</translation></message>
     <message id="Fast Clean"><translation>Schnell bereinigen</translation></message>
     <message id="Free Memory"><translation>Speicher freigeben</translation></message>
     <message id="Free Space"><translation>Freier Platz</translation></message>
@@ -148,9 +154,21 @@
     <message id="Hostname:"><translation>Rechnername:</translation></message>
     <message id="IN_USE_BY"><translation>Benutzt von %1</translation></message>
     <message id="ITEMS"><translation>Objekte</translation></message>
+    <message id="KIND_APPIMAGE"><translation>AppImage</translation></message>
+    <message id="KIND_BUNDLE"><translation>Bündel</translation></message>
+    <message id="KIND_FLATPAK"><translation>Flatpak</translation></message>
+    <message id="KIND_FOLDER"><translation>Eigener Ordner</translation></message>
+    <message id="KIND_PACKAGE"><translation>Paket</translation></message>
+    <message id="KIND_SNAP"><translation>Snap</translation></message>
+    <message id="LEFT_CACHE"><translation>Cache</translation></message>
+    <message id="LEFT_CONFIG"><translation>Einstellungen</translation></message>
+    <message id="LEFT_DATA"><translation>Daten</translation></message>
+    <message id="LEFT_ENTRY"><translation>Menüeintrag</translation></message>
     <message id="LEFT_OUT_FOREIGN"><translation>%1 wird nicht bereinigt, da es jemand anderem gehört.</translation></message>
     <message id="LEFT_OUT_KEPT"><translation>%1 wird nicht bereinigt, da es mehr als seine Kategorie enthält.</translation></message>
     <message id="LEFT_OUT_TOP"><translation>%1 wird nicht bereinigt, da dort ein Datenträger beginnt.</translation></message>
+    <message id="LEFT_STATE"><translation>Zustand</translation></message>
+    <message id="LEFT_SYSTEM"><translation>Einstellungen des Systems</translation></message>
     <message id="LOCAL_STORAGE"><translation>Interne Laufwerke</translation></message>
     <message id="LOCK_NO_AGENT"><translation>Hier kann kein Programm nach Administratorrechten fragen. Starten Sie einen Polkit-Agenten oder Brightsweep als Administrator.</translation></message>
     <message id="LOW_SPACE"><translation>Wenig Speicherplatz</translation></message>
@@ -243,17 +261,33 @@
     <message id="STAYED_OTHER" numerus="yes"><translation><numerusform>%n Objekt ließ sich nicht entfernen</numerusform><numerusform>%n Objekte ließen sich nicht entfernen</numerusform></translation></message>
     <message id="STAYED_READ_ONLY" numerus="yes"><translation><numerusform>%n Objekt liegt auf einem schreibgeschützten Datenträger</numerusform><numerusform>%n Objekte liegen auf einem schreibgeschützten Datenträger</numerusform></translation></message>
     <message id="STAYED_RIGHTS" numerus="yes"><translation><numerusform>%n Objekt braucht Administratorrechte</numerusform><numerusform>%n Objekte brauchen Administratorrechte</numerusform></translation></message>
+    <message id="STAYS_BROKEN"><translation>mittendrin abgebrochen</translation></message>
+    <message id="STAYS_BUSY"><translation>die Paketverwaltung arbeitet gerade</translation></message>
+    <message id="STAYS_CHANGED"><translation>hat sich seit der Frage geändert</translation></message>
+    <message id="STAYS_DISMISSED"><translation>nicht erlaubt</translation></message>
+    <message id="STAYS_ESSENTIAL"><translation>das System braucht es</translation></message>
+    <message id="STAYS_FAILED"><translation>ließ sich nicht entfernen</translation></message>
+    <message id="STAYS_GONE"><translation>nicht mehr da</translation></message>
+    <message id="STAYS_IMAGE"><translation>gehört zum Abbild des Systems</translation></message>
+    <message id="STAYS_LEFTOVERS"><translation>ist entfernt, geblieben sind: %1</translation></message>
+    <message id="STAYS_NEEDED_BY_US"><translation>Brightsweep selbst ginge mit</translation></message>
+    <message id="STAYS_NEEDS_RIGHTS"><translation>braucht Administratorrechte</translation></message>
+    <message id="STAYS_OWN"><translation>ist das Programm, das Sie gerade benutzen</translation></message>
+    <message id="STAYS_TOO_MANY"><translation>zu viel hängt davon ab</translation></message>
+    <message id="STAYS_UNSUPPORTED"><translation>lässt sich von hier nicht sicher entfernen</translation></message>
     <message id="STOP"><translation>Anhalten</translation></message>
     <message id="SUPER_DRIVER"><translation>Optische Laufwerke</translation></message>
     <message id="Scan"><translation>Durchsuchen</translation></message>
     <message id="Scanning system..."><translation>System wird durchsucht …</translation></message>
     <message id="Selected"><translation>Ausgewählt</translation></message>
+    <message id="Selected application(s) were uninstalled successfully."><translation>Die ausgewählten Programme wurden deinstalliert.</translation></message>
     <message id="Size"><translation>Größe</translation></message>
     <message id="Some files that require admin access can't be removed!"><translation>Einige Dateien lassen sich nur mit Adminrechten entfernen!</translation></message>
     <message id="Start"><translation>Start</translation></message>
     <message id="Stopping…"><translation>Wird angehalten …</translation></message>
     <message id="System Caches"><translation>System-Caches</translation></message>
     <message id="System Logs"><translation>Systemprotokolle</translation></message>
+    <message id="System application(s),Do you want to uninstall it?"><translation>Systemprogramme sind dabei. Möchten Sie sie deinstallieren?</translation></message>
     <message id="THIS_COMPUTER"><translation>Dieser Computer</translation></message>
     <message id="TICK_ALL"><translation>Alle auswählen</translation></message>
     <message id="TIP_KEEP_DOWNLOADS" numerus="yes"><translation><numerusform>Behält die Downloads und entfernt das übrige Objekt, insgesamt %n, %1.</numerusform><numerusform>Behält die Downloads und entfernt die übrigen %n Objekte, %1.</numerusform></translation></message>
@@ -272,6 +306,17 @@
     <message id="The scan was stopped. Brightsweep has to be restarted before it can scan again."><translation>Die Suche wurde angehalten. Vor der nächsten Suche muss Brightsweep neu gestartet werden.</translation></message>
     <message id="Total Size:"><translation>Gesamt: </translation></message>
     <message id="TotalSize:"><translation>Gesamt: </translation></message>
+    <message id="UNINSTALL_ALONG" numerus="yes"><translation><numerusform>%n weiteres Paket, das ohne es nicht auskommt, geht mit: %1.</numerusform><numerusform>%n weitere Pakete, die ohne es nicht auskommen, gehen mit: %1.</numerusform></translation></message>
+    <message id="UNINSTALL_DETAILS"><translation>Details</translation></message>
+    <message id="UNINSTALL_ENTRIES"><translation>Mit ihm verschwinden: %1.</translation></message>
+    <message id="UNINSTALL_PURGE"><translation>Einstellungen des ganzen Systems: %1</translation></message>
+    <message id="UNINSTALL_RUNNING"><translation>Es läuft gerade (%1). Beenden Sie es vorher: Was es beim Beenden schreibt, bliebe zurück.</translation></message>
+    <message id="UNINSTALL_SNAP_COPY"><translation>Auch die Kopie seiner Daten, die sonst 31 Tage aufgehoben würde</translation></message>
+    <message id="UNINSTALL_SUM"><translation>%1 verschwinden: %2.</translation></message>
+    <message id="UNINSTALL_SUM_ALONG" numerus="yes"><translation><numerusform>%n Paket geht mit</numerusform><numerusform>%n Pakete gehen mit</numerusform></translation></message>
+    <message id="UNINSTALL_SUM_APPS" numerus="yes"><translation><numerusform>%n Programm</numerusform><numerusform>%n Programme</numerusform></translation></message>
+    <message id="UNINSTALL_SUM_LEFT" numerus="yes"><translation><numerusform>%n Rest</numerusform><numerusform>%n Reste</numerusform></translation></message>
+    <message id="UNINSTALL_SUM_STAYS" numerus="yes"><translation><numerusform>%n nicht angekreuzter Rest bleibt (%1).</numerusform><numerusform>%n nicht angekreuzte Reste bleiben (%1).</numerusform></translation></message>
     <message id="USAGE_ASK" numerus="yes"><translation><numerusform>%n Objekt entfernen?</numerusform><numerusform>%n Objekte entfernen?</numerusform></translation></message>
     <message id="USAGE_ASK_ONCE_MORE" numerus="yes"><translation><numerusform>Auch dieses Objekt entfernen?</numerusform><numerusform>Auch diese %n Objekte entfernen?</numerusform></translation></message>
     <message id="USAGE_CANNOT_TICK"><translation>%1 lässt sich nicht auswählen: %2.</translation></message>
@@ -318,6 +363,7 @@
     <message id="USAGE_WAITS"><translation>Das letzte Lesen wartet noch auf %1, das nicht antwortet.</translation></message>
     <message id="Uninstall"><translation>Deinstallieren</translation></message>
     <message id="Uninstall Applications"><translation>Programme deinstallieren</translation></message>
+    <message id="Uninstall the selected application(s)?"><translation>Die ausgewählten Programme deinstallieren?</translation></message>
     <message id="User Caches"><translation>Benutzer-Caches</translation></message>
     <message id="User Downloads"><translation>Downloads</translation></message>
     <message id="User Logs"><translation>Benutzerprotokolle</translation></message>

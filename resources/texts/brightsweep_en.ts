@@ -24,6 +24,8 @@
     <message id="Are you sure you want to continue?"><translation>Are you sure you want to continue?</translation></message>
     <message id="Are you sure you want to delete all the duplicate files?"><translation>Are you sure you want to delete all the duplicate files?</translation></message>
     <message id="BACK"><translation>Back</translation></message>
+    <message id="BADGE_RUNNING"><translation>running</translation></message>
+    <message id="BADGE_SYSTEM"><translation>part of the system</translation></message>
     <message id="CANCEL"><translation>Cancel</translation></message>
     <message id="CANNOT_EJECT"><translation>%1 cannot be ejected.</translation></message>
     <message id="CANNOT_OPEN_FINDER"><translation>This volume cannot be opened in the file manager.</translation></message>
@@ -39,12 +41,15 @@
     <message id="CLEAN_FILES_SIZE"><translation>Space freed:</translation></message>
     <message id="CLEAN_OUTDATED"><translation>A quick clean has removed items since this scan.</translation></message>
     <message id="CLOSE"><translation>Close</translation></message>
+    <message id="COLUMN_ID"><translation>Identifier</translation></message>
+    <message id="COLUMN_INSTALLED"><translation>Installed</translation></message>
     <message id="COPY_PATH"><translation>Copy path</translation></message>
     <message id="CPU Brand:"><translation>CPU Brand:</translation></message>
     <message id="CPU Vendor:"><translation>CPU Vendor:</translation></message>
     <message id="Clean"><translation>Clean</translation></message>
     <message id="Cleaned:"><translation>Cleaned:</translation></message>
     <message id="Click lock to get a higer privileges."><translation>Click the lock to get higher privileges.</translation></message>
+    <message id="Created: %@"><translation>Created: %1</translation></message>
     <message id="DESC_CLEAN_DOWNLOADS"><translation>Everything in your downloads folder. Look through it first: these are your own files.</translation></message>
     <message id="DESC_CLEAN_SYS_CACHES"><translation>Packages and data that the system keeps to save a second download or computation. It fetches or makes them anew when they are needed.</translation></message>
     <message id="DESC_CLEAN_SYS_LOGS"><translation>Records of installations, upgrades and crashes. They only help in looking into past trouble.</translation></message>
@@ -136,6 +141,7 @@
     <message id="FREE_BEFORE_AFTER"><translation>Free space: %1 before, %2 now.</translation></message>
     <message id="FREE_MEMORY"><translation>Memory</translation></message>
     <message id="FREE_OF"><translation>%1 free of %2</translation></message>
+    <message id="Failed to uninstall the selected application(s). Please refer to Help for more info."><translation>Failed to uninstall the selected application(s). Please refer to Help for more info.</translation></message>
     <message id="Fast Clean"><translation>Fast Clean</translation></message>
     <message id="Free Memory"><translation>Free Memory</translation></message>
     <message id="Free Space"><translation>Free Space</translation></message>
@@ -148,9 +154,21 @@
     <message id="Hostname:"><translation>Hostname:</translation></message>
     <message id="IN_USE_BY"><translation>In use by %1</translation></message>
     <message id="ITEMS"><translation>Items</translation></message>
+    <message id="KIND_APPIMAGE"><translation>AppImage</translation></message>
+    <message id="KIND_BUNDLE"><translation>Bundle</translation></message>
+    <message id="KIND_FLATPAK"><translation>Flatpak</translation></message>
+    <message id="KIND_FOLDER"><translation>Own folder</translation></message>
+    <message id="KIND_PACKAGE"><translation>Package</translation></message>
+    <message id="KIND_SNAP"><translation>Snap</translation></message>
+    <message id="LEFT_CACHE"><translation>cache</translation></message>
+    <message id="LEFT_CONFIG"><translation>settings</translation></message>
+    <message id="LEFT_DATA"><translation>data</translation></message>
+    <message id="LEFT_ENTRY"><translation>menu entry</translation></message>
     <message id="LEFT_OUT_FOREIGN"><translation>%1 is not cleaned, since it belongs to somebody else.</translation></message>
     <message id="LEFT_OUT_KEPT"><translation>%1 is not cleaned, since it holds more than its category.</translation></message>
     <message id="LEFT_OUT_TOP"><translation>%1 is not cleaned, since it is the top of a volume.</translation></message>
+    <message id="LEFT_STATE"><translation>state</translation></message>
+    <message id="LEFT_SYSTEM"><translation>settings of the system</translation></message>
     <message id="LOCAL_STORAGE"><translation>Local Storage</translation></message>
     <message id="LOCK_NO_AGENT"><translation>No program here can ask for administrator rights. Start a polkit agent, or start Brightsweep as an administrator.</translation></message>
     <message id="LOW_SPACE"><translation>Low disk space</translation></message>
@@ -243,17 +261,33 @@
     <message id="STAYED_OTHER" numerus="yes"><translation><numerusform>%n item could not be removed</numerusform><numerusform>%n items could not be removed</numerusform></translation></message>
     <message id="STAYED_READ_ONLY" numerus="yes"><translation><numerusform>%n item is on a read-only volume</numerusform><numerusform>%n items are on a read-only volume</numerusform></translation></message>
     <message id="STAYED_RIGHTS" numerus="yes"><translation><numerusform>%n item needs administrator rights</numerusform><numerusform>%n items need administrator rights</numerusform></translation></message>
+    <message id="STAYS_BROKEN"><translation>stopped in the middle</translation></message>
+    <message id="STAYS_BUSY"><translation>its package manager is at work</translation></message>
+    <message id="STAYS_CHANGED"><translation>changed since the question</translation></message>
+    <message id="STAYS_DISMISSED"><translation>not permitted</translation></message>
+    <message id="STAYS_ESSENTIAL"><translation>the system cannot do without it</translation></message>
+    <message id="STAYS_FAILED"><translation>could not be removed</translation></message>
+    <message id="STAYS_GONE"><translation>no longer there</translation></message>
+    <message id="STAYS_IMAGE"><translation>belongs to the image of the system</translation></message>
+    <message id="STAYS_LEFTOVERS"><translation>it went, and left behind: %1</translation></message>
+    <message id="STAYS_NEEDED_BY_US"><translation>Brightsweep itself would go with it</translation></message>
+    <message id="STAYS_NEEDS_RIGHTS"><translation>needs administrator rights</translation></message>
+    <message id="STAYS_OWN"><translation>this is the program that you are using</translation></message>
+    <message id="STAYS_TOO_MANY"><translation>too much depends on it</translation></message>
+    <message id="STAYS_UNSUPPORTED"><translation>cannot be removed safely from here</translation></message>
     <message id="STOP"><translation>Stop</translation></message>
     <message id="SUPER_DRIVER"><translation>Optical Drives</translation></message>
     <message id="Scan"><translation>Scan</translation></message>
     <message id="Scanning system..."><translation>Scanning system...</translation></message>
     <message id="Selected"><translation>Selected</translation></message>
+    <message id="Selected application(s) were uninstalled successfully."><translation>Selected application(s) were uninstalled successfully.</translation></message>
     <message id="Size"><translation>Size</translation></message>
     <message id="Some files that require admin access can't be removed!"><translation>Some files that require admin access can't be removed!</translation></message>
     <message id="Start"><translation>Start</translation></message>
     <message id="Stopping…"><translation>Stopping…</translation></message>
     <message id="System Caches"><translation>System Caches</translation></message>
     <message id="System Logs"><translation>System Logs</translation></message>
+    <message id="System application(s),Do you want to uninstall it?"><translation>System application(s). Do you want to uninstall it?</translation></message>
     <message id="THIS_COMPUTER"><translation>This computer</translation></message>
     <message id="TICK_ALL"><translation>Tick all</translation></message>
     <message id="TIP_KEEP_DOWNLOADS" numerus="yes"><translation><numerusform>Keeps the downloads and removes the other item, %n in all, %1.</numerusform><numerusform>Keeps the downloads and removes the other %n items, %1.</numerusform></translation></message>
@@ -272,6 +306,17 @@
     <message id="The scan was stopped. Brightsweep has to be restarted before it can scan again."><translation>The scan was stopped. Brightsweep has to be restarted before it can scan again.</translation></message>
     <message id="Total Size:"><translation>Total Size:</translation></message>
     <message id="TotalSize:"><translation>TotalSize:</translation></message>
+    <message id="UNINSTALL_ALONG" numerus="yes"><translation><numerusform>%n other package that cannot do without it goes along: %1.</numerusform><numerusform>%n other packages that cannot do without it go along: %1.</numerusform></translation></message>
+    <message id="UNINSTALL_DETAILS"><translation>Details</translation></message>
+    <message id="UNINSTALL_ENTRIES"><translation>With it go: %1.</translation></message>
+    <message id="UNINSTALL_PURGE"><translation>Settings of the whole system: %1</translation></message>
+    <message id="UNINSTALL_RUNNING"><translation>It is running (%1). Close it first: what it writes when it ends would stay.</translation></message>
+    <message id="UNINSTALL_SNAP_COPY"><translation>The copy of its data, too, that would otherwise be kept for 31 days</translation></message>
+    <message id="UNINSTALL_SUM"><translation>%1 go: %2.</translation></message>
+    <message id="UNINSTALL_SUM_ALONG" numerus="yes"><translation><numerusform>%n package along with them</numerusform><numerusform>%n packages along with them</numerusform></translation></message>
+    <message id="UNINSTALL_SUM_APPS" numerus="yes"><translation><numerusform>%n application</numerusform><numerusform>%n applications</numerusform></translation></message>
+    <message id="UNINSTALL_SUM_LEFT" numerus="yes"><translation><numerusform>%n leftover</numerusform><numerusform>%n leftovers</numerusform></translation></message>
+    <message id="UNINSTALL_SUM_STAYS" numerus="yes"><translation><numerusform>%n leftover that is not ticked stays (%1).</numerusform><numerusform>%n leftovers that are not ticked stay (%1).</numerusform></translation></message>
     <message id="USAGE_ASK" numerus="yes"><translation><numerusform>Remove %n item?</numerusform><numerusform>Remove %n items?</numerusform></translation></message>
     <message id="USAGE_ASK_ONCE_MORE" numerus="yes"><translation><numerusform>Remove this one, too?</numerusform><numerusform>Remove these %n, too?</numerusform></translation></message>
     <message id="USAGE_CANNOT_TICK"><translation>%1 cannot be selected: %2.</translation></message>
@@ -318,6 +363,7 @@
     <message id="USAGE_WAITS"><translation>The last scan still waits for %1, which does not answer.</translation></message>
     <message id="Uninstall"><translation>Uninstall</translation></message>
     <message id="Uninstall Applications"><translation>Uninstall Applications</translation></message>
+    <message id="Uninstall the selected application(s)?"><translation>Uninstall the selected application(s)?</translation></message>
     <message id="User Caches"><translation>User Caches</translation></message>
     <message id="User Downloads"><translation>User Downloads</translation></message>
     <message id="User Logs"><translation>User Logs</translation></message>

@@ -24,6 +24,8 @@
     <message id="Are you sure you want to continue?"><translation>确定要继续吗？</translation></message>
     <message id="Are you sure you want to delete all the duplicate files?"><translation>确定要删除全部重复文件吗？</translation></message>
     <message id="BACK"><translation>返回</translation></message>
+    <message id="BADGE_RUNNING"><translation>正在运行</translation></message>
+    <message id="BADGE_SYSTEM"><translation>系统组件</translation></message>
     <message id="CANCEL"><translation>取消</translation></message>
     <message id="CANNOT_EJECT"><translation>无法弹出 %1。</translation></message>
     <message id="CANNOT_OPEN_FINDER"><translation>无法在文件管理器中打开此卷。</translation></message>
@@ -39,12 +41,15 @@
     <message id="CLEAN_FILES_SIZE"><translation>已释放的空间：</translation></message>
     <message id="CLEAN_OUTDATED"><translation>自此次扫描以来，快速清理已移除了一些项目。</translation></message>
     <message id="CLOSE"><translation>关闭</translation></message>
+    <message id="COLUMN_ID"><translation>标识符</translation></message>
+    <message id="COLUMN_INSTALLED"><translation>安装日期</translation></message>
     <message id="COPY_PATH"><translation>复制路径</translation></message>
     <message id="CPU Brand:"><translation>处理器型号：</translation></message>
     <message id="CPU Vendor:"><translation>处理器厂商：</translation></message>
     <message id="Clean"><translation>清理</translation></message>
     <message id="Cleaned:"><translation>已清理：</translation></message>
     <message id="Click lock to get a higer privileges."><translation>点按锁以获取更高权限。</translation></message>
+    <message id="Created: %@"><translation>创建日期：%1</translation></message>
     <message id="DESC_CLEAN_DOWNLOADS"><translation>下载文件夹中的所有内容。请先查看：这些是您自己的文件。</translation></message>
     <message id="DESC_CLEAN_SYS_CACHES"><translation>系统为避免再次下载或计算而保留的软件包和数据。需要时系统会重新获取或生成。</translation></message>
     <message id="DESC_CLEAN_SYS_LOGS"><translation>安装、升级和崩溃的记录，仅用于调查过去的问题。</translation></message>
@@ -136,6 +141,7 @@
     <message id="FREE_BEFORE_AFTER"><translation>可用空间：之前 %1，现在 %2。</translation></message>
     <message id="FREE_MEMORY"><translation>内存</translation></message>
     <message id="FREE_OF"><translation>%1 可用，共 %2</translation></message>
+    <message id="Failed to uninstall the selected application(s). Please refer to Help for more info."><translation>无法卸载所选应用程序。更多信息请参阅帮助。</translation></message>
     <message id="Fast Clean"><translation>快速清理</translation></message>
     <message id="Free Memory"><translation>释放内存</translation></message>
     <message id="Free Space"><translation>可用空间</translation></message>
@@ -148,9 +154,21 @@
     <message id="Hostname:"><translation>主机名：</translation></message>
     <message id="IN_USE_BY"><translation>正被 %1 使用</translation></message>
     <message id="ITEMS"><translation>项目</translation></message>
+    <message id="KIND_APPIMAGE"><translation>AppImage</translation></message>
+    <message id="KIND_BUNDLE"><translation>程序包</translation></message>
+    <message id="KIND_FLATPAK"><translation>Flatpak</translation></message>
+    <message id="KIND_FOLDER"><translation>独立文件夹</translation></message>
+    <message id="KIND_PACKAGE"><translation>软件包</translation></message>
+    <message id="KIND_SNAP"><translation>Snap</translation></message>
+    <message id="LEFT_CACHE"><translation>缓存</translation></message>
+    <message id="LEFT_CONFIG"><translation>设置</translation></message>
+    <message id="LEFT_DATA"><translation>数据</translation></message>
+    <message id="LEFT_ENTRY"><translation>菜单项</translation></message>
     <message id="LEFT_OUT_FOREIGN"><translation>不会清理 %1，因为它属于其他用户。</translation></message>
     <message id="LEFT_OUT_KEPT"><translation>不会清理 %1，因为其中不只有该类别的内容。</translation></message>
     <message id="LEFT_OUT_TOP"><translation>不会清理 %1，因为它是一个卷的根目录。</translation></message>
+    <message id="LEFT_STATE"><translation>状态</translation></message>
+    <message id="LEFT_SYSTEM"><translation>系统设置</translation></message>
     <message id="LOCAL_STORAGE"><translation>本地存储</translation></message>
     <message id="LOCK_NO_AGENT"><translation>这里没有程序能够请求管理员权限。请启动 polkit 代理，或以管理员身份启动 Brightsweep。</translation></message>
     <message id="LOW_SPACE"><translation>磁盘空间不足</translation></message>
@@ -243,17 +261,33 @@
     <message id="STAYED_OTHER" numerus="yes"><translation><numerusform>%n 个项目无法移除</numerusform></translation></message>
     <message id="STAYED_READ_ONLY" numerus="yes"><translation><numerusform>%n 个项目位于只读卷上</numerusform></translation></message>
     <message id="STAYED_RIGHTS" numerus="yes"><translation><numerusform>%n 个项目需要管理员权限</numerusform></translation></message>
+    <message id="STAYS_BROKEN"><translation>中途停止</translation></message>
+    <message id="STAYS_BUSY"><translation>软件包管理器正忙</translation></message>
+    <message id="STAYS_CHANGED"><translation>询问之后已发生变化</translation></message>
+    <message id="STAYS_DISMISSED"><translation>未获许可</translation></message>
+    <message id="STAYS_ESSENTIAL"><translation>系统离不开它</translation></message>
+    <message id="STAYS_FAILED"><translation>无法移除</translation></message>
+    <message id="STAYS_GONE"><translation>已不存在</translation></message>
+    <message id="STAYS_IMAGE"><translation>属于系统映像</translation></message>
+    <message id="STAYS_LEFTOVERS"><translation>已移除，但留下了：%1</translation></message>
+    <message id="STAYS_NEEDED_BY_US"><translation>Brightsweep 本身也会随之移除</translation></message>
+    <message id="STAYS_NEEDS_RIGHTS"><translation>需要管理员权限</translation></message>
+    <message id="STAYS_OWN"><translation>这是您正在使用的程序</translation></message>
+    <message id="STAYS_TOO_MANY"><translation>依赖它的内容太多</translation></message>
+    <message id="STAYS_UNSUPPORTED"><translation>无法从这里安全移除</translation></message>
     <message id="STOP"><translation>停止</translation></message>
     <message id="SUPER_DRIVER"><translation>光驱</translation></message>
     <message id="Scan"><translation>扫描</translation></message>
     <message id="Scanning system..."><translation>正在扫描系统…</translation></message>
     <message id="Selected"><translation>已选</translation></message>
+    <message id="Selected application(s) were uninstalled successfully."><translation>所选应用程序已成功卸载。</translation></message>
     <message id="Size"><translation>大小</translation></message>
     <message id="Some files that require admin access can't be removed!"><translation>有些文件需要管理员权限，无法移除！</translation></message>
     <message id="Start"><translation>启动</translation></message>
     <message id="Stopping…"><translation>正在停止…</translation></message>
     <message id="System Caches"><translation>系统缓存</translation></message>
     <message id="System Logs"><translation>系统日志</translation></message>
+    <message id="System application(s),Do you want to uninstall it?"><translation>包含系统应用程序。要卸载吗？</translation></message>
     <message id="THIS_COMPUTER"><translation>此电脑</translation></message>
     <message id="TICK_ALL"><translation>全选</translation></message>
     <message id="TIP_KEEP_DOWNLOADS" numerus="yes"><translation><numerusform>保留下载内容，移除其余 %n 项，共 %1。</numerusform></translation></message>
@@ -272,6 +306,17 @@
     <message id="The scan was stopped. Brightsweep has to be restarted before it can scan again."><translation>扫描已停止。Brightsweep 需要重新启动才能再次扫描。</translation></message>
     <message id="Total Size:"><translation>总大小：</translation></message>
     <message id="TotalSize:"><translation>总大小：</translation></message>
+    <message id="UNINSTALL_ALONG" numerus="yes"><translation><numerusform>%n 个依赖它的软件包会一并移除：%1。</numerusform></translation></message>
+    <message id="UNINSTALL_DETAILS"><translation>详细信息</translation></message>
+    <message id="UNINSTALL_ENTRIES"><translation>随之消失：%1。</translation></message>
+    <message id="UNINSTALL_PURGE"><translation>整个系统的设置：%1</translation></message>
+    <message id="UNINSTALL_RUNNING"><translation>它正在运行（%1）。请先关闭：它退出时写入的内容会保留下来。</translation></message>
+    <message id="UNINSTALL_SNAP_COPY"><translation>同时移除其数据副本（否则会保留 31 天）</translation></message>
+    <message id="UNINSTALL_SUM"><translation>将移除 %1：%2。</translation></message>
+    <message id="UNINSTALL_SUM_ALONG" numerus="yes"><translation><numerusform>%n 个附带软件包</numerusform></translation></message>
+    <message id="UNINSTALL_SUM_APPS" numerus="yes"><translation><numerusform>%n 个应用程序</numerusform></translation></message>
+    <message id="UNINSTALL_SUM_LEFT" numerus="yes"><translation><numerusform>%n 项残留</numerusform></translation></message>
+    <message id="UNINSTALL_SUM_STAYS" numerus="yes"><translation><numerusform>%n 项未勾选的残留会保留（%1）。</numerusform></translation></message>
     <message id="USAGE_ASK" numerus="yes"><translation><numerusform>要移除 %n 个项目吗？</numerusform></translation></message>
     <message id="USAGE_ASK_ONCE_MORE" numerus="yes"><translation><numerusform>也要移除这 %n 个项目吗？</numerusform></translation></message>
     <message id="USAGE_CANNOT_TICK"><translation>无法选择 %1：%2。</translation></message>
@@ -318,6 +363,7 @@
     <message id="USAGE_WAITS"><translation>上次扫描仍在等待 %1 的响应。</translation></message>
     <message id="Uninstall"><translation>卸载</translation></message>
     <message id="Uninstall Applications"><translation>卸载应用程序</translation></message>
+    <message id="Uninstall the selected application(s)?"><translation>要卸载所选应用程序吗？</translation></message>
     <message id="User Caches"><translation>用户缓存</translation></message>
     <message id="User Downloads"><translation>用户下载</translation></message>
     <message id="User Logs"><translation>用户日志</translation></message>

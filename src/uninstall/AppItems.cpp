@@ -18,8 +18,25 @@ AppItems::AppItems(QString infoDictionary, QString itemName, std::filesystem::pa
       fileSizeNum(itemFileSizeNum) {}
 
 AppItems::Pointer AppItems::copyWithZone() const {
-    return std::make_shared<AppItems>(image, name, path, bundleID, bundleVersion, fileSize, date,
-                                      isSystemAppStr, fileSizeNum);
+    auto copy = std::make_shared<AppItems>(image, name, path, bundleID, bundleVersion, fileSize,
+                                           date, isSystemAppStr, fileSizeNum);
+    copy->application = application;
+    return copy;
+}
+
+void AppItems::takeFacts(const AppItems &later) {
+    image = later.image;
+    name = later.name;
+    path = later.path;
+    bundleID = later.bundleID;
+    bundleVersion = later.bundleVersion;
+    fileSize = later.fileSize;
+    date = later.date;
+    isSystemApp = later.isSystemApp;
+    isSystemAppStr = later.isSystemAppStr;
+    fileSizeNum = later.fileSizeNum;
+    isRunning = later.isRunning;
+    application = later.application;
 }
 
 } // namespace brightsweep

@@ -29,6 +29,8 @@ struct AppItems {
 
     /// A copy loses `isSystemApp` and `bIsSelected` and keeps `isSystemAppStr`.
     Pointer copyWithZone() const;
+    /// Takes over what a later listing says of the same application; the tick stays.
+    void takeFacts(const AppItems &later);
 
     /// The icon: a name of the icon theme or an absolute path; empty for that of its type.
     QString image = QStringLiteral("");

@@ -1,0 +1,205 @@
+// The removal of the uninstall page.
+
+#include "core/Texts.h"
+#include "foundation/Log.h"
+#include "foundation/Paths.h"
+#include "removal/NvAuthorization.h"
+#include "removal/RemovalRun.h"
+#include "uninstall/RemovalPlanner.h"
+#include "uninstall/UninstallAppsController.h"
+#include "uninstall/UninstallTexts.h"
+#include "uninstall/Uninstallation.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr qsizetype longestFailure = 60; // before it is cut
+
+} // namespace
+
+// Rights are not held, and can be asked for.
+bool UninstallAppsController::canGetRights() const {
+    return !m_padlock.isOpen() &&
+           !NvAuthorization::shareNvAuthorization().getAuthorizationRet().has_value();
+}
+
+void UninstallAppsController::uninstallButtonAction() {
+    if (refuseUnless(isIdle() && m_uninstallButton, "a removal") || !m_surroundings.licenceGate())
+        return;
+    showAlertForUninstall();
+}
+
+// What would go is found out before it is asked about.
+void UninstallAppsController::showAlertForUninstall() {
+    m_chosen = getAllSelectApp();
+    setState(State::Planning);
+    std::vector<InstalledApplication> installed;
+    std::vector<InstalledApplication> applications;
+    for (const auto &item : m_searchAllAppArr)
+        installed.push_back(*item->application);
+    for (const auto &item : m_chosen)
+        applications.push_back(*item->application);
+    m_plans.clear();
+    m_planSizes.clear();
+    enqueue({[this, installed = std::move(installed), applications = std::move(applications)] {
+                 makePlans(installed, applications);
+             },
+             [this] { planned(); }});
+}
+
+void UninstallAppsController::makePlans(const std::vector<InstalledApplication> &installed,
+                                        const std::vector<InstalledApplication> &applications) {
+    const RemovalPlanner planner(installed);
+    for (const InstalledApplication &application : applications) {
+        m_plans.push_back(planner.planOf(application));
+        ApplicationSource *const source = sourceOf(application.kind);
+        m_planSizes.push_back(isPlainFiles(application) || !source ? m_plans.back().itself.bytes
+                                                                   : source->sizeOf(application));
+    }
+}
+
+void UninstallAppsController::planned() {
+    if (m_plans.size() != m_chosen.size()) { // the worker failed
+        m_reasons.clear();
+        tellFailure();
+        return finish();
+    }
+    setState(State::Asking);
+    const bool isSystem = std::any_of(m_chosen.begin(), m_chosen.end(),
+                                      [](const auto &item) { return item->isSystemApp; });
+    Q_EMIT askToUninstall(isSystem
+                              ? localizedText("System application(s),Do you want to uninstall it?")
+                              : localizedText("Uninstall the selected application(s)?"));
+}
+
+void UninstallAppsController::tickLeftover(std::size_t plan, std::size_t leftover, bool isTicked) {
+    if (!refuseUnless(m_state == State::Asking && plan < m_plans.size() &&
+                          leftover < m_plans[plan].leftovers.size(),
+                      "a tick of what would be left"))
+        m_plans[plan].leftovers[leftover].ticked = isTicked;
+}
+
+void UninstallAppsController::tickSystemSettings(std::size_t plan, bool isTicked) {
+    if (!refuseUnless(m_state == State::Asking && plan < m_plans.size(),
+                      "a tick of the system's settings"))
+        m_plans[plan].purge = isTicked;
+}
+
+void UninstallAppsController::alertEnded(int code) {
+    if (refuseUnless(m_state == State::Asking, "an answer"))
+        return;
+    if (code != 1)
+        return setState(State::Ready);
+    const auto begun = RemovalRun::begin(QT_TRID_NOOP("Uninstall"));
+    if (!begun.run) {
+        setState(State::Ready);
+        Q_EMIT removalRefused(RemovalRun::refusal(begun));
+        return;
+    }
+    m_run = begun.run;
+    m_failures.clear();
+    m_reasons.clear();
+    m_isSecondAttempt = false;
+    m_uninstallation = std::make_unique<Uninstallation>(m_plans);
+    m_uninstallation->setProgress([this](const InstalledApplication &application) {
+        m_calls.post([this, name = paths::display(application.name)] {
+            m_progress = name;
+            Q_EMIT progressChanged();
+        });
+    });
+    Q_EMIT messageChanged();
+    if (needsRightsFirst() && canGetRights())
+        return askForRights();
+    uninstallActionfromBottomButton();
+}
+
+// The list of the system's applications, and packages wherever they are listed: a part of the
+// others should not have gone when the user then calls the question for the password off.
+bool UninstallAppsController::needsRightsFirst() const {
+    return m_nowSelectRow == SystemApplications ||
+           std::any_of(m_plans.begin(), m_plans.end(), takesRights);
+}
+
+void UninstallAppsController::askForRights() {
+    setState(State::AskingRights);
+    m_padlock.unlockRigths(true);
+}
+
+void UninstallAppsController::rightsAnswered() {
+    if (m_state != State::AskingRights || m_padlock.isAsking())
+        return;
+    if (m_padlock.isOpen())
+        return uninstallActionfromBottomButton();
+    tellFailure(m_padlock.isWithoutAgent() ? localizedText("LOCK_NO_AGENT") : QString());
+    finish();
+}
+
+void UninstallAppsController::uninstallActionfromBottomButton() {
+    m_selectButton = false;
+    setState(State::Uninstalling);
+    enqueue({[this] { m_uninstallation->run(*m_run); }, [this] { attemptEnded(); }});
+}
+
+void UninstallAppsController::attemptEnded() {
+    m_failures.clear();
+    m_reasons.clear();
+    const auto &records = m_uninstallation->records();
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        const AppItems::Pointer &item = m_chosen[i];
+        const bool hasGone = records[i].outcome == UninstallOutcome::Removed;
+        if (hasGone) {
+            std::erase(m_searchAllAppArr, item);
+            std::erase(m_allApplications, item);
+        }
+        if (records[i].isWhole())
+            continue;
+        const QString reason = UninstallTexts::reason(records[i]);
+        m_reasons += QStringLiteral("%1: %2").arg(item->name, reason);
+        if (!hasGone)
+            m_failures[item.get()] = reason;
+    }
+    renewList();
+    if (m_uninstallation->isOpen() && !m_isSecondAttempt && canGetRights()) {
+        m_isSecondAttempt = true;
+        return askForRights();
+    }
+    if (!m_reasons.isEmpty())
+        tellFailure();
+    else
+        m_uninstallTextField = {
+            localizedText("Selected application(s) were uninstalled successfully."),
+            {},
+            false,
+            0,
+            0,
+            false};
+    finish();
+}
+
+void UninstallAppsController::tellFailure(const QString &more) {
+    const QString words = localizedText("Failed to uninstall the selected application(s). Please "
+                                        "refer to Help for more info.");
+    QStringList lines = QStringList{words} + m_reasons;
+    if (!more.isEmpty())
+        lines += more;
+    m_uninstallTextField = {
+        words.left(longestFailure) + QStringLiteral("..."), lines.join(u'\n'), false, 0, 0, true};
+}
+
+void UninstallAppsController::finish() {
+    m_uninstallation.reset();
+    m_run.reset();
+    m_progress.clear();
+    m_chosen.clear();
+    m_plans.clear();
+    setState(State::Ready);
+    Q_EMIT rowsChanged();
+    postSelectNum(true);
+    listAgain();
+}
+
+} // namespace brightsweep
