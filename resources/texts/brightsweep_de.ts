@@ -61,14 +61,16 @@
     <message id="DISK_IMAGE"><translation>Datenträgerabbilder</translation></message>
     <message id="DOWNLOADS_TICKED" numerus="yes"><translation><numerusform>%n Objekt Ihrer Downloads ist angehakt, %1.</numerusform><numerusform>%n Objekte Ihrer Downloads sind angehakt, %1.</numerusform></translation></message>
     <message id="DRIVE_STAYS"><translation>Das Laufwerk konnte nicht freigegeben werden.</translation></message>
-    <message id="DUP_ASK" numerus="yes"><translation><numerusform>%n Datei mit %1 entfernen?</numerusform><numerusform>%n Dateien mit %1 entfernen?</numerusform></translation></message>
+    <message id="DUP_ASK" numerus="yes"><translation><numerusform>%n Datei entfernen und %1 freigeben?</numerusform><numerusform>%n Dateien entfernen und %1 freigeben?</numerusform></translation></message>
     <message id="DUP_BUSY"><translation>Hier läuft noch eine Suche oder ein Entfernen. Geben Sie den Ordner an, wenn es beendet ist.</translation></message>
     <message id="DUP_DETAILS"><translation>Details</translation></message>
     <message id="DUP_DROP"><translation>Ziehen Sie einen Ordner hierher: Brightsweep findet darin die Dateien mit gleichem Inhalt, wie sie auch heißen.</translation></message>
     <message id="DUP_FILTER"><translation>Name oder Ordner filtern</translation></message>
     <message id="DUP_FREED"><translation>Gäbe frei</translation></message>
-    <message id="DUP_FREES"><translation>Frei werden höchstens %1: Namen einer Datei geben nichts frei, solange ein anderer bleibt.</translation></message>
+    <message id="DUP_FREED_SO_FAR"><translation>bisher frei geworden</translation></message>
+    <message id="DUP_FREES"><translation>Zusammen sind sie %1 groß. Was davon weitere Namen einer Datei, geteilte Blöcke und Lücken ausmachen, wird nicht frei.</translation></message>
     <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n Datei, %1 zu viel</numerusform><numerusform>%n Dateien, %1 zu viel</numerusform></translation></message>
+    <message id="DUP_GROUP_STAYED" numerus="yes"><translation><numerusform>%n Datei ist geblieben</numerusform><numerusform>%n Dateien sind geblieben</numerusform></translation></message>
     <message id="DUP_HARD_LINK" numerus="yes"><translation><numerusform>einer von %n Namen einer Datei</numerusform><numerusform>einer von %n Namen einer Datei</numerusform></translation></message>
     <message id="DUP_HIDDEN_TICKS" numerus="yes"><translation><numerusform>%n ausgewählte Datei ist hier nicht zu sehen. „Entfernen“ nimmt sie mit.</numerusform><numerusform>%n ausgewählte Dateien sind hier nicht zu sehen. „Entfernen“ nimmt sie mit.</numerusform></translation></message>
     <message id="DUP_KEEP_FIRST"><translation>Die zuerst gefundene behalten</translation></message>
@@ -98,7 +100,7 @@
     <message id="DUP_SEARCHING"><translation>%1 wird durchsucht</translation></message>
     <message id="DUP_SHARE"><translation>Blöcke teilen</translation></message>
     <message id="DUP_SHARED" numerus="yes"><translation><numerusform>%n Datei teilt jetzt ihre Blöcke, %1 frei geworden.</numerusform><numerusform>%n Dateien teilen jetzt ihre Blöcke, %1 frei geworden.</numerusform></translation></message>
-    <message id="DUP_SHARES"><translation>Teilt ihre Blöcke mit einer anderen Datei.</translation></message>
+    <message id="DUP_SHARES"><translation>teilt ihre Blöcke</translation></message>
     <message id="DUP_SHARE_ASKING"><translation>Das Dateisystem wird gefragt, ob es das kann …</translation></message>
     <message id="DUP_STAYED" numerus="yes"><translation><numerusform>%n Datei ist geblieben; ihre Zeile sagt, warum.</numerusform><numerusform>%n Dateien sind geblieben; ihre Zeilen sagen, warum.</numerusform></translation></message>
     <message id="DUP_STOPPED"><translation>Die Suche wurde angehalten.</translation></message>
@@ -257,6 +259,8 @@
     <message id="SHOW_LOG"><translation>Protokoll zeigen</translation></message>
     <message id="SHOW_OVERVIEW"><translation>Alle Kategorien zeigen</translation></message>
     <message id="SHOW_VOLUMES"><translation>Datenträger zeigen</translation></message>
+    <message id="SOME_STAYED"><translation>Einige Dateien sind geblieben.</translation></message>
+    <message id="SOME_STAYED_WHY"><translation>Der Grund steht jeweils daneben.</translation></message>
     <message id="STAYED_IN_USE" numerus="yes"><translation><numerusform>%n Objekt wird benutzt</numerusform><numerusform>%n Objekte werden benutzt</numerusform></translation></message>
     <message id="STAYED_OTHER" numerus="yes"><translation><numerusform>%n Objekt ließ sich nicht entfernen</numerusform><numerusform>%n Objekte ließen sich nicht entfernen</numerusform></translation></message>
     <message id="STAYED_READ_ONLY" numerus="yes"><translation><numerusform>%n Objekt liegt auf einem schreibgeschützten Datenträger</numerusform><numerusform>%n Objekte liegen auf einem schreibgeschützten Datenträger</numerusform></translation></message>

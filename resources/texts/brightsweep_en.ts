@@ -61,14 +61,16 @@
     <message id="DISK_IMAGE"><translation>Disk Images</translation></message>
     <message id="DOWNLOADS_TICKED" numerus="yes"><translation><numerusform>%n item of your downloads is ticked, %1.</numerusform><numerusform>%n items of your downloads are ticked, %1.</numerusform></translation></message>
     <message id="DRIVE_STAYS"><translation>Its drive could not be released.</translation></message>
-    <message id="DUP_ASK" numerus="yes"><translation><numerusform>Remove %n file, %1?</numerusform><numerusform>Remove %n files, %1?</numerusform></translation></message>
+    <message id="DUP_ASK" numerus="yes"><translation><numerusform>Remove %n file and free %1?</numerusform><numerusform>Remove %n files and free %1?</numerusform></translation></message>
     <message id="DUP_BUSY"><translation>A search or a removal is running here. Give the folder once it has ended.</translation></message>
     <message id="DUP_DETAILS"><translation>Details</translation></message>
     <message id="DUP_DROP"><translation>Drop a folder here to find the files in it that have the same content, whatever they are called.</translation></message>
     <message id="DUP_FILTER"><translation>Filter by name or folder</translation></message>
     <message id="DUP_FREED"><translation>Would free</translation></message>
-    <message id="DUP_FREES"><translation>This frees %1 at most: names of one file free nothing while another one stays.</translation></message>
+    <message id="DUP_FREED_SO_FAR"><translation>freed so far</translation></message>
+    <message id="DUP_FREES"><translation>Together they are %1 large. What other names of a file, shared blocks and holes take of that does not come back.</translation></message>
     <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n file, wastes %1</numerusform><numerusform>%n files, waste %1</numerusform></translation></message>
+    <message id="DUP_GROUP_STAYED" numerus="yes"><translation><numerusform>%n file stayed</numerusform><numerusform>%n files stayed</numerusform></translation></message>
     <message id="DUP_HARD_LINK" numerus="yes"><translation><numerusform>one of %n name of one file</numerusform><numerusform>one of %n names of one file</numerusform></translation></message>
     <message id="DUP_HIDDEN_TICKS" numerus="yes"><translation><numerusform>%n ticked file is not shown here. Remove takes it too.</numerusform><numerusform>%n ticked files are not shown here. Remove takes them too.</numerusform></translation></message>
     <message id="DUP_KEEP_FIRST"><translation>Keep the one found first</translation></message>
@@ -98,7 +100,7 @@
     <message id="DUP_SEARCHING"><translation>Searching %1</translation></message>
     <message id="DUP_SHARE"><translation>Share Blocks</translation></message>
     <message id="DUP_SHARED" numerus="yes"><translation><numerusform>%n file shares its blocks now, %1 freed.</numerusform><numerusform>%n files share their blocks now, %1 freed.</numerusform></translation></message>
-    <message id="DUP_SHARES"><translation>Shares its blocks with another file.</translation></message>
+    <message id="DUP_SHARES"><translation>shares its blocks</translation></message>
     <message id="DUP_SHARE_ASKING"><translation>Asking the file system whether it can do that…</translation></message>
     <message id="DUP_STAYED" numerus="yes"><translation><numerusform>%n file stayed; its row says why.</numerusform><numerusform>%n files stayed; their rows say why.</numerusform></translation></message>
     <message id="DUP_STOPPED"><translation>The search was stopped.</translation></message>
@@ -257,6 +259,8 @@
     <message id="SHOW_LOG"><translation>Show Log</translation></message>
     <message id="SHOW_OVERVIEW"><translation>Show all categories</translation></message>
     <message id="SHOW_VOLUMES"><translation>Show Volumes</translation></message>
+    <message id="SOME_STAYED"><translation>Some files have stayed.</translation></message>
+    <message id="SOME_STAYED_WHY"><translation>The reason stands beside each of them.</translation></message>
     <message id="STAYED_IN_USE" numerus="yes"><translation><numerusform>%n item is in use</numerusform><numerusform>%n items are in use</numerusform></translation></message>
     <message id="STAYED_OTHER" numerus="yes"><translation><numerusform>%n item could not be removed</numerusform><numerusform>%n items could not be removed</numerusform></translation></message>
     <message id="STAYED_READ_ONLY" numerus="yes"><translation><numerusform>%n item is on a read-only volume</numerusform><numerusform>%n items are on a read-only volume</numerusform></translation></message>

@@ -61,14 +61,16 @@
     <message id="DISK_IMAGE"><translation>磁盘映像</translation></message>
     <message id="DOWNLOADS_TICKED" numerus="yes"><translation><numerusform>下载文件夹中已选中 %n 项，共 %1。</numerusform></translation></message>
     <message id="DRIVE_STAYS"><translation>但未能释放其驱动器。</translation></message>
-    <message id="DUP_ASK" numerus="yes"><translation><numerusform>要移除 %n 个文件（%1）吗？</numerusform></translation></message>
+    <message id="DUP_ASK" numerus="yes"><translation><numerusform>要移除 %n 个文件并释放 %1 吗？</numerusform></translation></message>
     <message id="DUP_BUSY"><translation>此处正在搜索或移除。请等结束后再指定文件夹。</translation></message>
     <message id="DUP_DETAILS"><translation>详细信息</translation></message>
     <message id="DUP_DROP"><translation>将文件夹拖到这里，查找其中内容相同的文件，无论它们叫什么名字。</translation></message>
     <message id="DUP_FILTER"><translation>按名称或文件夹筛选</translation></message>
     <message id="DUP_FREED"><translation>可释放</translation></message>
-    <message id="DUP_FREES"><translation>最多释放 %1：同一文件仍有其他名称时不会释放空间。</translation></message>
+    <message id="DUP_FREED_SO_FAR"><translation>目前已释放</translation></message>
+    <message id="DUP_FREES"><translation>这些文件共 %1。其中文件的其他名称、共享的数据块和空洞所占的部分不会释放。</translation></message>
     <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n 个文件，浪费 %1</numerusform></translation></message>
+    <message id="DUP_GROUP_STAYED" numerus="yes"><translation><numerusform>%n 个文件被保留</numerusform></translation></message>
     <message id="DUP_HARD_LINK" numerus="yes"><translation><numerusform>同一文件的 %n 个名称之一</numerusform></translation></message>
     <message id="DUP_HIDDEN_TICKS" numerus="yes"><translation><numerusform>有 %n 个已选文件未在此显示。“移除”也会移除它们。</numerusform></translation></message>
     <message id="DUP_KEEP_FIRST"><translation>保留最先找到的</translation></message>
@@ -98,7 +100,7 @@
     <message id="DUP_SEARCHING"><translation>正在搜索 %1</translation></message>
     <message id="DUP_SHARE"><translation>共享数据块</translation></message>
     <message id="DUP_SHARED" numerus="yes"><translation><numerusform>%n 个文件现已共享数据块，释放 %1。</numerusform></translation></message>
-    <message id="DUP_SHARES"><translation>与其他文件共享数据块。</translation></message>
+    <message id="DUP_SHARES"><translation>共享数据块</translation></message>
     <message id="DUP_SHARE_ASKING"><translation>正在询问文件系统是否支持…</translation></message>
     <message id="DUP_STAYED" numerus="yes"><translation><numerusform>有 %n 个文件被保留，原因见所在行。</numerusform></translation></message>
     <message id="DUP_STOPPED"><translation>搜索已停止。</translation></message>
@@ -257,6 +259,8 @@
     <message id="SHOW_LOG"><translation>显示日志</translation></message>
     <message id="SHOW_OVERVIEW"><translation>显示所有类别</translation></message>
     <message id="SHOW_VOLUMES"><translation>显示卷</translation></message>
+    <message id="SOME_STAYED"><translation>有些文件被保留了。</translation></message>
+    <message id="SOME_STAYED_WHY"><translation>原因显示在每个文件旁边。</translation></message>
     <message id="STAYED_IN_USE" numerus="yes"><translation><numerusform>%n 个项目正在使用</numerusform></translation></message>
     <message id="STAYED_OTHER" numerus="yes"><translation><numerusform>%n 个项目无法移除</numerusform></translation></message>
     <message id="STAYED_READ_ONLY" numerus="yes"><translation><numerusform>%n 个项目位于只读卷上</numerusform></translation></message>

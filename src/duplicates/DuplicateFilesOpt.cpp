@@ -37,8 +37,10 @@ std::shared_ptr<SimpleTreeNode> bundleGroup(const AppList &bundles) {
     for (const auto &bundle : bundles) {
         SearchedFile searched{
             SearchedFile::Kind::Bundle, bundle->device, bundle->inode, bundle->DirectorySize, 0, 0};
-        for (const auto &file : bundle->AllFileInDirectory)
+        for (const auto &file : bundle->AllFileInDirectory) {
             searched.changed = std::max(searched.changed, file->changed);
+            searched.stored += file->stored;
+        }
         auto leaf = std::make_shared<DuplicateLeaf>(bundle->DirectoryPathName, searched);
         // The icon of a bundle goes by its bare name.
         leaf->setIconRep(bundle->DirectoryName);
@@ -52,9 +54,9 @@ std::shared_ptr<DuplicateLeaf> fileLeaf(const fileAttrbItem &file) {
     const auto kind = file.kind == fileAttrbItem::Kind::Link ? SearchedFile::Kind::Link
                                                              : SearchedFile::Kind::File;
     auto leaf = std::make_shared<DuplicateLeaf>(
-        file.filePathName,
-        SearchedFile{kind, file.device, file.inode, file.fileSize,
-                     file.ModificationDate.time_since_epoch().count(), file.changed});
+        file.filePathName, SearchedFile{kind, file.device, file.inode, file.fileSize,
+                                        file.ModificationDate.time_since_epoch().count(),
+                                        file.changed, file.stored, file.links});
     leaf->setIconRepToName();
     leaf->setFileSize(file.fileSize);
     leaf->setModificationDate(file.ModificationDate);

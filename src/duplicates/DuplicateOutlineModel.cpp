@@ -3,7 +3,7 @@
 #include "core/RowWords.h"
 #include "core/Texts.h"
 #include "duplicates/DuplicateNodes.h"
-#include "duplicates/HardLinks.h"
+#include "duplicates/FreedBytes.h"
 #include "foundation/Paths.h"
 
 #include <algorithm>
@@ -30,7 +30,9 @@ constexpr std::array<ColumnRow, DuplicateOutlineModel::columns> columnRows = {{
 QString leafNote(const DuplicateLeaf &leaf) {
     if (leaf.searched().kind == SearchedFile::Kind::Link)
         return localizedText("DUP_LINK");
-    return leaf.names() > 1 ? localizedText("DUP_HARD_LINK", leaf.names()) : QString();
+    if (leaf.names() > 1)
+        return localizedText("DUP_HARD_LINK", leaf.names());
+    return leaf.sharesBlocks() ? localizedText("DUP_SHARES") : QString();
 }
 
 } // namespace
@@ -217,6 +219,24 @@ QVariant DuplicateOutlineModel::text(const QModelIndex &index, const TreeNode &n
     }
 }
 
+std::size_t DuplicateOutlineModel::failures(const QModelIndex &group) const {
+    const TreeNode &node = *rowOf(group).group;
+    std::size_t count = 0;
+    for (std::int32_t i = 0; m_page.report().failed > 0 && i < node.numberOfChildren(); ++i)
+        count += m_page.failureOf(node.childAtIndex(i).get()).isEmpty() ? 0 : 1;
+    return count;
+}
+
+// How many files there are, what could go of them, and what stayed though it was to go.
+QString DuplicateOutlineModel::groupNote(const QModelIndex &group) const {
+    const Row &row = rowOf(group);
+    const QString note = localizedText("DUP_GROUP_NOTE", std::size_t(row.group->numberOfChildren()))
+                             .arg(sizeWords(row.wasted));
+    const std::size_t failed = failures(group);
+    return failed == 0 ? note
+                       : note + QStringLiteral(" · ") + localizedText("DUP_GROUP_STAYED", failed);
+}
+
 QString DuplicateOutlineModel::failureWords(const TreeNode &node) const {
     const QString failure = m_page.failureOf(&node);
     return failure.isEmpty() ? QString() : localizedText(failure);
@@ -227,12 +247,7 @@ QVariant DuplicateOutlineModel::data(const QModelIndex &index, int role) const {
     if (!node)
         return {};
     const SimpleNodeData &data = dataOf(*node);
-    const auto note = [&] {
-        return data.isGroup()
-                   ? localizedText("DUP_GROUP_NOTE", std::size_t(node->numberOfChildren()))
-                         .arg(sizeWords(rowOf(index).wasted))
-                   : leafNote(leafOf(*node));
-    };
+    const auto note = [&] { return data.isGroup() ? groupNote(index) : leafNote(leafOf(*node)); };
     switch (role) {
     case Qt::DisplayRole:
         return text(index, *node);

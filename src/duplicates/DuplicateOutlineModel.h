@@ -40,6 +40,8 @@ public:
     std::uint64_t wastedBytes() const { return m_wasted; }
     /// The folder that all files of the list lie in, where it is one.
     const std::optional<std::filesystem::path> &oneFolder() const { return m_oneFolder; }
+    /// Files of a group that stayed at the last removal.
+    std::size_t failures(const QModelIndex &group) const;
     /// Null where the rows are gone.
     TreeNode::Pointer nodeOf(const QModelIndex &index) const;
     /// The page's name of a column.
@@ -79,6 +81,7 @@ private:
     void valuesChanged();
     const Row &rowOf(const QModelIndex &index) const;
     QVariant text(const QModelIndex &index, const TreeNode &node) const;
+    QString groupNote(const QModelIndex &group) const;
     QString failureWords(const TreeNode &node) const;
 
     SameFileDeleteViewController &m_page;

@@ -47,6 +47,8 @@ std::shared_ptr<fileAttrbItem> makeItem(std::string path, const DirectoryEntry &
     item->changed = entry.changed;
     item->device = entry.device;
     item->inode = entry.inode;
+    item->stored = entry.stored;
+    item->links = std::uint32_t(entry.links);
     item->kind = entry.type == EntryType::File   ? fileAttrbItem::Kind::File
                  : entry.type == EntryType::Link ? fileAttrbItem::Kind::Link
                                                  : fileAttrbItem::Kind::Special;

@@ -36,24 +36,4 @@ void countNames(const TreeNode &group) {
     }
 }
 
-std::uint64_t wastedBy(const TreeNode &group) {
-    double files = 0;
-    for (std::int32_t i = 0; i < group.numberOfChildren(); ++i)
-        files += 1.0 / leafOf(*group.childAtIndex(i)).names();
-    // The names of one file add up to one, as closely as fractions do.
-    const auto whole = std::uint64_t(files + 0.5);
-    return whole < 2 ? 0 : (whole - 1) * leafOf(*group.firstChild()).fileSize();
-}
-
-std::uint64_t freedWithout(const TreeNode::List &leaves) {
-    std::uint64_t freed = 0;
-    std::map<std::pair<const TreeNode *, FileIdentity>, std::uint32_t> going;
-    for (const auto &node : leaves) {
-        const DuplicateLeaf &leaf = leafOf(*node);
-        if (leaf.names() < 2 || ++going[{node->nodeParent(), identityOf(*node)}] == leaf.names())
-            freed += leaf.fileSize();
-    }
-    return freed;
-}
-
 } // namespace brightsweep

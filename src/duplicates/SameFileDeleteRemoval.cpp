@@ -203,10 +203,12 @@ void SameFileDeleteViewController::deleteFinished() {
     ticksChanged();
     Q_EMIT listChanged();
     Q_EMIT removalEnded();
-    if (m_report.neededRights > 0) {
+    if (m_report.act == Act::Share && m_report.done > 0)
+        beginBlocks();
+    if (m_report.neededRights > 0)
         Q_EMIT unlockAnimation(true);
+    if (m_report.failed > 0)
         Q_EMIT alertCanNotRemoveSome();
-    }
 }
 
 void SameFileDeleteViewController::stopRemoveBtnClicked() {

@@ -2,7 +2,7 @@
 
 #include "core/Texts.h"
 #include "duplicates/DuplicateNodes.h"
-#include "duplicates/HardLinks.h"
+#include "duplicates/FreedBytes.h"
 #include "duplicates/SameFileDeleteViewController.h"
 
 #include <algorithm>
@@ -123,7 +123,7 @@ void SameFileDeleteViewController::ticksChanged() {
 }
 
 std::uint64_t SameFileDeleteViewController::freedBySelection() const {
-    return freedWithout(m_selection.allSelectNumArr());
+    return freedBy(m_selection.allSelectNumArr());
 }
 
 QString SameFileDeleteViewController::selectionMessage() const {

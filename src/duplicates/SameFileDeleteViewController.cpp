@@ -6,6 +6,7 @@
 #include "core/ThreadWorker.h"
 #include "core/UtilityFunction.h"
 #include "duplicates/DuplicateNodes.h"
+#include "duplicates/FreedBytes.h"
 #include "duplicates/HardLinks.h"
 #include "duplicates/RecentFolders.h"
 #include "foundation/Log.h"
@@ -76,7 +77,9 @@ SameFileDeleteViewController::~SameFileDeleteViewController() {
         m_run->stop();
     if (m_duplicateOpt)
         m_duplicateOpt->stopSearch();
-    for (const auto &worker : {m_twDuplicateSearch, m_twRemoveDupFiles, m_sharingWorker}) {
+    m_stopsBlocks = true;
+    for (const auto &worker :
+         {m_twDuplicateSearch, m_twRemoveDupFiles, m_sharingWorker, m_blocksWorker}) {
         if (worker) {
             worker->markAsCancelled();
             worker->abandon();
@@ -186,6 +189,7 @@ void SameFileDeleteViewController::switch2QcAnimation(bool searching) {
 }
 
 void SameFileDeleteViewController::resetOulineView() {
+    forgetBlocks();
     m_trees = {};
     m_sizes = {};
     m_failures.clear();
@@ -270,6 +274,48 @@ void SameFileDeleteViewController::searchFinished() {
         rememberFolder(m_root->searched);
     renewTitle();
     delayBtnChangeStateTime();
+    if (!m_bIsStopScan)
+        beginBlocks();
+}
+
+// -- Shared blocks
+
+// On a file system where files can share blocks, what a removal frees is known only after a look.
+// One look at a time: an earlier one may hang in a file server.
+void SameFileDeleteViewController::beginBlocks() {
+    m_wantsBlocks = m_blocksWorker != nullptr;
+    if (m_wantsBlocks || !m_trees[0])
+        return;
+    m_stopsBlocks = false;
+    for (std::int32_t i = 0; i < m_trees[0]->numberOfChildren(); ++i) {
+        const auto group = m_trees[0]->childAtIndex(i);
+        for (std::int32_t leaf = 0; leaf < group->numberOfChildren(); ++leaf)
+            m_lookedAt.push_back(group->childAtIndex(leaf));
+    }
+    m_blocksWorker = ThreadWorker::workOn(this, &SameFileDeleteViewController::lookAtBlocks,
+                                          nullptr, &SameFileDeleteViewController::blocksLookedAt);
+}
+
+void SameFileDeleteViewController::forgetBlocks() {
+    m_stopsBlocks = true;
+    m_wantsBlocks = false;
+}
+
+void SameFileDeleteViewController::lookAtBlocks(std::nullptr_t) {
+    m_freed = lookForSharedBlocks(m_lookedAt, m_stopsBlocks);
+}
+
+void SameFileDeleteViewController::blocksLookedAt() {
+    m_blocksWorker.reset();
+    const TreeNode::List leaves = std::exchange(m_lookedAt, {});
+    const auto freed = std::exchange(m_freed, {});
+    if (!m_stopsBlocks && !freed.empty()) {
+        for (std::size_t i = 0; i < freed.size(); ++i)
+            leafOf(*leaves[i]).setFreed(freed[i]);
+        Q_EMIT listChanged();
+    }
+    if (m_wantsBlocks)
+        beginBlocks();
 }
 
 void SameFileDeleteViewController::constructSubtrees() {

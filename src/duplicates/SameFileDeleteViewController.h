@@ -125,7 +125,7 @@ public:
     /// Leaves of the list shown.
     std::uint64_t allFilesCount() const { return m_frashAllFilesCount; }
     const DuplicateSelection &selection() const { return m_selection; }
-    /// What removing all that is ticked gives back at most; names of one file count together.
+    /// What removing all that is ticked gives back, in stored bytes; see freedBy().
     std::uint64_t freedBySelection() const;
     /// The size that files must exceed to be searched.
     static std::uint64_t searchLimit();
@@ -186,7 +186,7 @@ Q_SIGNALS:
     void controlsChanged();
     void titleChanged();
     void sizesChanged();
-    /// Another list, or another order.
+    /// Another list, another order, or other figures in it.
     void listChanged();
     /// These groups have lost leaves, or have gone from their lists.
     void rowsChanged();
@@ -203,6 +203,7 @@ Q_SIGNALS:
     void sharingAnswered(const QString &refusal);
     /// One row has been ticked by hand.
     void ticked(const TreeNode::Pointer &node);
+    /// Some stayed, perhaps for want of rights; report() tells.
     void alertCanNotRemoveSome();
     void unlockAnimation(bool running);
     /// The file under search or removal.
@@ -247,6 +248,11 @@ private:
     void ticksChanged();
     DuplicateSelection::IsShown shownOnly() const;
 
+    void beginBlocks();
+    void lookAtBlocks(std::nullptr_t argument);
+    void blocksLookedAt();
+    void forgetBlocks();
+
     void askSharing(SearchedGroup group);
     void sharingAsked();
     std::vector<Job> jobs() const;
@@ -282,6 +288,11 @@ private:
     std::shared_ptr<DuplicateFilesOpt> m_duplicateOpt;
     brightsweep::Result<SearchRoot> m_root = std::errc::no_such_file_or_directory;
 
+    std::shared_ptr<ThreadWorker> m_blocksWorker;
+    TreeNode::List m_lookedAt;          ///< left alone while that worker runs
+    std::vector<std::uint64_t> m_freed; ///< likewise
+    std::atomic<bool> m_stopsBlocks{false};
+    bool m_wantsBlocks = false; ///< once that worker has ended
     std::shared_ptr<ThreadWorker> m_sharingWorker;
     std::error_code m_sharingRefusal; ///< left alone while that worker runs
     bool m_hasTrash = true;           ///< likewise

@@ -32,6 +32,8 @@ public:
     /// Of a link, those of what it leads to.
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
+    std::uint64_t stored = 0; ///< bytes that it takes in its file system; of a link its own
+    std::uint32_t links = 1;  ///< names of the file; of a link its own
     Kind kind = Kind::File;
 
     /// The last component of the path.

@@ -36,6 +36,9 @@ FilterField::FilterField(const QString &words, QWidget *page, QWidget *parent) :
     auto *const escape =
         new QShortcut(Qt::Key_Escape, page, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
     connect(escape, &QShortcut::activated, this, [this] {
+        // What it narrows is not shown either.
+        if (!isVisible())
+            return;
         clear();
         Q_EMIT left();
     });

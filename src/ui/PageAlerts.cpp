@@ -24,4 +24,12 @@ AlertContent padlockAlert(PadlockController &padlock, const QString &words,
     return content;
 }
 
+AlertContent someStayedAlert(const std::function<void()> &ended) {
+    AlertContent content = wordsAlert(localizedText("SOME_STAYED"));
+    content.informativeText = localizedText("SOME_STAYED_WHY");
+    content.buttons = {{localizedText("OK"), false, ended}};
+    content.calledOff = ended;
+    return content;
+}
+
 } // namespace brightsweep

@@ -13,5 +13,7 @@ AlertContent wordsAlert(const QString &words);
 /// Something stayed for want of rights; `ended` is called when the alert has been closed, however.
 AlertContent padlockAlert(PadlockController &padlock, const QString &words,
                           const std::function<void()> &ended);
+/// Something stayed for other reasons, which its rows tell; `ended` likewise.
+AlertContent someStayedAlert(const std::function<void()> &ended);
 
 } // namespace brightsweep

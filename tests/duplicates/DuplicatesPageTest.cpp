@@ -3,7 +3,7 @@
 #include "core/SettingKeys.h"
 #include "duplicates/DuplicateFilesOpt.h"
 #include "duplicates/DuplicateNodes.h"
-#include "duplicates/HardLinks.h"
+#include "duplicates/FreedBytes.h"
 #include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/UserDefaults.h"
@@ -111,20 +111,31 @@ TEST_F(DuplicatesPage, NamesOfOneFileFreeNothingWhileOneStays) {
     search();
     const auto text = group("TXT");
     ASSERT_EQ(text->numberOfChildren(), 5);
-    EXPECT_EQ(wastedBy(*text), 2'000u);
+    const std::uint64_t block = leafOf(*text->firstChild()).searched().stored;
+    EXPECT_EQ(wastedBy(*text), 2 * block);
     std::uint64_t freed = 0;
     for (const char *folder : {"one", "four", "two", "five"}) {
         for (const auto &leaf : text->children()) {
             if (dataOf(*leaf).name() == tree.path(folder).native() + "/text.TXT")
                 page.setSelectState(leaf);
         }
-        freed = freed * 10 + page.freedBySelection() / 1'000;
+        freed = freed * 10 + page.freedBySelection() / block;
     }
     EXPECT_EQ(freed, 12u) << "after each tick: 0, 0, 1, 2";
+    // A copy whose blocks stay anyway is the one to keep; so is one with a name elsewhere.
+    for (const auto &leaf : text->children()) {
+        if (leafOf(*leaf).names() == 1)
+            leafOf(*leaf).setFreed(0);
+    }
+    EXPECT_EQ(wastedBy(*text), block);
     QString refusal = QStringLiteral("none");
     QObject::connect(&page, &Page::sharingAnswered, [&](const QString &told) { refusal = told; });
     page.askWhetherShareable();
     waitUntil([&] { return refusal != QLatin1String("none"); });
+    const test::TestTree elsewhere;
+    std::filesystem::create_hard_link(tree.path("one/text.TXT"), elsewhere.path("text.TXT"));
+    search();
+    EXPECT_EQ(wastedBy(*group("TXT")), 2 * block);
 }
 
 // A file system in memory has no trash of its own, and nothing is copied to another.

@@ -47,7 +47,7 @@ class DuplicatesPage(unittest.TestCase):
         result = self.desktop.run(PROGRAM, "--duplicates", "nowhere")
         self.assertEqual((result.returncode, result.stderr.count("there is no folder")), (1, 1))
         self.tick(("ctrl+a", "space", "Delete"), "4 of 7 selected.")
-        self.desktop.wait_for("Remove 4 files, 2.25 MB?")
+        self.desktop.wait_for("Remove 4 files and free 2.25 MB?")
         self.assertEqual(self.desktop.run(PROGRAM, "--duplicates", f"{TREE}/a").returncode, 0)
         self.desktop.wait_for("0 files in a.")
         self.desktop.wait_without("Remove 4 files")
@@ -89,11 +89,11 @@ class DuplicatesPage(unittest.TestCase):
         # The group that wastes most is open, and the keyboard is on it.
         self.tick(("Down", "space"), "1 of 7 selected.")
         ticked = next(name for name in self.desktop.focused() if TREE in name)
-        self.tick(("Delete",), "Remove 1 file, 819.20 KB?")
+        self.tick(("Delete",), "Remove 1 file and free 819.20 KB?")
         self.desktop.key("Return", at="Cancel")
         self.desktop.wait_without("Remove 1 file")
         self.assertEqual(self.gone(), set(), "Enter is no yes to a removal")
-        self.tick(("Delete",), "Remove 1 file, 819.20 KB?")
+        self.tick(("Delete",), "Remove 1 file and free 819.20 KB?")
         self.desktop.key("Tab", at="Cancel")
         self.desktop.key("space", at="Remove")
         self.desktop.wait_for("1 file removed, 819.20 KB freed.", "6 files in tree.")
@@ -104,7 +104,7 @@ class DuplicatesPage(unittest.TestCase):
         self.search()
         self.tick(("ctrl+a", "space"), "4 of 7 selected.")
         self.desktop.press("Remove")
-        self.desktop.wait_for("Remove 4 files, 2.25 MB?")
+        self.desktop.wait_for("Remove 4 files and free 2.25 MB?")
         self.desktop.press("Move to Trash")
         self.desktop.wait_for("4 files moved to the trash.", "No duplicates left")
         self.assertEqual(len(self.gone()), 4)
@@ -127,7 +127,7 @@ class DuplicatesPage(unittest.TestCase):
         self.desktop.key("ctrl+z", at="Results")
         self.keep_oldest()
         self.desktop.key("Delete", at="Results")
-        self.desktop.wait_for("Remove 4 files, 2.25 MB?", "Cancel")
+        self.desktop.wait_for("Remove 4 files and free 2.25 MB?", "Cancel")
         self.desktop.key("Tab", at="Cancel")
         self.desktop.key("space", at="Remove")
         self.desktop.wait_for("4 files removed, 2.25 MB freed.")
@@ -150,19 +150,44 @@ class DuplicatesPage(unittest.TestCase):
         self.desktop.key("Tab", at="Cancel")
         self.desktop.key("space", at="OK")
         self.desktop.wait_for("3 of 7 selected.")
-        self.tick(("Delete",), "Remove 3 files, 2.46 MB?")
+        self.tick(("Delete",), "Remove 3 files and free 2.46 MB?")
         self.desktop.wait_for("Pictures:\u00a03\n\nOf 1 group all files go")
         self.desktop.key("Tab", at="Cancel")
         self.desktop.key("space", at="Remove")
         self.desktop.wait_for("3 files removed, 2.46 MB freed.")
         self.assertEqual(len(self.gone()), 3)
 
+    def test_ticked_files_share_their_blocks(self):
+        image, place = f"{self.folder}/disk", f"{self.folder}/home/shared"
+        os.truncate(os.open(image, os.O_CREAT | os.O_RDWR), 320 << 20)
+        os.mkdir(place)
+        for command in (["mkfs.xfs", "-q", image], ["mount", "-o", "loop", image, place]):
+            subprocess.run(command, check=True)
+        self.addCleanup(subprocess.run, ["umount", place], check=True)
+        content = os.urandom(409_600)
+        paths = [pathlib.Path(place, name) for name in ("one.txt", "two.txt", "three.txt")]
+        for path in paths:
+            path.write_bytes(content)
+        subprocess.run(["chown", "-R", f"{USER}:{USER}", place], check=True)
+        os.sync()
+        self.desktop.start_program("--duplicates", place)
+        self.desktop.wait_for("3 files in shared.", "819.20 KB")
+        self.tick(("ctrl+a", "space", "Delete"), "Remove 2 files and free 819.20 KB?")
+        self.desktop.wait_for_mark("Share Blocks", "enabled")
+        self.desktop.press("Share Blocks")
+        self.desktop.wait_for("2 files share their blocks now, 819.20 KB freed.",
+                              "0.00 KB", f"{place}/one.txt, shares its blocks")
+        self.assertEqual({path.read_bytes() for path in paths}, {content})
+        extents = subprocess.run(["filefrag", "-v", *paths], check=True, capture_output=True,
+                                 text=True).stdout
+        self.assertEqual(extents.count(",shared,"), 3, extents)
+
     def test_a_protected_file_goes_once_the_padlock_is_open(self):
         locked = pathlib.Path(self.folder, TREE, "b")
         os.chown(locked, 0, 0)
         self.search()
         self.keep_oldest()
-        self.tick(("Delete",), "Remove 4 files, 2.25 MB?")
+        self.tick(("Delete",), "Remove 4 files and free 2.25 MB?")
         self.desktop.key("Tab", at="Cancel")
         self.desktop.key("space", at="Remove")
         self.desktop.wait_for("Some files that require admin access can't be removed!")

@@ -73,7 +73,7 @@ TEST_F(DuplicatesPageView, RowsFollowOrderListAndFilter) {
     const QAbstractItemModelTester tester(model,
                                           QAbstractItemModelTester::FailureReportingMode::Fatal);
     EXPECT_THAT(recentFolders(), testing::ElementsAre(tree.top()));
-    EXPECT_EQ(model->wastedBytes(), 101'000u);
+    EXPECT_EQ(model->wastedBytes() / 4'096, 27u) << "in whole blocks";
     // What wastes most comes first, until another order is asked for; what is open stays open.
     EXPECT_EQ(names(), QStringList({QStringLiteral("150.00 KB"), QStringLiteral("2.00 KB")}));
     EXPECT_TRUE(outline->isExpanded(model->index(0, 0)));

@@ -155,9 +155,7 @@ DuplicatePane::DuplicatePane(QWidget *parent)
     follow(nullptr);
 }
 
-void DuplicatePane::follow(const TreeNode::Pointer &node) {
-    const bool isGroup = node && dataOf(*node).isGroup();
-    const auto leaf = isGroup ? node->firstChild() : node;
+void DuplicatePane::follow(const TreeNode::Pointer &leaf) {
     if (leaf == m_leaf && leaf)
         return tellPaths();
     m_leaf = leaf;

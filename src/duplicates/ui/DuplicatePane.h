@@ -21,8 +21,8 @@ class DuplicatePane : public QWidget {
 public:
     explicit DuplicatePane(QWidget *parent = nullptr);
 
-    /// A group stands for its first file; null clears the pane.
-    void follow(const TreeNode::Pointer &node);
+    /// Null clears the pane.
+    void follow(const TreeNode::Pointer &leaf);
 
 private:
     class Picture;

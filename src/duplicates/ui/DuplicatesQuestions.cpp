@@ -71,9 +71,9 @@ QString DuplicatesResultsPanel::whatGoes() const {
     lines += classes.join(QStringLiteral(" · "));
     lines += wholeGroups == 0 ? localizedText("DUP_ONE_STAYS")
                               : localizedText("DUP_WHOLE_GROUPS", wholeGroups);
-    if (const std::uint64_t freed = m_controller.freedBySelection();
-        freed < m_controller.selection().bytes())
-        lines += localizedText("DUP_FREES").arg(sizeWords(freed));
+    if (const std::uint64_t bytes = m_controller.selection().bytes();
+        m_controller.freedBySelection() < bytes)
+        lines += localizedText("DUP_FREES").arg(sizeWords(bytes));
     if (const std::size_t hidden = m_controller.hiddenSelectedCount())
         lines += localizedText("DUP_NOT_SHOWN", hidden);
     return lines.join(QStringLiteral("\n\n"));
@@ -83,7 +83,8 @@ void DuplicatesResultsPanel::askToRemove() {
     const auto &selection = m_controller.selection();
     AlertContent content;
     content.imageName = QStringLiteral("warning.png");
-    content.text = countWords(QT_TRID_NOOP("DUP_ASK"), selection.count(), selection.bytes());
+    content.text =
+        countWords(QT_TRID_NOOP("DUP_ASK"), selection.count(), m_controller.freedBySelection());
     content.informativeText = whatGoes();
     const auto answer = [this](Act act) {
         return [this, act] { m_controller.removalAnswered(act); };
@@ -145,9 +146,13 @@ void DuplicatesResultsPanel::flyToTrash(const TreeNode::Pointer &node) {
 }
 
 void DuplicatesResultsPanel::alertCanNotRemoveSome() {
-    ask(padlockAlert(m_controller.padlock(),
-                     localizedText("Some files that require admin access can't be removed!"),
-                     [this] { m_controller.alertDidEnd(); }));
+    const auto ended = [this] { m_controller.alertDidEnd(); };
+    if (m_controller.report().neededRights > 0)
+        ask(padlockAlert(m_controller.padlock(),
+                         localizedText("Some files that require admin access can't be removed!"),
+                         ended));
+    else
+        ask(someStayedAlert(ended));
 }
 
 void DuplicatesResultsPanel::showWords(const QString &words) {
@@ -167,6 +172,7 @@ void DuplicatesResultsPanel::tellOutcome() {
     if (report.stopped)
         words += localizedText("DUP_REMOVAL_STOPPED");
     m_outcome = words.join(u' ');
+    m_outline->showFailures();
     followSelection();
 }
 

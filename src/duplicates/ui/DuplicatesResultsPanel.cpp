@@ -21,6 +21,7 @@
 #include "ui/Theme.h"
 
 #include <QHBoxLayout>
+#include <QItemSelectionModel>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -95,7 +96,8 @@ DuplicatesResultsPanel::DuplicatesResultsPanel(Page &controller, QWidget *parent
     upper->setSpacing(2 * theme::grid);
     upper->addWidget(m_lists);
     upper->addLayout(right, 1);
-    connect(m_outline, &DuplicatesView::currentNodeChanged, m_pane, &DuplicatePane::follow);
+    connect(m_outline->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &DuplicatesResultsPanel::showInPane);
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -276,7 +278,19 @@ void DuplicatesResultsPanel::followPane() {
     const bool hasList = m_box->currentWidget() == m_outline;
     const int room = width() - m_lists->width() - m_pane->width() - 9 * theme::grid;
     m_pane->setVisible(hasList && m_details->isChecked() && room >= theme::height(leastListWidth));
-    m_pane->follow(m_pane->isVisible() ? m_model.nodeOf(m_outline->currentIndex()) : nullptr);
+    showInPane(m_outline->currentIndex());
+}
+
+// Of a group the first file that has a row.
+void DuplicatesResultsPanel::showInPane(const QModelIndex &row) {
+    const bool isGroup = row.data(DuplicateOutlineModel::IsGroupRole).toBool();
+    const QModelIndex leaf = isGroup ? m_model.index(0, 0, row.siblingAtColumn(0)) : row;
+    m_pane->follow(m_pane->isVisible() ? m_model.nodeOf(leaf) : nullptr);
+}
+
+// A rule ticks what has a row.
+bool DuplicatesResultsPanel::canTick() const {
+    return m_controller.controls().allSelect && m_model.rowCount() > 0;
 }
 
 void DuplicatesResultsPanel::showEvent(QShowEvent *) {
@@ -292,6 +306,7 @@ void DuplicatesResultsPanel::followState() {
         return;
     }
     followPage();
+    m_tickMenu->setEnabled(canTick());
     if (state == Page::State::Removing) {
         m_going = m_controller.selection().count();
         followRemoval();
@@ -332,10 +347,15 @@ void DuplicatesResultsPanel::followPage() {
 void DuplicatesResultsPanel::followHeading() {
     const auto &list = m_controller.treeData();
     const auto groups = std::size_t(list ? list->numberOfChildren() : 0);
-    m_wasted->setText(groups > 0 ? sizeWords(m_model.wastedBytes()) : QString());
-    m_wastedWords->setText(groups > 0 && m_controller.state() != Page::State::Removing
-                               ? localizedText("DUP_WASTED", groups)
-                               : QString());
+    // The list is made anew only when a removal has ended.
+    if (m_controller.state() == Page::State::Removing) {
+        const bool frees = m_controller.report().act != Page::Act::Trash;
+        m_wasted->setText(frees ? sizeWords(m_controller.report().bytesFreed) : QString());
+        m_wastedWords->setText(frees ? localizedText("DUP_FREED_SO_FAR") : QString());
+    } else {
+        m_wasted->setText(groups > 0 ? sizeWords(m_model.wastedBytes()) : QString());
+        m_wastedWords->setText(groups > 0 ? localizedText("DUP_WASTED", groups) : QString());
+    }
     const auto &folder = m_model.oneFolder();
     titleLabel->setText(
         folder ? localizedText("DUP_ONE_FOLDER")
@@ -361,7 +381,7 @@ void DuplicatesResultsPanel::followControls() {
     const DuplicateControls &controls = m_controller.controls();
     const std::array<std::pair<QWidget *, bool>, 8> widgets = {{
         {m_remove, controls.remove},
-        {m_tickMenu, controls.allSelect},
+        {m_tickMenu, canTick()},
         {m_folder, controls.folderButton},
         {m_back, controls.outline},
         {m_lists, controls.outline},
@@ -397,6 +417,7 @@ void DuplicatesResultsPanel::followRemoval() {
     const auto &report = m_controller.report();
     m_removingBar->setRange(0, int(m_going));
     m_removingBar->setValue(int(report.done + report.failed));
+    followHeading();
 }
 
 } // namespace brightsweep

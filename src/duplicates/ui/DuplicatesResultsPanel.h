@@ -49,6 +49,8 @@ private:
     void followState();
     void followPage();
     void followPane();
+    void showInPane(const QModelIndex &row);
+    bool canTick() const;
     void followHeading();
     void followSelection();
     void followControls();

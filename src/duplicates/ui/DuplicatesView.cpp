@@ -17,6 +17,9 @@ namespace {
 using Model = DuplicateOutlineModel;
 using Page = SameFileDeleteViewController;
 
+// Groups, so that a list of very many stays one that can be overlooked.
+constexpr int mostUnfolded = 50;
+
 ResultRowForm rowForm() {
     ResultRowForm form;
     form.checkColumn = Model::Checkbox;
@@ -56,10 +59,7 @@ DuplicatesView::DuplicatesView(Page &page, DuplicateOutlineModel &model, QWidget
     connect(&m_page, &Page::selectionChanged, viewport(), qOverload<>(&QWidget::update));
     connect(&m_model, &QAbstractItemModel::layoutChanged, this, &DuplicatesView::follow);
     connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex &index) {
-                select(index);
-                Q_EMIT currentNodeChanged(m_model.nodeOf(index));
-            });
+            [this](const QModelIndex &index) { select(index); });
     follow();
 }
 
@@ -87,6 +87,27 @@ void DuplicatesView::expandFirst() {
     setExpanded(first, true);
     scrollToTop();
     setCurrentIndex(first);
+}
+
+void DuplicatesView::showFailures() {
+    QModelIndex first;
+    int unfolded = 0;
+    for (int row = 0; row < m_model.rowCount() && unfolded < mostUnfolded; ++row) {
+        const QModelIndex group = m_model.index(row, 0);
+        if (m_model.failures(group) == 0)
+            continue;
+        setExpanded(group, true);
+        ++unfolded;
+        for (int leaf = 0; !first.isValid() && leaf < m_model.rowCount(group); ++leaf) {
+            const QModelIndex each = m_model.index(leaf, 0, group);
+            if (!each.data(Model::FailureRole).toString().isEmpty())
+                first = each;
+        }
+    }
+    if (first.isValid()) {
+        scrollTo(first.parent(), PositionAtTop);
+        setCurrentIndex(first);
+    }
 }
 
 void DuplicatesView::keyPressEvent(QKeyEvent *event) {

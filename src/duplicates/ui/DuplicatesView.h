@@ -15,10 +15,8 @@ public:
                    QWidget *parent = nullptr);
 
     void expandFirst();
-
-Q_SIGNALS:
-    /// Another row is current, or none: then null.
-    void currentNodeChanged(const TreeNode::Pointer &node);
+    /// Unfolds the groups with files that stayed at the last removal, and shows the first of them.
+    void showFailures();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
