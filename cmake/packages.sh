@@ -7,7 +7,7 @@ run_packages=(pkexec polkitd udisks2 fuse3 qt6-translations-l10n libglu1-mesa)
 wayland_packages=(qt6-wayland)
 # clang-format 14 is the version that the sources are formatted with.
 test_packages=(libgtest-dev libgmock-dev 'clang-format-14|clang-format' python3 util-linux locales
-    dbus dbus-daemon udev e2fsprogs btrfs-progs xfsprogs python3-dbus python3-gi systemd libfuse3-dev desktop-file-utils appstream man-db groff-base
+    dbus dbus-daemon udev e2fsprogs btrfs-progs xfsprogs python3-dbus python3-gi systemd flatpak libfuse3-dev desktop-file-utils appstream man-db groff-base
     xvfb xauth openbox trayer xdotool at-spi2-core weston qt6-wayland)
 clang_packages=(clang libclang-rt-dev)
 package_packages=(dpkg-dev file)

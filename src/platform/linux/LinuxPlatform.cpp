@@ -1,6 +1,7 @@
 #include "platform/LinuxPlatform.h"
 
 #include "platform/Platform.h"
+#include "platform/linux/FlatpakSource.h"
 #include "platform/linux/LinuxAdministratorRights.h"
 #include "platform/linux/LinuxDesktopHints.h"
 #include "platform/linux/LinuxDesktopNotifier.h"
@@ -15,6 +16,7 @@
 #include "platform/linux/LinuxVolumeSource.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/SessionBus.h"
+#include "platform/linux/SnapSource.h"
 
 #include <QThread>
 
@@ -39,6 +41,8 @@ Platform makeLinuxPlatform() {
     platform.notifier = std::make_unique<LinuxDesktopNotifier>(bus);
     platform.instance = std::make_unique<LinuxSingleInstance>(bus);
     platform.hints = std::make_unique<LinuxDesktopHints>(bus);
+    platform.applications.push_back(std::make_unique<FlatpakSource>());
+    platform.applications.push_back(std::make_unique<SnapSource>());
     return platform;
 }
 

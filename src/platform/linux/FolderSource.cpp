@@ -1,0 +1,170 @@
+#include "platform/linux/FolderSource.h"
+
+#include "foundation/Identity.h"
+#include "foundation/PathBytes.h"
+#include "foundation/Paths.h"
+#include "foundation/SmallFile.h"
+#include "platform/linux/AppImageSource.h"
+#include "platform/linux/ApplicationEntries.h"
+#include "platform/linux/OwnPlaces.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <optional>
+
+namespace brightsweep {
+
+namespace {
+
+using std::filesystem::path;
+
+// Folders that have a meaning where they lie, and so are no application's.
+constexpr std::array<std::string_view, 36> standardNames = {
+    "Trash",         "applications", "backgrounds", "bin",     "desktop-directories",
+    "doc",           "etc",          "flatpak",     "fonts",   "games",
+    "gvfs-metadata", "icons",        "include",     "info",    "keyrings",
+    "lib",           "lib32",        "lib64",       "libexec", "libx32",
+    "local",         "man",          "menus",       "mime",    "pixmaps",
+    "sbin",          "share",        "snap",        "sounds",  "src",
+    "systemd",       "tmp",          "themes",      "var",     "vulkan",
+    "wine"};
+
+struct Root {
+    path folder;
+    bool isDataFolder = false; ///< other programs keep their data there, too
+};
+
+std::vector<Root> roots() {
+    const path home = homeFolder();
+    std::vector<Root> all = {{systemPath("/opt")},
+                             {systemPath("/usr/local")},
+                             {paths::join(home, ".local/opt")},
+                             {paths::join(home, "opt")},
+                             {paths::join(home, "Applications")},
+                             {folderOfRole(FolderRole::Data), true}};
+    for (Root &root : all)
+        root.folder = realPath(root.folder);
+    std::erase_if(all, [](const Root &root) { return root.folder.empty(); });
+    return all;
+}
+
+struct Candidate {
+    bool isInDataFolder = false;
+    std::vector<NamedEntry> entries;
+};
+
+// The folder X of its own in which a program lies, if there is one.
+std::optional<std::pair<path, bool>> folderOf(const path &program, const std::vector<Root> &roots) {
+    for (const Root &root : roots) {
+        const std::string top = root.folder.native() + "/";
+        if (!program.native().starts_with(top))
+            continue;
+        const auto end = program.native().find('/', top.size());
+        if (end == std::string::npos)
+            return {};
+        const path folder = program.native().substr(0, end);
+        const std::string name = folder.filename().native();
+        if (name.starts_with('.') || folder.extension() == ".app" ||
+            std::find(standardNames.begin(), standardNames.end(), name) != standardNames.end())
+            return {};
+        const path place = program.parent_path();
+        if (root.isDataFolder && place != folder && place != folder / "bin")
+            return {};
+        return {{folder, root.isDataFolder}};
+    }
+    return {};
+}
+
+bool isProgramOf(const Candidate &candidate, const path &file) {
+    return std::any_of(candidate.entries.begin(), candidate.entries.end(),
+                       [&](const NamedEntry &entry) { return entry.program == file.native(); });
+}
+
+// True where something besides its own entries uses a folder among others' data.
+bool isUsedByOthers(const path &folder, const Candidate &candidate,
+                    const std::vector<DesktopEntryFile> &entries) {
+    const std::string inside = folder.native() + "/";
+    for (const DesktopEntryFile &file : entries) {
+        const auto isOwn = [&](const NamedEntry &own) { return own.entry == &file.entry; };
+        if (file.entry.string("Exec").find(inside) != std::string::npos &&
+            std::none_of(candidate.entries.begin(), candidate.entries.end(), isOwn) &&
+            !isProgramOf(candidate, realPath(file.program)))
+            return true;
+    }
+    const path home = homeFolder();
+    std::error_code error;
+    for (const path &place : {paths::join(home, ".local/bin"), paths::join(home, "bin")}) {
+        for (std::filesystem::directory_iterator i(place, error), end; !error && i != end;
+             i.increment(error)) {
+            const path target = realPath(i->path());
+            if (target.native().starts_with(inside) && !isProgramOf(candidate, target))
+                return true;
+        }
+    }
+    const path units = paths::join(folderOfRole(FolderRole::Config), "systemd/user");
+    for (std::filesystem::directory_iterator i(units, error), end; !error && i != end;
+         i.increment(error)) {
+        const auto text = readSmallFile(i->path());
+        if (text && text->find(inside) != std::string::npos)
+            return true;
+    }
+    // A program of that name elsewhere: it is the folder of that one's data.
+    std::string name = folder.filename().native();
+    for (const bool isLower : {false, true}) {
+        if (isLower)
+            std::transform(name.begin(), name.end(), name.begin(),
+                           [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 32) : c; });
+        const path program = realPath(findProgram(name));
+        if (!program.empty() && !program.native().starts_with(inside))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+Result<std::vector<InstalledApplication>> FolderSource::applications() {
+    const auto entries = readDesktopEntries();
+    const auto places = roots();
+    std::map<path, Candidate> candidates;
+    std::unordered_set<std::string> asked;
+    std::multimap<path, std::string> owners; // paths by which a package would own the folder
+    for (const DesktopEntryFile &file : entries) {
+        const path program = file.program.empty() ? path() : realPath(file.program);
+        const auto folder = folderOf(program, places);
+        if (!folder || file.entry.has("X-Flatpak") || file.entry.has("X-SnapInstanceName") ||
+            isAppImage(program))
+            continue;
+        for (const path &path : {file.path, program, folder->first}) {
+            owners.emplace(folder->first, path.native());
+            asked.insert(path.native());
+        }
+        if (!file.isShown || file.isShadowed)
+            continue;
+        Candidate &candidate = candidates[folder->first];
+        candidate.isInDataFolder = folder->second;
+        candidate.entries.push_back({file.id, &file.entry, program.native()});
+    }
+    const auto packaged = owned(asked);
+    std::vector<InstalledApplication> found;
+    for (const auto &[folder, candidate] : candidates) {
+        const auto range = owners.equal_range(folder);
+        if (std::any_of(range.first, range.second,
+                        [&](const auto &owner) { return packaged.contains(owner.second); }) ||
+            (candidate.isInDataFolder && isUsedByOthers(folder, candidate, entries)))
+            continue;
+        InstalledApplication application;
+        application.kind = ApplicationKind::Folder;
+        application.key = folder.native();
+        application.userOwned = isUsersOwn(folder);
+        application.name = folder.filename().native();
+        application.path = folder;
+        application.installed = madeAt(folder);
+        describeByEntries(application, candidate.entries, application.name);
+        found.push_back(std::move(application));
+    }
+    return found;
+}
+
+} // namespace brightsweep

@@ -1,0 +1,127 @@
+#include "platform/linux/AppImageSource.h"
+#include "platform/linux/FolderSource.h"
+#include "support/TestEnvironment.h"
+#include "support/TestTree.h"
+
+#include <gmock/gmock.h>
+
+namespace brightsweep {
+namespace {
+
+using namespace test;
+
+class OwnFiles : public testing::Test {
+protected:
+    std::filesystem::path program(std::string_view place, TestTree &tree) {
+        tree.file(place, "#!/bin/sh\n");
+        tree.mode(place, 0755);
+        return tree.path(place);
+    }
+    std::filesystem::path image(std::string_view place, char type = 2) {
+        std::string bytes = "\177ELF\2\1\1";
+        bytes += std::string("\0AI", 3) + type + std::string(64, '\0');
+        home.file(place, bytes);
+        home.mode(place, 0755);
+        return home.path(place);
+    }
+    void entry(const std::string &id, const std::string &exec, const std::string &more = {},
+               std::string_view folder = ".local/share/applications/") {
+        home.file(std::string(folder) + id + ".desktop",
+                  "[Desktop Entry]\nType=Application\nName=" + id + " Name\nExec=" + exec + "\n" +
+                      more);
+    }
+    template <typename Source>
+    std::map<std::string, InstalledApplication> listed() {
+        Source source([this](const std::unordered_set<std::string> &paths) {
+            std::unordered_set<std::string> owned;
+            for (const auto &path : packaged) {
+                if (paths.contains(path))
+                    owned.insert(path);
+            }
+            return owned;
+        });
+        std::map<std::string, InstalledApplication> found;
+        const auto all = source.applications();
+        for (const InstalledApplication &application : *all)
+            found.emplace(application.path.filename().native(), application);
+        return found;
+    }
+
+    TestTree home{TestEnvironment::current().home()};
+    TestTree system{TestEnvironment::current().system()};
+    std::vector<std::string> packaged;
+};
+
+TEST_F(OwnFiles, AppImagesAreTakenForWhatTheyAre) {
+    image("Applications/Krita-5.2.0-x86_64.AppImage");
+    image("bin/first", 1);
+    image("bin/third", 3);
+    image("Downloads/loose.AppImage");
+    image("AppImages/packaged.AppImage");
+    packaged = {home.path("AppImages/packaged.AppImage").native()};
+    entry("appimagekit_0-draw", image("Downloads/Draw.AppImage").native() + " %U",
+          "X-AppImage-Version=7.1\n");
+    home.link(".local/bin/draw", home.path("Downloads/Draw.AppImage"));
+    home.file("Applications/Text.AppImage", "no ELF");
+    home.fifo("Applications/pipe");
+    const auto found = listed<AppImageSource>();
+    ASSERT_EQ(found.size(), 3u);
+    const auto &krita = found.at("Krita-5.2.0-x86_64.AppImage");
+    EXPECT_EQ(krita.name + " " + krita.version, "Krita 5.2.0");
+    EXPECT_TRUE(krita.userOwned && krita.ids.empty() && krita.bytes == 75u);
+    const auto &draw = found.at("Draw.AppImage");
+    EXPECT_EQ(draw.name + " " + draw.version, "appimagekit_0-draw Name 7.1");
+    EXPECT_EQ(draw.desktopId(), "appimagekit_0-draw");
+    EXPECT_TRUE(found.contains("first"));
+    EXPECT_TRUE(listed<FolderSource>().empty()) << "an image is no folder";
+}
+
+TEST_F(OwnFiles, FoldersAreOnlyThoseThatNobodyElseUses) {
+    const auto add = [&](const std::string &place) {
+        const auto file = program(place, home);
+        const auto id = file.parent_path().filename() == "bin"
+                            ? file.parent_path().parent_path().filename().native()
+                            : file.parent_path().filename().native();
+        entry(id, file.native());
+        return file;
+    };
+    add(".local/opt/Editor/bin/editor");
+    entry("Editor-2", home.path(".local/opt/Editor/bin/editor").native() + " --new");
+    add(".local/share/Alone/alone");
+    add(".local/share/Linked/bin/linked");
+    home.link(".local/bin/linked", home.path(".local/share/Linked/bin/linked"));
+    add("Applications/E.app/run");
+    add(".local/share/icons/tool");
+    program("opt/lib/x", home);
+    // Somebody else's data, each in its own way.
+    add(".local/share/Deep/a/b/deep");
+    add(".local/share/ByLink/bylink");
+    home.link(".local/bin/other", program(".local/share/ByLink/tools/other", home));
+    add(".local/share/ByUnit/byunit");
+    home.file(".config/systemd/user/x.service",
+              "ExecStart=/usr/bin/y " + home.path(".local/share/ByUnit/conf").native() + "\n");
+    add(".local/share/ByEntry/byentry");
+    program("usr/bin/z", system);
+    entry("z", "z --data " + home.path(".local/share/ByEntry/data").native());
+    add(".local/share/ByName/byname");
+    program("usr/bin/byname", system);
+    // A package's.
+    const auto vendor = program("opt/Vendor/vendor", system);
+    entry("vendor", "/opt/Vendor/vendor");
+    const auto own = program("opt/Mine/mine", system);
+    entry("mine", "/opt/Mine/mine");
+    packaged = {vendor.parent_path().native()};
+
+    const auto found = listed<FolderSource>();
+    std::vector<std::string> names;
+    for (const auto &[name, application] : found)
+        names.push_back(name);
+    EXPECT_THAT(names, testing::UnorderedElementsAre("Editor", "Alone", "Linked", "Mine"));
+    const auto &editor = found.at("Editor");
+    EXPECT_EQ(editor.name, "Editor Name");
+    EXPECT_THAT(editor.ids, testing::ElementsAre("Editor", "Editor-2"));
+    EXPECT_EQ(editor.programs.size(), 1u);
+}
+
+} // namespace
+} // namespace brightsweep
