@@ -6,6 +6,7 @@
 #include "diskusage/DiskUsageAppController.h"
 #include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/UserDefaults.h"
+#include "loginitems/LoginItemController.h"
 #include "memory/CleanMemoryController.h"
 
 #include <memory>
@@ -109,6 +110,8 @@ void AppPrefsWindowController::setupToolbar() {
     makeDiskUsagePage();
     m_memoryView = std::make_unique<CleanMemoryController>(
         CleanMemoryController::Surroundings{[] { return LicenceGate::isOpen(); }, nullptr});
+    m_loginItemView = std::make_unique<LoginItemController>(
+        LoginItemController::Surroundings{[] { return LicenceGate::isOpen(); }});
     for (const Page &page : pageTable) {
         if (!page.atTheEnd)
             addPage(page);

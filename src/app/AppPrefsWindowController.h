@@ -8,6 +8,7 @@ namespace brightsweep {
 
 class CleanMemoryController;
 class DiskUsageAppController;
+class LoginItemController;
 class NewMainViewController;
 class SameFileDeleteViewController;
 struct Page;
@@ -33,6 +34,9 @@ public:
 
     /// The disk usage page; null before the window was first shown.
     DiskUsageAppController *diskUsageView() const { return m_diskUsageView.get(); }
+
+    /// The login items page; null before the window was first shown.
+    LoginItemController *loginItemView() const { return m_loginItemView.get(); }
 
     /// The memory page; null before the window was first shown.
     CleanMemoryController *memoryView() const { return m_memoryView.get(); }
@@ -60,6 +64,7 @@ private:
     std::unique_ptr<SameFileDeleteViewController> m_sameFileDeleteView;
     std::unique_ptr<DiskUsageAppController> m_diskUsageView;
     std::unique_ptr<CleanMemoryController> m_memoryView;
+    std::unique_ptr<LoginItemController> m_loginItemView;
 };
 
 } // namespace brightsweep

@@ -36,6 +36,8 @@ struct LoginItemEntry {
     std::string obstacleDetail{}; ///< the desktops, the program or the type that it is about
     /// The system has an entry of that name, in whose place this one stands.
     bool standsForSystem = false;
+
+    bool operator==(const LoginItemEntry &) const = default;
 };
 
 /// The list of programs that start with the user's session. Every call but setChangedHandler() is

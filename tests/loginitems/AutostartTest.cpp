@@ -30,6 +30,11 @@ protected:
     Autostart() {
         ::setenv("XDG_CURRENT_DESKTOP", "GNOME", 1);
         ::setenv("XDG_CONFIG_DIRS", "/etc/xdg", 1);
+        TestTree programs(TestEnvironment::current().system());
+        for (const char *shell : {"usr/bin/sh", "bin/sh"}) {
+            programs.file(shell);
+            programs.mode(shell, 0755);
+        }
     }
     ~Autostart() override {
         ::unsetenv("XDG_CURRENT_DESKTOP");
@@ -69,7 +74,7 @@ protected:
         return found;
     }
 
-    TestTree work;
+    TestTree work{TestEnvironment::current().home() / "work"};
     TestTree user{TestEnvironment::current().home() / ".config/autostart"};
     TestTree system{TestEnvironment::current().system() / "etc/xdg/autostart"};
     LinuxLoginItemSource source;

@@ -59,8 +59,11 @@ public:
 
     /// The next `times` calls of that function fail.
     void fail(const std::string &function, std::errc error, int times = 1'000'000) {
+        failWith(function, std::make_error_code(error), times);
+    }
+    void failWith(const std::string &function, std::error_code error, int times = 1'000'000) {
         const std::lock_guard lock(m_mutex);
-        m_failing[function] = {std::make_error_code(error), times};
+        m_failing[function] = {error, times};
     }
     /// What another program makes of the list.
     void become(std::vector<LoginItemEntry> entries, std::vector<LoginItemEntry> system = {}) {

@@ -4,6 +4,7 @@
 #include "foundation/FileDescriptor.h"
 #include "foundation/Identity.h"
 #include "foundation/Paths.h"
+#include "platform/linux/DesktopEntries.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -19,7 +20,6 @@ namespace brightsweep {
 namespace {
 
 constexpr std::array<std::string_view, 5> shells = {"sh", "bash", "dash", "zsh", "ksh"};
-constexpr std::array furtherProgramFolders = {"/usr/local/games", "/usr/games", "/snap/bin"};
 constexpr char systemFlatpaks[] = "/var/lib/flatpak/exports/bin";
 
 std::vector<std::string> split(const char *list) {
@@ -81,9 +81,9 @@ void tellProgram(const DesktopEntry &entry, const std::filesystem::path &place,
         item.missing = !isThere(item.path);
     } else if (name.starts_with('/')) {
         item.path = name;
-        item.missing = !isThere(name);
-    } else if (const auto program = findProgram(name)) {
-        item.path = *program;
+        item.missing = findProgram(name).empty();
+    } else if (const auto program = findProgram(name); !program.empty()) {
+        item.path = program;
     } else {
         item.commandToldAsItStands = true;
         item.missing = !name.empty();
@@ -113,8 +113,7 @@ void judge(const DesktopEntry &entry, const AutostartSession &session, LoginItem
     else if (!entry.isShownIn(session.desktops))
         entry.has("OnlyShowIn") ? set(OtherDesktop, joined(entry.list("OnlyShowIn")))
                                 : set(NotThisDesktop, joined(session.desktops));
-    else if (!tryExec.empty() &&
-             !(tryExec.starts_with('/') ? isExecutable(tryExec) : findProgram(tryExec).has_value()))
+    else if (!tryExec.empty() && findProgram(tryExec).empty())
         set(TryExecMissing, tryExec);
 }
 
@@ -122,20 +121,6 @@ void judge(const DesktopEntry &entry, const AutostartSession &session, LoginItem
 
 AutostartSession AutostartSession::current() {
     return {split(std::getenv("XDG_CURRENT_DESKTOP")), messageLocales()};
-}
-
-std::optional<std::filesystem::path> findProgram(const std::string &name) {
-    if (name.empty() || name.find('/') != std::string::npos)
-        return {};
-    const char *const path = std::getenv("PATH");
-    std::vector<std::string> folders = split(path ? path : "/usr/local/bin:/usr/bin:/bin");
-    folders.insert(folders.end(), furtherProgramFolders.begin(), furtherProgramFolders.end());
-    for (const std::string &folder : folders) {
-        const std::filesystem::path program = paths::join(folder, name);
-        if (folder.starts_with('/') && isExecutable(program))
-            return program;
-    }
-    return {};
 }
 
 bool isHiddenEntry(const DesktopEntry &entry) {

@@ -36,9 +36,6 @@ bool isHiddenEntry(const DesktopEntry &entry);
 /// The place that this program gave it in its order of adding; nothing for entries of other origin.
 std::optional<std::uint64_t> orderOfEntry(const DesktopEntry &entry);
 
-/// The file that a program of that name is, on PATH and in the folders of games and snaps.
-std::optional<std::filesystem::path> findProgram(const std::string &name);
-
 /// The text of a new entry that starts the program, or opens the document or folder, at that path.
 std::string newEntryText(const std::filesystem::path &path, const std::string &name,
                          const std::string &icon);

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "core/OperationQueue.h"
+#include "foundation/CallQueue.h"
+#include "loginitems/AppInformation.h"
+#include "loginitems/LoginItemModel.h"
+
+#include <QObject>
+#include <QString>
+
+#include <atomic>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace brightsweep {
+
+/// The login items page without its screen: the table of what starts with the user's session, and
+/// what can be done with a row. Rows go by the names of their files, so that a change from outside
+/// never turns an act to another entry.
+///
+/// Main thread. Whatever reads or writes the list runs on a worker, one thing after the other, and
+/// the rows show it when it is done; a change from outside reads the list anew, in its own order.
+/// Destroying it waits for what runs.
+class LoginItemController : public QObject {
+    Q_OBJECT
+
+public:
+    /// What the page needs of the window around it.
+    struct Surroundings {
+        /// False keeps what the buttons add and remove from happening.
+        std::function<bool()> licenceGate = [] { return true; };
+    };
+
+    explicit LoginItemController(QObject *parent = nullptr);
+    explicit LoginItemController(Surroundings surroundings, QObject *parent = nullptr);
+    ~LoginItemController() override;
+
+    // -- What the view shows
+    const std::vector<LoginItemRow::Pointer> &allLoginItemsInfo() const { return m_rows; }
+    LoginItemModel &model() { return m_model; }
+    /// What the system starts for everybody, with the flag that it is switched off for this user.
+    const std::vector<LoginItemEntry> &systemItems() const { return m_systemItems; }
+    /// Something is asked of the list and has not been answered.
+    bool isWaiting() const { return m_waiting > 0; }
+    /// The list has been read once.
+    bool isListed() const { return m_isListed; }
+    /// The row that stands out; -1 for none.
+    int selectRow() const { return m_selectRow; }
+
+    // -- What the user does
+    void updateLoginItemsList();
+    /// Asks the view for what to add, by askForLoginItems().
+    void addLoginItems();
+    /// The answer to it; also what was dropped. A row appears for each path at once, and goes again
+    /// with the next reading where the entry could not be made.
+    void addPaths(std::vector<std::filesystem::path> paths);
+    void delLoginItem(int row);
+    void changeHideState(int row);
+    /// Starts the entry as the session would; where it has nothing to start, shows its file.
+    void openButtonAction(int row);
+    /// Shows in the file manager what it starts, or else its own file.
+    void viewButtonAction(int row);
+    bool shouldSelectRow(int row);
+    /// Puts rows before the one at `place`, in their old order. Only the table has this order.
+    void moveRows(const std::set<int> &rows, int place);
+    void setSystemItemStarted(const std::string &file, bool started);
+
+Q_SIGNALS:
+    /// Several files or folders; the chooser starts in that folder.
+    void askForLoginItems(const QString &title, const QString &prompt,
+                          const std::filesystem::path &folder);
+    void waitingChanged(bool waiting);
+    void systemItemsChanged();
+    /// The rows have become those of a fresh reading; the view finds its own again by their files.
+    void listChanged();
+    /// Something could not be done, in words; of an item by that name.
+    void failed(const QString &words);
+
+private:
+    struct Listing;
+
+    void run(std::function<void()> work, std::function<void()> then);
+    /// Reads the list on the worker, hands it over and says whether it could be read.
+    bool readList(Listing &listing);
+    void show(Listing listing);
+    void changeLoginVaule(const LoginItemRow::Pointer &row);
+    void tell(const QString &name, std::error_code error);
+    int rowOfFile(const std::string &file) const;
+
+    const Surroundings m_surroundings;
+    std::vector<LoginItemRow::Pointer> m_rows;
+    std::vector<LoginItemEntry> m_systemItems;
+    LoginItemModel m_model{*this};
+    int m_selectRow = -1;
+    int m_waiting = 0;
+    bool m_isListed = false;
+    std::atomic<bool> m_isListingWanted{false}; ///< one waits, that has not begun
+    CallQueue m_calls;
+    OperationQueue m_queue; ///< the last one: it waits for work that uses what stands above
+};
+
+} // namespace brightsweep
