@@ -203,6 +203,7 @@ public:
     bool isPackage(const std::filesystem::path &) override { return false; }
     QString typeOf(const std::filesystem::path &) override { return {}; }
     Result<FileTime> created(const std::filesystem::path &) override { return unsupported; }
+    bool isMissing(const std::string &) override { return false; }
     bool open(const std::filesystem::path &) override { return false; }
     bool reveal(const std::filesystem::path &) override { return false; }
 };

@@ -34,6 +34,12 @@ private:
 
 /// What an application is called, for the rules.
 ApplicationNames namesOf(const InstalledApplication &application);
+/// Adds all that it is called to a list of names that are claimed.
+void addNames(std::vector<std::string> &names, const InstalledApplication &application);
+/// The names of the desktop that runs.
+std::vector<std::string> namesOfDesktop();
+/// What the sources say is installed besides what they list.
+std::vector<ClaimedName> claimsOfSources();
 /// The id within a full ref "app/ID/ARCH/BRANCH"; empty for anything else.
 std::string flatpakIdOf(const std::string &ref);
 

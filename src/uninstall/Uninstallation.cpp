@@ -230,13 +230,17 @@ void Uninstallation::removeLeftovers(Record &record) {
     }
 }
 
-bool Uninstallation::removeItem(Record &record, const Leftover &item) {
-    ItemRemoval removal(m_stop);
-    const RemovalOutcome outcome = removeAsShown(removal, item, m_stop);
-    record.items.push_back({item.path, item.bytes, outcome.removed,
-                            outcome.removed ? std::string() : wordsOf(outcome),
-                            outcome.neededRights});
-    return outcome.removed;
+bool Uninstallation::removeItem(Record &record, const Leftover &shown) {
+    record.items.push_back(removeItem(shown, *m_stop));
+    return record.items.back().removed;
+}
+
+Uninstallation::Item Uninstallation::removeItem(const Leftover &shown,
+                                                const std::atomic<bool> &stop) {
+    ItemRemoval removal(&stop);
+    const RemovalOutcome outcome = removeAsShown(removal, shown, &stop);
+    return {shown.path, shown.bytes, outcome.removed,
+            outcome.removed ? std::string() : wordsOf(outcome), outcome.neededRights};
 }
 
 } // namespace brightsweep

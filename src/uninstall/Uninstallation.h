@@ -55,6 +55,9 @@ public:
     bool isOpen() const;
     const std::vector<Record> &records() const { return m_records; }
 
+    /// Removes one file or folder as it was shown, as a part of the run under way.
+    static Item removeItem(const Leftover &shown, const std::atomic<bool> &stop);
+
     /// Told of each application before its turn, on the worker.
     void setProgress(std::function<void(const InstalledApplication &)> told) {
         m_progress = std::move(told);
@@ -66,7 +69,7 @@ private:
     void removeBundle(Record &record);
     bool removeFolder(Record &record, const std::vector<std::filesystem::path> &kept);
     void removeLeftovers(Record &record);
-    bool removeItem(Record &record, const Leftover &item);
+    bool removeItem(Record &record, const Leftover &shown);
 
     void mergeSets();
     RemovalResult removeSet(std::size_t leader);

@@ -116,6 +116,7 @@ public:
     bool isPackage(const std::filesystem::path &) override { return false; }
     QString typeOf(const std::filesystem::path &) override { return {}; }
     Result<FileTime> created(const std::filesystem::path &) override { return FileTime(); }
+    bool isMissing(const std::string &) override { return false; }
     bool open(const std::filesystem::path &path) override {
         opened.push_back(path);
         return works;

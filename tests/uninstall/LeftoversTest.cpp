@@ -1,9 +1,11 @@
 #include "uninstall/Leftovers.h"
 #include "platform/Platform.h"
 #include "support/ChildProcess.h"
+#include "support/FakeApplicationSource.h"
 #include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
+#include "uninstall/LeftBehind.h"
 #include "uninstall/LeftoverLook.h"
 
 #include <gtest/gtest.h>
@@ -52,12 +54,12 @@ const Leftover *find(const std::vector<Leftover> &leftovers, std::string_view na
     return nullptr;
 }
 
-class LeftoverSearch : public testing::Test {
+class LeftoversTest : public testing::Test {
 protected:
     TestTree home{TestEnvironment::current().home()};
 };
 
-TEST_F(LeftoverSearch, OfAPackageAreFoundByNameAndTickedByWhatTheyHold) {
+TEST_F(LeftoversTest, OfAPackageAreFoundByNameAndTickedByWhatTheyHold) {
     home.file(".config/GIMP/2.10/gimprc", "12345");
     home.file(".config/gimprc");
     home.file(".config/gimp-2.8/x");
@@ -94,7 +96,7 @@ TEST_F(LeftoverSearch, OfAPackageAreFoundByNameAndTickedByWhatTheyHold) {
     EXPECT_EQ(find(found, "gimp.conf")->kind, LeftoverKind::Data);
 }
 
-TEST_F(LeftoverSearch, OfAnotherThatStaysOrOfTheDesktopAreLeftAlone) {
+TEST_F(LeftoversTest, OfAnotherThatStaysOrOfTheDesktopAreLeftAlone) {
     ::setenv("XDG_CURRENT_DESKTOP", "ubuntu:Cutefish", 1);
     home.file(".config/libreoffice/x");
     home.file(".config/libreoffice-writer/x");
@@ -113,7 +115,7 @@ TEST_F(LeftoverSearch, OfAnotherThatStaysOrOfTheDesktopAreLeftAlone) {
     ::unsetenv("XDG_CURRENT_DESKTOP");
 }
 
-TEST_F(LeftoverSearch, OfAFlatpakStayWhileAnotherOfItsIdDoes) {
+TEST_F(LeftoversTest, OfAFlatpakStayWhileAnotherOfItsIdDoes) {
     home.file(".var/app/org.example.App/data/x");
     home.file(".local/share/flatpak/overrides/org.example.App");
     const auto stable = application(ApplicationKind::Flatpak, "app/org.example.App/x86_64/stable",
@@ -128,7 +130,7 @@ TEST_F(LeftoverSearch, OfAFlatpakStayWhileAnotherOfItsIdDoes) {
     EXPECT_EQ(ticksOf(Leftovers({user}).of(planOf(user))), expected);
 }
 
-TEST_F(LeftoverSearch, OfAnAppImageAndAFolderAreTheirEntriesAndWhatTheyWroteSince) {
+TEST_F(LeftoversTest, OfAnAppImageAndAFolderAreTheirEntriesAndWhatTheyWroteSince) {
     const std::string id = "appimagekit_0123456789abcdef0123456789abcdef-Draw";
     auto image =
         application(ApplicationKind::AppImage, home.file("Applications/Draw.AppImage"), "", id);
@@ -156,7 +158,7 @@ TEST_F(LeftoverSearch, OfAnAppImageAndAFolderAreTheirEntriesAndWhatTheyWroteSinc
     EXPECT_EQ(ticksOf(Leftovers({folder}).of(planOf(folder))).size(), 1u);
 }
 
-TEST_F(LeftoverSearch, OfABundleBeginWithItsId) {
+TEST_F(LeftoversTest, OfABundleBeginWithItsId) {
     TestTree(TestEnvironment::current().system()).file("usr/local/share/com.example.editor/x");
     home.file(".config/com.example.editor.plist");
     home.file(".config/com.example.editor2.plist");
@@ -180,7 +182,7 @@ TEST_F(LeftoverSearch, OfABundleBeginWithItsId) {
     EXPECT_EQ(found.front().path.filename(), "com.example.editor");
 }
 
-TEST_F(LeftoverSearch, WithAVolumeInThemAreShownUnticked) {
+TEST_F(LeftoversTest, WithAVolumeInThemAreShownUnticked) {
     needRoot();
     ASSERT_TRUE(enterPrivateMounts());
     home.file(".config/scanny/a/b");
@@ -192,7 +194,57 @@ TEST_F(LeftoverSearch, WithAVolumeInThemAreShownUnticked) {
     EXPECT_FALSE(found.front().ticked);
 }
 
-TEST_F(LeftoverSearch, AreNotTheSameOnceTheyWereExchangedOrGained) {
+TEST_F(LeftoversTest, OfWhatIsGoneAreThoseThatNothingInstalledExplains) {
+    auto &applications = Platform::current().applications;
+    applications.clear();
+    auto source = std::make_unique<FakeApplicationSource>(ApplicationKind::Package);
+    source->former = {"oldpaint", "kept-tool", "st"};
+    source->claimed = {{"kept-tool", "newer"}, {"jq", "jq"}};
+    applications.push_back(std::move(source));
+    home.file(".config/oldpaint/settings");
+    home.file(".oldpaint/picture.svg");
+    home.file(".config/kept-tool/x");
+    home.file(".config/st/x");
+    home.file(".var/app/org.gone.App/data/x");
+    home.file(".var/app/org.here.App/data/x");
+    home.file(".local/share/flatpak/overrides/global");
+    home.file("snap/jq/x");
+    home.file("snap/goneplayer/x");
+    home.file("snap/Notes of mine/x");
+    const std::string entry = "[Desktop Entry]\nType=Application\nName=N\nExec=";
+    home.file(".config/autostart/dead.desktop", entry + "/opt/dead/run --hidden\n");
+    home.file(".config/autostart/alive.desktop", entry + "/bin/sh --version\n");
+    home.file(".local/share/applications/gone.desktop",
+              entry + "/bin/sh\nX-Flatpak=org.gone.App\n");
+    home.file(".local/share/applications/hides.desktop", entry + "nowhere\nHidden=true\n");
+    TestTree(TestEnvironment::current().system()).file("bin/sh");
+    auto flatpak =
+        application(ApplicationKind::Flatpak, "app/org.here.App/x86_64/stable", "", "org.here.App");
+    const LeftBehind behind({flatpak}, {});
+    const std::map<std::string, bool> expected = {
+        {".config/oldpaint", false},
+        {".oldpaint", false},
+        {".var/app/org.gone.App", false},
+        {"snap/goneplayer", false},
+        {".config/autostart/dead.desktop", false},
+        {".local/share/applications/gone.desktop", false},
+    };
+    auto found = behind.find();
+    EXPECT_EQ(ticksOf(found), expected);
+    EXPECT_EQ(ticksOf(LeftBehind({}, {ApplicationKind::Flatpak, ApplicationKind::Snap,
+                                      ApplicationKind::Package})
+                          .find())
+                  .size(),
+              1u)
+        << "what could not be listed may be there";
+    found.front().ticked = true;
+    const auto run = RemovalRun::begin("test").run;
+    EXPECT_TRUE(LeftBehind::remove(*run, found).front().removed);
+    EXPECT_FALSE(home.exists(".config/oldpaint"));
+    EXPECT_TRUE(home.exists(".oldpaint/picture.svg"));
+}
+
+TEST_F(LeftoversTest, AreNotTheSameOnceTheyWereExchangedOrGained) {
     home.file(".config/tool-y/x");
     const auto root = Platform::current().files->rememberRoot(home.path(".config"));
     const auto look = [&](LeftoverKind kind) {

@@ -231,6 +231,24 @@ Result<std::vector<InstalledApplication>> FlatpakSource::applications() {
     return found;
 }
 
+std::vector<ClaimedName> FlatpakSource::claims() {
+    constexpr std::string_view key = "Path=";
+    std::vector<ClaimedName> claimed;
+    std::error_code error;
+    for (std::filesystem::directory_iterator i(systemPath("/etc/flatpak/installations.d"), error),
+         end;
+         !error && i != end; i.increment(error)) {
+        const std::string text = readSmallFile(i->path()).value_or(std::string());
+        for (std::size_t at = text.find(key); at != text.npos; at = text.find(key, at + 1)) {
+            const auto begin = at + key.size();
+            const path folder = systemPath(text.substr(begin, text.find('\n', begin) - begin));
+            for (const std::string &id : foldersIn(folder / "app"))
+                claimed.push_back({id, {}});
+        }
+    }
+    return claimed;
+}
+
 std::vector<std::string>
 FlatpakSource::runningOf(const std::vector<InstalledApplication> &applications) {
     const auto running = runningIds();

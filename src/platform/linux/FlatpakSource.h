@@ -14,6 +14,8 @@ public:
     ApplicationKind kind() const override { return ApplicationKind::Flatpak; }
     std::string unavailableReason() const override;
     Result<std::vector<InstalledApplication>> applications() override;
+    /// The ids in further installations of the system, which are not listed.
+    std::vector<ClaimedName> claims() override;
     std::vector<std::string> runningOf(const std::vector<InstalledApplication> &) override;
     std::vector<std::filesystem::path> watched() const override;
     RemovalPlan plan(const InstalledApplication &application) override;

@@ -4,6 +4,7 @@
 #include "foundation/Paths.h"
 #include "linux/ProcessStart.h"
 #include "platform/linux/BusProbe.h"
+#include "platform/linux/DesktopEntries.h"
 #include "platform/linux/SessionBus.h"
 
 #include <QMimeDatabase>
@@ -91,6 +92,14 @@ Result<FileTime> LinuxWorkspace::created(const std::filesystem::path &path) {
         return std::error_code(errno, std::generic_category());
     const auto &time = status.stx_mask & STATX_BTIME ? status.stx_btime : status.stx_mtime;
     return FileTime(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
+}
+
+bool LinuxWorkspace::isMissing(const std::string &program) {
+    if (!program.starts_with('/'))
+        return !program.empty() && findProgram(program).empty();
+    struct stat status;
+    return ::stat(systemPath(program).c_str(), &status) != 0 &&
+           (errno == ENOENT || errno == ENOTDIR);
 }
 
 bool LinuxWorkspace::open(const std::filesystem::path &path) {

@@ -22,6 +22,7 @@ public:
     bool isPackage(const std::filesystem::path &path) override;
     QString typeOf(const std::filesystem::path &path) override;
     Result<FileTime> created(const std::filesystem::path &path) override;
+    bool isMissing(const std::string &program) override;
     bool open(const std::filesystem::path &path) override;
     bool reveal(const std::filesystem::path &path) override;
 

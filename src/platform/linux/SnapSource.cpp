@@ -140,11 +140,18 @@ Result<std::vector<InstalledApplication>> SnapSource::applications() {
     if (reply->status != 200)
         return std::errc::protocol_error;
     std::vector<InstalledApplication> found;
+    m_claims.clear();
     for (const auto &value : reply->object.value(QLatin1String("result")).toArray()) {
+        const std::string name = textOf(value.toObject(), "name");
+        m_claims.push_back({name, name});
         if (auto application = describe(value.toObject()))
             found.push_back(*std::move(application));
     }
     return found;
+}
+
+std::vector<ClaimedName> SnapSource::claims() {
+    return m_claims;
 }
 
 std::vector<std::string>

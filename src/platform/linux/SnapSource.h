@@ -18,6 +18,7 @@ public:
     ApplicationKind kind() const override { return ApplicationKind::Snap; }
     std::string unavailableReason() const override;
     Result<std::vector<InstalledApplication>> applications() override;
+    std::vector<ClaimedName> claims() override;
     std::vector<std::string> runningOf(const std::vector<InstalledApplication> &) override;
     std::vector<std::filesystem::path> watched() const override;
     RemovalPlan plan(const InstalledApplication &application) override;
@@ -29,6 +30,7 @@ private:
 
     const std::chrono::milliseconds m_interval;
     const std::chrono::milliseconds m_absence;
+    std::vector<ClaimedName> m_claims; ///< all snaps, also those without an entry
 };
 
 } // namespace brightsweep
