@@ -20,6 +20,8 @@
     <message id="AVAILABLE_UNCHANGED"><translation>Für Programme verfügbar: %1, wie zuvor. Dateien werden wieder vom Datenträger gelesen.</translation></message>
     <message id="About"><translation>Über</translation></message>
     <message id="All"><translation>Alle</translation></message>
+    <message id="All Applications"><translation>Alle Programme</translation></message>
+    <message id="Applications"><translation>Programme</translation></message>
     <message id="Archives"><translation>Archive</translation></message>
     <message id="Are you sure you want to continue?"><translation>Möchten Sie wirklich fortfahren?</translation></message>
     <message id="Are you sure you want to delete all the duplicate files?"><translation>Wollen Sie wirklich alle Dateien dieser Gruppe entfernen?</translation></message>
@@ -126,7 +128,6 @@
     <message id="EMPTY_LOGIN_ITEMS"><translation>Zeigt, was mit Ihrer Sitzung startet, und lässt Sie etwas hinzufügen oder entfernen.</translation></message>
     <message id="EMPTY_PREFERENCES"><translation>Legt fest, was bereinigt wird, wann Brightsweep warnt und wie es startet.</translation></message>
     <message id="EMPTY_SCAN"><translation>Findet Caches, Protokolle, Papierkorb und alte Downloads und zeigt jedes Objekt, bevor etwas entfernt wird.</translation></message>
-    <message id="EMPTY_UNINSTALL"><translation>Entfernt ein Programm samt den Einstellungen, Caches und Protokollen, die es hinterlässt.</translation></message>
     <message id="EXACT_SHARES"><translation>Genaue Anteile</translation></message>
     <message id="EXTERNAL_STORAGE"><translation>Externe Laufwerke</translation></message>
     <message id="Eject All"><translation>Alle auswerfen</translation></message>
@@ -233,7 +234,6 @@
     <message id="Name"><translation>Name</translation></message>
     <message id="No items found in selected folder. Please try another one."><translation>In diesem Ordner ist nichts, das groß genug ist. Bitte wählen Sie einen anderen.</translation></message>
     <message id="OK"><translation>OK</translation></message>
-    <message id="OPEN_APPLICATIONS"><translation>Programme öffnen</translation></message>
     <message id="OPEN_AUTOSTART"><translation>Autostart-Ordner öffnen</translation></message>
     <message id="OPEN_DOWNLOADS"><translation>Downloads öffnen</translation></message>
     <message id="OS Release:"><translation>Systemversion:</translation></message>
@@ -307,6 +307,7 @@
     <message id="Some files that require admin access can't be removed!"><translation>Einige Dateien lassen sich nur mit Adminrechten entfernen!</translation></message>
     <message id="Start"><translation>Start</translation></message>
     <message id="Stopping…"><translation>Wird angehalten …</translation></message>
+    <message id="System Applications"><translation>Systemprogramme</translation></message>
     <message id="System Caches"><translation>System-Caches</translation></message>
     <message id="System Logs"><translation>Systemprotokolle</translation></message>
     <message id="System application(s),Do you want to uninstall it?"><translation>Systemprogramme sind dabei. Möchten Sie sie deinstallieren?</translation></message>
@@ -329,16 +330,32 @@
     <message id="Total Size:"><translation>Gesamt: </translation></message>
     <message id="TotalSize:"><translation>Gesamt: </translation></message>
     <message id="UNINSTALL_ALONG" numerus="yes"><translation><numerusform>%n weiteres Paket, das ohne es nicht auskommt, geht mit: %1.</numerusform><numerusform>%n weitere Pakete, die ohne es nicht auskommen, gehen mit: %1.</numerusform></translation></message>
+    <message id="UNINSTALL_ASKING_RIGHTS"><translation>Warten auf die Erlaubnis des Administrators…</translation></message>
+    <message id="UNINSTALL_COUNT" numerus="yes"><translation><numerusform>%n Programm</numerusform><numerusform>%n Programme</numerusform></translation></message>
     <message id="UNINSTALL_DETAILS"><translation>Details</translation></message>
+    <message id="UNINSTALL_EMPTY"><translation>Es wurden keine Programme gefunden, die sich deinstallieren lassen.</translation></message>
     <message id="UNINSTALL_ENTRIES"><translation>Mit ihm verschwinden: %1.</translation></message>
+    <message id="UNINSTALL_FILTER"><translation>Programme suchen</translation></message>
+    <message id="UNINSTALL_HIDDEN_TICKS" numerus="yes"><translation><numerusform>%n angekreuztes Programm ist hier nicht zu sehen. Es wird nicht deinstalliert.</numerusform><numerusform>%n angekreuzte Programme sind hier nicht zu sehen. Sie werden nicht deinstalliert.</numerusform></translation></message>
+    <message id="UNINSTALL_KIND_NOT_LISTED"><translation>Nicht aufgelistet werden konnten: %1</translation></message>
+    <message id="UNINSTALL_LEAVES"><translation>Es lässt dies zurück; was angekreuzt ist, geht mit:</translation></message>
+    <message id="UNINSTALL_LEAVES_NOTHING"><translation>Es ist nichts bekannt, was es zurückließe.</translation></message>
+    <message id="UNINSTALL_LISTING"><translation>Programme werden gesucht…</translation></message>
+    <message id="UNINSTALL_MEASURING"><translation>Wird gemessen…</translation></message>
+    <message id="UNINSTALL_NOTHING_GOES"><translation>Nichts davon lässt sich deinstallieren.</translation></message>
+    <message id="UNINSTALL_NOT_LISTED"><translation>Die Programme konnten nicht aufgelistet werden.</translation></message>
+    <message id="UNINSTALL_PLANNING"><translation>Es wird ermittelt, was mitgeht…</translation></message>
     <message id="UNINSTALL_PURGE"><translation>Einstellungen des ganzen Systems: %1</translation></message>
+    <message id="UNINSTALL_REMOVING"><translation>%1 wird entfernt…</translation></message>
     <message id="UNINSTALL_RUNNING"><translation>Es läuft gerade (%1). Beenden Sie es vorher: Was es beim Beenden schreibt, bliebe zurück.</translation></message>
     <message id="UNINSTALL_SNAP_COPY"><translation>Auch die Kopie seiner Daten, die sonst 31 Tage aufgehoben würde</translation></message>
+    <message id="UNINSTALL_STAYS"><translation>Es bleibt: %1.</translation></message>
     <message id="UNINSTALL_SUM"><translation>%1 verschwinden: %2.</translation></message>
     <message id="UNINSTALL_SUM_ALONG" numerus="yes"><translation><numerusform>%n Paket geht mit</numerusform><numerusform>%n Pakete gehen mit</numerusform></translation></message>
     <message id="UNINSTALL_SUM_APPS" numerus="yes"><translation><numerusform>%n Programm</numerusform><numerusform>%n Programme</numerusform></translation></message>
     <message id="UNINSTALL_SUM_LEFT" numerus="yes"><translation><numerusform>%n Rest</numerusform><numerusform>%n Reste</numerusform></translation></message>
     <message id="UNINSTALL_SUM_STAYS" numerus="yes"><translation><numerusform>%n nicht angekreuzter Rest bleibt (%1).</numerusform><numerusform>%n nicht angekreuzte Reste bleiben (%1).</numerusform></translation></message>
+    <message id="UNINSTALL_WORKING"><translation>Wird deinstalliert…</translation></message>
     <message id="USAGE_ASK" numerus="yes"><translation><numerusform>%n Objekt entfernen?</numerusform><numerusform>%n Objekte entfernen?</numerusform></translation></message>
     <message id="USAGE_ASK_ONCE_MORE" numerus="yes"><translation><numerusform>Auch dieses Objekt entfernen?</numerusform><numerusform>Auch diese %n Objekte entfernen?</numerusform></translation></message>
     <message id="USAGE_CANNOT_TICK"><translation>%1 lässt sich nicht auswählen: %2.</translation></message>

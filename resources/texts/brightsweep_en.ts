@@ -20,6 +20,8 @@
     <message id="AVAILABLE_UNCHANGED"><translation>Available to programs: %1, as before. Files will be read from disk again.</translation></message>
     <message id="About"><translation>About</translation></message>
     <message id="All"><translation>All</translation></message>
+    <message id="All Applications"><translation>All Applications</translation></message>
+    <message id="Applications"><translation>Applications</translation></message>
     <message id="Archives"><translation>Archives</translation></message>
     <message id="Are you sure you want to continue?"><translation>Are you sure you want to continue?</translation></message>
     <message id="Are you sure you want to delete all the duplicate files?"><translation>Are you sure you want to delete all the duplicate files?</translation></message>
@@ -126,7 +128,6 @@
     <message id="EMPTY_LOGIN_ITEMS"><translation>Lists what starts with your session, and lets you add to it or take from it.</translation></message>
     <message id="EMPTY_PREFERENCES"><translation>Sets what is cleaned, when Brightsweep warns, and how it starts.</translation></message>
     <message id="EMPTY_SCAN"><translation>Finds caches, logs, trash and old downloads, and shows every item before anything is removed.</translation></message>
-    <message id="EMPTY_UNINSTALL"><translation>Removes a program together with the settings, caches and logs that it leaves behind.</translation></message>
     <message id="EXACT_SHARES"><translation>Exact Shares</translation></message>
     <message id="EXTERNAL_STORAGE"><translation>External Storage</translation></message>
     <message id="Eject All"><translation>Eject All</translation></message>
@@ -233,7 +234,6 @@
     <message id="Name"><translation>Name</translation></message>
     <message id="No items found in selected folder. Please try another one."><translation>No items found in selected folder. Please try another one.</translation></message>
     <message id="OK"><translation>OK</translation></message>
-    <message id="OPEN_APPLICATIONS"><translation>Open Applications</translation></message>
     <message id="OPEN_AUTOSTART"><translation>Open Autostart Folder</translation></message>
     <message id="OPEN_DOWNLOADS"><translation>Open Downloads</translation></message>
     <message id="OS Release:"><translation>OS Release:</translation></message>
@@ -307,6 +307,7 @@
     <message id="Some files that require admin access can't be removed!"><translation>Some files that require admin access can't be removed!</translation></message>
     <message id="Start"><translation>Start</translation></message>
     <message id="Stopping…"><translation>Stopping…</translation></message>
+    <message id="System Applications"><translation>System Applications</translation></message>
     <message id="System Caches"><translation>System Caches</translation></message>
     <message id="System Logs"><translation>System Logs</translation></message>
     <message id="System application(s),Do you want to uninstall it?"><translation>System application(s). Do you want to uninstall it?</translation></message>
@@ -329,16 +330,32 @@
     <message id="Total Size:"><translation>Total Size:</translation></message>
     <message id="TotalSize:"><translation>TotalSize:</translation></message>
     <message id="UNINSTALL_ALONG" numerus="yes"><translation><numerusform>%n other package that cannot do without it goes along: %1.</numerusform><numerusform>%n other packages that cannot do without it go along: %1.</numerusform></translation></message>
+    <message id="UNINSTALL_ASKING_RIGHTS"><translation>Waiting for the administrator’s permission…</translation></message>
+    <message id="UNINSTALL_COUNT" numerus="yes"><translation><numerusform>%n application</numerusform><numerusform>%n applications</numerusform></translation></message>
     <message id="UNINSTALL_DETAILS"><translation>Details</translation></message>
+    <message id="UNINSTALL_EMPTY"><translation>No applications were found that could be uninstalled.</translation></message>
     <message id="UNINSTALL_ENTRIES"><translation>With it go: %1.</translation></message>
+    <message id="UNINSTALL_FILTER"><translation>Search applications</translation></message>
+    <message id="UNINSTALL_HIDDEN_TICKS" numerus="yes"><translation><numerusform>%n ticked application is not shown here. It will not be uninstalled.</numerusform><numerusform>%n ticked applications are not shown here. They will not be uninstalled.</numerusform></translation></message>
+    <message id="UNINSTALL_KIND_NOT_LISTED"><translation>Could not be listed: %1</translation></message>
+    <message id="UNINSTALL_LEAVES"><translation>It leaves this behind; what is ticked goes as well:</translation></message>
+    <message id="UNINSTALL_LEAVES_NOTHING"><translation>Nothing is known that it would leave behind.</translation></message>
+    <message id="UNINSTALL_LISTING"><translation>Looking for applications…</translation></message>
+    <message id="UNINSTALL_MEASURING"><translation>Measuring…</translation></message>
+    <message id="UNINSTALL_NOTHING_GOES"><translation>Nothing of this can be uninstalled.</translation></message>
+    <message id="UNINSTALL_NOT_LISTED"><translation>The applications could not be listed.</translation></message>
+    <message id="UNINSTALL_PLANNING"><translation>Finding out what goes with it…</translation></message>
     <message id="UNINSTALL_PURGE"><translation>Settings of the whole system: %1</translation></message>
+    <message id="UNINSTALL_REMOVING"><translation>Removing %1…</translation></message>
     <message id="UNINSTALL_RUNNING"><translation>It is running (%1). Close it first: what it writes when it ends would stay.</translation></message>
     <message id="UNINSTALL_SNAP_COPY"><translation>The copy of its data, too, that would otherwise be kept for 31 days</translation></message>
+    <message id="UNINSTALL_STAYS"><translation>It stays: %1.</translation></message>
     <message id="UNINSTALL_SUM"><translation>%1 go: %2.</translation></message>
     <message id="UNINSTALL_SUM_ALONG" numerus="yes"><translation><numerusform>%n package along with them</numerusform><numerusform>%n packages along with them</numerusform></translation></message>
     <message id="UNINSTALL_SUM_APPS" numerus="yes"><translation><numerusform>%n application</numerusform><numerusform>%n applications</numerusform></translation></message>
     <message id="UNINSTALL_SUM_LEFT" numerus="yes"><translation><numerusform>%n leftover</numerusform><numerusform>%n leftovers</numerusform></translation></message>
     <message id="UNINSTALL_SUM_STAYS" numerus="yes"><translation><numerusform>%n leftover that is not ticked stays (%1).</numerusform><numerusform>%n leftovers that are not ticked stay (%1).</numerusform></translation></message>
+    <message id="UNINSTALL_WORKING"><translation>Uninstalling…</translation></message>
     <message id="USAGE_ASK" numerus="yes"><translation><numerusform>Remove %n item?</numerusform><numerusform>Remove %n items?</numerusform></translation></message>
     <message id="USAGE_ASK_ONCE_MORE" numerus="yes"><translation><numerusform>Remove this one, too?</numerusform><numerusform>Remove these %n, too?</numerusform></translation></message>
     <message id="USAGE_CANNOT_TICK"><translation>%1 cannot be selected: %2.</translation></message>

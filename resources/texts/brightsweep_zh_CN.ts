@@ -20,6 +20,8 @@
     <message id="AVAILABLE_UNCHANGED"><translation>程序可用：%1，与之前相同。文件将重新从磁盘读取。</translation></message>
     <message id="About"><translation>关于</translation></message>
     <message id="All"><translation>全部</translation></message>
+    <message id="All Applications"><translation>所有应用程序</translation></message>
+    <message id="Applications"><translation>应用程序</translation></message>
     <message id="Archives"><translation>压缩文件</translation></message>
     <message id="Are you sure you want to continue?"><translation>确定要继续吗？</translation></message>
     <message id="Are you sure you want to delete all the duplicate files?"><translation>确定要删除全部重复文件吗？</translation></message>
@@ -126,7 +128,6 @@
     <message id="EMPTY_LOGIN_ITEMS"><translation>列出随会话启动的项目，并可添加或移除。</translation></message>
     <message id="EMPTY_PREFERENCES"><translation>设置清理的内容、Brightsweep 何时发出警告以及如何启动。</translation></message>
     <message id="EMPTY_SCAN"><translation>查找缓存、日志、回收站和旧的下载内容，并在移除任何内容之前显示每一项。</translation></message>
-    <message id="EMPTY_UNINSTALL"><translation>移除程序及其留下的设置、缓存和日志。</translation></message>
     <message id="EXACT_SHARES"><translation>精确份额</translation></message>
     <message id="EXTERNAL_STORAGE"><translation>外部存储</translation></message>
     <message id="Eject All"><translation>全部弹出</translation></message>
@@ -233,7 +234,6 @@
     <message id="Name"><translation>名称</translation></message>
     <message id="No items found in selected folder. Please try another one."><translation>在所选文件夹中未找到项目，请选择其他文件夹。</translation></message>
     <message id="OK"><translation>确定</translation></message>
-    <message id="OPEN_APPLICATIONS"><translation>打开应用程序</translation></message>
     <message id="OPEN_AUTOSTART"><translation>打开自启动文件夹</translation></message>
     <message id="OPEN_DOWNLOADS"><translation>打开下载文件夹</translation></message>
     <message id="OS Release:"><translation>系统版本：</translation></message>
@@ -307,6 +307,7 @@
     <message id="Some files that require admin access can't be removed!"><translation>有些文件需要管理员权限，无法移除！</translation></message>
     <message id="Start"><translation>启动</translation></message>
     <message id="Stopping…"><translation>正在停止…</translation></message>
+    <message id="System Applications"><translation>系统应用程序</translation></message>
     <message id="System Caches"><translation>系统缓存</translation></message>
     <message id="System Logs"><translation>系统日志</translation></message>
     <message id="System application(s),Do you want to uninstall it?"><translation>包含系统应用程序。要卸载吗？</translation></message>
@@ -329,16 +330,32 @@
     <message id="Total Size:"><translation>总大小：</translation></message>
     <message id="TotalSize:"><translation>总大小：</translation></message>
     <message id="UNINSTALL_ALONG" numerus="yes"><translation><numerusform>%n 个依赖它的软件包会一并移除：%1。</numerusform></translation></message>
+    <message id="UNINSTALL_ASKING_RIGHTS"><translation>正在等待管理员许可…</translation></message>
+    <message id="UNINSTALL_COUNT" numerus="yes"><translation><numerusform>%n 个应用程序</numerusform></translation></message>
     <message id="UNINSTALL_DETAILS"><translation>详细信息</translation></message>
+    <message id="UNINSTALL_EMPTY"><translation>未找到可以卸载的应用程序。</translation></message>
     <message id="UNINSTALL_ENTRIES"><translation>随之消失：%1。</translation></message>
+    <message id="UNINSTALL_FILTER"><translation>搜索应用程序</translation></message>
+    <message id="UNINSTALL_HIDDEN_TICKS" numerus="yes"><translation><numerusform>有 %n 个已勾选的应用程序未在此显示，不会被卸载。</numerusform></translation></message>
+    <message id="UNINSTALL_KIND_NOT_LISTED"><translation>无法列出：%1</translation></message>
+    <message id="UNINSTALL_LEAVES"><translation>它会留下以下内容；勾选的也会移除：</translation></message>
+    <message id="UNINSTALL_LEAVES_NOTHING"><translation>未发现它会留下的内容。</translation></message>
+    <message id="UNINSTALL_LISTING"><translation>正在查找应用程序…</translation></message>
+    <message id="UNINSTALL_MEASURING"><translation>正在计算大小…</translation></message>
+    <message id="UNINSTALL_NOTHING_GOES"><translation>这些都无法卸载。</translation></message>
+    <message id="UNINSTALL_NOT_LISTED"><translation>无法列出应用程序。</translation></message>
+    <message id="UNINSTALL_PLANNING"><translation>正在确定会一并移除的内容…</translation></message>
     <message id="UNINSTALL_PURGE"><translation>整个系统的设置：%1</translation></message>
+    <message id="UNINSTALL_REMOVING"><translation>正在移除 %1…</translation></message>
     <message id="UNINSTALL_RUNNING"><translation>它正在运行（%1）。请先关闭：它退出时写入的内容会保留下来。</translation></message>
     <message id="UNINSTALL_SNAP_COPY"><translation>同时移除其数据副本（否则会保留 31 天）</translation></message>
+    <message id="UNINSTALL_STAYS"><translation>它会保留：%1。</translation></message>
     <message id="UNINSTALL_SUM"><translation>将移除 %1：%2。</translation></message>
     <message id="UNINSTALL_SUM_ALONG" numerus="yes"><translation><numerusform>%n 个附带软件包</numerusform></translation></message>
     <message id="UNINSTALL_SUM_APPS" numerus="yes"><translation><numerusform>%n 个应用程序</numerusform></translation></message>
     <message id="UNINSTALL_SUM_LEFT" numerus="yes"><translation><numerusform>%n 项残留</numerusform></translation></message>
     <message id="UNINSTALL_SUM_STAYS" numerus="yes"><translation><numerusform>%n 项未勾选的残留会保留（%1）。</numerusform></translation></message>
+    <message id="UNINSTALL_WORKING"><translation>正在卸载…</translation></message>
     <message id="USAGE_ASK" numerus="yes"><translation><numerusform>要移除 %n 个项目吗？</numerusform></translation></message>
     <message id="USAGE_ASK_ONCE_MORE" numerus="yes"><translation><numerusform>也要移除这 %n 个项目吗？</numerusform></translation></message>
     <message id="USAGE_CANNOT_TICK"><translation>无法选择 %1：%2。</translation></message>

@@ -8,6 +8,7 @@
 #include "foundation/UserDefaults.h"
 #include "loginitems/LoginItemController.h"
 #include "memory/CleanMemoryController.h"
+#include "uninstall/UninstallAppsController.h"
 
 #include <memory>
 
@@ -112,6 +113,10 @@ void AppPrefsWindowController::setupToolbar() {
         CleanMemoryController::Surroundings{[] { return LicenceGate::isOpen(); }, nullptr});
     m_loginItemView = std::make_unique<LoginItemController>(
         LoginItemController::Surroundings{[] { return LicenceGate::isOpen(); }});
+    m_uninstallView = std::make_unique<UninstallAppsController>(
+        UninstallAppsController::Surroundings{[] { return LicenceGate::isOpen(); }, nullptr});
+    connect(this, &AppPrefsWindowController::beginSearchApps, m_uninstallView.get(),
+            &UninstallAppsController::beginSearchApps);
     for (const Page &page : pageTable) {
         if (!page.atTheEnd)
             addPage(page);

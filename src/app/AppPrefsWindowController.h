@@ -11,6 +11,7 @@ class DiskUsageAppController;
 class LoginItemController;
 class NewMainViewController;
 class SameFileDeleteViewController;
+class UninstallAppsController;
 struct Page;
 
 /// The program's one window: its table of panels. Main thread.
@@ -41,6 +42,9 @@ public:
     /// The memory page; null before the window was first shown.
     CleanMemoryController *memoryView() const { return m_memoryView.get(); }
 
+    /// The uninstall page; null before the window was first shown.
+    UninstallAppsController *uninstallView() const { return m_uninstallView.get(); }
+
     /// Copies the settings of the animation.
     void readAnimationSettings();
 
@@ -65,6 +69,7 @@ private:
     std::unique_ptr<DiskUsageAppController> m_diskUsageView;
     std::unique_ptr<CleanMemoryController> m_memoryView;
     std::unique_ptr<LoginItemController> m_loginItemView;
+    std::unique_ptr<UninstallAppsController> m_uninstallView;
 };
 
 } // namespace brightsweep

@@ -224,13 +224,15 @@ std::size_t UninstallAppsController::countOfRow(int row) const {
 void UninstallAppsController::renewList() {
     const auto row = std::size_t(m_selectRow);
     const auto selected = row < m_allApplications.size() ? m_allApplications[row] : nullptr;
-    m_allApplications = m_nowSelectRow == LeftBehindRow ? Items() : itemsOfRow(m_nowSelectRow);
+    m_allApplications = itemsOfRow(m_nowSelectRow);
     if (!m_filter.isEmpty())
         std::erase_if(m_allApplications,
                       [this](const auto &item) { return !matches(*item, m_filter); });
     sortList();
     const auto found = std::find(m_allApplications.begin(), m_allApplications.end(), selected);
-    m_selectRow = found == m_allApplications.end() ? 0 : int(found - m_allApplications.begin());
+    if (found != m_allApplications.end())
+        m_selectRow = int(found - m_allApplications.begin());
+    m_selectRow = std::clamp(m_selectRow, 0, std::max(0, int(m_allApplications.size()) - 1));
     getSelectAllOrNull();
     Q_EMIT allApplicationsChanged();
     Q_EMIT countsChanged();
@@ -283,9 +285,9 @@ void UninstallAppsController::changeSelectCell(int row) {
     if (!m_isScaned || m_state != State::Ready || row < 0 || row >= rows)
         return;
     m_nowSelectRow = row;
-    renewList();
+    m_allApplications.clear(); // nothing of the last row stays highlighted
     m_selectRow = 0;
-    Q_EMIT rowsChanged();
+    renewList();
     postSelectNum();
 }
 

@@ -55,8 +55,8 @@ class UninstallAppsController : public QObject {
 public:
     enum class State { NotListed, Listing, Ready, Planning, Asking, AskingRights, Uninstalling };
     /// The rows at the left.
-    enum Row { AllApplications, SystemApplications, OtherApplications, LeftBehindRow };
-    static constexpr int rows = 4;
+    enum Row { AllApplications, SystemApplications, OtherApplications };
+    static constexpr int rows = 3;
     enum class SortKey { Name, Kind, Size, Date };
     using Items = std::vector<AppItems::Pointer>;
     using Plans = std::vector<RemovalPlan>;

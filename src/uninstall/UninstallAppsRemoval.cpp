@@ -151,10 +151,8 @@ void UninstallAppsController::attemptEnded() {
     for (std::size_t i = 0; i < records.size(); ++i) {
         const AppItems::Pointer &item = m_chosen[i];
         const bool hasGone = records[i].outcome == UninstallOutcome::Removed;
-        if (hasGone) {
+        if (hasGone)
             std::erase(m_searchAllAppArr, item);
-            std::erase(m_allApplications, item);
-        }
         if (records[i].isWhole())
             continue;
         const QString reason = UninstallTexts::reason(records[i]);

@@ -58,6 +58,8 @@ ApplicationViews::ApplicationViews(AppDelegate &delegate, CustomStatusItemView &
             acts.diskUsage =
                 AppPrefsWindowController::sharedPrefsWindowController().diskUsageView();
             acts.memory = AppPrefsWindowController::sharedPrefsWindowController().memoryView();
+            acts.uninstall =
+                AppPrefsWindowController::sharedPrefsWindowController().uninstallView();
             return makePanelPage(identifier, acts, page);
         });
     m_popup = std::make_unique<StatusPopup>(m_delegate.menu());

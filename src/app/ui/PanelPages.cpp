@@ -19,9 +19,7 @@
 #include "platform/Platform.h"
 #include "platform/StandardDirectories.h"
 #include "platform/Workspace.h"
-
-#include <QDir>
-#include <QStandardPaths>
+#include "uninstall/ui/UninstallPanel.h"
 
 #include <algorithm>
 #include <array>
@@ -46,15 +44,6 @@ void openFirst(const std::vector<fs::path> &folders) {
             return;
         }
     }
-}
-
-void openApplications(const PanelActs &) {
-    std::vector<fs::path> folders;
-    // The system's folder, the last one, holds most.
-    for (const QString &folder :
-         QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation))
-        folders.insert(folders.begin(), fs::path(QFile::encodeName(folder).toStdString()));
-    openFirst(folders);
 }
 
 void openAutostart(const PanelActs &) {
@@ -85,6 +74,10 @@ QWidget *makeMemory(const PanelActs &acts, QWidget *parent) {
     return new MemoryPanel(*acts.memory, parent);
 }
 
+QWidget *makeUninstall(const PanelActs &acts, QWidget *parent) {
+    return new UninstallPanel(*acts.uninstall, parent);
+}
+
 QWidget *makeCleanResults(const PanelActs &acts, QWidget *parent) {
     auto *const results = new CleanResultsPanel(*acts.clean, parent);
     QObject::connect(results, &CleanResultsPanel::volumesRequested, results, acts.showVolumes);
@@ -101,8 +94,6 @@ struct EmptyPage {
 };
 
 constexpr std::array emptyPages = {
-    EmptyPage{"delete", "start_uninstall.png", QT_TRID_NOOP("EMPTY_UNINSTALL"),
-              QT_TRID_NOOP("OPEN_APPLICATIONS"), openApplications},
     EmptyPage{"login_items", "start_login_items.png", QT_TRID_NOOP("EMPTY_LOGIN_ITEMS"),
               QT_TRID_NOOP("OPEN_AUTOSTART"), openAutostart},
     EmptyPage{"preferences", "start_preferences.png", QT_TRID_NOOP("EMPTY_PREFERENCES"),
@@ -137,6 +128,7 @@ constexpr std::array panelMakers = {
     PanelMaker{"disk_usage", makeDiskUsage<DiskUsageStartPanel>},
     PanelMaker{"QC_DiskUsage", makeDiskUsage<DiskUsageProgressPanel>},
     PanelMaker{"DATA_DiskUsage", makeDiskUsage<DiskUsageResultsPanel>},
+    PanelMaker{"delete", makeUninstall},
     PanelMaker{"memory", makeMemory},
 };
 
@@ -144,7 +136,7 @@ constexpr std::array panelMakers = {
 
 QWidget *makePanelPage(const QString &identifier, const PanelActs &acts, QWidget *parent) {
     for (const PanelMaker &row : panelMakers) {
-        if (acts.clean && acts.duplicates && acts.diskUsage && acts.memory &&
+        if (acts.clean && acts.duplicates && acts.diskUsage && acts.memory && acts.uninstall &&
             identifier == QLatin1String(row.panel))
             return row.make(acts, parent);
     }

@@ -12,6 +12,7 @@ class CleanMemoryController;
 class DiskUsageAppController;
 class NewMainViewController;
 class SameFileDeleteViewController;
+class UninstallAppsController;
 
 /// What the pages ask for beyond themselves.
 struct PanelActs {
@@ -20,6 +21,7 @@ struct PanelActs {
     SameFileDeleteViewController *duplicates = nullptr; ///< the duplicates page's
     DiskUsageAppController *diskUsage = nullptr;        ///< the disk usage page's
     CleanMemoryController *memory = nullptr;            ///< the memory page's
+    UninstallAppsController *uninstall = nullptr;       ///< the uninstall page's
 };
 
 /// The page of a panel of the main window. Panels that have no page yet say what they are for.

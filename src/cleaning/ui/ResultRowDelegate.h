@@ -50,11 +50,11 @@ Q_SIGNALS:
 protected:
     bool editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
                      const QModelIndex &index) override;
+    virtual void paintName(QPainter &painter, const QRect &area, bool isSelected,
+                           const QModelIndex &index) const;
 
 private:
     QRect spanned(const QStyleOptionViewItem &option) const;
-    void paintName(QPainter &painter, const QRect &area, bool isSelected,
-                   const QModelIndex &index) const;
     void paintSpanned(QPainter &painter, const QStyleOptionViewItem &option,
                       const QModelIndex &index) const;
     void paintGroup(QPainter &painter, const QRect &area, bool isSelected,

@@ -1,0 +1,305 @@
+#include "uninstall/ui/UninstallPanel.h"
+
+#include "cleaning/ui/StyledLabel.h"
+#include "cleaning/ui/TickFlight.h"
+#include "core/RowWords.h"
+#include "core/Texts.h"
+#include "foundation/Paths.h"
+#include "ui/AlertSheet.h"
+#include "ui/FilterField.h"
+#include "ui/ImageView.h"
+#include "ui/NoticeRow.h"
+#include "ui/PadlockButton.h"
+#include "ui/PageParts.h"
+#include "ui/Paragraph.h"
+#include "ui/Theme.h"
+#include "uninstall/UninstallTexts.h"
+#include "uninstall/ui/UninstallLeftCell.h"
+#include "uninstall/ui/UninstallSheet.h"
+#include "uninstall/ui/UninstallTable.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include <array>
+
+namespace brightsweep {
+
+namespace {
+
+using Page = UninstallAppsController;
+using State = Page::State;
+
+constexpr int pictureSide = 96;
+constexpr int buttonImageSide = 28;
+constexpr int barWidth = 280;
+constexpr int sentenceWidth = 420;
+
+// The first number is larger than the second.
+CleanStyledText lineOf(const Page::Message &message) {
+    CleanStyledText line;
+    if (!message.isCount) {
+        line.text = message.text;
+        return line;
+    }
+    const std::array numbers = {readersNumber(message.selected), readersNumber(message.total)};
+    constexpr std::array sizes = {15, 0};
+    for (qsizetype at = 0; at < message.text.size(); ++at) {
+        const auto number = std::size_t(message.text.mid(at + 1, 1).toUInt()) - 1;
+        if (message.text[at] != u'%' || number >= numbers.size()) {
+            line.text += message.text[at];
+            continue;
+        }
+        line.accented.push_back(
+            {int(line.text.size()), int(numbers[number].size()), sizes[number], number == 0});
+        line.text += numbers[number];
+        ++at;
+    }
+    return line;
+}
+
+QLabel *centered(const char *name, double size, bool isBold, QWidget *parent) {
+    auto *const label = new Paragraph(parent);
+    label->setObjectName(QLatin1String(name));
+    label->setTextFormat(Qt::PlainText);
+    label->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    theme::keepFont(label, size, isBold);
+    theme::keep(label, [label] { label->setParagraphWidth(theme::height(sentenceWidth)); });
+    return label;
+}
+
+} // namespace
+
+UninstallPanel::UninstallPanel(Page &controller, QWidget *parent)
+    : QWidget(parent),
+      m_controller(controller),
+      m_model(controller),
+      m_lists(new UninstallLeftList(controller, this)),
+      m_box(new QStackedWidget(this)),
+      m_table(new UninstallTable(controller, m_model, m_box)),
+      m_waiting(makeWaiting()),
+      m_empty(makeEmpty()) {
+    for (QWidget *const page : {static_cast<QWidget *>(m_table), m_waiting, m_empty})
+        m_box->addWidget(page);
+    m_notice = new NoticeRow("uninstall.notice", this);
+    m_showAll = m_notice->addButton("uninstall.showAll", localizedText("SHOW_ALL"));
+    connect(m_showAll, &QPushButton::clicked, this, [this] {
+        m_filter->clear();
+        UninstallLeftCell::reportClick(Page::AllApplications);
+        m_table->setFocus();
+    });
+    auto *const right = new QVBoxLayout;
+    right->setSpacing(0);
+    right->addWidget(makeHeading());
+    right->addWidget(m_notice);
+    right->addWidget(m_box, 1);
+    auto *const upper = new QHBoxLayout;
+    upper->setContentsMargins(2 * theme::grid, 2 * theme::grid, 2 * theme::grid, 0);
+    upper->setSpacing(2 * theme::grid);
+    upper->addWidget(m_lists);
+    upper->addLayout(right, 1);
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addLayout(upper, 1);
+    layout->addWidget(makeHairline(this));
+    layout->addWidget(makeBottom());
+
+    const auto *const page = &m_controller;
+    connect(page, &Page::stateChanged, this, &UninstallPanel::followState);
+    connect(page, &Page::progressChanged, this, &UninstallPanel::followState);
+    connect(page, &Page::allApplicationsChanged, this, &UninstallPanel::followList);
+    connect(page, &Page::messageChanged, this, &UninstallPanel::followMessage);
+    connect(page, &Page::askToUninstall, this, &UninstallPanel::ask);
+    connect(page, &Page::removalRefused, this, &UninstallPanel::showWords);
+    connect(page, &Page::ticked, this, &UninstallPanel::flyToButton);
+    connect(page, &Page::detailsAsked, this, [this] {
+        UninstallDetailsSheet::show(m_controller, m_table->iconOf(m_controller.selectRow()),
+                                    window());
+    });
+    followState();
+    followList();
+    followMessage();
+}
+
+QSize UninstallPanel::sizeHint() const {
+    return theme::leastPanel().expandedTo(layout()->minimumSize());
+}
+
+QWidget *UninstallPanel::makeHeading() {
+    auto *const heading = new QWidget(this);
+    auto *const row = new QHBoxLayout(heading);
+    row->setContentsMargins(2 * theme::grid, theme::grid, 2 * theme::grid, 2 * theme::grid);
+    m_count = makePlainLabel("uninstall.count", heading);
+    theme::keepFont(m_count, 15, true);
+    row->addWidget(m_count, 1);
+    m_filter = new FilterField(localizedText("UNINSTALL_FILTER"), this, heading);
+    m_filter->setObjectName(QStringLiteral("uninstall.filter"));
+    connect(m_filter, &QLineEdit::textChanged, &m_controller, &Page::setFilter);
+    connect(m_filter, &FilterField::left, this,
+            [this] { m_table->setFocus(Qt::ShortcutFocusReason); });
+    row->addWidget(m_filter);
+    return heading;
+}
+
+QWidget *UninstallPanel::makeWaiting() {
+    auto *const page = new QWidget(m_box);
+    auto *const layout = new QVBoxLayout(page);
+    layout->setSpacing(4 * theme::grid);
+    layout->addStretch(2);
+    m_waitingWords = centered("uninstall.waiting", 15, true, page);
+    layout->addWidget(m_waitingWords, 0, Qt::AlignHCenter);
+    searchAppsIndicator = new QProgressBar(page);
+    searchAppsIndicator->setObjectName(QStringLiteral("searchAppsIndicator"));
+    searchAppsIndicator->setTextVisible(false);
+    theme::keep(searchAppsIndicator,
+                [this] { searchAppsIndicator->setFixedWidth(theme::height(barWidth)); });
+    layout->addWidget(searchAppsIndicator, 0, Qt::AlignHCenter);
+    layout->addStretch(3);
+    return page;
+}
+
+QWidget *UninstallPanel::makeEmpty() {
+    auto *const page = new QWidget(m_box);
+    auto *const layout = new QVBoxLayout(page);
+    layout->addStretch(2);
+    auto *const picture = new ImageView(QStringLiteral("start_uninstall.png"), page);
+    theme::keepSize(picture, pictureSide, pictureSide);
+    layout->addWidget(picture, 0, Qt::AlignHCenter);
+    layout->addSpacing(3 * theme::grid);
+    m_emptyWords = centered("uninstall.empty", 15, true, page);
+    layout->addWidget(m_emptyWords, 0, Qt::AlignHCenter);
+    layout->addStretch(3);
+    return page;
+}
+
+QWidget *UninstallPanel::makeBottom() {
+    auto *const bottom = new QWidget(this);
+    auto *const row = makeBottomRow(bottom);
+    lockButton = new PadlockButton(m_controller.padlock(), bottom);
+    connect(lockButton, &PadlockButton::unlockWanted, &m_controller, &Page::unlockRigths);
+    connect(&m_controller.padlock(), &PadlockController::askingChanged, this,
+            &UninstallPanel::followState);
+    row->addWidget(lockButton);
+    uninstallTextField = new StyledLabel(bottom);
+    uninstallTextField->setObjectName(QStringLiteral("uninstallTextField"));
+    uninstallTextField->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    row->addWidget(uninstallTextField, 1);
+    m_uninstallImage = new ImageView(QLatin1String(m_controller.uninstallImage()), bottom);
+    theme::keepSize(m_uninstallImage, buttonImageSide, buttonImageSide);
+    row->addWidget(m_uninstallImage);
+    uninstallButton = makeRemovingButton("uninstallButton", localizedText("Uninstall"), bottom);
+    row->addWidget(uninstallButton);
+    connect(uninstallButton, &QPushButton::clicked, &m_controller, &Page::uninstallButtonAction);
+    return bottom;
+}
+
+// -- Showing
+
+void UninstallPanel::showEvent(QShowEvent *) {
+    m_controller.setShown(true);
+}
+
+void UninstallPanel::hideEvent(QHideEvent *) {
+    m_controller.setShown(false);
+}
+
+bool UninstallPanel::holdsFocus(const QWidget &part) const {
+    const QWidget *const focus = window()->focusWidget();
+    return focus && (focus == &part || part.isAncestorOf(focus));
+}
+
+void UninstallPanel::followState() {
+    const State state = m_controller.state();
+    const bool isIdle = m_controller.isIdle();
+    const QString waiting =
+        !m_controller.isScaned()       ? localizedText("UNINSTALL_LISTING")
+        : state == State::AskingRights ? localizedText("UNINSTALL_ASKING_RIGHTS")
+        : state == State::Uninstalling
+            ? m_controller.progress().isEmpty()
+                  ? localizedText("UNINSTALL_WORKING")
+                  : localizedText("UNINSTALL_REMOVING").arg(nameInSentence(m_controller.progress()))
+            : QString();
+    m_waitingWords->setText(waiting);
+    // It turns only while it is looked at.
+    searchAppsIndicator->setRange(0, waiting.isEmpty() ? 1 : 0);
+    searchAppsIndicator->setAccessibleName(waiting);
+    QWidget *const page = !waiting.isEmpty()                       ? m_waiting
+                          : m_controller.searchAllAppArr().empty() ? m_empty
+                                                                   : m_table;
+    const bool hadFocus = holdsFocus(*this);
+    m_box->setCurrentWidget(page);
+    setFocusProxy(isIdle && page == m_table ? static_cast<QWidget *>(m_table) : m_box);
+    m_lists->setEnabled(isIdle);
+    m_table->setEnabled(isIdle);
+    m_filter->setEnabled(isIdle);
+    lockButton->setEnabled(isIdle && !m_controller.padlock().isAsking());
+    // The keyboard stays in the page: a widget that goes would hand it on to the toolbar.
+    if (isIdle && page == m_table && hadFocus && !holdsFocus(*m_filter) && !holdsFocus(*m_lists))
+        m_table->setFocus();
+    else if (!isIdle && hadFocus)
+        m_box->setFocus();
+    followMessage();
+}
+
+void UninstallPanel::followList() {
+    m_count->setText(m_controller.isScaned()
+                         ? localizedText("UNINSTALL_COUNT", m_controller.allApplications().size())
+                         : QString());
+    const bool hasFailed = !m_controller.failures().empty();
+    m_emptyWords->setText(hasFailed ? localizedText("UNINSTALL_NOT_LISTED")
+                                    : localizedText("UNINSTALL_EMPTY"));
+    followState();
+}
+
+void UninstallPanel::followMessage() {
+    const auto &message = m_controller.uninstallTextField();
+    uninstallTextField->setStyledText(
+        m_controller.state() == State::Planning
+            ? lineOf({localizedText("UNINSTALL_PLANNING"), {}, false, 0, 0, false})
+            : lineOf(message));
+    uninstallTextField->setToolTip(plainToolTip({message.toolTip}));
+    uninstallTextField->setAccessibleDescription(message.toolTip);
+    uninstallButton->setEnabled(m_controller.isIdle() && m_controller.uninstallButton());
+    m_uninstallImage->setImageName(QLatin1String(m_controller.uninstallImage()));
+    followNotice();
+}
+
+// What is ticked and does not go comes first, then what could not be listed.
+void UninstallPanel::followNotice() {
+    const std::size_t hidden = m_controller.hiddenSelectedCount();
+    m_showAll->setVisible(hidden > 0);
+    if (hidden > 0)
+        return m_notice->tell(localizedText("UNINSTALL_HIDDEN_TICKS", hidden));
+    QStringList kinds;
+    for (const auto &failure : m_controller.failures())
+        kinds += UninstallTexts::kind(failure.kind);
+    m_notice->tell(
+        kinds.isEmpty()
+            ? QString()
+            : localizedText("UNINSTALL_KIND_NOT_LISTED").arg(kinds.join(QStringLiteral(", "))));
+}
+
+void UninstallPanel::ask(const QString &text) {
+    UninstallSheet::show(m_controller, text, window());
+}
+
+void UninstallPanel::showWords(const QString &words) {
+    AlertContent content;
+    content.imageName = QStringLiteral("warning.png");
+    content.text = words;
+    AlertSheet::show(std::move(content), window());
+}
+
+void UninstallPanel::flyToButton(int row) {
+    const QModelIndex index = m_model.index(row, UninstallListModel::Name);
+    const QRect place = m_table->visualRect(index);
+    if (m_table->viewport()->rect().intersects(place))
+        flyTick(*this, *m_table, place.topLeft(), *m_uninstallImage, m_table->iconOf(row));
+}
+
+} // namespace brightsweep

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "uninstall/UninstallListModel.h"
+
+#include <QWidget>
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+class QStackedWidget;
+
+namespace brightsweep {
+
+class FilterField;
+class ImageView;
+class NoticeRow;
+class PadlockButton;
+class StyledLabel;
+class UninstallLeftList;
+class UninstallTable;
+
+/// The uninstall page: the rows at the left, the table of applications, and at the bottom what is
+/// ticked and the button that asks to uninstall it. The controller outlives it.
+class UninstallPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit UninstallPanel(UninstallAppsController &controller, QWidget *parent = nullptr);
+
+    QSize sizeHint() const override;
+
+protected:
+    void showEvent(QShowEvent *) override;
+    void hideEvent(QHideEvent *) override;
+
+private:
+    QWidget *makeHeading();
+    QWidget *makeWaiting();
+    QWidget *makeEmpty();
+    QWidget *makeBottom();
+    void followState();
+    void followList();
+    void followMessage();
+    void followNotice();
+    bool holdsFocus(const QWidget &part) const;
+    void ask(const QString &text);
+    void showWords(const QString &words);
+    void flyToButton(int row);
+
+    UninstallAppsController &m_controller;
+    UninstallListModel m_model;
+    UninstallLeftList *m_lists;
+    QLabel *m_count;
+    FilterField *m_filter;
+    NoticeRow *m_notice;
+    QPushButton *m_showAll;
+    QStackedWidget *m_box;
+    UninstallTable *m_table;
+    QWidget *m_waiting;
+    QLabel *m_waitingWords;
+    QProgressBar *searchAppsIndicator;
+    QWidget *m_empty;
+    QLabel *m_emptyWords;
+    PadlockButton *lockButton;
+    StyledLabel *uninstallTextField;
+    ImageView *m_uninstallImage;
+    QPushButton *uninstallButton;
+};
+
+} // namespace brightsweep

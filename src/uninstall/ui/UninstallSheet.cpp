@@ -1,0 +1,253 @@
+#include "uninstall/ui/UninstallSheet.h"
+
+#include "core/RowWords.h"
+#include "core/Texts.h"
+#include "foundation/Paths.h"
+#include "ui/PageParts.h"
+#include "ui/SheetShade.h"
+#include "ui/Theme.h"
+#include "uninstall/UninstallAppsController.h"
+#include "uninstall/UninstallTexts.h"
+
+#include <QCheckBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+#include <functional>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr int sheetWidth = 600;
+constexpr int sheetHeight = 420;
+constexpr int textWidth = 360;
+
+void makeSheet(QDialog &sheet, const char *name) {
+    sheet.setAttribute(Qt::WA_DeleteOnClose);
+    sheet.setObjectName(QLatin1String(name));
+    sheet.setWindowTitle(QStringLiteral("Brightsweep"));
+    sheet.setProperty("sheet", true);
+}
+
+QLabel *words(const QString &text, QWidget *parent, bool isSecondary = false) {
+    auto *const label = makePlainLabel("uninstall.sheet.words", parent);
+    label->setText(text);
+    label->setWordWrap(true);
+    label->setProperty("secondary", isSecondary);
+    return label;
+}
+
+} // namespace
+
+UninstallSheet *UninstallSheet::show(UninstallAppsController &page, const QString &text,
+                                     QWidget *window) {
+    auto *const sheet = new UninstallSheet(page, text, window);
+    shade(*sheet);
+    sheet->open();
+    return sheet;
+}
+
+UninstallSheet::UninstallSheet(UninstallAppsController &page, const QString &text, QWidget *window)
+    : QDialog(window, Qt::Sheet),
+      m_page(page),
+      m_sum(words({}, this)),
+      m_uninstall(new QPushButton(localizedText("Uninstall"), this)) {
+    makeSheet(*this, "uninstall.sheet");
+    setAccessibleDescription(text);
+    auto *const title = makePlainLabel("uninstall.sheet.title", this);
+    title->setText(localizedText("Uninstall Applications"));
+    theme::keepFont(title, 15, true);
+    auto *const question = words(text, this);
+    auto *const rows = new QWidget(this);
+    auto *const list = new QVBoxLayout(rows);
+    list->setContentsMargins(0, 0, 2 * theme::grid, 0);
+    list->setSpacing(2 * theme::grid);
+    for (std::size_t i = 0; i < page.plans().size(); ++i)
+        list->addWidget(makePlan(i));
+    list->addStretch(1);
+    auto *const scroll = new QScrollArea(this);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->viewport()->setAutoFillBackground(false);
+    scroll->setWidget(rows);
+    rows->setAutoFillBackground(false);
+    m_sum->setObjectName(QStringLiteral("uninstall.sheet.sum"));
+    auto *const cancel = new QPushButton(localizedText("CANCEL"), this);
+    cancel->setObjectName(QStringLiteral("uninstall.sheet.cancel"));
+    cancel->setToolTip(plainToolTip({localizedText("TIP_REMOVE_NOTHING")}));
+    cancel->setDefault(true);
+    m_uninstall->setObjectName(QStringLiteral("uninstall.sheet.uninstall"));
+    m_uninstall->setAutoDefault(false);
+    m_uninstall->setProperty("danger", true);
+    auto *const buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(cancel);
+    buttons->addWidget(m_uninstall);
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(5 * theme::grid, 5 * theme::grid, 5 * theme::grid, 4 * theme::grid);
+    layout->setSpacing(2 * theme::grid);
+    layout->addWidget(title);
+    layout->addWidget(question);
+    layout->addWidget(scroll, 1);
+    layout->addWidget(makeHairline(this));
+    layout->addWidget(m_sum);
+    layout->addLayout(buttons);
+    theme::keep(this, [this, window] {
+        const QSize stated(theme::height(sheetWidth), theme::height(sheetHeight));
+        resize(window ? stated.boundedTo(window->size() * 0.9) : stated);
+    });
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(m_uninstall, &QPushButton::clicked, this, &QDialog::accept);
+    connect(this, &QDialog::finished, this,
+            [this](int result) { m_page.alertEnded(result == QDialog::Accepted ? 1 : 0); });
+    cancel->setFocus();
+    follow();
+}
+
+QWidget *UninstallSheet::makePlan(std::size_t number) {
+    const RemovalPlan &plan = m_page.plans()[number];
+    auto *const card = new QFrame(this);
+    card->setObjectName(QStringLiteral("uninstall.sheet.plan"));
+    auto *const list = new QVBoxLayout(card);
+    list->setContentsMargins(0, 0, 0, theme::grid);
+    list->setSpacing(theme::grid);
+    auto *const head = new QHBoxLayout;
+    auto *const name = makePlainLabel("uninstall.sheet.name", card);
+    name->setText(paths::display(plan.application.name));
+    theme::keepFont(name, 13, true);
+    head->addWidget(name);
+    head->addWidget(words(UninstallTexts::kind(plan.application.kind), card, true));
+    head->addStretch(1);
+    list->addLayout(head);
+    const QString obstacle = UninstallTexts::obstacle(plan);
+    if (!obstacle.isEmpty()) {
+        list->addWidget(words(localizedText("UNINSTALL_STAYS").arg(obstacle), card));
+        if (!plan.reason.empty())
+            list->addWidget(words(localizedText(paths::display(plan.reason)), card, true));
+        return card;
+    }
+    auto *const size = makePlainLabel("uninstall.sheet.size", card);
+    size->setText(sizeWords(m_page.planSizes()[number]));
+    size->setProperty("number", true);
+    head->addWidget(size);
+    for (const QString &sentence : UninstallTexts::sentences(plan))
+        list->addWidget(words(sentence, card));
+    addLeftovers(*list, number);
+    return card;
+}
+
+// What it leaves, a tick each.
+void UninstallSheet::addLeftovers(QVBoxLayout &list, std::size_t number) {
+    const RemovalPlan &plan = m_page.plans()[number];
+    list.addWidget(words(plan.leftovers.empty() ? localizedText("UNINSTALL_LEAVES_NOTHING")
+                                                : localizedText("UNINSTALL_LEAVES"),
+                         this, true));
+    const auto addMark = [&](const QString &label, const QString &note, const QString &size,
+                             bool isTicked, const QString &tip,
+                             const std::function<void(bool)> &tick) {
+        auto *const row = new QHBoxLayout;
+        auto *const mark = new QCheckBox(this);
+        mark->setObjectName(QStringLiteral("uninstall.sheet.mark"));
+        mark->setChecked(isTicked);
+        mark->setAccessibleName(spokenWords({label, note, size}));
+        row->addWidget(mark, 0, Qt::AlignVCenter);
+        auto *const text = words(label, this);
+        text->setToolTip(plainToolTip({label, tip}));
+        row->addWidget(text, 1);
+        row->addWidget(words(note, this, true));
+        auto *const bytes = makePlainLabel("uninstall.sheet.bytes", this);
+        bytes->setText(size);
+        bytes->setProperty("number", true);
+        row->addWidget(bytes);
+        list.addLayout(row);
+        connect(mark, &QCheckBox::toggled, this, [this, tick](bool on) {
+            tick(on);
+            follow();
+        });
+    };
+    for (std::size_t i = 0; i < plan.leftovers.size(); ++i) {
+        const Leftover &leftover = plan.leftovers[i];
+        addMark(paths::displayFromHome(leftover.path), UninstallTexts::leftover(leftover.kind),
+                sizeWords(leftover.bytes), leftover.ticked, {},
+                [this, number, i](bool on) { m_page.tickLeftover(number, i, on); });
+    }
+    if (const QString label = UninstallTexts::systemSettings(plan); !label.isEmpty())
+        addMark(label, {}, {}, plan.purge, {},
+                [this, number](bool on) { m_page.tickSystemSettings(number, on); });
+}
+
+void UninstallSheet::follow() {
+    const auto sum = UninstallTexts::sum(m_page.plans(), m_page.planSizes());
+    m_uninstall->setEnabled(sum.applications > 0);
+    m_sum->setText(sum.applications > 0 ? UninstallTexts::sentences(sum).join(u'\n')
+                                        : localizedText("UNINSTALL_NOTHING_GOES"));
+}
+
+// -- Details
+
+UninstallDetailsSheet *UninstallDetailsSheet::show(UninstallAppsController &page,
+                                                   const QPixmap &icon, QWidget *window) {
+    auto *const sheet = new UninstallDetailsSheet(page, icon, window);
+    shade(*sheet);
+    sheet->open();
+    return sheet;
+}
+
+UninstallDetailsSheet::UninstallDetailsSheet(UninstallAppsController &page, const QPixmap &icon,
+                                             QWidget *window)
+    : QDialog(window, Qt::Sheet),
+      m_page(page),
+      m_size(makePlainLabel("uninstall.details.size", this)) {
+    makeSheet(*this, "uninstall.details");
+    const auto &details = page.details();
+    auto *const picture = new QLabel(this);
+    picture->setPixmap(icon);
+    auto *const name = makePlainLabel("uninstall.details.name", this);
+    name->setText(details.name);
+    name->setToolTip(plainToolTip({details.nameTip}));
+    theme::keepFont(name, 15, true);
+    m_size->setProperty("number", true);
+    auto *const column = new QVBoxLayout;
+    column->setSpacing(theme::grid);
+    column->addWidget(name);
+    column->addWidget(words(details.item->bundleVersion, this, true));
+    column->addWidget(m_size);
+    for (const QString &line :
+         {details.date, details.path, details.item->bundleID,
+          details.item->isSystemApp ? UninstallTexts::systemReason(*details.item->application)
+                                    : QString()}) {
+        if (!line.isEmpty())
+            column->addWidget(words(line, this, line != details.date));
+    }
+    auto *const ok = new QPushButton(localizedText("OK"), this);
+    ok->setObjectName(QStringLiteral("uninstall.details.ok"));
+    ok->setDefault(true);
+    ok->setProperty("primary", true);
+    auto *const buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(ok);
+    column->addSpacing(2 * theme::grid);
+    column->addLayout(buttons);
+    auto *const layout = new QHBoxLayout(this);
+    layout->setContentsMargins(6 * theme::grid, 6 * theme::grid, 6 * theme::grid, 5 * theme::grid);
+    layout->setSpacing(5 * theme::grid);
+    layout->addWidget(picture, 0, Qt::AlignTop);
+    layout->addLayout(column, 1);
+    theme::keep(this, [this] { setMinimumWidth(theme::height(textWidth)); });
+    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    connect(this, &QDialog::finished, &page, &UninstallAppsController::alertWindowOkAction);
+    connect(&page, &UninstallAppsController::detailsChanged, this, &UninstallDetailsSheet::follow);
+    follow();
+}
+
+void UninstallDetailsSheet::follow() {
+    const QString &size = m_page.details().size;
+    m_size->setText(size.isNull() ? localizedText("UNINSTALL_MEASURING") : readersSize(size));
+}
+
+} // namespace brightsweep
