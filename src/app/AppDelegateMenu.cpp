@@ -2,12 +2,12 @@
 
 #include "app/AppDelegate.h"
 #include "app/LicenceGate.h"
+#include "core/LaunchAtLogin.h"
 #include "core/SettingKeys.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
-#include "loginitems/LaunchAtLogin.h"
 #include "platform/MemorySource.h"
 #include "platform/Platform.h"
 #include "volumes/VolumeNotifications.h"

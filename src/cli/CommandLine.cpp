@@ -44,8 +44,8 @@ void tell(std::string_view line) {
 }
 
 constexpr const Command *commands[] = {
-    &scanCommand,    &cleanCommand,  &duplicatesCommand, &usageCommand,
-    &volumesCommand, &memoryCommand, &settingsCommand,   &historyCommand,
+    &scanCommand,   &cleanCommand,      &duplicatesCommand, &usageCommand,   &volumesCommand,
+    &memoryCommand, &loginItemsCommand, &settingsCommand,   &historyCommand,
 };
 
 // Every command has them.

@@ -8,6 +8,7 @@ namespace brightsweep::cli {
 extern const Command cleanCommand;
 extern const Command duplicatesCommand;
 extern const Command historyCommand;
+extern const Command loginItemsCommand;
 extern const Command memoryCommand;
 extern const Command scanCommand;
 extern const Command settingsCommand;

@@ -1,9 +1,9 @@
 #include "loginitems/AppInformation.h"
 
+#include "core/LaunchAtLogin.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
-#include "loginitems/LaunchAtLogin.h"
 #include "uninstall/UninstallAppDelegate.h"
 #include "volumes/VolumeNotifications.h"
 

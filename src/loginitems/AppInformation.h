@@ -1,6 +1,6 @@
 #pragma once
 
-#include "loginitems/UKLoginItemRegistry.h"
+#include "core/UKLoginItemRegistry.h"
 #include "uninstall/AppItems.h"
 
 #include <filesystem>

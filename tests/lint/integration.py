@@ -59,7 +59,7 @@ def options(program, root):
     page = (root / "resources/linux/man/brightsweep-cli.1").read_text().replace("\\-", "-")
     sections = {title.strip('"').split()[0]: set(re.findall(r"^\.BI? +--([a-z-]+)", text, re.M))
                 for title, text in re.findall(r"^\.SS (.*)\n((?:(?!\.S[SH]).*\n)*)", page, re.M)}
-    commands = re.findall(r"^  (\w+)  ", help().split("Options:")[0], re.M)
+    commands = re.findall(r"^  ([\w-]+)  ", help().split("Options:")[0], re.M)
     check(sorted(commands) == sorted(sections), f"commands {commands}, in the manual {sections}")
     common = of(help())
     for command in commands:

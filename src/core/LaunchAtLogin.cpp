@@ -1,11 +1,11 @@
-#include "loginitems/LaunchAtLogin.h"
+#include "core/LaunchAtLogin.h"
 
 #include "core/Operation.h"
 #include "core/OperationQueue.h"
 #include "core/SettingKeys.h"
+#include "core/UKLoginItemRegistry.h"
 #include "foundation/Log.h"
 #include "foundation/UserDefaults.h"
-#include "loginitems/UKLoginItemRegistry.h"
 #include "platform/Platform.h"
 
 #include <QCoreApplication>

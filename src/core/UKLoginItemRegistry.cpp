@@ -1,4 +1,4 @@
-#include "loginitems/UKLoginItemRegistry.h"
+#include "core/UKLoginItemRegistry.h"
 
 #include "foundation/Log.h"
 #include "foundation/Paths.h"

@@ -1,0 +1,251 @@
+#include "cli/Commands.h"
+#include "cli/JsonWriter.h"
+#include "core/LaunchAtLogin.h"
+#include "core/UKLoginItemRegistry.h"
+#include "foundation/Identity.h"
+#include "foundation/Paths.h"
+#include "loginitems/LoginItemWords.h"
+#include "platform/Platform.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <variant>
+
+namespace brightsweep::cli {
+
+namespace {
+
+enum class Act { Add, Remove, Hide, Show };
+
+struct ActRow {
+    const char *name;
+    Act act;
+    const char *done; ///< behind the entry's file
+};
+
+constexpr ActRow acts[] = {
+    {"add", Act::Add, " is added\n"},
+    {"remove", Act::Remove, " is removed\n"},
+    {"hide", Act::Hide, " is hidden and does not start\n"},
+    {"show", Act::Show, " starts at login\n"},
+};
+
+constexpr char listing[] = "`brightsweep-cli login-items`";
+
+// The one entry that is meant.
+struct Choice {
+    std::string file;
+    bool isSystems = false; ///< of the system's list, which can be hidden and shown
+};
+
+void configure(QCommandLineParser &parser) {
+    parser.addOption({QStringLiteral("hidden"), QStringLiteral("What is added does not start.")});
+    parser.addOption({QStringLiteral("file"), QStringLiteral("The entry in that file."),
+                      QStringLiteral("NAME")});
+    parser.addOption({QStringLiteral("index"), QStringLiteral("The entry of that number."),
+                      QStringLiteral("N")});
+}
+
+std::vector<LoginItemEntry> systemItems() {
+    return Platform::current().loginItems->systemItems().value_or({});
+}
+
+void writeEntry(JsonWriter &json, const LoginItemEntry &entry) {
+    json.path("path", entry.path);
+    json.key("name").value(paths::text(entry.name));
+    json.key("hidden").value(entry.hidden);
+    json.key("missing").value(entry.missing);
+    json.key("applies").value(entry.obstacle == LoginItemObstacle::None);
+    json.key("reason");
+    if (const QString reason = reasonOf(entry); !reason.isEmpty())
+        json.value(reason);
+    else
+        json.nullValue();
+    json.bytes("file", entry.file);
+}
+
+std::string listAsJson(const std::vector<LoginItem> &items) {
+    JsonWriter json;
+    json.beginObject();
+    json.key("schema").value(1);
+    json.key("command").value("login-items");
+    json.key("items").beginArray();
+    for (std::size_t index = 0; index < items.size(); ++index) {
+        json.beginObject();
+        json.key("index").value(index);
+        json.key("url").value(items[index].url);
+        writeEntry(json, items[index].entry);
+        json.endObject();
+    }
+    json.endArray();
+    json.key("system").beginArray();
+    for (const LoginItemEntry &entry : systemItems()) {
+        json.beginObject();
+        writeEntry(json, entry);
+        json.endObject();
+    }
+    json.endArray();
+    json.endObject();
+    return json.take();
+}
+
+std::string stateOf(const LoginItemEntry &entry) {
+    if (entry.hidden)
+        return "hidden";
+    const QString mark = markOf(entry);
+    return mark.isEmpty() ? "starts" : mark.toStdString();
+}
+
+std::string listAsTable(const std::vector<LoginItem> &items, Output &output) {
+    Table table({true, false, false, false, false});
+    table.row({"Index", "State", "Name", "File", "Starts"});
+    const auto row = [&](std::string index, const LoginItemEntry &entry) {
+        table.row({std::move(index), stateOf(entry), entry.name, entry.file,
+                   startedBy(entry).toStdString()});
+    };
+    for (std::size_t index = 0; index < items.size(); ++index)
+        row(std::to_string(index), items[index].entry);
+    for (const LoginItemEntry &entry : systemItems())
+        row("system", entry);
+    for (const LoginItem &item : items) {
+        if (const QString reason = reasonOf(item.entry); !reason.isEmpty() && !output.quiet)
+            output.warning(paths::display(item.entry.file).toStdString() + ": " +
+                           reason.toStdString());
+    }
+    return table.text();
+}
+
+int list(Output &output) {
+    const auto items = UKLoginItemRegistry::allLoginItems();
+    if (!items) {
+        output.warning("The login items cannot be read.");
+        return Failed;
+    }
+    const std::string text = output.json ? listAsJson(*items) : listAsTable(*items, output);
+    return output.data(text) ? Done : Failed;
+}
+
+// The entry that the arguments name, or the exit status after a line that says why there is none.
+std::variant<Choice, int> choose(const QCommandLineParser &parser, const std::string &path,
+                                 Output &output) {
+    const auto items = UKLoginItemRegistry::allLoginItems();
+    if (!items) {
+        output.warning("The login items cannot be read.");
+        return Failed;
+    }
+    const auto none = [&](const std::string &what) -> std::variant<Choice, int> {
+        output.warning("There is no login item " + what + "; " + listing + " lists them.");
+        return Failed;
+    };
+    if (parser.isSet(QStringLiteral("index"))) {
+        const std::string text = argumentBytes(parser.value(QStringLiteral("index")));
+        std::size_t index = 0;
+        const auto read = std::from_chars(text.data(), text.data() + text.size(), index);
+        if (read.ec != std::errc() || read.ptr != text.data() + text.size())
+            return output.usage(std::string("Write --index with a number of the first column of ") +
+                                listing + '.');
+        if (index >= items->size())
+            return none("of the number " + text);
+        return Choice{(*items)[index].entry.file};
+    }
+    if (parser.isSet(QStringLiteral("file"))) {
+        const std::string file =
+            paths::fromOption(argumentBytes(parser.value(QStringLiteral("file")))).native();
+        const auto isIt = [&](const LoginItemEntry &entry) { return entry.file == file; };
+        for (const LoginItem &item : *items) {
+            if (isIt(item.entry))
+                return Choice{file};
+        }
+        const auto system = systemItems();
+        if (std::any_of(system.begin(), system.end(), isIt))
+            return Choice{file, true};
+        return none("in " + paths::display(file).toStdString());
+    }
+    std::vector<std::string> files;
+    for (const LoginItem &item : *items) {
+        if (item.entry.path == path)
+            files.push_back(item.entry.file);
+    }
+    if (files.empty())
+        return none("for " + paths::display(path).toStdString());
+    if (files.size() > 1)
+        return output.usage("Write --file NAME or --index N: " + std::to_string(files.size()) +
+                            " login items start " + paths::display(path).toStdString() + '.');
+    return Choice{files.front()};
+}
+
+std::error_code carryOut(Act act, const Choice &choice) {
+    if (choice.isSystems && act != Act::Remove)
+        return Platform::current().loginItems->setSystemItemStarted(choice.file, act == Act::Show);
+    if (act != Act::Remove)
+        return UKLoginItemRegistry::setHidden(choice.file, act == Act::Hide);
+    const std::error_code error = UKLoginItemRegistry::removeLoginItemWithFile(choice.file);
+    // The program's own entry and its flag go together.
+    if (!error && choice.file == std::string(bundleIdentifier) + ".desktop")
+        LaunchAtLogin::writeFileOfLaunchAppWhenLogin(QStringLiteral("0"));
+    return error;
+}
+
+int tell(const ActRow &act, const std::string &file, std::error_code error, Output &output) {
+    const std::string shown = paths::display(file).toStdString();
+    if (error)
+        output.warning(shown + ": " + error.message());
+    if (!output.json)
+        return !error && !output.data(shown + act.done) ? Failed : error ? Failed : Done;
+    JsonWriter json;
+    json.beginObject();
+    json.key("schema").value(1);
+    json.key("command").value("login-items");
+    json.key("action").value(act.name);
+    json.bytes("file", file);
+    json.key("error");
+    if (error)
+        json.value(error.message());
+    else
+        json.nullValue();
+    json.endObject();
+    return output.data(json.take()) && !error ? Done : Failed;
+}
+
+int run(const QCommandLineParser &parser, Output &output) {
+    const QStringList arguments = parser.positionalArguments();
+    const bool isNamed =
+        parser.isSet(QStringLiteral("file")) || parser.isSet(QStringLiteral("index"));
+    if (arguments.isEmpty() && !isNamed && !parser.isSet(QStringLiteral("hidden")))
+        return list(output);
+    const auto act = std::find_if(std::begin(acts), std::end(acts), [&](const ActRow &row) {
+        return !arguments.isEmpty() && arguments.constFirst() == QLatin1String(row.name);
+    });
+    const bool isAdding = act != std::end(acts) && act->act == Act::Add;
+    const bool isTwice =
+        parser.isSet(QStringLiteral("file")) && parser.isSet(QStringLiteral("index"));
+    if (act == std::end(acts) || isTwice || (isAdding && isNamed) ||
+        (!isAdding && parser.isSet(QStringLiteral("hidden"))) ||
+        arguments.size() != (isNamed ? 1 : 2))
+        return output.usage("Write `brightsweep-cli login-items`, `login-items add PATH "
+                            "[--hidden]`, or remove, hide or show with PATH, --file NAME or "
+                            "--index N.");
+    const std::string argument = isNamed ? std::string() : argumentBytes(arguments[1]);
+    std::filesystem::path path = paths::fromOption(argument);
+    std::error_code error;
+    if (!path.empty())
+        path = std::filesystem::absolute(path, error).lexically_normal();
+    if (isAdding) {
+        const auto file =
+            UKLoginItemRegistry::addLoginItem(path, parser.isSet(QStringLiteral("hidden")));
+        return tell(*act, file ? *file : argument, file.error(), output);
+    }
+    const auto choice = choose(parser, path.native(), output);
+    if (const int *status = std::get_if<int>(&choice))
+        return *status;
+    const auto &chosen = std::get<Choice>(choice);
+    return tell(*act, chosen.file, carryOut(act->act, chosen), output);
+}
+
+} // namespace
+
+const Command loginItemsCommand = {"login-items", "What starts with the session, and changing it",
+                                   configure, run};
+
+} // namespace brightsweep::cli
