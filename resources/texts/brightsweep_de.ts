@@ -73,7 +73,7 @@
     <message id="DUP_FREED"><translation>Gäbe frei</translation></message>
     <message id="DUP_FREED_SO_FAR"><translation>bisher frei geworden</translation></message>
     <message id="DUP_FREES"><translation>Zusammen sind sie %1 groß. Was davon weitere Namen einer Datei, geteilte Blöcke und Lücken ausmachen, wird nicht frei.</translation></message>
-    <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n Datei, %1 zu viel</numerusform><numerusform>%n Dateien, %1 zu viel</numerusform></translation></message>
+    <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%1 zu viel · %n Datei</numerusform><numerusform>%1 zu viel · %n Dateien</numerusform></translation></message>
     <message id="DUP_GROUP_STAYED" numerus="yes"><translation><numerusform>%n Datei ist geblieben</numerusform><numerusform>%n Dateien sind geblieben</numerusform></translation></message>
     <message id="DUP_HARD_LINK" numerus="yes"><translation><numerusform>einer von %n Namen einer Datei</numerusform><numerusform>einer von %n Namen einer Datei</numerusform></translation></message>
     <message id="DUP_HIDDEN_TICKS" numerus="yes"><translation><numerusform>%n ausgewählte Datei ist hier nicht zu sehen. „Entfernen“ nimmt sie mit.</numerusform><numerusform>%n ausgewählte Dateien sind hier nicht zu sehen. „Entfernen“ nimmt sie mit.</numerusform></translation></message>

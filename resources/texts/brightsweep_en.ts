@@ -73,7 +73,7 @@
     <message id="DUP_FREED"><translation>Would free</translation></message>
     <message id="DUP_FREED_SO_FAR"><translation>freed so far</translation></message>
     <message id="DUP_FREES"><translation>Together they are %1 large. What other names of a file, shared blocks and holes take of that does not come back.</translation></message>
-    <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n file, wastes %1</numerusform><numerusform>%n files, waste %1</numerusform></translation></message>
+    <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%1 wasted · %n file</numerusform><numerusform>%1 wasted · %n files</numerusform></translation></message>
     <message id="DUP_GROUP_STAYED" numerus="yes"><translation><numerusform>%n file stayed</numerusform><numerusform>%n files stayed</numerusform></translation></message>
     <message id="DUP_HARD_LINK" numerus="yes"><translation><numerusform>one of %n name of one file</numerusform><numerusform>one of %n names of one file</numerusform></translation></message>
     <message id="DUP_HIDDEN_TICKS" numerus="yes"><translation><numerusform>%n ticked file is not shown here. Remove takes it too.</numerusform><numerusform>%n ticked files are not shown here. Remove takes them too.</numerusform></translation></message>

@@ -73,7 +73,7 @@
     <message id="DUP_FREED"><translation>可释放</translation></message>
     <message id="DUP_FREED_SO_FAR"><translation>目前已释放</translation></message>
     <message id="DUP_FREES"><translation>这些文件共 %1。其中文件的其他名称、共享的数据块和空洞所占的部分不会释放。</translation></message>
-    <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>%n 个文件，浪费 %1</numerusform></translation></message>
+    <message id="DUP_GROUP_NOTE" numerus="yes"><translation><numerusform>浪费 %1 · %n 个文件</numerusform></translation></message>
     <message id="DUP_GROUP_STAYED" numerus="yes"><translation><numerusform>%n 个文件被保留</numerusform></translation></message>
     <message id="DUP_HARD_LINK" numerus="yes"><translation><numerusform>同一文件的 %n 个名称之一</numerusform></translation></message>
     <message id="DUP_HIDDEN_TICKS" numerus="yes"><translation><numerusform>有 %n 个已选文件未在此显示。“移除”也会移除它们。</numerusform></translation></message>

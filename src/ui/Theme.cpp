@@ -110,6 +110,12 @@ QColor shareBar() {
     return bar;
 }
 
+QColor shareLine() {
+    QColor line = accent();
+    line.setAlphaF(0.5F);
+    return line;
+}
+
 const Hints &appearance() {
     return state().appearance;
 }

@@ -69,6 +69,8 @@ inline QColor ok() {
 QColor dangerText();
 /// Behind the words of a row.
 QColor shareBar();
+/// The same where it is a thin line along the lower edge.
+QColor shareLine();
 
 /// Of every raised surface, and the unit of every distance.
 inline constexpr int radius = 8;

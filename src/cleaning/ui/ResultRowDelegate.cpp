@@ -26,7 +26,7 @@ constexpr int iconSide = 30;
 constexpr int selectedIconSide = 32;
 constexpr double noteSize = 11;
 constexpr int nameShare = 60; // percent of the width, whatever else there is to say
-constexpr int barInset = 4;
+constexpr int barHeight = 3;  // along the lower edge, so that it cuts no name in two
 constexpr int cellLeft = 2 * theme::grid;
 constexpr int cellRight = 4 * theme::grid;
 constexpr int leastFolderWidth = 120; // less says nothing
@@ -115,8 +115,8 @@ void ResultRowDelegate::paintGround(QPainter &painter, const QRect &area,
     const int room = fromRight ? name.right() + 1 : view->viewport()->width() - name.left();
     const double length = room * index.data(m_form.shareRole).toDouble();
     const double begin = fromRight ? name.right() + 1 - length : name.left();
-    const QRectF bar = QRectF(area).adjusted(0, barInset, 0, -barInset);
-    painter.fillRect(bar & QRectF(begin, area.top(), length, area.height()), theme::shareBar());
+    const QRectF bar(begin, area.bottom() + 1 - barHeight, length, barHeight);
+    painter.fillRect(bar & QRectF(area), theme::shareLine());
 }
 
 void ResultRowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,

@@ -27,7 +27,7 @@ namespace {
 
 constexpr int fewRows = 200;
 constexpr int checkWidth = 36;
-constexpr int leastNameWidth = 260; // before a column of lesser use goes
+constexpr int leastNameWidth = 248; // before a column of lesser use goes
 
 ResultRowForm outlineForm() {
     ResultRowForm form;

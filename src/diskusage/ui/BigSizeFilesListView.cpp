@@ -113,7 +113,7 @@ public:
         if (all > 0) {
             const double share = std::min(1.0, double(row.aFileInfo.fileSizeNum) / double(all));
             QRect bar(frame.left(), frame.bottom() - 2, int(frame.width() * share), 3);
-            painter->setBrush(isLit ? theme::accent() : theme::shareBar());
+            painter->setBrush(isLit ? theme::accent() : theme::shareLine());
             painter->drawRect(mirrored(frame, bar));
         }
         const QRect mark = m_list.markOf(index);

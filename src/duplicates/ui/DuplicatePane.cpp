@@ -22,7 +22,6 @@ namespace brightsweep {
 
 namespace {
 
-constexpr int paneWidth = 248;
 constexpr int pictureHeight = 150;
 constexpr int leastPictureHeight = 40;
 constexpr int leastPathsHeight = 40;
@@ -122,6 +121,7 @@ DuplicatePane::DuplicatePane(QWidget *parent)
     m_mark->setProperty("number", true);
     m_pathsTitle->setProperty("secondary", true);
     m_facts->setTextFormat(Qt::RichText);
+    m_facts->setWordWrap(true);
     m_paths->setTextFormat(Qt::RichText);
     m_paths->setWordWrap(true);
     m_paths->setAlignment(Qt::AlignTop | Qt::AlignLeft);
@@ -143,7 +143,6 @@ DuplicatePane::DuplicatePane(QWidget *parent)
         layout->addWidget(widget);
     layout->addWidget(scrolled, 1);
     theme::keep(this, [this, scrolled] {
-        setFixedWidth(theme::height(paneWidth));
         m_picture->setMinimumHeight(theme::height(leastPictureHeight));
         m_picture->setMaximumHeight(theme::height(pictureHeight));
         scrolled->setMinimumHeight(theme::height(leastPathsHeight));

@@ -29,6 +29,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -40,6 +41,9 @@ using Page = SameFileDeleteViewController;
 
 constexpr int pictureSide = 96;
 constexpr int leastListWidth = 420;
+constexpr int goodListWidth = 540;
+constexpr int leastPaneWidth = 180;
+constexpr int paneWidth = 248;
 constexpr int iconSide = 16;
 constexpr int trashSide = 28;
 constexpr int barWidth = 360;
@@ -276,8 +280,12 @@ void DuplicatesResultsPanel::resizeEvent(QResizeEvent *) {
 // The list comes first where there is little room.
 void DuplicatesResultsPanel::followPane() {
     const bool hasList = m_box->currentWidget() == m_outline;
-    const int room = width() - m_lists->width() - m_pane->width() - 9 * theme::grid;
-    m_pane->setVisible(hasList && m_details->isChecked() && room >= theme::height(leastListWidth));
+    const int room = width() - m_lists->width() - 9 * theme::grid;
+    const int pane = std::clamp(room - theme::height(goodListWidth), theme::height(leastPaneWidth),
+                                theme::height(paneWidth));
+    m_pane->setFixedWidth(pane);
+    m_pane->setVisible(hasList && m_details->isChecked() &&
+                       room - pane >= theme::height(leastListWidth));
     showInPane(m_outline->currentIndex());
 }
 
