@@ -1,5 +1,7 @@
 #include "helper/Frame.h"
 
+#include <algorithm>
+
 namespace brightsweep::helper {
 
 namespace {
@@ -7,6 +9,7 @@ namespace {
 constexpr std::size_t lengthSize = 4;
 constexpr char helloMark = 'H';
 constexpr char replyMark = 'R';
+constexpr char packagesMark = 'P';
 
 template <typename Number>
 void put(std::string &payload, Number number) {
@@ -17,6 +20,12 @@ void put(std::string &payload, Number number) {
 void putText(std::string &payload, std::string_view text) {
     put(payload, std::uint32_t(text.size()));
     payload += text;
+}
+
+void putTexts(std::string &payload, const std::vector<std::string> &texts) {
+    put(payload, std::uint32_t(texts.size()));
+    for (const std::string &text : texts)
+        putText(payload, text);
 }
 
 // Takes one field after the other; the first that is not there makes all later ones fail too.
@@ -33,6 +42,15 @@ public:
         return value;
     }
     std::string text() { return std::string(take(number<std::uint32_t>())); }
+    /// At most `limit`; more of them are none.
+    std::vector<std::string> texts(std::size_t limit) {
+        const auto count = number<std::uint32_t>();
+        m_valid = m_valid && count <= limit;
+        std::vector<std::string> texts;
+        for (std::size_t i = 0; m_valid && i < count; ++i)
+            texts.push_back(text());
+        return texts;
+    }
     Token token() {
         Token token{};
         const std::string_view bytes = take(token.size());
@@ -81,6 +99,12 @@ std::string encodeHello(const Token &token) {
 std::string encodeRequest(const Request &request) {
     std::string payload(bytesOf(request.token));
     put(payload, std::uint8_t(request.verb));
+    if (request.verb == Verb::RemovePackages) {
+        put(payload, std::uint8_t(request.packages.family));
+        put(payload, request.packages.lockSeconds);
+        putTexts(payload, request.packages.names);
+        putTexts(payload, request.packages.purge);
+    }
     if (request.verb != Verb::RemoveItems)
         return payload;
     put(payload, request.remove.device);
@@ -107,6 +131,15 @@ std::string encodeReplies(const Replies &replies) {
         put(payload, std::uint8_t(reply.gone));
         putText(payload, std::string_view(reply.output).substr(0, maximumOutput));
     }
+    return payload;
+}
+
+std::string encodePackagesReply(const PackagesReply &reply) {
+    std::string payload(1, packagesMark);
+    put(payload, std::uint8_t(reply.outcome));
+    putTexts(payload, reply.gone);
+    const std::string_view words = reply.words;
+    putText(payload, words.substr(words.size() - std::min(words.size(), maximumWords)));
     return payload;
 }
 
@@ -142,6 +175,12 @@ std::string_view decodeRequest(std::string_view payload, Request &request) {
         }
         break;
     }
+    case Verb::RemovePackages:
+        request.packages.family = PackageFamily(fields.number<std::uint8_t>());
+        request.packages.lockSeconds = fields.number<std::uint32_t>();
+        request.packages.names = fields.texts(maximumPackages);
+        request.packages.purge = fields.texts(maximumPackages);
+        break;
     case Verb::DropCaches:
     case Verb::Stop:
         break;
@@ -167,6 +206,20 @@ std::optional<Replies> decodeReplies(std::string_view payload) {
             return std::nullopt;
     }
     return fields.complete() ? std::optional(std::move(replies)) : std::nullopt;
+}
+
+std::optional<PackagesReply> decodePackagesReply(std::string_view payload) {
+    if (!payload.starts_with(packagesMark))
+        return std::nullopt;
+    Fields fields(payload.substr(1));
+    PackagesReply reply;
+    reply.outcome = PackagesOutcome(fields.number<std::uint8_t>());
+    reply.gone = fields.texts(maximumPackages);
+    reply.words = fields.text();
+    if (reply.outcome > PackagesOutcome::Broken || reply.words.size() > maximumWords ||
+        !fields.complete())
+        return std::nullopt;
+    return reply;
 }
 
 bool sameToken(const Token &one, const Token &other) {

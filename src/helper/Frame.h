@@ -1,5 +1,7 @@
 #pragma once
 
+#include "linux/PackageRemoval.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -17,6 +19,8 @@ namespace brightsweep::helper {
 inline constexpr std::size_t maximumPayload = std::size_t(1) << 20;
 /// So much of a tool's output is sent back.
 inline constexpr std::size_t maximumOutput = 128;
+/// And of a package manager's, the end: it says last what went wrong.
+inline constexpr std::size_t maximumWords = 4096;
 
 using Token = std::array<std::uint8_t, 32>;
 
@@ -25,6 +29,7 @@ enum class Verb : std::uint8_t {
     DropCaches = 2,
     /// Ends the request under way, which is then answered; not answered itself.
     Stop = 3,
+    RemovePackages = 4,
 };
 
 /// Items of one directory. What the root and each item were when they were looked at goes along.
@@ -56,7 +61,8 @@ inline constexpr std::size_t maximumItems = 256;
 struct Request {
     Token token{};
     Verb verb = Verb::RemoveItems;
-    RemoveItems remove; ///< only with Verb::RemoveItems
+    RemoveItems remove;        ///< only with Verb::RemoveItems
+    PackageRemoval packages{}; ///< only with Verb::RemovePackages
 };
 
 /// How it went with one item, or with the whole request where it names none.
@@ -77,11 +83,13 @@ std::string frame(std::string_view payload);
 std::string encodeHello(const Token &token);
 std::string encodeRequest(const Request &request);
 std::string encodeReplies(const Replies &replies);
+std::string encodePackagesReply(const PackagesReply &reply);
 
 std::optional<Token> decodeHello(std::string_view payload);
 /// Empty, or what is wrong with the payload. The token is filled in whenever it is there.
 std::string_view decodeRequest(std::string_view payload, Request &request);
 std::optional<Replies> decodeReplies(std::string_view payload);
+std::optional<PackagesReply> decodePackagesReply(std::string_view payload);
 
 /// Equal without telling by its duration where the first difference lies.
 bool sameToken(const Token &one, const Token &other);

@@ -7,6 +7,7 @@
 #include "helper/Channel.h"
 #include "helper/Frame.h"
 #include "helper/ItemsRemoval.h"
+#include "helper/PackagesRemoval.h"
 #include "linux/UserDirectories.h"
 
 #include <fcntl.h>
@@ -19,6 +20,7 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
+#include <climits>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -99,13 +101,15 @@ Reply dropCaches() {
 // Answers requests until the stream ends.
 class Service {
 public:
-    Service(Channel &channel, const Token &token, ItemsRemoval &removal)
-        : m_channel(channel), m_token(token), m_removal(removal) {}
+    /// `packages` is null where the user was not asked about them.
+    Service(Channel &channel, const Token &token, ItemsRemoval &removal,
+            const PackagesRemoval *packages)
+        : m_channel(channel), m_token(token), m_removal(removal), m_packages(packages) {}
 
     int run() {
         while (const auto payload = m_channel.next()) {
-            const auto replies = answer(*payload);
-            if (!replies.empty() && !m_channel.send(encodeReplies(replies)))
+            const std::string reply = answer(*payload);
+            if (!reply.empty() && !m_channel.send(reply))
                 return 1;
         }
         if (m_channel.isOversized())
@@ -114,22 +118,31 @@ public:
     }
 
 private:
-    Replies answer(const std::string &payload) {
+    // Empty for what is not answered.
+    std::string answer(const std::string &payload) {
         Request request;
         const std::string_view problem = decodeRequest(payload, request);
         if (!sameToken(request.token, m_token))
-            return {{false, false, "wrong token"}};
+            return refusal("wrong token");
         if (!problem.empty())
-            return {{false, false, std::string(problem)}};
+            return refusal(problem);
         switch (request.verb) {
         case Verb::RemoveItems:
-            return m_removal.run(request.remove, [this](int output) { return waitFor(output); });
+            return encodeReplies(
+                m_removal.run(request.remove, [this](int output) { return waitFor(output); }));
         case Verb::DropCaches:
-            return {dropCaches()};
+            return encodeReplies({dropCaches()});
+        case Verb::RemovePackages:
+            return m_packages ? encodePackagesReply(m_packages->run(request.packages))
+                              : refusal("these rights are for files");
         case Verb::Stop: // came when its request had been answered
             break;
         }
         return {};
+    }
+
+    static std::string refusal(std::string_view words) {
+        return encodeReplies({{false, false, std::string(words)}});
     }
 
     // Waits for the tool's output; false when it is to be ended, by a stop or by the end of whoever
@@ -172,6 +185,7 @@ private:
     Channel &m_channel;
     const Token &m_token;
     ItemsRemoval &m_removal;
+    const PackagesRemoval *const m_packages;
 };
 
 // Nothing of the caller's surroundings reaches what is started from here.
@@ -189,7 +203,30 @@ void settle() {
 
 } // namespace
 
+// apt-get's hook: ends it unless it is about to remove exactly the names.
+int verify(const std::vector<std::string> &names) {
+    std::string report;
+    std::array<char, 16 * 1024> block;
+    for (ssize_t got; (got = ::read(STDIN_FILENO, block.data(), block.size())) != 0;) {
+        if (got < 0 && errno != EINTR)
+            return 1;
+        report.append(block.data(), std::size_t(got > 0 ? got : 0));
+    }
+    if (matchesReport(report, names))
+        return 0;
+    std::fprintf(stderr, "%s\n", std::string(hookRefusal).c_str());
+    return 1;
+}
+
+std::string ownPath() {
+    std::array<char, PATH_MAX> path;
+    const ssize_t size = ::readlink("/proc/self/exe", path.data(), path.size());
+    return {path.data(), std::size_t(size > 0 ? size : 0)};
+}
+
 int main(int argc, char **argv) {
+    if (argc > 2 && argv[1] == verifyArgument)
+        return verify({argv + 2, argv + argc});
     if (::geteuid() != 0) {
         std::fputs("brightsweep-helper: runs as administrator only\n", stderr);
         return 1;
@@ -199,11 +236,19 @@ int main(int argc, char **argv) {
         std::fputs("brightsweep-helper: started by brightsweep only\n", stderr);
         return 2;
     }
-    ItemsRemoval removal(callerOfProcess());
+    const RemovalCaller caller = callerOfProcess();
+    ItemsRemoval removal(caller);
+    // Package managers know the running system only.
+    const bool hasPackages = purpose == packagesArgument && caller.systemRoot.empty();
+    const PackagesRemoval packages(
+        [](const std::vector<std::string> &arguments) {
+            return runToEnd(arguments, PackagesRemoval::environment());
+        },
+        ownPath());
     settle();
     Channel channel(STDIN_FILENO);
     Token token;
     if (!channel.isSound() || !makeToken(token) || !channel.send(encodeHello(token)))
         return 1;
-    return Service(channel, token, removal).run();
+    return Service(channel, token, removal, hasPackages ? &packages : nullptr).run();
 }

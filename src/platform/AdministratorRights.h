@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/PackageRemoval.h"
 #include "platform/FileOperations.h"
 
 #include <array>
@@ -70,6 +71,10 @@ public:
                                                      const std::atomic<bool> *stop) = 0;
     /// Writes back and drops the page cache, dentries and inodes.
     virtual PrivilegedReply dropCaches(const RightsToken &token) = 0;
+    /// Removes exactly these packages or none; takes rights for packages. Blocks for as long as the
+    /// package manager takes, which nothing ends.
+    virtual PackagesReply removePackages(const RightsToken &token,
+                                         const PackageRemoval &removal) = 0;
 };
 
 } // namespace brightsweep

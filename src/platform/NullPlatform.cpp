@@ -170,6 +170,9 @@ public:
         return std::vector<PrivilegedReply>(removal.items.size(), {false, false, m_reason});
     }
     PrivilegedReply dropCaches(const RightsToken &) override { return {false, false, m_reason}; }
+    PackagesReply removePackages(const RightsToken &, const PackageRemoval &) override {
+        return {PackagesOutcome::Refused, {}, m_reason};
+    }
 };
 
 class NullApplicationSource final : public Null<ApplicationSource> {

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+using namespace brightsweep;
 using namespace brightsweep::helper;
 
 namespace {
@@ -45,12 +46,29 @@ void checkAccepted(const RemoveItems &removal) {
     }
 }
 
+// Names that no tool takes for an option, a path, a pattern or two words.
+void checkAccepted(const PackageRemoval &removal) {
+    require(!removal.names.empty() && removal.names.size() <= maximumPackages);
+    for (const auto *list : {&removal.names, &removal.purge}) {
+        for (const std::string &name : *list)
+            require(!name.empty() && name.front() != '-' &&
+                    name.find_first_of(std::string_view("/*?=~^ \t\n'\"\\;&|$`<>(){}[]!#\0", 33)) ==
+                        name.npos);
+    }
+}
+
 void checkPayload(const std::string &payload) {
     Request request;
     if (decodeRequest(payload, request).empty()) {
         require(encodeRequest(request) == payload);
         if (request.verb == Verb::RemoveItems && refusalOfWords(request.remove).empty())
             checkAccepted(request.remove);
+        if (request.verb == Verb::RemovePackages && refusalOfPackages(request.packages).empty())
+            checkAccepted(request.packages);
+    }
+    if (const auto reply = decodePackagesReply(payload)) {
+        require(reply->gone.size() <= maximumPackages && reply->words.size() <= maximumWords);
+        require(encodePackagesReply(*reply) == payload);
     }
     if (const auto replies = decodeReplies(payload)) {
         for (const Reply &reply : *replies)

@@ -102,6 +102,13 @@ public:
         return {entered && ::seteuid(user) == 0, true, {}};
     }
     PrivilegedReply dropCaches(const RightsToken &) override { return {}; }
+    PackagesReply removePackages(const RightsToken &given, const PackageRemoval &removal) override {
+        packageRemovals.push_back(removal);
+        if (!accepts(given) || purpose != RightsPurpose::FilesAndPackages)
+            return {PackagesOutcome::Refused, {}, "wrong token"};
+        return packagesReply ? packagesReply(removal)
+                             : PackagesReply{PackagesOutcome::Removed, removal.names, {}};
+    }
 
     RightsPurpose purpose = RightsPurpose::Files; ///< of what was granted last
     RightsResult result{RightsOutcome::Granted, 0, {}};
@@ -112,6 +119,8 @@ public:
     int releases = 0;
     int batches = 0;
     std::vector<std::filesystem::path> removals;
+    std::function<PackagesReply(const PackageRemoval &)> packagesReply;
+    std::vector<PackageRemoval> packageRemovals;
 
 private:
     std::mutex m_mutex;

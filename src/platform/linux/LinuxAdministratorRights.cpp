@@ -37,6 +37,8 @@ constexpr int highestStatus = 127;
 constexpr int dismissedStatus = 126;
 constexpr int refusedStatus = 127;
 constexpr std::size_t maximumWords = 4096;
+constexpr char noRights[] = "no administrator rights are held";
+constexpr char helperHasEnded[] = "the process that held the rights has ended";
 
 struct Saying {
     std::string_view words;
@@ -187,23 +189,33 @@ public:
         return !m_isEnded && ::poll(&polled, 1, 0) == 0;
     }
 
-    // Nothing when the helper has gone or been ended. A request that waits for another one gives up
-    // when it is stopped.
-    std::optional<helper::Replies> ask(const helper::Request &request,
-                                       const std::atomic<bool> *stop) {
+    // The reply by its decoder, or replies that refuse. Neither when the helper has gone or been
+    // ended. A request that waits for another one gives up when it is stopped.
+    template <typename Reply>
+    struct Answer {
+        std::optional<Reply> reply;
+        std::optional<helper::Replies> refusals;
+    };
+    template <typename Reply>
+    Answer<Reply> ask(const helper::Request &request, const std::atomic<bool> *stop,
+                      std::optional<Reply> (*decode)(std::string_view)) {
         const std::string bytes = helper::frame(helper::encodeRequest(request));
         if (bytes.empty())
-            return helper::Replies{{false, false, std::strerror(ENAMETOOLONG)}};
+            return {{}, helper::Replies{{false, false, std::strerror(ENAMETOOLONG)}}};
         if (!takeTurn(stop))
-            return helper::Replies{{false, false, std::strerror(ECANCELED)}};
+            return {{}, helper::Replies{{false, false, std::strerror(ECANCELED)}}};
         const Turn turn(*this);
         if (!sendAll(m_stream.get(), bytes))
-            return std::nullopt;
-        const auto payload = receive(request.token, stop);
-        auto replies = payload ? helper::decodeReplies(*payload) : std::nullopt;
-        if (!replies)
+            return {};
+        Answer<Reply> answer;
+        if (const auto payload = receive(request.token, stop)) {
+            answer.reply = decode(*payload);
+            if (!answer.reply)
+                answer.refusals = helper::decodeReplies(*payload);
+        }
+        if (!answer.reply && !answer.refusals)
             end();
-        return replies;
+        return answer;
     }
 
 private:
@@ -346,6 +358,25 @@ PrivilegedReply LinuxAdministratorRights::dropCaches(const RightsToken &token) {
     return {reply.performed, reply.gone, reply.output};
 }
 
+PackagesReply LinuxAdministratorRights::removePackages(const RightsToken &token,
+                                                       const PackageRemoval &removal) {
+    const auto held = helper();
+    if (!held)
+        return {PackagesOutcome::Refused, {}, noRights};
+    helper::Request request{token, helper::Verb::RemovePackages, {}};
+    request.packages = removal;
+    auto answer = held->ask(request, nullptr, &helper::decodePackagesReply);
+    if (answer.reply)
+        return *std::move(answer.reply);
+    // What became of a removal whose process has ended is told by the database alone.
+    return answer.refusals
+               ? PackagesReply{PackagesOutcome::Refused, {}, answer.refusals->front().output}
+               : PackagesReply{PackagesOutcome::Broken,
+                               {},
+                               std::string(helperHasEnded) +
+                                   "; the package manager may still be at work"};
+}
+
 RightsResult LinuxAdministratorRights::start(RightsPurpose purpose) {
     int streams[2];
     int errors[2];
@@ -405,11 +436,11 @@ helper::Replies LinuxAdministratorRights::ask(const helper::Request &request,
                                               const std::atomic<bool> *stop) {
     const auto held = helper();
     if (!held)
-        return {{false, false, "no administrator rights are held"}};
-    auto replies = held->ask(request, stop);
-    if (!replies)
-        return {{false, false, "the process that held the rights has ended"}};
-    return *std::move(replies);
+        return {{false, false, noRights}};
+    auto answer = held->ask(request, stop, &helper::decodeReplies);
+    if (answer.reply)
+        return *std::move(answer.reply);
+    return answer.refusals.value_or(helper::Replies{{false, false, helperHasEnded}});
 }
 
 } // namespace brightsweep

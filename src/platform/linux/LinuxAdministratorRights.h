@@ -31,6 +31,7 @@ public:
                                              const PrivilegedRemoval &removal,
                                              const std::atomic<bool> *stop) override;
     PrivilegedReply dropCaches(const RightsToken &token) override;
+    PackagesReply removePackages(const RightsToken &token, const PackageRemoval &removal) override;
 
 private:
     class Helper;
