@@ -1,7 +1,9 @@
 #include "platform/LinuxPlatform.h"
 
 #include "platform/Platform.h"
+#include "platform/linux/AppImageSource.h"
 #include "platform/linux/FlatpakSource.h"
+#include "platform/linux/FolderSource.h"
 #include "platform/linux/LinuxAdministratorRights.h"
 #include "platform/linux/LinuxDesktopHints.h"
 #include "platform/linux/LinuxDesktopNotifier.h"
@@ -15,6 +17,7 @@
 #include "platform/linux/LinuxSystemFacts.h"
 #include "platform/linux/LinuxVolumeSource.h"
 #include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/PackageSource.h"
 #include "platform/linux/SessionBus.h"
 #include "platform/linux/SnapSource.h"
 
@@ -41,8 +44,19 @@ Platform makeLinuxPlatform() {
     platform.notifier = std::make_unique<LinuxDesktopNotifier>(bus);
     platform.instance = std::make_unique<LinuxSingleInstance>(bus);
     platform.hints = std::make_unique<LinuxDesktopHints>(bus);
+    auto packages = std::make_unique<PackageSource>();
+    // The platform keeps the sources together.
+    const OwnedPaths owned = [source = packages.get()](const PathSet &paths) {
+        PathSet found;
+        for (const auto &[path, name] : source->owners(paths))
+            found.insert(path);
+        return found;
+    };
+    platform.applications.push_back(std::move(packages));
     platform.applications.push_back(std::make_unique<FlatpakSource>());
     platform.applications.push_back(std::make_unique<SnapSource>());
+    platform.applications.push_back(std::make_unique<AppImageSource>(owned));
+    platform.applications.push_back(std::make_unique<FolderSource>(owned));
     return platform;
 }
 

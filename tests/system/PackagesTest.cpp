@@ -1,0 +1,308 @@
+// Packages made for the test come and go in a machine that may burn, by its real dpkg and apt.
+
+#include "linux/PackageRemoval.h"
+#include "platform/LinuxPlatform.h"
+#include "platform/Platform.h"
+#include "platform/linux/PackageSource.h"
+#include "support/ChildProcess.h"
+#include "support/TestTree.h"
+#include "system/PrivateMachine.h"
+
+#include <gmock/gmock.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <map>
+#include <set>
+#include <thread>
+
+namespace brightsweep {
+namespace {
+
+using test::shell;
+using test::TestTree;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::UnorderedElementsAre;
+
+struct Deb {
+    std::string name;
+    std::string fields = {};                       ///< further ones, each with its line end
+    std::map<std::string, std::string> files = {}; ///< "DEBIAN/…" are scripts and the like
+    std::string architecture = "all";
+};
+
+class Packages : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(std::getenv("BRIGHTSWEEP_BURNABLE")) << "run by tests/system/machine";
+        ::unsetenv("BRIGHTSWEEP_SYSTEM_ROOT");
+        ::setenv("PATH", "/usr/sbin:/usr/bin:/sbin:/bin", 1);
+        ASSERT_EQ(shell("dpkg --configure -a 2>&1").status, 0);
+        Platform::setCurrent(makeLinuxPlatform());
+        ASSERT_EQ(rights().request(RightsPurpose::FilesAndPackages).outcome,
+                  RightsOutcome::Granted);
+    }
+    void TearDown() override { rights().release(); }
+
+    static AdministratorRights &rights() { return *Platform::current().rights; }
+
+    std::string build(const Deb &deb) {
+        const std::string folder = deb.name + '/';
+        tree.file(folder + "DEBIAN/control",
+                  "Package: " + deb.name +
+                      "\nVersion: 1:1.0-1\n"
+                      "Architecture: " +
+                      deb.architecture + "\nMaintainer: x <x@x>\nDescription: x\n" + deb.fields);
+        for (const auto &[file, text] : deb.files) {
+            tree.file(folder + file, text);
+            tree.mode(folder + file, text.starts_with("#!") ? 0755 : 0644);
+        }
+        const std::string file = tree.path(deb.name + ".deb").native();
+        EXPECT_EQ(shell("dpkg-deb -Zgzip --root-owner-group -b " + tree.path(deb.name).native() +
+                        " " + file + " 2>&1")
+                      .status,
+                  0);
+        return file;
+    }
+    void install(const std::vector<Deb> &debs) {
+        std::string files;
+        for (const Deb &deb : debs)
+            files += ' ' + build(deb);
+        const auto result = shell("dpkg --force-unsafe-io -i" + files + " 2>&1");
+        ASSERT_EQ(result.status, 0) << result.output;
+    }
+    /// Every package of the machine with its state.
+    static std::set<std::string> states() {
+        std::set<std::string> lines;
+        std::string line;
+        for (const char letter :
+             shell("dpkg-query -W -f '${binary:Package} ${db:Status-Abbrev}\n'").output) {
+            if (letter != '\n')
+                line += letter;
+            else if (lines.insert(line).second)
+                line.clear();
+        }
+        return lines;
+    }
+    /// What has another state than before, as "-before" and "+after".
+    static std::vector<std::string> changes(const std::set<std::string> &before) {
+        const std::set<std::string> after = states();
+        std::vector<std::string> lines;
+        for (const std::string &line : before) {
+            if (after.count(line) == 0)
+                lines.push_back('-' + line);
+        }
+        for (const std::string &line : after) {
+            if (before.count(line) == 0)
+                lines.push_back('+' + line);
+        }
+        return lines;
+    }
+    RemovalPlan planOf(const std::string &key) {
+        InstalledApplication application;
+        application.key = key;
+        return source.plan(application);
+    }
+    RemovalResult remove(const RemovalPlan &plan) {
+        const RightsToken token = rights().token();
+        return source.remove(plan, &token);
+    }
+
+    TestTree tree;
+    PackageSource source;
+};
+
+TEST_F(Packages, GoWithWhatDependsOnThemAndNothingElse) {
+    install({{"demo-app+x.y",
+              {},
+              {{"etc/demo.conf", "a\n"},
+               {"usr/bin/demo-app", "#!/bin/sh\n"},
+               {"DEBIAN/conffiles", "/etc/demo.conf\n"}}},
+             {"demo-plugin", "Depends: demo-app+x.y (>= 1)\n"},
+             {"demo-other", {}, {{"etc/other.conf", "a\n"}}}});
+    const auto before = states();
+    RemovalPlan plan = planOf("demo-app+x.y");
+    EXPECT_THAT(plan.also, ElementsAre("demo-plugin"));
+    EXPECT_THAT(plan.systemSettings, ElementsAre("/etc/demo.conf"));
+    EXPECT_THAT(changes(before), ElementsAre());
+    const RemovalResult result = remove(plan);
+    EXPECT_EQ(result.outcome, UninstallOutcome::Removed) << result.message;
+    EXPECT_THAT(changes(before),
+                ElementsAre("-demo-app+x.y ii ", "-demo-plugin ii ", "+demo-app+x.y rc "));
+    EXPECT_TRUE(std::filesystem::exists("/etc/demo.conf"));
+    EXPECT_THAT(source.formerNames(), testing::Contains("demo-app+x.y"));
+    EXPECT_EQ(planOf("demo-app+x.y").blocker, Blocker::Gone);
+
+    install({{"demo-app+x.y",
+              {},
+              {{"etc/demo.conf", "a\n"}, {"DEBIAN/conffiles", "/etc/demo.conf\n"}}}});
+    plan = planOf("demo-app+x.y");
+    plan.purge = true;
+    EXPECT_EQ(remove(plan).outcome, UninstallOutcome::Removed);
+    EXPECT_FALSE(std::filesystem::exists("/etc/demo.conf"));
+    EXPECT_TRUE(std::filesystem::exists("/etc/other.conf"));
+}
+
+TEST_F(Packages, OfTheSystemStayWhoeverAsks) {
+    install({{"demo-essential", "Essential: yes\n"},
+             {"demo-protected", "Protected: yes\n"},
+             {"demo-important", "Important: yes\n"},
+             {"demo-required", "Priority: required\n"},
+             {"demo-needed"},
+             {"demo-needs", "Depends: demo-needed\nImportant: yes\n"}});
+    const auto before = states();
+    for (const char *name : {"demo-essential", "demo-protected", "demo-important", "demo-required",
+                             "demo-needed", "dpkg", "apt", "bash"}) {
+        EXPECT_EQ(planOf(name).blocker, Blocker::Essential) << name;
+        const auto reply =
+            rights().removePackages(rights().token(), {PackageFamily::Dpkg, {name}, {}});
+        EXPECT_NE(reply.outcome, PackagesOutcome::Removed);
+        EXPECT_THAT(reply.gone, ElementsAre());
+    }
+    for (const PackageRemoval &wrong :
+         {PackageRemoval{PackageFamily::Pacman, {"demo-needed"}, {}},
+          PackageRemoval{PackageFamily::Dpkg, {"--force-all", "demo-needed"}, {}},
+          PackageRemoval{PackageFamily::Dpkg, {"demo-needed", "demo-needs"}, {"bash"}}})
+        EXPECT_EQ(rights().removePackages(rights().token(), wrong).outcome,
+                  PackagesOutcome::Refused);
+    EXPECT_EQ(rights().removePackages({}, {PackageFamily::Dpkg, {"demo-needed"}, {}}).outcome,
+              PackagesOutcome::Refused);
+    EXPECT_THAT(changes(before), ElementsAre());
+    shell("dpkg --force-all --purge demo-essential demo-protected demo-important demo-required "
+          "demo-needed demo-needs 2>&1");
+}
+
+TEST_F(Packages, ThatSomethingCameToDependOnStay) {
+    install({{"demo-app"}, {"demo-plugin", "Depends: demo-app\n"}});
+    const RemovalPlan plan = planOf("demo-app");
+    install({{"demo-late", "Depends: demo-plugin\n"}});
+    auto before = states();
+    EXPECT_EQ(remove(plan).outcome, UninstallOutcome::Changed);
+    EXPECT_THAT(changes(before), ElementsAre());
+    // Under apt's own lock as well: its hook sees another set.
+    const std::string helper =
+        (std::filesystem::read_symlink("/proc/self/exe").parent_path() / "brightsweep-helper")
+            .native();
+    const auto remove = [&](const std::string &verified) {
+        return shell("apt-get -y -q -o 'DPkg::Pre-Install-Pkgs::=" + helper + " verify " +
+                     verified + "' -o DPkg::Tools::Options::" + helper +
+                     "::Version=3 remove demo-plugin 2>&1");
+    };
+    EXPECT_THAT(remove("demo-plugin").output, HasSubstr("something else would change as well"));
+    EXPECT_THAT(changes(before), ElementsAre());
+    EXPECT_EQ(remove("demo-plugin demo-late").status, 0);
+    EXPECT_THAT(changes(before), ElementsAre("-demo-late ii ", "-demo-plugin ii "));
+    EXPECT_EQ(this->remove(planOf("demo-app")).outcome, UninstallOutcome::Removed);
+}
+
+TEST_F(Packages, GoAlthoughAptWouldInstallSomethingInTheirStead) {
+    const std::string other = build({"demo-instead"});
+    install({{"demo-used"}, {"demo-set", "Depends: demo-used | demo-instead\n"}});
+    const std::string repository = tree.path().native();
+    shell("cd " + repository + " && { dpkg-deb -f " + other +
+          "; echo Filename: ./demo-instead.deb; " + "stat -c 'Size: %s' " + other + "; sha256sum " +
+          other +
+          " | sed 's/ .*//; s/^/SHA256: /'; echo; } > Packages && "
+          "echo 'deb [trusted=yes] file:" +
+          repository +
+          " ./' > /etc/apt/sources.list.d/demo.list && "
+          "chmod -R a+rX " +
+          repository +
+          " && apt-get update "
+          "-o Dir::Etc::SourceList=/etc/apt/sources.list.d/demo.list -o Dir::Etc::SourceParts=- "
+          "-o APT::Get::List-Cleanup=0 2>&1");
+    EXPECT_THAT(shell("apt-get -s install demo-instead 2>&1").output,
+                HasSubstr("Inst demo-instead"));
+    const auto before = states();
+    const RemovalPlan plan = planOf("demo-used");
+    EXPECT_THAT(plan.also, ElementsAre("demo-set"));
+    EXPECT_EQ(remove(plan).outcome, UninstallOutcome::Removed);
+    EXPECT_THAT(changes(before), ElementsAre("-demo-set ii ", "-demo-used ii "));
+    std::filesystem::remove("/etc/apt/sources.list.d/demo.list");
+}
+
+TEST_F(Packages, WhoseScriptsFailOrAskAreToldTruly) {
+    install(
+        {{"demo-fails",
+          {},
+          {{"usr/bin/demo-fails", "x"}, {"DEBIAN/prerm", "#!/bin/sh\necho no way >&2\nexit 1\n"}}},
+         {"demo-asks",
+          {},
+          {{"DEBIAN/templates", "Template: demo/q\nType: boolean\nDefault: true\n"
+                                "Description: Really?\n Really.\n"},
+           {"DEBIAN/prerm", "#!/bin/sh\n. /usr/share/debconf/confmodule\n"
+                            "db_input critical demo/q || true\ndb_go || true\n"
+                            "read line < /dev/tty || true\nexit 0\n"}}},
+         {"demo-daemon", {}, {{"DEBIAN/prerm", "#!/bin/sh\nsleep 30 &\n"}}}});
+    auto before = states();
+    const RemovalResult failed = remove(planOf("demo-fails"));
+    EXPECT_EQ(failed.outcome, UninstallOutcome::Failed);
+    EXPECT_THAT(failed.message, HasSubstr("no way"));
+    EXPECT_THAT(changes(before), ElementsAre());
+    EXPECT_TRUE(std::filesystem::exists("/usr/bin/demo-fails"));
+    EXPECT_EQ(remove(planOf("demo-asks")).outcome, UninstallOutcome::Removed);
+    EXPECT_EQ(remove(planOf("demo-daemon")).outcome, UninstallOutcome::Removed);
+    shell("rm /var/lib/dpkg/info/demo-fails.prerm; dpkg --purge demo-fails 2>&1");
+}
+
+TEST_F(Packages, AreNotTouchedWhileAnotherProgramIsAtWork) {
+    install({{"demo-app"}});
+    const auto before = states();
+    const auto plan = planOf("demo-app");
+    {
+        const FileDescriptor lock(::open("/var/lib/dpkg/lock-frontend", O_RDWR | O_CLOEXEC));
+        struct flock whole {};
+        whole.l_type = F_WRLCK;
+        ASSERT_EQ(::fcntl(lock.get(), F_SETLK, &whole), 0);
+        EXPECT_EQ(remove(plan).outcome, UninstallOutcome::Busy);
+        EXPECT_THAT(changes(before), ElementsAre());
+    }
+    EXPECT_EQ(remove(plan).outcome, UninstallOutcome::Removed);
+}
+
+TEST_F(Packages, GoToTheEndWhoeverGivesUp) {
+    install({{"demo-slow", {}, {{"DEBIAN/prerm", "#!/bin/sh\ntouch /tmp/slow\nsleep 3\n"}}},
+             {"demo-killed", {}, {{"DEBIAN/prerm", "#!/bin/sh\nkill -9 $PPID\nsleep 1\n"}}}});
+    auto before = states();
+    RemovalResult result;
+    const auto slow = planOf("demo-slow");
+    std::thread removing([&] { result = remove(slow); });
+    test::waitUntil([] { return std::filesystem::exists("/tmp/slow"); });
+    rights().release();
+    removing.join();
+    EXPECT_NE(result.outcome, UninstallOutcome::Removed); // nobody could tell
+    test::waitUntil([&] { return changes(before) == std::vector<std::string>{"-demo-slow ii "}; });
+    ASSERT_EQ(shell("flock /var/lib/dpkg/lock true").status, 0);
+    ASSERT_EQ(rights().request(RightsPurpose::FilesAndPackages).outcome, RightsOutcome::Granted);
+    const RemovalResult killed = remove(planOf("demo-killed"));
+    EXPECT_EQ(killed.outcome, UninstallOutcome::Broken) << killed.message;
+    const RemovalPlan after = planOf("demo-killed");
+    EXPECT_EQ(after.blocker, Blocker::Busy);
+    EXPECT_THAT(after.reason, HasSubstr("interrupted"));
+    shell("rm -f /var/lib/dpkg/info/demo-killed.prerm; dpkg --configure -a; "
+          "dpkg --purge --force-all demo-killed 2>&1");
+}
+
+TEST_F(Packages, OfAnotherArchitectureAndInNumbersGo) {
+    shell("dpkg --add-architecture i386");
+    std::vector<Deb> debs = {{"demo-foreign", {}, {}, "i386"}, {"demo-base"}};
+    for (int i = 0; i < 30; ++i)
+        debs.push_back({"demo-part" + std::to_string(i),
+                        i % 2 == 0 ? "Depends: demo-base\n"
+                                   : "Depends: demo-part" + std::to_string(i - 1) + "\n"});
+    install(debs);
+    const auto before = states();
+    EXPECT_EQ(remove(planOf("demo-foreign:i386")).outcome, UninstallOutcome::Removed);
+    EXPECT_THAT(changes(before), ElementsAre("-demo-foreign:i386 ii "));
+    const auto many = planOf("demo-base");
+    EXPECT_EQ(many.also.size(), 30u);
+    EXPECT_EQ(remove(many).outcome, UninstallOutcome::Removed);
+    EXPECT_EQ(changes(before).size(), 32u);
+    shell("dpkg --remove-architecture i386");
+}
+
+} // namespace
+} // namespace brightsweep
