@@ -44,7 +44,8 @@ void tell(std::string_view line) {
 }
 
 constexpr const Command *commands[] = {
-    &scanCommand,   &cleanCommand,      &duplicatesCommand, &usageCommand,   &volumesCommand,
+    &scanCommand,   &cleanCommand,      &duplicatesCommand, &usageCommand,
+    &appsCommand,   &uninstallCommand,  &leftoversCommand,  &volumesCommand,
     &memoryCommand, &loginItemsCommand, &settingsCommand,   &historyCommand,
 };
 

@@ -56,7 +56,8 @@ struct Leftover {
     LeftoverKind kind = LeftoverKind::Data;
     std::uint64_t bytes = 0;
     bool ticked = false;
-    std::string reason; ///< why it is taken for the application's, in English
+    bool isDoubtful = false; ///< by its name it may well be another application's
+    std::string reason;      ///< why it is taken for the application's, in English
     RemovalTarget target;
     /// What it was when it was found; another one by then stays.
     FileAttributes seen;

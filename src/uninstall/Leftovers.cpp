@@ -190,9 +190,11 @@ void addOfBundle(LeftoverSearch &found, const std::string &id, const LeftoverNam
                 return;
             Leftover *leftover = found.add({root, name}, folder.kind,
                                            "its name begins with the application's id", true);
-            if (leftover)
-                leftover->ticked = leftover->ticked && LeftoverRules::isTickedForBundle(name, id) &&
-                                   !claimed.matches(folder.place, name);
+            if (!leftover)
+                return;
+            leftover->isDoubtful =
+                !LeftoverRules::isTickedForBundle(name, id) || claimed.matches(folder.place, name);
+            leftover->ticked = leftover->ticked && !leftover->isDoubtful;
         });
     }
 }

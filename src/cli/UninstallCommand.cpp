@@ -1,0 +1,364 @@
+#include "cli/ActedItem.h"
+#include "cli/Catalogue.h"
+#include "cli/Commands.h"
+#include "cli/JsonWriter.h"
+#include "cli/RightsRefusal.h"
+#include "cli/WorkRun.h"
+#include "core/UtilityFunction.h"
+#include "foundation/Paths.h"
+#include "foundation/SaturatingSum.h"
+#include "removal/NvAuthorization.h"
+#include "removal/RemovalRun.h"
+#include "uninstall/RemovalPlanner.h"
+#include "uninstall/Uninstallation.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <memory>
+#include <mutex>
+
+namespace brightsweep::cli {
+
+namespace {
+
+enum class Leave { Untold, Everything, Nothing };
+
+struct Options {
+    std::vector<std::string> keys;
+    Leave leftovers = Leave::Untold;
+    bool purge = false;
+    bool applies = false;
+    bool admin = false;
+};
+
+// One application with what is known of it so far.
+struct Planned {
+    std::string key;
+    std::uint64_t bytes = 0; ///< of the application with all that goes along
+    Uninstallation::Record record;
+};
+
+// Shared with the work, which an interruption may leave behind.
+struct Job {
+    Options options;
+    std::shared_ptr<RemovalRun> run;
+    std::atomic<bool> stop{false};
+    std::mutex mutex; // guards the rest
+    std::vector<Planned> planned;
+    std::string current;
+    std::vector<std::string> warnings;
+    std::string usage; ///< what to write instead
+    bool isRefused = false;
+    bool isTried = false;
+};
+
+void configure(QCommandLineParser &parser) {
+    parser.addPositionalArgument(
+        QStringLiteral("KEY"),
+        QStringLiteral("What to uninstall: a key of `apps`, or a name that is one thing's only."),
+        QStringLiteral("KEY…"));
+    parser.addOptions({
+        {QStringLiteral("keep-leftovers"),
+         QStringLiteral("Keep everything that it would leave behind.")},
+        {QStringLiteral("with-data"),
+         QStringLiteral("Take its data along, too: documents, profiles, saved games.")},
+        {QStringLiteral("purge"),
+         QStringLiteral("Take along the settings that a package has for the whole system.")},
+        {QStringLiteral("apply"), QStringLiteral("Really do it; without it the plan is shown.")},
+        {QStringLiteral("admin"),
+         QStringLiteral("Ask for administrator rights once, before removing.")},
+    });
+}
+
+void tickAsTold(RemovalPlan &plan, const Options &options) {
+    for (Leftover &leftover : plan.leftovers) {
+        if (options.leftovers == Leave::Everything)
+            leftover.ticked = false;
+        else if (options.leftovers == Leave::Nothing && !leftover.isDoubtful)
+            leftover.ticked = true;
+    }
+    plan.purge = options.purge;
+}
+
+// False where a key means nothing, or more than one thing.
+bool choose(Job &job, const Catalogue &catalogue,
+            std::vector<const Catalogue::Application *> &chosen) {
+    for (const std::string &key : job.options.keys) {
+        const auto found = catalogue.find(key);
+        if (found.size() == 1) {
+            if (std::find(chosen.begin(), chosen.end(), found.front()) == chosen.end())
+                chosen.push_back(found.front());
+            continue;
+        }
+        std::string words;
+        for (const auto *application : found)
+            words += (words.empty() ? "" : ", ") + application->key;
+        const std::lock_guard lock(job.mutex);
+        job.usage = found.empty()
+                        ? "Nothing that is installed is called \"" + key +
+                              "\"; `brightsweep-cli apps` lists what is."
+                        : "Several are called \"" + key + "\"; write one of: " + words + ".";
+        return false;
+    }
+    return true;
+}
+
+void apply(Job &job) {
+    std::vector<RemovalPlan> plans;
+    {
+        const std::lock_guard lock(job.mutex);
+        for (const Planned &planned : job.planned)
+            plans.push_back(planned.record.plan);
+    }
+    const bool any = std::any_of(plans.begin(), plans.end(), [](const RemovalPlan &plan) {
+        return plan.blocker == Blocker::None;
+    });
+    const auto purpose = std::any_of(plans.begin(), plans.end(), takesRights)
+                             ? RightsPurpose::FilesAndPackages
+                             : RightsPurpose::Files;
+    if (any && job.options.admin &&
+        !NvAuthorization::shareNvAuthorization().allocAuthorization(purpose)) {
+        const std::lock_guard lock(job.mutex);
+        job.isRefused = true;
+        return;
+    }
+    Uninstallation removal(std::move(plans));
+    removal.setProgress([&job](const InstalledApplication &application) {
+        const std::lock_guard lock(job.mutex);
+        job.current = "Removing " + application.name;
+    });
+    removal.run(*job.run);
+    const std::lock_guard lock(job.mutex);
+    job.isTried = true;
+    for (std::size_t i = 0; i < job.planned.size(); ++i)
+        job.planned[i].record = removal.records()[i];
+}
+
+void work(Job &job) {
+    const Catalogue catalogue = Catalogue::list();
+    for (const auto &[kind, reason] : catalogue.failures) {
+        const std::lock_guard lock(job.mutex);
+        job.warnings.push_back(std::string("Not listed: ") + kindWord(kind) + ": " + reason);
+    }
+    std::vector<const Catalogue::Application *> chosen;
+    if (!choose(job, catalogue, chosen))
+        return;
+    const RemovalPlanner planner(catalogue.installed());
+    for (const auto *application : chosen) {
+        Planned planned;
+        planned.key = application->key;
+        RemovalPlan &plan = planned.record.plan;
+        plan = planner.planOf(application->application, &job.stop);
+        tickAsTold(plan, job.options);
+        if (plan.blocker != Blocker::None)
+            planned.record.message = plan.reason;
+        ApplicationSource *source = sourceOf(plan.application.kind);
+        planned.bytes = isPlainFiles(plan.application) || !source
+                            ? plan.itself.bytes
+                            : source->sizeOf(plan.application);
+        if (job.stop)
+            return;
+        const std::lock_guard lock(job.mutex);
+        job.planned.push_back(std::move(planned));
+    }
+    if (job.options.applies)
+        apply(job);
+}
+
+bool isPlannedToGo(const Planned &planned) {
+    return planned.record.plan.blocker == Blocker::None;
+}
+
+// What went or would, the application first; or what stays, with the reason.
+std::vector<ActedItem> actedOf(const Planned &planned, bool isTried) {
+    const Uninstallation::Record &record = planned.record;
+    const RemovalPlan &plan = record.plan;
+    std::vector<ActedItem> acted;
+    const bool isGone =
+        isTried ? record.outcome == UninstallOutcome::Removed : isPlannedToGo(planned);
+    std::string error;
+    if (!isGone)
+        error = !record.message.empty() ? record.message
+                : record.outcome == UninstallOutcome::NeedsRights
+                    ? "administrator rights are needed"
+                : !record.isTried && isTried ? "interrupted"
+                                             : "it cannot be removed";
+    acted.push_back({plan.application.key, planned.bytes, error});
+    for (const std::string &name : plan.also)
+        acted.push_back({name, 0, error});
+    if (isTried) {
+        for (const Uninstallation::Item &item : record.items) {
+            if (item.path != plan.application.path)
+                acted.push_back(
+                    {item.path.native(), item.bytes, item.removed ? std::string() : item.error});
+        }
+    } else if (isGone) {
+        for (const Leftover &leftover : plan.leftovers) {
+            if (leftover.ticked)
+                acted.push_back({leftover.path.native(), leftover.bytes, {}});
+        }
+    }
+    return acted;
+}
+
+void writeStrings(JsonWriter &json, const char *key, const std::vector<std::string> &texts) {
+    json.key(key).beginArray();
+    for (const std::string &text : texts)
+        json.value(paths::text(text));
+    json.endArray();
+}
+
+void writePlan(JsonWriter &json, const Planned &planned, bool isTried) {
+    const RemovalPlan &plan = planned.record.plan;
+    json.beginObject();
+    json.key("key").value(planned.key);
+    json.key("kind").value(kindWord(plan.application.kind));
+    std::vector<std::string> set = {plan.application.key};
+    set.insert(set.end(), plan.also.begin(), plan.also.end());
+    writeStrings(json, "set", set);
+    json.key("bytes").value(planned.bytes);
+    json.key("blocked");
+    if (isPlannedToGo(planned))
+        json.nullValue();
+    else
+        json.value(paths::text(plan.reason));
+    writeStrings(json, "running", plan.running);
+    json.key("systemSettings").beginArray();
+    for (const auto &file : plan.systemSettings)
+        json.pathValue(file);
+    json.endArray();
+    json.key("leftovers").beginArray();
+    for (const Leftover &leftover : plan.leftovers) {
+        json.beginObject();
+        json.path("path", leftover.path);
+        json.key("kind").value(kindWord(leftover.kind));
+        json.key("bytes").value(leftover.bytes);
+        json.key("ticked").value(leftover.ticked);
+        json.key("reason").value(paths::text(leftover.reason));
+        json.endObject();
+    }
+    json.endArray();
+    const auto acted = actedOf(planned, isTried);
+    json.key("removed").beginArray();
+    for (const ActedItem &item : acted) {
+        if (item.error.empty())
+            json.value(paths::text(item.path));
+    }
+    json.endArray();
+    writeActed(json, "failed", acted, true);
+    json.endObject();
+}
+
+std::string planText(const Planned &planned, bool isTried, std::uint64_t &bytes) {
+    const RemovalPlan &plan = planned.record.plan;
+    std::string text = plan.application.name +
+                       (plan.application.version.empty() ? "" : " " + plan.application.version) +
+                       " (" + planned.key + ")\n";
+    if (!plan.running.empty()) {
+        std::string names;
+        for (const std::string &name : plan.running)
+            names += (names.empty() ? "" : ", ") + name;
+        text += "  is running: " + names + "\n";
+    }
+    Table table({false, true, false});
+    for (const ActedItem &item : actedOf(planned, isTried)) {
+        if (item.error.empty())
+            bytes = addSaturating(bytes, item.bytes);
+        table.row({item.error.empty() ? isTried ? "  removed" : "  would be removed" : "  stays",
+                   UtilityFunction::convertVolSpace(item.bytes).toStdString(),
+                   item.error.empty() ? item.path : item.path + ": " + item.error});
+    }
+    for (const Leftover &leftover : plan.leftovers) {
+        if (!leftover.ticked)
+            table.row({"  kept", UtilityFunction::convertVolSpace(leftover.bytes).toStdString(),
+                       leftover.path.native() + " (" + kindWord(leftover.kind) + ")"});
+    }
+    for (const auto &file : plan.systemSettings)
+        table.row({plan.purge ? isTried ? "  removed" : "  would be removed" : "  kept", "",
+                   file.native() + " (settings of the system)"});
+    return text + table.text();
+}
+
+int tell(Job &job, Output &output) {
+    const std::lock_guard lock(job.mutex);
+    for (const std::string &warning : job.warnings)
+        output.warning(warning);
+    if (!job.usage.empty())
+        return output.usage(job.usage);
+    if (job.isRefused)
+        return rightsRefused(output);
+    bool fails = false;
+    std::uint64_t bytes = 0;
+    std::string text;
+    JsonWriter json;
+    json.beginObject();
+    json.key("schema").value(1);
+    json.key("command").value("uninstall");
+    json.key("applied").value(job.options.applies);
+    json.key("plans").beginArray();
+    for (const Planned &planned : job.planned) {
+        writePlan(json, planned, job.isTried);
+        text += planText(planned, job.isTried, bytes);
+        fails = fails || !isPlannedToGo(planned) || (job.isTried && !planned.record.isWhole());
+    }
+    json.endArray();
+    json.endObject();
+    text += UtilityFunction::convertVolSpace(bytes).toStdString() +
+            (job.options.applies ? " freed\n" : " would be freed; --apply does it\n");
+    if (!output.data(output.json ? json.take() : text))
+        return Failed;
+    return fails ? PartlyFailed : Done;
+}
+
+int run(const QCommandLineParser &parser, Output &output) {
+    const auto isSet = [&](const char *name) { return parser.isSet(QLatin1String(name)); };
+    if (parser.positionalArguments().isEmpty())
+        return output.usage("Name what to uninstall: `uninstall KEY`; `brightsweep-cli apps` lists "
+                            "the keys.");
+    if (isSet("keep-leftovers") && isSet("with-data"))
+        return output.usage("Write either --keep-leftovers or --with-data.");
+    // Stays until the process ends: work that is left behind uses it.
+    Job &job = *std::make_unique<Job>().release();
+    for (const QString &key : parser.positionalArguments())
+        job.options.keys.push_back(argumentBytes(key));
+    job.options.leftovers = isSet("keep-leftovers") ? Leave::Everything
+                            : isSet("with-data")    ? Leave::Nothing
+                                                    : Leave::Untold;
+    job.options.purge = isSet("purge");
+    job.options.applies = isSet("apply");
+    job.options.admin = isSet("admin");
+    job.current = "Looking for applications";
+    if (job.options.applies) {
+        auto begun = RemovalRun::begin("brightsweep-cli uninstall");
+        if (!begun.run) {
+            output.warning(RemovalRun::refusal(begun).toStdString());
+            return Failed;
+        }
+        job.run = std::move(begun.run);
+    }
+    return runWork({[&job] { work(job); },
+                    [&job] {
+                        job.stop = true;
+                        if (job.run)
+                            job.run->stop();
+                    },
+                    [&job] {
+                        const std::lock_guard lock(job.mutex);
+                        return job.current;
+                    },
+                    [&](bool leftBehind) {
+                        if (!leftBehind)
+                            NvAuthorization::shareNvAuthorization().freeAuthorization();
+                        job.run.reset();
+                        return tell(job, output);
+                    }},
+                   output);
+}
+
+} // namespace
+
+const Command uninstallCommand = {"uninstall", "Removes applications with what they leave behind",
+                                  configure, run};
+
+} // namespace brightsweep::cli

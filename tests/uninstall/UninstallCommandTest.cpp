@@ -1,0 +1,107 @@
+#include "support/ChildProcess.h"
+#include "support/CleanableMachine.h"
+#include "support/TestEnvironment.h"
+#include "support/TestTree.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <gtest/gtest.h>
+
+namespace brightsweep::test {
+namespace {
+
+class UninstallCommand : public testing::Test {
+protected:
+    std::string bundle(const std::string &place, const std::string &id,
+                       const std::string &version = "1.0") {
+        home.file(place + "/Contents/Info.plist", R"({"CFBundleIdentifier":")" + id +
+                                                      R"(","CFBundleShortVersionString":")" +
+                                                      version + "\"}");
+        return "bundle:" + home.path(place).native();
+    }
+    ChildResult run(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), BRIGHTSWEEP_CLI);
+        return runProgram(arguments);
+    }
+    QJsonObject plan(std::vector<std::string> arguments, int status) {
+        arguments.insert(arguments.begin(), {"--json", "uninstall"});
+        const auto result = run(arguments);
+        EXPECT_EQ(result.status, status) << result.errors;
+        return documentOf(result.output, "uninstall")[QStringLiteral("plans")]
+            .toArray()
+            .first()
+            .toObject();
+    }
+    static qsizetype count(const QJsonObject &object, const char *key) {
+        return object[QLatin1String(key)].toArray().size();
+    }
+
+    TestTree home{TestEnvironment::current().home()};
+};
+
+TEST_F(UninstallCommand, ShowsThePlanAndCarriesItOutAsShown) {
+    const std::string key = bundle("Applications/Editor.app", "com.example.editor");
+    home.file(".config/com.example.editor.plist");
+    home.file(".config/com.example.editor2.plist");
+    home.file(".cache/com.example.editor/x");
+    const auto before = home.snapshot();
+    const auto apps = run({"apps", "--json"});
+    EXPECT_EQ(apps.status, 0);
+    const auto listed =
+        documentOf(apps.output, "apps")[QStringLiteral("apps")].toArray().first().toObject();
+    EXPECT_EQ(listed[QStringLiteral("key")].toString().toStdString(), key);
+    EXPECT_TRUE(listed[QStringLiteral("bytes")].isNull());
+
+    const QJsonObject shown = plan({"com.example.editor"}, 0);
+    EXPECT_EQ(count(shown, "leftovers"), 3);
+    EXPECT_EQ(count(shown, "removed"), 3) << "the bundle and the two that are its own";
+    EXPECT_TRUE(shown[QStringLiteral("blocked")].isNull());
+    EXPECT_EQ(count(plan({key, "--keep-leftovers"}, 0), "removed"), 1);
+    EXPECT_EQ(count(plan({key, "--with-data"}, 0), "removed"), 3);
+    EXPECT_EQ(home.snapshot(), before) << "a plan changes nothing";
+
+    EXPECT_EQ(count(plan({key, "--apply"}, 0), "removed"), 3);
+    EXPECT_FALSE(home.exists("Applications/Editor.app"));
+    EXPECT_FALSE(home.exists(".config/com.example.editor.plist"));
+    EXPECT_TRUE(home.exists(".config/com.example.editor2.plist"));
+    EXPECT_EQ(run({"uninstall", key}).status, 2) << "it is not installed any more";
+}
+
+TEST_F(UninstallCommand, RefusesItselfAndWhatIsNotClear) {
+    const std::string own = bundle("Applications/Own.app", "com.norvmac.DeskSweeperPro", "4.0");
+    bundle("Applications/a/Twin.app", "com.example.a");
+    bundle("Applications/b/Twin.app", "com.example.b");
+    const QJsonObject blocked = plan({own, "--apply"}, 3);
+    EXPECT_FALSE(blocked[QStringLiteral("blocked")].toString().isEmpty());
+    EXPECT_TRUE(home.exists("Applications/Own.app"));
+    const auto unclear = run({"uninstall", "Twin.app", "--apply"});
+    EXPECT_EQ(unclear.status, 2);
+    EXPECT_NE(unclear.errors.find("a/Twin.app"), std::string::npos);
+    EXPECT_NE(unclear.errors.find("b/Twin.app"), std::string::npos);
+    EXPECT_TRUE(home.exists("Applications/a/Twin.app"));
+    for (const std::vector<std::string> &wrong : std::vector<std::vector<std::string>>{
+             {"uninstall"},
+             {"uninstall", "x", "--with-data", "--keep-leftovers"},
+             {"leftovers", "--apply"},
+             {"apps", "more"}})
+        EXPECT_EQ(run(wrong).status, 2) << wrong.front();
+}
+
+TEST_F(UninstallCommand, LeftoversGoOnlyWhereTheyAreNamed) {
+    const std::string entry = "[Desktop Entry]\nType=Application\nName=N\nExec=/opt/gone/run\n";
+    const auto dead = home.file(".config/autostart/dead.desktop", entry);
+    const auto other = home.file(".config/autostart/other.desktop", entry);
+    const auto mine = home.file("mine.txt");
+    const auto shown = run({"leftovers", "--json"});
+    EXPECT_EQ(shown.status, 0);
+    EXPECT_EQ(count(documentOf(shown.output, "leftovers"), "leftovers"), 2);
+    EXPECT_EQ(run({"leftovers", dead.native(), "--apply"}).status, 0);
+    EXPECT_FALSE(std::filesystem::exists(dead));
+    EXPECT_TRUE(std::filesystem::exists(other));
+    EXPECT_EQ(run({"leftovers", mine.native(), "--apply"}).status, 3);
+    EXPECT_TRUE(std::filesystem::exists(mine));
+}
+
+} // namespace
+} // namespace brightsweep::test
