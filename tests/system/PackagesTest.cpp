@@ -304,5 +304,71 @@ TEST_F(Packages, OfAnotherArchitectureAndInNumbersGo) {
     shell("dpkg --remove-architecture i386");
 }
 
+// The last: afterwards the machine's own database is gone. Each family is there alone.
+TEST_F(Packages, OfTheOtherFamiliesGoByTheirOwnTools) {
+    shell("mv /var/lib/dpkg /var/lib/dpkg.away");
+    const auto spec = [this](const std::string &name, const std::string &more) {
+        return tree
+            .file(name + ".spec", "Name: " + name +
+                                      "\nVersion: 1.0\nRelease: 1\nSummary: x\n"
+                                      "License: x\nBuildArch: noarch\n" +
+                                      more + "%description\nx\n%files\n")
+            .native();
+    };
+    shell("mkdir -p /var/lib/rpm /etc/rpm; echo '%_dbpath /var/lib/rpm' > /etc/rpm/macros");
+    const std::string specs =
+        spec("demo-base", "") + ' ' + spec("demo-more", "Requires: demo-base\n") + ' ' +
+        spec("demo-late", "Requires: demo-more\n") + ' ' + spec("demo-rest", "");
+    const std::string top = tree.path("rpm").native();
+    shell("rpmbuild -bb --define '_topdir " + top + "' " + specs + " 2>&1");
+    const auto put = [&](const std::string &names) {
+        return shell("cd " + top + "/RPMS/noarch && rpm -i " + names + " 2>&1");
+    };
+    const auto installed = [] {
+        return shell("rpm -qa --qf '%{NAME} ' 2>&1 | tr ' ' '\\n' | sort | tr '\\n' ' '").output;
+    };
+    for (const bool hasFrontDoor : {true, false}) {
+        if (!hasFrontDoor)
+            shell("mv /usr/bin/dnf /usr/bin/dnf.away; mv /usr/bin/zypper /usr/bin/zypper.away");
+        auto result = put("demo-base-* demo-more-* demo-rest-*");
+        ASSERT_EQ(result.status, 0) << result.output;
+        const RemovalPlan plan = planOf("demo-base");
+        ASSERT_EQ(plan.blocker, Blocker::None) << plan.reason;
+        EXPECT_THAT(plan.also, ElementsAre("demo-more"));
+        put("demo-late-*");
+        EXPECT_EQ(remove(plan).outcome, UninstallOutcome::Changed);
+        EXPECT_THAT(installed(), HasSubstr("demo-base demo-late demo-more demo-rest"));
+        const RemovalResult removed = remove(planOf("demo-base"));
+        EXPECT_EQ(removed.outcome, UninstallOutcome::Removed) << removed.message;
+        EXPECT_THAT(installed(), HasSubstr("demo-rest"));
+        EXPECT_THAT(installed(), testing::Not(HasSubstr("demo-base")));
+        shell("rpm -e demo-rest");
+    }
+    shell("mv /var/lib/rpm /var/lib/rpm.away");
+
+    TestTree local{std::filesystem::path("/var/lib/pacman/local")};
+    local.file("ALPM_DB_VERSION", "9\n");
+    const auto add = [&](const std::string &name, const std::string &more) {
+        local.file(name + "-1-1/desc",
+                   "%NAME%\n" + name + "\n\n%VERSION%\n1-1\n\n%ARCH%\nany\n\n" + more);
+        local.file(name + "-1-1/files", "%FILES%\netc/\netc/" + name + ".conf\n\n%BACKUP%\netc/" +
+                                            name + ".conf\td41d8cd98f00b204e9800998ecf8427e\n");
+        shell("echo changed > /etc/" + name + ".conf");
+    };
+    add("demo-app", "");
+    add("demo-plugin", "%DEPENDS%\ndemo-app\n\n");
+    add("demo-rest", "");
+    RemovalPlan plan = planOf("demo-app");
+    plan.purge = true;
+    EXPECT_THAT(plan.also, ElementsAre("demo-plugin"));
+    const RemovalResult result = remove(plan);
+    EXPECT_EQ(result.outcome, UninstallOutcome::Removed) << result.message;
+    EXPECT_FALSE(std::filesystem::exists("/etc/demo-app.conf"));
+    EXPECT_TRUE(std::filesystem::exists("/etc/demo-plugin.conf.pacsave"));
+    EXPECT_TRUE(local.exists("demo-rest-1-1/desc"));
+    shell("rm -r /var/lib/pacman/local");
+    EXPECT_NE(source.unavailableReason(), "");
+}
+
 } // namespace
 } // namespace brightsweep
