@@ -138,9 +138,7 @@ PackagesReply PackagesRemoval::checked(const PackageRemoval &removal,
 ToolOutput PackagesRemoval::act(const PackageRemoval &removal) const {
     switch (removal.family) {
     case PackageFamily::Dpkg: {
-        const ToolOutput output = isThere(aptGet)
-                                      ? actByApt(removal)
-                                      : m_run(with({dpkg, "--remove", "--"}, removal.names));
+        const ToolOutput output = isThere(aptGet) ? actByApt(removal) : actByDpkg(removal);
         if (output.status != 0 || removal.purge.empty())
             return output;
         return m_run(with({dpkg, "--purge", "--"}, removal.purge));
@@ -171,6 +169,19 @@ ToolOutput PackagesRemoval::act(const PackageRemoval &removal) const {
     }
     }
     return {};
+}
+
+ToolOutput PackagesRemoval::actByDpkg(const PackageRemoval &removal) const {
+    const ToolOutput output = m_run(with({dpkg, "--remove", "--"}, removal.names));
+    // What could not be removed stays wanted away, and would go with whatever is done next.
+    if (output.status != 0)
+        m_run(with(
+            {"/bin/sh", "-c",
+             "for name do dpkg-query -W -f '${binary:Package} install\\n' -- \"$name\"; done | "
+             "dpkg --set-selections",
+             "sh"},
+            removal.names));
+    return output;
 }
 
 ToolOutput PackagesRemoval::actByApt(const PackageRemoval &removal) const {

@@ -32,6 +32,7 @@ public:
 private:
     PackagesReply checked(const PackageRemoval &removal, PackageDatabase &database) const;
     ToolOutput act(const PackageRemoval &removal) const;
+    ToolOutput actByDpkg(const PackageRemoval &removal) const;
     ToolOutput actByApt(const PackageRemoval &removal) const;
 
     const ToolRunner m_run;

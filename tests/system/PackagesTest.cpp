@@ -14,6 +14,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <map>
 #include <set>
 #include <thread>
@@ -175,6 +176,38 @@ TEST_F(Packages, OfTheSystemStayWhoeverAsks) {
           "demo-needed demo-needs 2>&1");
 }
 
+TEST_F(Packages, OfThisProgramStay) {
+    install({{"demo-lib"}, {"demo-own", "Depends: demo-lib\n"}});
+    const auto self = std::filesystem::read_symlink("/proc/self/exe");
+    std::ofstream("/var/lib/dpkg/info/demo-own.list", std::ios::app)
+        << self.native() << '\n'
+        << (self.parent_path() / "brightsweep-helper").native() << '\n';
+    const auto before = states();
+    EXPECT_EQ(planOf("demo-own").blocker, Blocker::NeededByUs);
+    EXPECT_EQ(planOf("demo-lib").blocker, Blocker::NeededByUs);
+    EXPECT_EQ(
+        rights()
+            .removePackages(rights().token(), {PackageFamily::Dpkg, {"demo-lib", "demo-own"}, {}})
+            .outcome,
+        PackagesOutcome::Refused);
+    EXPECT_THAT(changes(before), ElementsAre());
+    std::ofstream("/var/lib/dpkg/info/demo-own.list") << "/.\n";
+    shell("dpkg --purge demo-own demo-lib 2>&1");
+}
+
+TEST_F(Packages, GoWithoutAptAsWell) {
+    install({{"demo-fails", {}, {{"DEBIAN/prerm", "#!/bin/sh\n[ -e /tmp/may-go ]\n"}}},
+             {"demo-plugin", "Depends: demo-fails\n"}});
+    auto before = states();
+    shell("mv /usr/bin/apt-get /usr/bin/apt-get.away");
+    EXPECT_EQ(remove(planOf("demo-fails")).outcome, UninstallOutcome::Failed);
+    // Nothing is left that a later run of dpkg would remove by itself.
+    EXPECT_THAT(changes(before), ElementsAre("-demo-plugin ii "));
+    std::ofstream("/tmp/may-go") << "x";
+    EXPECT_EQ(remove(planOf("demo-fails")).outcome, UninstallOutcome::Removed);
+    shell("mv /usr/bin/apt-get.away /usr/bin/apt-get");
+}
+
 TEST_F(Packages, ThatSomethingCameToDependOnStay) {
     install({{"demo-app"}, {"demo-plugin", "Depends: demo-app\n"}});
     const RemovalPlan plan = planOf("demo-app");
@@ -302,6 +335,52 @@ TEST_F(Packages, OfAnotherArchitectureAndInNumbersGo) {
     EXPECT_EQ(remove(many).outcome, UninstallOutcome::Removed);
     EXPECT_EQ(changes(before).size(), 32u);
     shell("dpkg --remove-architecture i386");
+}
+
+// As an ordinary user, by the real pkexec: all of it or nothing.
+TEST_F(Packages, TakeRightsForPackages) {
+    struct Scene {
+        const char *name;
+        int status;
+        const char *words;
+    };
+    const Scene scenes[] = {{"denied", 4, "denied"},
+                            {"noagent", 4, "can ask for a password"},
+                            {"dismissed", 4, "dismissed"},
+                            {"nobus", 4, "cannot be reached"},
+                            {"granted", 0, ""}};
+    install({{"demo-app",
+              {},
+              {{"usr/bin/demo-app", "#!/bin/sh\n"},
+               {"usr/share/applications/demo.desktop",
+                "[Desktop Entry]\n"
+                "Type=Application\nName=Demo\nExec=demo-app\n"}}},
+             {"demo-plugin", "Depends: demo-app\n"}});
+    const auto bin = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    for (const Scene &scene : scenes) {
+        const auto before = states();
+        const auto stage = tree.path(scene.name);
+        const auto home = stage / "home";
+        std::filesystem::create_directories(home / ".config/demo-app");
+        shell("chown -R 61234:61234 " + home.native());
+        const auto result = test::runProgram(
+            {BRIGHTSWEEP_TEST_STAGE, scene.name, stage, bin, BRIGHTSWEEP_TEST_POLICY,
+             "brightsweep-cli", "uninstall", "package:demo-app", "--apply", "--admin"},
+            {{"STAGE_PURPOSE", "packages"},
+             {"XDG_CONFIG_HOME", home / ".config"},
+             {"XDG_DATA_HOME", home / "data"},
+             {"XDG_CACHE_HOME", home / "cache"},
+             {"XDG_STATE_HOME", home / "state"}});
+        const std::string words = test::textOf(stage / "err");
+        EXPECT_EQ(result.status, scene.status) << scene.name << words;
+        EXPECT_THAT(words, HasSubstr(scene.words)) << scene.name << test::textOf(stage / "out");
+        const bool isGranted = scene.status == 0;
+        EXPECT_EQ(changes(before).size(), isGranted ? 2u : 0u) << scene.name << words;
+        EXPECT_NE(std::filesystem::exists(home / ".config/demo-app"), isGranted) << scene.name;
+        EXPECT_EQ(test::textOf(stage / "counted/count"),
+                  scene.name == std::string("nobus") ? "" : "asked\n")
+            << scene.name;
+    }
 }
 
 // The last: afterwards the machine's own database is gone. Each family is there alone.
