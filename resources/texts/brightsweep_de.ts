@@ -16,6 +16,8 @@
     <message id="ABOUT_TEXT"><translation>Findet, was Ihre Datenträger füllt, zeigt es, bevor es verschwindet, und behält den freien Platz jedes Datenträgers im Auge.</translation></message>
     <message id="ABOUT_TITLE"><translation>Über Brightsweep</translation></message>
     <message id="ABOUT_VERSION"><translation>Version %1</translation></message>
+    <message id="ALARM_QUIET"><translation>Zurzeit sind %1 % frei: keine Warnung.</translation></message>
+    <message id="ALARM_WARNS"><translation>Zurzeit sind %1 % frei: Es wird gewarnt.</translation></message>
     <message id="AVAILABLE_BEFORE_AFTER"><translation>Für Programme verfügbar: vorher %1, jetzt %2. Dateien werden wieder vom Datenträger gelesen.</translation></message>
     <message id="AVAILABLE_UNCHANGED"><translation>Für Programme verfügbar: %1, wie zuvor. Dateien werden wieder vom Datenträger gelesen.</translation></message>
     <message id="About"><translation>Über</translation></message>
@@ -119,6 +121,7 @@
     <message id="DUP_UNTICK"><translation>Alle abwählen</translation></message>
     <message id="DUP_WASTED" numerus="yes"><translation><numerusform>verschwendet durch Duplikate in %n Gruppe</numerusform><numerusform>verschwendet durch Duplikate in %n Gruppen</numerusform></translation></message>
     <message id="DUP_WHOLE_GROUPS" numerus="yes"><translation><numerusform>Von %n Gruppe gehen alle Dateien: nichts davon bleibt.</numerusform><numerusform>Von %n Gruppen gehen alle Dateien: nichts davon bleibt.</numerusform></translation></message>
+    <message id="Daily"><translation>Täglich</translation></message>
     <message id="Deleting items..."><translation>Objekte werden gelöscht …</translation></message>
     <message id="Disk Usage"><translation>Belegung</translation></message>
     <message id="Documents"><translation>Dokumente</translation></message>
@@ -126,7 +129,6 @@
     <message id="Duplicates"><translation>Duplikate</translation></message>
     <message id="EJECT"><translation>%1 auswerfen</translation></message>
     <message id="EMPTY_LOGIN_ITEMS"><translation>Zeigt, was mit Ihrer Sitzung startet, und lässt Sie etwas hinzufügen oder entfernen.</translation></message>
-    <message id="EMPTY_PREFERENCES"><translation>Legt fest, was bereinigt wird, wann Brightsweep warnt und wie es startet.</translation></message>
     <message id="EMPTY_SCAN"><translation>Findet Caches, Protokolle, Papierkorb und alte Downloads und zeigt jedes Objekt, bevor etwas entfernt wird.</translation></message>
     <message id="EXACT_SHARES"><translation>Genaue Anteile</translation></message>
     <message id="EXTERNAL_STORAGE"><translation>Externe Laufwerke</translation></message>
@@ -219,6 +221,7 @@
     <message id="Memory:"><translation>Arbeitsspeicher:</translation></message>
     <message id="Model Identifier:"><translation>Modell:</translation></message>
     <message id="Modified"><translation>Geändert</translation></message>
+    <message id="Monthly"><translation>Monatlich</translation></message>
     <message id="Music"><translation>Musik</translation></message>
     <message id="My Mac"><translation>Mein Computer</translation></message>
     <message id="NETWOR_STORAGE"><translation>Netzlaufwerke</translation></message>
@@ -242,6 +245,33 @@
     <message id="Others"><translation>Sonstige</translation></message>
     <message id="PADLOCK"><translation>Schloss</translation></message>
     <message id="PARTLY_TICKED"><translation>teilweise angehakt</translation></message>
+    <message id="PERCENT"><translation>%1 %</translation></message>
+    <message id="PREF_ALARMS"><translation>Warnungen</translation></message>
+    <message id="PREF_ALWAYS_ASKS"><translation>Bevor etwas von Ihren Downloads genommen wird, kommt immer eine Frage.</translation></message>
+    <message id="PREF_CATEGORIES_IN_USE"><translation>Gerade läuft ein Scan oder eine Bereinigung; danach ist es zu ändern.</translation></message>
+    <message id="PREF_CATEGORY_WORDS"><translation>Was nach einem Scan angehakt ist und was die Schnellbereinigung nimmt.</translation></message>
+    <message id="PREF_CHECK_INTERVAL"><translation>Wie oft nach Aktualisierungen gesucht wird</translation></message>
+    <message id="PREF_CHECK_UPDATES"><translation>Nach Aktualisierungen suchen</translation></message>
+    <message id="PREF_CLEANING"><translation>Bereinigen</translation></message>
+    <message id="PREF_DESKTOP_LANGUAGE"><translation>Wie die Arbeitsumgebung</translation></message>
+    <message id="PREF_DUPLICATE_LIMIT"><translation>Duplikate: Dateien größer als</translation></message>
+    <message id="PREF_HIDDEN_FILES"><translation>Duplikate: auch versteckte Dateien</translation></message>
+    <message id="PREF_HIDE_ITEM"><translation>Symbol in der Leiste verbergen</translation></message>
+    <message id="PREF_LANGUAGE"><translation>Sprache</translation></message>
+    <message id="PREF_LAUNCH"><translation>Start</translation></message>
+    <message id="PREF_LOG"><translation>Protokoll</translation></message>
+    <message id="PREF_MAY_ASK"><translation>Darf nach Administratorrechten fragen</translation></message>
+    <message id="PREF_MEMORY_ALARM"><translation>Warnen, wenn Programmen höchstens so viel Speicher bleibt</translation></message>
+    <message id="PREF_NO_UPDATES"><translation>Für diesen Stand bietet niemand Aktualisierungen an; stammt er aus einem Paket, tut es die Paketverwaltung.</translation></message>
+    <message id="PREF_OPEN_LOG"><translation>Protokoll öffnen</translation></message>
+    <message id="PREF_PROGRAM"><translation>Dieses Programm</translation></message>
+    <message id="PREF_RESTART_TIP"><translation>Startet Brightsweep neu, in der anderen Sprache.</translation></message>
+    <message id="PREF_SEARCHES"><translation>Suchen</translation></message>
+    <message id="PREF_SPACE_ALARM"><translation>Warnen, wenn auf einem Volume höchstens frei ist</translation></message>
+    <message id="PREF_SYSTEM_FILES"><translation>Duplikate: auch Systemdateien</translation></message>
+    <message id="PREF_UNIT_OF"><translation>Einheit von „%1“</translation></message>
+    <message id="PREF_UPDATES"><translation>Aktualisierungen</translation></message>
+    <message id="PREF_USAGE_LIMIT"><translation>Belegung als Liste: ab</translation></message>
     <message id="PRESSURE_HIGH"><translation>hoch</translation></message>
     <message id="PRESSURE_NONE"><translation>keiner</translation></message>
     <message id="PRESSURE_SOME"><translation>etwas</translation></message>
@@ -274,7 +304,6 @@
     <message id="SCAN_STOPPED"><translation>Die Suche wurde angehalten</translation></message>
     <message id="SETTINGS_UNREADABLE"><translation>Die Einstellungen lassen sich nicht lesen, deshalb ist nichts zum Reinigen gewählt (%1: %2). Reparieren oder entfernen Sie diese Datei.</translation></message>
     <message id="SHOW_ALL"><translation>Alle zeigen</translation></message>
-    <message id="SHOW_LOG"><translation>Protokoll zeigen</translation></message>
     <message id="SHOW_OVERVIEW"><translation>Alle Kategorien zeigen</translation></message>
     <message id="SHOW_VOLUMES"><translation>Datenträger zeigen</translation></message>
     <message id="SOME_STAYED"><translation>Einige Dateien sind geblieben.</translation></message>
@@ -356,6 +385,8 @@
     <message id="UNINSTALL_SUM_LEFT" numerus="yes"><translation><numerusform>%n Rest</numerusform><numerusform>%n Reste</numerusform></translation></message>
     <message id="UNINSTALL_SUM_STAYS" numerus="yes"><translation><numerusform>%n nicht angekreuzter Rest bleibt (%1).</numerusform><numerusform>%n nicht angekreuzte Reste bleiben (%1).</numerusform></translation></message>
     <message id="UNINSTALL_WORKING"><translation>Wird deinstalliert…</translation></message>
+    <message id="UNIT_BYTES"><translation>Byte</translation></message>
+    <message id="UNIT_TB_TIP"><translation>Keine Datei erreicht eine Grenze in TB.</translation></message>
     <message id="USAGE_ASK" numerus="yes"><translation><numerusform>%n Objekt entfernen?</numerusform><numerusform>%n Objekte entfernen?</numerusform></translation></message>
     <message id="USAGE_ASK_ONCE_MORE" numerus="yes"><translation><numerusform>Auch dieses Objekt entfernen?</numerusform><numerusform>Auch diese %n Objekte entfernen?</numerusform></translation></message>
     <message id="USAGE_CANNOT_TICK"><translation>%1 lässt sich nicht auswählen: %2.</translation></message>
@@ -411,6 +442,7 @@
     <message id="VOLUME_FREE_OF"><translation>%1, %2 von %3 frei</translation></message>
     <message id="VOLUME_UNMOUNTED"><translation>%1 ist ausgehängt.</translation></message>
     <message id="Videos"><translation>Videos</translation></message>
+    <message id="Weekly"><translation>Wöchentlich</translation></message>
     <message id="YES"><translation>Ja</translation></message>
     <message id="You disk"><translation>Ihr Datenträger</translation></message>
     <message id="You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access."><translation>Sie haben nicht die Rechte, diese Dateien zu bereinigen. Öffnen Sie unten das Schloss, um Verwaltungsrechte zu erhalten.</translation></message>
@@ -445,5 +477,6 @@
     <message id="the copy that stays is this very file"><translation>die Kopie, die bleibt, ist dieselbe Datei</translation></message>
     <message id="the mount table cannot be read"><translation>die Einhängetabelle ist nicht lesbar</translation></message>
     <message id="without it the system's own entry would start; hide it instead"><translation>ohne ihn würde der Eintrag des Systems starten; blenden Sie ihn stattdessen aus</translation></message>
+    <message id="不是数字"><translation>Das ist keine Zahl.</translation></message>
 </context>
 </TS>

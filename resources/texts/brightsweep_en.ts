@@ -16,6 +16,8 @@
     <message id="ABOUT_TEXT"><translation>Finds what fills your disks, shows it before it goes, and keeps an eye on the free space of every volume.</translation></message>
     <message id="ABOUT_TITLE"><translation>About Brightsweep</translation></message>
     <message id="ABOUT_VERSION"><translation>Version %1</translation></message>
+    <message id="ALARM_QUIET"><translation>%1% is free now: no warning.</translation></message>
+    <message id="ALARM_WARNS"><translation>%1% is free now: it warns.</translation></message>
     <message id="AVAILABLE_BEFORE_AFTER"><translation>Available to programs: %1 before, %2 now. Files will be read from disk again.</translation></message>
     <message id="AVAILABLE_UNCHANGED"><translation>Available to programs: %1, as before. Files will be read from disk again.</translation></message>
     <message id="About"><translation>About</translation></message>
@@ -119,6 +121,7 @@
     <message id="DUP_UNTICK"><translation>Untick all</translation></message>
     <message id="DUP_WASTED" numerus="yes"><translation><numerusform>wasted by duplicates in %n group</numerusform><numerusform>wasted by duplicates in %n groups</numerusform></translation></message>
     <message id="DUP_WHOLE_GROUPS" numerus="yes"><translation><numerusform>Of %n group all files go: nothing of it stays.</numerusform><numerusform>Of %n groups all files go: nothing of them stays.</numerusform></translation></message>
+    <message id="Daily"><translation>Daily</translation></message>
     <message id="Deleting items..."><translation>Deleting items...</translation></message>
     <message id="Disk Usage"><translation>Disk Usage</translation></message>
     <message id="Documents"><translation>Documents</translation></message>
@@ -126,7 +129,6 @@
     <message id="Duplicates"><translation>Duplicates</translation></message>
     <message id="EJECT"><translation>Eject %1</translation></message>
     <message id="EMPTY_LOGIN_ITEMS"><translation>Lists what starts with your session, and lets you add to it or take from it.</translation></message>
-    <message id="EMPTY_PREFERENCES"><translation>Sets what is cleaned, when Brightsweep warns, and how it starts.</translation></message>
     <message id="EMPTY_SCAN"><translation>Finds caches, logs, trash and old downloads, and shows every item before anything is removed.</translation></message>
     <message id="EXACT_SHARES"><translation>Exact Shares</translation></message>
     <message id="EXTERNAL_STORAGE"><translation>External Storage</translation></message>
@@ -219,6 +221,7 @@
     <message id="Memory:"><translation>Memory:</translation></message>
     <message id="Model Identifier:"><translation>Model Identifier:</translation></message>
     <message id="Modified"><translation>Modified</translation></message>
+    <message id="Monthly"><translation>Monthly</translation></message>
     <message id="Music"><translation>Music</translation></message>
     <message id="My Mac"><translation>My Computer</translation></message>
     <message id="NETWOR_STORAGE"><translation>Network Storage</translation></message>
@@ -242,6 +245,33 @@
     <message id="Others"><translation>Others</translation></message>
     <message id="PADLOCK"><translation>Padlock</translation></message>
     <message id="PARTLY_TICKED"><translation>partly ticked</translation></message>
+    <message id="PERCENT"><translation>%1%</translation></message>
+    <message id="PREF_ALARMS"><translation>Alarms</translation></message>
+    <message id="PREF_ALWAYS_ASKS"><translation>It always asks before it takes anything of your downloads.</translation></message>
+    <message id="PREF_CATEGORIES_IN_USE"><translation>A scan or a clean is under way; it can be changed afterwards.</translation></message>
+    <message id="PREF_CATEGORY_WORDS"><translation>What is ticked after a scan, and what a quick clean takes.</translation></message>
+    <message id="PREF_CHECK_INTERVAL"><translation>How often to look for updates</translation></message>
+    <message id="PREF_CHECK_UPDATES"><translation>Look for updates</translation></message>
+    <message id="PREF_CLEANING"><translation>Cleaning</translation></message>
+    <message id="PREF_DESKTOP_LANGUAGE"><translation>As the desktop</translation></message>
+    <message id="PREF_DUPLICATE_LIMIT"><translation>Duplicates: files larger than</translation></message>
+    <message id="PREF_HIDDEN_FILES"><translation>Duplicates: hidden files as well</translation></message>
+    <message id="PREF_HIDE_ITEM"><translation>Hide the icon in the tray</translation></message>
+    <message id="PREF_LANGUAGE"><translation>Language</translation></message>
+    <message id="PREF_LAUNCH"><translation>Launch</translation></message>
+    <message id="PREF_LOG"><translation>Log</translation></message>
+    <message id="PREF_MAY_ASK"><translation>May ask for administrator rights when items stay</translation></message>
+    <message id="PREF_MEMORY_ALARM"><translation>Warn when programs have no more memory available than</translation></message>
+    <message id="PREF_NO_UPDATES"><translation>Nobody offers updates to this build; your package manager does, where it comes from a package.</translation></message>
+    <message id="PREF_OPEN_LOG"><translation>Open the log</translation></message>
+    <message id="PREF_PROGRAM"><translation>This Program</translation></message>
+    <message id="PREF_RESTART_TIP"><translation>Starts Brightsweep anew, in the other language.</translation></message>
+    <message id="PREF_SEARCHES"><translation>Searches</translation></message>
+    <message id="PREF_SPACE_ALARM"><translation>Warn when a volume has no more free than</translation></message>
+    <message id="PREF_SYSTEM_FILES"><translation>Duplicates: system files as well</translation></message>
+    <message id="PREF_UNIT_OF"><translation>Unit of “%1”</translation></message>
+    <message id="PREF_UPDATES"><translation>Updates</translation></message>
+    <message id="PREF_USAGE_LIMIT"><translation>Disk usage list: from</translation></message>
     <message id="PRESSURE_HIGH"><translation>high</translation></message>
     <message id="PRESSURE_NONE"><translation>none</translation></message>
     <message id="PRESSURE_SOME"><translation>some</translation></message>
@@ -274,7 +304,6 @@
     <message id="SCAN_STOPPED"><translation>The scan was stopped</translation></message>
     <message id="SETTINGS_UNREADABLE"><translation>The settings cannot be read, so nothing is chosen for cleaning (%1: %2). Repair or remove that file.</translation></message>
     <message id="SHOW_ALL"><translation>Show all</translation></message>
-    <message id="SHOW_LOG"><translation>Show Log</translation></message>
     <message id="SHOW_OVERVIEW"><translation>Show all categories</translation></message>
     <message id="SHOW_VOLUMES"><translation>Show Volumes</translation></message>
     <message id="SOME_STAYED"><translation>Some files have stayed.</translation></message>
@@ -356,6 +385,8 @@
     <message id="UNINSTALL_SUM_LEFT" numerus="yes"><translation><numerusform>%n leftover</numerusform><numerusform>%n leftovers</numerusform></translation></message>
     <message id="UNINSTALL_SUM_STAYS" numerus="yes"><translation><numerusform>%n leftover that is not ticked stays (%1).</numerusform><numerusform>%n leftovers that are not ticked stay (%1).</numerusform></translation></message>
     <message id="UNINSTALL_WORKING"><translation>Uninstalling…</translation></message>
+    <message id="UNIT_BYTES"><translation>bytes</translation></message>
+    <message id="UNIT_TB_TIP"><translation>No file reaches a limit in TB.</translation></message>
     <message id="USAGE_ASK" numerus="yes"><translation><numerusform>Remove %n item?</numerusform><numerusform>Remove %n items?</numerusform></translation></message>
     <message id="USAGE_ASK_ONCE_MORE" numerus="yes"><translation><numerusform>Remove this one, too?</numerusform><numerusform>Remove these %n, too?</numerusform></translation></message>
     <message id="USAGE_CANNOT_TICK"><translation>%1 cannot be selected: %2.</translation></message>
@@ -411,6 +442,7 @@
     <message id="VOLUME_FREE_OF"><translation>%1, %2 free of %3</translation></message>
     <message id="VOLUME_UNMOUNTED"><translation>%1 is unmounted.</translation></message>
     <message id="Videos"><translation>Videos</translation></message>
+    <message id="Weekly"><translation>Weekly</translation></message>
     <message id="YES"><translation>Yes</translation></message>
     <message id="You disk"><translation>Your disk</translation></message>
     <message id="You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access."><translation>You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access.</translation></message>
@@ -445,5 +477,6 @@
     <message id="the copy that stays is this very file"><translation>the copy that stays is this very file</translation></message>
     <message id="the mount table cannot be read"><translation>the mount table cannot be read</translation></message>
     <message id="without it the system's own entry would start; hide it instead"><translation>without it the system's own entry would start; hide it instead</translation></message>
+    <message id="不是数字"><translation>This is not a number.</translation></message>
 </context>
 </TS>

@@ -16,6 +16,8 @@
     <message id="ABOUT_TEXT"><translation>找出占满磁盘的内容，在移除之前显示给您，并留意每个卷的可用空间。</translation></message>
     <message id="ABOUT_TITLE"><translation>关于 Brightsweep</translation></message>
     <message id="ABOUT_VERSION"><translation>版本 %1</translation></message>
+    <message id="ALARM_QUIET"><translation>当前可用 %1%：不警告。</translation></message>
+    <message id="ALARM_WARNS"><translation>当前可用 %1%：会警告。</translation></message>
     <message id="AVAILABLE_BEFORE_AFTER"><translation>程序可用：之前 %1，现在 %2。文件将重新从磁盘读取。</translation></message>
     <message id="AVAILABLE_UNCHANGED"><translation>程序可用：%1，与之前相同。文件将重新从磁盘读取。</translation></message>
     <message id="About"><translation>关于</translation></message>
@@ -119,6 +121,7 @@
     <message id="DUP_UNTICK"><translation>全部取消选择</translation></message>
     <message id="DUP_WASTED" numerus="yes"><translation><numerusform>被 %n 组重复文件浪费</numerusform></translation></message>
     <message id="DUP_WHOLE_GROUPS" numerus="yes"><translation><numerusform>有 %n 组的全部文件都将被移除，不会保留任何一个。</numerusform></translation></message>
+    <message id="Daily"><translation>每天</translation></message>
     <message id="Deleting items..."><translation>正在删除项目…</translation></message>
     <message id="Disk Usage"><translation>磁盘使用情况</translation></message>
     <message id="Documents"><translation>文档</translation></message>
@@ -126,7 +129,6 @@
     <message id="Duplicates"><translation>重复文件</translation></message>
     <message id="EJECT"><translation>弹出 %1</translation></message>
     <message id="EMPTY_LOGIN_ITEMS"><translation>列出随会话启动的项目，并可添加或移除。</translation></message>
-    <message id="EMPTY_PREFERENCES"><translation>设置清理的内容、Brightsweep 何时发出警告以及如何启动。</translation></message>
     <message id="EMPTY_SCAN"><translation>查找缓存、日志、回收站和旧的下载内容，并在移除任何内容之前显示每一项。</translation></message>
     <message id="EXACT_SHARES"><translation>精确份额</translation></message>
     <message id="EXTERNAL_STORAGE"><translation>外部存储</translation></message>
@@ -219,6 +221,7 @@
     <message id="Memory:"><translation>内存：</translation></message>
     <message id="Model Identifier:"><translation>型号标识符：</translation></message>
     <message id="Modified"><translation>修改日期</translation></message>
+    <message id="Monthly"><translation>每月</translation></message>
     <message id="Music"><translation>音乐</translation></message>
     <message id="My Mac"><translation>我的电脑</translation></message>
     <message id="NETWOR_STORAGE"><translation>网络存储</translation></message>
@@ -242,6 +245,33 @@
     <message id="Others"><translation>其他</translation></message>
     <message id="PADLOCK"><translation>锁</translation></message>
     <message id="PARTLY_TICKED"><translation>部分选中</translation></message>
+    <message id="PERCENT"><translation>%1%</translation></message>
+    <message id="PREF_ALARMS"><translation>警告</translation></message>
+    <message id="PREF_ALWAYS_ASKS"><translation>清理下载内容之前总会询问。</translation></message>
+    <message id="PREF_CATEGORIES_IN_USE"><translation>正在扫描或清理，结束后可以更改。</translation></message>
+    <message id="PREF_CATEGORY_WORDS"><translation>扫描后默认勾选的内容，也是快速清理的内容。</translation></message>
+    <message id="PREF_CHECK_INTERVAL"><translation>检查更新的频率</translation></message>
+    <message id="PREF_CHECK_UPDATES"><translation>检查更新</translation></message>
+    <message id="PREF_CLEANING"><translation>清理</translation></message>
+    <message id="PREF_DESKTOP_LANGUAGE"><translation>与桌面相同</translation></message>
+    <message id="PREF_DUPLICATE_LIMIT"><translation>重复文件：大于此大小的文件</translation></message>
+    <message id="PREF_HIDDEN_FILES"><translation>重复文件：包括隐藏文件</translation></message>
+    <message id="PREF_HIDE_ITEM"><translation>隐藏托盘图标</translation></message>
+    <message id="PREF_LANGUAGE"><translation>语言</translation></message>
+    <message id="PREF_LAUNCH"><translation>启动</translation></message>
+    <message id="PREF_LOG"><translation>日志</translation></message>
+    <message id="PREF_MAY_ASK"><translation>有项目无法清理时可以请求管理员权限</translation></message>
+    <message id="PREF_MEMORY_ALARM"><translation>当程序可用的内存不多于此值时警告</translation></message>
+    <message id="PREF_NO_UPDATES"><translation>此版本没有更新服务；如果来自软件包，则由软件包管理器负责更新。</translation></message>
+    <message id="PREF_OPEN_LOG"><translation>打开日志</translation></message>
+    <message id="PREF_PROGRAM"><translation>本程序</translation></message>
+    <message id="PREF_RESTART_TIP"><translation>以新语言重新启动 Brightsweep。</translation></message>
+    <message id="PREF_SEARCHES"><translation>搜索</translation></message>
+    <message id="PREF_SPACE_ALARM"><translation>当卷的可用空间不多于此值时警告</translation></message>
+    <message id="PREF_SYSTEM_FILES"><translation>重复文件：包括系统文件</translation></message>
+    <message id="PREF_UNIT_OF"><translation>“%1”的单位</translation></message>
+    <message id="PREF_UPDATES"><translation>更新</translation></message>
+    <message id="PREF_USAGE_LIMIT"><translation>磁盘使用列表：从此大小起</translation></message>
     <message id="PRESSURE_HIGH"><translation>高</translation></message>
     <message id="PRESSURE_NONE"><translation>无</translation></message>
     <message id="PRESSURE_SOME"><translation>有一些</translation></message>
@@ -274,7 +304,6 @@
     <message id="SCAN_STOPPED"><translation>扫描已停止</translation></message>
     <message id="SETTINGS_UNREADABLE"><translation>无法读取设置，因此没有选择任何要清理的内容（%1：%2）。请修复或删除该文件。</translation></message>
     <message id="SHOW_ALL"><translation>全部显示</translation></message>
-    <message id="SHOW_LOG"><translation>显示日志</translation></message>
     <message id="SHOW_OVERVIEW"><translation>显示所有类别</translation></message>
     <message id="SHOW_VOLUMES"><translation>显示卷</translation></message>
     <message id="SOME_STAYED"><translation>有些文件被保留了。</translation></message>
@@ -356,6 +385,8 @@
     <message id="UNINSTALL_SUM_LEFT" numerus="yes"><translation><numerusform>%n 项残留</numerusform></translation></message>
     <message id="UNINSTALL_SUM_STAYS" numerus="yes"><translation><numerusform>%n 项未勾选的残留会保留（%1）。</numerusform></translation></message>
     <message id="UNINSTALL_WORKING"><translation>正在卸载…</translation></message>
+    <message id="UNIT_BYTES"><translation>字节</translation></message>
+    <message id="UNIT_TB_TIP"><translation>没有文件能达到以 TB 为单位的限制。</translation></message>
     <message id="USAGE_ASK" numerus="yes"><translation><numerusform>要移除 %n 个项目吗？</numerusform></translation></message>
     <message id="USAGE_ASK_ONCE_MORE" numerus="yes"><translation><numerusform>也要移除这 %n 个项目吗？</numerusform></translation></message>
     <message id="USAGE_CANNOT_TICK"><translation>无法选择 %1：%2。</translation></message>
@@ -411,6 +442,7 @@
     <message id="VOLUME_FREE_OF"><translation>%1，共 %3，可用 %2</translation></message>
     <message id="VOLUME_UNMOUNTED"><translation>%1 已卸载。</translation></message>
     <message id="Videos"><translation>视频</translation></message>
+    <message id="Weekly"><translation>每周</translation></message>
     <message id="YES"><translation>是</translation></message>
     <message id="You disk"><translation>您的磁盘</translation></message>
     <message id="You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access."><translation>您没有清理这些文件的权限。请打开底部的锁以获取管理员权限。</translation></message>
@@ -445,5 +477,6 @@
     <message id="the copy that stays is this very file"><translation>要保留的副本就是这个文件</translation></message>
     <message id="the mount table cannot be read"><translation>无法读取挂载表</translation></message>
     <message id="without it the system's own entry would start; hide it instead"><translation>没有它，系统自带的项目就会启动；请改为隐藏它</translation></message>
+    <message id="不是数字"><translation>不是数字。</translation></message>
 </context>
 </TS>

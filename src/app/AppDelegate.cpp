@@ -4,6 +4,7 @@
 #include "app/RefreshLoop.h"
 #include "cleaning/NewMainViewController.h"
 #include "core/LaunchAtLogin.h"
+#include "core/SettingKeys.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
 #include "core/UtilityObject.h"
@@ -11,6 +12,7 @@
 #include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
+#include "foundation/UserDefaults.h"
 #include "platform/DesktopNotifier.h"
 #include "platform/Platform.h"
 #include "platform/VolumeSource.h"
@@ -93,6 +95,23 @@ void AppDelegate::registNSnotification() {
     observe(cleanMemoryClickActionNotification, &AppDelegate::cleanMemoryClickAction);
     observe(QStringLiteral("PurchaseSuccess"), &AppDelegate::handlePurchase);
     observe(setStatusBarHiddenNotification, &AppDelegate::handleStatusBarHidden);
+    observe(UserDefaultsDidChangeNotification, &AppDelegate::handleSetting);
+}
+
+// A setting is used as soon as it is made, here or elsewhere.
+void AppDelegate::handleSetting(const Notification &notification) {
+    const QString key = notification.userInfo.value(QStringLiteral("key")).toString();
+    if (key == DSSpaceAlarmKey || key == DSMemoryAlarmKey) {
+        if (watchMu)
+            updateDataForMenuItem();
+    } else if (key == DSShowStatusItem) {
+        setStatusBarHidden(PreferenceViewController::getHiddenStatusItem());
+    } else if (key == DSLoginCheckKey) {
+        m_menu.setChecked(MenuAction::LaunchAtLogin,
+                          LaunchAtLogin::readeFileOfLaunchAppWhenLogin().toInt() != 0);
+    } else if (notification.userInfo.value(QStringLiteral("elsewhere")).toBool()) {
+        AppPrefsWindowController::sharedPrefsWindowController().showCategorySetting(key);
+    }
 }
 
 void AppDelegate::addMainFuction() {

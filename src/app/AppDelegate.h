@@ -4,6 +4,7 @@
 #include "app/RunningInstance.h"
 #include "cleaning/CleanWindow.h"
 #include "core/Clock.h"
+#include "core/SettingsWatch.h"
 #include "foundation/CallQueue.h"
 #include "memory/ClearMemory.h"
 #include "memory/cleanMemoryInfo.h"
@@ -140,6 +141,7 @@ private:
     void handleOpenFinder(const Notification &notification);
     void handleRebuild(const Notification &) { refMenuItemWhenDeleteAndAdd(); }
     void handleStatusBarHidden(const Notification &notification);
+    void handleSetting(const Notification &notification);
     void handlePurchase(const Notification &) { addMainFuction(); }
     void handleCloseCleanWindow(const Notification &notification);
     void cleanMemoryClickAction(const Notification &notification);
@@ -168,6 +170,7 @@ private:
     BubbleController m_bubbles;
     VolumeRows m_volumes;
     RunningInstance m_instance;
+    SettingsWatch m_settingsWatch;
     std::unique_ptr<WatchMountUnmount> watchMu;
     std::unique_ptr<AppController> m_mainWindow;
     std::unique_ptr<CleanWindow> clrSysController;

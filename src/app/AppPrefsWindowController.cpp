@@ -3,13 +3,17 @@
 #include "app/LicenceGate.h"
 #include "app/PageTable.h"
 #include "cleaning/NewMainViewController.h"
+#include "core/LaunchAtLogin.h"
 #include "diskusage/DiskUsageAppController.h"
 #include "duplicates/SameFileDeleteViewController.h"
+#include "foundation/NotificationCenter.h"
 #include "foundation/UserDefaults.h"
 #include "loginitems/LoginItemController.h"
 #include "memory/CleanMemoryController.h"
+#include "preferences/PreferenceViewController.h"
 #include "uninstall/UninstallAppsController.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace brightsweep {
@@ -96,6 +100,40 @@ void AppPrefsWindowController::makeDiskUsagePage() {
             });
 }
 
+void AppPrefsWindowController::makePreferencesPage() {
+    PreferenceViewController::Surroundings surroundings;
+    surroundings.categoriesAreFree = [this] { return categoriesAreFree(); };
+    surroundings.launchAtLogin = [](int state) { LaunchAtLogin::launchAppWhenLogin(state); };
+    m_prefView = std::make_unique<PreferenceViewController>(std::move(surroundings));
+    connect(m_prefView.get(), &PreferenceViewController::restartRequested, this,
+            &AppPrefsWindowController::restartRequested);
+    connect(m_v4MainView.get(), &NewMainViewController::stateChanged, m_prefView.get(),
+            &PreferenceViewController::settingsChanged);
+}
+
+bool AppPrefsWindowController::categoriesAreFree() const {
+    using State = NewMainViewController::State;
+    return m_v4MainView->state() == State::Idle || m_v4MainView->state() == State::Results;
+}
+
+void AppPrefsWindowController::showCategorySetting(const QString &key) {
+    if (!m_v4MainView || !categoriesAreFree())
+        return;
+    const auto *const row =
+        std::find_if(cleanCategories.begin(), cleanCategories.end(),
+                     [&](const CleanCategory &each) { return key == QLatin1String(each.key); });
+    if (row == cleanCategories.end())
+        return;
+    const int tag = 1 + int(row - cleanCategories.begin());
+    const auto state = UserDefaults::standardUserDefaults().integerForKey(key);
+    // Which part is meant nobody can tell.
+    constexpr int part = 2;
+    if (state != part)
+        NotificationCenter::defaultCenter().post(
+            changeCheckBoxNotification, nullptr,
+            {{QStringLiteral("tag"), tag}, {QStringLiteral("flag"), state == 0}});
+}
+
 void AppPrefsWindowController::addPage(const Page &page) {
     const QLatin1String identifier(page.identifier);
     const QLatin1String title(page.title);
@@ -117,6 +155,7 @@ void AppPrefsWindowController::setupToolbar() {
         UninstallAppsController::Surroundings{[] { return LicenceGate::isOpen(); }, nullptr});
     connect(this, &AppPrefsWindowController::beginSearchApps, m_uninstallView.get(),
             &UninstallAppsController::beginSearchApps);
+    makePreferencesPage();
     for (const Page &page : pageTable) {
         if (!page.atTheEnd)
             addPage(page);

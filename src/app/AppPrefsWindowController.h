@@ -10,6 +10,7 @@ class CleanMemoryController;
 class DiskUsageAppController;
 class LoginItemController;
 class NewMainViewController;
+class PreferenceViewController;
 class SameFileDeleteViewController;
 class UninstallAppsController;
 struct Page;
@@ -45,13 +46,19 @@ public:
     /// The uninstall page; null before the window was first shown.
     UninstallAppsController *uninstallView() const { return m_uninstallView.get(); }
 
+    /// The preferences page; null before the window was first shown.
+    PreferenceViewController *prefView() const { return m_prefView.get(); }
+
+    /// The clean page follows what another process has set for the category with that key, unless
+    /// its ticks are in use.
+    void showCategorySetting(const QString &key);
     /// Copies the settings of the animation.
     void readAnimationSettings();
 
 Q_SIGNALS:
     /// The uninstall page is shown and wants its list.
     void beginSearchApps();
-    /// The clean page needs the program to be started anew.
+    /// A page needs the program to be started anew.
     void restartRequested();
 
 protected:
@@ -62,6 +69,8 @@ private:
     void makeCleanPage();
     void makeDuplicatesPage();
     void makeDiskUsagePage();
+    void makePreferencesPage();
+    bool categoriesAreFree() const;
     void addPage(const Page &page);
 
     std::unique_ptr<NewMainViewController> m_v4MainView;
@@ -70,6 +79,7 @@ private:
     std::unique_ptr<CleanMemoryController> m_memoryView;
     std::unique_ptr<LoginItemController> m_loginItemView;
     std::unique_ptr<UninstallAppsController> m_uninstallView;
+    std::unique_ptr<PreferenceViewController> m_prefView;
 };
 
 } // namespace brightsweep

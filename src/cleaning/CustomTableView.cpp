@@ -17,7 +17,6 @@ namespace brightsweep {
 namespace {
 
 const QString noSize = QStringLiteral("0.00KB");
-const QString changeCheckBoxNotification = QStringLiteral("changeCheckBox");
 
 constexpr std::array<const char *, 9> iconArr = {
     "my_mac.png",      "system_caches_m.png", "user_caches_m.png",     "system_logs_m.png",

@@ -9,9 +9,11 @@
 #include "cleaning/ScanViewController.h"
 #include "cleaning/V3MainListView.h"
 #include "core/ParseFileLog.h"
+#include "core/SettingKeys.h"
 #include "core/UtilityFunction.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/SaturatingSum.h"
+#include "foundation/UserDefaults.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
 #include "removal/RemovalRun.h"
@@ -33,6 +35,10 @@ constexpr unsigned allCategories = categoryCount;
 // So that the sheet follows the last reload.
 constexpr auto alertDelay = 200ms;
 const QString object = QStringLiteral("object");
+
+bool mayAskForRights() {
+    return UserDefaults::standardUserDefaults().boolForKey(cleanMayAskForRightsKey);
+}
 
 } // namespace
 
@@ -207,7 +213,7 @@ void NewMainViewController::endOneClean() {
     NotificationCenter::defaultCenter().post(cleanShowSelectNumInBottomNotification, nullptr,
                                              {{object, QStringLiteral("clean")}});
     changeStateTextFeild(cleanPageTexts::cleanedLine(freed));
-    if (failuresOf(index) > 0) {
+    if (failuresOf(index) > 0 && mayAskForRights()) {
         Q_EMIT lockAnimation(true);
         Q_EMIT showAlertForPrivilegesToClean();
     }
@@ -233,7 +239,7 @@ void NewMainViewController::endClean() {
     NotificationCenter::defaultCenter().post(cleanShowSelectNumInBottomNotification, nullptr,
                                              {{object, QStringLiteral("clean")}});
     changeStateTextFeild(cleanPageTexts::cleanedLine(cleaned));
-    if (failures > 0) {
+    if (failures > 0 && mayAskForRights()) {
         m_clock.cancel(m_alertCall);
         m_alertCall = m_clock.callAfter(alertDelay, [this] {
             Q_EMIT lockAnimation(true);

@@ -30,6 +30,14 @@ inline constexpr QLatin1String DSSystemDuplication("DSSystemDuplication");
 inline constexpr QLatin1String DSDiskUsageLimit("DSDiskUsageLimit");
 inline constexpr QLatin1String DSDiskUsageUnit("DSDiskUsageUnit");
 inline constexpr QLatin1String DSDiskUsageShowStyle("DSDiskUsageShowStyle");
+/// True hides the status item, in spite of the name.
+inline constexpr QLatin1String DSShowStatusItem("DSShowStatusItem");
+inline constexpr QLatin1String SUEnableAutomaticChecks("SUEnableAutomaticChecks");
+inline constexpr QLatin1String SUScheduledCheckInterval("SUScheduledCheckInterval");
+/// The language of the window as Qt names locales, "de"; empty for the desktop's.
+inline constexpr QLatin1String languageKey("Language");
+/// A clean that leaves items for want of rights may ask for them.
+inline constexpr QLatin1String cleanMayAskForRightsKey("CleanMayAskForRights");
 /// The size of the content that the user gave the window, as "880x500".
 inline constexpr QLatin1String mainWindowSizeKey("MainWindowSize");
 
@@ -88,14 +96,14 @@ inline constexpr SettingKey settingKeys[] = {
     {DSDuplicatesUnit, SettingType::Integer, SettingOwner::PreferenceViewController, "2"},
     {DSHidenDuplication, SettingType::Bool, SettingOwner::PreferenceViewController, "0"},
     {DSSystemDuplication, SettingType::Bool, SettingOwner::PreferenceViewController, "0"},
-    // True hides the status item, in spite of the name.
-    {QLatin1String("DSShowStatusItem"), SettingType::Bool, SettingOwner::PreferenceViewController,
-     "0"},
+    {DSShowStatusItem, SettingType::Bool, SettingOwner::PreferenceViewController, "0"},
     {DSDiskUsageLimit, SettingType::Integer, SettingOwner::PreferenceViewController, "0"},
     {DSDiskUsageUnit, SettingType::Integer, SettingOwner::PreferenceViewController, "0"},
     {DSDiskUsageShowStyle, SettingType::Bool, SettingOwner::PreferenceViewController, "0"},
-    {QLatin1String("SUEnableAutomaticChecks"), SettingType::Bool, SettingOwner::Nobody},
-    {QLatin1String("SUScheduledCheckInterval"), SettingType::Integer, SettingOwner::Nobody},
+    {SUEnableAutomaticChecks, SettingType::Bool, SettingOwner::Nobody},
+    {SUScheduledCheckInterval, SettingType::Integer, SettingOwner::Nobody},
+    {languageKey, SettingType::Text, SettingOwner::Nobody},
+    {cleanMayAskForRightsKey, SettingType::Bool, SettingOwner::PreferenceViewController, "1"},
     {mainWindowSizeKey, SettingType::Text, SettingOwner::Nobody},
     {QLatin1String("openAtStartup"), SettingType::Text, SettingOwner::AppController, "YES"},
     {QLatin1String("fade"), SettingType::Text, SettingOwner::AppController, "YES"},

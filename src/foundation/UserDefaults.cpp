@@ -20,6 +20,7 @@
 #include <limits>
 #include <memory>
 #include <thread>
+#include <utility>
 
 namespace brightsweep {
 
@@ -47,9 +48,10 @@ QString textOf(const QVariant &value) {
     return value.toString();
 }
 
-void tellChange(const QString &key) {
-    NotificationCenter::defaultCenter().post(UserDefaultsDidChangeNotification, nullptr,
-                                             {{QStringLiteral("key"), key}});
+void tellChange(const QString &key, bool elsewhere = false) {
+    NotificationCenter::defaultCenter().post(
+        UserDefaultsDidChangeNotification, nullptr,
+        {{QStringLiteral("key"), key}, {QStringLiteral("elsewhere"), elsewhere}});
 }
 
 void appendEscaped(std::string &line, const QString &text, bool isKey) {
@@ -230,6 +232,7 @@ void UserDefaults::setObject(const QString &key, const QVariant &object) {
         synchronizeLocked();
     }
     tellChange(key);
+    tellChangesElsewhere();
 }
 
 void UserDefaults::removeObject(const QString &key) {
@@ -241,11 +244,40 @@ void UserDefaults::removeObject(const QString &key) {
         synchronizeLocked();
     }
     tellChange(key);
+    tellChangesElsewhere();
 }
 
 bool UserDefaults::synchronize() {
-    const std::lock_guard lock(m_mutex);
-    return synchronizeLocked();
+    bool done = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        done = synchronizeLocked();
+    }
+    tellChangesElsewhere();
+    return done;
+}
+
+void UserDefaults::noteChanges(const Values &before) {
+    for (auto value = before.cbegin(); value != before.cend(); ++value) {
+        const auto now = m_userValues.constFind(value.key());
+        if (now == m_userValues.cend() || *now != *value)
+            m_changedElsewhere += value.key();
+    }
+    for (auto key = m_userValues.keyBegin(); key != m_userValues.keyEnd(); ++key) {
+        if (!before.contains(*key))
+            m_changedElsewhere += *key;
+    }
+}
+
+// Without the lock: who hears of it may read.
+void UserDefaults::tellChangesElsewhere() {
+    QStringList keys;
+    {
+        const std::lock_guard lock(m_mutex);
+        keys.swap(m_changedElsewhere);
+    }
+    for (const QString &key : keys)
+        tellChange(key, true);
 }
 
 // Waits for others, but not for ever, and not again while the same one goes on. A file system
@@ -286,7 +318,9 @@ bool UserDefaults::synchronizeLocked() {
         merged.remove(*removed);
     for (auto set = m_unwritten.cbegin(); set != m_unwritten.cend(); ++set)
         merged.insert(set.key(), *set);
-    m_userValues = merged;
+    const Values before = std::exchange(m_userValues, merged);
+    if (before != merged)
+        noteChanges(before);
     if (!changed) {
         m_problem.clear();
         return true;

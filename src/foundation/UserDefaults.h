@@ -2,6 +2,7 @@
 
 #include <QMap>
 #include <QString>
+#include <QStringList>
 #include <QVariantMap>
 
 #include <cstdint>
@@ -13,8 +14,8 @@
 
 namespace brightsweep {
 
-/// Posted after a value was set or removed in this process, on the thread that did it. User info:
-/// "key".
+/// Posted after a value was set or removed, on the thread that did it or that took in what another
+/// process did. User info: "key", and "elsewhere", true for another process.
 inline constexpr QLatin1String UserDefaultsDidChangeNotification("UserDefaultsDidChange");
 
 /// Typed settings by key: the user's values above a layer of registered defaults.
@@ -80,6 +81,8 @@ public:
 private:
     QVariant value(const QString &key) const;
     bool synchronizeLocked();
+    void noteChanges(const Values &before);
+    void tellChangesElsewhere();
     bool lockFolder(int folder);
     bool notWritten(const std::string &problem);
     bool read(Values &values);
@@ -91,6 +94,7 @@ private:
     Values m_unwritten;            // set since the last successful write
     QMap<QString, bool> m_removed; // removed since then
     QVariantMap m_registered;
+    QStringList m_changedElsewhere; // keys, not told yet
     std::string m_readProblem;
     std::string m_problem;
     bool m_lockIsHeld = false; // by another process, when it was last tried

@@ -10,7 +10,6 @@ namespace {
 constexpr QLatin1String uninstallKey("DSUninstall");
 constexpr QLatin1String freeSpaceKey("DSFreeSpace");
 constexpr QLatin1String lastClickRowKey("DSLastClickRow");
-constexpr QLatin1String hiddenStatusItemKey("DSShowStatusItem");
 
 UserDefaults &defaults() {
     return UserDefaults::standardUserDefaults();
@@ -106,10 +105,10 @@ bool PreferenceViewController::getLoginItemIsHide() {
 }
 
 void PreferenceViewController::setHiddenStatusItem(bool hidden) {
-    setAndSynchronize(hiddenStatusItemKey, hidden);
+    setAndSynchronize(DSShowStatusItem, hidden);
 }
 bool PreferenceViewController::getHiddenStatusItem() {
-    return defaults().boolForKey(hiddenStatusItemKey);
+    return defaults().boolForKey(DSShowStatusItem);
 }
 
 } // namespace brightsweep

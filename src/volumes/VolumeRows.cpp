@@ -77,15 +77,18 @@ const DSVolumeInfo *VolumeRows::getBootVolume() {
 }
 
 QString VolumeRows::imageNameOf(const DSVolumeInfo *boot) {
+    return imageNameOf(boot, alarmOf(DSSpaceAlarmKey));
+}
+
+QString VolumeRows::imageNameOf(const DSVolumeInfo *boot, float alarmPercent) {
     if (!boot)
         return {};
     const int used = FillLevel::usedPercent(boot->nTotalSize, boot->nFreeSize);
     if (used < 0)
         return {};
     const auto free = FillLevel::freePercent(boot->nTotalSize, boot->nFreeSize);
-    return QString::number(used) + (alarmOf(DSSpaceAlarmKey) >= float(free)
-                                        ? QLatin1String("%-1.png")
-                                        : QLatin1String("%.png"));
+    return QString::number(used) +
+           (alarmPercent >= float(free) ? QLatin1String("%-1.png") : QLatin1String("%.png"));
 }
 
 bool VolumeRows::getWarningValue() const {

@@ -37,6 +37,8 @@ public:
     const DSVolumeInfo *getBootVolume();
     /// The image of the status item for a boot volume; empty without one.
     static QString imageNameOf(const DSVolumeInfo *boot);
+    /// The same at another alarm level than the one in the settings, in percent.
+    static QString imageNameOf(const DSVolumeInfo *boot, float alarmPercent);
     /// Whether there are as many volumes as the menu was built with. One in another's place does
     /// not count.
     bool hasMenusCount() const { return volsInfo && volsInfo->size() == previousCount; }

@@ -1,4 +1,6 @@
 #include "app/Resident.h"
+#include "cleaning/NewMainViewController.h"
+#include "cleaning/V3MainListView.h"
 #include "core/MacLog.h"
 #include "core/SettingKeys.h"
 #include "core/UtilityFunction.h"
@@ -443,6 +445,22 @@ TEST_F(Menu, TheStatusItemIsHiddenAndShown) {
     EXPECT_TRUE(item->shown);
     post(true);
     EXPECT_FALSE(item->shown);
+}
+
+TEST_F(Menu, SettingsOfAnotherProcessAreUsedAtOnce) {
+    launch();
+    NewMainViewController &page =
+        *AppPrefsWindowController::sharedPrefsWindowController().v4MainView();
+    EXPECT_TRUE(item->shown);
+    EXPECT_TRUE(page.row(0).isTicked());
+    UserDefaults other(UserDefaults::standardUserDefaults().file());
+    other.setObject(DSShowStatusItem, true);
+    other.setObject(DSLoginCheckKey, 1);
+    other.setObject(DSSystemCachesKey, 0);
+    other.setObject(DSSpaceAlarmKey, 1.0F);
+    waitUntil([&] { return !item->shown && !page.row(0).isTicked(); });
+    EXPECT_TRUE(delegate->menu().isChecked(MenuAction::LaunchAtLogin));
+    EXPECT_TRUE(item->images[0].argb.ends_with("%-1.png"));
 }
 
 } // namespace

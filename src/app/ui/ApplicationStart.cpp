@@ -9,6 +9,7 @@
 #include "app/ui/MainWindow.h"
 #include "cleaning/ui/QuickCleanWindow.h"
 #include "core/MacLog.h"
+#include "core/SettingKeys.h"
 #include "core/Texts.h"
 #include "diskusage/ui/ChartCanvasChoice.h"
 #include "foundation/Identity.h"
@@ -153,9 +154,23 @@ QIcon windowIcon() {
     return icon;
 }
 
+// The one that was chosen, else the desktop's.
+QLocale readersLocale() {
+    const QLocale desktop = QLocale::system();
+    const QString chosen = UserDefaults::standardUserDefaults().stringForKey(languageKey);
+    if (chosen.isEmpty())
+        return desktop;
+    const QLocale locale(chosen);
+    const QLocale spoken(desktop.uiLanguages().value(0));
+    // The desktop's own one knows the region as well.
+    const bool isSpoken =
+        locale.language() == spoken.language() && locale.script() == spoken.script();
+    return isSpoken ? desktop : locale;
+}
+
 // Qt's own words, those of an input's menu, come from its own files where they are installed.
 void speakToUser(QApplication &application) {
-    const QLocale user = QLocale::system();
+    const QLocale user = readersLocale();
     setReader(user);
     auto *const toolkit = new QTranslator(&application);
     if (toolkit->load(user, QStringLiteral("qtbase"), QStringLiteral("_"),

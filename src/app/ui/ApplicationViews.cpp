@@ -60,6 +60,7 @@ ApplicationViews::ApplicationViews(AppDelegate &delegate, CustomStatusItemView &
             acts.memory = AppPrefsWindowController::sharedPrefsWindowController().memoryView();
             acts.uninstall =
                 AppPrefsWindowController::sharedPrefsWindowController().uninstallView();
+            acts.preferences = AppPrefsWindowController::sharedPrefsWindowController().prefView();
             return makePanelPage(identifier, acts, page);
         });
     m_popup = std::make_unique<StatusPopup>(m_delegate.menu());

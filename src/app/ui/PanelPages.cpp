@@ -19,6 +19,7 @@
 #include "platform/Platform.h"
 #include "platform/StandardDirectories.h"
 #include "platform/Workspace.h"
+#include "preferences/ui/PreferencesPanel.h"
 #include "uninstall/ui/UninstallPanel.h"
 
 #include <algorithm>
@@ -51,10 +52,6 @@ void openAutostart(const PanelActs &) {
     openFirst({settings / "autostart", "/etc/xdg/autostart", settings});
 }
 
-void showLog(const PanelActs &) {
-    Platform::current().workspace->reveal(MacLog::supportFolder() / logFileName);
-}
-
 template <typename Panel>
 QWidget *makeClean(const PanelActs &acts, QWidget *parent) {
     return new Panel(*acts.clean, parent);
@@ -78,6 +75,10 @@ QWidget *makeUninstall(const PanelActs &acts, QWidget *parent) {
     return new UninstallPanel(*acts.uninstall, parent);
 }
 
+QWidget *makePreferences(const PanelActs &acts, QWidget *parent) {
+    return new PreferencesPanel(*acts.preferences, parent);
+}
+
 QWidget *makeCleanResults(const PanelActs &acts, QWidget *parent) {
     auto *const results = new CleanResultsPanel(*acts.clean, parent);
     QObject::connect(results, &CleanResultsPanel::volumesRequested, results, acts.showVolumes);
@@ -96,8 +97,6 @@ struct EmptyPage {
 constexpr std::array emptyPages = {
     EmptyPage{"login_items", "start_login_items.png", QT_TRID_NOOP("EMPTY_LOGIN_ITEMS"),
               QT_TRID_NOOP("OPEN_AUTOSTART"), openAutostart},
-    EmptyPage{"preferences", "start_preferences.png", QT_TRID_NOOP("EMPTY_PREFERENCES"),
-              QT_TRID_NOOP("SHOW_LOG"), showLog},
 };
 
 QWidget *makeEmpty(const Page &page, const PanelActs &acts, QWidget *parent) {
@@ -130,6 +129,7 @@ constexpr std::array panelMakers = {
     PanelMaker{"DATA_DiskUsage", makeDiskUsage<DiskUsageResultsPanel>},
     PanelMaker{"delete", makeUninstall},
     PanelMaker{"memory", makeMemory},
+    PanelMaker{"preferences", makePreferences},
 };
 
 } // namespace
@@ -137,7 +137,7 @@ constexpr std::array panelMakers = {
 QWidget *makePanelPage(const QString &identifier, const PanelActs &acts, QWidget *parent) {
     for (const PanelMaker &row : panelMakers) {
         if (acts.clean && acts.duplicates && acts.diskUsage && acts.memory && acts.uninstall &&
-            identifier == QLatin1String(row.panel))
+            acts.preferences && identifier == QLatin1String(row.panel))
             return row.make(acts, parent);
     }
     const Page *const page = pageOfPanel(identifier);

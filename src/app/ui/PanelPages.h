@@ -11,6 +11,7 @@ namespace brightsweep {
 class CleanMemoryController;
 class DiskUsageAppController;
 class NewMainViewController;
+class PreferenceViewController;
 class SameFileDeleteViewController;
 class UninstallAppsController;
 
@@ -22,6 +23,7 @@ struct PanelActs {
     DiskUsageAppController *diskUsage = nullptr;        ///< the disk usage page's
     CleanMemoryController *memory = nullptr;            ///< the memory page's
     UninstallAppsController *uninstall = nullptr;       ///< the uninstall page's
+    PreferenceViewController *preferences = nullptr;    ///< the preferences page's
 };
 
 /// The page of a panel of the main window. Panels that have no page yet say what they are for.

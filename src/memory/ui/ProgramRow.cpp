@@ -26,9 +26,8 @@ QIcon iconNamed(const QString &name) {
     if (!icon.isNull() && isSeenOnGround(icon))
         return icon;
     const QIcon usual = QIcon::fromTheme(QStringLiteral("application-x-executable"));
-    return !usual.isNull() && isSeenOnGround(usual)
-               ? usual
-               : imageNamed(QStringLiteral("uninstall_app.png"));
+    return !usual.isNull() && isSeenOnGround(usual) ? usual
+                                                    : imageNamed(QStringLiteral("memory.png"));
 }
 
 } // namespace

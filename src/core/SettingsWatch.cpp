@@ -1,0 +1,53 @@
+#include "core/SettingsWatch.h"
+
+#include "foundation/Paths.h"
+#include "foundation/UserDefaults.h"
+
+#include <QFile>
+
+#include <chrono>
+#include <filesystem>
+
+namespace brightsweep {
+
+namespace {
+
+// A write makes several events.
+constexpr std::chrono::milliseconds settleTime{50};
+
+QString inQt(const std::filesystem::path &path) {
+    return QFile::decodeName(QByteArray::fromStdString(path.native()));
+}
+
+} // namespace
+
+SettingsWatch::SettingsWatch(QObject *parent) : QObject(parent) {
+    m_settled.setSingleShot(true);
+    m_settled.setInterval(settleTime);
+    const auto begin = [this] {
+        if (!m_settled.isActive())
+            m_settled.start();
+    };
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, begin);
+    connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, begin);
+    connect(&m_settled, &QTimer::timeout, this, [this] {
+        watch();
+        UserDefaults::standardUserDefaults().synchronize();
+    });
+    watch();
+}
+
+// The folder tells of a file that takes another's place; the file itself of one that is written
+// where it stands, also when it is a link to elsewhere. It must be named again for every new one.
+void SettingsWatch::watch() {
+    const auto &file = UserDefaults::standardUserDefaults().file();
+    std::error_code ignored;
+    std::filesystem::create_directories(paths::parent(file), ignored);
+    for (const QString &path : {inQt(paths::parent(file)), inQt(file)}) {
+        m_watcher.removePath(path);
+        if (QFile::exists(path))
+            m_watcher.addPath(path);
+    }
+}
+
+} // namespace brightsweep

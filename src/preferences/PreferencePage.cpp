@@ -1,0 +1,262 @@
+// The controls of the preferences page.
+
+#include "core/MacLog.h"
+#include "core/SettingKeys.h"
+#include "foundation/Identity.h"
+#include "foundation/Log.h"
+#include "foundation/NotificationCenter.h"
+#include "foundation/Paths.h"
+#include "foundation/UserDefaults.h"
+#include "memory/getMemoryInfo.h"
+#include "platform/MemorySource.h"
+#include "platform/Platform.h"
+#include "platform/Workspace.h"
+#include "preferences/PreferenceViewController.h"
+#include "volumes/FillLevel.h"
+#include "volumes/MenuItem.h"
+#include "volumes/VolumeNotifications.h"
+#include "volumes/VolumeRows.h"
+#include "volumes/VolumesInfo.h"
+
+#include <QThread>
+
+#include <algorithm>
+#include <system_error>
+
+namespace brightsweep {
+
+namespace {
+
+constexpr qsizetype longestLimit = 4; // characters
+constexpr char notANumberKey[] = QT_TRID_NOOP("不是数字");
+
+const UserDefaults &stored() {
+    return UserDefaults::standardUserDefaults();
+}
+
+void store(const QString &key, const QVariant &value) {
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    defaults.setObject(key, value);
+    defaults.synchronize();
+}
+
+bool isDigit(QChar character) {
+    return character >= u'0' && character <= u'9';
+}
+
+} // namespace
+
+PreferenceViewController::PreferenceViewController(Surroundings surroundings, QObject *parent)
+    : QObject(parent),
+      m_surroundings(std::move(surroundings)),
+      m_languageInUse(stored().stringForKey(languageKey)) {
+    NotificationCenter::defaultCenter().addObserver(
+        this, UserDefaultsDidChangeNotification, [this](const Notification &) {
+            // A worker's change is told once the main thread gets to it.
+            if (QThread::currentThread() == thread())
+                Q_EMIT settingsChanged();
+            else
+                m_queue.post([this] { Q_EMIT settingsChanged(); });
+        });
+}
+
+PreferenceViewController::~PreferenceViewController() {
+    NotificationCenter::defaultCenter().removeObserver(this);
+}
+
+// -- What the controls show
+
+float PreferenceViewController::alarmSlider() const {
+    return stored().floatForKey(DSSpaceAlarmKey);
+}
+
+float PreferenceViewController::memorySlider() const {
+    return stored().floatForKey(DSMemoryAlarmKey);
+}
+
+std::int64_t PreferenceViewController::limit(const LimitField &field) const {
+    return stored().integerForKey(field.limitKey);
+}
+
+int PreferenceViewController::unitTag(const LimitField &field) const {
+    return int(stored().integerForKey(field.unitKey));
+}
+
+bool PreferenceViewController::sysCheckBox() const {
+    return stored().boolForKey(DSSystemDuplication);
+}
+
+bool PreferenceViewController::hideCheckBox() const {
+    return stored().boolForKey(DSHidenDuplication);
+}
+
+bool PreferenceViewController::autoCheckUpdates() const {
+    return stored().boolForKey(SUEnableAutomaticChecks);
+}
+
+int PreferenceViewController::updateTime() const {
+    return int(stored().integerForKey(SUScheduledCheckInterval));
+}
+
+bool PreferenceViewController::checkBoxBtn() const {
+    return stored().boolForKey(DSLoginCheckKey);
+}
+
+Qt::CheckState PreferenceViewController::category(int tag) const {
+    const QLatin1String key(cleanCategories[std::size_t(tag - 1)].key);
+    switch (stored().integerForKey(key)) {
+    case 0:
+        return Qt::Unchecked;
+    case 2:
+        return Qt::PartiallyChecked;
+    default:
+        return Qt::Checked;
+    }
+}
+
+bool PreferenceViewController::categoriesAreFree() const {
+    return !m_surroundings.categoriesAreFree || m_surroundings.categoriesAreFree();
+}
+
+QString PreferenceViewController::language() const {
+    return stored().stringForKey(languageKey);
+}
+
+bool PreferenceViewController::cleanMayAskForRights() const {
+    return stored().boolForKey(cleanMayAskForRightsKey);
+}
+
+std::filesystem::path PreferenceViewController::logFile() const {
+    return paths::join(MacLog::supportFolder(), logFileName);
+}
+
+std::uint64_t PreferenceViewController::logSize() const {
+    std::error_code error;
+    const auto size = std::filesystem::file_size(logFile(), error);
+    return error ? 0 : size;
+}
+
+AlarmPreview PreferenceViewController::spacePreview(float alarm) const {
+    VolumesInfo volumes(*Platform::current().volumes);
+    for (const DSVolumeInfo &volume : volumes.getAllVolsInfo()) {
+        if (volume.bIsDefaultVol) {
+            const int percent = int(alarm * 100);
+            return {VolumeRows::imageNameOf(&volume, alarm * 100),
+                    FillLevel::isLow(volume.nTotalSize, volume.nFreeSize, percent),
+                    FillLevel::freePercent(volume.nTotalSize, volume.nFreeSize)};
+        }
+    }
+    return {};
+}
+
+AlarmPreview PreferenceViewController::memoryPreview(float alarm) const {
+    MemoryInfo memory;
+    getMemoryInfo(&memory);
+    const auto available = Platform::current().memory->availableBytes();
+    if (!available)
+        return {};
+    MenuItem row;
+    row.myStorage = memoryStorage;
+    row.nTotalSize = memory.totalMem;
+    row.nFreeSize = std::min(*available, memory.totalMem);
+    row.errorValue = QString::number(double(alarm * 100), 'f', 6);
+    return {row.getPrograssImage(), row.warns(),
+            FillLevel::freePercent(row.nTotalSize, row.nFreeSize)};
+}
+
+// -- Actions
+
+void PreferenceViewController::changeArlarmSliderValue(float value) {
+    store(DSSpaceAlarmKey, value);
+}
+
+void PreferenceViewController::changeMemorySliderVaule(float value) {
+    store(DSMemoryAlarmKey, value);
+}
+
+void PreferenceViewController::changeLimitUnit(int selectedTag) {
+    store(DSDuplicatesUnit, selectedTag);
+}
+
+void PreferenceViewController::changeDiskUsageUnit(int selectedTag) {
+    store(DSDiskUsageUnit, selectedTag);
+}
+
+void PreferenceViewController::changeCheckInterval(int selectedTag) {
+    store(SUScheduledCheckInterval, selectedTag);
+}
+
+void PreferenceViewController::changeAutoUpdate(int state) {
+    store(SUEnableAutomaticChecks, state >= 1);
+}
+
+void PreferenceViewController::changeSysDuplicates(int state) {
+    store(DSSystemDuplication, state >= 1);
+}
+
+void PreferenceViewController::changeHiddenDuplicates(int state) {
+    store(DSHidenDuplication, state >= 1);
+}
+
+void PreferenceViewController::loginButtonAction(int state) {
+    m_surroundings.launchAtLogin(state);
+}
+
+void PreferenceViewController::changeCategory(int tag) {
+    if (!categoriesAreFree())
+        return;
+    const bool flag = category(tag) != Qt::Unchecked;
+    // Stored first, so that whoever hears of it reads what it is now.
+    setCategoryClicked(unsigned(tag - 1), flag ? 0 : 1);
+    NotificationCenter::defaultCenter().post(
+        changeCheckBoxNotification, nullptr,
+        {{QStringLiteral("tag"), tag}, {QStringLiteral("flag"), flag}});
+}
+
+void PreferenceViewController::changeShowStatusBtnClick() {
+    const bool hidden = !getHiddenStatusItem();
+    NSLog("ischose:%d", hidden);
+    setHiddenStatusItem(hidden);
+    NotificationCenter::defaultCenter().post(setStatusBarHiddenNotification, nullptr,
+                                             {{QStringLiteral("object"), hidden}});
+}
+
+void PreferenceViewController::changeLanguage(const QString &locale) {
+    store(languageKey, locale);
+}
+
+void PreferenceViewController::changeCleanMayAskForRights(int state) {
+    store(cleanMayAskForRightsKey, state >= 1);
+}
+
+void PreferenceViewController::openLog() {
+    // No program may be set for such a file.
+    if (!Platform::current().workspace->open(logFile()))
+        Platform::current().workspace->reveal(logFile());
+}
+
+// -- The limit fields
+
+QString PreferenceViewController::controlTextDidChange(int tag, const QString &text) {
+    const QString kept = text.toUpper().left(longestLimit);
+    for (const LimitField &field : limitFields) {
+        if (field.tag == tag)
+            store(field.limitKey, qlonglong(integerFromText(kept)));
+    }
+    return kept;
+}
+
+bool PreferenceViewController::isPartialStringValid(const QString &partialString,
+                                                    qsizetype proposedSelectionStart,
+                                                    qsizetype originalSelectionStart,
+                                                    QString *errorDescription) {
+    const auto size = std::max<qsizetype>(0, proposedSelectionStart - originalSelectionStart);
+    const QString added = partialString.mid(originalSelectionStart, size);
+    if (std::all_of(added.begin(), added.end(), isDigit))
+        return true;
+    if (errorDescription)
+        *errorDescription = QString::fromUtf8(notANumberKey);
+    return false;
+}
+
+} // namespace brightsweep
