@@ -175,12 +175,11 @@ ToolOutput PackagesRemoval::actByDpkg(const PackageRemoval &removal) const {
     const ToolOutput output = m_run(with({dpkg, "--remove", "--"}, removal.names));
     // What could not be removed stays wanted away, and would go with whatever is done next.
     if (output.status != 0)
-        m_run(with(
-            {"/bin/sh", "-c",
-             "for name do dpkg-query -W -f '${binary:Package} install\\n' -- \"$name\"; done | "
-             "dpkg --set-selections",
-             "sh"},
-            removal.names));
+        m_run(with({"/bin/sh", "-c",
+                    "dpkg-query -W -f '${binary:Package} ${db:Status-Status}\\n' -- \"$@\" | "
+                    "sed -n 's/ installed$/ install/p' | dpkg --set-selections",
+                    "sh"},
+                   removal.names));
     return output;
 }
 

@@ -197,15 +197,17 @@ TEST_F(Packages, OfThisProgramStay) {
 
 TEST_F(Packages, GoWithoutAptAsWell) {
     install({{"demo-fails", {}, {{"DEBIAN/prerm", "#!/bin/sh\n[ -e /tmp/may-go ]\n"}}},
-             {"demo-plugin", "Depends: demo-fails\n"}});
+             {"demo-plugin",
+              "Depends: demo-fails\n",
+              {{"etc/demo-plugin.conf", "x"}, {"DEBIAN/conffiles", "/etc/demo-plugin.conf\n"}}}});
     auto before = states();
     shell("mv /usr/bin/apt-get /usr/bin/apt-get.away");
     EXPECT_EQ(remove(planOf("demo-fails")).outcome, UninstallOutcome::Failed);
     // Nothing is left that a later run of dpkg would remove by itself.
-    EXPECT_THAT(changes(before), ElementsAre("-demo-plugin ii "));
+    EXPECT_THAT(changes(before), ElementsAre("-demo-plugin ii ", "+demo-plugin rc "));
     std::ofstream("/tmp/may-go") << "x";
     EXPECT_EQ(remove(planOf("demo-fails")).outcome, UninstallOutcome::Removed);
-    shell("mv /usr/bin/apt-get.away /usr/bin/apt-get");
+    shell("mv /usr/bin/apt-get.away /usr/bin/apt-get; dpkg --purge demo-plugin");
 }
 
 TEST_F(Packages, ThatSomethingCameToDependOnStay) {
