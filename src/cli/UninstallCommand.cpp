@@ -12,11 +12,10 @@
 #include "uninstall/RemovalPlanner.h"
 #include "uninstall/Uninstallation.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
 #include <memory>
 #include <mutex>
+#include <sstream>
 
 namespace brightsweep::cli {
 
@@ -181,7 +180,7 @@ std::vector<ActedItem> actedOf(const Planned &planned, bool isTried) {
     if (!isGone)
         error = !record.message.empty() ? record.message
                 : record.outcome == UninstallOutcome::NeedsRights
-                    ? "administrator rights are needed"
+                    ? "administrator rights are needed; --admin asks for them"
                 : !record.isTried && isTried ? "interrupted"
                                              : "it cannot be removed";
     acted.push_back({plan.application.key, planned.bytes, error});
@@ -250,6 +249,23 @@ void writePlan(JsonWriter &json, const Planned &planned, bool isTried) {
     json.endObject();
 }
 
+std::string sizeText(std::uint64_t bytes) {
+    return UtilityFunction::convertVolSpace(bytes).toStdString();
+}
+
+// Of what a tool printed the line that tells of the error; all of it is a warning.
+std::string inShort(const std::string &words) {
+    std::string last;
+    std::istringstream lines(words);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.find("error") != line.npos || line.starts_with("E: "))
+            return line;
+        if (!line.empty())
+            last = std::move(line);
+    }
+    return last;
+}
+
 std::string planText(const Planned &planned, bool isTried, std::uint64_t &bytes) {
     const RemovalPlan &plan = planned.record.plan;
     std::string text = plan.application.name +
@@ -261,21 +277,25 @@ std::string planText(const Planned &planned, bool isTried, std::uint64_t &bytes)
             names += (names.empty() ? "" : ", ") + name;
         text += "  is running: " + names + "\n";
     }
+    const auto &also = plan.also;
+    const bool hasGone =
+        isTried ? planned.record.outcome == UninstallOutcome::Removed : isPlannedToGo(planned);
+    const std::string went = isTried ? "  removed" : "  would be removed";
     Table table({false, true, false});
     for (const ActedItem &item : actedOf(planned, isTried)) {
+        const bool goesAlong = std::find(also.begin(), also.end(), item.path) != also.end();
         if (item.error.empty())
             bytes = addSaturating(bytes, item.bytes);
-        table.row({item.error.empty() ? isTried ? "  removed" : "  would be removed" : "  stays",
-                   UtilityFunction::convertVolSpace(item.bytes).toStdString(),
-                   item.error.empty() ? item.path : item.path + ": " + item.error});
+        table.row({item.error.empty() ? went : "  stays", goesAlong ? "" : sizeText(item.bytes),
+                   item.error.empty() ? item.path : item.path + ": " + inShort(item.error)});
     }
     for (const Leftover &leftover : plan.leftovers) {
-        if (!leftover.ticked)
-            table.row({"  kept", UtilityFunction::convertVolSpace(leftover.bytes).toStdString(),
+        if (!leftover.ticked || !hasGone)
+            table.row({"  kept", sizeText(leftover.bytes),
                        leftover.path.native() + " (" + kindWord(leftover.kind) + ")"});
     }
     for (const auto &file : plan.systemSettings)
-        table.row({plan.purge ? isTried ? "  removed" : "  would be removed" : "  kept", "",
+        table.row({plan.purge && hasGone ? went : "  kept", "",
                    file.native() + " (settings of the system)"});
     return text + table.text();
 }
@@ -300,12 +320,14 @@ int tell(Job &job, Output &output) {
     for (const Planned &planned : job.planned) {
         writePlan(json, planned, job.isTried);
         text += planText(planned, job.isTried, bytes);
+        if (planned.record.message.find('\n') != std::string::npos)
+            output.warning(planned.record.message);
         fails = fails || !isPlannedToGo(planned) || (job.isTried && !planned.record.isWhole());
     }
     json.endArray();
     json.endObject();
-    text += UtilityFunction::convertVolSpace(bytes).toStdString() +
-            (job.options.applies ? " freed\n" : " would be freed; --apply does it\n");
+    text +=
+        sizeText(bytes) + (job.options.applies ? " freed\n" : " would be freed; --apply does it\n");
     if (!output.data(output.json ? json.take() : text))
         return Failed;
     return fails ? PartlyFailed : Done;

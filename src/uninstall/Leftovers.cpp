@@ -302,6 +302,12 @@ std::vector<Leftover> Leftovers::of(const RemovalPlan &plan, const std::atomic<b
     if (application.kind == ApplicationKind::Flatpak && hasTwin(application))
         return {};
     found.addNamed(LeftoverNames::of(namesOf(application)), claimed, "has its name");
+    for (const InstalledApplication &other : m_installed) {
+        if (other.kind == application.kind &&
+            std::find(plan.also.begin(), plan.also.end(), other.key) != plan.also.end())
+            found.addNamed(LeftoverNames::of(namesOf(other)), claimed,
+                           "has the name of \"" + other.name + "\", which goes along");
+    }
     if (application.kind == ApplicationKind::Flatpak)
         addMade(found, madeByFlatpak, flatpakIdOf(application.key));
     if (application.kind == ApplicationKind::Snap)

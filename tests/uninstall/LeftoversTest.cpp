@@ -111,7 +111,9 @@ TEST_F(LeftoversTest, OfAnotherThatStaysOrOfTheDesktopAreLeftAlone) {
     EXPECT_EQ(ticksOf(both.of(planOf(writer))), alone);
     RemovalPlan suite = planOf(writer);
     suite.also = {"libreoffice-calc"};
+    home.file(".config/libreoffice-calc/x");
     EXPECT_TRUE(ticksOf(both.of(suite)).contains(".config/libreoffice"));
+    EXPECT_TRUE(ticksOf(both.of(suite)).contains(".config/libreoffice-calc")) << "it goes along";
     ::unsetenv("XDG_CURRENT_DESKTOP");
 }
 
