@@ -134,7 +134,7 @@ private:
             return encodeReplies({dropCaches()});
         case Verb::RemovePackages:
             return m_packages ? encodePackagesReply(m_packages->run(request.packages))
-                              : refusal("these rights are for files");
+                              : refusal("these rights do not reach packages");
         case Verb::Stop: // came when its request had been answered
             break;
         }

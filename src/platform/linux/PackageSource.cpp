@@ -178,6 +178,7 @@ PackageDatabase *PackageSource::database() const {
     if (m_database && root == m_root && m_database->stamp() == m_stamp)
         return m_database.get();
     m_safety.reset();
+    m_knownOwners.clear();
     m_root = root;
     m_database = PackageDatabase::open(root, askTool);
     m_stamp = m_database ? m_database->stampWhenRead() : std::string();
@@ -200,20 +201,27 @@ PathOwners PackageSource::owners(const PathSet &paths) {
     return ownersOf(paths);
 }
 
+// Asked about the same entries and programs again and again, it passes over the lists once.
 PathOwners PackageSource::ownersOf(const PathSet &paths) {
     PackageDatabase *known = database();
     if (!known)
         return {};
-    PathSet asked;
-    std::unordered_map<std::string, std::string> given; // by the path that is asked for
+    PathSet unknown;
     for (const std::string &path : paths) {
         const std::string inside = inSystem(path, m_root);
-        asked.insert(inside);
-        given.emplace(inside, path);
+        if (m_knownOwners.count(inside) == 0)
+            unknown.insert(inside);
+    }
+    if (!unknown.empty()) {
+        m_knownOwners.merge(known->owners(unknown));
+        for (const std::string &path : unknown)
+            m_knownOwners.try_emplace(path);
     }
     PathOwners owners;
-    for (const auto &[path, name] : known->owners(asked))
-        owners.emplace(given[path], name);
+    for (const std::string &path : paths) {
+        if (const std::string &name = m_knownOwners[inSystem(path, m_root)]; !name.empty())
+            owners.emplace(path, name);
+    }
     return owners;
 }
 

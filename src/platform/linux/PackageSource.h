@@ -47,6 +47,8 @@ private:
     mutable std::string m_root;
     mutable std::string m_stamp;
     mutable std::unique_ptr<PackageSafety> m_safety; // of the database
+    /// Paths of the system that were asked about, and whose they are; empty for nobody's.
+    mutable PathOwners m_knownOwners;
     std::vector<ClaimedName> m_claims;
 };
 
