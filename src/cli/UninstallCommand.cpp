@@ -49,7 +49,6 @@ struct Job {
     std::vector<std::string> warnings;
     std::string usage; ///< what to write instead
     bool isRefused = false;
-    bool isTried = false;
 };
 
 void configure(QCommandLineParser &parser) {
@@ -123,15 +122,18 @@ void apply(Job &job) {
         return;
     }
     Uninstallation removal(std::move(plans));
-    removal.setProgress([&job](const InstalledApplication &application) {
+    const auto note = [&] {
+        for (std::size_t i = 0; i < job.planned.size(); ++i)
+            job.planned[i].record = removal.records()[i];
+    };
+    removal.setProgress([&](const InstalledApplication &application) {
         const std::lock_guard lock(job.mutex);
+        note();
         job.current = "Removing " + application.name;
     });
     removal.run(*job.run);
     const std::lock_guard lock(job.mutex);
-    job.isTried = true;
-    for (std::size_t i = 0; i < job.planned.size(); ++i)
-        job.planned[i].record = removal.records()[i];
+    note();
 }
 
 void work(Job &job) {
@@ -181,7 +183,7 @@ std::vector<ActedItem> actedOf(const Planned &planned, bool isTried) {
         error = !record.message.empty() ? record.message
                 : record.outcome == UninstallOutcome::NeedsRights
                     ? "administrator rights are needed; --admin asks for them"
-                : !record.isTried && isTried ? "interrupted"
+                : isTried && !record.isTried ? "interrupted; a package manager at work goes on"
                                              : "it cannot be removed";
     acted.push_back({plan.application.key, planned.bytes, error});
     for (const std::string &name : plan.also)
@@ -308,6 +310,7 @@ int tell(Job &job, Output &output) {
         return output.usage(job.usage);
     if (job.isRefused)
         return rightsRefused(output);
+    const bool isTried = job.options.applies;
     bool fails = false;
     std::uint64_t bytes = 0;
     std::string text;
@@ -318,11 +321,11 @@ int tell(Job &job, Output &output) {
     json.key("applied").value(job.options.applies);
     json.key("plans").beginArray();
     for (const Planned &planned : job.planned) {
-        writePlan(json, planned, job.isTried);
-        text += planText(planned, job.isTried, bytes);
+        writePlan(json, planned, isTried);
+        text += planText(planned, isTried, bytes);
         if (planned.record.message.find('\n') != std::string::npos)
             output.warning(planned.record.message);
-        fails = fails || !isPlannedToGo(planned) || (job.isTried && !planned.record.isWhole());
+        fails = fails || !isPlannedToGo(planned) || (isTried && !planned.record.isWhole());
     }
     json.endArray();
     json.endObject();

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstdlib>
 
 namespace brightsweep::test {
@@ -81,6 +82,20 @@ TEST_F(Uninstall, KeepsTheSettingsOfWhatCouldNotGo) {
     EXPECT_TRUE(isInstalled("demo-fails"));
     for (const char *folder : {".config/", ".cache/", ".local/share/"})
         EXPECT_TRUE(home.exists(folder + std::string("demo-fails/x"))) << folder;
+}
+
+TEST_F(Uninstall, LeavesNothingHalfGoneWhenItIsInterrupted) {
+    const auto started = tree.path("started").native();
+    build("demo-slow", "demo-slow", {}, ": > " + started + "; sleep 4\n");
+    RunningProgram program({BRIGHTSWEEP_CLI, "uninstall", "demo-slow", "--apply", "--admin"});
+    ASSERT_TRUE(eventually([&] { return std::filesystem::exists(started); }));
+    program.signal(SIGINT);
+    const auto ended = program.finish();
+    EXPECT_EQ(ended.status, 130);
+    EXPECT_NE(ended.output.find("interrupted"), std::string::npos) << ended.output;
+    EXPECT_TRUE(eventually(
+        [&] { return !isInstalled("demo-slow") && shell("dpkg --audit").output.empty(); }));
+    EXPECT_TRUE(home.exists(".config/demo-slow/x"));
 }
 
 } // namespace

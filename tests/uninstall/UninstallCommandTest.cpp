@@ -88,6 +88,34 @@ TEST_F(UninstallCommand, RefusesItselfAndWhatIsNotClear) {
         EXPECT_EQ(run(wrong).status, 2) << wrong.front();
 }
 
+TEST_F(UninstallCommand, TakesAnAppImageWithItsIntegrationAndAFolderWithItsLinks) {
+    std::string program = textOf("/bin/true");
+    program.replace(8, 3, "AI\2");
+    const std::string image = home.file("Applications/Draw-1.2.AppImage", program);
+    home.mode("Applications/Draw-1.2.AppImage", 0755);
+    ASSERT_EQ(runProgram({image}).status, 0) << "a program that runs";
+    const std::string mark = "appimagekit_0123456789abcdef0123456789abcdef";
+    home.file(".local/share/applications/" + mark + "-Draw.desktop",
+              "[Desktop Entry]\nType=Application\nName=Draw\nExec=" + image + " %F\n");
+    home.file(".local/share/icons/hicolor/64x64/apps/" + mark + "_draw.png");
+    home.file(".config/Draw/settings");
+    home.file(".local/share/Draw/picture");
+    home.file(".local/opt/Edit/bin/edit", "#!/bin/sh\n");
+    home.mode(".local/opt/Edit/bin/edit", 0755);
+    home.link(".local/bin/edit", "../opt/Edit/bin/edit");
+    home.file(".local/share/applications/edit.desktop",
+              "[Desktop Entry]\nType=Application\nName=Edit\nExec=" +
+                  home.path(".local/opt/Edit/bin/edit").native() + "\n");
+    const auto removed = run({"uninstall", "appimage:" + image, "Edit", "--apply"});
+    EXPECT_EQ(removed.status, 0) << removed.output << removed.errors;
+    for (const char *gone : {"Applications/Draw-1.2.AppImage", ".config/Draw", ".local/opt/Edit"})
+        EXPECT_FALSE(home.exists(gone)) << gone;
+    for (const char *emptied :
+         {".local/share/applications", ".local/bin", ".local/share/icons/hicolor/64x64/apps"})
+        EXPECT_TRUE(std::filesystem::is_empty(home.path(emptied))) << emptied;
+    EXPECT_TRUE(home.exists(".local/share/Draw/picture"));
+}
+
 TEST_F(UninstallCommand, LeftoversGoOnlyWhereTheyAreNamed) {
     const std::string entry = "[Desktop Entry]\nType=Application\nName=N\nExec=/opt/gone/run\n";
     const auto dead = home.file(".config/autostart/dead.desktop", entry);
