@@ -111,6 +111,8 @@ QVariant LoginItemModel::headerData(int section, Qt::Orientation orientation, in
         return column.title ? localizedText(column.title) : QString();
     if (role == Qt::AccessibleTextRole && column.act)
         return localizedText(column.act);
+    if (role == Qt::TextAlignmentRole && section == checkBox)
+        return Qt::AlignCenter;
     if (role == Qt::ToolTipRole && section == checkBox)
         return localizedText("LOGIN_HIDDEN_HOW");
     return {};

@@ -58,6 +58,8 @@ ApplicationViews::ApplicationViews(AppDelegate &delegate, CustomStatusItemView &
             acts.diskUsage =
                 AppPrefsWindowController::sharedPrefsWindowController().diskUsageView();
             acts.memory = AppPrefsWindowController::sharedPrefsWindowController().memoryView();
+            acts.loginItems =
+                AppPrefsWindowController::sharedPrefsWindowController().loginItemView();
             acts.uninstall =
                 AppPrefsWindowController::sharedPrefsWindowController().uninstallView();
             acts.preferences = AppPrefsWindowController::sharedPrefsWindowController().prefView();

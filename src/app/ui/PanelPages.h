@@ -10,6 +10,7 @@ namespace brightsweep {
 
 class CleanMemoryController;
 class DiskUsageAppController;
+class LoginItemController;
 class NewMainViewController;
 class PreferenceViewController;
 class SameFileDeleteViewController;
@@ -22,11 +23,12 @@ struct PanelActs {
     SameFileDeleteViewController *duplicates = nullptr; ///< the duplicates page's
     DiskUsageAppController *diskUsage = nullptr;        ///< the disk usage page's
     CleanMemoryController *memory = nullptr;            ///< the memory page's
+    LoginItemController *loginItems = nullptr;          ///< the login items page's
     UninstallAppsController *uninstall = nullptr;       ///< the uninstall page's
     PreferenceViewController *preferences = nullptr;    ///< the preferences page's
 };
 
-/// The page of a panel of the main window. Panels that have no page yet say what they are for.
+/// The page of a panel of the main window; an empty one where a controller is missing.
 QWidget *makePanelPage(const QString &identifier, const PanelActs &acts, QWidget *parent);
 
 } // namespace brightsweep

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QTreeView>
+
+#include <string>
+
+namespace brightsweep {
+
+class LoginItemController;
+class LoginItemDelegate;
+
+/// The table of login items. Space flips the hidden flag, Enter shows the item in the file manager,
+/// Delete removes the entry; rows are dragged into another order, files are dropped on it. The
+/// current entry stays current when the list is read anew. The controller outlives it. Main thread.
+class LoginItemView : public QTreeView {
+    Q_OBJECT
+
+public:
+    explicit LoginItemView(LoginItemController &controller, QWidget *parent = nullptr);
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void selectionChanged(const QItemSelection &selected,
+                          const QItemSelection &deselected) override;
+
+private:
+    void fitColumns();
+    void act(const QModelIndex &index);
+    void keepPlace();
+
+    LoginItemController &m_controller;
+    LoginItemDelegate *m_delegate;
+    std::string m_currentFile;
+    int m_currentRow = -1;
+    int m_scroll = 0;
+    bool m_isReset = false; ///< the rows have changed, and the current one has not been found
+};
+
+} // namespace brightsweep
