@@ -59,7 +59,8 @@ void paintGround(QPainter &painter, const QStyleOptionViewItem &option, const QM
                             theme::radius);
 }
 
-// A name that the icon theme has: that of the entry, else that of the type of what it starts.
+// A name that the icon theme has: that of the entry, else that of the type of what it starts; empty
+// where it has neither.
 QString iconNameOf(const QModelIndex &index) {
     const QString own = index.data(LoginItemModel::IconNameRole).toString();
     if (own.startsWith(u'/') || QIcon::hasThemeIcon(own))
@@ -69,7 +70,8 @@ QString iconNameOf(const QModelIndex &index) {
     const QMimeType type = types.mimeTypeForFile(
         index.data(LoginItemModel::SecondaryTextRole).toString(), QMimeDatabase::MatchExtension);
     const QString name = type.isDefault() ? QString() : type.iconName();
-    return QIcon::hasThemeIcon(name) ? name : QStringLiteral("application-x-executable");
+    const QString usual = QStringLiteral("application-x-executable");
+    return QIcon::hasThemeIcon(name) ? name : QIcon::hasThemeIcon(usual) ? usual : QString();
 }
 
 // A mark stands in a frame, so that it is told from the name without its colour.
@@ -138,9 +140,13 @@ void LoginItemDelegate::paintName(QPainter &painter, const QStyleOptionViewItem 
     const int side = theme::height(iconSide);
     const QRect place(area.left() + 2 * theme::grid, area.center().y() - side / 2 + 1, side, side);
     painter.setOpacity(isHidden ? hiddenOpacity : 1.0);
-    painter.drawPixmap(
-        mirrored(area, place),
-        m_icons.pixmap(iconNameOf(index), side, painter.device()->devicePixelRatioF()));
+    const QString icon = iconNameOf(index);
+    if (icon.isEmpty())
+        paintImage(painter, QStringLiteral("login_items"),
+                   mirrored(area, middle(place, iconSide - 2 * theme::grid)));
+    else
+        painter.drawPixmap(mirrored(area, place),
+                           m_icons.pixmap(icon, side, painter.device()->devicePixelRatioF()));
     painter.setOpacity(1.0);
     QRect upper = area.adjusted(side + 5 * theme::grid, 0, -2 * theme::grid, 0);
     QRect lower = upper;

@@ -64,6 +64,7 @@ LoginItemView::LoginItemView(LoginItemController &controller, QWidget *parent)
         m_isReset = true;
     });
     connect(model(), &QAbstractItemModel::modelReset, this, &LoginItemView::keepPlace);
+    header()->setVisible(model()->rowCount() > 0);
     theme::keep(this, [this] {
         scheduleDelayedItemsLayout();
         fitColumns();
@@ -127,6 +128,7 @@ void LoginItemView::keepPlace() {
         setCurrentIndex(model()->index(row, Model::Name));
         setAutoScroll(true);
     }
+    header()->setVisible(model()->rowCount() > 0);
     executeDelayedItemsLayout();
     verticalScrollBar()->setValue(m_scroll);
 }
