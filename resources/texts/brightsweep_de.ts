@@ -169,6 +169,13 @@
     <message id="KIND_FOLDER"><translation>Eigener Ordner</translation></message>
     <message id="KIND_PACKAGE"><translation>Paket</translation></message>
     <message id="KIND_SNAP"><translation>Snap</translation></message>
+    <message id="LEFT_BEHIND_ASK" numerus="yes"><translation><numerusform>%n Objekt mit %1 entfernen?</numerusform><numerusform>%n Objekte mit %1 entfernen?</numerusform></translation></message>
+    <message id="LEFT_BEHIND_COUNT" numerus="yes"><translation><numerusform>%n Objekt zurückgeblieben</numerusform><numerusform>%n Objekte zurückgeblieben</numerusform></translation></message>
+    <message id="LEFT_BEHIND_NONE"><translation>Es wurde nichts gefunden, was entfernte Programme zurückgelassen haben.</translation></message>
+    <message id="LEFT_BEHIND_REMOVED" numerus="yes"><translation><numerusform>%n Objekt entfernt, %1 frei geworden.</numerusform><numerusform>%n Objekte entfernt, %1 frei geworden.</numerusform></translation></message>
+    <message id="LEFT_BEHIND_REMOVING"><translation>Wird entfernt…</translation></message>
+    <message id="LEFT_BEHIND_SEARCHING"><translation>Zurückgebliebenes wird gesucht…</translation></message>
+    <message id="LEFT_BEHIND_STAYED" numerus="yes"><translation><numerusform>%n Objekt ist geblieben.</numerusform><numerusform>%n Objekte sind geblieben.</numerusform></translation></message>
     <message id="LEFT_CACHE"><translation>Cache</translation></message>
     <message id="LEFT_CONFIG"><translation>Einstellungen</translation></message>
     <message id="LEFT_DATA"><translation>Daten</translation></message>
@@ -210,6 +217,7 @@
     <message id="LOW_SPACE"><translation>Wenig Speicherplatz</translation></message>
     <message id="LOW_SPACE_OF"><translation>%1: %2 von %3 sind frei.</translation></message>
     <message id="Launch at login"><translation>Bei der Anmeldung starten</translation></message>
+    <message id="Left behind"><translation>Zurückgeblieben</translation></message>
     <message id="Login Items"><translation>Anmeldeobjekte</translation></message>
     <message id="MEMORY_ACTIVE"><translation>Aktiv</translation></message>
     <message id="MEMORY_AVAILABLE"><translation>Für Programme verfügbar</translation></message>
@@ -461,17 +469,22 @@
     <message id="a program is writing to it"><translation>ein Programm schreibt gerade hinein</translation></message>
     <message id="a program is writing to the copy that stays"><translation>ein Programm schreibt in die Kopie, die bleibt</translation></message>
     <message id="a protected place"><translation>ein geschützter Ort</translation></message>
+    <message id="asks for the administrator's password"><translation>fragt nach dem Passwort des Administrators</translation></message>
     <message id="cannot be removed"><translation>lässt sich nicht entfernen</translation></message>
     <message id="changed since it was found"><translation>seit dem Fund geändert</translation></message>
     <message id="clean memory"><translation>Speicher freigeben</translation></message>
     <message id="has a name that a login item cannot hold"><translation>hat einen Namen, der nicht in einem Anmeldeobjekt stehen kann</translation></message>
     <message id="has an entry of your own in its place"><translation>hat einen Eintrag von Ihnen an seiner Stelle</translation></message>
     <message id="has no trash on its volume"><translation>hat auf seinem Datenträger keinen Papierkorb</translation></message>
+    <message id="has the name of &quot;%1&quot;, which was removed"><translation>heißt wie „%1“, das entfernt wurde</translation></message>
     <message id="holds another volume"><translation>enthält einen anderen Datenträger</translation></message>
+    <message id="installs and removes programs"><translation>installiert und entfernt Programme</translation></message>
     <message id="is a link to something that is not your own file in your home"><translation>ist eine Verknüpfung mit etwas, das nicht Ihre eigene Datei in Ihrem persönlichen Ordner ist</translation></message>
     <message id="is in use as a program or as swap space"><translation>wird als Programm oder Auslagerung benutzt</translation></message>
     <message id="is kept out of copy-on-write, and so out of sharing"><translation>ist von Copy-on-write ausgenommen und damit vom Teilen</translation></message>
     <message id="is no file that a login item could be in"><translation>ist keine Datei, in der ein Anmeldeobjekt stehen könnte</translation></message>
+    <message id="is part of the desktop that is running"><translation>gehört zum laufenden Desktop</translation></message>
+    <message id="is the kernel that is running"><translation>ist der laufende Kernel</translation></message>
     <message id="its file system cannot share blocks"><translation>sein Dateisystem kann keine Blöcke teilen</translation></message>
     <message id="its file system refuses to share its blocks"><translation>sein Dateisystem lehnt das Teilen der Blöcke ab</translation></message>
     <message id="its volume can only be read"><translation>sein Datenträger lässt sich nur lesen</translation></message>
@@ -482,12 +495,20 @@
     <message id="lies outside of this system's folders"><translation>liegt außerhalb der Ordner dieses Systems</translation></message>
     <message id="names no program to start"><translation>nennt kein Programm, das gestartet werden könnte</translation></message>
     <message id="no other copy of it is left"><translation>keine andere Kopie davon ist übrig</translation></message>
+    <message id="part of every standard installation"><translation>Teil jeder Standardinstallation</translation></message>
+    <message id="part of the collection %1"><translation>Teil der Sammlung %1</translation></message>
     <message id="part of the system"><translation>Teil des Systems</translation></message>
+    <message id="starts &quot;%1&quot;, which is not there"><translation>startet „%1“, das es nicht gibt</translation></message>
+    <message id="starts a Flatpak that is not installed"><translation>startet ein Flatpak, das nicht installiert ist</translation></message>
+    <message id="starts the system"><translation>startet das System</translation></message>
+    <message id="the Flatpak is not installed"><translation>das Flatpak ist nicht installiert</translation></message>
     <message id="the copy that stays cannot be read"><translation>die Kopie, die bleibt, ist nicht lesbar</translation></message>
     <message id="the copy that stays has changed since it was found"><translation>die Kopie, die bleibt, hat sich seit der Suche geändert</translation></message>
     <message id="the copy that stays has other contents"><translation>die Kopie, die bleibt, hat anderen Inhalt</translation></message>
     <message id="the copy that stays is this very file"><translation>die Kopie, die bleibt, ist dieselbe Datei</translation></message>
     <message id="the mount table cannot be read"><translation>die Einhängetabelle ist nicht lesbar</translation></message>
+    <message id="the snap is not installed"><translation>das Snap ist nicht installiert</translation></message>
+    <message id="the system cannot do without it"><translation>das System braucht es</translation></message>
     <message id="without it the system's own entry would start; hide it instead"><translation>ohne ihn würde der Eintrag des Systems starten; blenden Sie ihn stattdessen aus</translation></message>
     <message id="不是数字"><translation>Das ist keine Zahl.</translation></message>
 </context>

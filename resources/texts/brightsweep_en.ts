@@ -169,6 +169,13 @@
     <message id="KIND_FOLDER"><translation>Own folder</translation></message>
     <message id="KIND_PACKAGE"><translation>Package</translation></message>
     <message id="KIND_SNAP"><translation>Snap</translation></message>
+    <message id="LEFT_BEHIND_ASK" numerus="yes"><translation><numerusform>Remove %n item, %1?</numerusform><numerusform>Remove %n items, %1?</numerusform></translation></message>
+    <message id="LEFT_BEHIND_COUNT" numerus="yes"><translation><numerusform>%n item left behind</numerusform><numerusform>%n items left behind</numerusform></translation></message>
+    <message id="LEFT_BEHIND_NONE"><translation>Nothing was found that applications that are gone have left behind.</translation></message>
+    <message id="LEFT_BEHIND_REMOVED" numerus="yes"><translation><numerusform>%n item removed, %1 freed.</numerusform><numerusform>%n items removed, %1 freed.</numerusform></translation></message>
+    <message id="LEFT_BEHIND_REMOVING"><translation>Removing…</translation></message>
+    <message id="LEFT_BEHIND_SEARCHING"><translation>Looking for what was left behind…</translation></message>
+    <message id="LEFT_BEHIND_STAYED" numerus="yes"><translation><numerusform>%n item stayed.</numerusform><numerusform>%n items stayed.</numerusform></translation></message>
     <message id="LEFT_CACHE"><translation>cache</translation></message>
     <message id="LEFT_CONFIG"><translation>settings</translation></message>
     <message id="LEFT_DATA"><translation>data</translation></message>
@@ -210,6 +217,7 @@
     <message id="LOW_SPACE"><translation>Low disk space</translation></message>
     <message id="LOW_SPACE_OF"><translation>%1: %2 of %3 are free.</translation></message>
     <message id="Launch at login"><translation>Launch at login</translation></message>
+    <message id="Left behind"><translation>Left behind</translation></message>
     <message id="Login Items"><translation>Login Items</translation></message>
     <message id="MEMORY_ACTIVE"><translation>Active</translation></message>
     <message id="MEMORY_AVAILABLE"><translation>Available to programs</translation></message>
@@ -461,17 +469,22 @@
     <message id="a program is writing to it"><translation>a program is writing to it</translation></message>
     <message id="a program is writing to the copy that stays"><translation>a program is writing to the copy that stays</translation></message>
     <message id="a protected place"><translation>a protected place</translation></message>
+    <message id="asks for the administrator's password"><translation>asks for the administrator’s password</translation></message>
     <message id="cannot be removed"><translation>cannot be removed</translation></message>
     <message id="changed since it was found"><translation>changed since it was found</translation></message>
     <message id="clean memory"><translation>Clean Memory</translation></message>
     <message id="has a name that a login item cannot hold"><translation>has a name that a login item cannot hold</translation></message>
     <message id="has an entry of your own in its place"><translation>has an entry of your own in its place</translation></message>
     <message id="has no trash on its volume"><translation>has no trash on its volume</translation></message>
+    <message id="has the name of &quot;%1&quot;, which was removed"><translation>has the name of “%1”, which was removed</translation></message>
     <message id="holds another volume"><translation>holds another volume</translation></message>
+    <message id="installs and removes programs"><translation>installs and removes programs</translation></message>
     <message id="is a link to something that is not your own file in your home"><translation>is a link to something that is not your own file in your home</translation></message>
     <message id="is in use as a program or as swap space"><translation>is in use as a program or as swap space</translation></message>
     <message id="is kept out of copy-on-write, and so out of sharing"><translation>is kept out of copy-on-write, and so out of sharing</translation></message>
     <message id="is no file that a login item could be in"><translation>is no file that a login item could be in</translation></message>
+    <message id="is part of the desktop that is running"><translation>is part of the desktop that is running</translation></message>
+    <message id="is the kernel that is running"><translation>is the kernel that is running</translation></message>
     <message id="its file system cannot share blocks"><translation>its file system cannot share blocks</translation></message>
     <message id="its file system refuses to share its blocks"><translation>its file system refuses to share its blocks</translation></message>
     <message id="its volume can only be read"><translation>its volume can only be read</translation></message>
@@ -482,12 +495,20 @@
     <message id="lies outside of this system's folders"><translation>lies outside of this system's folders</translation></message>
     <message id="names no program to start"><translation>names no program to start</translation></message>
     <message id="no other copy of it is left"><translation>no other copy of it is left</translation></message>
+    <message id="part of every standard installation"><translation>part of every standard installation</translation></message>
+    <message id="part of the collection %1"><translation>part of the collection %1</translation></message>
     <message id="part of the system"><translation>part of the system</translation></message>
+    <message id="starts &quot;%1&quot;, which is not there"><translation>starts “%1”, which is not there</translation></message>
+    <message id="starts a Flatpak that is not installed"><translation>starts a Flatpak that is not installed</translation></message>
+    <message id="starts the system"><translation>starts the system</translation></message>
+    <message id="the Flatpak is not installed"><translation>the Flatpak is not installed</translation></message>
     <message id="the copy that stays cannot be read"><translation>the copy that stays cannot be read</translation></message>
     <message id="the copy that stays has changed since it was found"><translation>the copy that stays has changed since it was found</translation></message>
     <message id="the copy that stays has other contents"><translation>the copy that stays has other contents</translation></message>
     <message id="the copy that stays is this very file"><translation>the copy that stays is this very file</translation></message>
     <message id="the mount table cannot be read"><translation>the mount table cannot be read</translation></message>
+    <message id="the snap is not installed"><translation>the snap is not installed</translation></message>
+    <message id="the system cannot do without it"><translation>the system cannot do without it</translation></message>
     <message id="without it the system's own entry would start; hide it instead"><translation>without it the system's own entry would start; hide it instead</translation></message>
     <message id="不是数字"><translation>This is not a number.</translation></message>
 </context>

@@ -169,6 +169,13 @@
     <message id="KIND_FOLDER"><translation>独立文件夹</translation></message>
     <message id="KIND_PACKAGE"><translation>软件包</translation></message>
     <message id="KIND_SNAP"><translation>Snap</translation></message>
+    <message id="LEFT_BEHIND_ASK" numerus="yes"><translation><numerusform>要移除 %n 个项目（%1）吗？</numerusform></translation></message>
+    <message id="LEFT_BEHIND_COUNT" numerus="yes"><translation><numerusform>%n 项残留</numerusform></translation></message>
+    <message id="LEFT_BEHIND_NONE"><translation>未发现已移除的应用程序留下的内容。</translation></message>
+    <message id="LEFT_BEHIND_REMOVED" numerus="yes"><translation><numerusform>已移除 %n 个项目，释放 %1。</numerusform></translation></message>
+    <message id="LEFT_BEHIND_REMOVING"><translation>正在移除…</translation></message>
+    <message id="LEFT_BEHIND_SEARCHING"><translation>正在查找残留内容…</translation></message>
+    <message id="LEFT_BEHIND_STAYED" numerus="yes"><translation><numerusform>%n 个项目仍在。</numerusform></translation></message>
     <message id="LEFT_CACHE"><translation>缓存</translation></message>
     <message id="LEFT_CONFIG"><translation>设置</translation></message>
     <message id="LEFT_DATA"><translation>数据</translation></message>
@@ -210,6 +217,7 @@
     <message id="LOW_SPACE"><translation>磁盘空间不足</translation></message>
     <message id="LOW_SPACE_OF"><translation>%1：共 %3，可用 %2。</translation></message>
     <message id="Launch at login"><translation>登录时启动</translation></message>
+    <message id="Left behind"><translation>残留内容</translation></message>
     <message id="Login Items"><translation>登录项</translation></message>
     <message id="MEMORY_ACTIVE"><translation>活跃</translation></message>
     <message id="MEMORY_AVAILABLE"><translation>程序可用</translation></message>
@@ -461,17 +469,22 @@
     <message id="a program is writing to it"><translation>有程序正在写入</translation></message>
     <message id="a program is writing to the copy that stays"><translation>有程序正在写入要保留的副本</translation></message>
     <message id="a protected place"><translation>受保护的位置</translation></message>
+    <message id="asks for the administrator's password"><translation>用于询问管理员密码</translation></message>
     <message id="cannot be removed"><translation>无法移除</translation></message>
     <message id="changed since it was found"><translation>找到后已被更改</translation></message>
     <message id="clean memory"><translation>清理内存</translation></message>
     <message id="has a name that a login item cannot hold"><translation>的名称无法写入登录项</translation></message>
     <message id="has an entry of your own in its place"><translation>已被您自己的项目取代</translation></message>
     <message id="has no trash on its volume"><translation>所在卷没有回收站</translation></message>
+    <message id="has the name of &quot;%1&quot;, which was removed"><translation>与已移除的“%1”同名</translation></message>
     <message id="holds another volume"><translation>包含其他卷</translation></message>
+    <message id="installs and removes programs"><translation>用于安装和移除程序</translation></message>
     <message id="is a link to something that is not your own file in your home"><translation>是一个链接，指向的不是主文件夹中属于您的文件</translation></message>
     <message id="is in use as a program or as swap space"><translation>正作为程序或交换空间使用</translation></message>
     <message id="is kept out of copy-on-write, and so out of sharing"><translation>已排除写时复制，因此不能共享</translation></message>
     <message id="is no file that a login item could be in"><translation>不是可以存放登录项的文件</translation></message>
+    <message id="is part of the desktop that is running"><translation>属于正在运行的桌面</translation></message>
+    <message id="is the kernel that is running"><translation>是正在运行的内核</translation></message>
     <message id="its file system cannot share blocks"><translation>其文件系统不能共享数据块</translation></message>
     <message id="its file system refuses to share its blocks"><translation>其文件系统拒绝共享数据块</translation></message>
     <message id="its volume can only be read"><translation>其卷为只读</translation></message>
@@ -482,12 +495,20 @@
     <message id="lies outside of this system's folders"><translation>位于本系统的文件夹之外</translation></message>
     <message id="names no program to start"><translation>没有指定要启动的程序</translation></message>
     <message id="no other copy of it is left"><translation>没有剩下其他副本</translation></message>
+    <message id="part of every standard installation"><translation>属于标准安装</translation></message>
+    <message id="part of the collection %1"><translation>属于软件集 %1</translation></message>
     <message id="part of the system"><translation>系统的一部分</translation></message>
+    <message id="starts &quot;%1&quot;, which is not there"><translation>启动不存在的“%1”</translation></message>
+    <message id="starts a Flatpak that is not installed"><translation>启动未安装的 Flatpak</translation></message>
+    <message id="starts the system"><translation>用于启动系统</translation></message>
+    <message id="the Flatpak is not installed"><translation>该 Flatpak 未安装</translation></message>
     <message id="the copy that stays cannot be read"><translation>无法读取要保留的副本</translation></message>
     <message id="the copy that stays has changed since it was found"><translation>要保留的副本在搜索后已更改</translation></message>
     <message id="the copy that stays has other contents"><translation>要保留的副本内容不同</translation></message>
     <message id="the copy that stays is this very file"><translation>要保留的副本就是这个文件</translation></message>
     <message id="the mount table cannot be read"><translation>无法读取挂载表</translation></message>
+    <message id="the snap is not installed"><translation>该 snap 未安装</translation></message>
+    <message id="the system cannot do without it"><translation>系统离不开它</translation></message>
     <message id="without it the system's own entry would start; hide it instead"><translation>没有它，系统自带的项目就会启动；请改为隐藏它</translation></message>
     <message id="不是数字"><translation>不是数字。</translation></message>
 </context>

@@ -92,6 +92,7 @@ inline constexpr const char *imageNames[] = {
     "uninstall_app.png",
     "uninstall_b.png",
     "uninstall_d.png",
+    "uninstall_left.png",
     "uninstall_system.png",
     "uninstallButton.png",
     "Unlock.png",

@@ -39,8 +39,9 @@ bool isTicked(const AppItems::Pointer &item) {
 }
 
 bool isOfRow(const AppItems &item, int row) {
-    return row == UninstallAppsController::AllApplications ||
-           item.isSystemApp == (row == UninstallAppsController::SystemApplications);
+    using Page = UninstallAppsController;
+    return row == Page::AllApplications ||
+           row == (item.isSystemApp ? Page::SystemApplications : Page::OtherApplications);
 }
 
 bool matches(const AppItems &item, const QString &filter) {
@@ -62,7 +63,8 @@ UninstallAppsController::UninstallAppsController(Surroundings surroundings, QObj
     : QObject(parent),
       m_surroundings(std::move(surroundings)),
       m_clock(m_surroundings.clock ? *m_surroundings.clock : Clock::eventLoop()),
-      m_watch(m_clock) {
+      m_watch(m_clock),
+      m_leftBehind(surroundingsOfLeftBehind(), m_padlock) {
     auto &center = NotificationCenter::defaultCenter();
     center.addObserver(this, uninstallShowSelectNumInBottomNotification,
                        [this](const Notification &told) {
@@ -75,6 +77,10 @@ UninstallAppsController::UninstallAppsController(Surroundings surroundings, QObj
     });
     connect(&m_padlock, &PadlockController::lockStateChanged, this,
             &UninstallAppsController::rightsAnswered);
+    connect(&m_leftBehind, &LeftBehindController::stateChanged, this,
+            &UninstallAppsController::stateChanged);
+    connect(&m_leftBehind, &LeftBehindController::itemsChanged, this,
+            &UninstallAppsController::countsChanged);
     connect(&m_watch, &CatalogueWatch::changed, this, &UninstallAppsController::listAgain);
 }
 
@@ -215,7 +221,29 @@ Items UninstallAppsController::itemsOfRow(int row) const {
     return items;
 }
 
+std::vector<InstalledApplication> UninstallAppsController::installed() const {
+    std::vector<InstalledApplication> installed;
+    for (const auto &item : m_searchAllAppArr)
+        installed.push_back(*item->application);
+    return installed;
+}
+
+LeftBehindController::Surroundings UninstallAppsController::surroundingsOfLeftBehind() {
+    return {[this](std::function<void()> work, std::function<void()> done) {
+                enqueue({std::move(work), std::move(done)});
+            },
+            [this] { return installed(); },
+            [this] {
+                std::vector<ApplicationKind> kinds;
+                for (const auto &failure : m_listFailures)
+                    kinds.push_back(failure.kind);
+                return kinds;
+            }};
+}
+
 std::size_t UninstallAppsController::countOfRow(int row) const {
+    if (row == LeftBehindRow)
+        return m_leftBehind.items().size();
     return std::size_t(std::count_if(m_searchAllAppArr.begin(), m_searchAllAppArr.end(),
                                      [row](const auto &item) { return isOfRow(*item, row); }));
 }
@@ -282,12 +310,14 @@ void UninstallAppsController::setFilter(const QString &text) {
 }
 
 void UninstallAppsController::changeSelectCell(int row) {
-    if (!m_isScaned || m_state != State::Ready || row < 0 || row >= rows)
+    if (!m_isScaned || !isIdle() || row < 0 || row >= rows)
         return;
     m_nowSelectRow = row;
     m_allApplications.clear(); // nothing of the last row stays highlighted
     m_selectRow = 0;
     renewList();
+    if (row == LeftBehindRow)
+        m_leftBehind.search();
     postSelectNum();
 }
 

@@ -6,6 +6,7 @@
 #include "removal/PadlockController.h"
 #include "uninstall/AppItems.h"
 #include "uninstall/CatalogueWatch.h"
+#include "uninstall/LeftBehindController.h"
 #include "uninstall/UninstallAppInfo.h"
 
 #include <QObject>
@@ -55,8 +56,8 @@ class UninstallAppsController : public QObject {
 public:
     enum class State { NotListed, Listing, Ready, Planning, Asking, AskingRights, Uninstalling };
     /// The rows at the left.
-    enum Row { AllApplications, SystemApplications, OtherApplications };
-    static constexpr int rows = 3;
+    enum Row { AllApplications, SystemApplications, OtherApplications, LeftBehindRow };
+    static constexpr int rows = 4;
     enum class SortKey { Name, Kind, Size, Date };
     using Items = std::vector<AppItems::Pointer>;
     using Plans = std::vector<RemovalPlan>;
@@ -97,7 +98,7 @@ public:
     bool isScaned() const { return m_isScaned; }
     bool searchFinished() const { return m_searchFinished; }
     /// Neither a job that was asked for nor a question is under way.
-    bool isIdle() const { return m_state == State::Ready; }
+    bool isIdle() const { return m_state == State::Ready && !m_leftBehind.isBusy(); }
     /// The list shown: of the left row, without what the search hides, in the order asked for.
     const Items &allApplications() const { return m_allApplications; }
     /// All that was found.
@@ -130,6 +131,8 @@ public:
     const QString &progress() const { return m_progress; }
     const Details &details() const { return m_details; }
     PadlockController &padlock() { return m_padlock; }
+    /// What the last row at the left shows.
+    LeftBehindController &leftBehind() { return m_leftBehind; }
 
     // -- What the user does
     /// The page is shown. The first time it lists.
@@ -193,6 +196,8 @@ private:
     void listAgain();
     void mergeFound();
     void watchSources();
+    LeftBehindController::Surroundings surroundingsOfLeftBehind();
+    std::vector<InstalledApplication> installed() const;
     Items itemsOfRow(int row) const;
     void renewList();
     void sortList();
@@ -238,6 +243,7 @@ private:
 
     std::deque<Job> m_jobs; ///< the first one is under way
     std::shared_ptr<ThreadWorker> m_worker;
+    LeftBehindController m_leftBehind;
     std::unique_ptr<UninstallAppInfo> m_found; ///< left alone while the listing runs
     std::uint64_t m_measured = 0;              ///< likewise, the measuring
 

@@ -37,16 +37,13 @@ void UninstallAppsController::uninstallButtonAction() {
 void UninstallAppsController::showAlertForUninstall() {
     m_chosen = getAllSelectApp();
     setState(State::Planning);
-    std::vector<InstalledApplication> installed;
     std::vector<InstalledApplication> applications;
-    for (const auto &item : m_searchAllAppArr)
-        installed.push_back(*item->application);
     for (const auto &item : m_chosen)
         applications.push_back(*item->application);
     m_plans.clear();
     m_planSizes.clear();
-    enqueue({[this, installed = std::move(installed), applications = std::move(applications)] {
-                 makePlans(installed, applications);
+    enqueue({[this, all = installed(), applications = std::move(applications)] {
+                 makePlans(all, applications);
              },
              [this] { planned(); }});
 }

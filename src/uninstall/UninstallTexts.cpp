@@ -40,6 +40,22 @@ constexpr std::array outcomes = {
     QT_TRID_NOOP("STAYS_FAILED"),
     QT_TRID_NOOP("STAYS_BROKEN"),
 };
+// What sources and searches say; "%1" stands for a name.
+constexpr std::array reasons = {
+    QT_TRID_NOOP("starts the system"),
+    QT_TRID_NOOP("installs and removes programs"),
+    QT_TRID_NOOP("asks for the administrator's password"),
+    QT_TRID_NOOP("is part of the desktop that is running"),
+    QT_TRID_NOOP("is the kernel that is running"),
+    QT_TRID_NOOP("part of the collection %1"),
+    QT_TRID_NOOP("part of every standard installation"),
+    QT_TRID_NOOP("the system cannot do without it"),
+    QT_TRID_NOOP("the Flatpak is not installed"),
+    QT_TRID_NOOP("the snap is not installed"),
+    QT_TRID_NOOP("starts a Flatpak that is not installed"),
+    QT_TRID_NOOP("starts \"%1\", which is not there"),
+    QT_TRID_NOOP("has the name of \"%1\", which was removed"),
+};
 static_assert(kinds.size() == std::size_t(ApplicationKind::Folder) + 1);
 static_assert(leftovers.size() == std::size_t(LeftoverKind::System) + 1);
 static_assert(obstacles.size() == std::size_t(Blocker::Unsupported) + 1);
@@ -54,9 +70,7 @@ QString listed(const Names &names) {
 }
 
 QString withDetail(const QString &words, const std::string &detail) {
-    return detail.empty()
-               ? words
-               : QStringLiteral("%1 (%2)").arg(words, localizedText(paths::display(detail)));
+    return detail.empty() ? words : QStringLiteral("%1 (%2)").arg(words, translated(detail));
 }
 
 } // namespace
@@ -69,10 +83,26 @@ QString leftover(LeftoverKind kind) {
     return localizedText(leftovers.at(std::size_t(kind)));
 }
 
+QString translated(const std::string &reason) {
+    const QString words = paths::display(reason);
+    for (const char *const key : reasons) {
+        const QString form = QLatin1String(key);
+        const auto place = form.indexOf(QLatin1String("%1"));
+        if (place < 0) {
+            if (words == form)
+                return localizedText(key);
+            continue;
+        }
+        const auto rest = form.size() - place - 2;
+        if (words.startsWith(form.left(place)) && words.endsWith(form.right(rest)) &&
+            words.size() >= form.size() - 2)
+            return localizedText(key).arg(words.mid(place, words.size() - place - rest));
+    }
+    return words;
+}
+
 QString systemReason(const InstalledApplication &application) {
-    return application.systemReason.empty()
-               ? QString()
-               : localizedText(paths::display(application.systemReason));
+    return translated(application.systemReason);
 }
 
 QString obstacle(const RemovalPlan &plan) {

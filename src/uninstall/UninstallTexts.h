@@ -17,6 +17,9 @@ namespace UninstallTexts {
 /// How it came onto the machine, in a word.
 QString kind(ApplicationKind kind);
 QString leftover(LeftoverKind kind);
+/// The reader's words for a reason that a source or a search gave in English; the reason itself
+/// where none are known.
+QString translated(const std::string &reason);
 /// Why it is part of the system; empty where that is not known.
 QString systemReason(const InstalledApplication &application);
 

@@ -9,6 +9,7 @@
 #include "support/FaultPlatform.h"
 #include "support/ManualClock.h"
 #include "support/WaitUntil.h"
+#include "uninstall/LeftBehindModel.h"
 #include "uninstall/UninstallAppsController.h"
 #include "uninstall/UninstallListModel.h"
 
@@ -331,6 +332,40 @@ TEST_F(UninstallPage, TellsWhatKeptAnApplicationAndNeverRemovesItself) {
                                         home.path(".config/zed").native()));
     EXPECT_THAT(tip, testing::HasSubstr("this is the program that you are using"));
     EXPECT_EQ(text(), failure);
+}
+
+TEST_F(UninstallPage, RemovesOnlyWhatWasTickedOfWhatWasLeftBehind) {
+    test::TestTree home(test::TestEnvironment::current().home());
+    home.file("snap/gone/data", "12345");
+    home.file("snap/other/data");
+    home.file("snap/alpha/data");
+    Page &page = list();
+    page.changeSelectCell(Page::LeftBehindRow);
+    auto &behind = page.leftBehind();
+    ASSERT_TRUE(test::eventually([&] { return behind.isReady(); }));
+    LeftBehindModel model(behind);
+    const QAbstractItemModelTester tester(&model,
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    ASSERT_EQ(model.rowCount(), 2) << "what is installed leaves nothing";
+    EXPECT_EQ(behind.tickedCount(), 0u);
+    behind.removeButtonAction();
+    EXPECT_TRUE(behind.isReady()) << "nothing is ticked";
+    const int gone = behind.items()[0].path.filename() == "gone" ? 0 : 1;
+    model.setData(model.index(gone, 0), Qt::Checked, Qt::CheckStateRole);
+    EXPECT_EQ(behind.tickedBytes(), 5u);
+    const auto before = home.snapshot("snap");
+    behind.removeButtonAction();
+    page.uninstallButtonAction();
+    EXPECT_EQ(page.state(), State::Ready) << "one question at a time";
+    behind.alertEnded(false);
+    EXPECT_EQ(home.snapshot("snap"), before);
+    behind.removeButtonAction();
+    behind.alertEnded(true);
+    ASSERT_TRUE(test::eventually([&] { return behind.isReady(); }));
+    EXPECT_EQ(behind.message().toStdString(), "1 item removed, 0.01 KB freed.");
+    EXPECT_FALSE(home.exists("snap/gone"));
+    EXPECT_TRUE(home.exists("snap/other/data") && home.exists("snap/alpha/data"));
+    EXPECT_EQ(model.rowCount(), 1);
 }
 
 } // namespace

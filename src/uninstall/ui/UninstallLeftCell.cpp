@@ -26,6 +26,7 @@ constexpr std::array<LeftRow, Page::rows> leftRows = {{
     {QT_TRID_NOOP("All Applications"), "uninstall_all.png"},
     {QT_TRID_NOOP("System Applications"), "uninstall_system.png"},
     {QT_TRID_NOOP("Applications"), "uninstall_app.png"},
+    {QT_TRID_NOOP("Left behind"), "uninstall_left.png"},
 }};
 
 class Rows : public QAbstractListModel {
@@ -43,8 +44,9 @@ public:
         if (!index.isValid())
             return {};
         const LeftRow &row = leftRows[std::size_t(index.row())];
-        const QString count =
-            m_page.isScaned() ? readersNumber(m_page.countOfRow(index.row())) : QString();
+        const bool isKnown = index.row() == Page::LeftBehindRow ? m_page.leftBehind().isSearched()
+                                                                : m_page.isScaned();
+        const QString count = isKnown ? readersNumber(m_page.countOfRow(index.row())) : QString();
         switch (role) {
         case Qt::DisplayRole:
             return localizedText(row.name);

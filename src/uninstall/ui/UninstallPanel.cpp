@@ -14,6 +14,7 @@
 #include "ui/Paragraph.h"
 #include "ui/Theme.h"
 #include "uninstall/UninstallTexts.h"
+#include "uninstall/ui/LeftBehindTable.h"
 #include "uninstall/ui/UninstallLeftCell.h"
 #include "uninstall/ui/UninstallSheet.h"
 #include "uninstall/ui/UninstallTable.h"
@@ -81,9 +82,12 @@ UninstallPanel::UninstallPanel(Page &controller, QWidget *parent)
       m_lists(new UninstallLeftList(controller, this)),
       m_box(new QStackedWidget(this)),
       m_table(new UninstallTable(controller, m_model, m_box)),
+      m_leftBehindModel(controller.leftBehind()),
+      m_leftBehind(new LeftBehindTable(controller.leftBehind(), m_leftBehindModel, m_box)),
       m_waiting(makeWaiting()),
       m_empty(makeEmpty()) {
-    for (QWidget *const page : {static_cast<QWidget *>(m_table), m_waiting, m_empty})
+    for (QWidget *const page : {static_cast<QWidget *>(m_table),
+                                static_cast<QWidget *>(m_leftBehind), m_waiting, m_empty})
         m_box->addWidget(page);
     m_notice = new NoticeRow("uninstall.notice", this);
     m_showAll = m_notice->addButton("uninstall.showAll", localizedText("SHOW_ALL"));
@@ -116,6 +120,12 @@ UninstallPanel::UninstallPanel(Page &controller, QWidget *parent)
     connect(page, &Page::messageChanged, this, &UninstallPanel::followMessage);
     connect(page, &Page::askToUninstall, this, &UninstallPanel::ask);
     connect(page, &Page::removalRefused, this, &UninstallPanel::showWords);
+    const auto *const leftBehind = &m_controller.leftBehind();
+    connect(leftBehind, &LeftBehindController::itemsChanged, this, &UninstallPanel::followList);
+    connect(leftBehind, &LeftBehindController::ticksChanged, this, &UninstallPanel::followMessage);
+    connect(leftBehind, &LeftBehindController::askToRemove, this,
+            &UninstallPanel::askAboutLeftBehind);
+    connect(leftBehind, &LeftBehindController::removalRefused, this, &UninstallPanel::showWords);
     connect(page, &Page::ticked, this, &UninstallPanel::flyToButton);
     connect(page, &Page::detailsAsked, this, [this] {
         UninstallDetailsSheet::show(m_controller, m_table->iconOf(m_controller.selectRow()),
@@ -194,7 +204,12 @@ QWidget *UninstallPanel::makeBottom() {
     row->addWidget(m_uninstallImage);
     uninstallButton = makeRemovingButton("uninstallButton", localizedText("Uninstall"), bottom);
     row->addWidget(uninstallButton);
-    connect(uninstallButton, &QPushButton::clicked, &m_controller, &Page::uninstallButtonAction);
+    connect(uninstallButton, &QPushButton::clicked, this, [this] {
+        if (isLeftBehind())
+            m_controller.leftBehind().removeButtonAction();
+        else
+            m_controller.uninstallButtonAction();
+    });
     return bottom;
 }
 
@@ -213,65 +228,103 @@ bool UninstallPanel::holdsFocus(const QWidget &part) const {
     return focus && (focus == &part || part.isAncestorOf(focus));
 }
 
-void UninstallPanel::followState() {
+bool UninstallPanel::isLeftBehind() const {
+    return m_controller.nowSelectRow() == Page::LeftBehindRow;
+}
+
+// What is waited for; empty where nothing is.
+QString UninstallPanel::waitingWords() const {
+    using Behind = LeftBehindController::State;
     const State state = m_controller.state();
+    const Behind behind = m_controller.leftBehind().state();
+    if (!m_controller.isScaned())
+        return localizedText("UNINSTALL_LISTING");
+    if (state == State::AskingRights || behind == Behind::AskingRights)
+        return localizedText("UNINSTALL_ASKING_RIGHTS");
+    if (state == State::Uninstalling)
+        return m_controller.progress().isEmpty()
+                   ? localizedText("UNINSTALL_WORKING")
+                   : localizedText("UNINSTALL_REMOVING")
+                         .arg(nameInSentence(m_controller.progress()));
+    if (isLeftBehind() && behind == Behind::Searching && m_leftBehindModel.rowCount() == 0)
+        return localizedText("LEFT_BEHIND_SEARCHING");
+    return isLeftBehind() && behind == Behind::Removing ? localizedText("LEFT_BEHIND_REMOVING")
+                                                        : QString();
+}
+
+void UninstallPanel::followState() {
     const bool isIdle = m_controller.isIdle();
-    const QString waiting =
-        !m_controller.isScaned()       ? localizedText("UNINSTALL_LISTING")
-        : state == State::AskingRights ? localizedText("UNINSTALL_ASKING_RIGHTS")
-        : state == State::Uninstalling
-            ? m_controller.progress().isEmpty()
-                  ? localizedText("UNINSTALL_WORKING")
-                  : localizedText("UNINSTALL_REMOVING").arg(nameInSentence(m_controller.progress()))
-            : QString();
+    const QString waiting = waitingWords();
     m_waitingWords->setText(waiting);
     // It turns only while it is looked at.
     searchAppsIndicator->setRange(0, waiting.isEmpty() ? 1 : 0);
     searchAppsIndicator->setAccessibleName(waiting);
-    QWidget *const page = !waiting.isEmpty()                       ? m_waiting
-                          : m_controller.searchAllAppArr().empty() ? m_empty
-                                                                   : m_table;
+    ResultView *const table = isLeftBehind() ? static_cast<ResultView *>(m_leftBehind)
+                                             : static_cast<ResultView *>(m_table);
+    const bool isEmpty =
+        isLeftBehind() ? m_leftBehindModel.rowCount() == 0 : m_controller.searchAllAppArr().empty();
+    QWidget *const page = !waiting.isEmpty() ? m_waiting
+                          : isEmpty          ? m_empty
+                                             : static_cast<QWidget *>(table);
     const bool hadFocus = holdsFocus(*this);
+    const bool keepsFocus = holdsFocus(*m_filter) || holdsFocus(*m_lists);
     m_box->setCurrentWidget(page);
-    setFocusProxy(isIdle && page == m_table ? static_cast<QWidget *>(m_table) : m_box);
-    m_lists->setEnabled(isIdle);
-    m_table->setEnabled(isIdle);
+    setFocusProxy(isIdle && page == table ? static_cast<QWidget *>(table) : m_box);
+    for (QWidget *const part : {static_cast<QWidget *>(m_lists), static_cast<QWidget *>(m_table),
+                                static_cast<QWidget *>(m_leftBehind)})
+        part->setEnabled(isIdle);
+    m_filter->setVisible(!isLeftBehind());
     m_filter->setEnabled(isIdle);
     lockButton->setEnabled(isIdle && !m_controller.padlock().isAsking());
     // The keyboard stays in the page: a widget that goes would hand it on to the toolbar.
-    if (isIdle && page == m_table && hadFocus && !holdsFocus(*m_filter) && !holdsFocus(*m_lists))
-        m_table->setFocus();
+    if (isIdle && page == table && hadFocus && !keepsFocus)
+        table->setFocus();
     else if (!isIdle && hadFocus)
         m_box->setFocus();
     followMessage();
 }
 
 void UninstallPanel::followList() {
-    m_count->setText(m_controller.isScaned()
-                         ? localizedText("UNINSTALL_COUNT", m_controller.allApplications().size())
-                         : QString());
-    const bool hasFailed = !m_controller.failures().empty();
-    m_emptyWords->setText(hasFailed ? localizedText("UNINSTALL_NOT_LISTED")
-                                    : localizedText("UNINSTALL_EMPTY"));
+    const std::size_t count = isLeftBehind() ? m_controller.leftBehind().items().size()
+                                             : m_controller.allApplications().size();
+    m_count->setText(!m_controller.isScaned() ? QString()
+                     : isLeftBehind()         ? localizedText("LEFT_BEHIND_COUNT", count)
+                                              : localizedText("UNINSTALL_COUNT", count));
+    m_emptyWords->setText(isLeftBehind() ? localizedText("LEFT_BEHIND_NONE")
+                          : m_controller.failures().empty()
+                              ? localizedText("UNINSTALL_EMPTY")
+                              : localizedText("UNINSTALL_NOT_LISTED"));
     followState();
 }
 
 void UninstallPanel::followMessage() {
-    const auto &message = m_controller.uninstallTextField();
-    uninstallTextField->setStyledText(
-        m_controller.state() == State::Planning
-            ? lineOf({localizedText("UNINSTALL_PLANNING"), {}, false, 0, 0, false})
-            : lineOf(message));
+    const auto &leftBehind = m_controller.leftBehind();
+    auto message = m_controller.uninstallTextField();
+    bool canGo = m_controller.uninstallButton();
+    if (isLeftBehind()) {
+        const std::size_t ticked = leftBehind.tickedCount();
+        canGo = ticked > 0;
+        message = {leftBehind.message(), {}, false, 0, 0, false};
+        if (message.text.isEmpty() && !leftBehind.items().empty())
+            message = {localizedText("%d of %d selected."), {},   true, ticked,
+                       leftBehind.items().size(),           false};
+    } else if (m_controller.state() == State::Planning) {
+        message = {localizedText("UNINSTALL_PLANNING"), {}, false, 0, 0, false};
+    }
+    uninstallTextField->setStyledText(lineOf(message));
     uninstallTextField->setToolTip(plainToolTip({message.toolTip}));
     uninstallTextField->setAccessibleDescription(message.toolTip);
-    uninstallButton->setEnabled(m_controller.isIdle() && m_controller.uninstallButton());
+    uninstallButton->setText(isLeftBehind() ? localizedText("DUP_REMOVE")
+                                            : localizedText("Uninstall"));
+    uninstallButton->setEnabled(m_controller.isIdle() && canGo);
+    m_uninstallImage->setVisible(!isLeftBehind());
     m_uninstallImage->setImageName(QLatin1String(m_controller.uninstallImage()));
     followNotice();
 }
 
 // What is ticked and does not go comes first, then what could not be listed.
 void UninstallPanel::followNotice() {
-    const std::size_t hidden = m_controller.hiddenSelectedCount();
+    const std::size_t hidden = isLeftBehind() ? 0 : m_controller.hiddenSelectedCount();
     m_showAll->setVisible(hidden > 0);
     if (hidden > 0)
         return m_notice->tell(localizedText("UNINSTALL_HIDDEN_TICKS", hidden));
@@ -286,6 +339,26 @@ void UninstallPanel::followNotice() {
 
 void UninstallPanel::ask(const QString &text) {
     UninstallSheet::show(m_controller, text, window());
+}
+
+void UninstallPanel::askAboutLeftBehind() {
+    auto &leftBehind = m_controller.leftBehind();
+    QStringList lines;
+    for (const Leftover &item : leftBehind.items()) {
+        if (item.ticked)
+            lines += paths::displayFromHome(item.path);
+    }
+    AlertContent content;
+    content.imageName = QStringLiteral("warning.png");
+    content.text = countWords(QT_TRID_NOOP("LEFT_BEHIND_ASK"), leftBehind.tickedCount(),
+                              leftBehind.tickedBytes());
+    content.informativeText = lines.join(u'\n');
+    content.isList = true;
+    content.buttons = {
+        {localizedText("DUP_REMOVE"), true, [&leftBehind] { leftBehind.alertEnded(true); }},
+        {localizedText("CANCEL"), false, [&leftBehind] { leftBehind.alertEnded(false); }}};
+    content.calledOff = [&leftBehind] { leftBehind.alertEnded(false); };
+    AlertSheet::show(std::move(content), window());
 }
 
 void UninstallPanel::showWords(const QString &words) {

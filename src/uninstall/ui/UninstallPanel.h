@@ -1,5 +1,6 @@
 #pragma once
 
+#include "uninstall/LeftBehindModel.h"
 #include "uninstall/UninstallListModel.h"
 
 #include <QWidget>
@@ -12,6 +13,7 @@ class QStackedWidget;
 namespace brightsweep {
 
 class FilterField;
+class LeftBehindTable;
 class ImageView;
 class NoticeRow;
 class PadlockButton;
@@ -43,7 +45,10 @@ private:
     void followMessage();
     void followNotice();
     bool holdsFocus(const QWidget &part) const;
+    QString waitingWords() const;
+    bool isLeftBehind() const;
     void ask(const QString &text);
+    void askAboutLeftBehind();
     void showWords(const QString &words);
     void flyToButton(int row);
 
@@ -56,6 +61,8 @@ private:
     QPushButton *m_showAll;
     QStackedWidget *m_box;
     UninstallTable *m_table;
+    LeftBehindModel m_leftBehindModel;
+    LeftBehindTable *m_leftBehind;
     QWidget *m_waiting;
     QLabel *m_waitingWords;
     QProgressBar *searchAppsIndicator;

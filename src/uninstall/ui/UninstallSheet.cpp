@@ -3,6 +3,7 @@
 #include "core/RowWords.h"
 #include "core/Texts.h"
 #include "foundation/Paths.h"
+#include "ui/ElidedLabel.h"
 #include "ui/PageParts.h"
 #include "ui/SheetShade.h"
 #include "ui/Theme.h"
@@ -16,14 +17,16 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
-#include <functional>
+#include <algorithm>
 
 namespace brightsweep {
 
 namespace {
 
 constexpr int sheetWidth = 600;
-constexpr int sheetHeight = 420;
+constexpr int listHeight = 360;     // at most
+constexpr int leastListHeight = 96; // however small the window is
+constexpr int iconSide = 32;
 constexpr int textWidth = 360;
 
 void makeSheet(QDialog &sheet, const char *name) {
@@ -81,6 +84,7 @@ UninstallSheet::UninstallSheet(UninstallAppsController &page, const QString &tex
     cancel->setObjectName(QStringLiteral("uninstall.sheet.cancel"));
     cancel->setToolTip(plainToolTip({localizedText("TIP_REMOVE_NOTHING")}));
     cancel->setDefault(true);
+    cancel->setProperty("primary", true);
     m_uninstall->setObjectName(QStringLiteral("uninstall.sheet.uninstall"));
     m_uninstall->setAutoDefault(false);
     m_uninstall->setProperty("danger", true);
@@ -97,10 +101,7 @@ UninstallSheet::UninstallSheet(UninstallAppsController &page, const QString &tex
     layout->addWidget(makeHairline(this));
     layout->addWidget(m_sum);
     layout->addLayout(buttons);
-    theme::keep(this, [this, window] {
-        const QSize stated(theme::height(sheetWidth), theme::height(sheetHeight));
-        resize(window ? stated.boundedTo(window->size() * 0.9) : stated);
-    });
+    theme::keep(this, [this, list, scroll] { fit(*list, *scroll); });
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(m_uninstall, &QPushButton::clicked, this, &QDialog::accept);
     connect(this, &QDialog::finished, this,
@@ -109,26 +110,48 @@ UninstallSheet::UninstallSheet(UninstallAppsController &page, const QString &tex
     follow();
 }
 
+// As high as what it says, and above a height it is scrolled.
+void UninstallSheet::fit(QVBoxLayout &list, QScrollArea &scroll) {
+    const QSize room = parentWidget() ? parentWidget()->size() * 0.9 : QSize(9999, 9999);
+    const int width = std::min(theme::height(sheetWidth), room.width());
+    const int whole = list.totalHeightForWidth(width - 16 * theme::grid);
+    scroll.setFixedHeight(std::min(whole, theme::height(listHeight)));
+    const int rest = layout()->totalHeightForWidth(width) - scroll.height();
+    scroll.setFixedHeight(
+        std::max(std::min(scroll.height(), room.height() - rest), theme::height(leastListHeight)));
+    setFixedWidth(width);
+    resize(width, rest + scroll.height());
+}
+
 QWidget *UninstallSheet::makePlan(std::size_t number) {
     const RemovalPlan &plan = m_page.plans()[number];
     auto *const card = new QFrame(this);
     card->setObjectName(QStringLiteral("uninstall.sheet.plan"));
+    card->setProperty("card", true);
     auto *const list = new QVBoxLayout(card);
-    list->setContentsMargins(0, 0, 0, theme::grid);
+    list->setContentsMargins(3 * theme::grid, 2 * theme::grid, 3 * theme::grid, 2 * theme::grid);
     list->setSpacing(theme::grid);
     auto *const head = new QHBoxLayout;
+    head->setSpacing(2 * theme::grid);
+    auto *const icon = new QLabel(card);
+    icon->setPixmap(m_icons.pixmap(QString::fromStdString(plan.application.icon),
+                                   theme::height(iconSide), devicePixelRatioF()));
+    head->addWidget(icon);
     auto *const name = makePlainLabel("uninstall.sheet.name", card);
     name->setText(paths::display(plan.application.name));
-    theme::keepFont(name, 13, true);
+    theme::keepFont(name, 14, true);
     head->addWidget(name);
-    head->addWidget(words(UninstallTexts::kind(plan.application.kind), card, true));
-    head->addStretch(1);
+    auto *const kind = makePlainLabel("uninstall.sheet.kind", card);
+    kind->setText(UninstallTexts::kind(plan.application.kind));
+    kind->setProperty("secondary", true);
+    head->addWidget(kind, 1);
     list->addLayout(head);
     const QString obstacle = UninstallTexts::obstacle(plan);
     if (!obstacle.isEmpty()) {
         list->addWidget(words(localizedText("UNINSTALL_STAYS").arg(obstacle), card));
-        if (!plan.reason.empty())
-            list->addWidget(words(localizedText(paths::display(plan.reason)), card, true));
+        if (const QString why = UninstallTexts::translated(plan.reason);
+            !why.isEmpty() && why != obstacle)
+            list->addWidget(words(why, card, true));
         return card;
     }
     auto *const size = makePlainLabel("uninstall.sheet.size", card);
@@ -147,38 +170,49 @@ void UninstallSheet::addLeftovers(QVBoxLayout &list, std::size_t number) {
     list.addWidget(words(plan.leftovers.empty() ? localizedText("UNINSTALL_LEAVES_NOTHING")
                                                 : localizedText("UNINSTALL_LEAVES"),
                          this, true));
-    const auto addMark = [&](const QString &label, const QString &note, const QString &size,
-                             bool isTicked, const QString &tip,
-                             const std::function<void(bool)> &tick) {
-        auto *const row = new QHBoxLayout;
-        auto *const mark = new QCheckBox(this);
-        mark->setObjectName(QStringLiteral("uninstall.sheet.mark"));
-        mark->setChecked(isTicked);
-        mark->setAccessibleName(spokenWords({label, note, size}));
-        row->addWidget(mark, 0, Qt::AlignVCenter);
-        auto *const text = words(label, this);
-        text->setToolTip(plainToolTip({label, tip}));
-        row->addWidget(text, 1);
-        row->addWidget(words(note, this, true));
-        auto *const bytes = makePlainLabel("uninstall.sheet.bytes", this);
-        bytes->setText(size);
-        bytes->setProperty("number", true);
-        row->addWidget(bytes);
-        list.addLayout(row);
-        connect(mark, &QCheckBox::toggled, this, [this, tick](bool on) {
-            tick(on);
-            follow();
-        });
-    };
     for (std::size_t i = 0; i < plan.leftovers.size(); ++i) {
         const Leftover &leftover = plan.leftovers[i];
-        addMark(paths::displayFromHome(leftover.path), UninstallTexts::leftover(leftover.kind),
-                sizeWords(leftover.bytes), leftover.ticked, {},
-                [this, number, i](bool on) { m_page.tickLeftover(number, i, on); });
+        auto *const mark =
+            addMark(list, paths::displayFromHome(leftover.path),
+                    UninstallTexts::leftover(leftover.kind), sizeWords(leftover.bytes));
+        mark->setChecked(leftover.ticked);
+        connect(mark, &QCheckBox::toggled, this, [this, number, i](bool on) {
+            m_page.tickLeftover(number, i, on);
+            follow();
+        });
     }
-    if (const QString label = UninstallTexts::systemSettings(plan); !label.isEmpty())
-        addMark(label, {}, {}, plan.purge, {},
+    if (const QString label = UninstallTexts::systemSettings(plan); !label.isEmpty()) {
+        auto *const mark = addMark(list, label, {}, {});
+        mark->setChecked(plan.purge);
+        connect(mark, &QCheckBox::toggled, this,
                 [this, number](bool on) { m_page.tickSystemSettings(number, on); });
+    }
+}
+
+QCheckBox *UninstallSheet::addMark(QVBoxLayout &list, const QString &label, const QString &note,
+                                   const QString &size) {
+    auto *const row = new QHBoxLayout;
+    row->setSpacing(2 * theme::grid);
+    auto *const mark = new QCheckBox(this);
+    mark->setObjectName(QStringLiteral("uninstall.sheet.mark"));
+    mark->setAccessibleName(spokenWords({label, note, size}));
+    row->addWidget(mark, 0, Qt::AlignVCenter);
+    auto *const text = new ElidedLabel(Qt::ElideMiddle, this);
+    text->setText(label);
+    text->setToolTip(plainToolTip({label}));
+    row->addWidget(text, 1);
+    auto *const kind = makePlainLabel("uninstall.sheet.note", this);
+    kind->setText(note);
+    kind->setProperty("secondary", true);
+    row->addWidget(kind);
+    auto *const bytes = makePlainLabel("uninstall.sheet.bytes", this);
+    bytes->setText(size);
+    bytes->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    theme::keep(bytes,
+                [bytes] { bytes->setMinimumWidth(theme::textWidth({theme::widestSize()}, 12)); });
+    row->addWidget(bytes);
+    list.addLayout(row);
+    return mark;
 }
 
 void UninstallSheet::follow() {

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "uninstall/ui/ApplicationIcons.h"
+
 #include <QDialog>
 
+class QCheckBox;
 class QLabel;
 class QPushButton;
+class QScrollArea;
 class QVBoxLayout;
 
 namespace brightsweep {
@@ -25,9 +29,13 @@ private:
     UninstallSheet(UninstallAppsController &page, const QString &text, QWidget *window);
     QWidget *makePlan(std::size_t number);
     void addLeftovers(QVBoxLayout &list, std::size_t number);
+    QCheckBox *addMark(QVBoxLayout &list, const QString &label, const QString &note,
+                       const QString &size);
+    void fit(QVBoxLayout &list, QScrollArea &scroll);
     void follow();
 
     UninstallAppsController &m_page;
+    ApplicationIcons m_icons;
     QLabel *m_sum;
     QPushButton *m_uninstall;
 };

@@ -1,0 +1,104 @@
+#include "uninstall/ui/LeftBehindTable.h"
+
+#include "cleaning/ui/CheckHeader.h"
+#include "cleaning/ui/ResultRowDelegate.h"
+#include "core/Texts.h"
+#include "foundation/Paths.h"
+#include "platform/Platform.h"
+#include "platform/Workspace.h"
+#include "ui/Theme.h"
+#include "uninstall/LeftBehindModel.h"
+
+#include <QKeyEvent>
+
+#include <algorithm>
+
+namespace brightsweep {
+
+namespace {
+
+using Model = LeftBehindModel;
+
+ResultRowForm rowForm() {
+    ResultRowForm form;
+    form.checkColumn = Model::checkBox;
+    form.nameColumn = Model::Name;
+    form.pathRole = Model::PathRole;
+    form.directoryRole = Model::DirectoryRole;
+    form.failureRole = Model::FailureRole;
+    form.reasonRole = Model::FailureRole;
+    form.noteRole = Model::NoteRole;
+    return form;
+}
+
+} // namespace
+
+LeftBehindTable::LeftBehindTable(LeftBehindController &page, LeftBehindModel &model,
+                                 QWidget *parent)
+    : ResultView(rowForm(), parent), m_page(page), m_list(model) {
+    setObjectName(QStringLiteral("uninstall.leftBehind"));
+    setAccessibleName(localizedText("Left behind"));
+    setModel(&m_list);
+    setRootIsDecorated(false);
+    setItemsExpandable(false);
+    setColumns(Model::Name, Model::Size,
+               {{Model::checkBox, {}, false}, {Model::Size, theme::widestSize(), false}});
+    setSortingEnabled(false);
+    connect(m_header, &CheckHeader::checkBoxClicked, this, [this](bool isTicked) {
+        std::vector<int> rows(std::size_t(m_list.rowCount()));
+        for (std::size_t i = 0; i < rows.size(); ++i)
+            rows[i] = int(i);
+        m_page.tick(rows, isTicked);
+    });
+    connect(&m_page, &LeftBehindController::ticksChanged, this, &LeftBehindTable::followTicks);
+    connect(&m_list, &QAbstractItemModel::modelReset, this, [this] {
+        if (m_list.rowCount() > 0)
+            setCurrentIndex(m_list.index(0, Model::checkBox));
+        followTicks();
+    });
+}
+
+void LeftBehindTable::followTicks() {
+    const auto ticked = int(m_page.tickedCount());
+    m_header->setCheckState(ticked == 0                   ? Qt::Unchecked
+                            : ticked == m_list.rowCount() ? Qt::Checked
+                                                          : Qt::PartiallyChecked);
+}
+
+void LeftBehindTable::keyPressEvent(QKeyEvent *event) {
+    if (event->key() == Qt::Key_Delete)
+        m_page.removeButtonAction();
+    else
+        ResultView::keyPressEvent(event);
+}
+
+void LeftBehindTable::tickSelection() {
+    std::vector<int> rows;
+    for (const QModelIndex &row : selectionModel()->selectedRows())
+        rows.push_back(row.row());
+    const bool isAnyOff = std::any_of(rows.begin(), rows.end(), [this](int row) {
+        return !m_page.items().at(std::size_t(row)).ticked;
+    });
+    m_page.tick(rows, isAnyOff);
+}
+
+void LeftBehindTable::act(const QModelIndex &index) {
+    reveal(index);
+}
+
+void LeftBehindTable::open(const QModelIndex &index) {
+    Platform::current().workspace->open(paths::fromVariant(index.data(Model::PathRole)));
+}
+
+void LeftBehindTable::reveal(const QModelIndex &index) {
+    Platform::current().workspace->reveal(paths::fromVariant(index.data(Model::PathRole)));
+}
+
+QString LeftBehindTable::pathText() const {
+    QStringList lines;
+    for (const QModelIndex &row : selectionModel()->selectedRows())
+        lines += paths::text(paths::fromVariant(row.data(Model::PathRole)).native());
+    return lines.join(u'\n');
+}
+
+} // namespace brightsweep
