@@ -362,7 +362,7 @@ TEST_F(UninstallPage, RemovesOnlyWhatWasTickedOfWhatWasLeftBehind) {
     behind.removeButtonAction();
     behind.alertEnded(true);
     ASSERT_TRUE(test::eventually([&] { return behind.isReady(); }));
-    EXPECT_EQ(behind.message().toStdString(), "1 item removed, 0.01 KB freed.");
+    EXPECT_EQ(behind.message().toStdString(), "1 item removed, 0.00 KB freed.");
     EXPECT_FALSE(home.exists("snap/gone"));
     EXPECT_TRUE(home.exists("snap/other/data") && home.exists("snap/alpha/data"));
     EXPECT_EQ(model.rowCount(), 1);

@@ -27,6 +27,7 @@
 #include <QVBoxLayout>
 
 #include <array>
+#include <utility>
 
 namespace brightsweep {
 
@@ -131,6 +132,10 @@ UninstallPanel::UninstallPanel(Page &controller, QWidget *parent)
         UninstallDetailsSheet::show(m_controller, m_table->iconOf(m_controller.selectRow()),
                                     window());
     });
+    QWidget *before = m_lists;
+    for (QWidget *const next : {static_cast<QWidget *>(m_filter), static_cast<QWidget *>(m_table),
+                                static_cast<QWidget *>(m_leftBehind)})
+        setTabOrder(std::exchange(before, next), next);
     followState();
     followList();
     followMessage();
