@@ -93,19 +93,19 @@ TEST_F(Packages, AreReadFromDpkgsOwnFile) {
 }
 
 TEST_F(Packages, AreListedOnceWithTheirMainEntry) {
-    for (const char *name : {"thunar", "office", "eog"})
+    for (const char *name : {"thunar", "eog"})
         program(name);
     package("dpkg", "Essential: yes\n");
     package("thunar", {},
             "/usr/share/applications/a-settings.desktop\n"
             "/usr/share/applications/org.x.Thunar.desktop\n"
-            "/usr/share/applications/rename.desktop\n/usr/share/applications/z.desktop\n");
+            "/usr/share/applications/bulk.desktop\n/usr/share/applications/z.desktop\n");
     package("eog", "Priority: standard\n", "/usr/share/applications/eog.desktop\n");
     package("hidden", {}, "/usr/share/applications/hidden.desktop\n");
     package("left", {}, "/usr/share/applications/left.desktop\n", "deinstall ok config-files");
     entry("a-settings", "Name=Settings\nExec=thunar --settings\nCategories=Settings;\n");
     entry("org.x.Thunar", "Name=Files\nName[de]=Dateien\nExec=thunar %F\nIcon=files\n");
-    entry("rename", "Name=Bulk Rename\nExec=office -r\n");
+    entry("bulk", "Name=Bulk Rename\nExec=thunar -r\n");
     entry("z", "Name=Not shown\nExec=thunar\nNoDisplay=true\n");
     entry("eog", "Name=Image Viewer\nExec=eog\n");
     entry("hidden", "Name=Hidden\nExec=eog\nNoDisplay=true\n");
@@ -122,14 +122,14 @@ TEST_F(Packages, AreListedOnceWithTheirMainEntry) {
     EXPECT_EQ(thunar.name, "Files");
     EXPECT_EQ(thunar.version, "2.0");
     EXPECT_EQ(thunar.path, system.path("usr/bin/thunar"));
-    EXPECT_THAT(thunar.ids, ElementsAre("org.x.Thunar", "a-settings", "rename", "z"));
+    EXPECT_THAT(thunar.ids, ElementsAre("org.x.Thunar", "bulk", "a-settings", "z"));
     EXPECT_THAT(thunar.otherEntries, UnorderedElementsAre("Settings", "Bulk Rename"));
     EXPECT_GT(thunar.installed, 0);
     EXPECT_FALSE(thunar.partOfSystem);
     std::vector<std::string> claimed;
     for (const ClaimedName &claim : source.claims())
         claimed.push_back(claim.name + '=' + claim.key);
-    EXPECT_THAT(claimed, Contains("office=thunar"));
+    EXPECT_THAT(claimed, Contains("bulk=thunar"));
     EXPECT_THAT(claimed, Contains("hidden=hidden"));
     EXPECT_THAT(source.formerNames(), ElementsAre("left"));
     // A package that came meanwhile is there at the next call.

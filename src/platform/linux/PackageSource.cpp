@@ -1,5 +1,6 @@
 #include "platform/linux/PackageSource.h"
 
+#include "foundation/Log.h"
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
 #include "platform/linux/BusProbe.h"
@@ -66,10 +67,11 @@ bool isSameName(std::string_view one, std::string_view other) {
 // How well an entry stands for its package; the highest is the main one.
 int standing(const DesktopEntryFile &file, std::string_view package) {
     const std::string program = lastPart(execProgram(file.entry.string("Exec")), '/');
-    const bool hasItsName = isSameName(file.id, package) ||
-                            isSameName(lastPart(file.id, '.'), package) ||
-                            isSameName(program, package);
-    return (hasItsName ? 2 : 0) + (isSettingsEntry(file) ? 0 : 1);
+    const bool hasItsName =
+        isSameName(file.id, package) || isSameName(lastPart(file.id, '.'), package);
+    // A file manager's bulk renamer starts the file manager, too.
+    return (hasItsName ? 4 : 0) + (isSameName(program, package) ? 2 : 0) +
+           (isSettingsEntry(file) ? 0 : 1);
 }
 
 std::string systemReasonOf(const PackageRecord &record) {
@@ -361,6 +363,10 @@ RemovalResult PackageSource::remove(const RemovalPlan &plan, const RightsToken *
     if (!held.accepts(*rights))
         return {UninstallOutcome::NeedsRights, "administrator rights are no longer held", {}};
     PackagesReply reply = held.removePackages(*rights, removal);
+    NSLog("Package manager, for %@: %@", removal.names.front(), reply.words);
+    // What it says of a success is for the log.
+    if (reply.outcome == PackagesOutcome::Removed)
+        reply.words.clear();
     return {outcomeOf(reply.outcome), std::move(reply.words), std::move(reply.gone)};
 }
 
