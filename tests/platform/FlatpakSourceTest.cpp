@@ -74,24 +74,5 @@ TEST(FlatpakSource, RemovesOneRefOfOneInstallationAndNoData) {
     EXPECT_TRUE(home.exists(".var/app/org.test.Demo/data/letter"));
 }
 
-TEST(FlatpakSource, KnowsWhatRunsByItsInstance) {
-    TestTree home(TestEnvironment::current().home());
-    home.link(".local/share/flatpak/app/org.x.A/x86_64/stable/active",
-              home.directory(".local/share/flatpak/app/org.x.A/x86_64/stable/123"));
-    TestTree runtime(std::getenv("XDG_RUNTIME_DIR"));
-    runtime.file(".flatpak/77/info", "[Application]\nname=org.x.A\nruntime=x\n");
-    FlatpakSource source;
-    const auto running = [&](const std::string &pid) {
-        runtime.file(".flatpak/77/pid", pid);
-        return source.runningOf(*source.applications()).size();
-    };
-    EXPECT_EQ(running(std::to_string(::getpid())), 1u);
-    EXPECT_EQ(running("999999999"), 0u);
-    EXPECT_EQ(running("-1"), 0u);
-    RemovalPlan outside;
-    outside.application.key = "app/../../x";
-    EXPECT_EQ(source.remove(outside, nullptr).outcome, UninstallOutcome::Failed);
-}
-
 } // namespace
 } // namespace brightsweep

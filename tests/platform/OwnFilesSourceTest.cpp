@@ -24,11 +24,16 @@ protected:
         home.mode(place, 0755);
         return home.path(place);
     }
-    void entry(const std::string &id, const std::string &exec, const std::string &more = {},
-               std::string_view folder = ".local/share/applications/") {
-        home.file(std::string(folder) + id + ".desktop",
+    void entry(const std::string &id, const std::string &exec, const std::string &more = {}) {
+        home.file(".local/share/applications/" + id + ".desktop",
                   "[Desktop Entry]\nType=Application\nName=" + id + " Name\nExec=" + exec + "\n" +
                       more);
+    }
+    // A program in a folder of its own, with an entry called like the folder.
+    std::filesystem::path add(const std::string &place, const std::string &id) {
+        const auto file = program(place, home);
+        entry(id, file.native());
+        return file;
     }
     template <typename Source>
     std::map<std::string, InstalledApplication> listed() {
@@ -62,7 +67,6 @@ TEST_F(OwnFiles, AppImagesAreTakenForWhatTheyAre) {
     entry("appimagekit_0-draw", image("Downloads/Draw.AppImage").native() + " %U",
           "X-AppImage-Version=7.1\n");
     home.link(".local/bin/draw", home.path("Downloads/Draw.AppImage"));
-    home.file("Applications/Text.AppImage", "no ELF");
     home.fifo("Applications/pipe");
     const auto found = listed<AppImageSource>();
     ASSERT_EQ(found.size(), 3u);
@@ -77,33 +81,23 @@ TEST_F(OwnFiles, AppImagesAreTakenForWhatTheyAre) {
 }
 
 TEST_F(OwnFiles, FoldersAreOnlyThoseThatNobodyElseUses) {
-    const auto add = [&](const std::string &place) {
-        const auto file = program(place, home);
-        const auto id = file.parent_path().filename() == "bin"
-                            ? file.parent_path().parent_path().filename().native()
-                            : file.parent_path().filename().native();
-        entry(id, file.native());
-        return file;
-    };
-    add(".local/opt/Editor/bin/editor");
+    add(".local/opt/Editor/bin/editor", "Editor");
     entry("Editor-2", home.path(".local/opt/Editor/bin/editor").native() + " --new");
-    add(".local/share/Alone/alone");
-    add(".local/share/Linked/bin/linked");
-    home.link(".local/bin/linked", home.path(".local/share/Linked/bin/linked"));
-    add("Applications/E.app/run");
-    add(".local/share/icons/tool");
-    program("opt/lib/x", home);
+    add(".local/share/Alone/alone", "Alone");
+    home.link(".local/bin/linked", add(".local/share/Linked/bin/linked", "Linked"));
+    add("Applications/E.app/run", "bundle");
+    add(".local/share/icons/tool", "icons");
     // Somebody else's data, each in its own way.
-    add(".local/share/Deep/a/b/deep");
-    add(".local/share/ByLink/bylink");
+    add(".local/share/Deep/a/b/deep", "Deep");
+    add(".local/share/ByLink/bylink", "ByLink");
     home.link(".local/bin/other", program(".local/share/ByLink/tools/other", home));
-    add(".local/share/ByUnit/byunit");
+    add(".local/share/ByUnit/byunit", "ByUnit");
     home.file(".config/systemd/user/x.service",
               "ExecStart=/usr/bin/y " + home.path(".local/share/ByUnit/conf").native() + "\n");
-    add(".local/share/ByEntry/byentry");
+    add(".local/share/ByEntry/byentry", "ByEntry");
     program("usr/bin/z", system);
     entry("z", "z --data " + home.path(".local/share/ByEntry/data").native());
-    add(".local/share/ByName/byname");
+    add(".local/share/ByName/byname", "ByName");
     program("usr/bin/byname", system);
     // A package's.
     const auto vendor = program("opt/Vendor/vendor", system);

@@ -1,5 +1,4 @@
 #include "uninstall/Uninstallation.h"
-#include "foundation/Identity.h"
 #include "platform/Platform.h"
 #include "removal/FakeRights.h"
 #include "removal/NvAuthorization.h"
@@ -113,12 +112,14 @@ TEST_F(UninstallationTest, LeftoversGoOnlyAsTheyWereShown) {
         leftover.ticked = true;
     home.file(".config/painter/letter.odt");
     std::filesystem::remove_all(home.path(".cache/painter"));
+    std::filesystem::rename(home.path(".local/share/painter"), home.path("elsewhere"));
+    home.file(".local/share/painter/another's");
     Uninstallation removal(shown);
     EXPECT_FALSE(run(removal));
     EXPECT_TRUE(home.exists(".config/painter/settings")) << "it has gained a document since";
     EXPECT_FALSE(home.exists(".config/painter.conf"));
     EXPECT_TRUE(home.exists("dotfiles/painter.conf"));
-    EXPECT_FALSE(home.exists(".local/share/painter"));
+    EXPECT_TRUE(home.exists(".local/share/painter/another's"));
     EXPECT_EQ(removal.records().front().outcome, UninstallOutcome::Removed);
     EXPECT_FALSE(removal.isOpen());
 }
@@ -145,49 +146,6 @@ TEST_F(UninstallationTest, AFolderKeepsWhatItsProgramWroteUnlessThatIsTicked) {
     EXPECT_TRUE(run(second));
     EXPECT_FALSE(home.exists("Applications/Game"));
     EXPECT_TRUE(folders->removals.empty());
-}
-
-TEST_F(UninstallationTest, ABundleGoesAfterItsLeftoversAndStaysWithThem) {
-    InstalledApplication bundle;
-    bundle.kind = ApplicationKind::Bundle;
-    bundle.path = bundle.key = home.directory("Applications/E.app");
-    bundle.ids = {"com.example.editor"};
-    home.file(".config/com.example.editor.plist");
-    home.file(".local/share/com.example.editor/x");
-    RemovalPlan plan = RemovalPlanner({bundle}).planOf(bundle);
-    home.file(".local/share/com.example.editor/y");
-    Uninstallation changed({plan});
-    EXPECT_FALSE(run(changed));
-    EXPECT_TRUE(home.exists("Applications/E.app"));
-    EXPECT_TRUE(home.exists(".config/com.example.editor.plist"));
-    plan = RemovalPlanner({bundle}).planOf(bundle);
-    Uninstallation removal({plan});
-    EXPECT_TRUE(run(removal));
-    EXPECT_FALSE(home.exists("Applications/E.app") ||
-                 home.exists(".config/com.example.editor.plist"));
-}
-
-TEST_F(UninstallationTest, OwnVersionAndProtectedPlacesAreBlocked) {
-    InstalledApplication own;
-    own.kind = ApplicationKind::Folder;
-    own.path = home.directory("Applications/Own");
-    own.ids = {bundleIdentifier};
-    own.version = programVersion;
-    InstalledApplication other = own;
-    other.version = "3.9";
-    InstalledApplication wide = own;
-    wide.ids = {"org.example.wide"};
-    wide.path = home.top();
-    InstalledApplication gone = wide;
-    gone.path = home.path("Applications/Gone");
-    const RemovalPlanner planner({});
-    EXPECT_EQ(planner.planOf(own).blocker, Blocker::NeededByUs);
-    EXPECT_EQ(planner.planOf(other).blocker, Blocker::None);
-    EXPECT_EQ(planner.planOf(wide).blocker, Blocker::Unsupported);
-    EXPECT_EQ(planner.planOf(gone).blocker, Blocker::Gone);
-    Uninstallation removal({planner.planOf(own), planner.planOf(wide)});
-    EXPECT_FALSE(run(removal));
-    EXPECT_TRUE(home.exists("Applications/Own"));
 }
 
 } // namespace
