@@ -111,7 +111,8 @@ void SystemItemsBox::addRow(const LoginItemEntry &entry) {
     layout->addWidget(box);
     layout->addWidget(command, 1);
     m_rows->insertWidget(m_rows->count() - 1, row);
-    connect(box, &QCheckBox::clicked, this, [this, file = entry.file](bool isOn) {
+    // A screen reader toggles a box without a click.
+    connect(box, &QCheckBox::toggled, this, [this, file = entry.file](bool isOn) {
         m_controller.setSystemItemStarted(file, isOn);
     });
 }
@@ -131,6 +132,7 @@ void SystemItemsBox::followItems() {
     }
     for (std::size_t index = 0; index < items.size(); ++index) {
         auto *const box = m_rows->itemAt(int(index) + 1)->widget()->findChild<QCheckBox *>();
+        const QSignalBlocker quiet(box);
         box->setChecked(!items[index].hidden);
     }
     m_fold->setText(localizedText("LOGIN_SYSTEM").arg(readersNumber(items.size())));
