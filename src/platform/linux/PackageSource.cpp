@@ -6,6 +6,7 @@
 #include "platform/linux/BusProbe.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/RunningPrograms.h"
+#include "platform/linux/SoftwareCentres.h"
 
 #include <strings.h>
 #include <sys/stat.h>
@@ -364,6 +365,8 @@ RemovalResult PackageSource::remove(const RemovalPlan &plan, const RightsToken *
         return {UninstallOutcome::NeedsRights, "administrator rights are no longer held", {}};
     PackagesReply reply = held.removePackages(*rights, removal);
     NSLog("Package manager, for %@: %@", removal.names.front(), reply.words);
+    if (!reply.gone.empty() && systemRoot().empty())
+        tellSoftwareCentres();
     // What it says of a success is for the log.
     if (reply.outcome == PackagesOutcome::Removed)
         reply.words.clear();
