@@ -268,17 +268,22 @@ std::string inShort(const std::string &words) {
     return last;
 }
 
+// What scripts of packages print is theirs: nothing of it may turn or overwrite a line.
+void warnByLines(const std::string &words, Output &output) {
+    std::istringstream lines(words);
+    for (std::string line; std::getline(lines, line);)
+        output.warning(paths::display(line).toStdString());
+}
+
 std::string planText(const Planned &planned, bool isTried, std::uint64_t &bytes) {
     const RemovalPlan &plan = planned.record.plan;
-    std::string text = plan.application.name +
-                       (plan.application.version.empty() ? "" : " " + plan.application.version) +
-                       " (" + planned.key + ")\n";
-    if (!plan.running.empty()) {
-        std::string names;
-        for (const std::string &name : plan.running)
-            names += (names.empty() ? "" : ", ") + name;
-        text += "  is running: " + names + "\n";
-    }
+    const auto shown = [](const std::string &text) { return paths::display(text).toStdString(); };
+    std::string text = shown(plan.application.name);
+    if (!plan.application.version.empty())
+        text += " " + shown(plan.application.version);
+    text += " (" + shown(planned.key) + ")\n";
+    for (const std::string &name : plan.running)
+        text += "  is running: " + shown(name) + "\n";
     const auto &also = plan.also;
     const bool hasGone =
         isTried ? planned.record.outcome == UninstallOutcome::Removed : isPlannedToGo(planned);
@@ -299,6 +304,12 @@ std::string planText(const Planned &planned, bool isTried, std::uint64_t &bytes)
     for (const auto &file : plan.systemSettings)
         table.row({plan.purge && hasGone ? went : "  kept", "",
                    file.native() + " (settings of the system)"});
+    const auto isTickedData = [](const Leftover &leftover) {
+        return leftover.ticked && leftover.kind == LeftoverKind::Data;
+    };
+    if (plan.application.kind == ApplicationKind::Snap && isPlannedToGo(planned) && !plan.purge &&
+        std::none_of(plan.leftovers.begin(), plan.leftovers.end(), isTickedData))
+        table.row({"  kept", "", "a copy of its data, by snapd, for 31 days"});
     return text + table.text();
 }
 
@@ -324,7 +335,7 @@ int tell(Job &job, Output &output) {
         writePlan(json, planned, isTried);
         text += planText(planned, isTried, bytes);
         if (planned.record.message.find('\n') != std::string::npos)
-            output.warning(planned.record.message);
+            warnByLines(planned.record.message, output);
         fails = fails || !isPlannedToGo(planned) || (isTried && !planned.record.isWhole());
     }
     json.endArray();
