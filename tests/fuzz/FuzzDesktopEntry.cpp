@@ -1,6 +1,7 @@
 // What stands in a file that anybody may put into a folder of desktop entries.
 
 #include "foundation/DesktopEntry.h"
+#include "foundation/DesktopEntryText.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -19,6 +20,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
                 std::abort();
             entry.localeString(key, {"de", value});
         }
+        // A change reads back, and taking it back leaves every other byte as it was.
+        const auto shown = withEntryValue(whole, "Hidden", "false");
+        if (shown.has_value() != entry.isValid())
+            std::abort();
+        if (shown &&
+            (DesktopEntry(*shown).raw("Hidden") != "false" ||
+             withEntryValue(*withEntryValue(*shown, "Hidden", "true"), "Hidden", "false") != shown))
+            std::abort();
         const std::string exec = entry.string("Exec");
         const auto command = execCommand(exec, {"name", "icon", "path"});
         if (command && (command->empty() || command->front().empty()))

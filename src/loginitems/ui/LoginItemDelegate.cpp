@@ -1,6 +1,7 @@
 #include "loginitems/ui/LoginItemDelegate.h"
 
 #include "core/CheckImage.h"
+#include "foundation/Identity.h"
 #include "loginitems/LoginItemModel.h"
 #include "ui/ImageProvider.h"
 #include "ui/Mirrored.h"
@@ -59,19 +60,33 @@ void paintGround(QPainter &painter, const QStyleOptionViewItem &option, const QM
                             theme::radius);
 }
 
+bool hasIcon(const QString &name) {
+    return !name.isEmpty() && (name.startsWith(u'/') || QIcon::hasThemeIcon(name));
+}
+
 // A name that the icon theme has: that of the entry, else that of the type of what it starts; empty
 // where it has neither.
 QString iconNameOf(const QModelIndex &index) {
-    const QString own = index.data(LoginItemModel::IconNameRole).toString();
-    if (own.startsWith(u'/') || QIcon::hasThemeIcon(own))
-        return own;
     static const QMimeDatabase types;
     // By the name alone: a home that does not answer would hold the window up.
     const QMimeType type = types.mimeTypeForFile(
         index.data(LoginItemModel::SecondaryTextRole).toString(), QMimeDatabase::MatchExtension);
-    const QString name = type.isDefault() ? QString() : type.iconName();
     const QString usual = QStringLiteral("application-x-executable");
-    return QIcon::hasThemeIcon(name) ? name : QIcon::hasThemeIcon(usual) ? usual : QString();
+    for (const QString &name : {index.data(LoginItemModel::IconNameRole).toString(),
+                                type.isDefault() ? usual : type.iconName(), usual}) {
+        if (hasIcon(name))
+            return name;
+        if (name == QLatin1String(bundleIdentifier))
+            break;
+    }
+    return {};
+}
+
+// What stands for an entry without an icon.
+QString signOf(const QModelIndex &index) {
+    const bool isOwn =
+        index.data(LoginItemModel::IconNameRole).toString() == QLatin1String(bundleIdentifier);
+    return isOwn ? QStringLiteral("logo-128x128.png") : QStringLiteral("login_items");
 }
 
 // A mark stands in a frame, so that it is told from the name without its colour.
@@ -142,7 +157,7 @@ void LoginItemDelegate::paintName(QPainter &painter, const QStyleOptionViewItem 
     painter.setOpacity(isHidden ? hiddenOpacity : 1.0);
     const QString icon = iconNameOf(index);
     if (icon.isEmpty())
-        paintImage(painter, QStringLiteral("login_items"),
+        paintImage(painter, signOf(index),
                    mirrored(area, middle(place, iconSide - 2 * theme::grid)));
     else
         painter.drawPixmap(mirrored(area, place),
