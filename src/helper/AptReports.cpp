@@ -1,4 +1,5 @@
-#include "helper/PackagesRemoval.h"
+#include "helper/AptReports.h"
+
 #include "linux/PackageDatabase.h"
 
 #include <algorithm>

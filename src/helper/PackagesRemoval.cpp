@@ -1,5 +1,6 @@
 #include "helper/PackagesRemoval.h"
 
+#include "helper/AptReports.h"
 #include "linux/PackageDatabase.h"
 #include "linux/PackageSafety.h"
 

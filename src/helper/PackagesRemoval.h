@@ -44,10 +44,4 @@ inline constexpr std::string_view verifyArgument = "verify";
 /// What the hook says when it stops apt-get.
 inline constexpr std::string_view hookRefusal = "brightsweep: something else would change as well";
 
-/// True where apt-get would remove exactly these packages and do nothing else, by its simulation.
-bool matchesSimulation(std::string_view output, const std::vector<std::string> &names);
-/// The same by what it tells a hook of DPkg::Pre-Install-Pkgs, in version 3 of that format; see
-/// apt.conf(5).
-bool matchesReport(std::string_view report, const std::vector<std::string> &names);
-
 } // namespace brightsweep::helper

@@ -4,6 +4,7 @@
 // one act of a closed list, and each item is checked here again, whatever the program has checked
 // before.
 
+#include "helper/AptReports.h"
 #include "helper/Channel.h"
 #include "helper/Frame.h"
 #include "helper/ItemsRemoval.h"

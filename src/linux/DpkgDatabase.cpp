@@ -142,6 +142,7 @@ std::vector<PackageRecord> DpkgDatabase::parseStatus(std::string_view text,
         record.bytes = record.bytes > UINT64_MAX / kibibyte ? 0 : record.bytes * kibibyte;
         record.role = roleOf(stanza);
         record.isInstalled = state != "config-files";
+        record.isHeld = stanza.status.starts_with("hold ");
         record.isBroken = state.starts_with("half-") || state == "unpacked" ||
                           stanza.status.find("reinstreq") != stanza.status.npos;
         record.settings = stanza.settings;

@@ -31,6 +31,7 @@ struct PackageRecord {
     PackageRole role = PackageRole::None;
     std::string collection;  ///< with PackageRole::Collection: which
     bool isInstalled = true; ///< false where it has been removed but for its settings
+    bool isHeld = false;     ///< its manager was told to leave it as it is
     bool isBroken = false;   ///< an act upon it was broken off in the middle
     /// Settings of the whole system that a removal leaves and a purge takes.
     std::vector<std::string> settings;

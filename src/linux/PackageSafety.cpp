@@ -180,6 +180,9 @@ Refusal PackageSafety::refusalOf(const std::vector<std::string> &names) const {
             return {PackageRefusal::Essential, "The system cannot do without " + name + '.'};
         if (const auto kept = m_kept.find(name); kept != m_kept.end())
             return {PackageRefusal::Essential, name + ' ' + kept->second + '.'};
+        if (record->isHeld)
+            return {PackageRefusal::Held,
+                    name + " is on hold, which \"apt-mark unhold " + name + "\" ends."};
         if (record->isBroken)
             return {PackageRefusal::Interrupted,
                     "An earlier act upon " + name +

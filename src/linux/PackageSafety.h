@@ -14,6 +14,7 @@ enum class PackageRefusal {
     ImageBased,  ///< the system's programs come as one image
     NeededByUs,  ///< this program is of that package
     Interrupted, ///< the package manager was stopped in the middle of something
+    Held,        ///< the package manager was told to leave it as it is
     Gone,        ///< it is not installed
 };
 

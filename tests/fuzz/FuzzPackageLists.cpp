@@ -1,7 +1,7 @@
 // What package managers' files and tools say. Theirs are sound; what packages put into them may not
 // be.
 
-#include "helper/PackagesRemoval.h"
+#include "helper/AptReports.h"
 #include "linux/DpkgDatabase.h"
 #include "linux/PacmanDatabase.h"
 #include "linux/RpmDatabase.h"

@@ -147,6 +147,7 @@ TEST_F(Packages, ArePlannedWithWhatDependsOnThem) {
     package("vital", "Important: yes\nDepends: half\n");
     package("half");
     package("broken", {}, {}, "install ok half-configured");
+    package("held", {}, {}, "hold ok installed");
     package("boot", {}, "/sbin/init\n");
     package("needsboot", "Depends: onboot\n");
     package("onboot", "Depends: boot\n");
@@ -174,6 +175,7 @@ TEST_F(Packages, ArePlannedWithWhatDependsOnThem) {
                         {"base", Blocker::TooMany, "base"},
                         {"broken", Blocker::Busy, "interrupted"},
                         {"rest", Blocker::Gone, "not installed"},
+                        {"held", Blocker::Unsupported, "on hold"},
                         {"none", Blocker::Gone, "not installed"},
                         {"--force-all", Blocker::Unsupported, "no name"}};
     for (const Row &row : rows) {

@@ -1,6 +1,6 @@
 // Plans over a database of 2,000 packages against apt's own opinion. Only dry runs.
 
-#include "helper/PackagesRemoval.h"
+#include "helper/AptReports.h"
 #include "platform/linux/PackageSource.h"
 #include "support/SyntheticPackages.h"
 #include "support/TestEnvironment.h"

@@ -101,6 +101,8 @@ Blocker blockerOf(PackageRefusal why) {
         return Blocker::NeededByUs;
     case PackageRefusal::Interrupted:
         return Blocker::Busy;
+    case PackageRefusal::Held:
+        return Blocker::Unsupported;
     case PackageRefusal::Gone:
         return Blocker::Gone;
     }
