@@ -407,8 +407,18 @@
     <message id="UNINSTALL_WORKING"><translation>Wird deinstalliert…</translation></message>
     <message id="UNIT_BYTES"><translation>Byte</translation></message>
     <message id="UNIT_TB_TIP"><translation>Keine Datei erreicht eine Grenze in TB.</translation></message>
+    <message id="USAGE_AGE_HALF_YEAR"><translation>im letzten halben Jahr</translation></message>
+    <message id="USAGE_AGE_MONTH"><translation>im letzten Monat</translation></message>
+    <message id="USAGE_AGE_OLDER"><translation>älter</translation></message>
+    <message id="USAGE_AGE_TWO_YEARS"><translation>in den letzten zwei Jahren</translation></message>
+    <message id="USAGE_AGE_YEAR"><translation>im letzten Jahr</translation></message>
     <message id="USAGE_ASK" numerus="yes"><translation><numerusform>%n Objekt entfernen?</numerusform><numerusform>%n Objekte entfernen?</numerusform></translation></message>
     <message id="USAGE_ASK_ONCE_MORE" numerus="yes"><translation><numerusform>Auch dieses Objekt entfernen?</numerusform><numerusform>Auch diese %n Objekte entfernen?</numerusform></translation></message>
+    <message id="USAGE_BY_AGE"><translation>Farben nach letzter Änderung</translation></message>
+    <message id="USAGE_BY_KIND"><translation>Farben nach Art der Dateien</translation></message>
+    <message id="USAGE_BY_PLACE"><translation>Farben nach Ort</translation></message>
+    <message id="USAGE_BY_SIZE"><translation>Größen der Dateien</translation></message>
+    <message id="USAGE_BY_STORED"><translation>Belegter Platz</translation></message>
     <message id="USAGE_CANNOT_TICK"><translation>%1 lässt sich nicht auswählen: %2.</translation></message>
     <message id="USAGE_CHART"><translation>Ringdiagramm</translation></message>
     <message id="USAGE_CHART_MODE"><translation>Ringdiagramm</translation></message>
@@ -420,6 +430,8 @@
     <message id="USAGE_FURTHER_FOLDERS"><translation>Weitere Ordner auf dem Weg</translation></message>
     <message id="USAGE_FURTHER_ITEMS" numerus="yes"><translation><numerusform>%n weiteres Objekt</numerusform><numerusform>%n weitere Objekte</numerusform></translation></message>
     <message id="USAGE_GAP"><translation>Dateien und kleine Ordner in %1</translation></message>
+    <message id="USAGE_LEAVE_OUT"><translation>Weglassen</translation></message>
+    <message id="USAGE_LEFT_OUT" numerus="yes"><translation><numerusform>%n Ordner ist weggelassen.</numerusform><numerusform>%n Ordner sind weggelassen.</numerusform></translation></message>
     <message id="USAGE_LIST"><translation>Ordner und große Dateien</translation></message>
     <message id="USAGE_LIST_MODE"><translation>Liste</translation></message>
     <message id="USAGE_MORE_THAN_VOLUME"><translation>Das ist mehr, als der Datenträger fasst: Eine Datei mit mehreren Namen zählt für jeden einmal, und Dateien mit Lücken zählen ganz.</translation></message>
@@ -432,6 +444,8 @@
     <message id="USAGE_PATH"><translation>Pfad</translation></message>
     <message id="USAGE_PNG"><translation>PNG-Bild (*.png)</translation></message>
     <message id="USAGE_PROGRESS"><translation>Fortschritt</translation></message>
+    <message id="USAGE_READING_AGAIN"><translation>Ein Ordner wird neu eingelesen…</translation></message>
+    <message id="USAGE_READ_AGAIN"><translation>Neu einlesen</translation></message>
     <message id="USAGE_RECENT"><translation>Zuletzt gelesen</translation></message>
     <message id="USAGE_REMOVE"><translation>Entfernen</translation></message>
     <message id="USAGE_REMOVED" numerus="yes"><translation><numerusform>%n Objekt entfernt, %1 freigegeben.</numerusform><numerusform>%n Objekte entfernt, %1 freigegeben.</numerusform></translation></message>
@@ -450,6 +464,8 @@
     <message id="USAGE_TRASHED" numerus="yes"><translation><numerusform>%n Objekt in den Papierkorb gelegt.</numerusform><numerusform>%n Objekte in den Papierkorb gelegt.</numerusform></translation></message>
     <message id="USAGE_UNREAD" numerus="yes"><translation><numerusform>%n Ordner ließ sich nicht lesen: %1. Mit Verwalterrechten: %2</numerusform><numerusform>%n Ordner ließen sich nicht lesen, zuerst %1. Mit Verwalterrechten: %2</numerusform></translation></message>
     <message id="USAGE_UNTICK"><translation>Nicht mehr auswählen</translation></message>
+    <message id="USAGE_VIEW"><translation>Ansicht</translation></message>
+    <message id="USAGE_VIEW_TIP"><translation>Was Farben und Größen des Diagramms sagen</translation></message>
     <message id="USAGE_WAITS"><translation>Das letzte Lesen wartet noch auf %1, das nicht antwortet.</translation></message>
     <message id="Uninstall"><translation>Deinstallieren</translation></message>
     <message id="Uninstall Applications"><translation>Programme deinstallieren</translation></message>

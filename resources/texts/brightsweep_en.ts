@@ -407,8 +407,18 @@
     <message id="UNINSTALL_WORKING"><translation>Uninstalling…</translation></message>
     <message id="UNIT_BYTES"><translation>bytes</translation></message>
     <message id="UNIT_TB_TIP"><translation>No file reaches a limit in TB.</translation></message>
+    <message id="USAGE_AGE_HALF_YEAR"><translation>within half a year</translation></message>
+    <message id="USAGE_AGE_MONTH"><translation>within a month</translation></message>
+    <message id="USAGE_AGE_OLDER"><translation>older</translation></message>
+    <message id="USAGE_AGE_TWO_YEARS"><translation>within two years</translation></message>
+    <message id="USAGE_AGE_YEAR"><translation>within a year</translation></message>
     <message id="USAGE_ASK" numerus="yes"><translation><numerusform>Remove %n item?</numerusform><numerusform>Remove %n items?</numerusform></translation></message>
     <message id="USAGE_ASK_ONCE_MORE" numerus="yes"><translation><numerusform>Remove this one, too?</numerusform><numerusform>Remove these %n, too?</numerusform></translation></message>
+    <message id="USAGE_BY_AGE"><translation>Colours by last change</translation></message>
+    <message id="USAGE_BY_KIND"><translation>Colours by kind of files</translation></message>
+    <message id="USAGE_BY_PLACE"><translation>Colours by place</translation></message>
+    <message id="USAGE_BY_SIZE"><translation>Sizes of the files</translation></message>
+    <message id="USAGE_BY_STORED"><translation>Space taken on disk</translation></message>
     <message id="USAGE_CANNOT_TICK"><translation>%1 cannot be selected: %2.</translation></message>
     <message id="USAGE_CHART"><translation>Ring chart</translation></message>
     <message id="USAGE_CHART_MODE"><translation>Ring chart</translation></message>
@@ -420,6 +430,8 @@
     <message id="USAGE_FURTHER_FOLDERS"><translation>Further folders on the way</translation></message>
     <message id="USAGE_FURTHER_ITEMS" numerus="yes"><translation><numerusform>%n further item</numerusform><numerusform>%n further items</numerusform></translation></message>
     <message id="USAGE_GAP"><translation>Files and small folders of %1</translation></message>
+    <message id="USAGE_LEAVE_OUT"><translation>Leave Out</translation></message>
+    <message id="USAGE_LEFT_OUT" numerus="yes"><translation><numerusform>%n folder is left out.</numerusform><numerusform>%n folders are left out.</numerusform></translation></message>
     <message id="USAGE_LIST"><translation>Folders and large files</translation></message>
     <message id="USAGE_LIST_MODE"><translation>List</translation></message>
     <message id="USAGE_MORE_THAN_VOLUME"><translation>This is more than the volume can hold: a file with several names counts once for each, and files with holes count in full.</translation></message>
@@ -432,6 +444,8 @@
     <message id="USAGE_PATH"><translation>Path</translation></message>
     <message id="USAGE_PNG"><translation>PNG picture (*.png)</translation></message>
     <message id="USAGE_PROGRESS"><translation>Progress of the scan</translation></message>
+    <message id="USAGE_READING_AGAIN"><translation>A folder is being read again…</translation></message>
+    <message id="USAGE_READ_AGAIN"><translation>Read Again</translation></message>
     <message id="USAGE_RECENT"><translation>Scanned last</translation></message>
     <message id="USAGE_REMOVE"><translation>Remove</translation></message>
     <message id="USAGE_REMOVED" numerus="yes"><translation><numerusform>%n item removed, %1 freed.</numerusform><numerusform>%n items removed, %1 freed.</numerusform></translation></message>
@@ -450,6 +464,8 @@
     <message id="USAGE_TRASHED" numerus="yes"><translation><numerusform>%n item moved to the trash.</numerusform><numerusform>%n items moved to the trash.</numerusform></translation></message>
     <message id="USAGE_UNREAD" numerus="yes"><translation><numerusform>%n folder could not be read: %1. With administrator rights: %2</numerusform><numerusform>%n folders could not be read, the first one is %1. With administrator rights: %2</numerusform></translation></message>
     <message id="USAGE_UNTICK"><translation>Deselect</translation></message>
+    <message id="USAGE_VIEW"><translation>View</translation></message>
+    <message id="USAGE_VIEW_TIP"><translation>What the colours and the sizes of the chart tell</translation></message>
     <message id="USAGE_WAITS"><translation>The last scan still waits for %1, which does not answer.</translation></message>
     <message id="Uninstall"><translation>Uninstall</translation></message>
     <message id="Uninstall Applications"><translation>Uninstall Applications</translation></message>

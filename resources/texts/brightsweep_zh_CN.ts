@@ -407,8 +407,18 @@
     <message id="UNINSTALL_WORKING"><translation>正在卸载…</translation></message>
     <message id="UNIT_BYTES"><translation>字节</translation></message>
     <message id="UNIT_TB_TIP"><translation>没有文件能达到以 TB 为单位的限制。</translation></message>
+    <message id="USAGE_AGE_HALF_YEAR"><translation>半年内</translation></message>
+    <message id="USAGE_AGE_MONTH"><translation>一个月内</translation></message>
+    <message id="USAGE_AGE_OLDER"><translation>更早</translation></message>
+    <message id="USAGE_AGE_TWO_YEARS"><translation>两年内</translation></message>
+    <message id="USAGE_AGE_YEAR"><translation>一年内</translation></message>
     <message id="USAGE_ASK" numerus="yes"><translation><numerusform>要移除 %n 个项目吗？</numerusform></translation></message>
     <message id="USAGE_ASK_ONCE_MORE" numerus="yes"><translation><numerusform>也要移除这 %n 个项目吗？</numerusform></translation></message>
+    <message id="USAGE_BY_AGE"><translation>按最后修改时间着色</translation></message>
+    <message id="USAGE_BY_KIND"><translation>按文件类型着色</translation></message>
+    <message id="USAGE_BY_PLACE"><translation>按位置着色</translation></message>
+    <message id="USAGE_BY_SIZE"><translation>文件大小</translation></message>
+    <message id="USAGE_BY_STORED"><translation>占用的磁盘空间</translation></message>
     <message id="USAGE_CANNOT_TICK"><translation>无法选择 %1：%2。</translation></message>
     <message id="USAGE_CHART"><translation>环形图</translation></message>
     <message id="USAGE_CHART_MODE"><translation>环形图</translation></message>
@@ -420,6 +430,8 @@
     <message id="USAGE_FURTHER_FOLDERS"><translation>路径中的其他文件夹</translation></message>
     <message id="USAGE_FURTHER_ITEMS" numerus="yes"><translation><numerusform>另有 %n 个项目</numerusform></translation></message>
     <message id="USAGE_GAP"><translation>%1 中的文件和小文件夹</translation></message>
+    <message id="USAGE_LEAVE_OUT"><translation>不显示</translation></message>
+    <message id="USAGE_LEFT_OUT" numerus="yes"><translation><numerusform>有 %n 个文件夹未显示。</numerusform></translation></message>
     <message id="USAGE_LIST"><translation>文件夹和大文件</translation></message>
     <message id="USAGE_LIST_MODE"><translation>列表</translation></message>
     <message id="USAGE_MORE_THAN_VOLUME"><translation>这超过了卷的容量：有多个名称的文件按每个名称各计一次，含空洞的文件按全部大小计算。</translation></message>
@@ -432,6 +444,8 @@
     <message id="USAGE_PATH"><translation>路径</translation></message>
     <message id="USAGE_PNG"><translation>PNG 图片 (*.png)</translation></message>
     <message id="USAGE_PROGRESS"><translation>扫描进度</translation></message>
+    <message id="USAGE_READING_AGAIN"><translation>正在重新读取文件夹…</translation></message>
+    <message id="USAGE_READ_AGAIN"><translation>重新读取</translation></message>
     <message id="USAGE_RECENT"><translation>最近扫描</translation></message>
     <message id="USAGE_REMOVE"><translation>移除</translation></message>
     <message id="USAGE_REMOVED" numerus="yes"><translation><numerusform>已移除 %n 个项目，释放 %1。</numerusform></translation></message>
@@ -450,6 +464,8 @@
     <message id="USAGE_TRASHED" numerus="yes"><translation><numerusform>已将 %n 个项目移到回收站。</numerusform></translation></message>
     <message id="USAGE_UNREAD" numerus="yes"><translation><numerusform>%n 个文件夹无法读取，第一个是 %1。使用管理员权限：%2</numerusform></translation></message>
     <message id="USAGE_UNTICK"><translation>取消选择</translation></message>
+    <message id="USAGE_VIEW"><translation>视图</translation></message>
+    <message id="USAGE_VIEW_TIP"><translation>图表的颜色和大小表示什么</translation></message>
     <message id="USAGE_WAITS"><translation>上次扫描仍在等待 %1 的响应。</translation></message>
     <message id="Uninstall"><translation>卸载</translation></message>
     <message id="Uninstall Applications"><translation>卸载应用程序</translation></message>

@@ -14,6 +14,7 @@ namespace brightsweep {
 static_assert(std::atomic<std::int64_t>::is_always_lock_free);
 
 std::atomic<bool> AllDir::bStopScan{false};
+ChartView AllDir::view;
 
 int compare(const void *first, const void *second) {
     const auto size = [](const void *slot) {
@@ -53,6 +54,42 @@ void AllDir::FreeAll() {
         if (slot.load(std::memory_order_relaxed) == this)
             slot.store(nullptr, std::memory_order_relaxed);
     }
+}
+
+void AllDir::replaceBy(AllDir &root) {
+    arena().adopt(&root.arena());
+    root.m_name.store(name(), std::memory_order_relaxed);
+    root.pParent = pParent;
+    root.m_depth = m_depth;
+    root.m_upper = m_upper;
+    pParent->subtract(std::uint64_t(iSize.load(std::memory_order_relaxed)), facts);
+    pParent->add(std::uint64_t(root.iSize.load(std::memory_order_relaxed)), root.facts);
+    for (std::atomic<AllDir *> &slot : pParent->ppChildren()) {
+        if (slot.load(std::memory_order_relaxed) == this)
+            slot.store(&root, std::memory_order_relaxed);
+    }
+}
+
+void AllDir::subtract(std::uint64_t bytes, const ContentFacts &gone) {
+    for (AllDir *above = this; above; above = above->pParent) {
+        const auto size = std::uint64_t(above->iSize.load(std::memory_order_relaxed));
+        above->iSize.store(bytes < size ? std::int64_t(size - bytes) : 0,
+                           std::memory_order_relaxed);
+        above->facts -= gone;
+    }
+}
+
+void AllDir::add(std::uint64_t bytes, const ContentFacts &found) {
+    for (AllDir *above = this; above; above = above->pParent) {
+        addSaturating(above->iSize, bytes);
+        above->facts += found;
+    }
+}
+
+std::int64_t AllDir::shownSize() const {
+    constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
+    return view.measure == ChartMeasure::Stored ? std::int64_t(std::min(facts.stored, most))
+                                                : iSize.load(std::memory_order_relaxed);
 }
 
 int AllDir::Find(std::string_view path, AllDir **out) const {

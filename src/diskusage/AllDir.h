@@ -1,5 +1,7 @@
 #pragma once
 
+#include "diskusage/ChartView.h"
+#include "diskusage/ContentFacts.h"
 #include "diskusage/Displayer.h"
 
 #include <atomic>
@@ -71,13 +73,29 @@ public:
     const char *name() const { return m_name.load(std::memory_order_acquire); }
     std::int64_t iChildCount() const;
     Slots ppChildren() const;
+    /// Puts a whole tree of its own, scanned anew, in the place of this node, which goes out of the
+    /// tree; the sums above follow. Not of a root, and not while either is scanned.
+    void replaceBy(AllDir &root);
+    /// Takes what has gone below this node out of its sums and of those above.
+    void subtract(std::uint64_t bytes, const ContentFacts &gone);
+    /// Puts it back.
+    void add(std::uint64_t bytes, const ContentFacts &found);
+
+    /// Bytes by the measure that charts are painted with.
+    std::int64_t shownSize() const;
+
     /// Bytes of storage that the whole tree uses.
     std::size_t storage() const;
 
     /// Program-wide: stops the scan and, as long as it is set, painting below the node painted.
     static std::atomic<bool> bStopScan;
 
+    /// How everything is painted; one painter at a time.
+    static ChartView view;
+
     std::atomic<std::int64_t> iSize{0};
+    /// Of all that lies below; only after a scan that came to its end.
+    ContentFacts facts;
     std::int64_t tActivity = 0; ///< seconds since the epoch
     double dStartAngle = 0;
     double dSweepAngle = 0;

@@ -8,7 +8,7 @@
 namespace brightsweep {
 
 /// A child array as it is published, at once and with its count. Once published only a slot may
-/// change, to null; another order is another array.
+/// change, to null or to what stands for the same directory; another order is another array.
 struct AllDir::Children {
     std::int64_t count;
 

@@ -67,7 +67,7 @@ double AllDir::Paint(double sweep, double start, int level, std::int64_t parentS
                      bool selected) {
     if (level > lastLevel)
         return sweep;
-    const std::int64_t size = iSize.load(std::memory_order_relaxed);
+    const std::int64_t size = shownSize();
     if (level != 1)
         sweep = double(size) * sweep / double(parentSize);
     dStartAngle = start;
@@ -91,7 +91,7 @@ double AllDir::Paint(double sweep, double start, int level, std::int64_t parentS
 }
 
 double AllDir::Repaint(bool selected, const char *, const char *) {
-    return Paint(dSweepAngle, dStartAngle, iLevel, iSize.load(std::memory_order_relaxed), selected);
+    return Paint(dSweepAngle, dStartAngle, iLevel, shownSize(), selected);
 }
 
 // Depth first, by a list of its own: nodes that were never painted all cover the angle 0, and they

@@ -18,7 +18,15 @@ const char *NodeArena::copy(std::string_view text) {
 
 std::size_t NodeArena::bytesUsed() const {
     const std::lock_guard lock(m_mutex);
-    return m_given;
+    std::size_t bytes = m_given;
+    for (const auto &other : m_adopted)
+        bytes += other->bytesUsed();
+    return bytes;
+}
+
+void NodeArena::adopt(NodeArena *other) {
+    const std::lock_guard lock(m_mutex);
+    m_adopted.emplace_back(other);
 }
 
 char *NodeArena::grab(std::size_t size, std::size_t alignment) {

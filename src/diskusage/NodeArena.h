@@ -2,9 +2,11 @@
 
 #include <atomic>
 #include <cstddef>
+#include <memory>
 #include <memory_resource>
 #include <mutex>
 #include <string_view>
+#include <vector>
 
 namespace brightsweep {
 
@@ -20,6 +22,9 @@ public:
     /// A copy of the text with a NUL behind it.
     const char *copy(std::string_view text);
 
+    /// Takes the storage of another tree over, which then lives as long as this one.
+    void adopt(NodeArena *other);
+
     /// The scan that fills the tree is to end.
     std::atomic<bool> isAbandoned{false};
 
@@ -33,6 +38,7 @@ private:
     // A small tree takes little; each further chunk is larger than the one before.
     std::pmr::monotonic_buffer_resource m_chunks{16 * 1024};
     std::size_t m_given = 0;
+    std::vector<std::unique_ptr<NodeArena>> m_adopted;
 };
 
 } // namespace brightsweep

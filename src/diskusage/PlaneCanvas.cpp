@@ -110,9 +110,8 @@ void PlaneCanvas::keep(double inner, double outer, double start, double sweep) {
     if (radians(sweep) * (inner + outer) / 2 * unit < m_narrowestKept)
         return;
     m_sectors.push_back({m_node->szPath(), paths::lastComponent(m_node->name()),
-                         std::uint64_t(m_node->iSize.load(std::memory_order_relaxed)),
-                         m_node->iLevel, centre, inner * unit, outer * unit, start, sweep,
-                         m_color});
+                         std::uint64_t(m_node->shownSize()), m_node->iLevel, centre, inner * unit,
+                         outer * unit, start, sweep, m_color});
 }
 
 // -- State

@@ -9,6 +9,7 @@
 #include "platform/FileOperations.h"
 #include "platform/Platform.h"
 #include "removal/NvAuthorization.h"
+#include "results/FileClasses.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -44,31 +45,14 @@ std::uint64_t sizeOf(const AllDir &node) {
     return std::uint64_t(node.iSize.load(std::memory_order_relaxed));
 }
 
-std::pair<std::size_t, std::string> unreadIn(const AllDir &root) {
-    std::pair<std::size_t, std::string> unread;
-    std::vector<const AllDir *> waiting{&root};
-    while (!waiting.empty()) {
-        const AllDir *const node = waiting.back();
-        waiting.pop_back();
-        if (node->isUnread && unread.first++ == 0)
-            unread.second = node->szPath();
-        for (const std::atomic<AllDir *> &slot : node->ppChildren()) {
-            if (const AllDir *const child = slot.load(std::memory_order_relaxed))
-                waiting.push_back(child);
-        }
-    }
-    return unread;
-}
-
-bool isSameOrAncestor(const AllDir *ancestor, const AllDir *node) {
-    while (node && node != ancestor)
-        node = node->pParent;
-    return node != nullptr;
-}
+struct DirectoryBytes {
+    std::uint64_t size = 0;
+    std::uint64_t stored = 0;
+};
 
 std::vector<CleanFileInfo>
 itemsOf(const std::filesystem::path &folder,
-        const std::unordered_map<std::string, std::uint64_t> &directorySizes) {
+        const std::unordered_map<std::string, DirectoryBytes> &directories) {
     std::vector<CleanFileInfo> items;
     FileOperations &files = *Platform::current().files;
     const auto directory = files.openDirectory(folder);
@@ -79,14 +63,15 @@ itemsOf(const std::filesystem::path &folder,
         if (files.readBlock(*directory, block, WantedAttributes::NonDirectories))
             break;
         for (const DirectoryEntry &entry : block.entries()) {
-            std::uint64_t bytes = entry.size;
+            DirectoryBytes bytes{entry.size, entry.stored};
             if (entry.type == EntryType::Directory) {
-                const auto known = directorySizes.find(std::string(entry.nameView()));
-                bytes = known == directorySizes.end() ? 0 : known->second;
+                const auto known = directories.find(std::string(entry.nameView()));
+                bytes = known == directories.end() ? DirectoryBytes{} : known->second;
             }
             items.emplace_back(QString(), std::string(entry.nameView()),
                                paths::join(folder, entry.nameView()),
-                               UtilityFunction::convertVolSpace(bytes), bytes);
+                               UtilityFunction::convertVolSpace(bytes.size), bytes.size);
+            items.back().stored = bytes.stored;
             items.back().isDirectory = entry.type == EntryType::Directory;
             if (entry.hasAttributes)
                 items.back().modified = entry.modified;
@@ -136,6 +121,7 @@ void RingChart::contructPieTree(const std::filesystem::path &path) {
         const std::lock_guard lock(m_mutex);
         if (scan == m_scan) {
             letGoLocked();
+            m_leftOut.clear();
             m_scannedFolder = std::move(scannedFolder);
             before = std::exchange(icAllDir, root);
             icCurrentPtr = root;
@@ -171,6 +157,7 @@ void RingChart::letGoLocked() {
         return;
     icAllDir->abandonScan();
     icAllDir = icCurrentPtr = icFoundPtr = nullptr;
+    m_leftOut.clear();
     m_scannedFolder = std::errc::no_such_file_or_directory;
 }
 
@@ -218,6 +205,7 @@ void RingChart::drawScene() {
     canvas.pushMatrix();
     canvas.translated(0, 0, chartDepth);
     const std::lock_guard lock(m_mutex);
+    prepareViewLocked();
     if (icCurrentPtr)
         icCurrentPtr->Paint(360.0, 0.0, centreLevel, 0, false);
     canvas.popMatrix();
@@ -251,12 +239,12 @@ void RingChart::mouseMoved(QPointF place, QPointF screen) {
         hit = icCurrentPtr && icCurrentPtr->Find(radius, angle, &found) > 0;
         icFoundPtr = static_cast<W32AllDir *>(hit ? found : nullptr);
         if (hit && !icFoundPtr->bHidden) {
-            bubble = {
-                {QStringLiteral("CurrentDir"),
-                 paths::display(paths::lastComponent(icFoundPtr->szPath()))},
-                {QStringLiteral("DirSize"), UtilityFunction::convertVolSpace(sizeOf(*icFoundPtr))},
-                {QStringLiteral("MouseXPos"), float(screen.x())},
-                {QStringLiteral("MouseYPos"), float(screen.y())}};
+            bubble = {{QStringLiteral("CurrentDir"),
+                       paths::display(paths::lastComponent(icFoundPtr->szPath()))},
+                      {QStringLiteral("DirSize"),
+                       UtilityFunction::convertVolSpace(shownSizeLocked(*icFoundPtr))},
+                      {QStringLiteral("MouseXPos"), float(screen.x())},
+                      {QStringLiteral("MouseYPos"), float(screen.y())}};
         }
     }
     if (!bubble.isEmpty()) {
@@ -331,22 +319,26 @@ void RingChart::clearHiddenFlagsLocked() {
 }
 
 void RingChart::updateLeftView(const std::filesystem::path &path, std::uint64_t size) {
-    std::unordered_map<std::string, std::uint64_t> directorySizes;
+    std::unordered_map<std::string, DirectoryBytes> directories;
+    std::uint64_t stored = 0;
     std::unique_lock lock(m_mutex);
     if (icCurrentPtr && icCurrentPtr->szPath() == withSlash(path.native())) {
+        stored = icCurrentPtr->facts.stored;
         for (const std::atomic<AllDir *> &slot : icCurrentPtr->ppChildren()) {
             if (const AllDir *const child = slot.load(std::memory_order_relaxed))
-                directorySizes.emplace(child->name(), sizeOf(*child));
+                directories.emplace(child->name(),
+                                    DirectoryBytes{sizeOf(*child), child->facts.stored});
         }
     }
     lock.unlock();
-    const CleanFileInfo folder(QString(), paths::lastComponent(path), path,
-                               UtilityFunction::convertVolSpace(size), size);
+    CleanFileInfo folder(QString(), paths::lastComponent(path), path,
+                         UtilityFunction::convertVolSpace(size), size);
+    folder.stored = stored;
     NotificationCenter::defaultCenter().post(
         QStringLiteral("RefreshLeftView"), this,
         {{QStringLiteral("RootPath"), QVariant::fromValue(folder)},
          {QStringLiteral("DecendingItem"),
-          QVariant::fromValue(sortedBySize(itemsOf(path, directorySizes)))}});
+          QVariant::fromValue(sortedBySize(itemsOf(path, directories)))}});
 }
 
 void RingChart::SeekDirectory(std::string_view path) {
@@ -458,25 +450,26 @@ void RingChart::removeFile(const CleanFileInfo &item, bool isDirectory) {
     // A size text shorter than a unit is none.
     const std::uint64_t bytes =
         item.size.size() < 2 ? 0 : UtilityFunction::getVolSpaceFromString(item.size);
-    for (AllDir *above = node; above; above = above->pParent) {
-        const std::uint64_t size = sizeOf(*above);
-        above->iSize.store(bytes < size ? std::int64_t(size - bytes) : 0,
-                           std::memory_order_relaxed);
+    ContentFacts gone;
+    if (isDirectory) {
+        gone = node->facts;
+    } else {
+        gone.stored = item.stored;
+        gone.byClass[std::size_t(fileTypeOfExtension(paths::extension(item.path)))] = float(bytes);
     }
+    node->subtract(bytes, gone);
     if (!isDirectory)
         return;
-    if (icFoundPtr && isSameOrAncestor(node, icFoundPtr))
-        icFoundPtr = nullptr;
     if (!node->pParent) {
         // The scanned folder itself is gone: an empty centre remains.
+        icFoundPtr = nullptr;
         icCurrentPtr = icAllDir;
         icAllDir->iSize = 0;
         for (std::atomic<AllDir *> &slot : icAllDir->ppChildren())
             slot.store(nullptr, std::memory_order_relaxed);
         return;
     }
-    if (isSameOrAncestor(node, icCurrentPtr))
-        icCurrentPtr = node->pParent;
+    leaveLocked(*node);
     node->FreeAll();
 }
 

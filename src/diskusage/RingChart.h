@@ -64,6 +64,11 @@ public:
     /// the current directory again.
     void mouseDown(QPointF place, QPointF screen, int clickCount);
 
+    /// How the chart is painted and what the sizes of Facts are. A scan under way is always painted
+    /// by place and size.
+    void setView(const ChartView &view);
+    const ChartView &view() const { return m_view; }
+
     /// Has navigation leave the listing of a directory to somebody else, who calls
     /// updateLeftView() from another thread; the function gets its arguments.
     using Listing = std::function<void(const std::filesystem::path &, std::uint64_t)>;
@@ -87,9 +92,10 @@ public:
 
     /// What a screen says of a directory of the chart.
     struct Facts {
-        std::string path; ///< with a trailing "/"; empty where there is none
-        std::uint64_t bytes = 0;
+        std::string path;        ///< with a trailing "/"; empty where there is none
+        std::uint64_t bytes = 0; ///< by the measure of the view
         int level = 0;
+        std::uint64_t size = 0; ///< of the files, whatever the measure
     };
     Facts foundFacts() const;
     /// Of the directory whose gap lies at that place of the chart: the part of its ring that stands
@@ -98,7 +104,7 @@ public:
     Facts currentFacts() const;
     Facts rootFacts() const;
     /// Of the directory with that path, with a trailing "/".
-    std::optional<std::uint64_t> bytesOf(std::string_view path) const;
+    std::optional<Facts> factsOf(std::string_view path) const;
     /// Directories that the last scan could not read, and the first of them.
     std::pair<std::size_t, std::string> unreadDirectories() const;
 
@@ -115,6 +121,18 @@ public:
     void removeFile(const CleanFileInfo &item, bool isDirectory);
     /// The node of a path with a trailing "/", null when there is none.
     AllDir *searchFile(std::string_view path) const;
+    /// Puts a directory that was scanned anew, as the root of a tree of its own that is this
+    /// chart's from then on, in the place of the one with that path; nothing where there is none
+    /// such, where it is the scanned folder, and during a scan. What is shown stays as far as it is
+    /// still there.
+    void replaceFolder(std::string_view path, W32AllDir *scanned);
+    /// Leaves a directory below the scanned folder out of the chart and of the sums above it, until
+    /// showLeftOut() or the next scan. On the disk nothing happens. False where it is not there.
+    bool leaveOut(std::string_view path);
+    void showLeftOut();
+    bool isLeftOut(std::string_view path) const;
+    std::size_t leftOut() const;
+
     /// Makes what was too narrow below the current directory a candidate for the mouse again, until
     /// it is painted.
     void clearHiddenFlags();
@@ -143,6 +161,13 @@ private:
     void list(const std::filesystem::path &path, std::uint64_t size);
     void goTo(W32AllDir &node);
     void letGoLocked();
+    void prepareViewLocked() const;
+    std::uint64_t shownSizeLocked(const AllDir &node) const;
+    Facts factsLocked(const AllDir *node) const;
+    void leaveLocked(const AllDir &node);
+    bool isInTreeLocked(const AllDir &node) const;
+    /// How many directories could not be read, and the first of them.
+    static std::pair<std::size_t, std::string> unreadIn(const AllDir &root);
     AllDir *searchFileLocked(std::string_view path) const;
 
     // For the three pointers, the life of what they point at, and the scanned folder.
@@ -156,6 +181,13 @@ private:
     bool m_isGrowing = false; // its thread fills icAllDir
     std::pair<std::size_t, std::string> m_unread;
     bool bShowBubble = false;
+    ChartView m_view;
+    struct LeftOut {
+        AllDir *node;
+        std::atomic<AllDir *> *slot;
+        std::string path;
+    };
+    std::vector<LeftOut> m_leftOut;
     Listing m_listing;
 };
 

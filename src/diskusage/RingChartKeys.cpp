@@ -36,13 +36,6 @@ void addRing(const AllDir &node, int level, std::vector<W32AllDir *> &ring) {
     }
 }
 
-RingChart::Facts factsOf(const AllDir *node) {
-    if (!node)
-        return {};
-    return {node->szPath(), std::uint64_t(node->iSize.load(std::memory_order_relaxed)),
-            node->iLevel};
-}
-
 } // namespace
 
 // -- Drawing in two parts
@@ -66,12 +59,14 @@ void RingChart::drawParts(int width, int height, void (RingChart::*draw)()) {
 }
 
 void RingChart::drawBase() {
+    prepareViewLocked();
     if (icCurrentPtr)
         icCurrentPtr->Paint(360.0, 0.0, centreLevel, 0, false);
 }
 
 // The colours of the rings beyond the first go by the one below them, as painted last.
 void RingChart::drawOver() {
+    prepareViewLocked();
     if (icFoundPtr && icCurrentPtr && !icFoundPtr->bHidden)
         icFoundPtr->Repaint(true, "", "");
 }
@@ -80,25 +75,23 @@ void RingChart::drawOver() {
 
 RingChart::Facts RingChart::foundFacts() const {
     const std::lock_guard lock(m_mutex);
-    return icFoundPtr && !icFoundPtr->bHidden ? factsOf(icFoundPtr) : Facts{};
+    return icFoundPtr && !icFoundPtr->bHidden ? factsLocked(icFoundPtr) : Facts{};
 }
 
 RingChart::Facts RingChart::currentFacts() const {
     const std::lock_guard lock(m_mutex);
-    return factsOf(icCurrentPtr);
+    return factsLocked(icCurrentPtr);
 }
 
 RingChart::Facts RingChart::rootFacts() const {
     const std::lock_guard lock(m_mutex);
-    return factsOf(icAllDir);
+    return factsLocked(icAllDir);
 }
 
-std::optional<std::uint64_t> RingChart::bytesOf(std::string_view path) const {
+std::optional<RingChart::Facts> RingChart::factsOf(std::string_view path) const {
     const std::lock_guard lock(m_mutex);
     const AllDir *const node = searchFileLocked(path);
-    if (!node)
-        return {};
-    return std::uint64_t(node->iSize.load(std::memory_order_relaxed));
+    return node ? std::optional(factsLocked(node)) : std::nullopt;
 }
 
 // The place's y grows downwards, and with it the angle is 0 at the top and grows clockwise.
@@ -118,9 +111,9 @@ RingChart::Facts RingChart::gapAt(QPointF place) const {
         if (radius < inner)
             return {};
         const W32AllDir *within = nullptr;
-        Facts facts = factsOf(node);
+        Facts facts = factsLocked(node);
         for (const W32AllDir *const child : drawnChildren(*node)) {
-            facts.bytes -= std::min(facts.bytes, factsOf(child).bytes);
+            facts.bytes -= std::min(facts.bytes, shownSizeLocked(*child));
             if (child->dStartAngle <= angle && angle <= child->dStartAngle + child->dSweepAngle)
                 within = child;
         }
@@ -208,10 +201,10 @@ void RingChart::goTo(W32AllDir &node) {
         icCurrentPtr = &node;
         icFoundPtr = nullptr;
         clearHiddenFlagsLocked();
-        facts = factsOf(icCurrentPtr);
+        facts = factsLocked(icCurrentPtr);
     }
     NSLog("Current Directory: %@", facts.path);
-    list(facts.path, facts.bytes);
+    list(facts.path, facts.size);
     Q_EMIT redrawNeeded();
 }
 

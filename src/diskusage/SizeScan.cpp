@@ -5,9 +5,11 @@
 #include "foundation/NotificationCenter.h"
 #include "foundation/SaturatingSum.h"
 #include "platform/Platform.h"
+#include "results/FileClasses.h"
 
 #include <algorithm>
 #include <limits>
+#include <ratio>
 #include <vector>
 
 namespace brightsweep {
@@ -23,6 +25,21 @@ thread_local std::vector<AllDir *> childrenFound;
 // "." and ".." do not count, and with them no name that ends in a point.
 bool counts(const DirectoryEntry &entry) {
     return entry.name[entry.nameLength - 1] != '.';
+}
+
+// Behind the last point, if that is neither the first character nor the last one.
+std::size_t classOf(const DirectoryEntry &entry) {
+    const std::string_view name = entry.nameView();
+    const std::size_t point = name.rfind('.');
+    if (point == name.npos || point == 0)
+        return 0;
+    return std::size_t(fileTypeOfExtension(name.substr(point + 1)));
+}
+
+// Times before 1970 and beyond 2106 are at the ends.
+std::uint32_t secondsOf(std::int64_t nanoseconds) {
+    constexpr std::int64_t most = std::numeric_limits<std::uint32_t>::max();
+    return std::uint32_t(std::clamp<std::int64_t>(nanoseconds / std::nano::den, 0, most));
 }
 
 AllDir &nodeOf(DirectoryWalk::Directory &directory) {
@@ -55,11 +72,15 @@ void SizeScan::entries(DirectoryWalk::Directory &directory, const DirectoryBlock
     AllDir &node = nodeOf(directory);
     const bool atTop = m_isTop && &node == &m_root;
     std::uint64_t bytes = 0;
+    ContentFacts &facts = node.facts;
     for (const DirectoryEntry &entry : block.entries()) {
         if (!counts(entry))
             continue;
         if (entry.type != EntryType::Directory) {
             bytes = addSaturating(bytes, entry.size);
+            facts.stored = addSaturating(facts.stored, entry.stored);
+            facts.changed = std::max(facts.changed, secondsOf(entry.modified));
+            facts.byClass[classOf(entry)] += float(entry.size);
         } else if (!atTop || entry.nameView() != leftOutAtTheTop) {
             AllDir *const child = node.newAllDir();
             child->m_name.store(m_arena.copy(entry.nameView()), std::memory_order_relaxed);
@@ -89,6 +110,9 @@ void SizeScan::left(DirectoryWalk::Directory &directory) {
     AllDir *const parent = node.pParent;
     if (&node != &m_root && parent->m_depth > AllDir::lastGrowingDepth)
         addSaturating(parent->iSize, std::uint64_t(node.iSize.load(std::memory_order_relaxed)));
+    // All below is complete: each directory adds its children's once.
+    for (const std::atomic<AllDir *> &slot : node.ppChildren())
+        node.facts += slot.load(std::memory_order_relaxed)->facts;
     if (node.iSortChildren == 1)
         sort(node);
     if (parent == &m_root && &node != &m_root)

@@ -65,7 +65,7 @@ SvgCanvas::SvgCanvas(QSizeF size, Colour background) : PlaneCanvas(size), m_back
 
 void SvgCanvas::beginDirectory(const AllDir &node) {
     endDirectory();
-    const auto bytes = std::uint64_t(node.iSize.load(std::memory_order_relaxed));
+    const auto bytes = std::uint64_t(node.shownSize());
     m_drawn += "<g><title>" + escaped(paths::display(node.szPath())) + " · " +
                escaped(sizeWords(bytes)) + "</title>\n";
     m_inGroup = true;

@@ -8,6 +8,8 @@
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
+#include "platform/FileOperations.h"
+#include "platform/Platform.h"
 
 #include <algorithm>
 #include <system_error>
@@ -31,6 +33,10 @@ std::filesystem::path withoutSlash(std::string path) {
     while (path.size() > 1 && path.ends_with('/'))
         path.pop_back();
     return path;
+}
+
+std::uint64_t shownBytesOf(const CleanFileInfo &item, const ChartView &view) {
+    return view.measure == ChartMeasure::Stored ? item.stored : item.fileSizeNum;
 }
 
 } // namespace
@@ -81,6 +87,23 @@ void V4DiskUsageViewController::Listing::askBeforehand(const RingChart &chart) {
     }
 }
 
+// One directory that is being scanned anew.
+struct V4DiskUsageViewController::Reading {
+    V4DiskUsageViewController *page = nullptr;
+    std::string path; ///< with a trailing "/"
+    W32AllDir *root = W32AllDir::newRoot();
+    std::shared_ptr<ThreadWorker> worker;
+
+    bool isGone = false;
+
+    void read(std::nullptr_t) {
+        root->ListAllDir(path, false);
+        isGone = root->isUnread && Platform::current().files->attributes(path).error() ==
+                                       std::errc::no_such_file_or_directory;
+    }
+    void ended() { page->endReading(*this); }
+};
+
 V4DiskUsageViewController::V4DiskUsageViewController(DiskUsageAppController &diskUsageAppCon,
                                                      Surroundings surroundings, QObject *parent)
     : QObject(parent),
@@ -101,6 +124,12 @@ V4DiskUsageViewController::~V4DiskUsageViewController() {
     for (const auto &listing : m_listings) {
         if (listing->worker)
             listing->worker->abandon();
+    }
+    for (const auto &reading : m_readings) {
+        reading->root->abandonScan();
+        if (reading->worker)
+            reading->worker->abandon();
+        reading->root->FreeAll();
     }
 }
 
@@ -161,6 +190,8 @@ void V4DiskUsageViewController::drawPieTree(const std::filesystem::path &path) {
 }
 
 void V4DiskUsageViewController::scanBegins() {
+    for (const auto &reading : m_readings)
+        reading->root->abandonScan();
     m_scanListing = std::make_shared<Listing>();
     m_scanListing->page = this;
 }
@@ -174,6 +205,7 @@ void V4DiskUsageViewController::scanEnded() {
     const auto listing = std::exchange(m_scanListing, nullptr);
     ++m_generation;
     m_isListing = false;
+    m_isReadingAgain = false;
     m_isFirstIn = true;
     // A new scan is of other objects.
     m_ticks.clear();
@@ -234,10 +266,12 @@ void V4DiskUsageViewController::leftViewContent(const CleanFileInfo &root,
     const std::uint64_t limit = getLimitSize();
     for (std::size_t i = 0; i < items.size(); ++i) {
         const CleanFileInfo &item = items[i];
+        if (item.isDirectory && m_openGLView.isLeftOut(withSlash(item.path.native())))
+            continue;
         // By what the words read as, like everything that the page shows.
         if (!item.isDirectory && UtilityFunction::getVolSpaceFromString(item.size) < limit) {
             ++m_leftOut;
-            m_leftOutBytes += item.fileSizeNum;
+            m_leftOutBytes += shownBytesOf(item, m_openGLView.view());
             continue;
         }
         BigSizeFilesList &row = m_allShowListArr.emplace_back();
@@ -248,7 +282,29 @@ void V4DiskUsageViewController::leftViewContent(const CleanFileInfo &root,
         if (i < refusals.size())
             row.refusal = refusals[i];
     }
+    orderRows();
+}
+
+// Largest first, by what is shown; by size that is the order of the listing.
+void V4DiskUsageViewController::orderRows() {
+    const ChartView &view = m_openGLView.view();
+    for (BigSizeFilesList &row : m_allShowListArr)
+        row.shownBytes = shownBytesOf(row.aFileInfo, view);
+    std::stable_sort(m_allShowListArr.begin(), m_allShowListArr.end(),
+                     [&](const BigSizeFilesList &a, const BigSizeFilesList &b) {
+                         return view.measure == ChartMeasure::Stored ? a.shownBytes > b.shownBytes
+                                                                     : a.listTag < b.listTag;
+                     });
     Q_EMIT listChanged();
+}
+
+std::uint64_t V4DiskUsageViewController::shownRootBytes() const {
+    return shownBytesOf(m_rootItem, m_openGLView.view());
+}
+
+void V4DiskUsageViewController::setView(const ChartView &view) {
+    m_openGLView.setView(view);
+    orderRows();
 }
 
 std::vector<PathCell> V4DiskUsageViewController::pathCells() const {
@@ -294,6 +350,67 @@ void V4DiskUsageViewController::mouseDownClick(std::size_t row) {
         m_openGLView.SeekDirectory(withSlash(clicked.aFileInfo.path.native()));
 }
 
+// -- Read again, and left out
+
+void V4DiskUsageViewController::readAgain(const std::filesystem::path &folder) {
+    if (m_ticks.isRemoving())
+        return;
+    const std::string path = withSlash(folder.native());
+    if (path == m_openGLView.rootFacts().path)
+        return m_diskUsageAppCon.viewDragAction(folder);
+    if (!m_openGLView.factsOf(path))
+        return;
+    for (const auto &earlier : m_readings)
+        earlier->root->abandonScan();
+    const auto reading = std::make_shared<Reading>();
+    reading->page = this;
+    reading->path = path;
+    m_readings.push_back(reading);
+    m_isReadingAgain = true;
+    Q_EMIT foldersChanged();
+    reading->worker = ThreadWorker::workOn(reading.get(), &Reading::read, nullptr, &Reading::ended);
+}
+
+// Of several that were asked for the last one counts, and none of an earlier scan.
+void V4DiskUsageViewController::endReading(Reading &ended) {
+    const auto at = std::find_if(m_readings.begin(), m_readings.end(),
+                                 [&](const auto &reading) { return reading.get() == &ended; });
+    const auto reading = *at;
+    const bool counts = m_isReadingAgain && reading == m_readings.back();
+    m_readings.erase(at);
+    if (!counts || m_ticks.isRemoving()) {
+        reading->root->FreeAll();
+    } else {
+        if (reading->isGone) {
+            reading->root->FreeAll();
+            if (const auto item = itemOf(withoutSlash(reading->path)))
+                m_openGLView.removeFile(*item, true);
+        } else {
+            m_openGLView.replaceFolder(reading->path, reading->root);
+        }
+        m_unread = m_openGLView.unreadDirectories();
+        m_openGLView.SeekDirectory(m_openGLView.getCurrentDirectory());
+    }
+    if (counts)
+        m_isReadingAgain = false;
+    Q_EMIT foldersChanged();
+    Q_EMIT scanFactsChanged();
+}
+
+void V4DiskUsageViewController::leaveOut(const std::filesystem::path &folder) {
+    if (m_ticks.isRemoving() || !m_openGLView.leaveOut(withSlash(folder.native())))
+        return;
+    m_ticks.untick(folder);
+    m_openGLView.SeekDirectory(m_openGLView.getCurrentDirectory());
+    Q_EMIT foldersChanged();
+}
+
+void V4DiskUsageViewController::showLeftOut() {
+    m_openGLView.showLeftOut();
+    m_openGLView.SeekDirectory(m_openGLView.getCurrentDirectory());
+    Q_EMIT foldersChanged();
+}
+
 // -- What is selected
 
 void V4DiskUsageViewController::colorButtonAction(std::size_t row) {
@@ -314,13 +431,20 @@ void V4DiskUsageViewController::toggleFound() {
 }
 
 void V4DiskUsageViewController::togglePath(const std::filesystem::path &path) {
-    const auto bytes = m_openGLView.bytesOf(withSlash(path.native()));
-    if (!bytes)
-        return;
+    if (const auto item = itemOf(path))
+        changeSelectArr(!m_ticks.contains(path), *item);
+}
+
+// A directory of the chart, which need not have a row.
+std::optional<CleanFileInfo>
+V4DiskUsageViewController::itemOf(const std::filesystem::path &path) const {
+    const auto facts = m_openGLView.factsOf(withSlash(path.native()));
+    if (!facts)
+        return {};
     CleanFileInfo item({}, paths::lastComponent(path), path,
-                       UtilityFunction::convertVolSpace(*bytes), *bytes);
+                       UtilityFunction::convertVolSpace(facts->size), facts->size);
     item.isDirectory = true;
-    changeSelectArr(!m_ticks.contains(path), item);
+    return item;
 }
 
 void V4DiskUsageViewController::changeSelectArr(bool state, const CleanFileInfo &fileInfo) {

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,7 +29,8 @@ struct BigSizeFilesList {
     bool isSelected = false;
     bool isDir = false;
     std::int32_t listTag = 0;
-    std::error_code refusal; ///< why no removal would take it, as far as that is known
+    std::uint64_t shownBytes = 0; ///< by the measure of the chart
+    std::error_code refusal;      ///< why no removal would take it, as far as that is known
 };
 
 /// One cell of the path control.
@@ -80,6 +82,12 @@ public:
     const std::filesystem::path &currentPath() const { return m_currentPath; }
     /// The directory as it is listed: name, size, path.
     const CleanFileInfo &rootItem() const { return m_rootItem; }
+    /// What the rows' sizes are parts of, by the measure of the chart.
+    std::uint64_t shownRootBytes() const;
+    /// A directory is being scanned anew.
+    bool isReadingAgain() const { return m_isReadingAgain; }
+    /// Directories that the user has left out.
+    std::size_t foldersLeftOut() const { return m_openGLView.leftOut(); }
     /// From the scanned folder to the current one.
     std::vector<PathCell> pathCells() const;
     const PieChartBubble &pieBubble() const { return m_pieBubble; }
@@ -128,6 +136,13 @@ public:
     void backButtonAction();
     /// Lists the current directory again.
     void refresh();
+    /// Scans one directory of the chart anew, on a worker; the scanned folder by a scan of its own.
+    void readAgain(const std::filesystem::path &folder);
+    /// Leaves a directory out of chart and list, and takes its tick back.
+    void leaveOut(const std::filesystem::path &folder);
+    void showLeftOut();
+    /// The measure of all sizes that are shown, and the colours of the chart.
+    void setView(const ChartView &view);
 
 Q_SIGNALS:
     void listChanged();
@@ -142,15 +157,21 @@ Q_SIGNALS:
     void unlockAnimation(bool running);
     void removalEnded();
     void scanFactsChanged();
+    /// Something is being read again, or has been; or directories were left out.
+    void foldersChanged();
 
 private:
     struct Listing;
+    struct Reading;
 
     void bind();
     void listOn(const std::filesystem::path &path, std::uint64_t size);
     void endListing(const std::shared_ptr<Listing> &listing);
     void leftViewContent(const CleanFileInfo &root, const RingChart::CleanFileInfoList &items,
                          const std::vector<std::error_code> &refusals);
+    void orderRows();
+    std::optional<CleanFileInfo> itemOf(const std::filesystem::path &path) const;
+    void endReading(Reading &reading);
     void refreshMarks();
     void removeEnded();
     void delayTimer();
@@ -173,9 +194,11 @@ private:
     bool m_isRootPath = false;
     bool m_hasSelected = false;
     bool m_isListing = false;
+    bool m_isReadingAgain = false;
     std::uint64_t m_generation = 0;
     std::vector<std::shared_ptr<Listing>> m_listings; // under way
     std::shared_ptr<Listing> m_scanListing;           // what the scan listed at its end
+    std::vector<std::shared_ptr<Reading>> m_readings; // under way; the last one counts
     std::uint64_t m_volumeBytes = 0;
     std::pair<std::size_t, std::string> m_unread;
     Clock::Handle m_alert = 0;

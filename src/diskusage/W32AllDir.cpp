@@ -11,7 +11,7 @@
 namespace brightsweep {
 
 // One tree holds one of these for each directory of a volume: eight bytes count.
-static_assert(sizeof(void *) != 8 || sizeof(W32AllDir) == 80);
+static_assert(sizeof(void *) != 8 || sizeof(W32AllDir) == 120);
 
 namespace {
 
@@ -57,6 +57,13 @@ void W32AllDir::DrawSector(double start, double sweep, double inner, double oute
     int g = 0;
     int b = 0;
     GetColor(selected, r, g, b);
+    if (!selected && iLevel > 1 && view.colouring != ChartColouring::Place) {
+        const auto &colour = chartColours(
+            view.colouring)[chartColourOf(*this, view.colouring, std::int64_t(std::time(nullptr)))];
+        r = colour.rgb[0];
+        g = colour.rgb[1];
+        b = colour.rgb[2];
+    }
     canvas->quadricDrawStyle(quadric, ChartCanvas::DrawStyle::Silhouette);
     const std::int64_t left = tActivity - std::int64_t(std::time(nullptr)) + fadeSeconds;
     const std::int64_t fade = left > 0 ? fadePerSecond * left : 0;

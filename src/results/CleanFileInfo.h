@@ -33,6 +33,7 @@ struct CleanFileInfo {
     std::uint64_t count = 0;
     QString size; ///< in words
     std::uint64_t fileSizeNum = 0;
+    std::uint64_t stored = 0; ///< bytes on disk, where a page asks for them
     std::int8_t bIsSelected = 0;
     bool isDirectory = false; ///< never true for a link
     /// The bytes that the words in `size` read as, which is what pages add up.

@@ -34,6 +34,41 @@ constexpr std::array<FileClass, 6> classes = {{
     {6, {}},
 }};
 
+constexpr std::int32_t restOfFiles = 6;
+
+// An extension in one number, in lower case; 0 for one that is longer than any in the table. The
+// names in the table have no other letters than those of ASCII.
+constexpr std::uint64_t packed(std::string_view extension) {
+    std::uint64_t letters = 0;
+    if (extension.size() > sizeof letters)
+        return 0;
+    for (const char letter : extension) {
+        const char lower = letter >= 'A' && letter <= 'Z' ? char(letter - 'A' + 'a') : letter;
+        letters = letters << 8 | std::uint8_t(lower);
+    }
+    return letters;
+}
+
+struct Word {
+    std::uint64_t letters = 0;
+    std::int32_t fileType = 0;
+};
+
+// Every file of a scan is looked up.
+constexpr auto sortedWords = [] {
+    std::array<Word, std::size(documents) + std::size(music) + std::size(videos) +
+                         std::size(archives) + std::size(pictures)>
+        words;
+    std::size_t count = 0;
+    for (const FileClass &fileClass : classes) {
+        for (const std::string_view extension : fileClass.extensions)
+            words[count++] = {packed(extension), fileClass.fileType};
+    }
+    std::sort(words.begin(), words.end(),
+              [](const Word &a, const Word &b) { return a.letters < b.letters; });
+    return words;
+}();
+
 } // namespace
 
 std::span<const FileClass> fileClasses() {
@@ -43,17 +78,11 @@ std::span<const FileClass> fileClasses() {
 std::int32_t fileTypeOfExtension(std::string_view extension) {
     if (extension.empty())
         return 0;
-    // The names in the table have no other letters.
-    std::string lower(extension);
-    for (char &letter : lower)
-        letter = letter >= 'A' && letter <= 'Z' ? char(letter - 'A' + 'a') : letter;
-    for (const FileClass &fileClass : classes) {
-        if (fileClass.extensions.empty() ||
-            std::find(fileClass.extensions.begin(), fileClass.extensions.end(), lower) !=
-                fileClass.extensions.end())
-            return fileClass.fileType;
-    }
-    return 0;
+    const auto row = std::lower_bound(
+        sortedWords.begin(), sortedWords.end(), packed(extension),
+        [](const Word &word, std::uint64_t wanted) { return word.letters < wanted; });
+    const bool isKnown = row != sortedWords.end() && row->letters == packed(extension);
+    return isKnown ? row->fileType : restOfFiles;
 }
 
 } // namespace brightsweep

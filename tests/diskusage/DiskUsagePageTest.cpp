@@ -184,6 +184,31 @@ TEST_F(DiskUsagePageTest, TheChartFollowsWhatGoes) {
     EXPECT_EQ(chart.rootFacts().bytes, 30'000u);
 }
 
+TEST_F(DiskUsagePageTest, FoldersAreReadAgainAndLeftOut) {
+    tree.sparseFile("a/b/file", 60'000);
+    tree.sparseFile("d/file", 30'000);
+    scan(true, tree.top());
+    view().leaveOut(tree.path("d"));
+    settle();
+    EXPECT_EQ(listed(), "a ");
+    tree.sparseFile("a/e/file", 70'000);
+    go("a");
+    view().readAgain(tree.path("a"));
+    waitUntil([&] { return !view().isReadingAgain() && !view().isListing(); });
+    EXPECT_EQ(listed(), "e b ");
+    EXPECT_EQ(view().openGLView().rootFacts().bytes, 130'000u);
+    std::filesystem::remove_all(tree.path("a/e"));
+    view().readAgain(tree.path("a/e"));
+    waitUntil([&] { return !view().isReadingAgain() && !view().isListing(); });
+    EXPECT_EQ(listed(), "b ") << "gone";
+    view().showLeftOut();
+    view().updateOpenGLView(tree.top());
+    settle();
+    EXPECT_EQ(listed(), "a d ");
+    view().setView({ChartMeasure::Stored, ChartColouring::Place});
+    EXPECT_EQ(view().allShowListArr()[0].shownBytes, 0u);
+}
+
 // The name between the two sorts between them, too.
 TEST_F(DiskUsagePageTest, WhatLiesInATickedFolderIsFreedOnce) {
     const std::string block(4096, 'x');

@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <ctime>
+#include <filesystem>
 #include <numbers>
 #include <thread>
 
@@ -237,6 +239,65 @@ TEST_F(RingChartTest, RemovingTheCentreMovesTheChartToItsParent) {
     EXPECT_EQ(chart.root()->iSize, 0);
     EXPECT_EQ(draw().size(), 1u);
     EXPECT_EQ(chart.searchFile(at("d/")), nullptr);
+}
+
+TEST_F(RingChartTest, TellsWhatIsStoredAndOfWhatKindAndAge) {
+    tree.file("d/song.MP3", std::string(20'000, 'x'));
+    build();
+    const AllDir &root = *chart.root();
+    EXPECT_EQ(chart.factsOf(at("d/"))->bytes, 50'000u);
+    chart.setView({ChartMeasure::Stored, ChartColouring::Kind});
+    // Holes take no room.
+    EXPECT_EQ(chart.factsOf(at("d/"))->bytes, 20'480u);
+    EXPECT_EQ(chart.factsOf(at("d/"))->size, 50'000u);
+    EXPECT_EQ(chart.rootFacts().bytes, chart.factsOf(at("d/"))->bytes);
+    EXPECT_EQ(draw().size(), 2u) << "the centre, and what is stored";
+    EXPECT_EQ(root.facts.largestClass(), 0) << "none has an extension";
+    chart.removeFile(item("d/file", 30'000), false);
+    EXPECT_EQ(chart.searchFile(at("d/"))->facts.largestClass(), 2);
+    const std::int64_t now = std::time(nullptr);
+    EXPECT_EQ(chartColourOf(root, ChartColouring::Age, now), 0u);
+    EXPECT_EQ(chartColourOf(root, ChartColouring::Age, now + 800 * 24 * 60 * 60), 4u);
+}
+
+TEST_F(RingChartTest, AFolderIsReadAgainInItsPlace) {
+    build();
+    click(4, 10);
+    EXPECT_EQ(chart.getCurrentDirectory(), at("a/b/c/"));
+    tree.sparseFile("a/b/c/deep/more", 5'000);
+    std::filesystem::remove(tree.path("a/b/c/file"));
+    const auto readAgain = [&](const std::string &folder) {
+        W32AllDir *const scanned = W32AllDir::newRoot();
+        scanned->ListAllDir(at(folder), false);
+        chart.replaceFolder(at(folder), scanned);
+    };
+    readAgain("a/b/");
+    EXPECT_EQ(chart.getCurrentDirectory(), at("a/b/c/")) << "what is shown stays";
+    for (const auto &[path, size] : {std::pair("", 45'000), {"a/", 5'000}, {"a/b/c/deep/", 5'000}})
+        EXPECT_EQ(chart.searchFile(at("") + "/" + path)->iSize, size) << path;
+    EXPECT_EQ(draw().size(), 2u);
+    std::filesystem::remove_all(tree.path("a/b/c"));
+    readAgain("a/b/");
+    EXPECT_EQ(chart.getCurrentDirectory(), at("a/b/"));
+    readAgain("a/nowhere/");
+    readAgain("");
+    EXPECT_EQ(chart.root()->iSize, 40'000) << "the scanned folder itself takes a scan";
+}
+
+TEST_F(RingChartTest, WhatIsLeftOutComesBack) {
+    build();
+    click(4, 10);
+    EXPECT_TRUE(chart.leaveOut(at("a/b/")));
+    EXPECT_TRUE(chart.leaveOut(at("d/")));
+    EXPECT_FALSE(chart.leaveOut(at("d/")));
+    EXPECT_FALSE(chart.leaveOut(at("") + "/"));
+    EXPECT_EQ(chart.getCurrentDirectory(), at("a") + "/");
+    EXPECT_EQ(chart.root()->iSize, 10'000);
+    chart.removeFile(item("a", 0), true); // takes what was left out in it along
+    chart.showLeftOut();
+    EXPECT_EQ(chart.root()->iSize, 40'000);
+    EXPECT_TRUE(chart.searchFile(at("d/")));
+    EXPECT_EQ(chart.leftOut(), 0u);
 }
 
 TEST_F(RingChartTest, RemovesFromTheScannedFolderOnly) {

@@ -110,7 +110,7 @@ TEST(SizeTree, IsTheDefinedOneForRandomTreesAndUsesLittleStorage) {
     expectSorted(*root);
     std::size_t names = 0;
     forEachNode(*root, [&](AllDir &node) { names += std::string_view(node.name()).size() + 1; });
-    EXPECT_LE(root->storage(), expected.size() * 120 + names);
+    EXPECT_LE(root->storage(), expected.size() * 160 + names);
 }
 
 TEST(SizeTree, ReadsFoldersOfManyEntriesAndOfManyLevels) {

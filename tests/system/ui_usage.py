@@ -53,6 +53,25 @@ class UsagePage(unittest.TestCase):
         for key in keys:
             self.desktop.key(key, at=at)
 
+    def test_colours_sizes_and_folders_left_out_and_read_again(self):
+        self.start()
+        for keys, told in ((("Down", "Return"), "\u25a0"), (("Up", "Return"), "own.iso, 303.10 KB")):
+            self.desktop.press("View")
+            for key in keys:
+                self.desktop.tap(key)
+            self.desktop.wait_for(told)
+        self.keys("shift+F10")
+        for key in ("Up", "Up", "Return"):
+            self.desktop.tap(key)
+        self.desktop.wait_for("1 folder is left out.")
+        self.assertFalse(self.desktop.shows("a, "))
+        self.desktop.press("Show all")
+        self.desktop.wait_for("a, 1.11 MB")
+        self.desktop.wait_without("1 folder is left out.")
+        pathlib.Path(self.folder, TREE, "d/more").write_bytes(b"x" * 819_200)
+        self.keys("F5")
+        self.desktop.wait_for("d, 1.42 MB")
+
     def tick_in_two_folders(self):
         self.start()
         self.keys("Return")

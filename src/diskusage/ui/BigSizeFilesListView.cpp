@@ -57,7 +57,7 @@ public:
             return {};
         const BigSizeFilesList &row = rows()[std::size_t(index.row())];
         const QString name = paths::display(row.aFileInfo.name);
-        const QString size = readersSize(row.aFileInfo.size);
+        const QString size = sizeWords(row.shownBytes);
         switch (role) {
         case Qt::DisplayRole:
             return name;
@@ -109,9 +109,9 @@ public:
             painter->setBrush(index.row() == m_list.m_lit ? theme::selection() : theme::hover());
             painter->drawRoundedRect(frame, theme::radius / 2, theme::radius / 2);
         }
-        const std::uint64_t all = m_list.m_page.rootItem().fileSizeNum;
+        const std::uint64_t all = m_list.m_page.shownRootBytes();
         if (all > 0) {
-            const double share = std::min(1.0, double(row.aFileInfo.fileSizeNum) / double(all));
+            const double share = std::min(1.0, double(row.shownBytes) / double(all));
             QRect bar(frame.left(), frame.bottom() - 2, int(frame.width() * share), 3);
             painter->setBrush(isLit ? theme::accent() : theme::shareLine());
             painter->drawRect(mirrored(frame, bar));
@@ -129,7 +129,7 @@ public:
         const QRect icon(left, frame.center().y() - side / 2, side, side);
         m_list.m_icons.icon(row.aFileInfo.path, row.isDir).paint(painter, mirrored(frame, icon));
         painter->setFont(theme::font(12));
-        const QString size = readersSize(row.aFileInfo.size);
+        const QString size = sizeWords(row.shownBytes);
         const int sizeWidth = painter->fontMetrics().horizontalAdvance(size);
         const QRect sizes(frame.right() - 2 * theme::grid - sizeWidth, frame.top(), sizeWidth,
                           frame.height());

@@ -183,9 +183,12 @@ void ChartPicture::paintCentre(QPainter &painter, const QRectF &disc, const QStr
         // Words that find no room are left out: the number before them says it as well.
         if (&line.text == &share && QFontMetricsF(font).horizontalAdvance(text) > room)
             text = text.section(QChar::Nbsp, 0, 0);
-        const double width = QFontMetricsF(font).horizontalAdvance(text);
-        if (width > room)
-            font = theme::font(std::max(smallestSize, line.size * room / width), line.bold);
+        // Fonts come in steps, so that one of the right proportion may still be too wide.
+        for (double points = line.size;
+             points > smallestSize && QFontMetricsF(font).horizontalAdvance(text) > room;) {
+            points = std::max(smallestSize, points - 0.5);
+            font = theme::font(points, line.bold);
+        }
         const QFontMetricsF metrics(font);
         painter.setFont(font);
         painter.setPen(line.colour);

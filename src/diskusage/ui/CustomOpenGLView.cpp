@@ -106,7 +106,7 @@ void CustomOpenGLView::sayFound() {
 
 QString CustomOpenGLView::shareText() const {
     const std::uint64_t all = m_page.volumeBytes();
-    const std::uint64_t bytes = m_chart.currentFacts().bytes;
+    const std::uint64_t bytes = m_chart.currentFacts().size;
     if (all == 0 || bytes > all)
         return {};
     const double percent = 100.0 * double(bytes) / double(all);
@@ -123,7 +123,9 @@ void CustomOpenGLView::paintEvent(QPaintEvent *) {
     const double ratio = devicePixelRatioF();
     ChartPicture picture(size(), ratio);
     const bool isGrowing = m_frames->isActive();
-    const Key key{facts.path, facts.bytes, width(), height(), ratio, theme::text().rgb()};
+    const ChartView &view = m_chart.view();
+    const Key key{facts.path, facts.bytes,         width(),      height(),
+                  ratio,      theme::text().rgb(), view.measure, view.colouring};
     if (isGrowing || key != m_key || m_picture.isNull()) {
         const bool isOther = !isGrowing && !m_picture.isNull() &&
                              std::get<0>(key) != std::get<0>(m_key) && !std::get<0>(m_key).empty();

@@ -57,7 +57,8 @@ protected:
 
 private:
     // What a kept picture is of.
-    using Key = std::tuple<std::string, std::uint64_t, int, int, double, QRgb>;
+    using Key = std::tuple<std::string, std::uint64_t, int, int, double, QRgb, ChartMeasure,
+                           ChartColouring>;
 
     void redraw();
     void zoomFrom(const QImage &before);

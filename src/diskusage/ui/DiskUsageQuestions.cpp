@@ -20,8 +20,10 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QToolButton>
 
 namespace brightsweep {
 
@@ -133,6 +135,13 @@ void DiskUsageResultsPanel::showMenu(const std::filesystem::path &path, bool isF
         menu->addSeparator();
         menu->addAction(localizedText("USAGE_SCAN_ONLY"), &m_controller,
                         [this, path] { m_controller.viewDragAction(path); });
+        if (m_controller.isChart()) {
+            menu->addAction(localizedText("USAGE_READ_AGAIN"), QKeySequence::Refresh, &m_page,
+                            [this, path] { m_page.readAgain(path); });
+            if (!isRoot)
+                menu->addAction(localizedText("USAGE_LEAVE_OUT"), &m_page,
+                                [this, path] { m_page.leaveOut(path); });
+        }
     }
     if (m_controller.isChart() && !isRoot) {
         menu->addSeparator();
@@ -149,6 +158,39 @@ void DiskUsageResultsPanel::showMenu(const std::filesystem::path &path, bool isF
             });
     }
     menu->popup(place);
+}
+
+void DiskUsageResultsPanel::showViewMenu() {
+    auto *const menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("usage.viewMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const ChartView now = m_page.openGLView().view();
+    const auto add = [&](const char *words, const ChartView &view) {
+        QAction *const action =
+            menu->addAction(localizedText(words), this, [this, view] { setChartView(view); });
+        action->setCheckable(true);
+        action->setChecked(view == now);
+    };
+    add(QT_TRID_NOOP("USAGE_BY_PLACE"), {now.measure, ChartColouring::Place});
+    add(QT_TRID_NOOP("USAGE_BY_KIND"), {now.measure, ChartColouring::Kind});
+    add(QT_TRID_NOOP("USAGE_BY_AGE"), {now.measure, ChartColouring::Age});
+    menu->addSeparator();
+    add(QT_TRID_NOOP("USAGE_BY_SIZE"), {ChartMeasure::Size, now.colouring});
+    add(QT_TRID_NOOP("USAGE_BY_STORED"), {ChartMeasure::Stored, now.colouring});
+    menu->popup(m_view->mapToGlobal(QPoint(0, -menu->sizeHint().height())));
+    menu->setActiveAction(menu->actions().constFirst());
+}
+
+void DiskUsageResultsPanel::setChartView(const ChartView &view) {
+    m_page.setView(view);
+    QStringList entries;
+    for (const ChartColour &colour : chartColours(view.colouring)) {
+        const QColor shown(colour.rgb[0], colour.rgb[1], colour.rgb[2]);
+        entries += QStringLiteral("<span style=\"color:%1\">\u25a0</span>&nbsp;%2")
+                       .arg(shown.name(), localizedText(colour.word).replace(u' ', u'\u00a0'));
+    }
+    m_legend->setText(entries.join(QStringLiteral(" &nbsp; ")));
+    m_legend->setVisible(!entries.isEmpty());
 }
 
 void DiskUsageResultsPanel::savePicture() {

@@ -17,9 +17,12 @@
 #include "ui/PageParts.h"
 #include "ui/Theme.h"
 
+#include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -86,6 +89,8 @@ DiskUsageResultsPanel::DiskUsageResultsPanel(Page &controller, QWidget *parent)
     upper->addWidget(m_path);
     m_notice = new NoticeRow("usage.notice", this);
     m_notice->label()->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_showLeftOut = m_notice->addButton("usage.showLeftOut", localizedText("SHOW_ALL"));
+    connect(m_showLeftOut, &QPushButton::clicked, &m_page, &View::showLeftOut);
     upper->addWidget(m_notice);
     upper->addWidget(m_box, 1);
     auto *const layout = new QVBoxLayout(this);
@@ -129,11 +134,22 @@ QWidget *DiskUsageResultsPanel::makeChartPage() {
     left->addWidget(m_list, 1);
     left->addWidget(m_rest);
     left->addSpacing(theme::grid);
+    m_legend = new QLabel(page);
+    m_legend->setObjectName(QStringLiteral("usage.legend"));
+    m_legend->setTextFormat(Qt::RichText);
+    m_legend->setAlignment(Qt::AlignCenter);
+    m_legend->setWordWrap(true);
+    m_legend->setContentsMargins(0, 0, 0, 2 * theme::grid);
+    m_legend->hide();
+    auto *const right = new QVBoxLayout;
+    right->setSpacing(theme::grid);
+    right->addWidget(m_chart, 1);
+    right->addWidget(m_legend);
     auto *const row = new QHBoxLayout(page);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(2 * theme::grid);
     row->addLayout(left, 2);
-    row->addWidget(m_chart, 3);
+    row->addLayout(right, 3);
     return page;
 }
 
@@ -149,11 +165,20 @@ QWidget *DiskUsageResultsPanel::makeBottom() {
     connect(&padlock, &PadlockController::askingChanged, lockButton, &QWidget::setDisabled);
     m_save = imageButton("usage.save", QStringLiteral("download_b.png"),
                          localizedText("USAGE_SAVE_PICTURE"), bottom);
+    m_view = new QToolButton(bottom);
+    m_view->setObjectName(QStringLiteral("usage.view"));
+    m_view->setText(localizedText("USAGE_VIEW") + QStringLiteral(" \u25be"));
+    m_view->setAccessibleName(localizedText("USAGE_VIEW"));
+    m_view->setToolTip(localizedText("USAGE_VIEW_TIP"));
+    m_view->setFocusPolicy(Qt::StrongFocus);
+    // Not as a menu of the button: assistive programs press it like any other.
+    connect(m_view, &QToolButton::clicked, this, &DiskUsageResultsPanel::showViewMenu);
     m_settings = imageButton("usage.preferences", QStringLiteral("preferences.png"),
                              localizedText("Preferences"), bottom);
     for (QWidget *const widget :
          {static_cast<QWidget *>(m_back), static_cast<QWidget *>(lockButton),
-          static_cast<QWidget *>(m_save), static_cast<QWidget *>(m_settings)})
+          static_cast<QWidget *>(m_view), static_cast<QWidget *>(m_save),
+          static_cast<QWidget *>(m_settings)})
         row->addWidget(widget);
     m_sum = makePlainLabel("usage.sum", bottom);
     trashLabel = new StyledLabel(bottom);
@@ -209,6 +234,20 @@ void DiskUsageResultsPanel::bindChart() {
         m_outcome.clear();
         followNotice();
     });
+    connect(&m_page, &View::foldersChanged, this, &DiskUsageResultsPanel::followNotice);
+    connect(new QShortcut(QKeySequence::Refresh, this), &QShortcut::activated, this, [this] {
+        if (m_controller.isChart() && m_controller.state() == Page::State::Results)
+            m_page.readAgain(m_page.currentPath());
+    });
+    // The context menu on keyboards without a menu key.
+    connect(new QShortcut(Qt::SHIFT | Qt::Key_F10, this), &QShortcut::activated, this, [this] {
+        if (QWidget *const widget = window()->focusWidget(); widget && isAncestorOf(widget)) {
+            const QPoint middle = widget->rect().center();
+            QContextMenuEvent menu(QContextMenuEvent::Keyboard, middle,
+                                   widget->mapToGlobal(middle));
+            QCoreApplication::sendEvent(widget, &menu);
+        }
+    });
     connect(&m_page, &View::selectionChanged, this, &DiskUsageResultsPanel::followSelection);
     connect(&m_controller, &Page::boxesChanged, this, &DiskUsageResultsPanel::followSelection);
 }
@@ -251,6 +290,7 @@ void DiskUsageResultsPanel::followState() {
     m_box->setCurrentIndex(isChart ? 0 : 1);
     m_path->setVisible(isChart);
     m_save->setVisible(isChart);
+    m_view->setVisible(isChart);
     setFocusProxy(isChart ? static_cast<QWidget *>(m_list) : m_browser);
     followFolder();
     followSelection();
@@ -279,14 +319,20 @@ void DiskUsageResultsPanel::followNotice() {
     QStringList words;
     if (!m_outcome.isEmpty())
         words += m_outcome;
+    const std::size_t leftOut = m_controller.isChart() ? m_page.foldersLeftOut() : 0;
+    m_showLeftOut->setVisible(leftOut > 0);
     if (m_controller.isChart()) {
+        if (m_page.isReadingAgain())
+            words += localizedText("USAGE_READING_AGAIN");
+        if (leftOut > 0)
+            words += localizedText("USAGE_LEFT_OUT", leftOut);
         if (m_page.unread() > 0) {
             words += localizedText("USAGE_UNREAD", m_page.unread())
                          .arg(paths::displayFromHome(m_page.firstUnread()),
                               commandAsRoot(m_controller.scanPathStr()));
         }
         const std::uint64_t all = m_page.volumeBytes();
-        if (all > 0 && m_page.openGLView().rootFacts().bytes > all)
+        if (all > 0 && m_page.openGLView().rootFacts().size > all)
             words += localizedText("USAGE_MORE_THAN_VOLUME");
     }
     m_notice->tell(words.join(u'\n'));

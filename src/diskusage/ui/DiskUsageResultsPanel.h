@@ -1,5 +1,6 @@
 #pragma once
 
+#include "diskusage/ChartView.h"
 #include "diskusage/UsageTicks.h"
 
 #include <QWidget>
@@ -55,6 +56,8 @@ private:
     void showMenu(const std::filesystem::path &path, bool isFolder, bool isRoot,
                   const QPoint &place);
     void savePicture();
+    void showViewMenu();
+    void setChartView(const ChartView &view);
 
     DiskUsageAppController &m_controller;
     V4DiskUsageViewController &m_page;
@@ -68,6 +71,9 @@ private:
     QString m_outcome; ///< of the last removal or refusal, in words
     QPushButton *m_back;
     QToolButton *m_save;
+    QToolButton *m_view;
+    QLabel *m_legend;
+    QPushButton *m_showLeftOut;
     QToolButton *m_settings;
     PadlockButton *lockButton;
     QLabel *m_sum;
