@@ -35,6 +35,7 @@ struct Options {
 struct Planned {
     std::string key;
     std::uint64_t bytes = 0; ///< of the application with all that goes along
+    bool needsRights = false;
     Uninstallation::Record record;
 };
 
@@ -158,6 +159,7 @@ void work(Job &job) {
         planned.bytes = isPlainFiles(plan.application) || !source
                             ? plan.itself.bytes
                             : source->sizeOf(plan.application);
+        planned.needsRights = needsRights(plan);
         if (job.stop)
             return;
         const std::lock_guard lock(job.mutex);
@@ -224,6 +226,7 @@ void writePlan(JsonWriter &json, const Planned &planned, bool isTried) {
         json.nullValue();
     else
         json.value(paths::text(plan.reason));
+    json.key("needsRights").value(planned.needsRights);
     writeStrings(json, "running", plan.running);
     json.key("systemSettings").beginArray();
     for (const auto &file : plan.systemSettings)
@@ -284,6 +287,8 @@ std::string planText(const Planned &planned, bool isTried, std::uint64_t &bytes)
     text += " (" + shown(planned.key) + ")\n";
     for (const std::string &name : plan.running)
         text += "  is running: " + shown(name) + "\n";
+    if (planned.needsRights && !isTried)
+        text += "  takes administrator rights: --admin\n";
     const auto &also = plan.also;
     const bool hasGone =
         isTried ? planned.record.outcome == UninstallOutcome::Removed : isPlannedToGo(planned);

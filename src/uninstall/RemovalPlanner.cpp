@@ -71,6 +71,14 @@ bool takesRights(const RemovalPlan &plan) {
            !plan.application.userOwned;
 }
 
+bool needsRights(const RemovalPlan &plan) {
+    if (plan.blocker != Blocker::None || !isPlainFiles(plan.application))
+        return takesRights(plan);
+    FileOperations &files = *Platform::current().files;
+    const auto item = files.openItem(plan.itself.target);
+    return item && isForWantOfPermission(files.checkRemoval(*item));
+}
+
 RemovalPlanner::RemovalPlanner(std::vector<InstalledApplication> installed)
     : m_leftovers(std::move(installed)) {}
 

@@ -31,5 +31,7 @@ ApplicationSource *sourceOf(ApplicationKind kind);
 bool isPlainFiles(const InstalledApplication &application);
 /// True where its removal takes rights from the beginning.
 bool takesRights(const RemovalPlan &plan);
+/// True where it cannot go without rights, as it looks now; asks the disk.
+bool needsRights(const RemovalPlan &plan);
 
 } // namespace brightsweep

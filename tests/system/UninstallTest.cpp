@@ -59,7 +59,9 @@ TEST_F(Uninstall, TakesThePackageThenItsSettingsAndNoOthers) {
     build("demo-calc", "demo-calc");
     build("demo-plugin", "demo-plugin", "Depends: demo-writer\n");
     const auto before = home.snapshot(".config");
-    EXPECT_EQ(uninstall({"demo-writer"}).status, 0);
+    const auto plan = uninstall({"demo-writer"});
+    EXPECT_EQ(plan.status, 0);
+    EXPECT_NE(plan.output.find("--admin"), std::string::npos);
     EXPECT_EQ(uninstall({"demo-writer", "--apply"}).status, 3) << "without rights";
     EXPECT_TRUE(isInstalled("demo-writer") && isInstalled("demo-plugin"));
     EXPECT_EQ(home.snapshot(".config"), before);
