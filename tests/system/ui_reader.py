@@ -3,7 +3,8 @@
 ["tree"] is answered by [depth, role, states, name] of each visible thing of the program, ["told"]
 by the names of all that has come on show so far, were it only for a moment. ["press", NAME] does
 what a press on the thing of that name does, and is answered by whether it was there. ["places",
-ROLE, NAME…] is answered by the [left, top, width, height] of such things. What goes away while it
+ROLE, NAME…] is answered by the [left, top, width, height] of such things, ["texts", NAME…] by what
+stands in fields. What goes away while it
 is read is left out.
 """
 import json
@@ -138,6 +139,12 @@ class Reader:
         found = [thing for thing, name, is_a in zip(things, self.names(things), self.roles(things))
                  if name in names and is_a == role]
         return self.ask(found, COMPONENT, "GetExtents", GLib.Variant("(u)", (ON_SCREEN,)))
+
+    def texts(self, *names):
+        """What stands in the fields of those names."""
+        things = list(self.visible()[1])
+        found = [thing for thing, name in zip(things, self.names(things)) if name in names]
+        return self.ask(found, "org.a11y.atspi.Text", "GetText", GLib.Variant("(ii)", (0, -1)))
 
     def press(self, wanted):
         things = list(self.visible()[1])

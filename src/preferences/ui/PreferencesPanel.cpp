@@ -178,7 +178,8 @@ void PreferencesPanel::addLimit(QVBoxLayout &box, const char *titleKey, std::siz
     unit->setItemData(unit->count() - 1, localizedText("UNIT_TB_TIP"), Qt::ToolTipRole);
     const QString title = localizedText(titleKey);
     field->setAccessibleName(title);
-    unit->setAccessibleName(localizedText("PREF_UNIT_OF").arg(title));
+    // On X11 and Wayland the name of a list is what is chosen in it.
+    unit->setAccessibleDescription(localizedText("PREF_UNIT_OF").arg(title));
     auto *const label = new QLabel(title, parent);
     label->setBuddy(field);
     label->setWordWrap(true);
@@ -251,7 +252,7 @@ void PreferencesPanel::makeUpdates(QVBoxLayout &box) {
                                    &Controller::changeAutoUpdate);
     updateTime = new QComboBox(parent);
     updateTime->setObjectName(QStringLiteral("updateTime"));
-    updateTime->setAccessibleName(localizedText("PREF_CHECK_INTERVAL"));
+    updateTime->setAccessibleDescription(localizedText("PREF_CHECK_INTERVAL"));
     keepFromWheel(updateTime);
     for (const CheckInterval &interval : checkIntervals)
         updateTime->addItem(localizedText(interval.title), interval.tag);
@@ -292,7 +293,6 @@ void PreferencesPanel::makeOwn(QVBoxLayout &box) {
     language->setSpacing(2 * theme::grid);
     auto *const label = new QLabel(localizedText("PREF_LANGUAGE"), parent);
     label->setBuddy(m_language);
-    m_language->setAccessibleName(label->text());
     language->addWidget(label, 1);
     language->addWidget(m_restart);
     language->addWidget(m_language);
