@@ -61,6 +61,10 @@ bool NvAuthorization::isHeld() {
     return isValidAuth && rights().accepts(authForm);
 }
 
+bool NvAuthorization::isHeld(RightsPurpose purpose) {
+    return isHeld() && m_purpose >= purpose;
+}
+
 bool NvAuthorization::allocAuthorization(RightsPurpose purpose) {
     const std::lock_guard asking(m_asking);
     if (!isHeld())

@@ -35,6 +35,8 @@ public:
     /// True if rights for the purpose are held afterwards. May show the system's dialog, and blocks
     /// meanwhile.
     bool allocAuthorization(RightsPurpose purpose = RightsPurpose::Files);
+    /// Rights for the purpose were got, and whoever acts with them is alive.
+    bool isHeld(RightsPurpose purpose);
     /// How the last request for rights was answered; granted before the first.
     RightsResult lastResult();
     /// Gives the rights up at once, also while they are asked for or used. Always true.

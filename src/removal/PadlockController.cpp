@@ -56,7 +56,7 @@ void PadlockController::setAsking(bool isAsking) {
     NotificationCenter::defaultCenter().post(askingNotification);
 }
 
-void PadlockController::unlockRigths(bool open) {
+void PadlockController::unlockRigths(bool open, RightsPurpose purpose) {
     if (asking)
         return;
     if (!open) {
@@ -67,12 +67,15 @@ void PadlockController::unlockRigths(bool open) {
     }
     m_granted = false;
     setAsking(true);
-    m_worker = ThreadWorker::workOn(this, &PadlockController::askForRights, nullptr,
+    m_worker = ThreadWorker::workOn(this, &PadlockController::askForRights, purpose,
                                     &PadlockController::answered);
 }
 
-void PadlockController::askForRights(std::nullptr_t) {
-    m_granted = NvAuthorization::shareNvAuthorization().allocAuthorization();
+// Rights of a lesser purpose stay when others are refused.
+void PadlockController::askForRights(RightsPurpose purpose) {
+    auto &authorization = NvAuthorization::shareNvAuthorization();
+    m_granted =
+        authorization.allocAuthorization(purpose) || authorization.isHeld(RightsPurpose::Files);
 }
 
 void PadlockController::answered() {

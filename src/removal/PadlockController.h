@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/AdministratorRights.h"
+
 #include <QObject>
 
 #include <memory>
@@ -28,8 +30,9 @@ public:
     /// The name of the image for the state.
     const char *imageName() const;
     /// A click: opens a closed padlock, for which rights are asked, or closes an open one. Also for
-    /// a removal that needs rights while the padlock is closed. Without effect while asking.
-    void unlockRigths(bool open);
+    /// a removal that needs rights while the padlock is closed, or others than are held. Without
+    /// effect while asking.
+    void unlockRigths(bool open, RightsPurpose purpose = RightsPurpose::Files);
 
 Q_SIGNALS:
     /// The state may have changed, here or on another page; after a question also when it did not.
@@ -37,7 +40,7 @@ Q_SIGNALS:
     void askingChanged(bool asking);
 
 private:
-    void askForRights(std::nullptr_t argument);
+    void askForRights(RightsPurpose purpose);
     void answered();
     void setAsking(bool asking);
 

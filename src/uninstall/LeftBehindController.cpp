@@ -128,9 +128,8 @@ void LeftBehindController::attemptEnded() {
         m_failures.erase(m_failures.begin() + row);
     }
     Q_EMIT itemsChanged();
-    const bool canGet = !m_padlock.isOpen() &&
-                        !NvAuthorization::shareNvAuthorization().getAuthorizationRet().has_value();
-    if (needsRights && canGet && !std::exchange(m_isSecondAttempt, true)) {
+    const bool lacksRights = !NvAuthorization::shareNvAuthorization().isHeld(RightsPurpose::Files);
+    if (needsRights && lacksRights && !std::exchange(m_isSecondAttempt, true)) {
         setState(State::AskingRights);
         m_padlock.unlockRigths(true);
         return;

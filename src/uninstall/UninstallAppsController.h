@@ -208,7 +208,7 @@ private:
     void showAlertForUninstall();
     void planned();
     bool needsRightsFirst() const;
-    bool canGetRights() const;
+    bool lacksRights() const;
     void makePlans(const std::vector<InstalledApplication> &installed,
                    const std::vector<InstalledApplication> &applications);
     void askForRights();
@@ -253,6 +253,7 @@ private:
     std::vector<std::uint64_t> m_planSizes;
     std::unique_ptr<Uninstallation> m_uninstallation; ///< likewise
     QString m_progress;
+    RightsPurpose m_purpose = RightsPurpose::Files; ///< of the rights that the run takes
     bool m_isSecondAttempt = false;
     QStringList m_reasons; ///< why the run failed, by application
     CallQueue m_calls;     ///< of this thread, for what a removal tells

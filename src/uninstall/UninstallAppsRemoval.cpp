@@ -21,10 +21,8 @@ constexpr qsizetype longestFailure = 60; // before it is cut
 
 } // namespace
 
-// Rights are not held, and can be asked for.
-bool UninstallAppsController::canGetRights() const {
-    return !m_padlock.isOpen() &&
-           !NvAuthorization::shareNvAuthorization().getAuthorizationRet().has_value();
+bool UninstallAppsController::lacksRights() const {
+    return !NvAuthorization::shareNvAuthorization().isHeld(m_purpose);
 }
 
 void UninstallAppsController::uninstallButtonAction() {
@@ -101,6 +99,9 @@ void UninstallAppsController::alertEnded(int code) {
     m_failures.clear();
     m_reasons.clear();
     m_isSecondAttempt = false;
+    m_purpose = std::any_of(m_plans.begin(), m_plans.end(), takesRights)
+                    ? RightsPurpose::FilesAndPackages
+                    : RightsPurpose::Files;
     m_uninstallation = std::make_unique<Uninstallation>(m_plans);
     m_uninstallation->setProgress([this](const InstalledApplication &application) {
         m_calls.post([this, name = paths::display(application.name)] {
@@ -109,7 +110,7 @@ void UninstallAppsController::alertEnded(int code) {
         });
     });
     Q_EMIT messageChanged();
-    if (needsRightsFirst() && canGetRights())
+    if (needsRightsFirst() && lacksRights())
         return askForRights();
     uninstallActionfromBottomButton();
 }
@@ -117,19 +118,18 @@ void UninstallAppsController::alertEnded(int code) {
 // The list of the system's applications, and packages wherever they are listed: a part of the
 // others should not have gone when the user then calls the question for the password off.
 bool UninstallAppsController::needsRightsFirst() const {
-    return m_nowSelectRow == SystemApplications ||
-           std::any_of(m_plans.begin(), m_plans.end(), takesRights);
+    return m_nowSelectRow == SystemApplications || m_purpose == RightsPurpose::FilesAndPackages;
 }
 
 void UninstallAppsController::askForRights() {
     setState(State::AskingRights);
-    m_padlock.unlockRigths(true);
+    m_padlock.unlockRigths(true, m_purpose);
 }
 
 void UninstallAppsController::rightsAnswered() {
     if (m_state != State::AskingRights || m_padlock.isAsking())
         return;
-    if (m_padlock.isOpen())
+    if (!lacksRights())
         return uninstallActionfromBottomButton();
     tellFailure(m_padlock.isWithoutAgent() ? localizedText("LOCK_NO_AGENT") : QString());
     finish();
@@ -158,7 +158,7 @@ void UninstallAppsController::attemptEnded() {
             m_failures[item.get()] = reason;
     }
     renewList();
-    if (m_uninstallation->isOpen() && !m_isSecondAttempt && canGetRights()) {
+    if (m_uninstallation->isOpen() && !m_isSecondAttempt && lacksRights()) {
         m_isSecondAttempt = true;
         return askForRights();
     }

@@ -186,6 +186,16 @@ TEST_F(UninstallPage, RemovesWhatIsTickedAndTriesAgainOnlyWithNewRights) {
          1,
          0,
          {"alpha", "+Base", "Gimp", "Zed"}},
+        {"packages ask for more",
+         0,
+         {"Gimp"},
+         package,
+         {},
+         granted,
+         success,
+         1,
+         1,
+         {"alpha", "Base", "Zed"}},
         {"packages ask first",
          0,
          {"Gimp"},
@@ -290,6 +300,9 @@ TEST_F(UninstallPage, RemovesWhatIsTickedAndTriesAgainOnlyWithNewRights) {
         wait(State::Ready);
         EXPECT_EQ(text(), flow.text);
         EXPECT_EQ(rights.requests, flow.requests);
+        if (rights.isAlive) {
+            EXPECT_EQ(rights.purpose == RightsPurpose::FilesAndPackages, flow.kind == package);
+        }
         EXPECT_EQ(m_source->removals.size(), flow.attempts);
         page.changeSelectCell(Page::AllApplications);
         EXPECT_EQ(names(), flow.left);
