@@ -35,7 +35,7 @@ def allow_rights(policy):
     rules = pathlib.Path("/run/rules/00-test.rules")
     rules.write_text(rules.read_text() +
                      "polkit.addRule(function(action, subject) {\n"
-                     '    if (action.id == "com.norvmac.DeskSweeperPro.files")\n'
+                     '    if (action.id.indexOf("com.norvmac.DeskSweeperPro.") == 0)\n'
                      "        return polkit.Result.YES;\n});\n")
 
 

@@ -27,12 +27,12 @@ FOLDERS = "brightsweep-stage-"
 TOOL = str(pathlib.Path(__file__).resolve().with_name("machine"))
 
 
-def enter_namespace():
-    """Starts this script again in namespaces that end with it; returns inside. Without root it ends
-    as skipped."""
+def enter_namespace(verb="enter"):
+    """Starts this script again in namespaces that end with it; returns inside. With "burn" the whole
+    machine is a copy that goes with them. Without root it ends as skipped."""
     if os.environ.get("STAGE_INSIDE") != "1":
         os.environ["STAGE_INSIDE"] = "1"
-        os.execv(TOOL, [TOOL, "enter", sys.executable, *sys.argv])
+        os.execv(TOOL, [TOOL, verb, sys.executable, *sys.argv])
 
 
 def eventually(condition, patience=PATIENCE):

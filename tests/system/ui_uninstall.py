@@ -80,7 +80,7 @@ class UninstallPage(unittest.TestCase):
         self.desktop.start_program()
         self.desktop.wait_for("Uninstall")
         self.desktop.press("Uninstall")
-        self.desktop.wait_for("All Applications", "Photo.app, ", "Drawing, ", "Bricks, ")
+        self.desktop.wait_for("All Applications", "Bricks, ")
 
     def search(self, words):
         self.desktop.key("ctrl+f")
@@ -151,6 +151,55 @@ class UninstallPage(unittest.TestCase):
         self.assertEqual(self.gone(), {"Applications/Text.app"})
         self.desktop.wait_for_mark("Padlock", "checked")
 
+    def package(self, name, depends=""):
+        folder = pathlib.Path(self.desktop.folder, name)
+        for path, text in (("DEBIAN/control",
+                            f"Package: {name}\nVersion: 1:2.0-3\nArchitecture: all\n"
+                            f"Maintainer: x <x@x>\nDescription: x\n{depends}"),
+                           (f"usr/share/applications/{name}.desktop",
+                            f"[Desktop Entry]\nType=Application\nName=The {name}\nExec={name}\n"),
+                           (f"usr/bin/{name}", "#!/bin/sh\n")):
+            file = folder / path
+            file.parent.mkdir(parents=True, exist_ok=True)
+            file.write_text(text)
+            file.chmod(0o755 if path.startswith("usr/bin") else 0o644)
+        subprocess.run(["dpkg-deb", "-Zgzip", "--root-owner-group", "-b", folder], check=True,
+                       stdout=subprocess.DEVNULL)
+        subprocess.run(["dpkg", "--force-unsafe-io", "-i", f"{folder}.deb"], check=True,
+                       stdout=subprocess.DEVNULL)
+
+    def states(self):
+        """Of all packages."""
+        return set(subprocess.run(["dpkg-query", "-W", "-f",
+                                   "${binary:Package} ${db:Status-Abbrev}\n"], check=True,
+                                  capture_output=True, text=True).stdout.splitlines())
+
+    def test_a_package_goes_with_what_needs_it_and_with_its_settings(self):
+        del self.desktop.environment["BRIGHTSWEEP_SYSTEM_ROOT"]
+        self.package("demo-writer")
+        self.package("demo-plugin", "Depends: demo-writer\n")
+        self.package("demo-calc")
+        for name in ("demo-writer", "demo-calc"):
+            self.write(f".config/{name}/settings", "1")
+            self.write(f".local/share/{name}/text", "2")
+        subprocess.run(["chown", "-R", f"{USER}:{USER}", self.home], check=True)
+        self.before = self.snapshot()
+        states = self.states()
+        self.start()
+        self.search("demo-writer")
+        self.desktop.wait_for("The demo-writer, 2.0, Package")
+        self.desktop.wait_without("Bricks, ")
+        for key in ("Tab", "space", "Delete"):
+            self.desktop.tap(key)
+        self.desktop.wait_for("1 other package that cannot do without it goes along: demo-plugin.",
+                              "~/.config/demo-writer, settings", "~/.local/share/demo-writer, data")
+        self.assertEqual(self.states(), states)
+        self.answer(("Tab", "space"))
+        self.desktop.wait_for(DONE)
+        self.assertEqual(states - self.states(), {"demo-writer ii ", "demo-plugin ii "})
+        self.assertEqual(self.states() - states, set())
+        self.assertEqual(self.gone(), {".config/demo-writer"})
+
     def test_what_was_left_behind_goes_only_when_ticked(self):
         self.start()
         self.desktop.click(self.place("Left behind", "list item"))
@@ -169,7 +218,7 @@ class UninstallPage(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    enter_namespace()
+    enter_namespace("burn")
     MACHINE = Machine(sys.argv.pop(1))
     PROGRAM = MACHINE.program
     allow_rights(os.path.abspath(sys.argv.pop(1)))
