@@ -85,7 +85,8 @@ void Uninstallation::mergeSets() {
     }
     for (std::size_t i = 0; i < m_records.size(); ++i) {
         RemovalPlan plan = m_records[i].plan;
-        if (m_leaders[i] != i && !plan.purge)
+        const bool isFirst = m_leaders[i] == i && m_sets.count(i) == 0;
+        if (!isFirst && !plan.purge)
             continue;
         auto names = sets[m_leaders[i]];
         names.erase(plan.application.key);
@@ -181,6 +182,7 @@ void Uninstallation::removeFiles(Record &record) {
             kept.push_back(leftover.path);
     }
     record.items.clear();
+    record.message.clear();
     const bool isGone =
         kept.empty() ? removeItem(record, record.plan.itself) : removeFolder(record, kept);
     record.outcome = isGone ? UninstallOutcome::Removed : UninstallOutcome::Failed;
@@ -196,9 +198,11 @@ void Uninstallation::removeFiles(Record &record) {
 
 // Everything in it but what is kept; the folder stays for that.
 bool Uninstallation::removeFolder(Record &record, const std::vector<std::filesystem::path> &kept) {
+    const Leftover &itself = record.plan.itself;
+    const auto now = lookAtLeftover(itself.target, itself.kind, {}, {m_stop});
     const auto root = Platform::current().files->rememberRoot(record.plan.application.path);
-    const FileAttributes &seen = record.plan.itself.seen;
-    if (!root || root->device != seen.device || root->inode != seen.inode) {
+    if (!root || !now || hasLeftoverChanged(itself, *now) || root->device != itself.seen.device ||
+        root->inode != itself.seen.inode) {
         const auto error = root ? make_error_code(RemovalError::Changed) : root.error();
         record.items.push_back({record.plan.application.path, 0, false, error.message(), false});
         return false;
@@ -210,8 +214,8 @@ bool Uninstallation::removeFolder(Record &record, const std::vector<std::filesys
         };
         if (std::any_of(kept.begin(), kept.end(), isKept))
             continue;
-        const auto now = lookAtLeftover({*root, name}, LeftoverKind::Data, {}, {m_stop});
-        isGone = now && removeItem(record, *now) && isGone;
+        const auto item = lookAtLeftover({*root, name}, LeftoverKind::Data, {}, {m_stop});
+        isGone = item && removeItem(record, *item) && isGone;
     }
     return isGone;
 }
@@ -222,7 +226,7 @@ void Uninstallation::removeLeftovers(Record &record) {
             std::find_if(record.items.begin(), record.items.end(),
                          [&](const Item &item) { return item.path == leftover.path; });
         const bool wasTried = before != record.items.end();
-        if (!leftover.ticked || *m_stop || (wasTried && (before->removed || !before->neededRights)))
+        if (!leftover.ticked || (wasTried && (before->removed || !before->neededRights)))
             continue;
         if (wasTried)
             record.items.erase(before);
@@ -237,8 +241,11 @@ bool Uninstallation::removeItem(Record &record, const Leftover &shown) {
 
 Uninstallation::Item Uninstallation::removeItem(const Leftover &shown,
                                                 const std::atomic<bool> &stop) {
+    RemovalOutcome outcome;
+    outcome.error = std::make_error_code(std::errc::operation_canceled);
     ItemRemoval removal(&stop);
-    const RemovalOutcome outcome = removeAsShown(removal, shown, &stop);
+    if (!stop)
+        outcome = removeAsShown(removal, shown, &stop);
     return {shown.path, shown.bytes, outcome.removed,
             outcome.removed ? std::string() : wordsOf(outcome), outcome.neededRights};
 }

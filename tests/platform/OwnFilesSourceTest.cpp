@@ -99,6 +99,8 @@ TEST_F(OwnFiles, FoldersAreOnlyThoseThatNobodyElseUses) {
     entry("z", "z --data " + home.path(".local/share/ByEntry/data").native());
     add(".local/share/ByName/byname", "ByName");
     program("usr/bin/byname", system);
+    add("Applications/Games/one/one", "one");
+    add("Applications/Games/two/two", "two");
     // A package's.
     const auto vendor = program("opt/Vendor/vendor", system);
     entry("vendor", "/opt/Vendor/vendor");

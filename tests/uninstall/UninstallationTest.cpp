@@ -134,6 +134,11 @@ TEST_F(UninstallationTest, AFolderKeepsWhatItsProgramWroteUnlessThatIsTicked) {
         std::filesystem::last_write_time(home.file(file), old);
     home.file("Applications/Game/saves/1");
     RemovalPlan plan = RemovalPlanner({game}).planOf(game);
+    Uninstallation changed({plan});
+    home.file("Applications/Game/saves/2");
+    EXPECT_FALSE(run(changed));
+    EXPECT_TRUE(home.exists("Applications/Game/bin/game")) << "it has written meanwhile";
+    plan = RemovalPlanner({game}).planOf(game);
     Uninstallation first({plan});
     EXPECT_TRUE(run(first));
     EXPECT_FALSE(home.exists("Applications/Game/bin") || home.exists("Applications/Game/assets"));

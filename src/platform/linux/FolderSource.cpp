@@ -12,6 +12,7 @@
 #include <array>
 #include <map>
 #include <optional>
+#include <set>
 
 namespace brightsweep {
 
@@ -79,6 +80,17 @@ std::optional<std::pair<path, bool>> folderOf(const path &program, const std::ve
 bool isProgramOf(const Candidate &candidate, const path &file) {
     return std::any_of(candidate.entries.begin(), candidate.entries.end(),
                        [&](const NamedEntry &entry) { return entry.program == file.native(); });
+}
+
+// True where its entries start programs of different subfolders: it is a place where several
+// applications lie.
+bool holdsSeveral(const path &folder, const Candidate &candidate) {
+    std::set<std::string> subfolders;
+    for (const NamedEntry &entry : candidate.entries) {
+        const path way = path(entry.program).lexically_relative(folder);
+        subfolders.insert(way.has_parent_path() ? way.begin()->native() : std::string());
+    }
+    return subfolders.size() > 1;
 }
 
 // True where something besides its own entries uses a folder among others' data.
@@ -152,6 +164,7 @@ Result<std::vector<InstalledApplication>> FolderSource::applications() {
         const auto range = owners.equal_range(folder);
         if (std::any_of(range.first, range.second,
                         [&](const auto &owner) { return packaged.contains(owner.second); }) ||
+            holdsSeveral(folder, candidate) ||
             (candidate.isInDataFolder && isUsedByOthers(folder, candidate, entries)))
             continue;
         InstalledApplication application;
