@@ -188,6 +188,7 @@
     <message id="LOCAL_STORAGE"><translation>Local Storage</translation></message>
     <message id="LOCK_NO_AGENT"><translation>No program here can ask for administrator rights. Start a polkit agent, or start Brightsweep as an administrator.</translation></message>
     <message id="LOGIN_ADD"><translation>Add…</translation></message>
+    <message id="LOGIN_ADD_FOLDER"><translation>Add Folder…</translation></message>
     <message id="LOGIN_DELETE"><translation>Remove the login item</translation></message>
     <message id="LOGIN_DROP"><translation>or drop programs, documents and folders on the list</translation></message>
     <message id="LOGIN_ELSEWHERE_MARK"><translation>not here</translation></message>

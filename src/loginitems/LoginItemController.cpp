@@ -154,6 +154,11 @@ void LoginItemController::addLoginItems() {
         Platform::current().directories->first(StandardDirectory::Applications));
 }
 
+void LoginItemController::addLoginFolder() {
+    if (m_surroundings.licenceGate())
+        Q_EMIT askForLoginFolder(localizedText("Choose a login item"));
+}
+
 void LoginItemController::addPaths(std::vector<std::filesystem::path> paths) {
     if (paths.empty())
         return;

@@ -55,8 +55,10 @@ public:
     void updateLoginItemsList();
     /// Asks the view for what to add, by askForLoginItems().
     void addLoginItems();
-    /// The answer to it; also what was dropped. A row appears for each path at once, and goes again
-    /// with the next reading where the entry could not be made.
+    /// Asks it for a folder, by askForLoginFolder(): choosers of files enter folders.
+    void addLoginFolder();
+    /// The answer to both; also what was dropped. A row appears for each path at once, and goes
+    /// again with the next reading where the entry could not be made.
     void addPaths(std::vector<std::filesystem::path> paths);
     void delLoginItem(int row);
     void changeHideState(int row);
@@ -70,9 +72,10 @@ public:
     void setSystemItemStarted(const std::string &file, bool started);
 
 Q_SIGNALS:
-    /// Several files or folders; the chooser starts in that folder.
+    /// Several files; the chooser starts in that folder.
     void askForLoginItems(const QString &title, const QString &prompt,
                           const std::filesystem::path &folder);
+    void askForLoginFolder(const QString &title);
     void waitingChanged(bool waiting);
     void systemItemsChanged();
     /// The rows have become those of a fresh reading; the view finds its own again by their files.

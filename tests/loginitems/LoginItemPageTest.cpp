@@ -109,7 +109,9 @@ TEST_F(LoginItemPage, AddsWhatIsChosenOrDroppedAndCorrectsWhatFailed) {
     int asked = 0;
     QObject::connect(page.get(), &LoginItemController::askForLoginItems, [&] { ++asked; });
     isOpen = false;
+    QObject::connect(page.get(), &LoginItemController::askForLoginFolder, [&] { ++asked; });
     page->addLoginItems();
+    page->addLoginFolder();
     EXPECT_EQ(asked, 0);
     // A drop does not ask the gate.
     QMimeData files;
@@ -122,7 +124,8 @@ TEST_F(LoginItemPage, AddsWhatIsChosenOrDroppedAndCorrectsWhatFailed) {
     EXPECT_FALSE(page->model().dropMimeData(&words, Qt::CopyAction, 0, 0, {}));
     isOpen = true;
     page->addLoginItems();
-    EXPECT_EQ(asked, 1);
+    page->addLoginFolder();
+    EXPECT_EQ(asked, 2);
     items.fail("add", std::errc::no_space_on_device, 1);
     std::size_t most = 0;
     QObject::connect(&page->model(), &QAbstractItemModel::modelReset,

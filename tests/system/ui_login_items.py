@@ -144,6 +144,24 @@ class LoginItemsPage(unittest.TestCase):
         self.wait_for_files(self.files)
         self.assertTrue(eventually(lambda: "LoginCheck=0" in settings.read_text()))
 
+    def test_what_is_chosen_is_added(self):
+        self.start()
+        for button, path in (("Add…", self.home / "a b.pdf"), ("Add Folder…", self.home / "a c")):
+            (path.touch if path.suffix else path.mkdir)()
+            self.desktop.press(button)
+            self.desktop.wait_for("Choose a login item")
+            self.assertTrue(eventually(lambda: self.desktop.has_keyboard("File name:")
+                                       or self.desktop.has_keyboard("Directory:")),
+                            self.desktop.tree())
+            self.desktop.run("xdotool", "type", str(path))
+            self.desktop.tap("Return")
+            self.assertTrue(eventually(lambda: f"{path.name}.desktop" in self.disk()),
+                            self.desktop.tree())
+            text = self.disk()[f"{path.name}.desktop"]
+            self.assertIn(f'Exec=xdg-open "{path}"\n'.encode(), text)
+            self.desktop.wait_for(path.name)
+            self.desktop.wait_without("Choose a login item")
+
     def test_the_command_line_and_the_page_change_one_list(self):
         self.start()
         command = os.path.join(os.path.dirname(PROGRAM), "brightsweep-cli")

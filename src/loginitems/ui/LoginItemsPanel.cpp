@@ -1,9 +1,11 @@
 #include "loginitems/ui/LoginItemsPanel.h"
 
 #include "core/Texts.h"
+#include "foundation/Identity.h"
 #include "loginitems/LoginItemController.h"
 #include "loginitems/ui/LoginItemView.h"
 #include "loginitems/ui/SystemItemsBox.h"
+#include "ui/FolderChoice.h"
 #include "ui/ImageProvider.h"
 #include "ui/NoticeRow.h"
 #include "ui/PageParts.h"
@@ -75,6 +77,13 @@ LoginItemsPanel::LoginItemsPanel(LoginItemController &controller, QWidget *paren
             &LoginItemsPanel::followWaiting);
     connect(&controller, &LoginItemController::failed, m_failed, &NoticeRow::tell);
     connect(&controller, &LoginItemController::askForLoginItems, this, &LoginItemsPanel::ask);
+    connect(&controller, &LoginItemController::askForLoginFolder, this,
+            [this](const QString &dialogTitle) {
+                FolderChoice::ask(this, dialogTitle, homeFolder(),
+                                  [this](const std::filesystem::path &folder) {
+                                      m_controller.addPaths({folder});
+                                  });
+            });
     connect(&controller, &LoginItemController::listChanged, tableView->viewport(),
             qOverload<>(&QWidget::update));
     followWaiting();
@@ -106,16 +115,23 @@ QWidget *LoginItemsPanel::makeBottom() {
     theme::keep(add, [add] {
         add->setIconSize({theme::height(addImageSide), theme::height(addImageSide)});
     });
+    auto *const addFolder = new QPushButton(localizedText("LOGIN_ADD_FOLDER"), bottom);
+    addFolder->setObjectName(QStringLiteral("login.addFolder"));
     auto *const drop = makePlainLabel("login.drop", bottom);
     drop->setText(localizedText("LOGIN_DROP"));
     drop->setProperty("secondary", true);
     drop->setWordWrap(true);
     auto *const row = makeBottomRow(bottom);
     row->addWidget(add);
+    row->addWidget(addFolder);
     row->addWidget(drop, 1);
     connect(add, &QPushButton::clicked, this, [this] {
         m_failed->tell({});
         m_controller.addLoginItems();
+    });
+    connect(addFolder, &QPushButton::clicked, this, [this] {
+        m_failed->tell({});
+        m_controller.addLoginFolder();
     });
     return bottom;
 }
