@@ -261,6 +261,7 @@ TEST_F(Autostart, SwitchesWhatTheSystemStartsOffAndOn) {
     EXPECT_THAT(shown(), ElementsAre("sound.desktop off"));
     EXPECT_THAT(files(), ElementsAre("mine.desktop"));
     EXPECT_EQ(item("mine.desktop").name, "x");
+    EXPECT_EQ(int(item("mine.desktop").obstacle), int(LoginItemObstacle::None));
     for (const char *file : {"sound.desktop", "mine.desktop"})
         EXPECT_EQ(source.remove(file), LoginItemError::StandsForSystem);
     EXPECT_EQ(source.setSystemItemStarted("mine.desktop", true), LoginItemError::NotOurs);
@@ -271,6 +272,11 @@ TEST_F(Autostart, SwitchesWhatTheSystemStartsOffAndOn) {
     // What is added under such a name stays removable.
     EXPECT_EQ(*source.add(program("sound"), false), "sound-2.desktop");
     EXPECT_EQ(system.snapshot(), before);
+    // The package goes, and what the switch wrote is left.
+    source.setSystemItemStarted("sound.desktop", false);
+    std::filesystem::remove(system.path("sound.desktop"));
+    EXPECT_THAT(files(), testing::Contains("sound.desktop"));
+    EXPECT_FALSE(source.remove("sound.desktop"));
 }
 
 TEST_F(Autostart, AFullOrClosedFolderKeepsTheOldFile) {

@@ -160,7 +160,9 @@ LoginItemEntry loginItemOf(const DesktopEntry &entry, const std::filesystem::pat
             item.commandToldAsItStands = false;
         }
     }
-    judge(entry, session, item);
+    // All that an override has to say is that the system's entry does not start.
+    if (!item.hidden || !item.standsForSystem)
+        judge(entry, session, item);
     return item;
 }
 

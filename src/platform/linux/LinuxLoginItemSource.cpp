@@ -207,9 +207,10 @@ Result<std::vector<LoginItemEntry>> LinuxLoginItemSource::items() {
             continue;
         const bool isReadable = bool(text);
         const DesktopEntry entry(isReadable ? std::move(*text) : std::string());
-        if (entry.has(entryOverrideKey))
-            continue;
         const auto fallback = systemEntry(name);
+        // Where the system's own has gone, what is left of the switch can be removed.
+        if (entry.has(entryOverrideKey) && fallback)
+            continue;
         LoginItemEntry item = loginItemOf(entry, path, session, fallback ? &*fallback : nullptr);
         if (!isReadable) {
             item.obstacle = LoginItemObstacle::Unreadable;
@@ -401,6 +402,8 @@ std::error_code LinuxLoginItemSource::start(const std::string &file) {
         return lastError();
     const auto [process, error] = startProcess({.arguments = *command,
                                                 .environment = environmentOfChildren(),
+                                                .output = ProcessStart::nowhere,
+                                                .errors = ProcessStart::nowhere,
                                                 .directory = directory.get(),
                                                 .leadsGroup = true});
     if (error != 0)
