@@ -171,6 +171,23 @@ TEST(CleanPage, ACleanTakesTheTickedRowsAndTellsWhatWent) {
     EXPECT_FALSE(at.page.controls().cleanButton.enabled);
 }
 
+TEST(CleanPage, WhatIsUntickedInThePreferencesStays) {
+    CleanPage::store("010001");
+    CleanPage at;
+    PreferenceViewController preferences(
+        {[&] { return at.page.state() == State::Results; }, {}, {}});
+    preferences.changeUserDownloads(); // before a scan it is in use, in this test
+    EXPECT_EQ(CleanPage::stored(), "010001");
+    at.scan();
+    preferences.changeUserDownloads();
+    EXPECT_EQ(CleanPage::stored(), "010000");
+    EXPECT_EQ(preferences.category(6), Qt::Unchecked);
+    const auto machine = at.machine.state();
+    at.page.cleanButtonActionInfo(); // without a question, as no download is ticked
+    at.waitFor(State::Results);
+    EXPECT_EQ(test::changes(machine, at.machine.state()), at.machine.changesOf({1}));
+}
+
 // The page adds words up, which round; the history takes the bytes.
 TEST(CleanPage, TheHistoryTakesBytesAndThePageSumsOfWords) {
     CleanPage::store("010000");
