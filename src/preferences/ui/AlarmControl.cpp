@@ -41,6 +41,8 @@ AlarmControl::AlarmControl(const char *name, const QString &title, QSize image,
     m_slider->setRange(0, steps);
     m_slider->setPageStep(largeStep);
     m_slider->setFocusPolicy(Qt::StrongFocus);
+    // The style fills a slider from the left, in every language.
+    m_slider->setLayoutDirection(Qt::LeftToRight);
     m_value->setProperty("number", true);
     m_value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_words->setProperty("secondary", true);

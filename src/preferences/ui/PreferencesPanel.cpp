@@ -300,6 +300,7 @@ void PreferencesPanel::makeOwn(QVBoxLayout &box) {
 
     m_logPath = new ElidedLabel(Qt::ElideMiddle, parent);
     m_logPath->setObjectName(QStringLiteral("preferences.logPath"));
+    m_logPath->setLayoutDirection(Qt::LeftToRight); // a path begins at its left
     m_logPath->setProperty("secondary", true);
     m_logSize = makePlainLabel("preferences.logSize", parent);
     m_logSize->setProperty("number", true);
