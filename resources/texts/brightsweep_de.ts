@@ -401,7 +401,7 @@
     <message id="UNINSTALL_SNAP_COPY"><translation>Auch die Kopie seiner Daten, die sonst 31 Tage aufgehoben würde</translation></message>
     <message id="UNINSTALL_STAYS"><translation>Es bleibt: %1.</translation></message>
     <message id="UNINSTALL_SUM"><translation>%1 verschwinden: %2.</translation></message>
-    <message id="UNINSTALL_SUM_ALONG" numerus="yes"><translation><numerusform>%n Paket geht mit</numerusform><numerusform>%n Pakete gehen mit</numerusform></translation></message>
+    <message id="UNINSTALL_SUM_ALONG" numerus="yes"><translation><numerusform>%n Paket dazu</numerusform><numerusform>%n Pakete dazu</numerusform></translation></message>
     <message id="UNINSTALL_SUM_APPS" numerus="yes"><translation><numerusform>%n Programm</numerusform><numerusform>%n Programme</numerusform></translation></message>
     <message id="UNINSTALL_SUM_LEFT" numerus="yes"><translation><numerusform>%n Rest</numerusform><numerusform>%n Reste</numerusform></translation></message>
     <message id="UNINSTALL_SUM_STAYS" numerus="yes"><translation><numerusform>%n nicht angekreuzter Rest bleibt (%1).</numerusform><numerusform>%n nicht angekreuzte Reste bleiben (%1).</numerusform></translation></message>

@@ -153,6 +153,11 @@ void UninstallAppsController::listAgain() {
 
 void UninstallAppsController::searchApplications(std::nullptr_t, ThreadWorker *) {
     m_found = std::make_unique<UninstallAppInfo>();
+    m_watched = Platform::current().directories->paths(StandardDirectory::Applications);
+    for (const auto &source : Platform::current().applications) {
+        for (auto &place : source->watched())
+            m_watched.push_back(std::move(place));
+    }
     NSLog("*******************Refresh uninstall table view*******************");
 }
 
@@ -168,7 +173,8 @@ void UninstallAppsController::searchAppsFinished() {
     }
     if (isFirst)
         setState(State::Ready);
-    watchSources();
+    if (m_isShown)
+        m_watch.watch(m_watched);
     if (m_state == State::Ready)
         postSelectNum(!m_uninstallTextField.isCount && !m_uninstallTextField.text.isEmpty());
 }
@@ -198,20 +204,11 @@ void UninstallAppsController::mergeFound() {
 }
 
 void UninstallAppsController::setShown(bool isShown) {
+    m_isShown = isShown;
     if (!isShown)
         return m_watch.watch({});
     if (m_isScaned)
         listAgain();
-}
-
-void UninstallAppsController::watchSources() {
-    std::vector<std::filesystem::path> places =
-        Platform::current().directories->paths(StandardDirectory::Applications);
-    for (const auto &source : Platform::current().applications) {
-        if (const auto more = source->watched(); !more.empty())
-            places.insert(places.end(), more.begin(), more.end());
-    }
-    m_watch.watch(places);
 }
 
 Items UninstallAppsController::itemsOfRow(int row) const {

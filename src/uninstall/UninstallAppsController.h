@@ -195,7 +195,6 @@ private:
     void searchAppsFinished();
     void listAgain();
     void mergeFound();
-    void watchSources();
     LeftBehindController::Surroundings surroundingsOfLeftBehind();
     std::vector<InstalledApplication> installed() const;
     Items itemsOfRow(int row) const;
@@ -240,12 +239,14 @@ private:
     PadlockController m_padlock;
     CatalogueWatch m_watch;
     bool m_wantsListing = false;
+    bool m_isShown = false;
 
     std::deque<Job> m_jobs; ///< the first one is under way
     std::shared_ptr<ThreadWorker> m_worker;
     LeftBehindController m_leftBehind;
-    std::unique_ptr<UninstallAppInfo> m_found; ///< left alone while the listing runs
-    std::uint64_t m_measured = 0;              ///< likewise, the measuring
+    std::vector<std::filesystem::path> m_watched; ///< as the next one
+    std::unique_ptr<UninstallAppInfo> m_found;    ///< left alone while the listing runs
+    std::uint64_t m_measured = 0;                 ///< likewise, the measuring
 
     std::shared_ptr<RemovalRun> m_run;
     Items m_chosen; ///< what the plans are of

@@ -161,7 +161,8 @@ void LoginItemDelegate::paintName(QPainter &painter, const QStyleOptionViewItem 
                    mirrored(area, middle(place, iconSide - 2 * theme::grid)));
     else
         painter.drawPixmap(mirrored(area, place),
-                           m_icons.pixmap(icon, side, painter.device()->devicePixelRatioF()));
+                           m_icons.pixmap(icon, index.data().toString(), side,
+                                          painter.device()->devicePixelRatioF()));
     painter.setOpacity(1.0);
     QRect upper = area.adjusted(side + 5 * theme::grid, 0, -2 * theme::grid, 0);
     QRect lower = upper;

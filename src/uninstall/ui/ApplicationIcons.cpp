@@ -2,7 +2,6 @@
 
 #include "foundation/SmallFile.h"
 #include "ui/IconTheme.h"
-#include "ui/ImageProvider.h"
 #include "ui/Theme.h"
 
 #include <QBuffer>
@@ -11,6 +10,7 @@
 #include <QImageReader>
 #include <QPainter>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <utility>
@@ -59,13 +59,35 @@ void paintOnPlate(QPainter &painter, const QIcon &icon, int side) {
         QRect(0, 0, side, side).adjusted(theme::grid, theme::grid, -theme::grid, -theme::grid));
 }
 
+// In a colour that stays with the name.
+void paintLetter(QPainter &painter, const QString &name, int side) {
+    const auto letter = std::find_if(name.begin(), name.end(),
+                                     [](QChar character) { return character.isLetterOrNumber(); });
+    const int hue = int(qHash(name) % 360);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(theme::appearance().highContrast ? theme::window()
+                                                      : QColor::fromHsl(hue, 90, 90));
+    const QRect plate = QRect(0, 0, side, side).adjusted(2, 2, -2, -2);
+    painter.drawRoundedRect(plate, theme::radius, theme::radius);
+    if (letter == name.end())
+        return;
+    QFont font = theme::font(12, true);
+    font.setPixelSize(side / 2);
+    painter.setFont(font);
+    painter.setPen(theme::text());
+    painter.drawText(plate, Qt::AlignCenter, QString(*letter).toUpper());
+}
+
 } // namespace
 
-QPixmap ApplicationIcons::pixmap(const QString &name, int side, qreal devicePixelRatio) {
+QPixmap ApplicationIcons::pixmap(const QString &wanted, const QString &name, int side,
+                                 qreal devicePixelRatio) {
     const QString look = QIcon::themeName() + theme::window().name();
     if (look != std::exchange(m_look, look))
         m_pixmaps.clear();
-    const QString key = QStringLiteral("%1/%2/%3").arg(side).arg(devicePixelRatio).arg(name);
+    const QString key =
+        QStringLiteral("%1/%2/").arg(side).arg(devicePixelRatio) + wanted + u'\n' + name;
     if (const QPixmap *const known = m_pixmaps.object(key))
         return *known;
     const int pixels = qRound(side * devicePixelRatio);
@@ -74,10 +96,9 @@ QPixmap ApplicationIcons::pixmap(const QString &name, int side, qreal devicePixe
     pixmap->fill(Qt::transparent);
     QPainter painter(pixmap);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    const QIcon icon = iconOf(name, pixels);
+    const QIcon icon = iconOf(wanted, pixels);
     if (icon.isNull())
-        paintImage(painter, QStringLiteral("uninstall_app.png"),
-                   QRectF(0, 0, side, side).adjusted(2, 2, -2, -2));
+        paintLetter(painter, name, side);
     else if (isSeenOnGround(icon))
         icon.paint(&painter, QRect(0, 0, side, side));
     else

@@ -11,8 +11,8 @@ namespace brightsweep {
 /// are kept. Main thread; asked for when a row is painted, so that only rows on show cost anything.
 class ApplicationIcons {
 public:
-    /// `side` in logical pixels; a general sign where there is no such icon.
-    QPixmap pixmap(const QString &icon, int side, qreal devicePixelRatio);
+    /// `side` in logical pixels; the first letter of the name where there is no such icon.
+    QPixmap pixmap(const QString &icon, const QString &name, int side, qreal devicePixelRatio);
 
 private:
     QString m_look; ///< the pixmaps are kept for

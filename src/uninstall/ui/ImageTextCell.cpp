@@ -33,7 +33,8 @@ QSize ImageTextCell::sizeHint(const QStyleOptionViewItem &, const QModelIndex &)
 }
 
 QPixmap ImageTextCell::icon(const QModelIndex &index, qreal devicePixelRatio) const {
-    return m_appIcons.pixmap(m_dataDelegate.iconForCell(index), theme::height(iconSide),
+    return m_appIcons.pixmap(m_dataDelegate.iconForCell(index),
+                             m_dataDelegate.primaryTextForCell(index), theme::height(iconSide),
                              devicePixelRatio);
 }
 

@@ -135,7 +135,8 @@ QWidget *UninstallSheet::makePlan(std::size_t number) {
     head->setSpacing(2 * theme::grid);
     auto *const icon = new QLabel(card);
     icon->setPixmap(m_icons.pixmap(QString::fromStdString(plan.application.icon),
-                                   theme::height(iconSide), devicePixelRatioF()));
+                                   paths::display(plan.application.name), theme::height(iconSide),
+                                   devicePixelRatioF()));
     head->addWidget(icon);
     auto *const name = makePlainLabel("uninstall.sheet.name", card);
     name->setText(paths::display(plan.application.name));

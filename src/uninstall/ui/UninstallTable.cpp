@@ -54,7 +54,7 @@ UninstallTable::UninstallTable(Page &page, UninstallListModel &model, QWidget *p
                 {Model::view, {}, false},
                 {Model::Size, theme::widestSize(), false},
                 {Model::Date, QStringLiteral("88.88.8888"), true},
-                {Model::buddleid, QStringLiteral("org.libreoffice.writer"), true}});
+                {Model::buddleid, QStringLiteral("org.gnome.SystemMonitor.Devel.desk"), true}});
     m_header->setSortIndicator(Model::Name, Qt::AscendingOrder);
     m_header->moveSection(m_header->visualIndex(Model::buddleid), Model::Size);
     connect(m_header, &CheckHeader::checkBoxClicked, &m_page, &Page::selectAllList);
