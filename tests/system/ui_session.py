@@ -151,7 +151,7 @@ class Window(Session):
         desktop = self.started()
         self.assertEqual(desktop.choose("Preferences"), ["Scan", "Quick Clean…", "Free Space",
                                                          "Uninstall", "Preferences"])
-        desktop.wait_for("Show Log")
+        desktop.wait_for("Alarms")
         self.assertEqual(desktop.choose("About", "Up"), ["Scan", "Quit", "About"])
         desktop.wait_for("About Brightsweep")
 
