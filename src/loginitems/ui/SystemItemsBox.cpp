@@ -25,6 +25,7 @@ namespace {
 constexpr int arrowSide = 14;
 constexpr int rowHeight = 36;
 constexpr int mostRows = 5; // at once
+constexpr int leastRows = 2;
 
 QString nameOf(const LoginItemEntry &entry) {
     return paths::display(entry.name.empty() ? entry.file : entry.name);
@@ -87,7 +88,9 @@ void SystemItemsBox::followFold() {
                                               : localizedText("FOLD_CLOSED"));
     m_scroll->setVisible(m_isOpen);
     const int rows = std::min(int(m_files.size()), mostRows) + 1;
-    m_scroll->setFixedHeight(rows * theme::height(rowHeight));
+    // In a low window it leaves the table some rows.
+    m_scroll->setMinimumHeight(std::min(rows, leastRows) * theme::height(rowHeight));
+    m_scroll->setMaximumHeight(rows * theme::height(rowHeight));
 }
 
 void SystemItemsBox::addRow(const LoginItemEntry &entry) {
