@@ -304,10 +304,10 @@ void PreferencesPanel::makeOwn(QVBoxLayout &box) {
     m_logPath->setProperty("secondary", true);
     m_logSize = makePlainLabel("preferences.logSize", parent);
     m_logSize->setProperty("number", true);
-    auto *const open = new QPushButton(localizedText("Open"), parent);
-    open->setObjectName(QStringLiteral("preferences.openLog"));
-    open->setAccessibleName(localizedText("PREF_OPEN_LOG"));
-    connect(open, &QPushButton::clicked, this, [this] {
+    m_openLog = new QPushButton(localizedText("Open"), parent);
+    m_openLog->setObjectName(QStringLiteral("preferences.openLog"));
+    m_openLog->setAccessibleName(localizedText("PREF_OPEN_LOG"));
+    connect(m_openLog, &QPushButton::clicked, this, [this] {
         m_controller.openLog();
         followLog();
     });
@@ -316,7 +316,7 @@ void PreferencesPanel::makeOwn(QVBoxLayout &box) {
     log->addWidget(new QLabel(localizedText("PREF_LOG"), parent));
     log->addWidget(m_logPath, 1);
     log->addWidget(m_logSize);
-    log->addWidget(open);
+    log->addWidget(m_openLog);
     box.addLayout(log);
 }
 
@@ -369,7 +369,10 @@ void PreferencesPanel::followLog() {
     const auto file = m_controller.logFile();
     m_logPath->setText(paths::displayFromHome(file));
     m_logPath->setToolTip(plainToolTip({paths::display(file)}));
-    m_logSize->setText(sizeWords(m_controller.logSize()));
+    const auto size = m_controller.logSize();
+    m_logSize->setText(sizeWords(size));
+    // The first run of the program has none.
+    m_openLog->setEnabled(size > 0);
 }
 
 } // namespace brightsweep

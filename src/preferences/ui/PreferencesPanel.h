@@ -70,6 +70,7 @@ private:
     QPushButton *m_restart = nullptr;
     ElidedLabel *m_logPath = nullptr;
     QLabel *m_logSize = nullptr;
+    QPushButton *m_openLog = nullptr;
 };
 
 } // namespace brightsweep
