@@ -306,9 +306,12 @@ std::string planText(const Planned &planned, bool isTried, std::uint64_t &bytes)
             table.row({"  kept", sizeText(leftover.bytes),
                        leftover.path.native() + " (" + kindWord(leftover.kind) + ")"});
     }
-    for (const auto &file : plan.systemSettings)
-        table.row({plan.purge && hasGone ? went : "  kept", "",
-                   file.native() + " (settings of the system)"});
+    for (const auto &file : plan.systemSettings) {
+        if (!plan.purge || !hasGone)
+            table.row({"  kept", "", file.native() + " (settings of the system)"});
+        else if (!isTried)
+            table.row({went, "", file.native() + " (settings of the system)"});
+    }
     const auto isTickedData = [](const Leftover &leftover) {
         return leftover.ticked && leftover.kind == LeftoverKind::Data;
     };

@@ -89,6 +89,8 @@ struct RemovalPlan {
     /// Settings of the whole system that its manager keeps unless it is told to purge.
     std::vector<std::filesystem::path> systemSettings;
     bool purge = false; ///< take these along, or with a snap the copy of its data
+    /// Of what goes along, that whose own settings of the system go as well.
+    std::vector<std::string> alsoPurged;
     /// The programs of the set that are running now, by their names.
     std::vector<std::string> running;
     Blocker blocker = Blocker::None;

@@ -84,15 +84,17 @@ void Uninstallation::mergeSets() {
         }
     }
     for (std::size_t i = 0; i < m_records.size(); ++i) {
-        RemovalPlan plan = m_records[i].plan;
-        const bool isFirst = m_leaders[i] == i && m_sets.count(i) == 0;
-        if (!isFirst && !plan.purge)
+        if (m_leaders[i] != i)
             continue;
-        auto names = sets[m_leaders[i]];
-        names.erase(plan.application.key);
+        RemovalPlan plan = m_records[i].plan;
+        sets[i].erase(plan.application.key);
         if (isMerged(plan))
-            plan.also.assign(names.begin(), names.end());
-        m_sets[m_leaders[i]] = std::move(plan);
+            plan.also.assign(sets[i].begin(), sets[i].end());
+        for (std::size_t j = 0; j < m_records.size(); ++j) {
+            if (j != i && m_leaders[j] == i && m_records[j].plan.purge)
+                plan.alsoPurged.push_back(m_records[j].plan.application.key);
+        }
+        m_sets[i] = std::move(plan);
     }
 }
 
@@ -133,8 +135,21 @@ void Uninstallation::removeApplication(Record &record) {
         record.outcome = result.outcome;
         record.message = result.message;
     }
-    if (record.outcome == UninstallOutcome::Removed)
-        removeLeftovers(record);
+    if (record.outcome != UninstallOutcome::Removed)
+        return;
+    if (record.plan.purge)
+        lookForSystemSettings(record);
+    removeLeftovers(record);
+}
+
+// A purge is told by what has gone.
+void Uninstallation::lookForSystemSettings(Record &record) {
+    for (const auto &file : record.plan.systemSettings) {
+        const auto found = Platform::current().files->attributes(file);
+        const bool hasGone = !found && found.error() == std::errc::no_such_file_or_directory;
+        record.items.push_back(
+            {file, 0, hasGone, hasGone ? std::string() : "its package manager has kept it", false});
+    }
 }
 
 // Once in a run: a set that failed is not tried again for the next of its applications.

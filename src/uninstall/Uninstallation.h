@@ -69,6 +69,7 @@ private:
     void removeBundle(Record &record);
     bool removeFolder(Record &record, const std::vector<std::filesystem::path> &kept);
     void removeLeftovers(Record &record);
+    void lookForSystemSettings(Record &record);
     bool removeItem(Record &record, const Leftover &shown);
 
     void mergeSets();

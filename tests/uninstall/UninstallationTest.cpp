@@ -94,9 +94,13 @@ TEST_F(UninstallationTest, SetsThatOverlapGoAsOne) {
         if (plan.application.key == "two")
             plan.also = {"one", "with-three"};
     };
-    Uninstallation removal(plans());
+    auto shown = plans();
+    shown[1].purge = shown[2].purge = true;
+    Uninstallation removal(shown);
     EXPECT_TRUE(run(removal));
     ASSERT_EQ(packages->removals.size(), 2u);
+    EXPECT_FALSE(packages->removals[0].purge);
+    EXPECT_EQ(packages->removals[0].alsoPurged, (std::vector<std::string>{"two", "three"}));
     EXPECT_EQ(packages->removals[0].also.size(), 4u);
     EXPECT_EQ(packages->removals[1].also, std::vector<std::string>{"library"});
     for (const char *name : {"one", "two", "three", "apart"})

@@ -358,8 +358,9 @@ RemovalResult PackageSource::remove(const RemovalPlan &plan, const RightsToken *
         if (isGone)
             return {UninstallOutcome::Removed, {}, removal.names};
     }
+    removal.purge = plan.alsoPurged;
     if (plan.purge)
-        removal.purge = {plan.application.key};
+        removal.purge.push_back(plan.application.key);
     if (!rights)
         return {UninstallOutcome::NeedsRights, "administrator rights are needed", {}};
     AdministratorRights &held = *Platform::current().rights;
