@@ -258,25 +258,19 @@ TEST_F(Packages, OfPacmanAreListedAndPlanned) {
 }
 
 TEST(PackageNames, HaveAClosedGrammar) {
-    const std::pair<const char *, bool> rows[] = {
-        {"gimp", true}, {"libstdc++6", true}, {"0ad", true},  {"g++-12.1", true},  {"a:i386", true},
-        {"", false},    {"-y", false},        {"A", false},   {"a b", false},      {"a/b", false},
-        {"a=1", false}, {"a*", false},        {"a:", false},  {":amd64", false},   {"a:b:c", false},
-        {"a:-o", true}, {"a\n", false},       {"a;b", false}, {"\xc3\xa4", false}, {"a_", false}};
-    for (const auto &[name, valid] : rows)
-        EXPECT_EQ(isPackageName(PackageFamily::Dpkg, name), valid) << name;
+    for (const char *name : {"gimp", "libstdc++6", "0ad", "g++-12.1", "a:i386"})
+        EXPECT_TRUE(isPackageName(PackageFamily::Dpkg, name)) << name;
+    for (const char *name : {"", "-y", "A", "a b", "a/b", "a=1", "a*", "a:", ":amd64", "a:b:c",
+                             "a\n", "a;b", "\xc3\xa4", "a_"})
+        EXPECT_FALSE(isPackageName(PackageFamily::Dpkg, name)) << name;
     EXPECT_TRUE(isPackageName(PackageFamily::Rpm, "NetworkManager_x"));
     EXPECT_FALSE(isPackageName(PackageFamily::Rpm, "a:b"));
     EXPECT_FALSE(isPackageName(PackageFamily(9), "a"));
-    const std::vector<std::string> two = {"a", "b"};
-    EXPECT_EQ(refusalOfPackages({PackageFamily::Dpkg, two, {"b"}}), "");
-    for (const PackageRemoval &wrong :
-         {PackageRemoval{PackageFamily::Dpkg, {}, {}},
-          PackageRemoval{PackageFamily::Dpkg, two, {"c"}},
-          PackageRemoval{PackageFamily::Dpkg, {"a", "a"}, {}},
-          PackageRemoval{PackageFamily::Dpkg, {"a", "-o"}, {}},
-          PackageRemoval{PackageFamily::Dpkg, std::vector<std::string>(101, "a"), {}}})
-        EXPECT_NE(refusalOfPackages(wrong), "");
+    EXPECT_EQ(refusalOfPackages({PackageFamily::Dpkg, {"a", "b"}, {"b"}}), "");
+    const std::vector<std::string> wrong[] = {{}, {"a", "a"}, {"a", "-o"}, {"a", "b c"}};
+    for (const auto &names : wrong)
+        EXPECT_NE(refusalOfPackages({PackageFamily::Dpkg, names, {}}), "");
+    EXPECT_NE(refusalOfPackages({PackageFamily::Dpkg, {"a"}, {"b"}}), "");
 }
 
 } // namespace
