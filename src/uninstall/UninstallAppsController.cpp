@@ -86,6 +86,7 @@ UninstallAppsController::UninstallAppsController(Surroundings surroundings, QObj
 
 UninstallAppsController::~UninstallAppsController() {
     NotificationCenter::defaultCenter().removeObserver(this);
+    m_stopsPlanning = true;
     if (m_run)
         m_run->stop();
     if (m_worker)

@@ -13,6 +13,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -155,6 +156,8 @@ public:
     void alertWindowOkAction();
     void unlockRigths(bool open);
     void uninstallButtonAction();
+    /// While the plans are made: nothing is asked then.
+    void stopPlanning();
     /// While the question is asked: the ticks of what would be left.
     void tickLeftover(std::size_t plan, std::size_t leftover, bool isTicked);
     void tickSystemSettings(std::size_t plan, bool isTicked);
@@ -252,6 +255,7 @@ private:
     Items m_chosen; ///< what the plans are of
     Plans m_plans;  ///< left alone while a job about them runs, as is the next one
     std::vector<std::uint64_t> m_planSizes;
+    std::atomic<bool> m_stopsPlanning{false};
     std::unique_ptr<Uninstallation> m_uninstallation; ///< likewise
     QString m_progress;
     RightsPurpose m_purpose = RightsPurpose::Files; ///< of the rights that the run takes

@@ -40,6 +40,7 @@ void UninstallAppsController::showAlertForUninstall() {
         applications.push_back(*item->application);
     m_plans.clear();
     m_planSizes.clear();
+    m_stopsPlanning = false;
     enqueue({[this, all = installed(), applications = std::move(applications)] {
                  makePlans(all, applications);
              },
@@ -50,14 +51,23 @@ void UninstallAppsController::makePlans(const std::vector<InstalledApplication> 
                                         const std::vector<InstalledApplication> &applications) {
     const RemovalPlanner planner(installed);
     for (const InstalledApplication &application : applications) {
-        m_plans.push_back(planner.planOf(application));
+        if (m_stopsPlanning)
+            return;
+        m_plans.push_back(planner.planOf(application, &m_stopsPlanning));
         ApplicationSource *const source = sourceOf(application.kind);
         m_planSizes.push_back(isPlainFiles(application) || !source ? m_plans.back().itself.bytes
                                                                    : source->sizeOf(application));
     }
 }
 
+void UninstallAppsController::stopPlanning() {
+    if (!refuseUnless(m_state == State::Planning, "a stop"))
+        m_stopsPlanning = true;
+}
+
 void UninstallAppsController::planned() {
+    if (m_stopsPlanning)
+        return setState(State::Ready);
     if (m_plans.size() != m_chosen.size()) { // the worker failed
         m_reasons.clear();
         tellFailure();

@@ -328,6 +328,9 @@ TEST_F(UninstallPage, TellsWhatKeptAnApplicationAndNeverRemovesItself) {
     Page &page = list();
     page.selectAllList(true);
     page.uninstallButtonAction();
+    page.stopPlanning();
+    wait(State::Ready);
+    page.uninstallButtonAction();
     wait(State::Asking);
     page.alertEnded(0);
     EXPECT_EQ(page.state(), State::Ready);

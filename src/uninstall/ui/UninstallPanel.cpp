@@ -210,7 +210,9 @@ QWidget *UninstallPanel::makeBottom() {
     uninstallButton = makeRemovingButton("uninstallButton", localizedText("Uninstall"), bottom);
     row->addWidget(uninstallButton);
     connect(uninstallButton, &QPushButton::clicked, this, [this] {
-        if (isLeftBehind())
+        if (m_controller.state() == State::Planning)
+            m_controller.stopPlanning();
+        else if (isLeftBehind())
             m_controller.leftBehind().removeButtonAction();
         else
             m_controller.uninstallButtonAction();
@@ -319,9 +321,11 @@ void UninstallPanel::followMessage() {
     uninstallTextField->setStyledText(lineOf(message));
     uninstallTextField->setToolTip(plainToolTip({message.toolTip}));
     uninstallTextField->setAccessibleDescription(message.toolTip);
-    uninstallButton->setText(isLeftBehind() ? localizedText("DUP_REMOVE")
-                                            : localizedText("Uninstall"));
-    uninstallButton->setEnabled(m_controller.isIdle() && canGo);
+    const bool isPlanning = m_controller.state() == State::Planning;
+    uninstallButton->setText(isPlanning       ? localizedText("STOP")
+                             : isLeftBehind() ? localizedText("DUP_REMOVE")
+                                              : localizedText("Uninstall"));
+    uninstallButton->setEnabled(isPlanning || (m_controller.isIdle() && canGo));
     m_uninstallImage->setVisible(!isLeftBehind());
     m_uninstallImage->setImageName(QLatin1String(m_controller.uninstallImage()));
     followNotice();
