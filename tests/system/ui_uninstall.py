@@ -12,7 +12,7 @@ import sys
 import unittest
 
 from ui_clean import allow_rights
-from ui_desktop import USER, Desktop, Machine, enter_namespace
+from ui_desktop import USER, Desktop, Machine, enter_namespace, eventually
 
 PROGRAM = ""
 DONE = "Selected application(s) were uninstalled successfully."
@@ -199,6 +199,33 @@ class UninstallPage(unittest.TestCase):
         self.assertEqual(states - self.states(), {"demo-writer ii ", "demo-plugin ii "})
         self.assertEqual(self.states() - states, set())
         self.assertEqual(self.gone(), {".config/demo-writer"})
+
+    def test_without_permission_nothing_goes(self):
+        rules = pathlib.Path("/run/rules/00-test.rules")
+        allowed = rules.read_text()
+
+        def rule(text, status):
+            rules.write_text(text)
+            self.assertTrue(eventually(lambda: subprocess.run(
+                ["pkcheck", "-a", "com.norvmac.DeskSweeperPro.packages", "-p",
+                 str(self.desktop.running.pid)], capture_output=True).returncode == status))
+        del self.desktop.environment["BRIGHTSWEEP_SYSTEM_ROOT"]
+        self.package("demo-denied")
+        self.write(".config/demo-denied/settings", "1")
+        subprocess.run(["chown", "-R", f"{USER}:{USER}", self.home], check=True)
+        self.before = self.snapshot()
+        states = self.states()
+        self.start()
+        rule(allowed.replace("Result.YES", "Result.NO"), 1)
+        self.addCleanup(rule, allowed, 0)
+        self.search("demo-denied")
+        self.desktop.wait_without("Bricks, ")
+        for key in ("Tab", "space", "Delete"):
+            self.desktop.tap(key)
+        self.answer(("Tab", "space"))
+        self.desktop.wait_for("Failed to uninstall the selected application(s). Please refe...")
+        self.desktop.wait_for("1 application", "The demo-denied, 2.0, Package")
+        self.assertEqual((self.states(), self.gone()), (states, set()))
 
     def test_what_was_left_behind_goes_only_when_ticked(self):
         self.start()
