@@ -8,7 +8,7 @@ wayland_packages=(qt6-wayland)
 # clang-format 14 is the version that the sources are formatted with.
 test_packages=(libgtest-dev libgmock-dev 'clang-format-14|clang-format' python3 util-linux locales
     dbus dbus-daemon udev e2fsprogs btrfs-progs xfsprogs python3-dbus python3-gi systemd flatpak libfuse3-dev desktop-file-utils appstream man-db groff-base
-    dpkg-dev rpm pacman-package-manager
+    rpm pacman-package-manager
     xvfb xauth openbox trayer xdotool at-spi2-core weston qt6-wayland)
 clang_packages=(clang libclang-rt-dev)
 package_packages=(dpkg-dev file)
