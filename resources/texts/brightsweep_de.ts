@@ -189,6 +189,8 @@
     <message id="LOCK_NO_AGENT"><translation>Hier kann kein Programm nach Administratorrechten fragen. Starten Sie einen Polkit-Agenten oder Brightsweep als Administrator.</translation></message>
     <message id="LOGIN_ADD"><translation>Hinzufügen …</translation></message>
     <message id="LOGIN_ADD_FOLDER"><translation>Ordner hinzufügen …</translation></message>
+    <message id="LOGIN_CANNOT_READ"><translation>Ihre Anmeldeobjekte sind nicht lesbar</translation></message>
+    <message id="LOGIN_CANNOT_READ_HOW"><translation>Der Ordner „autostart“ in Ihren Einstellungen antwortet nicht oder ist Ihnen verschlossen.</translation></message>
     <message id="LOGIN_DELETE"><translation>Anmeldeobjekt entfernen</translation></message>
     <message id="LOGIN_DROP"><translation>oder Programme, Dokumente und Ordner auf die Liste ziehen</translation></message>
     <message id="LOGIN_ELSEWHERE_MARK"><translation>nicht hier</translation></message>

@@ -189,6 +189,8 @@
     <message id="LOCK_NO_AGENT"><translation>No program here can ask for administrator rights. Start a polkit agent, or start Brightsweep as an administrator.</translation></message>
     <message id="LOGIN_ADD"><translation>Add…</translation></message>
     <message id="LOGIN_ADD_FOLDER"><translation>Add Folder…</translation></message>
+    <message id="LOGIN_CANNOT_READ"><translation>Your login items cannot be read</translation></message>
+    <message id="LOGIN_CANNOT_READ_HOW"><translation>The folder “autostart” in your settings does not answer or is closed to you.</translation></message>
     <message id="LOGIN_DELETE"><translation>Remove the login item</translation></message>
     <message id="LOGIN_DROP"><translation>or drop programs, documents and folders on the list</translation></message>
     <message id="LOGIN_ELSEWHERE_MARK"><translation>not here</translation></message>

@@ -189,6 +189,8 @@
     <message id="LOCK_NO_AGENT"><translation>这里没有程序能够请求管理员权限。请启动 polkit 代理，或以管理员身份启动 Brightsweep。</translation></message>
     <message id="LOGIN_ADD"><translation>添加…</translation></message>
     <message id="LOGIN_ADD_FOLDER"><translation>添加文件夹…</translation></message>
+    <message id="LOGIN_CANNOT_READ"><translation>无法读取您的登录项</translation></message>
+    <message id="LOGIN_CANNOT_READ_HOW"><translation>设置文件夹中的“autostart”文件夹没有响应，或您无权访问。</translation></message>
     <message id="LOGIN_DELETE"><translation>移除登录项</translation></message>
     <message id="LOGIN_DROP"><translation>或将程序、文档和文件夹拖放到列表中</translation></message>
     <message id="LOGIN_ELSEWHERE_MARK"><translation>不适用</translation></message>

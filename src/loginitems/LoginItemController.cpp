@@ -117,6 +117,7 @@ void LoginItemController::show(Listing listing) {
         std::equal(m_rows.begin(), m_rows.end(), listing.rows.begin(), listing.rows.end(),
                    [](const auto &one, const auto &other) { return isSame(*one, *other); });
     m_isListed = true;
+    m_isReadable = listing.isRead;
     if (!isSameList) {
         const std::string selected =
             m_selectRow >= 0 ? m_rows[std::size_t(m_selectRow)]->entry.file : std::string();

@@ -46,8 +46,10 @@ public:
     const std::vector<LoginItemEntry> &systemItems() const { return m_systemItems; }
     /// Something is asked of the list and has not been answered.
     bool isWaiting() const { return m_waiting > 0; }
-    /// The list has been read once.
+    /// The list has been asked for and answered once.
     bool isListed() const { return m_isListed; }
+    /// At the last time it could be read; no rows mean nothing else.
+    bool isReadable() const { return m_isReadable; }
     /// The row that stands out; -1 for none.
     int selectRow() const { return m_selectRow; }
 
@@ -101,6 +103,7 @@ private:
     int m_selectRow = -1;
     int m_waiting = 0;
     bool m_isListed = false;
+    bool m_isReadable = false;
     std::atomic<bool> m_isListingWanted{false}; ///< one waits, that has not begun
     CallQueue m_calls;
     OperationQueue m_queue; ///< the last one: it waits for work that uses what stands above

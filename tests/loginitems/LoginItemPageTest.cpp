@@ -203,8 +203,10 @@ TEST_F(LoginItemPage, WaitsForASlowHomeBesideTheWindow) {
     settle();
     items.fail("items", std::errc::io_error);
     page->updateLoginItemsList();
+    EXPECT_TRUE(page->isReadable());
     settle();
     EXPECT_THAT(files(), IsEmpty());
+    EXPECT_FALSE(page->isReadable());
 }
 
 } // namespace

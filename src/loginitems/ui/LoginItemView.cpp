@@ -203,8 +203,11 @@ void LoginItemView::paintEvent(QPaintEvent *event) {
     QPainter painter(viewport());
     const QRect room = viewport()->rect().adjusted(8 * theme::grid, 4 * theme::grid,
                                                    -8 * theme::grid, -4 * theme::grid);
-    const QString title = localizedText("LOGIN_NONE");
-    const QString how = localizedText("LOGIN_NONE_HOW");
+    const bool isReadable = m_controller.isReadable();
+    const QString title =
+        isReadable ? localizedText("LOGIN_NONE") : localizedText("LOGIN_CANNOT_READ");
+    const QString how =
+        isReadable ? localizedText("LOGIN_NONE_HOW") : localizedText("LOGIN_CANNOT_READ_HOW");
     const QFont large = theme::font(15, true);
     const QFont small = theme::font(12);
     const QRect titleRect =
