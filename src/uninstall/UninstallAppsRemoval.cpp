@@ -162,7 +162,7 @@ void UninstallAppsController::attemptEnded() {
             std::erase(m_searchAllAppArr, item);
         if (records[i].isWhole())
             continue;
-        const QString reason = UninstallTexts::reason(records[i]);
+        const QString reason = UninstallTexts::reason(records[i], !lacksRights());
         m_reasons += QStringLiteral("%1: %2").arg(item->name, reason);
         if (!hasGone)
             m_failures[item.get()] = reason;

@@ -112,9 +112,12 @@ QString obstacle(const RemovalPlan &plan) {
                                          : localizedText(obstacles.at(std::size_t(plan.blocker)));
 }
 
-QString reason(const Uninstallation::Record &record) {
+QString reason(const Uninstallation::Record &record, bool hadRights) {
     if (const QString why = obstacle(record.plan); !why.isEmpty())
         return withDetail(why, record.message);
+    if (record.outcome == UninstallOutcome::NeedsRights)
+        return hadRights ? withDetail(localizedText("STAYS_FAILED"), record.message)
+                         : localizedText("STAYS_NEEDS_RIGHTS");
     if (record.outcome != UninstallOutcome::Removed)
         return withDetail(localizedText(outcomes.at(std::size_t(record.outcome))), record.message);
     std::vector<std::filesystem::path> stayed;

@@ -25,8 +25,8 @@ QString systemReason(const InstalledApplication &application);
 
 /// Why it stays although it is ticked, in a few words; empty where nothing keeps it.
 QString obstacle(const RemovalPlan &plan);
-/// Why it stayed, or what of it did, after the attempt.
-QString reason(const Uninstallation::Record &record);
+/// Why it stayed, or what of it did, after an attempt with the rights that it takes or without.
+QString reason(const Uninstallation::Record &record, bool hadRights);
 
 /// What goes with it, and what to mind, a sentence each.
 QStringList sentences(const RemovalPlan &plan);

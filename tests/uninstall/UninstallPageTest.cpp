@@ -300,6 +300,10 @@ TEST_F(UninstallPage, RemovesWhatIsTickedAndTriesAgainOnlyWithNewRights) {
         wait(State::Ready);
         EXPECT_EQ(text(), flow.text);
         EXPECT_EQ(rights.requests, flow.requests);
+        if (flow.each == std::vector{O::NeedsRights, O::NeedsRights}) {
+            EXPECT_EQ(page.failureOf(*page.allApplications()[2]).toStdString(),
+                      "could not be removed");
+        }
         if (rights.isAlive) {
             EXPECT_EQ(rights.purpose == RightsPurpose::FilesAndPackages, flow.kind == package);
         }
