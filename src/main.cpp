@@ -7,6 +7,7 @@
 #include "app/RegisterDefaults.h"
 #include "core/MacLog.h"
 #include "foundation/FileDescriptor.h"
+#include "foundation/Identity.h"
 #include "foundation/Log.h"
 #include "foundation/OwnProcess.h"
 #include "memory/ClearMemory.h"
@@ -16,6 +17,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <string_view>
 
 namespace {
@@ -56,9 +58,24 @@ int applicationMain(int argc, char **argv, int terminal) {
     return terminalMain(argv[0]);
 }
 
+// What ends the program at once; false where it is to run.
+bool isAnswered(std::string_view word) {
+    if (word == "--version")
+        std::printf("brightsweep %s\n", brightsweep::programVersion);
+    else if (word == "--help")
+        std::puts("Usage: brightsweep [--activate | --duplicates [FOLDER] | --usage [FOLDER]]\n"
+                  "Without a display it scans the clean categories and prints what it found.\n"
+                  "For everything else in a terminal: brightsweep-cli --help");
+    else
+        return false;
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
+    if (argc > 1 && isAnswered(argv[1]))
+        return 0;
     brightsweep::settleProcess();
     // The log takes the place of standard error.
     const brightsweep::FileDescriptor terminal(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3));

@@ -56,6 +56,27 @@ bool hasRights() {
     return NvAuthorization::shareNvAuthorization().getAuthorizationRet().has_value();
 }
 
+// A file somewhere in a bundle, so that something is asked of its file system.
+Result<FileDescriptor> firstFileOf(FileOperations &files, const std::filesystem::path &bundle) {
+    constexpr std::size_t mostFolders = 1'000;
+    std::vector<std::filesystem::path> folders{bundle};
+    for (std::size_t i = 0; i < folders.size() && i < mostFolders; ++i) {
+        const auto folder = files.openDirectory(folders[i]);
+        DirectoryBlock block;
+        while (folder && !block.atEnd() &&
+               !files.readBlock(*folder, block, WantedAttributes::None)) {
+            for (const DirectoryEntry &entry : block.entries()) {
+                const auto path = paths::join(folders[i], entry.nameView());
+                if (entry.type == EntryType::Directory)
+                    folders.push_back(path);
+                else if (entry.type == EntryType::File)
+                    return files.openFile(path);
+            }
+        }
+    }
+    return std::errc::no_such_file_or_directory;
+}
+
 // How a fault of the copy that stays reads for the one that was to go.
 std::error_code faultOfOther(std::error_code error) {
     if (error == DuplicateError::BeingWritten)
@@ -453,14 +474,18 @@ std::vector<DuplicateRemoval::Member> membersOf(const TreeNode &group) {
 
 std::error_code sharingRefusal(const std::vector<DuplicateRemoval::Member> &group) {
     FileOperations &files = *Platform::current().files;
+    bool isBundle = false;
     for (const auto &member : group) {
-        const auto file = member.searched.kind == SearchedFile::Kind::File
+        isBundle = member.searched.kind == SearchedFile::Kind::Bundle;
+        const auto file = isBundle ? firstFileOf(files, member.path)
+                          : member.searched.kind == SearchedFile::Kind::File
                               ? files.openFile(member.path)
-                              : Result<FileDescriptor>(std::errc::is_a_directory);
+                              : Result<FileDescriptor>(std::errc::invalid_argument);
         if (file)
             return shareError(files.sharingRefusal(*file));
     }
-    return {};
+    // A bundle of folders alone has nothing to share.
+    return isBundle ? make_error_code(DuplicateError::CannotShare) : std::error_code();
 }
 
 } // namespace brightsweep

@@ -157,7 +157,11 @@ TEST_P(SharingReasons, AreTold) {
     }
     auto found = searchFor(place);
     ASSERT_EQ(found.groups.size(), 1u);
-    EXPECT_EQ(sharingRefusal(found.groups[0]) == DuplicateError::CannotShare, type == "ext4");
+    tree->file("x.app/Contents/file", "in a bundle");
+    const DuplicateRemoval::Member bundle{
+        tree->path("x.app"), {.kind = SearchedFile::Kind::Bundle}, false};
+    for (const auto &group : {found.groups[0], {bundle}})
+        EXPECT_EQ(sharingRefusal(group) == DuplicateError::CannotShare, type == "ext4");
     EXPECT_EQ(share(found, "one").error, *expected);
     ASSERT_EQ(::mount(nullptr, place.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
     EXPECT_EQ(share(found, "one").error,

@@ -65,13 +65,14 @@ DuplicatesView::DuplicatesView(Page &page, DuplicateOutlineModel &model, QWidget
 
 void DuplicatesView::follow() {
     m_header->setCheckState(m_page.controls().allSelectState);
-    int column = Model::FileSize;
+    // What wastes most comes first until an order is asked for: that is no column's.
+    int column = -1;
     for (int each = 0; each < Model::columns; ++each) {
         if (m_page.lastColumn() == Model::columnName(each))
             column = each;
     }
-    const bool descends = m_page.lastColumn().isEmpty() || m_page.sortDescending();
-    m_header->setSortIndicator(column, descends ? Qt::DescendingOrder : Qt::AscendingOrder);
+    m_header->setSortIndicator(column,
+                               m_page.sortDescending() ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 void DuplicatesView::sortClicked(int column) {
