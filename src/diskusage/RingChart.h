@@ -131,6 +131,8 @@ public:
     bool leaveOut(std::string_view path);
     void showLeftOut();
     bool isLeftOut(std::string_view path) const;
+    /// Something below that directory is left out.
+    bool holdsLeftOut(std::string_view path) const;
     std::size_t leftOut() const;
 
     /// Makes what was too narrow below the current directory a candidate for the mouse again, until

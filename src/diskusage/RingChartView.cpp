@@ -155,6 +155,13 @@ bool RingChart::isLeftOut(std::string_view path) const {
                        [&](const LeftOut &each) { return each.path == path; });
 }
 
+bool RingChart::holdsLeftOut(std::string_view path) const {
+    const std::lock_guard lock(m_mutex);
+    return std::any_of(m_leftOut.begin(), m_leftOut.end(), [&](const LeftOut &each) {
+        return each.path != path && each.path.starts_with(path);
+    });
+}
+
 std::size_t RingChart::leftOut() const {
     const std::lock_guard lock(m_mutex);
     return m_leftOut.size();

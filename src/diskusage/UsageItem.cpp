@@ -41,6 +41,7 @@ public:
                 m_walk.enter(directory, entry.nameView(), nullptr);
                 continue;
             }
+            facts.newestFile = std::max(facts.newestFile, entry.changed);
             addTo(facts.bytes, entry.size);
             if (entry.size < m_look.limit) {
                 ++facts.smallEntries;
@@ -77,7 +78,8 @@ bool UsageItem::isReplacedBy(const UsageItem &later) const {
 bool UsageItem::hasGainedBy(const UsageItem &later) const {
     return isFolder() &&
            (later.below.entries > below.entries ||
-            (later.below.entries == below.entries && later.below.newest > below.newest));
+            (later.below.entries == below.entries && later.below.newest > below.newest) ||
+            later.below.newestFile > below.newestFile);
 }
 
 void FreedBytes::add(std::uint64_t device, std::uint64_t inode, std::uint64_t links,

@@ -14,7 +14,8 @@ namespace brightsweep {
 /// What lies below a folder, apart from what is mounted there.
 struct FolderFacts {
     std::uint64_t entries = 0;
-    std::int64_t newest = 0; ///< when entries last came to it or to a folder in it, or went
+    std::int64_t newest = 0;     ///< when entries last came to it or to a folder in it, or went
+    std::int64_t newestFile = 0; ///< when anything that is no folder last changed in it
     std::uint64_t bytes = 0;
     /// Entries below the list's size limit, and what they come to.
     std::uint64_t smallEntries = 0;
@@ -30,7 +31,7 @@ struct UsageItem {
     bool isFolder() const { return seen.type == EntryType::Directory; }
     /// Another object has the name now, or the file was written to.
     bool isReplacedBy(const UsageItem &later) const;
-    /// A folder that has more in it now.
+    /// A folder that has more in it now, or something else.
     bool hasGainedBy(const UsageItem &later) const;
 };
 

@@ -2,6 +2,7 @@
 
 #include "core/ThreadWorker.h"
 #include "foundation/Log.h"
+#include "foundation/PathBytes.h"
 #include "linux/RemovalError.h"
 #include "platform/FileHolders.h"
 #include "platform/Platform.h"
@@ -35,6 +36,10 @@ std::unordered_map<std::string, std::string> heldPaths() {
         }
     }
     return programs;
+}
+
+bool isBelow(const std::filesystem::path &path, const std::filesystem::path &folder) {
+    return path != folder && paths::isSameOrBelow(path.native(), folder.native());
 }
 
 } // namespace
@@ -95,6 +100,18 @@ void UsageTicks::untick(const std::filesystem::path &path) {
         return;
     m_generations.erase(path.native());
     Q_EMIT changed();
+}
+
+void UsageTicks::untickAround(const std::filesystem::path &path, bool alsoBelow) {
+    if (m_run)
+        return;
+    const auto gone = std::erase_if(m_ticks, [&](const auto &tick) {
+        const std::filesystem::path each = tick.first;
+        return each == path || isBelow(path, each) || (alsoBelow && isBelow(each, path));
+    });
+    std::erase_if(m_generations, [&](const auto &each) { return !m_ticks.contains(each.first); });
+    if (gone > 0)
+        Q_EMIT changed();
 }
 
 void UsageTicks::clear() {
@@ -200,7 +217,9 @@ void UsageTicks::survey(std::nullptr_t) {
             return;
         row.isOther = ticked.isReplacedBy(*now);
         if (ticked.hasGainedBy(*now))
-            row.gained = std::max<std::uint64_t>(now->below.entries - ticked.below.entries, 1);
+            row.gained = now->below.entries > ticked.below.entries
+                             ? now->below.entries - ticked.below.entries
+                             : 1;
         if (!row.isOther)
             row.now = *now;
         const auto held = programs.find(ticked.target.path().native());
@@ -221,8 +240,15 @@ void UsageTicks::surveyEnded() {
 }
 
 void UsageTicks::select(std::size_t row, bool selected) {
-    if (row < m_sheet.size() && !m_worker)
-        m_sheet[row].isSelected = selected;
+    if (row >= m_sheet.size() || m_worker)
+        return;
+    m_sheet[row].isSelected = selected;
+    // A folder goes with all that is in it, so that it stays when a part of it is to stay.
+    const std::filesystem::path &path = m_sheet[row].aFileInfo.path;
+    for (SelectFilesListView &other : m_sheet) {
+        if (!selected && other.isDir && isBelow(path, other.aFileInfo.path))
+            other.isSelected = false;
+    }
 }
 
 std::uint64_t UsageTicks::sheetFreed() const {

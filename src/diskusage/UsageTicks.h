@@ -73,6 +73,8 @@ public:
 
     void tick(const CleanFileInfo &item);
     void untick(const std::filesystem::path &path);
+    /// Takes back the ticks of that path and of every folder above it, and of what lies below it.
+    void untickAround(const std::filesystem::path &path, bool alsoBelow);
     void clear();
 
     /// True from ask() until the answer, and while something is removed.
@@ -83,6 +85,7 @@ public:
     const std::vector<SelectFilesListView> &sheet() const { return m_sheet; }
     /// What the selected rows of the sheet would free.
     std::uint64_t sheetFreed() const;
+    /// What is not selected takes the selection of every folder above it back.
     void select(std::size_t row, bool selected);
     /// Removes what is selected in the sheet. Every tick goes with it, also of what stays.
     void remove(Act act);

@@ -278,7 +278,7 @@ void V4DiskUsageViewController::leftViewContent(const CleanFileInfo &root,
         row.aFileInfo = item;
         row.isDir = item.isDirectory;
         row.listTag = std::int32_t(m_allShowListArr.size() - 1);
-        row.isSelected = m_ticks.contains(item.path);
+        row.isSelected = isTicked(item.path);
         if (i < refusals.size())
             row.refusal = refusals[i];
     }
@@ -400,7 +400,7 @@ void V4DiskUsageViewController::endReading(Reading &ended) {
 void V4DiskUsageViewController::leaveOut(const std::filesystem::path &folder) {
     if (m_ticks.isRemoving() || !m_openGLView.leaveOut(withSlash(folder.native())))
         return;
-    m_ticks.untick(folder);
+    m_ticks.untickAround(folder, true);
     m_openGLView.SeekDirectory(m_openGLView.getCurrentDirectory());
     Q_EMIT foldersChanged();
 }
@@ -432,7 +432,7 @@ void V4DiskUsageViewController::toggleFound() {
 
 void V4DiskUsageViewController::togglePath(const std::filesystem::path &path) {
     if (const auto item = itemOf(path))
-        changeSelectArr(!m_ticks.contains(path), *item);
+        changeSelectArr(!isTicked(path), *item);
 }
 
 // A directory of the chart, which need not have a row.
@@ -448,15 +448,28 @@ V4DiskUsageViewController::itemOf(const std::filesystem::path &path) const {
 }
 
 void V4DiskUsageViewController::changeSelectArr(bool state, const CleanFileInfo &fileInfo) {
-    if (state)
-        m_ticks.tick(fileInfo);
-    else
-        m_ticks.untick(fileInfo.path);
+    if (!state) {
+        // What a folder above took along takes that folder's tick back.
+        m_ticks.untickAround(fileInfo.path, false);
+        return;
+    }
+    // What is left out goes with the folder it lies in: it is on show first.
+    if (fileInfo.isDirectory && m_openGLView.holdsLeftOut(withSlash(fileInfo.path.native()))) {
+        showLeftOut();
+        m_ticks.tick(itemOf(withoutSlash(fileInfo.path.native())).value_or(fileInfo));
+        return;
+    }
+    m_ticks.tick(fileInfo);
+}
+
+// By itself or with a folder above it.
+bool V4DiskUsageViewController::isTicked(const std::filesystem::path &path) const {
+    return m_ticks.contains(path) || m_ticks.isBelowTick(path);
 }
 
 void V4DiskUsageViewController::refreshMarks() {
     for (BigSizeFilesList &row : m_allShowListArr)
-        row.isSelected = m_ticks.contains(row.aFileInfo.path);
+        row.isSelected = isTicked(row.aFileInfo.path);
     Q_EMIT marksChanged();
 }
 

@@ -170,6 +170,7 @@ private:
     void leftViewContent(const CleanFileInfo &root, const RingChart::CleanFileInfoList &items,
                          const std::vector<std::error_code> &refusals);
     void orderRows();
+    bool isTicked(const std::filesystem::path &path) const;
     std::optional<CleanFileInfo> itemOf(const std::filesystem::path &path) const;
     void endReading(Reading &reading);
     void refreshMarks();

@@ -177,6 +177,14 @@ TEST_F(DiskUsagePageTest, TheChartFollowsWhatGoes) {
     settle();
     ask();
     EXPECT_EQ(view().selection().sheet().front().gained, 1u);
+    view().canelButtonAction();
+    settle();
+    // Fewer entries, one of them another one.
+    std::filesystem::remove(tree.path("a/b/new"));
+    std::filesystem::remove(tree.path("a/b/c/file"));
+    tree.file("a/b/c/precious", "written since");
+    ask();
+    EXPECT_EQ(view().selection().sheet().front().gained, 1u);
     remove();
     EXPECT_FALSE(tree.exists("a/b"));
     EXPECT_TRUE(tree.exists("a") && tree.exists("d/file"));
@@ -216,12 +224,30 @@ TEST_F(DiskUsagePageTest, WhatLiesInATickedFolderIsFreedOnce) {
     tree.file("a b/y", block);
     scan(true, tree.top());
     view().colorButtonAction(row("a"));
-    view().colorButtonAction(row("a b"));
     go("a");
+    // It goes with the folder; a click on it takes that one back, and then ticks it alone.
+    EXPECT_EQ(listed(), "x* ");
     view().colorButtonAction(row("x"));
+    EXPECT_EQ(view().selection().count(), 0u);
+    view().colorButtonAction(row("x"));
+    view().updateOpenGLView(tree.top());
+    settle();
+    view().colorButtonAction(row("a"));
+    view().colorButtonAction(row("a b"));
     ask();
-    EXPECT_EQ(view().selection().sheet().size(), 3u);
+    const auto &sheet = view().selection().sheet();
+    ASSERT_EQ(sheet.size(), 3u);
     EXPECT_EQ(view().selection().sheetFreed(), 8192u);
+    const auto rowOf = [&](const char *name) {
+        std::size_t at = 0;
+        while (sheet[at].aFileInfo.path != tree.path(name))
+            ++at;
+        return at;
+    };
+    view().selection().select(rowOf("a/x"), false);
+    EXPECT_FALSE(sheet[rowOf("a")].isSelected) << "a part of it is to stay";
+    EXPECT_TRUE(sheet[rowOf("a b")].isSelected);
+    view().selection().select(rowOf("a"), true);
     remove();
     EXPECT_TRUE(tree.snapshot().empty());
     EXPECT_EQ(view().selection().report().failed, 0u);
