@@ -5,6 +5,7 @@
 #include "duplicates/HardLinks.h"
 #include "duplicates/SameFileDeleteViewController.h"
 #include "foundation/Log.h"
+#include "removal/RemovalReason.h"
 #include "removal/RemovalRun.h"
 #include "removal/TrashRecord.h"
 
@@ -145,8 +146,12 @@ void SameFileDeleteViewController::takeResults() {
         if (outcome.error == std::errc::operation_canceled)
             continue;
         ++m_report.failed;
-        m_report.neededRights += outcome.neededRights ? 1 : 0;
-        m_failures[leaf.get()] = outcome.error.message();
+        // The padlock helps a removal alone.
+        m_report.neededRights += outcome.neededRights && m_report.act == Act::Remove ? 1 : 0;
+        // What the system says has words of its own for the reader.
+        const bool isSystems = outcome.error.category() == std::generic_category() ||
+                               outcome.error.category() == std::system_category();
+        m_failures[leaf.get()] = isSystems ? reasonKey(outcome.error) : outcome.error.message();
     }
     for (const auto &list : m_trees) {
         if (list && !gone.empty())
