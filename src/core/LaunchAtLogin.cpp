@@ -4,6 +4,7 @@
 #include "core/OperationQueue.h"
 #include "core/SettingKeys.h"
 #include "core/UKLoginItemRegistry.h"
+#include "foundation/Identity.h"
 #include "foundation/Log.h"
 #include "foundation/UserDefaults.h"
 #include "platform/Platform.h"
@@ -26,6 +27,9 @@ public:
 
     void main() override {
         UKLoginItemRegistry::removeLoginItemWithPath(m_program);
+        // One that was made before the program moved.
+        if (!m_wanted)
+            Platform::current().loginItems->remove(std::string(bundleIdentifier) + ".desktop");
         if (!m_wanted || UKLoginItemRegistry::addLoginItemWithPath(m_program, false))
             return;
         NSLog("Registry login item failed!!!");

@@ -8,6 +8,7 @@
 #include "ui/Theme.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QIcon>
@@ -193,8 +194,14 @@ void LoginItemDelegate::paintName(QPainter &painter, const QStyleOptionViewItem 
 
 bool LoginItemDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
                                     const QStyleOptionViewItem &option, const QModelIndex &index) {
-    const bool isClick = event->type() == QEvent::MouseButtonRelease &&
-                         static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton;
+    const bool isLeft = event->type() == QEvent::MouseButtonRelease &&
+                        static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton;
+    // The first click may have moved another row below the pointer.
+    const bool isSecond = isLeft && m_lastClick.isValid() &&
+                          m_lastClick.elapsed() < QApplication::doubleClickInterval();
+    const bool isClick = isLeft && !isSecond;
+    if (isLeft)
+        m_lastClick.start();
     if (isClick && index.column() == LoginItemModel::checkBox)
         return model->setData(index, {}, Qt::CheckStateRole);
     if (isClick && isButton(index)) {

@@ -2,6 +2,7 @@
 
 #include "uninstall/ui/ApplicationIcons.h"
 
+#include <QElapsedTimer>
 #include <QStyledItemDelegate>
 
 namespace brightsweep {
@@ -34,6 +35,7 @@ private:
                    const QModelIndex &index) const;
 
     mutable ApplicationIcons m_icons;
+    QElapsedTimer m_lastClick;
 };
 
 } // namespace brightsweep

@@ -56,11 +56,12 @@ LoginItemsPanel::LoginItemsPanel(LoginItemController &controller, QWidget *paren
     notices->setSpacing(2 * theme::grid);
     notices->addWidget(m_waiting);
     notices->addWidget(m_failed);
-    layout->addLayout(notices);
     auto *const table = new QHBoxLayout;
     table->setContentsMargins(2 * theme::grid, 0, 2 * theme::grid, 0);
     table->addWidget(tableView);
     layout->addLayout(table, 1);
+    // Below the rows, so that none moves when something is told.
+    layout->addLayout(notices);
     auto *const system = new QVBoxLayout;
     system->setContentsMargins(3 * theme::grid, theme::grid, 3 * theme::grid, 2 * theme::grid);
     system->addWidget(new SystemItemsBox(controller, this));

@@ -34,6 +34,7 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view ending = ".desktop";
 constexpr std::size_t longestName = 255;
+constexpr std::size_t longestUnitPart = 220; // of what a unit may be called, beside the rest
 constexpr int mostOfOneName = 1000;
 constexpr char gnomeKey[] = "X-GNOME-Autostart-enabled";
 
@@ -152,15 +153,28 @@ bool isOwnProgram(const fs::path &path) {
 }
 
 // The name that an entry for that path begins with, short enough for a number and the ending.
+// systemd's generator names a unit by the entry, "app-NAME@autostart.service", and writes each byte
+// that is no letter, digit, ":", "_" or "." as four; see systemd-escape(1).
+std::size_t unitNameLength(const std::string &name) {
+    std::size_t length = 0;
+    for (const char each : name) {
+        const bool isPlain = (each >= 'a' && each <= 'z') || (each >= 'A' && each <= 'Z') ||
+                             (each >= '0' && each <= '9') || each == ':' || each == '_' ||
+                             each == '.';
+        length += isPlain ? 1 : 4;
+    }
+    return length;
+}
+
 std::string entryNameFor(const fs::path &path) {
     std::string name = paths::lastComponent(path);
     if (name.ends_with(ending))
         name.resize(name.size() - ending.size());
     name.erase(0, std::min(name.find_first_not_of('.'), name.size()));
     name.resize(std::min(name.size(), longestName - ending.size() - 5));
-    while (!paths::isValidUtf8(name))
+    while (!paths::isValidUtf8(name) || unitNameLength(name) > longestUnitPart)
         name.pop_back();
-    return name.empty() ? "entry" : name;
+    return name.empty() || name == "/" ? "entry" : name;
 }
 
 Result<std::string> textFor(const fs::path &path) {
@@ -297,6 +311,13 @@ Result<std::string> LinuxLoginItemSource::add(const fs::path &path, bool hidden)
         text = *std::move(changed);
     }
     const std::string name = isOwnProgram(path) ? bundleIdentifier : entryNameFor(path);
+    // This program's own entry is one, also after the program has moved.
+    if (const fs::path own = paths::join(folder, name + std::string(ending));
+        name == bundleIdentifier) {
+        const auto old = readSmallFile(own);
+        if (old && DesktopEntry(*old).has(entryUrlKey))
+            ::unlink(own.c_str());
+    }
     for (int number = 1; number < mostOfOneName; ++number) {
         const std::string file =
             name + (number == 1 ? "" : '-' + std::to_string(number)) + std::string(ending);
