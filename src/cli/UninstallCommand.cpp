@@ -360,6 +360,8 @@ int run(const QCommandLineParser &parser, Output &output) {
     if (parser.positionalArguments().isEmpty())
         return output.usage("Name what to uninstall: `uninstall KEY`; `brightsweep-cli apps` lists "
                             "the keys.");
+    if (parser.positionalArguments().contains(QString()))
+        return output.usage("A KEY is empty; `brightsweep-cli apps` lists the keys.");
     if (isSet("keep-leftovers") && isSet("with-data"))
         return output.usage("Write either --keep-leftovers or --with-data.");
     // Stays until the process ends: work that is left behind uses it.

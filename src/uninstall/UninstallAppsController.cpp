@@ -49,7 +49,8 @@ bool matches(const AppItems &item, const QString &filter) {
         return text.contains(filter, Qt::CaseInsensitive);
     };
     return has(item.name) || has(item.bundleID) ||
-           (item.application && has(QString::fromStdString(item.application->key)));
+           // Of a path only its name: everything of a user lies below that user's.
+           (item.application && has(paths::display(paths::lastComponent(item.application->key))));
 }
 
 // What makes it the same application in two listings.

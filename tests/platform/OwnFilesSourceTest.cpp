@@ -101,12 +101,21 @@ TEST_F(OwnFiles, FoldersAreOnlyThoseThatNobodyElseUses) {
     program("usr/bin/byname", system);
     add("Applications/Games/one/one", "one");
     add("Applications/Games/two/two", "two");
+    // Each holds another application, or what a package owns.
+    add(".local/opt/Tools/run", "Tools");
+    entry("image", image(".local/opt/Tools/foo.AppImage").native());
+    add("Applications/Suite/run", "Suite");
+    home.file("Applications/Suite/Photo.app/Contents/Info.plist");
+    add(".local/opt/Parts/run", "Parts");
+    entry("part", program(".local/opt/Parts/part", home).native(), "NoDisplay=true\n");
+    add(".local/opt/Owned/run", "Owned");
+    home.file(".local/opt/Owned/data");
     // A package's.
     const auto vendor = program("opt/Vendor/vendor", system);
     entry("vendor", "/opt/Vendor/vendor");
     const auto own = program("opt/Mine/mine", system);
     entry("mine", "/opt/Mine/mine");
-    packaged = {vendor.parent_path().native()};
+    packaged = {vendor.parent_path().native(), home.path(".local/opt/Owned/data").native()};
 
     const auto found = listed<FolderSource>();
     std::vector<std::string> names;

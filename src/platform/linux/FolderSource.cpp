@@ -50,6 +50,8 @@ std::vector<Root> roots() {
     return all;
 }
 
+constexpr int mostAsked = 200; // of what lies in a folder, whether a package owns it
+
 struct Candidate {
     bool isInDataFolder = false;
     std::vector<NamedEntry> entries;
@@ -93,9 +95,9 @@ bool holdsSeveral(const path &folder, const Candidate &candidate) {
     return subfolders.size() > 1;
 }
 
-// True where something besides its own entries uses a folder among others' data.
-bool isUsedByOthers(const path &folder, const Candidate &candidate,
-                    const std::vector<DesktopEntryFile> &entries) {
+// True where an entry that is none of its own starts something else in the folder.
+bool startsOthers(const path &folder, const Candidate &candidate,
+                  const std::vector<DesktopEntryFile> &entries) {
     const std::string inside = folder.native() + "/";
     for (const DesktopEntryFile &file : entries) {
         const auto isOwn = [&](const NamedEntry &own) { return own.entry == &file.entry; };
@@ -104,6 +106,26 @@ bool isUsedByOthers(const path &folder, const Candidate &candidate,
             !isProgramOf(candidate, realPath(file.program)))
             return true;
     }
+    return false;
+}
+
+// True where an application bundle lies in the folder: it is listed, and goes, by itself.
+bool holdsBundle(const path &folder) {
+    constexpr int mostLookedAt = 20'000;
+    std::error_code error;
+    int looked = 0;
+    for (std::filesystem::recursive_directory_iterator i(folder, error), end;
+         !error && i != end && looked < mostLookedAt; i.increment(error), ++looked) {
+        std::error_code unknown;
+        if (i->path().extension() == ".app" && i->is_directory(unknown))
+            return true;
+    }
+    return false;
+}
+
+// True where something besides its own entries uses a folder among others' data.
+bool isUsedByOthers(const path &folder, const Candidate &candidate) {
+    const std::string inside = folder.native() + "/";
     const path home = homeFolder();
     std::error_code error;
     for (const path &place : {paths::join(home, ".local/bin"), paths::join(home, "bin")}) {
@@ -141,13 +163,17 @@ Result<std::vector<InstalledApplication>> FolderSource::applications() {
     const auto places = roots();
     std::map<path, Candidate> candidates;
     std::unordered_set<std::string> asked;
+    std::set<path> shared;
     std::multimap<path, std::string> owners; // paths by which a package would own the folder
     for (const DesktopEntryFile &file : entries) {
         const path program = file.program.empty() ? path() : realPath(file.program);
         const auto folder = folderOf(program, places);
-        if (!folder || file.entry.has("X-Flatpak") || file.entry.has("X-SnapInstanceName") ||
-            isAppImage(program))
+        if (!folder || file.entry.has("X-Flatpak") || file.entry.has("X-SnapInstanceName"))
             continue;
+        if (isAppImage(program)) {
+            shared.insert(folder->first); // an application of its own lies in it
+            continue;
+        }
         for (const path &path : {file.path, program, folder->first}) {
             owners.emplace(folder->first, path.native());
             asked.insert(path.native());
@@ -158,14 +184,25 @@ Result<std::vector<InstalledApplication>> FolderSource::applications() {
         candidate.isInDataFolder = folder->second;
         candidate.entries.push_back({file.id, &file.entry, program.native()});
     }
+    // A package may own what lies in a folder without owning that.
+    for (const auto &[folder, candidate] : candidates) {
+        std::error_code error;
+        int looked = 0;
+        for (std::filesystem::directory_iterator i(folder, error), end;
+             !error && i != end && looked < mostAsked; i.increment(error), ++looked) {
+            owners.emplace(folder, i->path().native());
+            asked.insert(i->path().native());
+        }
+    }
     const auto packaged = owned(asked);
     std::vector<InstalledApplication> found;
     for (const auto &[folder, candidate] : candidates) {
         const auto range = owners.equal_range(folder);
         if (std::any_of(range.first, range.second,
                         [&](const auto &owner) { return packaged.contains(owner.second); }) ||
-            holdsSeveral(folder, candidate) ||
-            (candidate.isInDataFolder && isUsedByOthers(folder, candidate, entries)))
+            shared.contains(folder) || holdsSeveral(folder, candidate) ||
+            startsOthers(folder, candidate, entries) || holdsBundle(folder) ||
+            (candidate.isInDataFolder && isUsedByOthers(folder, candidate)))
             continue;
         InstalledApplication application;
         application.kind = ApplicationKind::Folder;
