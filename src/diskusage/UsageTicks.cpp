@@ -1,6 +1,7 @@
 #include "diskusage/UsageTicks.h"
 
 #include "core/ThreadWorker.h"
+#include "diskusage/NodeTreeOperator.h"
 #include "foundation/Log.h"
 #include "foundation/PathBytes.h"
 #include "linux/RemovalError.h"
@@ -181,6 +182,7 @@ void UsageTicks::ask() {
         return;
     }
     m_stop = false;
+    m_limit = getLimitSize();
     m_sheet.clear();
     m_freed.clear();
     for (const auto &[path, tick] : m_ticks) {
@@ -212,7 +214,7 @@ void UsageTicks::survey(std::nullptr_t) {
         row.refusal = UsageRemoval::refusalOf(*item);
         if (isForWantOfPermission(row.refusal))
             row.refusal = {};
-        const auto now = lookAtItem(ticked.target, *item, {0, &m_stop, &freed});
+        const auto now = lookAtItem(ticked.target, *item, {m_limit, &m_stop, &freed});
         if (!now)
             return;
         row.isOther = ticked.isReplacedBy(*now);

@@ -139,7 +139,8 @@ private:
     std::shared_ptr<ThreadWorker> m_looker;
     std::shared_ptr<ThreadWorker> m_worker;
     std::atomic<bool> m_stop{false};
-    bool m_asks = false; // as soon as the ticks have been looked at
+    bool m_asks = false;       // as soon as the ticks have been looked at
+    std::uint64_t m_limit = 0; // of the lists, when the sheet was asked for
     std::vector<SelectFilesListView> m_sheet;
     std::vector<FreedBytes> m_freed; ///< by row of the sheet
     std::shared_ptr<RemovalRun> m_run;

@@ -209,12 +209,20 @@ TEST_F(DiskUsagePageTest, FoldersAreReadAgainAndLeftOut) {
     view().readAgain(tree.path("a/e"));
     waitUntil([&] { return !view().isReadingAgain() && !view().isListing(); });
     EXPECT_EQ(listed(), "b ") << "gone";
+    EXPECT_FALSE(view().openGLView().factsOf(tree.path("a/e").native() + "/"));
     view().showLeftOut();
     view().updateOpenGLView(tree.top());
     settle();
     EXPECT_EQ(listed(), "a d ");
     view().setView({ChartMeasure::Stored, ChartColouring::Place});
     EXPECT_EQ(view().allShowListArr()[0].shownBytes, 0u);
+    // The question tells what the list leaves out as small.
+    tree.sparseFile("a/b/small", 10);
+    UserDefaults::standardUserDefaults().setObject(DSDiskUsageLimit, 1);
+    UserDefaults::standardUserDefaults().setObject(DSDiskUsageUnit, 1);
+    view().colorButtonAction(row("a"));
+    ask();
+    EXPECT_EQ(view().selection().sheet().front().now.below.smallEntries, 1u);
 }
 
 // The name between the two sorts between them, too.
