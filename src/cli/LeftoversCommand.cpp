@@ -19,16 +19,12 @@ namespace brightsweep::cli {
 namespace {
 
 // Shared with the work, which an interruption may leave behind.
-struct Job {
+struct Job : RemovalJob {
     std::vector<std::filesystem::path> wanted;
     bool applies = false;
-    std::shared_ptr<RemovalRun> run;
-    std::atomic<bool> stop{false};
-    std::mutex mutex; // guards the rest
     std::vector<Leftover> found;
     std::vector<ActedItem> acted;
     std::vector<std::string> warnings;
-    std::string current = "Looking for applications";
 };
 
 void configure(QCommandLineParser &parser) {
@@ -132,34 +128,19 @@ int run(const QCommandLineParser &parser, Output &output) {
         job.wanted.push_back(paths::fromOption(argumentBytes(path)));
     if (job.applies && job.wanted.empty())
         return output.usage("Name what to remove: `leftovers PATH… --apply`.");
-    if (job.applies) {
-        auto begun = RemovalRun::begin("brightsweep-cli leftovers");
-        if (!begun.run) {
-            output.warning(RemovalRun::refusal(begun).toStdString());
-            return Failed;
-        }
-        job.run = std::move(begun.run);
-    }
-    return runWork({[&job] { work(job); },
-                    [&job] {
-                        job.stop = true;
-                        if (job.run)
-                            job.run->stop();
-                    },
-                    [&job] {
-                        const std::lock_guard lock(job.mutex);
-                        return job.current;
-                    },
-                    [&](bool) {
-                        job.run.reset();
-                        const std::lock_guard lock(job.mutex);
-                        for (const std::string &warning : job.warnings)
-                            output.warning(warning);
-                        if (!output.data(output.json ? asJson(job) : asText(job)))
-                            return int(Failed);
-                        return int(anyStays(job.acted) ? PartlyFailed : Done);
-                    }},
-                   output);
+    job.current = "Looking for applications";
+    if (job.applies && !job.begin("leftovers", output))
+        return Failed;
+    return runRemoval(
+        job, [&job] { work(job); },
+        [&] {
+            for (const std::string &warning : job.warnings)
+                output.warning(warning);
+            if (!output.data(output.json ? asJson(job) : asText(job)))
+                return int(Failed);
+            return int(anyStays(job.acted) ? PartlyFailed : Done);
+        },
+        output);
 }
 
 } // namespace

@@ -40,13 +40,9 @@ struct Planned {
 };
 
 // Shared with the work, which an interruption may leave behind.
-struct Job {
+struct Job : RemovalJob {
     Options options;
-    std::shared_ptr<RemovalRun> run;
-    std::atomic<bool> stop{false};
-    std::mutex mutex; // guards the rest
     std::vector<Planned> planned;
-    std::string current;
     std::vector<std::string> warnings;
     std::string usage; ///< what to write instead
     bool isRefused = false;
@@ -321,8 +317,8 @@ std::string planText(const Planned &planned, bool isTried, std::uint64_t &bytes)
     return text + table.text();
 }
 
-int tell(Job &job, Output &output) {
-    const std::lock_guard lock(job.mutex);
+// Under the job's lock.
+int tell(const Job &job, Output &output) {
     for (const std::string &warning : job.warnings)
         output.warning(warning);
     if (!job.usage.empty())
@@ -375,31 +371,10 @@ int run(const QCommandLineParser &parser, Output &output) {
     job.options.applies = isSet("apply");
     job.options.admin = isSet("admin");
     job.current = "Looking for applications";
-    if (job.options.applies) {
-        auto begun = RemovalRun::begin("brightsweep-cli uninstall");
-        if (!begun.run) {
-            output.warning(RemovalRun::refusal(begun).toStdString());
-            return Failed;
-        }
-        job.run = std::move(begun.run);
-    }
-    return runWork({[&job] { work(job); },
-                    [&job] {
-                        job.stop = true;
-                        if (job.run)
-                            job.run->stop();
-                    },
-                    [&job] {
-                        const std::lock_guard lock(job.mutex);
-                        return job.current;
-                    },
-                    [&](bool leftBehind) {
-                        if (!leftBehind)
-                            NvAuthorization::shareNvAuthorization().freeAuthorization();
-                        job.run.reset();
-                        return tell(job, output);
-                    }},
-                   output);
+    if (job.options.applies && !job.begin("uninstall", output))
+        return Failed;
+    return runRemoval(
+        job, [&job] { work(job); }, [&] { return tell(job, output); }, output);
 }
 
 } // namespace

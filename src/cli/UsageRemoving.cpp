@@ -29,15 +29,10 @@ bool isBelow(const std::filesystem::path &path, const std::filesystem::path &fol
 
 } // namespace
 
-// Shared with the work, which an interruption may leave behind.
-struct UsageRemoving::Job {
+struct UsageRemoving::Job : RemovalJob {
     RemovalRoot root;
-    std::shared_ptr<RemovalRun> run;
-    std::atomic<bool> stop{false};
-    std::mutex mutex; // guards the rest
     std::vector<ActedItem> items;
     std::uint64_t bytesFreed = 0;
-    std::string current;
 };
 
 void UsageRemoving::configure(QCommandLineParser &parser) {
@@ -144,8 +139,7 @@ void UsageRemoving::work(Job &job) {
     }
 }
 
-int UsageRemoving::tell(Job &job, const std::filesystem::path &folder, Output &output) {
-    const std::lock_guard lock(job.mutex);
+int UsageRemoving::tell(const Job &job, const std::filesystem::path &folder, Output &output) {
     std::uint64_t bytes = 0;
     for (const ActedItem &item : job.items)
         bytes = addSaturating(bytes, item.error.empty() ? item.bytes : 0);
@@ -184,32 +178,13 @@ int UsageRemoving::run(const std::filesystem::path &folder, Output &output) {
     }
     job.root = *std::move(root);
     if (m_options.applies) {
-        auto begun = RemovalRun::begin("brightsweep-cli usage");
-        if (!begun.run) {
-            output.warning(RemovalRun::refusal(begun).toStdString());
+        if (!job.begin("usage", output))
             return Failed;
-        }
-        job.run = std::move(begun.run);
         if (m_admin && !NvAuthorization::shareNvAuthorization().allocAuthorization())
             return rightsRefused(output);
     }
-    return runWork({[this, &job] { work(job); },
-                    [&job] {
-                        job.stop = true;
-                        if (job.run)
-                            job.run->stop();
-                    },
-                    [&job] {
-                        const std::lock_guard lock(job.mutex);
-                        return job.current;
-                    },
-                    [&](bool leftBehind) {
-                        if (!leftBehind)
-                            NvAuthorization::shareNvAuthorization().freeAuthorization();
-                        job.run.reset();
-                        return tell(job, folder, output);
-                    }},
-                   output);
+    return runRemoval(
+        job, [this, &job] { work(job); }, [&] { return tell(job, folder, output); }, output);
 }
 
 } // namespace brightsweep::cli

@@ -28,7 +28,7 @@ private:
     Result<UsageItem> find(const RemovalRoot &root, const std::string &given,
                            const std::atomic<bool> &stop);
     void work(Job &job);
-    int tell(Job &job, const std::filesystem::path &folder, Output &output);
+    int tell(const Job &job, const std::filesystem::path &folder, Output &output);
 
     std::vector<std::string> m_given;
     UsageRemoval::Options m_options;

@@ -2,6 +2,7 @@
 
 #include "cli/Interruption.h"
 #include "core/ThreadWorker.h"
+#include "removal/NvAuthorization.h"
 #include "removal/RemovalRun.h"
 
 #include <QEventLoop>
@@ -10,6 +11,7 @@
 #include <chrono>
 #include <exception>
 #include <memory>
+#include <utility>
 
 namespace brightsweep::cli {
 
@@ -64,6 +66,36 @@ int runWork(const Work &work, Output &output) {
     if (!ended)
         Interruption::end(status);
     return status;
+}
+
+bool RemovalJob::begin(const std::string &command, Output &output) {
+    auto begun = RemovalRun::begin("brightsweep-cli " + command);
+    if (!begun.run)
+        output.warning(RemovalRun::refusal(begun).toStdString());
+    run = std::move(begun.run);
+    return run != nullptr;
+}
+
+int runRemoval(RemovalJob &job, const std::function<void()> &work, const std::function<int()> &tell,
+               Output &output) {
+    return runWork({work,
+                    [&job] {
+                        job.stop = true;
+                        if (job.run)
+                            job.run->stop();
+                    },
+                    [&job] {
+                        const std::lock_guard lock(job.mutex);
+                        return job.current;
+                    },
+                    [&](bool leftBehind) {
+                        if (!leftBehind)
+                            NvAuthorization::shareNvAuthorization().freeAuthorization();
+                        job.run.reset();
+                        const std::lock_guard lock(job.mutex);
+                        return tell();
+                    }},
+                   output);
 }
 
 } // namespace brightsweep::cli

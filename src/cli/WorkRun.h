@@ -2,12 +2,19 @@
 
 #include "cli/Command.h"
 
+#include <atomic>
 #include <functional>
+#include <memory>
+#include <mutex>
 #include <string>
 
 class QEventLoop;
 
-namespace brightsweep::cli {
+namespace brightsweep {
+
+class RemovalRun;
+
+namespace cli {
 
 /// Runs an event loop until it is quit, and shows the progress meanwhile. Once the command is
 /// interrupted `stop` is called, time after time; when that has not led to an end in time, the work
@@ -29,4 +36,22 @@ struct Work {
 /// Runs it, with an event loop on the calling thread. An exception of the work is thrown on.
 int runWork(const Work &work, Output &output);
 
-} // namespace brightsweep::cli
+/// What a command that removes shares with its work, which an interruption may leave behind: then
+/// it stays until the process ends.
+struct RemovalJob {
+    /// Begins the one run of removals. False, and why on the output, where there is one already.
+    bool begin(const std::string &command, Output &output);
+
+    std::shared_ptr<RemovalRun> run; ///< none where nothing is applied
+    std::atomic<bool> stop{false};
+    std::mutex mutex; ///< guards what follows, and what a command adds to it
+    std::string current;
+};
+
+/// Runs the work of such a job. The rights that it holds and its run end before `tell`, which puts
+/// out what is known, under the lock, and gives the exit status.
+int runRemoval(RemovalJob &job, const std::function<void()> &work, const std::function<int()> &tell,
+               Output &output);
+
+} // namespace cli
+} // namespace brightsweep
