@@ -1,5 +1,7 @@
 #include "foundation/DesktopEntry.h"
 
+#include "foundation/DesktopEntryGrammar.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -8,16 +10,9 @@ namespace brightsweep {
 
 namespace {
 
-constexpr std::string_view mainGroup = "[Desktop Entry]";
-constexpr std::string_view blanks = " \t\r\v\f";
-constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-
-std::string_view trimmed(std::string_view text) {
-    const auto begin = text.find_first_not_of(blanks);
-    if (begin == text.npos)
-        return {};
-    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
-}
+using desktopEntry::byteOrderMark;
+using desktopEntry::mainGroup;
+using desktopEntry::trimmed;
 
 std::string unescaped(std::string_view value) {
     constexpr std::string_view letters = "sntr\\";

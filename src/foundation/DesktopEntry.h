@@ -9,8 +9,8 @@
 namespace brightsweep {
 
 /// The keys of a desktop entry file, for reading: the group "[Desktop Entry]" by the freedesktop
-/// Desktop Entry Specification 1.5, as tolerant as GLib's reader. Values are bytes; a file may hold
-/// anything, and what is no key is passed over. Of a key that comes twice the last one counts.
+/// document on desktop entries, 1.5, as tolerant as GLib's reader. Values are bytes; a file may
+/// hold anything, and what is no key is passed over. Of a key that comes twice the last one counts.
 /// Immutable once read, and safe from every thread then.
 class DesktopEntry {
 public:

@@ -1,21 +1,16 @@
 #include "foundation/DesktopEntryText.h"
 
+#include "foundation/DesktopEntryGrammar.h"
+
 #include <algorithm>
 
 namespace brightsweep {
 
 namespace {
 
-constexpr std::string_view mainGroup = "[Desktop Entry]";
-constexpr std::string_view blanks = " \t\r\v\f";
-constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-
-std::string_view trimmed(std::string_view text) {
-    const auto begin = text.find_first_not_of(blanks);
-    if (begin == text.npos)
-        return {};
-    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
-}
+using desktopEntry::byteOrderMark;
+using desktopEntry::mainGroup;
+using desktopEntry::trimmed;
 
 std::string quoted(std::string_view word) {
     std::string text = "\"";
