@@ -9,10 +9,9 @@ import re
 import shutil
 import stat
 import subprocess
-import sys
 import unittest
 
-from ui_desktop import BINARIES, USER, Desktop, Machine, enter_namespace, eventually, tool
+from ui_desktop import USER, Desktop, eventually, run_tests
 
 PROGRAM = ""
 MACHINE = None
@@ -27,16 +26,6 @@ OWN_FILES = re.compile(r"Brightsweep|DeskSweeper|^home/\.config|^home/Library|fo
 QUESTION = "Are you sure you want to continue?"
 NO_RIGHTS = "You do not have privileges to clean these files."
 SETTINGS = ("SystemCaches", "UserCaches", "SystemLogs", "UserLogs", "UserTrash", "UserDownloads")
-
-
-def allow_rights(policy):
-    """Lets the program's own helper be started by the real pkexec without a question."""
-    tool("policy", policy, f"{BINARIES}/brightsweep-helper")
-    rules = pathlib.Path("/run/rules/00-test.rules")
-    rules.write_text(rules.read_text() +
-                     "polkit.addRule(function(action, subject) {\n"
-                     '    if (action.id.indexOf("com.norvmac.DeskSweeperPro.") == 0)\n'
-                     "        return polkit.Result.YES;\n});\n")
 
 
 def snapshot(folder):
@@ -300,13 +289,4 @@ def load_tests(loader, tests, pattern):
 
 
 if __name__ == "__main__":
-    enter_namespace()
-    MACHINE = Machine(sys.argv.pop(1))
-    PROGRAM = MACHINE.program
-    POLICY = os.path.abspath(sys.argv.pop(1))
-    allow_rights(POLICY)
-    MACHINE.start_disks()
-    try:
-        unittest.main(verbosity=2)
-    finally:
-        MACHINE.close()
+    run_tests(rights=True, disks=True)

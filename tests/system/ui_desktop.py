@@ -17,6 +17,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import unittest
 
 USER = 61234
 NAME = "bstester"
@@ -413,3 +414,31 @@ class Desktop:
         said = said.read_text(errors="replace") if said.exists() else ""
         shutil.rmtree(self.folder, ignore_errors=True)
         assert "Sanitizer: " not in said and "runtime error: " not in said, said
+
+
+def allow_rights(policy):
+    """Lets the program's own helper be started by the real pkexec without a question."""
+    tool("policy", policy, f"{BINARIES}/brightsweep-helper")
+    rules = pathlib.Path("/run/rules/00-test.rules")
+    rules.write_text(rules.read_text() +
+                     "polkit.addRule(function(action, subject) {\n"
+                     '    if (action.id.indexOf("com.norvmac.DeskSweeperPro.") == 0)\n'
+                     "        return polkit.Result.YES;\n});\n")
+
+
+def run_tests(rights=False, disks=False, verb="enter"):
+    """Runs the tests of the script that was started, in namespaces of its own, for the program that
+    its first argument names; with `rights` the second one is the policy. The script's PROGRAM and
+    MACHINE are set."""
+    enter_namespace(verb)
+    script = sys.modules["__main__"]
+    script.MACHINE = Machine(sys.argv.pop(1))
+    script.PROGRAM = script.MACHINE.program
+    if rights:
+        allow_rights(os.path.abspath(sys.argv.pop(1)))
+    if disks:
+        script.MACHINE.start_disks()
+    try:
+        unittest.main(module=script, verbosity=2)
+    finally:
+        script.MACHINE.close()

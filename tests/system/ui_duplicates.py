@@ -6,11 +6,10 @@ Every test compares the disk with what the page said, byte by byte. Needs root f
 import os
 import pathlib
 import subprocess
-import sys
 import unittest
 
-from ui_clean import allow_rights, snapshot
-from ui_desktop import USER, Desktop, Machine, enter_namespace, eventually
+from ui_clean import snapshot
+from ui_desktop import USER, Desktop, run_tests
 
 PROGRAM = ""
 TREE = "home/tree"
@@ -205,12 +204,4 @@ class DuplicatesPage(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    enter_namespace()
-    MACHINE = Machine(sys.argv.pop(1))
-    PROGRAM = MACHINE.program
-    allow_rights(os.path.abspath(sys.argv.pop(1)))
-    MACHINE.start_disks()
-    try:
-        unittest.main(verbosity=2)
-    finally:
-        MACHINE.close()
+    run_tests(rights=True, disks=True)

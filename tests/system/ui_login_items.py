@@ -7,10 +7,9 @@ import contextlib
 import os
 import pathlib
 import subprocess
-import sys
 import unittest
 
-from ui_desktop import USER, Desktop, Machine, enter_namespace, eventually
+from ui_desktop import USER, Desktop, eventually, run_tests
 
 PROGRAM = ""
 GENERATOR = "/usr/lib/systemd/user-generators/systemd-xdg-autostart-generator"
@@ -183,10 +182,4 @@ class LoginItemsPage(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    enter_namespace()
-    MACHINE = Machine(sys.argv.pop(1))
-    PROGRAM = MACHINE.program
-    try:
-        unittest.main(verbosity=2)
-    finally:
-        MACHINE.close()
+    run_tests()

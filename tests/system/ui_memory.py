@@ -4,10 +4,9 @@ Needs root for its mounts.
 """
 import pathlib
 import subprocess
-import sys
 import unittest
 
-from ui_desktop import BINARIES, Desktop, Machine, enter_namespace, eventually
+from ui_desktop import BINARIES, Desktop, eventually, run_tests
 
 PROGRAM = ""
 HERE = "Clean Memory"
@@ -73,10 +72,4 @@ class MemoryPage(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    enter_namespace()
-    MACHINE = Machine(sys.argv.pop(1))
-    PROGRAM = MACHINE.program
-    try:
-        unittest.main(verbosity=2)
-    finally:
-        MACHINE.close()
+    run_tests()

@@ -5,10 +5,9 @@ Needs root for its mounts.
 """
 import os
 import pathlib
-import sys
 import unittest
 
-from ui_desktop import Desktop, Machine, enter_namespace, eventually
+from ui_desktop import Desktop, eventually, run_tests
 
 PROGRAM = ""
 DUPLICATES = "Duplicates: files larger than"
@@ -94,10 +93,4 @@ class Preferences(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    enter_namespace()
-    MACHINE = Machine(sys.argv.pop(1))
-    PROGRAM = MACHINE.program
-    try:
-        unittest.main(verbosity=2)
-    finally:
-        MACHINE.close()
+    run_tests()

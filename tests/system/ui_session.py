@@ -6,10 +6,9 @@ import os
 import pathlib
 import select
 import socket
-import sys
 import unittest
 
-from ui_desktop import USER, Desktop, Machine, enter_namespace, eventually
+from ui_desktop import USER, Desktop, eventually, run_tests
 
 NOTIFICATIONS = """
 import dbus, dbus.service, dbus.mainloop.glib, sys
@@ -245,11 +244,4 @@ class Wayland(Session):
 
 
 if __name__ == "__main__":
-    enter_namespace()
-    MACHINE = Machine(sys.argv.pop(1))
-    PROGRAM = MACHINE.program
-    MACHINE.start_disks()
-    try:
-        unittest.main(verbosity=2)
-    finally:
-        MACHINE.close()
+    run_tests(disks=True)

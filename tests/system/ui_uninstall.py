@@ -8,11 +8,9 @@ import pathlib
 import re
 import stat
 import subprocess
-import sys
 import unittest
 
-from ui_clean import allow_rights
-from ui_desktop import USER, Desktop, Machine, enter_namespace, eventually
+from ui_desktop import USER, Desktop, eventually, run_tests
 
 PROGRAM = ""
 DONE = "Selected application(s) were uninstalled successfully."
@@ -245,12 +243,4 @@ class UninstallPage(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    enter_namespace("burn")
-    MACHINE = Machine(sys.argv.pop(1))
-    PROGRAM = MACHINE.program
-    allow_rights(os.path.abspath(sys.argv.pop(1)))
-    MACHINE.start_disks()
-    try:
-        unittest.main(verbosity=2)
-    finally:
-        MACHINE.close()
+    run_tests(rights=True, disks=True, verb="burn")

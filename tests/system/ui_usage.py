@@ -5,11 +5,10 @@ Every test compares the disk with what the page said, byte by byte. Needs root f
 import os
 import pathlib
 import subprocess
-import sys
 import unittest
 
 from ui_clean import snapshot
-from ui_desktop import USER, Desktop, Machine, enter_namespace, eventually
+from ui_desktop import USER, Desktop, run_tests
 
 PROGRAM = ""
 TREE = "home/tree"
@@ -160,10 +159,4 @@ class UsagePage(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    enter_namespace()
-    MACHINE = Machine(sys.argv.pop(1))
-    PROGRAM = MACHINE.program
-    try:
-        unittest.main(verbosity=2)
-    finally:
-        MACHINE.close()
+    run_tests()
