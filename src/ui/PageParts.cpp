@@ -2,13 +2,17 @@
 
 #include "core/Texts.h"
 #include "ui/ImageProvider.h"
+#include "ui/ImageView.h"
 #include "ui/Theme.h"
 
+#include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace brightsweep {
@@ -16,6 +20,7 @@ namespace brightsweep {
 namespace {
 
 constexpr int arrowSide = 16;
+constexpr int emptyPictureSide = 96;
 constexpr int buttonWidth = 128;
 constexpr int buttonHeight = 36;
 
@@ -59,6 +64,34 @@ QLabel *makePlainLabel(const char *name, QWidget *parent) {
     return label;
 }
 
+QHBoxLayout *makeHeadingRow(QWidget *heading) {
+    auto *const row = new QHBoxLayout(heading);
+    row->setContentsMargins(2 * theme::grid, theme::grid, 2 * theme::grid, 2 * theme::grid);
+    row->setSpacing(3 * theme::grid);
+    return row;
+}
+
+QVBoxLayout *makeEmptyPart(const QString &picture, QLabel *label, QWidget *part) {
+    auto *const layout = new QVBoxLayout(part);
+    auto *const image = new ImageView(picture, part);
+    theme::keepSize(image, emptyPictureSide, emptyPictureSide);
+    layout->addStretch(2);
+    layout->addWidget(image, 0, Qt::AlignHCenter);
+    layout->addSpacing(3 * theme::grid);
+    layout->addWidget(label, 0, Qt::AlignHCenter);
+    return layout;
+}
+
+QScrollArea *makeScroll(QWidget *content, QWidget *parent) {
+    auto *const scroll = new QScrollArea(parent);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->viewport()->setAutoFillBackground(false);
+    scroll->setWidget(content);
+    content->setAutoFillBackground(false);
+    return scroll;
+}
+
 QHBoxLayout *makeBottomRow(QWidget *bottom) {
     auto *const row = new QHBoxLayout(bottom);
     row->setContentsMargins(4 * theme::grid, 3 * theme::grid, 4 * theme::grid, 3 * theme::grid);
@@ -89,6 +122,17 @@ QPushButton *makeRemovingButton(const char *name, const QString &text, QWidget *
         button->setMinimumSize(theme::height(buttonWidth), theme::height(buttonHeight));
     });
     return button;
+}
+
+bool holdsFocus(const QWidget &part) {
+    const QWidget *const focus = part.window()->focusWidget();
+    return focus && (focus == &part || part.isAncestorOf(focus));
+}
+
+void openMenuByKeyboard(QWidget &widget) {
+    const QPoint middle = widget.rect().center();
+    QContextMenuEvent menu(QContextMenuEvent::Keyboard, middle, widget.mapToGlobal(middle));
+    QCoreApplication::sendEvent(&widget, &menu);
 }
 
 } // namespace brightsweep

@@ -93,9 +93,7 @@ QSize CleanResultsPanel::sizeHint() const {
 
 QWidget *CleanResultsPanel::makeHeading() {
     auto *const heading = new QWidget(this);
-    auto *const row = new QHBoxLayout(heading);
-    row->setContentsMargins(2 * theme::grid, theme::grid, 2 * theme::grid, 2 * theme::grid);
-    row->setSpacing(3 * theme::grid);
+    auto *const row = makeHeadingRow(heading);
     m_headingImage = new ImageView(heading);
     theme::keepSize(m_headingImage, headingSide, headingSide);
     row->addWidget(m_headingImage, 0, Qt::AlignTop);

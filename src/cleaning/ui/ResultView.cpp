@@ -8,6 +8,7 @@
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
+#include "ui/PageParts.h"
 #include "ui/Theme.h"
 
 #include <QAccessible>
@@ -68,7 +69,8 @@ ResultRowForm listForm() {
 ResultView::ResultView(const ResultRowForm &form, QWidget *parent)
     : QTreeView(parent),
       m_header(new CheckHeader(this)),
-      m_delegate(new ResultRowDelegate(form, this)) {
+      m_delegate(new ResultRowDelegate(form, this)),
+      m_pathRole(form.pathRole) {
     setHeader(m_header);
     setItemDelegate(m_delegate);
     setUniformRowHeights(true);
@@ -97,6 +99,37 @@ void ResultView::setColumns(int name, int size, std::vector<Column> columns) {
     });
 }
 
+void ResultView::setList(QAbstractItemModel *list) {
+    setModel(list);
+    setRootIsDecorated(false);
+    setItemsExpandable(false);
+    connect(list, &QAbstractItemModel::modelAboutToBeReset, this,
+            [this] { m_scroll = verticalScrollBar()->value(); });
+}
+
+void ResultView::returnTo(const QModelIndex &row) {
+    setAutoScroll(false);
+    setCurrentIndex(row);
+    setAutoScroll(true);
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(m_scroll);
+}
+
+void ResultView::open(const QModelIndex &index) {
+    Platform::current().workspace->open(paths::fromVariant(index.data(m_pathRole)));
+}
+
+void ResultView::reveal(const QModelIndex &index) {
+    Platform::current().workspace->reveal(paths::fromVariant(index.data(m_pathRole)));
+}
+
+QString ResultView::pathText() const {
+    QStringList lines;
+    for (const QModelIndex &row : selectionModel()->selectedRows())
+        lines += paths::text(paths::fromVariant(row.data(m_pathRole)).native());
+    return lines.join(u'\n');
+}
+
 void ResultView::sortAgain() {
     model()->sort(m_header->sortIndicatorSection(), m_header->sortIndicatorOrder());
 }
@@ -122,6 +155,18 @@ void ResultView::fitColumns() {
     }
 }
 
+void ResultView::paintEvent(QPaintEvent *event) {
+    QTreeView::paintEvent(event);
+    if (!hasNoMatch())
+        return;
+    QPainter painter(viewport());
+    painter.setPen(theme::secondary());
+    painter.setFont(theme::font(13));
+    painter.drawText(viewport()->rect().adjusted(4 * theme::grid, 4 * theme::grid, -4 * theme::grid,
+                                                 -4 * theme::grid),
+                     Qt::AlignCenter | Qt::TextWordWrap, localizedText("FILTER_NO_MATCH"));
+}
+
 void ResultView::resizeEvent(QResizeEvent *event) {
     QTreeView::resizeEvent(event);
     fitColumns();
@@ -131,9 +176,7 @@ void ResultView::keyPressEvent(QKeyEvent *event) {
     if (event->matches(QKeySequence::Copy)) {
         copyPaths();
     } else if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
-        // Opens the context menu on keyboards without a menu key.
-        QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, viewport()->mapToGlobal(QPoint()));
-        contextMenuEvent(&menu);
+        openMenuByKeyboard(*this);
     } else if (event->key() == Qt::Key_Space) {
         tickSelection();
     } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
@@ -210,18 +253,6 @@ void GroupedResultView::keepPlace() {
     setAutoScroll(false);
     setCurrentIndex(items > 0 ? model()->index(std::min(m_item, items - 1), 0, group) : group);
     setAutoScroll(true);
-}
-
-void GroupedResultView::paintEvent(QPaintEvent *event) {
-    ResultView::paintEvent(event);
-    if (!hasNoMatch())
-        return;
-    QPainter painter(viewport());
-    painter.setPen(theme::secondary());
-    painter.setFont(theme::font(13));
-    painter.drawText(viewport()->rect().adjusted(4 * theme::grid, 4 * theme::grid, -4 * theme::grid,
-                                                 -4 * theme::grid),
-                     Qt::AlignCenter | Qt::TextWordWrap, localizedText("FILTER_NO_MATCH"));
 }
 
 void GroupedResultView::act(const QModelIndex &index) {
@@ -327,9 +358,7 @@ CategoryView::CategoryView(CategoryListModel &list, QWidget *parent)
     : ResultView(listForm(), parent), m_list(list) {
     setObjectName(QStringLiteral("categoryList"));
     setAccessibleName(localizedText("ITEMS"));
-    setModel(&m_list);
-    setRootIsDecorated(false);
-    setItemsExpandable(false);
+    setList(&m_list);
     setColumns(CategoryListModel::Name, CategoryListModel::Size,
                {{CategoryListModel::checkBox, {}, false},
                 {CategoryListModel::Size, theme::widestSize(), false},
@@ -349,8 +378,6 @@ CategoryView::CategoryView(CategoryListModel &list, QWidget *parent)
                 m_currentRow = index.row();
                 m_list.shouldSelectRow(index.row());
             });
-    connect(&m_list, &QAbstractItemModel::modelAboutToBeReset, this,
-            [this] { m_scroll = verticalScrollBar()->value(); });
     connect(&m_list, &QAbstractItemModel::modelReset, this, &CategoryView::keepPlace);
 }
 
@@ -360,11 +387,7 @@ void CategoryView::keepPlace() {
     if (m_currentRow < 0 || rows == 0)
         return;
     const int row = m_list.rowOf(m_currentPath).value_or(std::min(m_currentRow, rows - 1));
-    setAutoScroll(false);
-    setCurrentIndex(m_list.index(row, CategoryListModel::checkBox));
-    setAutoScroll(true);
-    executeDelayedItemsLayout();
-    verticalScrollBar()->setValue(m_scroll);
+    returnTo(m_list.index(row, CategoryListModel::checkBox));
 }
 
 void CategoryView::tickSelection() {
@@ -377,23 +400,6 @@ void CategoryView::tickSelection() {
 
 void CategoryView::act(const QModelIndex &index) {
     m_list.openFinder(index.row());
-}
-
-void CategoryView::open(const QModelIndex &index) {
-    Platform::current().workspace->open(
-        paths::fromVariant(index.data(CategoryListModel::PathRole)));
-}
-
-void CategoryView::reveal(const QModelIndex &index) {
-    Platform::current().workspace->reveal(
-        paths::fromVariant(index.data(CategoryListModel::PathRole)));
-}
-
-QString CategoryView::pathText() const {
-    QStringList lines;
-    for (const QModelIndex &row : selectionModel()->selectedRows())
-        lines += paths::text(paths::fromVariant(row.data(CategoryListModel::PathRole)).native());
-    return lines.join(u'\n');
 }
 
 } // namespace brightsweep

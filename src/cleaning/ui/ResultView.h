@@ -41,6 +41,12 @@ protected:
     /// goes first. Sorted by the size, the largest first. Once, with the model set.
     void setColumns(int name, int size, std::vector<Column> columns);
 
+    /// A model without groups, whose rows stay scrolled to where they were when it is reset: then
+    /// the view makes a row current by returnTo().
+    void setList(QAbstractItemModel *list);
+    void returnTo(const QModelIndex &row);
+
+    void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
@@ -51,9 +57,13 @@ protected:
     virtual void tickSelection() = 0;
     /// Enter.
     virtual void act(const QModelIndex &index) = 0;
-    virtual void open(const QModelIndex &index) = 0;
-    virtual void reveal(const QModelIndex &index) = 0;
-    virtual QString pathText() const = 0;
+    /// By the path of the row, unless a view knows better.
+    virtual void open(const QModelIndex &index);
+    virtual void reveal(const QModelIndex &index);
+    /// Of what is selected, a line each.
+    virtual QString pathText() const;
+    /// Whether there is a filter that no row matches, which the view then says.
+    virtual bool hasNoMatch() const { return false; }
     /// More for the menu of an item.
     virtual void addActions(QMenu &, const QModelIndex &) {}
     void copyPaths() const;
@@ -64,6 +74,8 @@ protected:
 private:
     void fitColumns();
 
+    const int m_pathRole;
+    int m_scroll = 0; // before the list was reset
     std::vector<Column> m_columns;
 };
 
@@ -79,9 +91,6 @@ protected:
     /// Once, in place of setModel().
     void setGroups(QAbstractItemModel *groups);
 
-    /// Whether there is a filter that no row matches, which the view then says.
-    virtual bool hasNoMatch() const = 0;
-    void paintEvent(QPaintEvent *event) override;
     void act(const QModelIndex &index) override;
 
 private:
@@ -131,9 +140,6 @@ public:
 protected:
     void tickSelection() override;
     void act(const QModelIndex &index) override;
-    void open(const QModelIndex &index) override;
-    void reveal(const QModelIndex &index) override;
-    QString pathText() const override;
 
 private:
     void keepPlace();
@@ -141,7 +147,6 @@ private:
     CategoryListModel &m_list;
     std::string m_currentPath;
     int m_currentRow = -1;
-    int m_scroll = 0;
 };
 
 } // namespace brightsweep

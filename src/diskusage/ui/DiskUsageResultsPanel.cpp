@@ -17,8 +17,6 @@
 #include "ui/PageParts.h"
 #include "ui/Theme.h"
 
-#include <QContextMenuEvent>
-#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -241,12 +239,8 @@ void DiskUsageResultsPanel::bindChart() {
     });
     // The context menu on keyboards without a menu key.
     connect(new QShortcut(Qt::SHIFT | Qt::Key_F10, this), &QShortcut::activated, this, [this] {
-        if (QWidget *const widget = window()->focusWidget(); widget && isAncestorOf(widget)) {
-            const QPoint middle = widget->rect().center();
-            QContextMenuEvent menu(QContextMenuEvent::Keyboard, middle,
-                                   widget->mapToGlobal(middle));
-            QCoreApplication::sendEvent(widget, &menu);
-        }
+        if (QWidget *const widget = window()->focusWidget(); widget && isAncestorOf(widget))
+            openMenuByKeyboard(*widget);
     });
     connect(&m_page, &View::selectionChanged, this, &DiskUsageResultsPanel::followSelection);
     connect(&m_controller, &Page::boxesChanged, this, &DiskUsageResultsPanel::followSelection);

@@ -6,6 +6,7 @@
 #include "removal/RemovalReason.h"
 #include "ui/AlertSheet.h"
 #include "ui/ImageProvider.h"
+#include "ui/PageParts.h"
 #include "ui/SheetShade.h"
 #include "ui/Theme.h"
 
@@ -82,13 +83,8 @@ SelectFilesSheet::SelectFilesSheet(UsageTicks &ticks, QWidget *window,
         list->addWidget(
             new QLabel(localizedText("USAGE_FURTHER_ITEMS", ticks.sheet().size() - shown), rows));
     list->addStretch(1);
-    auto *const scroll = new QScrollArea(this);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
+    auto *const scroll = makeScroll(rows, this);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->viewport()->setAutoFillBackground(false);
-    scroll->setWidget(rows);
-    rows->setAutoFillBackground(false);
 
     const auto button = [this](const char *name, const QString &label, const QString &tip) {
         auto *const made = new QPushButton(label, this);

@@ -7,6 +7,7 @@
 #include "duplicates/ui/PreviewLoader.h"
 #include "foundation/Paths.h"
 #include "ui/ElidedLabel.h"
+#include "ui/PageParts.h"
 #include "ui/Theme.h"
 
 #include <QFontDatabase>
@@ -126,14 +127,9 @@ DuplicatePane::DuplicatePane(QWidget *parent)
     m_paths->setWordWrap(true);
     m_paths->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     m_paths->setObjectName(QStringLiteral("duplicates.pane.paths"));
-    auto *const scrolled = new QScrollArea(this);
-    scrolled->setWidget(m_paths);
-    scrolled->setWidgetResizable(true);
-    scrolled->setFrameShape(QFrame::NoFrame);
+    auto *const scrolled = makeScroll(m_paths, this);
     scrolled->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scrolled->setFocusPolicy(Qt::NoFocus);
-    scrolled->viewport()->setAutoFillBackground(false);
-    m_paths->setAutoFillBackground(false);
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, theme::grid, 0, theme::grid);
     layout->setSpacing(2 * theme::grid);

@@ -39,7 +39,6 @@ namespace {
 
 using Page = SameFileDeleteViewController;
 
-constexpr int pictureSide = 96;
 constexpr int leastListWidth = 420;
 constexpr int goodListWidth = 540;
 constexpr int leastPaneWidth = 180;
@@ -142,9 +141,7 @@ QSize DuplicatesResultsPanel::sizeHint() const {
 
 QWidget *DuplicatesResultsPanel::makeHeading() {
     auto *const heading = new QWidget(this);
-    auto *const row = new QHBoxLayout(heading);
-    row->setContentsMargins(2 * theme::grid, theme::grid, 2 * theme::grid, 2 * theme::grid);
-    row->setSpacing(3 * theme::grid);
+    auto *const row = makeHeadingRow(heading);
     m_wasted = makePlainLabel("duplicates.wasted", heading);
     theme::keepFont(m_wasted, 28, true);
     m_wasted->setProperty("number", true);
@@ -201,15 +198,9 @@ QWidget *DuplicatesResultsPanel::makeNotice() {
 
 QWidget *DuplicatesResultsPanel::makeEmpty() {
     auto *const page = new QWidget(m_box);
-    auto *const layout = new QVBoxLayout(page);
-    layout->addStretch(2);
-    auto *const picture = new ImageView(QStringLiteral("start_done.png"), page);
-    theme::keepSize(picture, pictureSide, pictureSide);
-    layout->addWidget(picture, 0, Qt::AlignHCenter);
-    layout->addSpacing(3 * theme::grid);
     m_emptyTitle = makePlainLabel("duplicates.empty", page);
     theme::keepFont(m_emptyTitle, 18, true);
-    layout->addWidget(m_emptyTitle, 0, Qt::AlignHCenter);
+    auto *const layout = makeEmptyPart(QStringLiteral("start_done.png"), m_emptyTitle, page);
     m_emptyLimit = makeLimitLink(m_controller, page);
     layout->addWidget(m_emptyLimit, 0, Qt::AlignHCenter);
     layout->addStretch(3);
@@ -413,12 +404,6 @@ void DuplicatesResultsPanel::followControls() {
     }
     if (holdsFocus(*m_box) && m_box->currentWidget() == m_outline && m_outline->isEnabled())
         m_outline->setFocus();
-}
-
-// Also in a window that is not active.
-bool DuplicatesResultsPanel::holdsFocus(const QWidget &part) const {
-    const QWidget *const focus = window()->focusWidget();
-    return focus && (focus == &part || part.isAncestorOf(focus));
 }
 
 void DuplicatesResultsPanel::followRemoval() {

@@ -54,7 +54,6 @@ private:
     void followHeading();
     void followSelection();
     void followControls();
-    bool holdsFocus(const QWidget &part) const;
     void followRemoval();
     void tellOutcome();
 

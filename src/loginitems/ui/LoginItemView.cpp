@@ -5,6 +5,7 @@
 #include "loginitems/LoginItemController.h"
 #include "loginitems/ui/LoginItemDelegate.h"
 #include "ui/ImageProvider.h"
+#include "ui/PageParts.h"
 #include "ui/Theme.h"
 
 #include <QClipboard>
@@ -149,8 +150,7 @@ void LoginItemView::act(const QModelIndex &index) {
 void LoginItemView::keyPressEvent(QKeyEvent *event) {
     const QModelIndex current = currentIndex();
     if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
-        QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, viewport()->mapToGlobal(QPoint()));
-        contextMenuEvent(&menu);
+        openMenuByKeyboard(*this);
     } else if (!current.isValid()) {
         QTreeView::keyPressEvent(event);
     } else if (event->matches(QKeySequence::Copy)) {

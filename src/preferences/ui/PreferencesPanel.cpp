@@ -104,13 +104,8 @@ PreferencesPanel::PreferencesPanel(PreferenceViewController &controller, QWidget
     left->addStretch(1);
     right->addStretch(1);
 
-    auto *const scroll = new QScrollArea(this);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
+    auto *const scroll = makeScroll(content, this);
     scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->viewport()->setAutoFillBackground(false);
-    scroll->setWidget(content);
-    content->setAutoFillBackground(false);
     auto *const whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(scroll);

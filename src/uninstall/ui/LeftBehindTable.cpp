@@ -3,9 +3,6 @@
 #include "cleaning/ui/CheckHeader.h"
 #include "cleaning/ui/ResultRowDelegate.h"
 #include "core/Texts.h"
-#include "foundation/Paths.h"
-#include "platform/Platform.h"
-#include "platform/Workspace.h"
 #include "ui/Theme.h"
 #include "uninstall/LeftBehindModel.h"
 
@@ -38,9 +35,7 @@ LeftBehindTable::LeftBehindTable(LeftBehindController &page, LeftBehindModel &mo
     : ResultView(rowForm(), parent), m_page(page), m_list(model) {
     setObjectName(QStringLiteral("uninstall.leftBehind"));
     setAccessibleName(localizedText("Left behind"));
-    setModel(&m_list);
-    setRootIsDecorated(false);
-    setItemsExpandable(false);
+    setList(&m_list);
     setColumns(Model::Name, Model::Size,
                {{Model::checkBox, {}, false}, {Model::Size, theme::widestSize(), false}});
     setSortingEnabled(false);
@@ -84,21 +79,6 @@ void LeftBehindTable::tickSelection() {
 
 void LeftBehindTable::act(const QModelIndex &index) {
     reveal(index);
-}
-
-void LeftBehindTable::open(const QModelIndex &index) {
-    Platform::current().workspace->open(paths::fromVariant(index.data(Model::PathRole)));
-}
-
-void LeftBehindTable::reveal(const QModelIndex &index) {
-    Platform::current().workspace->reveal(paths::fromVariant(index.data(Model::PathRole)));
-}
-
-QString LeftBehindTable::pathText() const {
-    QStringList lines;
-    for (const QModelIndex &row : selectionModel()->selectedRows())
-        lines += paths::text(paths::fromVariant(row.data(Model::PathRole)).native());
-    return lines.join(u'\n');
 }
 
 } // namespace brightsweep

@@ -19,9 +19,6 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void tickSelection() override;
     void act(const QModelIndex &index) override;
-    void open(const QModelIndex &index) override;
-    void reveal(const QModelIndex &index) override;
-    QString pathText() const override;
 
 private:
     void followTicks();

@@ -36,7 +36,6 @@ namespace {
 using Page = UninstallAppsController;
 using State = Page::State;
 
-constexpr int pictureSide = 96;
 constexpr int buttonImageSide = 28;
 constexpr int barWidth = 280;
 constexpr int sentenceWidth = 420;
@@ -147,8 +146,7 @@ QSize UninstallPanel::sizeHint() const {
 
 QWidget *UninstallPanel::makeHeading() {
     auto *const heading = new QWidget(this);
-    auto *const row = new QHBoxLayout(heading);
-    row->setContentsMargins(2 * theme::grid, theme::grid, 2 * theme::grid, 2 * theme::grid);
+    auto *const row = makeHeadingRow(heading);
     m_count = makePlainLabel("uninstall.count", heading);
     theme::keepFont(m_count, 15, true);
     row->addWidget(m_count, 1);
@@ -180,15 +178,8 @@ QWidget *UninstallPanel::makeWaiting() {
 
 QWidget *UninstallPanel::makeEmpty() {
     auto *const page = new QWidget(m_box);
-    auto *const layout = new QVBoxLayout(page);
-    layout->addStretch(2);
-    auto *const picture = new ImageView(QStringLiteral("start_uninstall.png"), page);
-    theme::keepSize(picture, pictureSide, pictureSide);
-    layout->addWidget(picture, 0, Qt::AlignHCenter);
-    layout->addSpacing(3 * theme::grid);
     m_emptyWords = centered("uninstall.empty", 15, true, page);
-    layout->addWidget(m_emptyWords, 0, Qt::AlignHCenter);
-    layout->addStretch(3);
+    makeEmptyPart(QStringLiteral("start_uninstall.png"), m_emptyWords, page)->addStretch(3);
     return page;
 }
 
@@ -228,11 +219,6 @@ void UninstallPanel::showEvent(QShowEvent *) {
 
 void UninstallPanel::hideEvent(QHideEvent *) {
     m_controller.setShown(false);
-}
-
-bool UninstallPanel::holdsFocus(const QWidget &part) const {
-    const QWidget *const focus = window()->focusWidget();
-    return focus && (focus == &part || part.isAncestorOf(focus));
 }
 
 bool UninstallPanel::isLeftBehind() const {

@@ -44,7 +44,6 @@ private:
     void followList();
     void followMessage();
     void followNotice();
-    bool holdsFocus(const QWidget &part) const;
     QString waitingWords() const;
     bool isLeftBehind() const;
     void ask(const QString &text);

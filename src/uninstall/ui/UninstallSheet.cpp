@@ -72,13 +72,8 @@ UninstallSheet::UninstallSheet(UninstallAppsController &page, const QString &tex
     for (std::size_t i = 0; i < page.plans().size(); ++i)
         list->addWidget(makePlan(i));
     list->addStretch(1);
-    auto *const scroll = new QScrollArea(this);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
+    auto *const scroll = makeScroll(rows, this);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->viewport()->setAutoFillBackground(false);
-    scroll->setWidget(rows);
-    rows->setAutoFillBackground(false);
     m_sum->setObjectName(QStringLiteral("uninstall.sheet.sum"));
     auto *const cancel = new QPushButton(localizedText("CANCEL"), this);
     cancel->setObjectName(QStringLiteral("uninstall.sheet.cancel"));

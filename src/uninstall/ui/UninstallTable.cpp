@@ -3,17 +3,12 @@
 #include "cleaning/ui/CheckHeader.h"
 #include "cleaning/ui/ResultRowDelegate.h"
 #include "core/Texts.h"
-#include "foundation/Paths.h"
-#include "platform/Platform.h"
-#include "platform/Workspace.h"
 #include "ui/Theme.h"
 #include "uninstall/UninstallListModel.h"
 #include "uninstall/ui/ImageTextCell.h"
 
 #include <QKeyEvent>
 #include <QMenu>
-#include <QPainter>
-#include <QScrollBar>
 
 #include <algorithm>
 
@@ -45,9 +40,7 @@ UninstallTable::UninstallTable(Page &page, UninstallListModel &model, QWidget *p
     setObjectName(QStringLiteral("uninstall.table"));
     setAccessibleName(localizedText("Applications"));
     setItemDelegate(m_cells);
-    setModel(&m_list);
-    setRootIsDecorated(false);
-    setItemsExpandable(false);
+    setList(&m_list);
     m_header->setSortIndicator(Model::Name, Qt::AscendingOrder);
     setColumns(Model::Name, Model::Name,
                {{Model::checkBox, {}, false},
@@ -65,8 +58,6 @@ UninstallTable::UninstallTable(Page &page, UninstallListModel &model, QWidget *p
                 if (index.isValid())
                     m_page.setSelectRow(index.row());
             });
-    connect(&m_list, &QAbstractItemModel::modelAboutToBeReset, this,
-            [this] { m_scroll = verticalScrollBar()->value(); });
     connect(&m_list, &QAbstractItemModel::modelReset, this, &UninstallTable::keepPlace);
     connect(&m_page, &Page::messageChanged, this, &UninstallTable::followTicks);
     followTicks();
@@ -81,11 +72,7 @@ void UninstallTable::keepPlace() {
     if (m_list.rowCount() == 0)
         return;
     const int row = std::clamp(m_page.selectRow(), 0, m_list.rowCount() - 1);
-    setAutoScroll(false);
-    setCurrentIndex(m_list.index(row, Model::checkBox));
-    setAutoScroll(true);
-    executeDelayedItemsLayout();
-    verticalScrollBar()->setValue(m_scroll);
+    returnTo(m_list.index(row, Model::checkBox));
 }
 
 void UninstallTable::followTicks() {
@@ -101,15 +88,8 @@ void UninstallTable::keyPressEvent(QKeyEvent *event) {
         ResultView::keyPressEvent(event);
 }
 
-void UninstallTable::paintEvent(QPaintEvent *event) {
-    ResultView::paintEvent(event);
-    if (m_page.filter().isEmpty() || m_list.rowCount() > 0)
-        return;
-    QPainter painter(viewport());
-    painter.setPen(theme::secondary());
-    painter.setFont(theme::font(13));
-    painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap,
-                     localizedText("FILTER_NO_MATCH"));
+bool UninstallTable::hasNoMatch() const {
+    return !m_page.filter().isEmpty() && m_list.rowCount() == 0;
 }
 
 void UninstallTable::tickSelection() {
@@ -125,21 +105,6 @@ void UninstallTable::tickSelection() {
 
 void UninstallTable::act(const QModelIndex &index) {
     m_page.cellClickOfView(index.row());
-}
-
-void UninstallTable::open(const QModelIndex &index) {
-    Platform::current().workspace->open(paths::fromVariant(index.data(Model::PathRole)));
-}
-
-void UninstallTable::reveal(const QModelIndex &index) {
-    Platform::current().workspace->reveal(paths::fromVariant(index.data(Model::PathRole)));
-}
-
-QString UninstallTable::pathText() const {
-    QStringList lines;
-    for (const QModelIndex &row : selectionModel()->selectedRows())
-        lines += paths::text(paths::fromVariant(row.data(Model::PathRole)).native());
-    return lines.join(u'\n');
 }
 
 void UninstallTable::addActions(QMenu &menu, const QModelIndex &index) {

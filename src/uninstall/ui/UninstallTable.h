@@ -22,12 +22,9 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
+    bool hasNoMatch() const override;
     void tickSelection() override;
     void act(const QModelIndex &index) override;
-    void open(const QModelIndex &index) override;
-    void reveal(const QModelIndex &index) override;
-    QString pathText() const override;
     void addActions(QMenu &menu, const QModelIndex &index) override;
 
 private:
@@ -37,7 +34,6 @@ private:
     UninstallAppsController &m_page;
     UninstallListModel &m_list;
     ImageTextCell *m_cells;
-    int m_scroll = 0;
 };
 
 } // namespace brightsweep
