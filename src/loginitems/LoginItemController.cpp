@@ -61,13 +61,11 @@ LoginItemController::LoginItemController(QObject *parent)
 
 LoginItemController::LoginItemController(Surroundings surroundings, QObject *parent)
     : QObject(parent), m_surroundings(std::move(surroundings)) {
-    source().setChangedHandler([this] { m_calls.post([this] { updateLoginItemsList(); }); });
+    m_watch = source().watch([this] { m_calls.post([this] { updateLoginItemsList(); }); });
     updateLoginItemsList();
 }
 
-LoginItemController::~LoginItemController() {
-    source().setChangedHandler(nullptr);
-}
+LoginItemController::~LoginItemController() = default;
 
 void LoginItemController::run(std::function<void()> work, std::function<void()> then) {
     if (m_waiting++ == 0)

@@ -106,7 +106,8 @@ private:
     bool m_isReadable = false;
     std::atomic<bool> m_isListingWanted{false}; ///< one waits, that has not begun
     CallQueue m_calls;
-    OperationQueue m_queue; ///< the last one: it waits for work that uses what stands above
+    std::shared_ptr<void> m_watch; // of the list, with calls by m_calls
+    OperationQueue m_queue;        ///< the last one: it waits for work that uses what stands above
 };
 
 } // namespace brightsweep

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -40,7 +41,7 @@ struct LoginItemEntry {
     bool operator==(const LoginItemEntry &) const = default;
 };
 
-/// The list of programs that start with the user's session. Every call but setChangedHandler() is
+/// The list of programs that start with the user's session. Every call but watch() is
 /// safe from every thread, reads or writes files of the home and is not for the main thread: a home
 /// on a server that does not answer is `errc::timed_out` or busy at best.
 class LoginItemSource {
@@ -71,10 +72,10 @@ public:
     /// The file of a user's entry.
     virtual std::filesystem::path pathOf(const std::string &file) = 0;
 
-    /// Told on a thread of its own when the user's entries may have changed, by whomever; changes
-    /// within 100 ms are told once. Null ends the watch and waits for a call under way. Main
-    /// thread.
-    virtual void setChangedHandler(std::function<void()> changed) = 0;
+    /// Told on a thread of its own when the user's entries may have changed, by whomever, as long
+    /// as the answer lives; changes within 100 ms are told once. Letting go of it waits for a call
+    /// under way. Main thread.
+    [[nodiscard]] virtual std::shared_ptr<void> watch(std::function<void()> changed) = 0;
 };
 
 } // namespace brightsweep

@@ -240,7 +240,7 @@ public:
     std::error_code setSystemItemStarted(const std::string &, bool) override { return fail(); }
     std::error_code start(const std::string &) override { return fail(); }
     std::filesystem::path pathOf(const std::string &) override { return {}; }
-    void setChangedHandler(std::function<void()>) override {}
+    std::shared_ptr<void> watch(std::function<void()>) override { return {}; }
 
 private:
     static std::error_code fail() { return std::make_error_code(unsupported); }

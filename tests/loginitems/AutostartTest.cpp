@@ -306,7 +306,7 @@ TEST_F(Autostart, AFullOrClosedFolderKeepsTheOldFile) {
 TEST_F(Autostart, HearsOfEveryChangeAlsoAfterTheFolderCameBack) {
     std::atomic<int> told = 0;
     std::filesystem::remove_all(user.top().parent_path());
-    source.setChangedHandler([&] { ++told; });
+    auto watch = source.watch([&] { ++told; });
     const std::pair<const char *, std::function<void()>> changes[] = {
         {"the folder comes", [&] { user.directory(""); }},
         {"made", [&] { user.file("a", "1"); }},
@@ -331,7 +331,7 @@ TEST_F(Autostart, HearsOfEveryChangeAlsoAfterTheFolderCameBack) {
         user.file(std::to_string(i));
     waitUntil([&] { return told > before; });
     EXPECT_LT(told - before, 100);
-    source.setChangedHandler(nullptr);
+    watch.reset();
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <mutex>
 
 namespace brightsweep::test {
@@ -55,7 +56,11 @@ public:
         return change("start " + file, "start", [] {});
     }
     std::filesystem::path pathOf(const std::string &file) override { return "/autostart/" + file; }
-    void setChangedHandler(std::function<void()> changed) override { m_changed = changed; }
+    std::shared_ptr<void> watch(std::function<void()> changed) override {
+        const auto watch = std::make_shared<std::function<void()>>(std::move(changed));
+        m_watches.push_back(watch);
+        return watch;
+    }
 
     /// The next `times` calls of that function fail.
     void fail(const std::string &function, std::errc error, int times = 1'000'000) {
@@ -72,8 +77,10 @@ public:
             m_entries = std::move(entries);
             m_system = std::move(system);
         }
-        if (m_changed)
-            m_changed();
+        for (const auto &each : m_watches) {
+            if (const auto watch = each.lock())
+                (*watch)();
+        }
     }
     std::vector<std::filesystem::path> paths() const {
         const std::lock_guard lock(m_mutex);
@@ -118,7 +125,7 @@ private:
     std::vector<LoginItemEntry> m_system;
     std::vector<std::string> m_calls;
     std::map<std::string, Failure> m_failing;
-    std::function<void()> m_changed;
+    std::vector<std::weak_ptr<std::function<void()>>> m_watches;
 };
 
 } // namespace brightsweep::test

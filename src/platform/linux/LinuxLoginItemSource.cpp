@@ -193,10 +193,6 @@ Result<std::string> textFor(const fs::path &path) {
 
 } // namespace
 
-LinuxLoginItemSource::LinuxLoginItemSource() = default;
-
-LinuxLoginItemSource::~LinuxLoginItemSource() = default;
-
 fs::path LinuxLoginItemSource::pathOf(const std::string &file) {
     return paths::join(userFolder(), file);
 }
@@ -438,10 +434,8 @@ std::error_code LinuxLoginItemSource::start(const std::string &file) {
     return {};
 }
 
-void LinuxLoginItemSource::setChangedHandler(std::function<void()> changed) {
-    m_watch.reset();
-    if (changed)
-        m_watch = std::make_unique<DirectoryWatch>(userFolder(), std::move(changed));
+std::shared_ptr<void> LinuxLoginItemSource::watch(std::function<void()> changed) {
+    return std::make_shared<DirectoryWatch>(userFolder(), std::move(changed));
 }
 
 } // namespace brightsweep
