@@ -169,6 +169,7 @@
     <message id="KIND_FOLDER"><translation>Eigener Ordner</translation></message>
     <message id="KIND_PACKAGE"><translation>Paket</translation></message>
     <message id="KIND_SNAP"><translation>Snap</translation></message>
+    <message id="LAUNCH_FAILED"><translation>Ob Brightsweep beim Anmelden startet, konnte nicht geändert werden: %1</translation></message>
     <message id="LEFT_BEHIND_ASK" numerus="yes"><translation><numerusform>%n Objekt mit %1 entfernen?</numerusform><numerusform>%n Objekte mit %1 entfernen?</numerusform></translation></message>
     <message id="LEFT_BEHIND_COUNT" numerus="yes"><translation><numerusform>%n Objekt zurückgeblieben</numerusform><numerusform>%n Objekte zurückgeblieben</numerusform></translation></message>
     <message id="LEFT_BEHIND_NONE"><translation>Es wurde nichts gefunden, was entfernte Programme zurückgelassen haben.</translation></message>

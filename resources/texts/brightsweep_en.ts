@@ -169,6 +169,7 @@
     <message id="KIND_FOLDER"><translation>Own folder</translation></message>
     <message id="KIND_PACKAGE"><translation>Package</translation></message>
     <message id="KIND_SNAP"><translation>Snap</translation></message>
+    <message id="LAUNCH_FAILED"><translation>Whether Brightsweep starts at login could not be changed: %1</translation></message>
     <message id="LEFT_BEHIND_ASK" numerus="yes"><translation><numerusform>Remove %n item, %1?</numerusform><numerusform>Remove %n items, %1?</numerusform></translation></message>
     <message id="LEFT_BEHIND_COUNT" numerus="yes"><translation><numerusform>%n item left behind</numerusform><numerusform>%n items left behind</numerusform></translation></message>
     <message id="LEFT_BEHIND_NONE"><translation>Nothing was found that applications that are gone have left behind.</translation></message>

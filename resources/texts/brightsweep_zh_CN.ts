@@ -169,6 +169,7 @@
     <message id="KIND_FOLDER"><translation>独立文件夹</translation></message>
     <message id="KIND_PACKAGE"><translation>软件包</translation></message>
     <message id="KIND_SNAP"><translation>Snap</translation></message>
+    <message id="LAUNCH_FAILED"><translation>无法更改 Brightsweep 是否在登录时启动：%1</translation></message>
     <message id="LEFT_BEHIND_ASK" numerus="yes"><translation><numerusform>要移除 %n 个项目（%1）吗？</numerusform></translation></message>
     <message id="LEFT_BEHIND_COUNT" numerus="yes"><translation><numerusform>%n 项残留</numerusform></translation></message>
     <message id="LEFT_BEHIND_NONE"><translation>未发现已移除的应用程序留下的内容。</translation></message>

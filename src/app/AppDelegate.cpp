@@ -3,7 +3,6 @@
 #include "app/AppPrefsWindowController.h"
 #include "app/RefreshLoop.h"
 #include "cleaning/NewMainViewController.h"
-#include "core/LaunchAtLogin.h"
 #include "core/SettingKeys.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
@@ -45,7 +44,8 @@ AppDelegate::AppDelegate(AppDelegateParts parts, QObject *parent)
                       Q_EMIT quitting();
                       _statusItem.setShown(false);
                   },
-                  m_parts.exit, m_parts.restart}) {
+                  m_parts.exit, m_parts.restart}),
+      m_launchWatch(m_parts.program) {
     connect(&m_menu, &StatusMenu::actionTriggered, this, &AppDelegate::menuAction);
     connect(&m_menu, &StatusMenu::menuVisibleChanged, this, [this](bool visible) {
         if (visible)
@@ -96,6 +96,7 @@ void AppDelegate::registNSnotification() {
     observe(QStringLiteral("PurchaseSuccess"), &AppDelegate::handlePurchase);
     observe(setStatusBarHiddenNotification, &AppDelegate::handleStatusBarHidden);
     observe(UserDefaultsDidChangeNotification, &AppDelegate::handleSetting);
+    observe(LaunchAtLoginDidChangeNotification, &AppDelegate::handleLaunchAtLogin);
 }
 
 // A setting is used as soon as it is made, here or elsewhere.
@@ -107,11 +108,19 @@ void AppDelegate::handleSetting(const Notification &notification) {
     } else if (key == DSShowStatusItem) {
         setStatusBarHidden(PreferenceViewController::getHiddenStatusItem());
     } else if (key == DSLoginCheckKey) {
-        m_menu.setChecked(MenuAction::LaunchAtLogin,
-                          LaunchAtLogin::readeFileOfLaunchAppWhenLogin().toInt() != 0);
+        m_menu.setChecked(MenuAction::LaunchAtLogin, LaunchAtLogin::isOn());
     } else if (notification.userInfo.value(QStringLiteral("elsewhere")).toBool()) {
         AppPrefsWindowController::sharedPrefsWindowController().showCategorySetting(key);
     }
+}
+
+void AppDelegate::handleLaunchAtLogin(const Notification &) {
+    m_menu.setChecked(MenuAction::LaunchAtLogin, LaunchAtLogin::isOn());
+    if (!m_asksForLaunch || !LaunchAtLogin::isIdle())
+        return;
+    m_asksForLaunch = false;
+    if (const QString problem = LaunchAtLogin::problem(); !problem.isEmpty())
+        Q_EMIT alertRequested(problem);
 }
 
 void AppDelegate::addMainFuction() {
@@ -260,7 +269,8 @@ void AppDelegate::runAsMain() {
 void AppDelegate::launchAppWhenLogin(int state) {
     const int wanted = state == 0 ? 1 : 0;
     m_menu.setChecked(MenuAction::LaunchAtLogin, wanted == 1);
-    LaunchAtLogin::launchAppWhenLogin(wanted, m_parts.program);
+    m_asksForLaunch = true;
+    LaunchAtLogin::launchAppWhenLogin(wanted);
 }
 
 void AppDelegate::menuAction(MenuAction action) {

@@ -4,6 +4,7 @@
 #include "app/RunningInstance.h"
 #include "cleaning/CleanWindow.h"
 #include "core/Clock.h"
+#include "core/LaunchAtLogin.h"
 #include "core/SettingsWatch.h"
 #include "foundation/CallQueue.h"
 #include "memory/ClearMemory.h"
@@ -142,6 +143,7 @@ private:
     void handleRebuild(const Notification &) { refMenuItemWhenDeleteAndAdd(); }
     void handleStatusBarHidden(const Notification &notification);
     void handleSetting(const Notification &notification);
+    void handleLaunchAtLogin(const Notification &notification);
     void handlePurchase(const Notification &) { addMainFuction(); }
     void handleCloseCleanWindow(const Notification &notification);
     void cleanMemoryClickAction(const Notification &notification);
@@ -171,6 +173,8 @@ private:
     VolumeRows m_volumes;
     RunningInstance m_instance;
     SettingsWatch m_settingsWatch;
+    LaunchAtLogin::Watch m_launchWatch;
+    bool m_asksForLaunch = false; ///< the menu has asked for a change that has not ended
     std::unique_ptr<WatchMountUnmount> watchMu;
     std::unique_ptr<AppController> m_mainWindow;
     std::unique_ptr<CleanWindow> clrSysController;

@@ -2,7 +2,6 @@
 
 #include "app/AppDelegate.h"
 #include "app/LicenceGate.h"
-#include "core/LaunchAtLogin.h"
 #include "core/SettingKeys.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
@@ -162,7 +161,7 @@ void AppDelegate::addOtherItem() {
     m_menu.addSeparator();
     m_menu.addAction(MenuAction::MainWindow, QStringLiteral(QT_TRID_NOOP("Main Window")), {}, true);
     m_menu.addAction(MenuAction::LaunchAtLogin, QStringLiteral(QT_TRID_NOOP("Launch at login")), {},
-                     true, LaunchAtLogin::readeFileOfLaunchAppWhenLogin().toInt() != 0);
+                     true, LaunchAtLogin::isOn());
     m_menu.addSeparator();
     m_menu.addAction(MenuAction::Quit, QStringLiteral(QT_TRID_NOOP("Quit Brightsweep")),
                      QStringLiteral("q"), true);

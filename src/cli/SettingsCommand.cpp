@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 #include "cli/JsonWriter.h"
+#include "core/LaunchAtLogin.h"
 #include "core/SettingKeys.h"
 #include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
@@ -203,6 +204,20 @@ int saved(Output &output) {
     return Failed;
 }
 
+// Stores what was set; a setting that something else goes with has that follow.
+int settle(const SettingKey &setting, Output &output) {
+    const int status = saved(output);
+    if (setting.key != DSLoginCheckKey || status != Done)
+        return status;
+    const bool wanted = UserDefaults::standardUserDefaults().integerForKey(setting.key) == 1;
+    const auto error = LaunchAtLogin::renewEntry(wanted, LaunchAtLogin::ownProgram());
+    if (!error)
+        return Done;
+    output.warning("The login item of the program could not be " +
+                   std::string(wanted ? "made: " : "removed: ") + error.message() + '.');
+    return Failed;
+}
+
 struct Action {
     const char *name;
     int arguments; // behind the name
@@ -250,13 +265,13 @@ int run(const QCommandLineParser &parser, Output &output) {
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
     if (name == "reset") {
         defaults.removeObject(setting->key);
-        return saved(output);
+        return settle(*setting, output);
     }
     const QVariant value = valueFromText(*setting, argumentBytes(arguments[2]));
     if (!value.isValid())
         return output.usage("Write " + wantedText(*setting) + " for " + key + ".");
     defaults.setObject(setting->key, value);
-    return saved(output);
+    return settle(*setting, output);
 }
 
 } // namespace

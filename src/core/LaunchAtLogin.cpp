@@ -3,9 +3,13 @@
 #include "core/Operation.h"
 #include "core/OperationQueue.h"
 #include "core/SettingKeys.h"
+#include "core/Texts.h"
 #include "core/UKLoginItemRegistry.h"
+#include "foundation/CallQueue.h"
 #include "foundation/Identity.h"
 #include "foundation/Log.h"
+#include "foundation/NotificationCenter.h"
+#include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
 #include "platform/Platform.h"
 
@@ -13,40 +17,89 @@
 #include <QFile>
 
 #include <algorithm>
+#include <atomic>
+#include <functional>
 #include <limits>
 #include <memory>
+#include <optional>
 
 namespace brightsweep {
 
 namespace {
 
-class EntryRenewal final : public Operation {
+// What is known of the entry, by the main thread.
+struct Known {
+    std::filesystem::path program;            // the watched one
+    std::optional<bool> starts;               // as last read
+    std::error_code problem;                  // of the last change
+    int asked = 0;                            // readings and changes under way
+    int changes = 0;                          // of them
+    bool wanted = false;                      // by the last change
+    std::atomic<bool> isReadingWanted{false}; // one waits, that has not begun
+    CallQueue calls;
+    OperationQueue queue; // the last one: it waits for work that uses what stands above
+};
+
+std::unique_ptr<Known> &known() {
+    // Never destroyed: the process ends without destructors.
+    static auto *const it = new std::unique_ptr<Known>(std::make_unique<Known>());
+    return *it;
+}
+
+class Work final : public Operation {
 public:
-    EntryRenewal(bool wanted, std::filesystem::path program)
-        : m_wanted(wanted), m_program(std::move(program)) {}
+    explicit Work(std::function<void()> work) : m_work(std::move(work)) {}
 
     void main() override {
-        UKLoginItemRegistry::removeLoginItemWithPath(m_program);
-        // One that was made before the program moved.
-        if (!m_wanted)
-            Platform::current().loginItems->remove(std::string(bundleIdentifier) + ".desktop");
-        if (!m_wanted || UKLoginItemRegistry::addLoginItemWithPath(m_program, false))
-            return;
-        NSLog("Registry login item failed!!!");
-        const std::string reason = Platform::current().loginItems->unavailableReason();
-        if (!reason.empty())
-            NSLog("Login items are not available: %@", reason);
+        if (!isCancelled())
+            m_work();
     }
 
 private:
-    const bool m_wanted;
-    const std::filesystem::path m_program;
+    std::function<void()> m_work;
 };
 
-OperationQueue &renewals() {
-    // Never destroyed: the process ends without destructors.
-    static auto *const queue = new OperationQueue;
-    return *queue;
+std::string ownFile() {
+    return std::string(bundleIdentifier) + ".desktop";
+}
+
+std::optional<bool> isStarted(const std::filesystem::path &program) {
+    const auto items = UKLoginItemRegistry::allLoginItems();
+    if (!items)
+        return {};
+    return std::any_of(items->begin(), items->end(), [&](const LoginItem &item) {
+        return (item.entry.path == program || item.entry.file == ownFile()) && !item.hidden &&
+               !item.entry.missing && item.entry.obstacle == LoginItemObstacle::None;
+    });
+}
+
+// Changes the entry where that is wanted, and reads it.
+void ask(const std::filesystem::path &program, std::optional<bool> wanted = {}) {
+    Known &now = *known();
+    // What was asked for and has not begun sees all that has happened until now.
+    if (!wanted && now.isReadingWanted.exchange(true))
+        return;
+    ++now.asked;
+    now.changes += wanted ? 1 : 0;
+    now.wanted = wanted.value_or(now.wanted);
+    now.queue.addOperation(std::make_shared<Work>([&now, program, wanted] {
+        std::error_code problem;
+        if (wanted)
+            problem = LaunchAtLogin::renewEntry(*wanted, program);
+        else
+            now.isReadingWanted = false;
+        const auto starts = isStarted(program);
+        now.calls.post([wanted, problem, starts] {
+            Known &then = *known();
+            --then.asked;
+            then.starts = starts;
+            if (wanted) {
+                --then.changes;
+                then.problem = problem;
+            }
+            NotificationCenter::defaultCenter().post(LaunchAtLoginDidChangeNotification);
+        });
+    }));
 }
 
 } // namespace
@@ -68,18 +121,68 @@ QString LaunchAtLogin::readeFileOfLaunchAppWhenLogin() {
 }
 
 void LaunchAtLogin::launchAppWhenLogin(int state, const std::filesystem::path &program) {
+    const auto &watched = known()->program;
+    ask(!program.empty() ? program : !watched.empty() ? watched : ownProgram(), state == 1);
     writeFileOfLaunchAppWhenLogin(QString::number(state));
-    renewals().addOperation(
-        std::make_shared<EntryRenewal>(state == 1, program.empty() ? ownProgram() : program));
 }
 
 bool LaunchAtLogin::isIdle() {
-    return renewals().isIdle();
+    return known()->asked == 0;
+}
+
+std::error_code LaunchAtLogin::renewEntry(bool wanted, const std::filesystem::path &program) {
+    const auto items = UKLoginItemRegistry::allLoginItems();
+    std::error_code error = items ? std::error_code() : std::make_error_code(std::errc::io_error);
+    for (const LoginItem &item : items.value_or(std::vector<LoginItem>())) {
+        // Or one that was made before the program moved.
+        if (item.entry.path != program && item.entry.file != ownFile())
+            continue;
+        const std::error_code failure =
+            UKLoginItemRegistry::removeLoginItemWithFile(item.entry.file);
+        error = error ? error : failure;
+    }
+    if (wanted)
+        error = UKLoginItemRegistry::addLoginItem(program, false).error();
+    if (!error)
+        return {};
+    NSLog("Registry login item failed!!!");
+    const std::string reason = Platform::current().loginItems->unavailableReason();
+    if (!reason.empty())
+        NSLog("Login items are not available: %@", reason);
+    return error;
+}
+
+LaunchAtLogin::Watch::Watch(std::filesystem::path program) {
+    known()->program = program.empty() ? ownProgram() : std::move(program);
+    m_source = Platform::current().loginItems->watch(
+        [&calls = known()->calls] { calls.post([] { ask(known()->program); }); });
+    ask(known()->program);
+}
+
+LaunchAtLogin::Watch::~Watch() {
+    m_source.reset();
+    // Waits for the old one's work.
+    known() = nullptr;
+    known() = std::make_unique<Known>();
+}
+
+bool LaunchAtLogin::isOn() {
+    const Known &now = *known();
+    if (now.changes > 0)
+        return now.wanted;
+    return now.starts.value_or(readeFileOfLaunchAppWhenLogin().toInt() != 0);
+}
+
+QString LaunchAtLogin::problem() {
+    const std::error_code problem = known()->problem;
+    return problem ? localizedText("LAUNCH_FAILED")
+                         .arg(localizedText(QString::fromStdString(problem.message())))
+                   : QString();
 }
 
 std::filesystem::path LaunchAtLogin::ownProgram() {
-    const QByteArray bytes = QFile::encodeName(QCoreApplication::applicationFilePath());
-    return bytes.toStdString();
+    const QByteArray folder = QFile::encodeName(QCoreApplication::applicationDirPath());
+    return paths::join(folder.toStdString(), "brightsweep");
 }
 
 } // namespace brightsweep

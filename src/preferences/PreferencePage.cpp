@@ -1,5 +1,6 @@
 // The controls of the preferences page.
 
+#include "core/LaunchAtLogin.h"
 #include "core/MacLog.h"
 #include "core/SettingKeys.h"
 #include "foundation/Identity.h"
@@ -58,6 +59,9 @@ PreferenceViewController::PreferenceViewController(Surroundings surroundings, QO
             else
                 m_queue.post([this] { Q_EMIT settingsChanged(); });
         });
+    NotificationCenter::defaultCenter().addObserver(
+        this, LaunchAtLoginDidChangeNotification,
+        [this](const Notification &) { Q_EMIT settingsChanged(); });
 }
 
 PreferenceViewController::~PreferenceViewController() {
@@ -99,7 +103,11 @@ int PreferenceViewController::updateTime() const {
 }
 
 bool PreferenceViewController::checkBoxBtn() const {
-    return stored().boolForKey(DSLoginCheckKey);
+    return LaunchAtLogin::isOn();
+}
+
+QString PreferenceViewController::launchProblem() const {
+    return LaunchAtLogin::problem();
 }
 
 Qt::CheckState PreferenceViewController::category(int tag) const {

@@ -93,6 +93,8 @@ public:
     bool showStatusBtn() const { return getHiddenStatusItem(); }
     /// Ticked: launch at login.
     bool checkBoxBtn() const;
+    /// Why launch at login could not be changed, in words; empty where it could.
+    QString launchProblem() const;
     /// The state of a category, by its tag from 1 on.
     Qt::CheckState category(int tag) const;
     bool categoriesAreFree() const;

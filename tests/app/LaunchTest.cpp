@@ -52,6 +52,7 @@ TEST_F(Launch, OpensTheWindowOnTheFirstRow) {
 TEST_F(Launch, StaysInTheTrayWhenStartedWithTheSession) {
     UserDefaults::standardUserDefaults().setObject(DSLoginCheckKey, QStringLiteral("YES"));
     parts.refreshInterval = std::chrono::milliseconds(1);
+    loginItems.become({{.file = "b", .path = "/opt/brightsweep"}});
     QObject context;
     int ticks = 0;
     NotificationCenter::defaultCenter().addObserver(&context, updateNewDiskSizeViewNotification,
@@ -179,6 +180,44 @@ TEST_F(Launch, LaunchAtLoginRenewsTheEntry) {
     EXPECT_EQ(loginItems.paths(), (std::vector<std::filesystem::path>{"/other"}));
     EXPECT_FALSE(delegate->menu().isChecked(MenuAction::LaunchAtLogin));
     EXPECT_EQ(UserDefaults::standardUserDefaults().integerForKey(DSLoginCheckKey), 0);
+}
+
+TEST_F(Launch, LaunchAtLoginShowsWhatTheEntryIs) {
+    UserDefaults::standardUserDefaults().setObject(DSLoginCheckKey, 1);
+    launch();
+    QStringList alerts;
+    QObject::connect(delegate.get(), &AppDelegate::alertRequested,
+                     [&](const QString &text) { alerts += text; });
+    using enum LoginItemObstacle;
+    const std::string own = "com.norvmac.DeskSweeperPro.desktop";
+    const PreferenceViewController &page =
+        *AppPrefsWindowController::sharedPrefsWindowController().prefView();
+    const std::pair<std::vector<LoginItemEntry>, bool> rows[] = {
+        {{}, false},
+        {{{.file = "b", .path = "/opt/brightsweep"}}, true},
+        {{{.file = "b", .path = "/opt/brightsweep", .hidden = true}}, false},
+        {{{.file = own, .path = "/else"}}, true},
+        {{{.file = own, .path = "/gone", .missing = true}}, false},
+        {{{.file = own, .path = "/else", .obstacle = OtherDesktop}}, false},
+    };
+    for (const auto &[entries, isOn] : rows) {
+        loginItems.become(entries);
+        EXPECT_TRUE(eventually([&, on = isOn] {
+            return delegate->menu().isChecked(MenuAction::LaunchAtLogin) == on &&
+                   page.checkBoxBtn() == on;
+        })) << isOn;
+    }
+    for (const char *failing : {"add", "remove"}) {
+        loginItems.fail(failing, std::errc::read_only_file_system, 1);
+        delegate->menu().activate(MenuAction::LaunchAtLogin);
+        const bool wanted = delegate->menu().isChecked(MenuAction::LaunchAtLogin);
+        EXPECT_TRUE(eventually([&] { return LaunchAtLogin::isIdle(); }));
+        EXPECT_NE(delegate->menu().isChecked(MenuAction::LaunchAtLogin), wanted);
+        EXPECT_TRUE(page.launchProblem().endsWith(QLatin1String("Read-only file system")));
+        loginItems.become({{.file = own, .path = "/else"}});
+        waitUntil([&] { return page.checkBoxBtn(); });
+    }
+    EXPECT_EQ(alerts.size(), 2);
 }
 
 TEST_F(Launch, WithoutAHostItSaysOnceWhereItIs) {

@@ -455,11 +455,9 @@ TEST_F(Menu, SettingsOfAnotherProcessAreUsedAtOnce) {
     EXPECT_TRUE(page.row(0).isTicked());
     UserDefaults other(UserDefaults::standardUserDefaults().file());
     other.setObject(DSShowStatusItem, true);
-    other.setObject(DSLoginCheckKey, 1);
     other.setObject(DSSystemCachesKey, 0);
     other.setObject(DSSpaceAlarmKey, 1.0F);
     waitUntil([&] { return !item->shown && !page.row(0).isTicked(); });
-    EXPECT_TRUE(delegate->menu().isChecked(MenuAction::LaunchAtLogin));
     EXPECT_TRUE(item->images[0].argb.ends_with("%-1.png"));
 }
 

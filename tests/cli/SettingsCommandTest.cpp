@@ -2,6 +2,7 @@
 #include "foundation/FileDescriptor.h"
 #include "foundation/UserDefaults.h"
 #include "support/ChildProcess.h"
+#include "support/TestEnvironment.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -10,6 +11,8 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
+
+#include <fstream>
 
 namespace brightsweep {
 namespace {
@@ -114,6 +117,19 @@ TEST(SettingsCommand, WrongUsageSaysWhatToWriteAndChangesNothing) {
         EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << name;
     }
     EXPECT_FALSE(std::filesystem::exists(UserDefaults::standardUserDefaults().file()));
+}
+
+TEST(SettingsCommand, LaunchAtLoginMakesTheEntryAndTakesItAway) {
+    const auto folder = test::TestEnvironment::current().home() / ".config/autostart";
+    const auto entry = folder / "com.norvmac.DeskSweeperPro.desktop";
+    for (const auto &words : std::vector<std::vector<std::string>>{
+             {"set", "LoginCheck", "1"}, {"set", "LoginCheck", "0"}, {"reset", "LoginCheck"}}) {
+        EXPECT_EQ(settings(words).status, 0);
+        EXPECT_EQ(std::filesystem::exists(entry), words.back() == "1");
+    }
+    std::filesystem::remove(folder);
+    std::ofstream(folder) << "in its place";
+    EXPECT_EQ(settings({"set", "LoginCheck", "1"}).status, 1);
 }
 
 TEST(SettingsCommand, AStoreThatCannotBeWrittenFails) {

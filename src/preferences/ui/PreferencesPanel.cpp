@@ -237,7 +237,10 @@ void PreferencesPanel::makeLaunch(QVBoxLayout &box) {
     showStatusBtn->setObjectName(QStringLiteral("showStatusBtn"));
     connect(showStatusBtn, &QCheckBox::toggled, &m_controller,
             &Controller::changeShowStatusBtnClick);
+    m_launchProblem = makeNote("preferences.launchProblem", box.parentWidget());
+    m_launchProblem->setProperty("danger", true);
     box.addWidget(checkBoxBtn);
+    box.addWidget(m_launchProblem);
     box.addWidget(showStatusBtn);
 }
 
@@ -341,6 +344,8 @@ void PreferencesPanel::follow() {
     selectTag(*updateTime, m_controller.updateTime());
     tick(*showStatusBtn, m_controller.showStatusBtn());
     tick(*checkBoxBtn, m_controller.checkBoxBtn());
+    m_launchProblem->setText(m_controller.launchProblem());
+    m_launchProblem->setVisible(!m_launchProblem->text().isEmpty());
     tick(*m_mayAsk, m_controller.cleanMayAskForRights());
     selectTag(*m_language, m_controller.language());
     m_restart->setVisible(m_controller.needsRestart());

@@ -63,6 +63,7 @@ private:
     QComboBox *updateTime = nullptr;
     QCheckBox *showStatusBtn = nullptr;
     QCheckBox *checkBoxBtn = nullptr;
+    QLabel *m_launchProblem = nullptr;
     std::array<QCheckBox *, 6> m_categories{};
     QLabel *m_categoryWords = nullptr;
     QCheckBox *m_mayAsk = nullptr;
