@@ -395,6 +395,7 @@
     <message id="UNINSTALL_LEAVES_NOTHING"><translation>Es ist nichts bekannt, was es zurückließe.</translation></message>
     <message id="UNINSTALL_LISTING"><translation>Programme werden gesucht…</translation></message>
     <message id="UNINSTALL_MEASURING"><translation>Wird gemessen…</translation></message>
+    <message id="UNINSTALL_NEEDS_RIGHTS"><translation>Dafür sind Administratorrechte nötig; ohne sie wird nichts davon entfernt.</translation></message>
     <message id="UNINSTALL_NOTHING_GOES"><translation>Nichts davon lässt sich deinstallieren.</translation></message>
     <message id="UNINSTALL_NOT_LISTED"><translation>Die Programme konnten nicht aufgelistet werden.</translation></message>
     <message id="UNINSTALL_PLANNING"><translation>Es wird ermittelt, was mitgeht…</translation></message>

@@ -395,6 +395,7 @@
     <message id="UNINSTALL_LEAVES_NOTHING"><translation>Nothing is known that it would leave behind.</translation></message>
     <message id="UNINSTALL_LISTING"><translation>Looking for applications…</translation></message>
     <message id="UNINSTALL_MEASURING"><translation>Measuring…</translation></message>
+    <message id="UNINSTALL_NEEDS_RIGHTS"><translation>It takes administrator rights; without them nothing of it goes.</translation></message>
     <message id="UNINSTALL_NOTHING_GOES"><translation>Nothing of this can be uninstalled.</translation></message>
     <message id="UNINSTALL_NOT_LISTED"><translation>The applications could not be listed.</translation></message>
     <message id="UNINSTALL_PLANNING"><translation>Finding out what goes with it…</translation></message>

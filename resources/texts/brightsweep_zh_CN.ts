@@ -395,6 +395,7 @@
     <message id="UNINSTALL_LEAVES_NOTHING"><translation>未发现它会留下的内容。</translation></message>
     <message id="UNINSTALL_LISTING"><translation>正在查找应用程序…</translation></message>
     <message id="UNINSTALL_MEASURING"><translation>正在计算大小…</translation></message>
+    <message id="UNINSTALL_NEEDS_RIGHTS"><translation>这需要管理员权限；没有权限时不会移除其中任何内容。</translation></message>
     <message id="UNINSTALL_NOTHING_GOES"><translation>这些都无法卸载。</translation></message>
     <message id="UNINSTALL_NOT_LISTED"><translation>无法列出应用程序。</translation></message>
     <message id="UNINSTALL_PLANNING"><translation>正在确定会一并移除的内容…</translation></message>

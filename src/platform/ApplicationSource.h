@@ -62,6 +62,8 @@ struct Leftover {
     /// What it was when it was found; another one by then stays.
     FileAttributes seen;
     std::uint64_t entries = 0; ///< below a folder, when it was found
+    /// A part of it would stay without administrator rights, so that then nothing of it goes.
+    bool needsRights = false;
 };
 
 /// Why a removal is not attempted.

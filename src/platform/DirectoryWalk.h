@@ -83,6 +83,8 @@ public:
     /// Known once it has been opened.
     std::uint64_t device() const { return m_device; }
     std::uint64_t inode() const { return m_inode; }
+    /// Within entries() alone.
+    const OpenDirectory &opened() const { return *m_open; }
 
 private:
     friend class DirectoryWalk;

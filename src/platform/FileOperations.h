@@ -277,6 +277,10 @@ public:
     /// The error that a removal would meet before anything of the item goes: its refusal, or what
     /// keeps its name in its folder. Empty when nothing does.
     virtual std::error_code checkRemoval(const OpenItem &item) = 0;
+    /// The error that a removal would meet at the entries of a block of that directory: what keeps
+    /// one of them in it, or from being looked into. Modes that it would open up are no obstacle.
+    virtual std::error_code checkEntries(const OpenDirectory &directory,
+                                         const DirectoryBlock &block) = 0;
     /// Why a removal with administrator rights would leave the item alone. Empty when it would not.
     virtual std::error_code refusalWithRights(const OpenItem &item) = 0;
     /// Removes the item with all below it. Nothing is removed across a mount, and an item that is

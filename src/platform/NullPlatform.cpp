@@ -111,6 +111,9 @@ public:
     std::error_code checkRemoval(const OpenItem &) override {
         return std::make_error_code(unsupported);
     }
+    std::error_code checkEntries(const OpenDirectory &, const DirectoryBlock &) override {
+        return std::make_error_code(unsupported);
+    }
     std::error_code refusalWithRights(const OpenItem &) override {
         return std::make_error_code(unsupported);
     }

@@ -6,6 +6,7 @@
 #include "platform/DirectoryWalk.h"
 #include "platform/MountsBelow.h"
 #include "platform/Platform.h"
+#include "removal/NvAuthorization.h"
 #include "uninstall/LeftoverRules.h"
 
 #include <algorithm>
@@ -19,7 +20,8 @@ namespace {
 class Contents final : public DirectoryWalk::Visitor {
 public:
     Contents(FileOperations &files, OpenDirectory directory, const std::atomic<bool> *stop)
-        : m_mounts(MountsBelow::of(files, directory)),
+        : m_files(files),
+          m_mounts(MountsBelow::of(files, directory)),
           m_walk(files, *this, {WantedAttributes::NonDirectories, 0, stop}) {
         m_walk.addRoot(std::make_shared<const OpenDirectory>(std::move(directory)), nullptr);
     }
@@ -27,7 +29,9 @@ public:
     bool run() { return m_walk.run(); }
 
     void entries(DirectoryWalk::Directory &directory, const DirectoryBlock &block) override {
+        const bool keeps = isForWantOfPermission(m_files.checkEntries(directory.opened(), block));
         const std::lock_guard lock(m_mutex);
+        needsRights = needsRights || keeps;
         for (const DirectoryEntry &entry : block.entries()) {
             ++count;
             newest = std::max(newest, entry.type == EntryType::Directory ? 0 : entry.modified);
@@ -43,12 +47,24 @@ public:
     std::int64_t newest = 0; ///< of the files
     std::uint64_t bytes = 0;
     bool holdsData = false;
+    bool needsRights = false;
 
 private:
+    FileOperations &m_files;
     const MountsBelow m_mounts;
     DirectoryWalk m_walk;
     std::mutex m_mutex;
 };
+
+// True for a folder that is closed to the user, and another's.
+bool isKeptClosed(FileOperations &files, const OpenItem &item) {
+    DirectoryBlock block;
+    DirectoryEntry &entry = block.fill().emplace_back();
+    entry.name = item.name.c_str();
+    entry.nameLength = std::uint32_t(item.name.size());
+    entry.type = EntryType::Directory;
+    return isForWantOfPermission(files.checkEntries(item.folder->directory(), block));
+}
 
 // Why settings are data after all; nothing where they are not.
 const char *dataReason(const Leftover &leftover, bool holdsData) {
@@ -75,12 +91,15 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
     leftover.reason = std::move(reason);
     leftover.target = target;
     leftover.seen = item->attributes;
+    leftover.needsRights = isForWantOfPermission(files.checkRemoval(*item));
     bool holdsData = false;
     std::int64_t newest = leftover.seen.modified;
     if (leftover.seen.type == EntryType::Directory) {
         auto directory = files.openDirectoryAt(item->folder->directory(), item->name.c_str());
         // What cannot be read may hold anything.
         holdsData = !directory;
+        if (!directory && isKeptClosed(files, *item))
+            leftover.needsRights = true;
         if (directory) {
             Contents contents(files, *std::move(directory), look.stop);
             if (!contents.run())
@@ -88,6 +107,7 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
             leftover.bytes = contents.bytes;
             leftover.entries = contents.count;
             holdsData = contents.holdsData;
+            leftover.needsRights = leftover.needsRights || contents.needsRights;
             newest = contents.newest;
         }
     } else {
@@ -122,6 +142,15 @@ bool hasLeftoverChanged(const Leftover &shown, const Leftover &now) {
              (then.size != now.seen.size || then.modified != now.seen.modified)));
 }
 
+bool holdsRights() {
+    return NvAuthorization::shareNvAuthorization().isHeld(RightsPurpose::Files);
+}
+
+RemovalOutcome lackOfRights() {
+    return {false, std::make_error_code(std::errc::permission_denied),
+            "administrator rights are needed", true, false};
+}
+
 RemovalOutcome removeAsShown(ItemRemoval &removal, const Leftover &shown,
                              const std::atomic<bool> *stop) {
     const auto item = removal.reach(shown.target);
@@ -136,6 +165,13 @@ RemovalOutcome removeAsShown(ItemRemoval &removal, const Leftover &shown,
         if (!now || hasLeftoverChanged(shown, *now) || hasLeftoverChanged(shown, reached)) {
             NSLog("Not removed, for it has changed: %@", shown.path);
             return {false, RemovalError::Changed, {}, false, false};
+        }
+        if (now->needsRights && !holdsRights())
+            return lackOfRights();
+        if (now->needsRights) {
+            // Rights that do not reach it would leave a part of it.
+            if (const auto refusal = Platform::current().files->refusalWithRights(*item))
+                return {false, refusal, {}, false, false};
         }
     }
     return removal.remove(shown.target, item);

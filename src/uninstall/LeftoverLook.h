@@ -31,9 +31,15 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
 /// something since. A cache may gain as it likes.
 bool hasLeftoverChanged(const Leftover &shown, const Leftover &now);
 
-/// Removes an item that was shown, unless it has changed since: RemovalError::Changed. One that has
-/// gone by itself counts as removed. Part of the removal run that is under way.
+/// Removes an item that was shown, unless it has changed since: RemovalError::Changed. Without
+/// rights that a part of it takes nothing of it goes. One that has gone by itself counts as
+/// removed. Part of the removal run that is under way.
 RemovalOutcome removeAsShown(ItemRemoval &removal, const Leftover &shown,
                              const std::atomic<bool> *stop = nullptr);
+
+/// True where rights to remove files are held.
+bool holdsRights();
+/// The outcome of a removal that was not begun for want of them.
+RemovalOutcome lackOfRights();
 
 } // namespace brightsweep

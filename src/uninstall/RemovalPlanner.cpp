@@ -29,8 +29,12 @@ void lookAtItself(RemovalPlan &plan, const std::atomic<bool> *stop) {
     if (itself) {
         plan.itself = *std::move(itself);
         const auto item = Platform::current().files->openItem(*target);
-        if (item && item->refusal)
-            block(plan, Blocker::Unsupported, item->refusal.message());
+        std::error_code refusal;
+        if (item)
+            refusal = plan.itself.needsRights ? Platform::current().files->refusalWithRights(*item)
+                                              : item->refusal;
+        if (refusal)
+            block(plan, Blocker::Unsupported, refusal.message());
         return;
     }
     const auto item = Platform::current().files->openItem(*target);
@@ -72,11 +76,7 @@ bool takesRights(const RemovalPlan &plan) {
 }
 
 bool needsRights(const RemovalPlan &plan) {
-    if (plan.blocker != Blocker::None || !isPlainFiles(plan.application))
-        return takesRights(plan);
-    FileOperations &files = *Platform::current().files;
-    const auto item = files.openItem(plan.itself.target);
-    return item && isForWantOfPermission(files.checkRemoval(*item));
+    return takesRights(plan) || (plan.blocker == Blocker::None && plan.itself.needsRights);
 }
 
 RemovalPlanner::RemovalPlanner(std::vector<InstalledApplication> installed)

@@ -31,7 +31,7 @@ ApplicationSource *sourceOf(ApplicationKind kind);
 bool isPlainFiles(const InstalledApplication &application);
 /// True where its removal takes rights from the beginning.
 bool takesRights(const RemovalPlan &plan);
-/// True where it cannot go without rights, as it looks now; asks the disk.
+/// True where it cannot go without rights, as it looked when it was planned.
 bool needsRights(const RemovalPlan &plan);
 
 } // namespace brightsweep

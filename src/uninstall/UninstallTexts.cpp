@@ -4,6 +4,7 @@
 #include "core/Texts.h"
 #include "foundation/Identity.h"
 #include "foundation/Paths.h"
+#include "uninstall/RemovalPlanner.h"
 
 #include <array>
 #include <set>
@@ -134,6 +135,8 @@ QStringList sentences(const RemovalPlan &plan) {
         sentences += localizedText("UNINSTALL_ALONG", plan.also.size()).arg(listed(plan.also));
     if (const auto &entries = plan.application.otherEntries; !entries.empty())
         sentences += localizedText("UNINSTALL_ENTRIES").arg(listed(entries));
+    if (needsRights(plan))
+        sentences += localizedText("UNINSTALL_NEEDS_RIGHTS");
     if (!plan.running.empty())
         sentences +=
             localizedText("UNINSTALL_RUNNING")

@@ -38,6 +38,11 @@ std::string wordsOf(const RemovalOutcome &outcome) {
     return outcome.words.empty() ? outcome.error.message() : outcome.words;
 }
 
+Uninstallation::Item itemOf(const Leftover &shown, const RemovalOutcome &outcome) {
+    return {shown.path, shown.bytes, outcome.removed,
+            outcome.removed ? std::string() : wordsOf(outcome), outcome.neededRights};
+}
+
 } // namespace
 
 bool Uninstallation::Record::isWhole() const {
@@ -164,6 +169,14 @@ RemovalResult Uninstallation::removeSet(std::size_t leader) {
 }
 
 void Uninstallation::removeBundle(Record &record) {
+    const Leftover &bundle = record.plan.itself;
+    // Not its leftovers either, which would go first.
+    if (bundle.needsRights && !holdsRights()) {
+        record.items = {itemOf(bundle, lackOfRights())};
+        record.message = record.items.front().error;
+        record.outcome = UninstallOutcome::NeedsRights;
+        return;
+    }
     std::vector<Leftover> ticked;
     for (const Leftover &leftover : record.plan.leftovers) {
         if (leftover.ticked)
@@ -223,6 +236,7 @@ bool Uninstallation::removeFolder(Record &record, const std::vector<std::filesys
         return false;
     }
     bool isGone = true;
+    std::vector<Leftover> going;
     for (const std::string &name : namesInFolder(*root)) {
         const auto isKept = [&](const std::filesystem::path &path) {
             return path.filename() == name;
@@ -230,8 +244,18 @@ bool Uninstallation::removeFolder(Record &record, const std::vector<std::filesys
         if (std::any_of(kept.begin(), kept.end(), isKept))
             continue;
         const auto item = lookAtLeftover({*root, name}, LeftoverKind::Data, {}, {m_stop});
-        isGone = item && removeItem(record, *item) && isGone;
+        if (item)
+            going.push_back(*item);
+        else
+            isGone = false;
     }
+    const auto needsRights = [](const Leftover &item) { return item.needsRights; };
+    if (std::any_of(going.begin(), going.end(), needsRights) && !holdsRights()) {
+        record.items.push_back(itemOf(itself, lackOfRights()));
+        return false;
+    }
+    for (const Leftover &item : going)
+        isGone = removeItem(record, item) && isGone;
     return isGone;
 }
 
@@ -261,8 +285,7 @@ Uninstallation::Item Uninstallation::removeItem(const Leftover &shown,
     ItemRemoval removal(&stop);
     if (!stop)
         outcome = removeAsShown(removal, shown, &stop);
-    return {shown.path, shown.bytes, outcome.removed,
-            outcome.removed ? std::string() : wordsOf(outcome), outcome.neededRights};
+    return itemOf(shown, outcome);
 }
 
 } // namespace brightsweep

@@ -14,6 +14,12 @@ namespace {
 
 using namespace test;
 
+void giveTo(uid_t user, const std::filesystem::path &folder) {
+    ASSERT_EQ(::lchown(folder.c_str(), user, user), 0);
+    for (const auto &entry : std::filesystem::recursive_directory_iterator(folder))
+        ASSERT_EQ(::lchown(entry.path().c_str(), user, user), 0);
+}
+
 class UninstallationTest : public testing::Test {
 protected:
     UninstallationTest() {
@@ -155,6 +161,49 @@ TEST_F(UninstallationTest, AFolderKeepsWhatItsProgramWroteUnlessThatIsTicked) {
     EXPECT_TRUE(run(second));
     EXPECT_FALSE(home.exists("Applications/Game"));
     EXPECT_TRUE(folders->removals.empty());
+}
+
+TEST_F(UninstallationTest, WhatHoldsAnothersPartsGoesWholeOrNotAtAll) {
+    const struct {
+        const char *part;
+        mode_t mode;
+        bool needsRights;
+    } rows[] = {{"theirs/file", 0755, true},
+                {"theirs/file", 0700, true},
+                {"theirs/file", 01777, true},
+                {"", 0755, false}};
+    for (const auto kind : {ApplicationKind::Folder, ApplicationKind::Bundle}) {
+        for (const auto &row : rows) {
+            InstalledApplication game;
+            game.kind = kind;
+            game.ids = {"com.example.game"};
+            home.file("Applications/Game/bin/game");
+            home.file("Applications/Game/locked/file");
+            home.file(".cache/com.example.game/x");
+            home.directory("Applications/Game/theirs");
+            giveTo(ordinaryUser, home.path("."));
+            home.mode("Applications/Game/locked", 0500);
+            game.path = game.key = home.path("Applications/Game");
+            if (*row.part)
+                home.file(std::string("Applications/Game/") + row.part);
+            home.mode("Applications/Game/theirs", row.mode);
+            ASSERT_EQ(::chown(home.path("Applications/Game/theirs").c_str(), 0, 0), 0);
+            const AsOrdinaryUser user;
+            ASSERT_TRUE(user);
+            const RemovalPlan plan = RemovalPlanner({game}).planOf(game);
+            EXPECT_EQ(needsRights(plan), row.needsRights);
+            Uninstallation removal({plan});
+            EXPECT_EQ(run(removal), !row.needsRights) << row.part << row.mode;
+            EXPECT_EQ(removal.isOpen(), row.needsRights);
+            for (const char *part : {"Applications/Game/bin/game", "Applications/Game/locked/file",
+                                     ".cache/com.example.game/x"})
+                EXPECT_EQ(home.exists(part), row.needsRights) << part;
+            ASSERT_TRUE(NvAuthorization::shareNvAuthorization().allocAuthorization());
+            EXPECT_TRUE(run(removal));
+            EXPECT_FALSE(home.exists("Applications/Game"));
+            NvAuthorization::shareNvAuthorization().freeAuthorization();
+        }
+    }
 }
 
 } // namespace

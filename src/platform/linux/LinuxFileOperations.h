@@ -53,6 +53,8 @@ public:
     Result<OpenItem> openItem(const RemovalTarget &target, const OpenItem *previous) override;
     bool isDeletable(const OpenItem &item) override;
     std::error_code checkRemoval(const OpenItem &item) override;
+    std::error_code checkEntries(const OpenDirectory &directory,
+                                 const DirectoryBlock &block) override;
     std::error_code refusalWithRights(const OpenItem &item) override;
     std::error_code removeItem(const OpenItem &item, const RemovalOptions &options) override;
     Result<TrashFolder> trashOf(const HoldingFolder &folder, bool make) override;

@@ -367,6 +367,33 @@ std::error_code LinuxFileOperations::checkRemoval(const OpenItem &item) {
     return item.refusal ? item.refusal : keptInFolder(item);
 }
 
+std::error_code LinuxFileOperations::checkEntries(const OpenDirectory &directory,
+                                                  const DirectoryBlock &block) {
+    const uid_t user = ::geteuid();
+    if (user == 0 || block.entries().empty())
+        return {};
+    const int descriptor = directory.descriptor.get();
+    struct stat folder;
+    if (::fstat(descriptor, &folder) != 0)
+        return lastError();
+    const bool isOwn = folder.st_uid == user;
+    if (::faccessat(descriptor, ".", W_OK | X_OK, AT_EACCESS) != 0 && !(isOwn && errno == EACCES))
+        return lastError();
+    const bool isSticky = (folder.st_mode & S_ISVTX) != 0 && !isOwn;
+    for (const DirectoryEntry &entry : block.entries()) {
+        const bool isClosed = entry.type == EntryType::Directory &&
+                              ::faccessat(descriptor, entry.name, R_OK | X_OK,
+                                          AT_EACCESS | AT_SYMLINK_NOFOLLOW) != 0 &&
+                              errno == EACCES;
+        struct stat status;
+        if ((isSticky || isClosed) &&
+            ::fstatat(descriptor, entry.name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+            status.st_uid != user)
+            return std::make_error_code(std::errc::operation_not_permitted);
+    }
+    return {};
+}
+
 std::error_code LinuxFileOperations::refusalWithRights(const OpenItem &item) {
     if (item.refusal)
         return item.refusal;
