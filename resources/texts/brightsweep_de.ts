@@ -344,6 +344,7 @@
     <message id="STAYS_FAILED"><translation>ließ sich nicht entfernen</translation></message>
     <message id="STAYS_GONE"><translation>nicht mehr da</translation></message>
     <message id="STAYS_IMAGE"><translation>gehört zum Abbild des Systems</translation></message>
+    <message id="STAYS_INTERRUPTED"><translation>die Paketverwaltung wurde unterbrochen</translation></message>
     <message id="STAYS_LEFTOVERS"><translation>ist entfernt, geblieben sind: %1</translation></message>
     <message id="STAYS_NEEDED_BY_US"><translation>Brightsweep selbst ginge mit</translation></message>
     <message id="STAYS_NEEDS_RIGHTS"><translation>braucht Administratorrechte</translation></message>
@@ -379,6 +380,8 @@
     <message id="TITLE_CLEAN_USR_LOGS"><translation>Benutzerprotokolle</translation></message>
     <message id="TITLE_FREESPACE_MONITOR"><translation>Freien Platz überwachen</translation></message>
     <message id="TITLE_UNINSTALL"><translation>Programme deinstallieren</translation></message>
+    <message id="The package manager was interrupted. Run &quot;apt-get -f install&quot; as administrator first."><translation>Die Paketverwaltung wurde unterbrochen. Führen Sie zuerst als Administrator „apt-get -f install“ aus.</translation></message>
+    <message id="The package manager was interrupted. Run &quot;dpkg --configure -a&quot; as administrator first."><translation>Die Paketverwaltung wurde unterbrochen. Führen Sie zuerst als Administrator „dpkg --configure -a“ aus.</translation></message>
     <message id="The scan was stopped. Brightsweep has to be restarted before it can scan again."><translation>Die Suche wurde angehalten. Vor der nächsten Suche muss Brightsweep neu gestartet werden.</translation></message>
     <message id="Total Size:"><translation>Gesamt: </translation></message>
     <message id="TotalSize:"><translation>Gesamt: </translation></message>
@@ -484,6 +487,9 @@
     <message id="VOLUME_UNMOUNTED"><translation>%1 ist ausgehängt.</translation></message>
     <message id="Videos"><translation>Videos</translation></message>
     <message id="Weekly"><translation>Wöchentlich</translation></message>
+    <message id="Work on %1 was interrupted. Install it again as administrator first, with &quot;apt-get install --reinstall&quot; and its name."><translation>Die Arbeit an %1 wurde unterbrochen. Installieren Sie es zuerst als Administrator neu, mit „apt-get install --reinstall“ und dem Namen.</translation></message>
+    <message id="Work on %1 was interrupted. Run &quot;apt-get -f install&quot; as administrator first."><translation>Die Arbeit an %1 wurde unterbrochen. Führen Sie zuerst als Administrator „apt-get -f install“ aus.</translation></message>
+    <message id="Work on %1 was interrupted. Run &quot;dpkg --configure -a&quot; as administrator first."><translation>Die Arbeit an %1 wurde unterbrochen. Führen Sie zuerst als Administrator „dpkg --configure -a“ aus.</translation></message>
     <message id="YES"><translation>Ja</translation></message>
     <message id="You disk"><translation>Ihr Datenträger</translation></message>
     <message id="You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access."><translation>Sie haben nicht die Rechte, diese Dateien zu bereinigen. Öffnen Sie unten das Schloss, um Verwaltungsrechte zu erhalten.</translation></message>

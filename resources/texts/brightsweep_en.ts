@@ -344,6 +344,7 @@
     <message id="STAYS_FAILED"><translation>could not be removed</translation></message>
     <message id="STAYS_GONE"><translation>no longer there</translation></message>
     <message id="STAYS_IMAGE"><translation>belongs to the image of the system</translation></message>
+    <message id="STAYS_INTERRUPTED"><translation>its package manager was interrupted</translation></message>
     <message id="STAYS_LEFTOVERS"><translation>it went, and left behind: %1</translation></message>
     <message id="STAYS_NEEDED_BY_US"><translation>Brightsweep itself would go with it</translation></message>
     <message id="STAYS_NEEDS_RIGHTS"><translation>needs administrator rights</translation></message>
@@ -379,6 +380,8 @@
     <message id="TITLE_CLEAN_USR_LOGS"><translation>User Logs</translation></message>
     <message id="TITLE_FREESPACE_MONITOR"><translation>Free Space Monitor</translation></message>
     <message id="TITLE_UNINSTALL"><translation>Uninstall Applications</translation></message>
+    <message id="The package manager was interrupted. Run &quot;apt-get -f install&quot; as administrator first."><translation>The package manager was interrupted. Run "apt-get -f install" as administrator first.</translation></message>
+    <message id="The package manager was interrupted. Run &quot;dpkg --configure -a&quot; as administrator first."><translation>The package manager was interrupted. Run "dpkg --configure -a" as administrator first.</translation></message>
     <message id="The scan was stopped. Brightsweep has to be restarted before it can scan again."><translation>The scan was stopped. Brightsweep has to be restarted before it can scan again.</translation></message>
     <message id="Total Size:"><translation>Total Size:</translation></message>
     <message id="TotalSize:"><translation>TotalSize:</translation></message>
@@ -484,6 +487,9 @@
     <message id="VOLUME_UNMOUNTED"><translation>%1 is unmounted.</translation></message>
     <message id="Videos"><translation>Videos</translation></message>
     <message id="Weekly"><translation>Weekly</translation></message>
+    <message id="Work on %1 was interrupted. Install it again as administrator first, with &quot;apt-get install --reinstall&quot; and its name."><translation>Work on %1 was interrupted. Install it again as administrator first, with "apt-get install --reinstall" and its name.</translation></message>
+    <message id="Work on %1 was interrupted. Run &quot;apt-get -f install&quot; as administrator first."><translation>Work on %1 was interrupted. Run "apt-get -f install" as administrator first.</translation></message>
+    <message id="Work on %1 was interrupted. Run &quot;dpkg --configure -a&quot; as administrator first."><translation>Work on %1 was interrupted. Run "dpkg --configure -a" as administrator first.</translation></message>
     <message id="YES"><translation>Yes</translation></message>
     <message id="You disk"><translation>Your disk</translation></message>
     <message id="You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access."><translation>You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access.</translation></message>

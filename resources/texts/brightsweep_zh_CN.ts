@@ -344,6 +344,7 @@
     <message id="STAYS_FAILED"><translation>无法移除</translation></message>
     <message id="STAYS_GONE"><translation>已不存在</translation></message>
     <message id="STAYS_IMAGE"><translation>属于系统映像</translation></message>
+    <message id="STAYS_INTERRUPTED"><translation>其软件包管理器曾被中断</translation></message>
     <message id="STAYS_LEFTOVERS"><translation>已移除，但留下了：%1</translation></message>
     <message id="STAYS_NEEDED_BY_US"><translation>Brightsweep 本身也会随之移除</translation></message>
     <message id="STAYS_NEEDS_RIGHTS"><translation>需要管理员权限</translation></message>
@@ -379,6 +380,8 @@
     <message id="TITLE_CLEAN_USR_LOGS"><translation>用户日志</translation></message>
     <message id="TITLE_FREESPACE_MONITOR"><translation>可用空间监视</translation></message>
     <message id="TITLE_UNINSTALL"><translation>卸载应用程序</translation></message>
+    <message id="The package manager was interrupted. Run &quot;apt-get -f install&quot; as administrator first."><translation>软件包管理器曾被中断。请先以管理员身份运行“apt-get -f install”。</translation></message>
+    <message id="The package manager was interrupted. Run &quot;dpkg --configure -a&quot; as administrator first."><translation>软件包管理器曾被中断。请先以管理员身份运行“dpkg --configure -a”。</translation></message>
     <message id="The scan was stopped. Brightsweep has to be restarted before it can scan again."><translation>扫描已停止。Brightsweep 需要重新启动才能再次扫描。</translation></message>
     <message id="Total Size:"><translation>总大小：</translation></message>
     <message id="TotalSize:"><translation>总大小：</translation></message>
@@ -484,6 +487,9 @@
     <message id="VOLUME_UNMOUNTED"><translation>%1 已卸载。</translation></message>
     <message id="Videos"><translation>视频</translation></message>
     <message id="Weekly"><translation>每周</translation></message>
+    <message id="Work on %1 was interrupted. Install it again as administrator first, with &quot;apt-get install --reinstall&quot; and its name."><translation>对 %1 的操作曾被中断。请先以管理员身份用“apt-get install --reinstall”加上其名称重新安装。</translation></message>
+    <message id="Work on %1 was interrupted. Run &quot;apt-get -f install&quot; as administrator first."><translation>对 %1 的操作曾被中断。请先以管理员身份运行“apt-get -f install”。</translation></message>
+    <message id="Work on %1 was interrupted. Run &quot;dpkg --configure -a&quot; as administrator first."><translation>对 %1 的操作曾被中断。请先以管理员身份运行“dpkg --configure -a”。</translation></message>
     <message id="YES"><translation>是</translation></message>
     <message id="You disk"><translation>您的磁盘</translation></message>
     <message id="You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access."><translation>您没有清理这些文件的权限。请打开底部的锁以获取管理员权限。</translation></message>

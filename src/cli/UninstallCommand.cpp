@@ -7,6 +7,7 @@
 #include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
 #include "foundation/SaturatingSum.h"
+#include "linux/ToolWords.h"
 #include "removal/NvAuthorization.h"
 #include "removal/RemovalRun.h"
 #include "uninstall/RemovalPlanner.h"
@@ -178,11 +179,13 @@ std::vector<ActedItem> actedOf(const Planned &planned, bool isTried) {
         isTried ? record.outcome == UninstallOutcome::Removed : isPlannedToGo(planned);
     std::string error;
     if (!isGone)
-        error = !record.message.empty() ? record.message
+        error = !record.message.empty() ? decisiveLine(record.message)
                 : record.outcome == UninstallOutcome::NeedsRights
                     ? "administrator rights are needed; --admin asks for them"
                 : isTried && !record.isTried ? "interrupted; a package manager at work goes on"
                                              : "it cannot be removed";
+    if (!record.wayOut.empty())
+        error += (error.ends_with('.') ? " " : ". ") + record.wayOut;
     acted.push_back({plan.application.key, planned.bytes, error});
     for (const std::string &name : plan.also)
         acted.push_back({name, 0, error});
@@ -254,24 +257,15 @@ std::string sizeText(std::uint64_t bytes) {
     return UtilityFunction::convertVolSpace(bytes).toStdString();
 }
 
-// Of what a tool printed the line that tells of the error; all of it is a warning.
-std::string inShort(const std::string &words) {
-    std::string last;
-    std::istringstream lines(words);
-    for (std::string line; std::getline(lines, line);) {
-        if (line.find("error") != line.npos || line.starts_with("E: "))
-            return line;
-        if (!line.empty())
-            last = std::move(line);
-    }
-    return last;
-}
-
-// What scripts of packages print is theirs: nothing of it may turn or overwrite a line.
+// What scripts of packages print is theirs: nothing of it may turn or overwrite a line. One that is
+// printed again and again, while a lock is waited for, is told once.
 void warnByLines(const std::string &words, Output &output) {
     std::istringstream lines(words);
-    for (std::string line; std::getline(lines, line);)
-        output.warning(paths::display(line).toStdString());
+    std::string before;
+    for (std::string line; std::getline(lines, line); before = line) {
+        if (line != before)
+            output.warning(paths::display(line).toStdString());
+    }
 }
 
 std::string planText(const Planned &planned, bool isTried, std::uint64_t &bytes) {
@@ -295,7 +289,7 @@ std::string planText(const Planned &planned, bool isTried, std::uint64_t &bytes)
         if (item.error.empty())
             bytes = addSaturating(bytes, item.bytes);
         table.row({item.error.empty() ? went : "  stays", goesAlong ? "" : sizeText(item.bytes),
-                   item.error.empty() ? item.path : item.path + ": " + inShort(item.error)});
+                   item.error.empty() ? item.path : item.path + ": " + item.error});
     }
     for (const Leftover &leftover : plan.leftovers) {
         if (!leftover.ticked || !hasGone)

@@ -37,6 +37,9 @@ constexpr std::array sayings = {
     Saying{"System management is locked", PackagesOutcome::Busy},
 };
 
+// What apt-get says of packages that lack something, whatever it is asked for.
+constexpr std::string_view unmetDependencies = "Unmet dependencies";
+
 bool isThere(const char *tool) {
     return ::access(tool, X_OK) == 0;
 }
@@ -84,12 +87,11 @@ PackagesReply PackagesRemoval::run(const PackageRemoval &removal) const {
     PackagesReply reply;
     reply.words = output.text;
     const auto after = PackageDatabase::open({}, m_run);
-    bool isBroken = !after || after->isInterrupted();
+    const bool isBroken = !after || after->unfinished();
     for (const std::string &name : removal.names) {
         const PackageRecord *record = after ? after->find(name) : nullptr;
         if (after && (!record || !record->isInstalled))
             reply.gone.push_back(name);
-        isBroken = isBroken || (record && record->isBroken);
     }
     if (isBroken) {
         reply.outcome = PackagesOutcome::Broken;
@@ -115,7 +117,7 @@ PackagesReply PackagesRemoval::checked(const PackageRemoval &removal,
         case PackageRefusal::Gone:
             return {PackagesOutcome::Changed, {}, refusal.words};
         case PackageRefusal::Interrupted:
-            return {PackagesOutcome::Busy, {}, refusal.words};
+            return {PackagesOutcome::Broken, {}, refusal.words};
         default:
             return {PackagesOutcome::Refused, {}, refusal.words};
         }
@@ -129,11 +131,12 @@ PackagesReply PackagesRemoval::checked(const PackageRemoval &removal,
         return {PackagesOutcome::Refused, {}, "the program lies in a folder of an unusual name"};
     const ToolOutput simulated =
         m_run(with({aptGet, "-s", "-q", "--no-auto-remove", "remove", "--"}, removal.names));
-    if (!matchesSimulation(simulated.text, removal.names))
-        return {PackagesOutcome::Changed,
-                {},
-                simulated.text.empty() ? "apt-get does not answer" : simulated.text};
-    return {PackagesOutcome::Removed, {}, {}};
+    if (matchesSimulation(simulated.text, removal.names))
+        return {PackagesOutcome::Removed, {}, {}};
+    const bool isBroken = simulated.text.find(unmetDependencies) != simulated.text.npos;
+    return {isBroken ? PackagesOutcome::Broken : PackagesOutcome::Changed,
+            {},
+            simulated.text.empty() ? "apt-get does not answer" : simulated.text};
 }
 
 ToolOutput PackagesRemoval::act(const PackageRemoval &removal) const {

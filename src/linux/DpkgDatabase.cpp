@@ -86,6 +86,26 @@ std::string_view lastWord(std::string_view text) {
     return text.substr(text.rfind(' ') + 1);
 }
 
+struct BrokenState {
+    std::string_view word; ///< of the status
+    Mend mend;
+};
+
+// The first that is found counts.
+constexpr BrokenState brokenStates[] = {{"reinstreq", Mend::Reinstall},
+                                        {"half-installed", Mend::Fix},
+                                        {"unpacked", Mend::Fix},
+                                        {"half-configured", Mend::Configure},
+                                        {"triggers-awaited", Mend::Configure},
+                                        {"triggers-pending", Mend::Configure}};
+
+Mend mendOf(std::string_view status) {
+    const auto state =
+        std::find_if(std::begin(brokenStates), std::end(brokenStates),
+                     [&](const BrokenState &row) { return status.find(row.word) != status.npos; });
+    return state == std::end(brokenStates) ? Mend::None : state->mend;
+}
+
 // "gnome", "contrib/gnome"
 std::string_view lastPart(std::string_view section) {
     return section.substr(section.rfind('/') + 1);
@@ -143,8 +163,7 @@ std::vector<PackageRecord> DpkgDatabase::parseStatus(std::string_view text,
         record.role = roleOf(stanza);
         record.isInstalled = state != "config-files";
         record.isHeld = stanza.status.starts_with("hold ");
-        record.isBroken = state.starts_with("half-") || state == "unpacked" ||
-                          stanza.status.find("reinstreq") != stanza.status.npos;
+        record.mend = mendOf(stanza.status);
         record.settings = stanza.settings;
         const std::string_view section = lastPart(stanza.section);
         if (record.isInstalled && (section == "metapackages" || section == "tasks")) {
@@ -187,11 +206,18 @@ bool DpkgDatabase::load() {
     std::string text;
     readDatabaseFile(AT_FDCWD, place(statusFile).c_str(), text);
     m_records = parseStatus(text, m_architecture);
-    // Changes that were not written into the status file any more lie beside it, by number.
+    const auto broken =
+        std::find_if(m_records.begin(), m_records.end(),
+                     [](const PackageRecord &record) { return record.mend != Mend::None; });
+    if (broken != m_records.end())
+        m_unfinished = {broken->mend, broken->name};
+    // Changes that were not written into the status file any more lie beside it, by number. They
+    // come first: until then the file is not what dpkg knows.
     if (const Folder updates{::opendir(place(updatesFolder).c_str())}) {
-        while (const dirent *entry = ::readdir(updates.get()))
-            m_isInterrupted =
-                m_isInterrupted || std::isdigit(static_cast<unsigned char>(entry->d_name[0]));
+        while (const dirent *entry = ::readdir(updates.get())) {
+            if (std::isdigit(static_cast<unsigned char>(entry->d_name[0])))
+                m_unfinished = {Mend::Configure, {}};
+        }
     }
     return !m_records.empty();
 }

@@ -16,7 +16,7 @@ public:
     std::vector<std::string> watched() const override;
     const PackageRecord *find(const std::string &name) override;
     std::vector<std::string> formerNames() override;
-    bool isInterrupted() const override { return m_isInterrupted; }
+    Unfinished unfinished() const override { return m_unfinished; }
     PathOwners owners(const PathSet &paths) override;
     std::vector<std::string> filesOf(const std::string &name) override;
     DryRun dryRun(const std::vector<std::string> &names) override;
@@ -36,7 +36,7 @@ private:
 
     std::vector<PackageRecord> m_records; // by name
     std::string m_architecture;
-    bool m_isInterrupted = false;
+    Unfinished m_unfinished;
 };
 
 } // namespace brightsweep

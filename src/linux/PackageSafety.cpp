@@ -142,6 +142,24 @@ bool isSessionProgram(std::string_view name) {
     return std::binary_search(sessionPrograms.begin(), sessionPrograms.end(), name);
 }
 
+std::string wayOut(const Unfinished &unfinished) {
+    const std::string what = unfinished.name.empty()
+                                 ? "The package manager was interrupted."
+                                 : "Work on " + unfinished.name + " was interrupted.";
+    switch (unfinished.mend) {
+    case Mend::None:
+        break;
+    case Mend::Configure:
+        return what + " Run \"dpkg --configure -a\" as administrator first.";
+    case Mend::Fix:
+        return what + " Run \"apt-get -f install\" as administrator first.";
+    case Mend::Reinstall:
+        return what + " Install it again as administrator first, with \"apt-get install "
+                      "--reinstall\" and its name.";
+    }
+    return {};
+}
+
 PackageSafety::PackageSafety(PackageDatabase &database, const std::string &root)
     : m_database(database), m_systemsRefusal(systemsRefusal(root)) {
     std::unordered_map<std::string, std::string> reasons;
@@ -167,9 +185,8 @@ PackageSafety::PackageSafety(PackageDatabase &database, const std::string &root)
 Refusal PackageSafety::refusalOf(const std::vector<std::string> &names) const {
     if (!m_systemsRefusal.empty())
         return {PackageRefusal::ImageBased, m_systemsRefusal};
-    if (m_database.isInterrupted())
-        return {PackageRefusal::Interrupted, "The package manager was interrupted. Run "
-                                             "\"dpkg --configure -a\" as administrator first."};
+    if (const Unfinished unfinished = m_database.unfinished())
+        return {PackageRefusal::Interrupted, wayOut(unfinished)};
     for (const std::string &name : names) {
         const PackageRecord *record = m_database.find(name);
         if (!record || !record->isInstalled)
@@ -183,11 +200,6 @@ Refusal PackageSafety::refusalOf(const std::vector<std::string> &names) const {
         if (record->isHeld)
             return {PackageRefusal::Held,
                     name + " is on hold, which \"apt-mark unhold " + name + "\" ends."};
-        if (record->isBroken)
-            return {PackageRefusal::Interrupted,
-                    "An earlier act upon " + name +
-                        " was interrupted. Put that right first, for "
-                        "instance by \"apt-get -f install\" as administrator."};
     }
     return {};
 }

@@ -73,7 +73,8 @@ enum class Blocker {
     TooMany,     ///< too much depends on it
     ImageBased,  ///< the system's programs come as one image
     NeededByUs,  ///< this program would go with it
-    Busy,        ///< its manager is at work, or was interrupted in the middle
+    Busy,        ///< its manager is at work
+    Interrupted, ///< its manager was stopped in the middle; the reason says the way out
     Gone,        ///< it is no longer there
     Unsupported, ///< not in a way that this program could keep its promises in
 };
@@ -106,7 +107,7 @@ enum class UninstallOutcome {
     Changed,     ///< nothing was done: it would no longer be what the plan says
     Busy,        ///< nothing was done: the manager is at work
     Failed,      ///< the manager could not; `message` says what it said
-    Broken,      ///< the manager stopped in the middle; `message` says the way out
+    Broken,      ///< the manager stopped in the middle; `wayOut` says what to do
 };
 
 struct RemovalResult {
@@ -114,6 +115,7 @@ struct RemovalResult {
     std::string message; ///< in English; of the tool where it had something to say
     /// Names of the set that have gone, whatever the outcome.
     std::vector<std::string> gone;
+    std::string wayOut = {}; ///< what puts it right, a sentence in English
 };
 
 /// Where applications of one kind come from. Any thread, one call at a time; each may read many

@@ -4,6 +4,7 @@
 #include "core/Texts.h"
 #include "foundation/Identity.h"
 #include "foundation/Paths.h"
+#include "linux/ToolWords.h"
 #include "uninstall/RemovalPlanner.h"
 
 #include <array>
@@ -29,6 +30,7 @@ constexpr std::array obstacles = {
     QT_TRID_NOOP("STAYS_IMAGE"),
     QT_TRID_NOOP("STAYS_NEEDED_BY_US"),
     QT_TRID_NOOP("STAYS_BUSY"),
+    QT_TRID_NOOP("STAYS_INTERRUPTED"),
     QT_TRID_NOOP("STAYS_GONE"),
     QT_TRID_NOOP("STAYS_UNSUPPORTED"),
 };
@@ -51,6 +53,15 @@ constexpr std::array reasons = {
     QT_TRID_NOOP("part of the collection %1"),
     QT_TRID_NOOP("part of every standard installation"),
     QT_TRID_NOOP("the system cannot do without it"),
+    QT_TRID_NOOP(
+        "The package manager was interrupted. Run \"dpkg --configure -a\" as administrator "
+        "first."),
+    QT_TRID_NOOP("The package manager was interrupted. Run \"apt-get -f install\" as administrator "
+                 "first."),
+    QT_TRID_NOOP("Work on %1 was interrupted. Run \"dpkg --configure -a\" as administrator first."),
+    QT_TRID_NOOP("Work on %1 was interrupted. Run \"apt-get -f install\" as administrator first."),
+    QT_TRID_NOOP("Work on %1 was interrupted. Install it again as administrator first, with "
+                 "\"apt-get install --reinstall\" and its name."),
     QT_TRID_NOOP("the Flatpak is not installed"),
     QT_TRID_NOOP("the snap is not installed"),
     QT_TRID_NOOP("starts a Flatpak that is not installed"),
@@ -71,7 +82,8 @@ QString listed(const Names &names) {
 }
 
 QString withDetail(const QString &words, const std::string &detail) {
-    return detail.empty() ? words : QStringLiteral("%1 (%2)").arg(words, translated(detail));
+    return detail.empty() ? words
+                          : QStringLiteral("%1 (%2)").arg(words, translated(decisiveLine(detail)));
 }
 
 } // namespace
@@ -119,8 +131,13 @@ QString reason(const Uninstallation::Record &record, bool hadRights) {
     if (record.outcome == UninstallOutcome::NeedsRights)
         return hadRights ? withDetail(localizedText("STAYS_FAILED"), record.message)
                          : localizedText("STAYS_NEEDS_RIGHTS");
-    if (record.outcome != UninstallOutcome::Removed)
-        return withDetail(localizedText(outcomes.at(std::size_t(record.outcome))), record.message);
+    if (record.outcome != UninstallOutcome::Removed) {
+        const QString words =
+            withDetail(localizedText(outcomes.at(std::size_t(record.outcome))), record.message);
+        return record.wayOut.empty()
+                   ? words
+                   : QStringLiteral("%1. %2").arg(words, translated(record.wayOut));
+    }
     std::vector<std::filesystem::path> stayed;
     for (const auto &item : record.items) {
         if (!item.removed)

@@ -4,6 +4,7 @@
 #include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
 #include "linux/RemovalError.h"
+#include "linux/ToolWords.h"
 #include "platform/Platform.h"
 #include "removal/NvAuthorization.h"
 #include "uninstall/FolderNames.h"
@@ -120,7 +121,8 @@ bool Uninstallation::run(RemovalRun &run) {
         removeApplication(record);
         record.isTried = true;
         if (!record.isWhole())
-            NSLog("uninstall can not work! %@: %@", record.plan.application.key, record.message);
+            NSLog("uninstall can not work! %@: %@", record.plan.application.key,
+                  decisiveLine(record.message));
     }
     return std::all_of(m_records.begin(), m_records.end(),
                        [](const Record &record) { return record.isWhole(); });
@@ -139,6 +141,7 @@ void Uninstallation::removeApplication(Record &record) {
         const RemovalResult result = removeSet(m_leaders[std::size_t(&record - m_records.data())]);
         record.outcome = result.outcome;
         record.message = result.message;
+        record.wayOut = result.wayOut;
     }
     if (record.outcome != UninstallOutcome::Removed)
         return;

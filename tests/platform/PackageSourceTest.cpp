@@ -3,6 +3,7 @@
 #include "linux/DpkgDatabase.h"
 #include "linux/PackageRemoval.h"
 #include "linux/RpmDatabase.h"
+#include "linux/ToolWords.h"
 #include "removal/FakeRights.h"
 
 #include <gmock/gmock.h>
@@ -13,6 +14,7 @@ namespace {
 using test::FakeRights;
 using test::TestEnvironment;
 using test::TestTree;
+using test::textOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -77,7 +79,8 @@ TEST_F(Packages, AreReadFromDpkgsOwnFile) {
     std::vector<std::string> told;
     for (const PackageRecord &record : records)
         told.push_back(record.name + ' ' + std::to_string(int(record.role)) + record.collection +
-                       (record.isInstalled ? "" : " rc") + (record.isBroken ? " broken" : ""));
+                       (record.isInstalled ? "" : " rc") +
+                       (record.mend != Mend::None ? " broken" : ""));
     EXPECT_THAT(told, ElementsAre("dpkg 3", "foreign:i386 2 broken", "lib 1meta", "meta 0",
                                   "rest 0 rc", "tool 1meta"));
     EXPECT_THAT(records.back().settings, ElementsAre("/etc/a b", "/etc/c"));
@@ -146,7 +149,6 @@ TEST_F(Packages, ArePlannedWithWhatDependsOnThem) {
     package("rest", "Depends: app\n", {}, "deinstall ok config-files");
     package("vital", "Important: yes\nDepends: half\n");
     package("half");
-    package("broken", {}, {}, "install ok half-configured");
     package("held", {}, {}, "hold ok installed");
     package("boot", {}, "/sbin/init\n");
     package("needsboot", "Depends: onboot\n");
@@ -173,7 +175,6 @@ TEST_F(Packages, ArePlannedWithWhatDependsOnThem) {
                         {"vital", Blocker::Essential, "vital"},
                         {"boot", Blocker::Essential, "starts the system"},
                         {"base", Blocker::TooMany, "base"},
-                        {"broken", Blocker::Busy, "interrupted"},
                         {"rest", Blocker::Gone, "not installed"},
                         {"held", Blocker::Unsupported, "on hold"},
                         {"none", Blocker::Gone, "not installed"},
@@ -187,8 +188,21 @@ TEST_F(Packages, ArePlannedWithWhatDependsOnThem) {
     system.file("run/ostree-booted");
     EXPECT_EQ(PackageSource().plan(plan.application).blocker, Blocker::ImageBased);
     std::filesystem::remove_all(system.path("run"));
+    // Whatever is asked for, the package manager does that first.
+    const std::string status = textOf(system.path(dpkgStatus));
+    for (const auto &[state, way] : {std::pair("install ok half-configured", "dpkg --configure -a"),
+                                     {"install ok triggers-awaited", "dpkg --configure -a"},
+                                     {"install ok unpacked", "apt-get -f install"},
+                                     {"deinstall ok half-installed", "apt-get -f install"},
+                                     {"install reinstreq half-installed", "--reinstall"}}) {
+        system.file(dpkgStatus, status + stanza("unfinished", {}, state));
+        const RemovalPlan refused = planOf("app");
+        EXPECT_EQ(refused.blocker, Blocker::Interrupted) << state;
+        EXPECT_THAT(refused.reason, AllOf(HasSubstr("unfinished"), HasSubstr(way)));
+    }
     system.file("var/lib/dpkg/updates/0001");
-    EXPECT_EQ(planOf("half").blocker, Blocker::Busy);
+    EXPECT_THAT(planOf("app").reason, HasSubstr("dpkg --configure -a"));
+    system.file(dpkgStatus, status);
     EXPECT_EQ(before, [&] {
         std::filesystem::remove_all(system.path("var/lib/dpkg/updates"));
         return system.snapshot();
@@ -210,6 +224,8 @@ TEST_F(Packages, GoByTheRightsAndExactlyAsPlanned) {
     EXPECT_EQ(source.remove(plan, &token).outcome, UninstallOutcome::Removed);
     const PackageRemoval expected{PackageFamily::Dpkg, {"app", "plugin"}, {"app"}, 3};
     EXPECT_THAT(rights.packageRemovals, ElementsAre(expected));
+    system.file(dpkgStatus, textOf(system.path(dpkgStatus)) +
+                                stanza("plug", {}, "deinstall ok half-installed"));
     for (const auto &[outcome, told] :
          {std::pair(PackagesOutcome::Changed, UninstallOutcome::Changed),
           std::pair(PackagesOutcome::Busy, UninstallOutcome::Busy),
@@ -218,7 +234,10 @@ TEST_F(Packages, GoByTheRightsAndExactlyAsPlanned) {
         rights.packagesReply = [outcome = outcome](const PackageRemoval &) {
             return PackagesReply{outcome, {}, "words"};
         };
-        EXPECT_EQ(source.remove(plan, &token).outcome, told);
+        const RemovalResult result = source.remove(plan, &token);
+        EXPECT_EQ(result.outcome, told);
+        EXPECT_EQ(result.wayOut.find("apt-get -f install") != std::string::npos,
+                  told == UninstallOutcome::Broken);
     }
     // Already gone is gone, and a blocked plan is not carried out.
     const auto asked = rights.packageRemovals.size();
@@ -255,6 +274,22 @@ TEST_F(Packages, OfPacmanAreListedAndPlanned) {
     EXPECT_EQ(plan.blocker, Blocker::None) << plan.reason;
     EXPECT_THAT(plan.also, ElementsAre("needs-app"));
     EXPECT_THAT(plan.systemSettings, ElementsAre(system.path("etc/app.conf")));
+}
+
+TEST(ToolWords, AreToldByTheLineThatSaysWhy) {
+    const std::pair<const char *, const char *> rows[] = {
+        {"Removing a ...\ndpkg: error processing package a (--remove):\n a script failed\n"
+         "Errors were encountered while processing:\n a\nE: Sub-process returned an error\n",
+         "dpkg: error processing package a (--remove): a script failed"},
+        {"Waiting...\nE: first\nE: Unable to acquire the lock\n", "E: Unable to acquire the lock"},
+        {"warning: x\nerror: Failed dependencies:\n\ta is needed by b\n\tc\n",
+         "error: Failed dependencies: a is needed by b"},
+        {"10%\r20%\rError: \n Problem: a conflict\r\n", "Error: Problem: a conflict"},
+        {"Reading lists...\nno error in sight:", "no error in sight:"},
+        {"\n \n", ""},
+    };
+    for (const auto &[output, line] : rows)
+        EXPECT_EQ(decisiveLine(output), line);
 }
 
 TEST(PackageNames, HaveAClosedGrammar) {

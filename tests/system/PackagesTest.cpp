@@ -243,7 +243,10 @@ TEST_F(Packages, AreNotTouchedWhileAnotherProgramIsAtWork) {
 TEST_F(Packages, GoToTheEndWhoeverGivesUp) {
     install(R"(
         deb demo-slow '' DEBIAN/prerm '#!/bin/sh\ntouch /tmp/slow\nsleep 3\n'
-        deb demo-killed '' DEBIAN/prerm '#!/bin/sh\nkill -9 $PPID\nsleep 1\n'
+        deb demo-killed '' DEBIAN/prerm \
+            '#!/bin/sh\n[ -e /tmp/ok ] || { kill -9 $PPID; sleep 1; }\n'
+        deb demo-torn '' DEBIAN/postrm '#!/bin/sh\n[ -e /tmp/ok ]\n'
+        deb demo-other
     )");
     RemovalResult result;
     const auto slow = planOf("demo-slow");
@@ -255,12 +258,20 @@ TEST_F(Packages, GoToTheEndWhoeverGivesUp) {
     test::waitUntil([&] { return changes() == "<demo-slow ii "; });
     run("flock /var/lib/dpkg/lock true");
     ask();
-    const RemovalResult killed = remove(planOf("demo-killed"));
-    EXPECT_EQ(killed.outcome, UninstallOutcome::Broken) << killed.message;
-    const RemovalPlan after = planOf("demo-killed");
-    EXPECT_EQ(after.blocker, Blocker::Busy);
-    EXPECT_THAT(after.reason, HasSubstr("interrupted"));
-    run("rm -f /var/lib/dpkg/info/demo-killed.prerm; dpkg --purge --force-all demo-killed");
+    for (const auto &[name, way] : {std::pair("demo-killed", "dpkg --configure -a"),
+                                    std::pair("demo-torn", "apt-get -f install")}) {
+        run("rm -f /tmp/ok");
+        const RemovalResult broken = remove(planOf(name));
+        EXPECT_EQ(broken.outcome, UninstallOutcome::Broken) << broken.message;
+        EXPECT_THAT(broken.wayOut, HasSubstr(way));
+        for (const char *blocked : {name, "demo-other"}) {
+            EXPECT_EQ(planOf(blocked).blocker, Blocker::Interrupted) << blocked;
+            EXPECT_EQ(planOf(blocked).reason, broken.wayOut);
+        }
+        run("touch /tmp/ok; yes | " + std::string(way));
+        EXPECT_EQ(planOf("demo-other").blocker, Blocker::None) << "it was put right";
+    }
+    run("dpkg --purge demo-killed demo-torn demo-other");
 }
 
 TEST_F(Packages, OfAnotherArchitectureAndInNumbersGo) {

@@ -2,6 +2,7 @@
 
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
+#include "linux/ToolWords.h"
 #include "platform/linux/ApplicationEntries.h"
 #include "platform/linux/ChildProcess.h"
 #include "platform/linux/DesktopEntries.h"
@@ -199,12 +200,6 @@ std::set<std::string> runningIds() {
     return ids;
 }
 
-std::string lastLine(std::string text) {
-    while (!text.empty() && (text.back() == '\n' || text.back() == '\r' || text.back() == ' '))
-        text.pop_back();
-    return text.substr(text.rfind('\n') + 1);
-}
-
 // What was allowed to the program is forgotten; a store that cannot be asked has nothing to tell.
 void resetPermissions(const std::string &id) {
     auto child =
@@ -298,7 +293,7 @@ RemovalResult FlatpakSource::remove(const RemovalPlan &plan, const RightsToken *
     if (!deployFolder(isUsers, *ref).empty()) {
         const bool isRefused = tool->output.find("not allowed for user") != std::string::npos;
         return {isRefused ? UninstallOutcome::Dismissed : UninstallOutcome::Failed,
-                lastLine(tool->output),
+                decisiveLine(tool->output),
                 {}};
     }
     bool remains = false;

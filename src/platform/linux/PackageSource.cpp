@@ -2,6 +2,7 @@
 
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
+#include "linux/ToolWords.h"
 #include "platform/Platform.h"
 #include "platform/linux/BusProbe.h"
 #include "platform/linux/DesktopEntries.h"
@@ -107,7 +108,7 @@ Blocker blockerOf(PackageRefusal why) {
     case PackageRefusal::NeededByUs:
         return Blocker::NeededByUs;
     case PackageRefusal::Interrupted:
-        return Blocker::Busy;
+        return Blocker::Interrupted;
     case PackageRefusal::Held:
         return Blocker::Unsupported;
     case PackageRefusal::Gone:
@@ -333,7 +334,7 @@ RemovalPlan PackageSource::plan(const InstalledApplication &application) {
     if (const Refusal refusal = safety().refusalOf(closure.names))
         return blocked(blockerOf(refusal.why), refusal.words);
     if (closure.end == PackageClosure::End::Refused)
-        return blocked(Blocker::Unsupported, closure.words);
+        return blocked(Blocker::Unsupported, decisiveLine(closure.words));
     if (const PackageRecord *record = known->find(application.key)) {
         for (const std::string &setting : record->settings) {
             const std::filesystem::path path = m_root + setting;
@@ -381,7 +382,16 @@ RemovalResult PackageSource::remove(const RemovalPlan &plan, const RightsToken *
     // What it says of a success is for the log.
     if (reply.outcome == PackagesOutcome::Removed)
         reply.words.clear();
-    return {outcomeOf(reply.outcome), std::move(reply.words), std::move(reply.gone)};
+    RemovalResult result{outcomeOf(reply.outcome), std::move(reply.words), std::move(reply.gone)};
+    if (result.outcome == UninstallOutcome::Broken) {
+        const std::lock_guard lock(m_mutex);
+        const PackageDatabase *after = database();
+        const Unfinished unfinished = after ? after->unfinished() : Unfinished();
+        result.wayOut = wayOut(unfinished ? unfinished : Unfinished{Mend::Fix, {}});
+        if (result.message == result.wayOut)
+            result.message.clear();
+    }
+    return result;
 }
 
 std::uint64_t PackageSource::sizeOf(const InstalledApplication &application) {
