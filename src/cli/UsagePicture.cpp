@@ -21,7 +21,7 @@ bool writePicture(AllDir &root, const std::filesystem::path &file, Output &outpu
         RingChart::setProjection(pictureSide, pictureSide);
         root.Paint(360.0, 0.0, 1, 0, false);
     }
-    const auto error = writeSmallFile(file, canvas.document());
+    const auto error = writeSmallFile(file, canvas.document(), NewFile::ByUmask);
     if (error)
         output.warning(paths::display(file).toStdString() + ": " + error.message());
     return !error;

@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstring>
 #include <optional>
+#include <random>
 
 namespace brightsweep {
 
@@ -85,13 +86,28 @@ bool lock(int descriptor) {
     return ::flock(descriptor, LOCK_EX | LOCK_NB) == 0;
 }
 
-// Whoever clears leftovers may take a new one for one of them before it is locked.
-FileDescriptor makeTemporary(std::string &path) {
-    const std::string pattern = path;
+std::string randomName() {
+    constexpr std::string_view letters =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+    std::random_device random;
+    std::uniform_int_distribution<std::size_t> letter(0, letters.size() - 1);
+    std::string name(temporaryRandom, ' ');
+    for (char &each : name)
+        each = letters[letter(random)];
+    return name;
+}
+
+// Its path goes behind `path`. Whoever clears leftovers may take a new one for one of them before
+// it is locked.
+FileDescriptor makeTemporary(std::string &path, NewFile readers) {
+    const std::string beginning = path;
+    const mode_t mode = readers == NewFile::ByUmask ? 0666 : 0600;
     for (;;) {
-        path = pattern;
-        FileDescriptor file(::mkostemp(path.data(), O_CLOEXEC));
+        path = beginning + randomName();
+        FileDescriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode));
         struct stat status {};
+        if (!file && errno == EEXIST)
+            continue;
         if (!file)
             return file;
         // A file system without locks is not cleared either.
@@ -129,11 +145,10 @@ void clearLeftovers(const std::filesystem::path &folder) {
 
 // Writes beside the target; `place` gives the whole file its name.
 template <typename Place>
-std::error_code write(const Target &target, std::string_view text, Place place) {
+std::error_code write(const Target &target, std::string_view text, NewFile readers, Place place) {
     clearLeftovers(paths::parent(target.path));
     std::string temporary = paths::join(paths::parent(target.path), temporaryPrefix).native();
-    temporary.append(temporaryRandom, 'X');
-    const FileDescriptor file = makeTemporary(temporary);
+    const FileDescriptor file = makeTemporary(temporary, readers);
     if (!file)
         return lastError();
     std::error_code error = writeAll(file.get(), text);
@@ -195,17 +210,18 @@ Result<std::string> readWholeFile(const std::filesystem::path &path) {
     return text;
 }
 
-std::error_code writeSmallFile(const std::filesystem::path &path, std::string_view text) {
+std::error_code writeSmallFile(const std::filesystem::path &path, std::string_view text,
+                               NewFile readers) {
     const auto target = replaceable(path);
     if (!target)
         return target.error();
-    return write(*target, text, [&](const std::string &temporary) {
+    return write(*target, text, readers, [&](const std::string &temporary) {
         return ::rename(temporary.c_str(), target->path.c_str()) == 0;
     });
 }
 
 std::error_code writeNewSmallFile(const std::filesystem::path &path, std::string_view text) {
-    return write({path, {}}, text, [&](const std::string &temporary) {
+    return write({path, {}}, text, NewFile::OwnersOnly, [&](const std::string &temporary) {
         if (::link(temporary.c_str(), path.c_str()) == 0) {
             ::unlink(temporary.c_str());
             return true;

@@ -24,12 +24,16 @@ Result<std::string> readWholeFile(const std::filesystem::path &path);
 /// Writes the whole text, however many calls that takes.
 std::error_code writeAll(int descriptor, std::string_view text);
 
+/// Who may read a file that is not there yet: its owner, or whom the process's umask lets.
+enum class NewFile { OwnersOnly, ByUmask };
+
 /// Replaces a file's contents in one step: whoever reads it sees the old text or the new one, also
 /// after a crash or in a full file system. Only a regular file is ever replaced. A link of the
 /// user's own to a regular file of the user's own is followed, so that a settings file kept
 /// elsewhere stays there; any other link is refused. The mode of an existing file is kept, and its
 /// owner where the system allows that. Takes away what writers that were killed left in the folder.
-std::error_code writeSmallFile(const std::filesystem::path &path, std::string_view text);
+std::error_code writeSmallFile(const std::filesystem::path &path, std::string_view text,
+                               NewFile readers = NewFile::OwnersOnly);
 
 /// The same for a file that is not there yet: `errc::file_exists` where anything has that name.
 std::error_code writeNewSmallFile(const std::filesystem::path &path, std::string_view text);
