@@ -438,6 +438,7 @@
     <message id="USAGE_FURTHER_FOLDERS"><translation>Weitere Ordner auf dem Weg</translation></message>
     <message id="USAGE_FURTHER_ITEMS" numerus="yes"><translation><numerusform>%n weiteres Objekt</numerusform><numerusform>%n weitere Objekte</numerusform></translation></message>
     <message id="USAGE_GAP"><translation>Dateien und kleine Ordner in %1</translation></message>
+    <message id="USAGE_GONE"><translation>%1 ist nicht mehr da.</translation></message>
     <message id="USAGE_LEAVE_OUT"><translation>Weglassen</translation></message>
     <message id="USAGE_LEFT_OUT" numerus="yes"><translation><numerusform>%n Ordner ist weggelassen.</numerusform><numerusform>%n Ordner sind weggelassen.</numerusform></translation></message>
     <message id="USAGE_LIST"><translation>Ordner und große Dateien</translation></message>
@@ -463,6 +464,7 @@
     <message id="USAGE_SAVE_PICTURE"><translation>Bild sichern …</translation></message>
     <message id="USAGE_SCANNING"><translation>%1 wird gelesen</translation></message>
     <message id="USAGE_SCAN_ONLY"><translation>Nur diesen Ordner lesen</translation></message>
+    <message id="USAGE_SHOW_UNREAD"><translation>Ordner zeigen …</translation></message>
     <message id="USAGE_STAYED" numerus="yes"><translation><numerusform>%n Objekt ist geblieben: %1.</numerusform><numerusform>%n Objekte sind geblieben: %1.</numerusform></translation></message>
     <message id="USAGE_STOPPED"><translation>Das letzte Lesen wurde angehalten.</translation></message>
     <message id="USAGE_SVG"><translation>SVG-Bild (*.svg)</translation></message>
@@ -471,6 +473,8 @@
     <message id="USAGE_TIP_TRASH"><translation>Legt das Angekreuzte in den Papierkorb; Platz wird erst frei, wenn er geleert wird.</translation></message>
     <message id="USAGE_TRASHED" numerus="yes"><translation><numerusform>%n Objekt in den Papierkorb gelegt.</numerusform><numerusform>%n Objekte in den Papierkorb gelegt.</numerusform></translation></message>
     <message id="USAGE_UNREAD" numerus="yes"><translation><numerusform>%n Ordner ließ sich nicht lesen: %1. Mit Verwalterrechten: %2</numerusform><numerusform>%n Ordner ließen sich nicht lesen, zuerst %1. Mit Verwalterrechten: %2</numerusform></translation></message>
+    <message id="USAGE_UNREAD_MORE" numerus="yes"><translation><numerusform>… und %n weiterer</numerusform><numerusform>… und %n weitere</numerusform></translation></message>
+    <message id="USAGE_UNREAD_TITLE" numerus="yes"><translation><numerusform>%n Ordner war nicht lesbar</numerusform><numerusform>%n Ordner waren nicht lesbar</numerusform></translation></message>
     <message id="USAGE_UNTICK"><translation>Nicht mehr auswählen</translation></message>
     <message id="USAGE_VIEW"><translation>Ansicht</translation></message>
     <message id="USAGE_VIEW_TIP"><translation>Was Farben und Größen des Diagramms sagen</translation></message>

@@ -438,6 +438,7 @@
     <message id="USAGE_FURTHER_FOLDERS"><translation>Further folders on the way</translation></message>
     <message id="USAGE_FURTHER_ITEMS" numerus="yes"><translation><numerusform>%n further item</numerusform><numerusform>%n further items</numerusform></translation></message>
     <message id="USAGE_GAP"><translation>Files and small folders of %1</translation></message>
+    <message id="USAGE_GONE"><translation>%1 is no longer there.</translation></message>
     <message id="USAGE_LEAVE_OUT"><translation>Leave Out</translation></message>
     <message id="USAGE_LEFT_OUT" numerus="yes"><translation><numerusform>%n folder is left out.</numerusform><numerusform>%n folders are left out.</numerusform></translation></message>
     <message id="USAGE_LIST"><translation>Folders and large files</translation></message>
@@ -463,6 +464,7 @@
     <message id="USAGE_SAVE_PICTURE"><translation>Save Picture…</translation></message>
     <message id="USAGE_SCANNING"><translation>Scanning %1</translation></message>
     <message id="USAGE_SCAN_ONLY"><translation>Scan Only This</translation></message>
+    <message id="USAGE_SHOW_UNREAD"><translation>Show Folders…</translation></message>
     <message id="USAGE_STAYED" numerus="yes"><translation><numerusform>%n item stayed: %1.</numerusform><numerusform>%n items stayed: %1.</numerusform></translation></message>
     <message id="USAGE_STOPPED"><translation>The last scan was stopped.</translation></message>
     <message id="USAGE_SVG"><translation>SVG picture (*.svg)</translation></message>
@@ -471,6 +473,8 @@
     <message id="USAGE_TIP_TRASH"><translation>Moves what is ticked to the trash, which frees nothing until it is emptied.</translation></message>
     <message id="USAGE_TRASHED" numerus="yes"><translation><numerusform>%n item moved to the trash.</numerusform><numerusform>%n items moved to the trash.</numerusform></translation></message>
     <message id="USAGE_UNREAD" numerus="yes"><translation><numerusform>%n folder could not be read: %1. With administrator rights: %2</numerusform><numerusform>%n folders could not be read, the first one is %1. With administrator rights: %2</numerusform></translation></message>
+    <message id="USAGE_UNREAD_MORE" numerus="yes"><translation><numerusform>… and %n more</numerusform><numerusform>… and %n more</numerusform></translation></message>
+    <message id="USAGE_UNREAD_TITLE" numerus="yes"><translation><numerusform>%n folder could not be read</numerusform><numerusform>%n folders could not be read</numerusform></translation></message>
     <message id="USAGE_UNTICK"><translation>Deselect</translation></message>
     <message id="USAGE_VIEW"><translation>View</translation></message>
     <message id="USAGE_VIEW_TIP"><translation>What the colours and the sizes of the chart tell</translation></message>

@@ -438,6 +438,7 @@
     <message id="USAGE_FURTHER_FOLDERS"><translation>路径中的其他文件夹</translation></message>
     <message id="USAGE_FURTHER_ITEMS" numerus="yes"><translation><numerusform>另有 %n 个项目</numerusform></translation></message>
     <message id="USAGE_GAP"><translation>%1 中的文件和小文件夹</translation></message>
+    <message id="USAGE_GONE"><translation>%1 已不存在。</translation></message>
     <message id="USAGE_LEAVE_OUT"><translation>不显示</translation></message>
     <message id="USAGE_LEFT_OUT" numerus="yes"><translation><numerusform>有 %n 个文件夹未显示。</numerusform></translation></message>
     <message id="USAGE_LIST"><translation>文件夹和大文件</translation></message>
@@ -463,6 +464,7 @@
     <message id="USAGE_SAVE_PICTURE"><translation>保存图片…</translation></message>
     <message id="USAGE_SCANNING"><translation>正在扫描 %1</translation></message>
     <message id="USAGE_SCAN_ONLY"><translation>仅扫描此文件夹</translation></message>
+    <message id="USAGE_SHOW_UNREAD"><translation>显示文件夹…</translation></message>
     <message id="USAGE_STAYED" numerus="yes"><translation><numerusform>%n 个项目未移除：%1。</numerusform></translation></message>
     <message id="USAGE_STOPPED"><translation>上次扫描已停止。</translation></message>
     <message id="USAGE_SVG"><translation>SVG 图片 (*.svg)</translation></message>
@@ -471,6 +473,8 @@
     <message id="USAGE_TIP_TRASH"><translation>将勾选的内容移到回收站；清空回收站后才会释放空间。</translation></message>
     <message id="USAGE_TRASHED" numerus="yes"><translation><numerusform>已将 %n 个项目移到回收站。</numerusform></translation></message>
     <message id="USAGE_UNREAD" numerus="yes"><translation><numerusform>%n 个文件夹无法读取，第一个是 %1。使用管理员权限：%2</numerusform></translation></message>
+    <message id="USAGE_UNREAD_MORE" numerus="yes"><translation><numerusform>… 以及另外 %n 个</numerusform></translation></message>
+    <message id="USAGE_UNREAD_TITLE" numerus="yes"><translation><numerusform>%n 个文件夹无法读取</numerusform></translation></message>
     <message id="USAGE_UNTICK"><translation>取消选择</translation></message>
     <message id="USAGE_VIEW"><translation>视图</translation></message>
     <message id="USAGE_VIEW_TIP"><translation>图表的颜色和大小表示什么</translation></message>

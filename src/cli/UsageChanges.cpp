@@ -1,6 +1,7 @@
 #include "cli/UsageChanges.h"
 
 #include "cli/JsonWriter.h"
+#include "cli/WorkRun.h"
 #include "core/UtilityFunction.h"
 #include "diskusage/AllDir.h"
 #include "foundation/Paths.h"
@@ -33,6 +34,14 @@ std::string pathOf(const QJsonObject &node) {
                            : QByteArray::fromBase64(exact.toUtf8()).toStdString();
 }
 
+// What a folder of the document has; the sizes are whole.
+bool isNode(const QJsonObject &node) {
+    constexpr qint64 wrong = -1;
+    return node[QStringLiteral("path")].isString() &&
+           node[QStringLiteral("bytes")].toInteger(wrong) >= 0 &&
+           node[QStringLiteral("children")].isArray();
+}
+
 std::string words(std::int64_t bytes) {
     const auto size = std::uint64_t(bytes < 0 ? -bytes : bytes);
     return (bytes < 0 ? "-" : "+") + UtilityFunction::convertVolSpace(size).toStdString();
@@ -54,9 +63,15 @@ bool UsageChanges::read(const std::filesystem::path &file, const std::string &fo
         QJsonDocument::fromJson(QByteArray::fromStdString(*text), &error).object();
     if (error.error != QJsonParseError::NoError)
         return wrong(error.errorString().toStdString());
-    if (document[QStringLiteral("command")].toString() != QLatin1String("usage") ||
-        !document[QStringLiteral("children")].isArray())
-        return wrong("is no document of `usage`");
+    const auto noDocument = [&] { return wrong("is no document of `usage`"); };
+    if (document[QStringLiteral("command")].toString() != QLatin1String("usage"))
+        return noDocument();
+    if (document.contains(QStringLiteral("items")))
+        return wrong("was written with --list; leave that out");
+    if (document[QStringLiteral("interrupted")].toBool())
+        return wrong("was written by a run that was interrupted");
+    if (!isNode(document))
+        return noDocument();
     if (pathOf(document) != folder)
         return wrong("is about " + paths::display(pathOf(document)).toStdString());
     std::vector<std::pair<QJsonObject, std::size_t>> waiting{{document, 0}};
@@ -65,8 +80,11 @@ bool UsageChanges::read(const std::filesystem::path &file, const std::string &fo
         waiting.pop_back();
         m_before.emplace(pathOf(node), std::uint64_t(node[QStringLiteral("bytes")].toInteger()));
         m_depth = std::max(m_depth, depth);
-        for (const QJsonValue &child : node[QStringLiteral("children")].toArray())
+        for (const QJsonValue &child : node[QStringLiteral("children")].toArray()) {
             waiting.emplace_back(child.toObject(), depth + 1);
+            if (!isNode(waiting.back().first))
+                return noDocument();
+        }
     }
     return true;
 }
@@ -106,6 +124,7 @@ bool UsageChanges::show(const AllDir &root, Output &output) const {
         json.key("schema").value(1);
         json.key("command").value("usage");
         json.path("path", root.szPath());
+        writeInterrupted(json);
         json.key("changes").beginArray();
         for (const Change &change : changes) {
             json.beginObject();

@@ -11,6 +11,7 @@
 #include "diskusage/FSNode.h"
 #include "diskusage/NodeTreeOperator.h"
 #include "diskusage/RecordingCanvas.h"
+#include "diskusage/RingChart.h"
 #include "diskusage/W32AllDir.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
@@ -127,6 +128,15 @@ std::string words(std::uint64_t bytes) {
     return UtilityFunction::convertVolSpace(bytes).toStdString();
 }
 
+void tellUnread(const UnreadFolders &unread, Output &output) {
+    if (unread.count == 0)
+        return;
+    const std::string first = paths::display(unread.first.front()).toStdString();
+    output.warning(unread.count == 1 ? first + ": could not be read"
+                                     : std::to_string(unread.count) +
+                                           " folders could not be read, the first one is " + first);
+}
+
 // -- The size tree
 
 // The non-null children of the nodes on the way down, to be taken one after the other: trees may
@@ -229,6 +239,7 @@ bool showTree(Output &output, const AllDir &root, const Request &request,
         json.key("command").value("usage");
         writeNode(json, root);
         json.key("directories").value(directories);
+        writeInterrupted(json);
         writeChildren(json, output, root, request.depth);
         if (request.rings)
             writeRings(json, sectors);
@@ -289,11 +300,13 @@ int measureTree(const Request &request, Output &output) {
              return std::to_string(finished) + " of " + std::to_string(levels) + " folders, " +
                     words(std::uint64_t(root->iSize.load()));
          },
-         [&](bool) {
+         [&](bool leftBehind) {
              center.removeObserver(&observer);
              RecordingCanvas canvas;
              // It would stop the painting as well.
              AllDir::bStopScan = false;
+             if (!leftBehind)
+                 tellUnread(RingChart::unreadIn(*root), output);
              if (request.rings) {
                  const ChartCanvas::Use use(canvas);
                  root->Paint(360.0, 0.0, 1, 0, false);
@@ -351,6 +364,7 @@ bool showList(Output &output, const FSNode &root) {
         json.key("command").value("usage");
         json.path("path", folderPath(root._path()));
         json.key("bytes").value(root.size);
+        writeInterrupted(json);
         writeItems(json, output, root);
         json.endObject();
         return output.data(json.take());
@@ -384,6 +398,8 @@ int measureList(const Request &request, Output &output) {
                     [&](bool leftBehind) {
                         if (leftBehind)
                             root.size = nodes.giveUp(root, request.limit);
+                        else
+                            tellUnread(nodes.unread(), output);
                         // Equals of the first level by their names, below it in the system's order.
                         std::stable_sort(root.children.begin(), root.children.end(),
                                          [](const auto &a, const auto &b) {

@@ -4,6 +4,7 @@
 #include "cli/JsonWriter.h"
 #include "cli/RightsRefusal.h"
 #include "cli/WorkRun.h"
+#include "diskusage/HeldPrograms.h"
 #include "foundation/Paths.h"
 #include "foundation/SaturatingSum.h"
 #include "platform/Platform.h"
@@ -33,6 +34,7 @@ struct UsageRemoving::Job : RemovalJob {
     RemovalRoot root;
     std::vector<ActedItem> items;
     std::uint64_t bytesFreed = 0;
+    std::vector<std::pair<std::filesystem::path, std::string>> programs; // that hold an item
 };
 
 void UsageRemoving::configure(QCommandLineParser &parser) {
@@ -116,6 +118,7 @@ void UsageRemoving::work(Job &job) {
     UsageRemoval::Options options = m_options;
     options.stop = &job.stop;
     UsageRemoval removal(options);
+    const HeldPrograms programs;
     std::filesystem::path gone; // the last folder that went, or would
     for (const UsageItem &item : found) {
         const auto path = item.target.path();
@@ -125,6 +128,7 @@ void UsageRemoving::work(Job &job) {
             const std::lock_guard lock(job.mutex);
             job.current = path.native();
         }
+        const std::string program = programs.of(path);
         const auto outcome = removal.act(item);
         if (job.stop && !outcome.done)
             return;
@@ -135,6 +139,8 @@ void UsageRemoving::work(Job &job) {
         std::string error;
         if (!outcome.done)
             error = outcome.words.empty() ? outcome.error.message() : outcome.words;
+        if (outcome.done && !program.empty())
+            job.programs.emplace_back(path, program);
         job.items.push_back({path.native(), item.below.bytes, std::move(error)});
     }
 }
@@ -143,6 +149,9 @@ int UsageRemoving::tell(const Job &job, const std::filesystem::path &folder, Out
     std::uint64_t bytes = 0;
     for (const ActedItem &item : job.items)
         bytes = addSaturating(bytes, item.error.empty() ? item.bytes : 0);
+    for (const auto &[path, program] : job.programs)
+        output.warning(paths::display(path).toStdString() + ": in use by " +
+                       paths::display(program).toStdString());
     bool written = false;
     if (output.json) {
         JsonWriter json;

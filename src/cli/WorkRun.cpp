@@ -1,6 +1,7 @@
 #include "cli/WorkRun.h"
 
 #include "cli/Interruption.h"
+#include "cli/JsonWriter.h"
 #include "core/ThreadWorker.h"
 #include "removal/NvAuthorization.h"
 #include "removal/RemovalRun.h"
@@ -66,6 +67,11 @@ int runWork(const Work &work, Output &output) {
     if (!ended)
         Interruption::end(status);
     return status;
+}
+
+void writeInterrupted(JsonWriter &json) {
+    if (Interruption::signal() != 0)
+        json.key("interrupted").value(true);
 }
 
 bool RemovalJob::begin(const std::string &command, Output &output) {

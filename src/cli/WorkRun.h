@@ -16,6 +16,8 @@ class RemovalRun;
 
 namespace cli {
 
+class JsonWriter;
+
 /// Runs an event loop until it is quit, and shows the progress meanwhile. Once the command is
 /// interrupted `stop` is called, time after time; when that has not led to an end in time, the work
 /// is left behind: false is returned, and all that it may use has to stay until the process ends.
@@ -35,6 +37,9 @@ struct Work {
 
 /// Runs it, with an event loop on the calling thread. An exception of the work is thrown on.
 int runWork(const Work &work, Output &output);
+
+/// Marks the document of a command that was interrupted: `"interrupted":true`.
+void writeInterrupted(JsonWriter &json);
 
 /// What a command that removes shares with its work, which an interruption may leave behind: then
 /// it stays until the process ends.

@@ -353,6 +353,7 @@ void DiskUsageAppController::browseFilesFinished(Scan &ended) {
     }
     Q_EMIT rowsWillChange();
     m_rootNode = std::move(scan->node);
+    m_listUnread = scan->treeOperator.unread();
     {
         const std::lock_guard lock(m_mutex);
         m_listRoot = std::move(scan->root);

@@ -80,6 +80,7 @@ public:
     /// rowsChanged().
     FSNode *_rootNode() { return m_rootNode.get(); }
     UsageTicks &listTicks() { return m_listTicks; }
+    const UnreadFolders &listUnread() const { return m_listUnread; }
     /// A click on the box of an item.
     void setNodeTicked(FSNode &node, bool ticked);
 
@@ -152,6 +153,7 @@ private:
     std::filesystem::path m_listPath;
     Result<RemovalRoot> m_listRoot = std::errc::no_such_file_or_directory;
     UsageTicks m_listTicks;
+    UnreadFolders m_listUnread;
     Clock::Handle m_giveUp = 0;
     Clock::Handle m_alert = 0;
     CallQueue m_calls;

@@ -41,10 +41,12 @@ void complete(FSNode &node, std::size_t first, std::uint64_t limit) {
 // once everything below it is complete; no lock is needed.
 class ListWalk final : public DirectoryWalk::Visitor {
 public:
-    ListWalk(FSNode &root, std::uint64_t limit, TaskStopper &stopper, std::shared_mutex &tree)
+    ListWalk(FSNode &root, std::uint64_t limit, TaskStopper &stopper, std::shared_mutex &tree,
+             UnreadFolders &unread)
         : m_root(root),
           m_limit(limit),
           m_tree(tree),
+          m_unread(unread),
           m_walk(*Platform::current().files, *this,
                  {WantedAttributes::NonDirectories, 0, &stopper.flag()}) {}
 
@@ -74,6 +76,13 @@ public:
         }
     }
 
+    void read(DirectoryWalk::Directory &directory, std::error_code error) override {
+        if (!error)
+            return;
+        const std::lock_guard lock(m_unreadMutex);
+        m_unread.add([&] { return static_cast<FSNode *>(directory.context())->_path().native(); });
+    }
+
     void left(DirectoryWalk::Directory &directory) override {
         const std::shared_lock lock(m_tree);
         FSNode &node = *static_cast<FSNode *>(directory.context());
@@ -85,6 +94,8 @@ private:
     FSNode &m_root;
     const std::uint64_t m_limit;
     std::shared_mutex &m_tree;
+    std::mutex m_unreadMutex;
+    UnreadFolders &m_unread;
     DirectoryWalk m_walk;
     std::size_t m_firstOwnChild = 0;
 };
@@ -106,9 +117,11 @@ std::uint64_t NodeTreeOperator::getFistListTree(const std::filesystem::path &pat
         return attributes->size;
     }
     auto directory = files.openDirectory(path);
-    if (!directory)
+    if (!directory) {
+        m_unread.add([&] { return path.native(); });
         return 0;
-    return ListWalk(root, limit, m_stopper, m_tree).run(std::move(*directory));
+    }
+    return ListWalk(root, limit, m_stopper, m_tree, m_unread).run(std::move(*directory));
 }
 
 std::uint64_t NodeTreeOperator::giveUp(FSNode &root, std::uint64_t limit) {

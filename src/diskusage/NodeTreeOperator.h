@@ -2,6 +2,7 @@
 
 #include "core/TaskStopper.h"
 #include "diskusage/FSNode.h"
+#include "diskusage/UnreadFolders.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -29,9 +30,13 @@ public:
     /// It hangs for good then, and this object and the tree must stay.
     std::uint64_t giveUp(FSNode &root, std::uint64_t limit);
 
+    /// Of all walks that have ended.
+    const UnreadFolders &unread() const { return m_unread; }
+
 private:
     TaskStopper &m_stopper;
     std::shared_mutex m_tree; // held by whoever writes a node
+    UnreadFolders m_unread;
 };
 
 /// The size in bytes below which the list leaves items out, from the settings. It wraps: a limit in

@@ -50,49 +50,28 @@ struct DirectoryBytes {
     std::uint64_t stored = 0;
 };
 
-std::vector<CleanFileInfo>
-itemsOf(const std::filesystem::path &folder,
-        const std::unordered_map<std::string, DirectoryBytes> &directories) {
-    std::vector<CleanFileInfo> items;
+FolderListing::Pointer
+listingOf(const std::filesystem::path &folder,
+          const std::unordered_map<std::string, DirectoryBytes> &directories) {
+    const auto listing = std::make_shared<FolderListing>(folder);
     FileOperations &files = *Platform::current().files;
     const auto directory = files.openDirectory(folder);
-    if (!directory)
-        return items;
     DirectoryBlock block;
-    do {
+    while (directory && !block.atEnd()) {
         if (files.readBlock(*directory, block, WantedAttributes::NonDirectories))
             break;
         for (const DirectoryEntry &entry : block.entries()) {
+            const bool isDirectory = entry.type == EntryType::Directory;
             DirectoryBytes bytes{entry.size, entry.stored};
-            if (entry.type == EntryType::Directory) {
+            if (isDirectory) {
                 const auto known = directories.find(std::string(entry.nameView()));
                 bytes = known == directories.end() ? DirectoryBytes{} : known->second;
             }
-            items.emplace_back(QString(), std::string(entry.nameView()),
-                               paths::join(folder, entry.nameView()),
-                               UtilityFunction::convertVolSpace(bytes.size), bytes.size);
-            items.back().stored = bytes.stored;
-            items.back().isDirectory = entry.type == EntryType::Directory;
-            if (entry.hasAttributes)
-                items.back().modified = entry.modified;
+            listing->add(entry.nameView(), bytes.size, bytes.stored, isDirectory);
         }
-    } while (!block.atEnd());
-    return items;
-}
-
-// By the sizes in words, each of which is read once and not at every comparison.
-RingChart::CleanFileInfoList sortedBySize(std::vector<CleanFileInfo> items) {
-    std::vector<std::pair<std::uint64_t, std::size_t>> order;
-    for (const CleanFileInfo &item : items)
-        order.emplace_back(UtilityFunction::getVolSpaceFromString(item.size), order.size());
-    std::stable_sort(order.begin(), order.end(), [](const auto &first, const auto &second) {
-        return second.first < first.first;
-    });
-    RingChart::CleanFileInfoList sorted;
-    sorted.reserve(items.size());
-    for (const auto &[size, index] : order)
-        sorted.push_back(std::move(items[index]));
-    return sorted;
+    }
+    listing->sort();
+    return listing;
 }
 
 } // namespace
@@ -337,8 +316,7 @@ void RingChart::updateLeftView(const std::filesystem::path &path, std::uint64_t 
     NotificationCenter::defaultCenter().post(
         QStringLiteral("RefreshLeftView"), this,
         {{QStringLiteral("RootPath"), QVariant::fromValue(folder)},
-         {QStringLiteral("DecendingItem"),
-          QVariant::fromValue(sortedBySize(itemsOf(path, directories)))}});
+         {QStringLiteral("DecendingItem"), QVariant::fromValue(listingOf(path, directories))}});
 }
 
 void RingChart::SeekDirectory(std::string_view path) {

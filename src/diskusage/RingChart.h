@@ -1,5 +1,7 @@
 #pragma once
 
+#include "diskusage/FolderListing.h"
+#include "diskusage/UnreadFolders.h"
 #include "diskusage/W32AllDir.h"
 #include "foundation/Result.h"
 #include "platform/FileOperations.h"
@@ -28,14 +30,12 @@ namespace brightsweep {
 /// contructPieTree(). Destroy it only when no scan runs, an abandoned one included.
 ///
 /// Posts, with itself as the object: "RefreshLeftView" ("RootPath": a CleanFileInfo,
-/// "DecendingItem": a CleanFileInfoList, largest first), on the thread that scanned or navigated;
-/// "ShowBubble" ("CurrentDir", "DirSize", "MouseXPos", "MouseYPos"); "HideBubble".
+/// "DecendingItem": a FolderListing::Pointer, largest first), on the thread that scanned or
+/// navigated; "ShowBubble" ("CurrentDir", "DirSize", "MouseXPos", "MouseYPos"); "HideBubble".
 class RingChart : public QObject {
     Q_OBJECT
 
 public:
-    using CleanFileInfoList = std::vector<CleanFileInfo>;
-
     explicit RingChart(QObject *parent = nullptr);
     ~RingChart() override;
 
@@ -95,7 +95,8 @@ public:
         std::string path;        ///< with a trailing "/"; empty where there is none
         std::uint64_t bytes = 0; ///< by the measure of the view
         int level = 0;
-        std::uint64_t size = 0; ///< of the files, whatever the measure
+        std::uint64_t size = 0;   ///< of the files, whatever the measure
+        std::uint64_t stored = 0; ///< what they take on the disk
     };
     Facts foundFacts() const;
     /// Of the directory whose gap lies at that place of the chart: the part of its ring that stands
@@ -105,8 +106,10 @@ public:
     Facts rootFacts() const;
     /// Of the directory with that path, with a trailing "/".
     std::optional<Facts> factsOf(std::string_view path) const;
-    /// Directories that the last scan could not read, and the first of them.
-    std::pair<std::size_t, std::string> unreadDirectories() const;
+    /// What the last scan could not read.
+    UnreadFolders unreadDirectories() const;
+    /// The same of a tree that is complete.
+    static UnreadFolders unreadIn(const AllDir &root);
 
     /// The item as removals take it: its way down from the scanned folder, which was remembered
     /// when the scan began. An error for what does not lie below that folder, and for the folder
@@ -168,8 +171,6 @@ private:
     Facts factsLocked(const AllDir *node) const;
     void leaveLocked(const AllDir &node);
     bool isInTreeLocked(const AllDir &node) const;
-    /// How many directories could not be read, and the first of them.
-    static std::pair<std::size_t, std::string> unreadIn(const AllDir &root);
     AllDir *searchFileLocked(std::string_view path) const;
 
     // For the three pointers, the life of what they point at, and the scanned folder.
@@ -181,7 +182,7 @@ private:
     std::atomic<bool> m_scanning{false};
     std::uint64_t m_scan = 0; // the number of the scan that counts
     bool m_isGrowing = false; // its thread fills icAllDir
-    std::pair<std::size_t, std::string> m_unread;
+    UnreadFolders m_unread;
     bool bShowBubble = false;
     ChartView m_view;
     struct LeftOut {
@@ -194,5 +195,3 @@ private:
 };
 
 } // namespace brightsweep
-
-Q_DECLARE_METATYPE(brightsweep::RingChart::CleanFileInfoList)

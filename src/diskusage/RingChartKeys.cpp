@@ -124,7 +124,7 @@ RingChart::Facts RingChart::gapAt(QPointF place) const {
     return {};
 }
 
-std::pair<std::size_t, std::string> RingChart::unreadDirectories() const {
+UnreadFolders RingChart::unreadDirectories() const {
     const std::lock_guard lock(m_mutex);
     return m_unread;
 }

@@ -43,7 +43,7 @@ RingChart::Facts RingChart::factsLocked(const AllDir *node) const {
     if (!node)
         return {};
     return {node->szPath(), shownSizeLocked(*node), node->iLevel,
-            std::uint64_t(node->iSize.load(std::memory_order_relaxed))};
+            std::uint64_t(node->iSize.load(std::memory_order_relaxed)), node->facts.stored};
 }
 
 // Before a node goes out of the tree.
@@ -94,14 +94,14 @@ void RingChart::replaceFolder(std::string_view path, W32AllDir *scanned) {
     Q_EMIT redrawNeeded();
 }
 
-std::pair<std::size_t, std::string> RingChart::unreadIn(const AllDir &root) {
-    std::pair<std::size_t, std::string> unread;
+UnreadFolders RingChart::unreadIn(const AllDir &root) {
+    UnreadFolders unread;
     std::vector<const AllDir *> waiting{&root};
     while (!waiting.empty()) {
         const AllDir *const node = waiting.back();
         waiting.pop_back();
-        if (node->isUnread && unread.first++ == 0)
-            unread.second = node->szPath();
+        if (node->isUnread)
+            unread.add([&] { return node->szPath(); });
         for (const std::atomic<AllDir *> &slot : node->ppChildren()) {
             if (const AllDir *const child = slot.load(std::memory_order_relaxed))
                 waiting.push_back(child);

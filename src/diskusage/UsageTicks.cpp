@@ -1,18 +1,17 @@
 #include "diskusage/UsageTicks.h"
 
 #include "core/ThreadWorker.h"
+#include "diskusage/HeldPrograms.h"
 #include "diskusage/NodeTreeOperator.h"
 #include "foundation/Log.h"
 #include "foundation/PathBytes.h"
 #include "linux/RemovalError.h"
-#include "platform/FileHolders.h"
 #include "platform/Platform.h"
 #include "removal/RemovalRun.h"
 #include "removal/TrashRecord.h"
 
 #include <algorithm>
 #include <set>
-#include <unordered_map>
 #include <utility>
 
 namespace brightsweep {
@@ -22,21 +21,6 @@ namespace {
 std::filesystem::path parentOf(const std::filesystem::path &path) {
     const auto slash = path.native().rfind('/');
     return slash == std::string::npos ? std::string() : path.native().substr(0, slash);
-}
-
-// What running programs hold, and every directory on the way there, by the paths that they have
-// without links.
-std::unordered_map<std::string, std::string> heldPaths() {
-    std::unordered_map<std::string, std::string> programs;
-    for (const HeldFile &held : Platform::current().holders->heldFiles()) {
-        std::string path = held.path;
-        for (auto end = path.size(); end != path.npos && end > 0; end = path.rfind('/')) {
-            path.resize(end);
-            if (!programs.emplace(path, held.program).second)
-                break; // and with it all above
-        }
-    }
-    return programs;
 }
 
 bool isBelow(const std::filesystem::path &path, const std::filesystem::path &folder) {
@@ -67,10 +51,12 @@ std::vector<CleanFileInfo> UsageTicks::allSelectArr() const {
     return items;
 }
 
-std::uint64_t UsageTicks::bytes() const {
+std::uint64_t UsageTicks::bytes(ChartMeasure measure) const {
     std::uint64_t sum = 0;
-    for (const auto &[path, tick] : m_ticks)
-        sum += isBelowTick(path) ? 0 : tick.info.fileSizeNum;
+    for (const auto &[path, tick] : m_ticks) {
+        if (!isBelowTick(path))
+            sum += measure == ChartMeasure::Stored ? tick.info.stored : tick.info.fileSizeNum;
+    }
     return sum;
 }
 
@@ -199,7 +185,7 @@ void UsageTicks::ask() {
 // Each row holds what was ticked, and then what is there.
 void UsageTicks::survey(std::nullptr_t) {
     FileOperations &files = *Platform::current().files;
-    const auto programs = heldPaths();
+    const HeldPrograms programs;
     for (SelectFilesListView &row : m_sheet) {
         FreedBytes &freed = m_freed.emplace_back();
         if (row.hasGone)
@@ -224,9 +210,7 @@ void UsageTicks::survey(std::nullptr_t) {
                              : 1;
         if (!row.isOther)
             row.now = *now;
-        const auto held = programs.find(ticked.target.path().native());
-        if (held != programs.end())
-            row.program = held->second;
+        row.program = programs.of(ticked.target.path());
     }
 }
 

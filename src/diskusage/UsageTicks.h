@@ -1,5 +1,6 @@
 #pragma once
 
+#include "diskusage/ChartView.h"
 #include "diskusage/UsageRemoval.h"
 #include "foundation/CallQueue.h"
 #include "results/CleanFileInfo.h"
@@ -64,7 +65,8 @@ public:
     /// In the order of their paths. The size of each is the one that it was listed with.
     std::vector<CleanFileInfo> allSelectArr() const;
     std::size_t count() const { return m_ticks.size(); }
-    std::uint64_t bytes() const; ///< what lies in a ticked folder counts once
+    /// By that measure. What lies in a ticked folder counts once.
+    std::uint64_t bytes(ChartMeasure measure = ChartMeasure::Size) const;
     bool contains(const std::filesystem::path &path) const {
         return m_ticks.contains(path.native());
     }

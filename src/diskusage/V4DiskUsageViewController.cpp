@@ -35,8 +35,9 @@ std::filesystem::path withoutSlash(std::string path) {
     return path;
 }
 
-std::uint64_t shownBytesOf(const CleanFileInfo &item, const ChartView &view) {
-    return view.measure == ChartMeasure::Stored ? item.stored : item.fileSizeNum;
+bool isGone(const std::filesystem::path &path) {
+    return Platform::current().files->attributes(path).error() ==
+           std::errc::no_such_file_or_directory;
 }
 
 } // namespace
@@ -50,9 +51,10 @@ struct V4DiskUsageViewController::Listing {
     std::uint64_t generation = 0;
     std::shared_ptr<ThreadWorker> worker;
     CleanFileInfo root;
-    RingChart::CleanFileInfoList items;
+    FolderListing::Pointer items;
     std::vector<std::error_code> refusals;
     std::uint64_t volumeBytes = 0;
+    bool hasGone = false;
 
     static thread_local Listing *current;
 
@@ -73,16 +75,15 @@ thread_local V4DiskUsageViewController::Listing *V4DiskUsageViewController::List
 
 void V4DiskUsageViewController::Listing::take(const Notification &notification) {
     root = notification.userInfo[QStringLiteral("RootPath")].value<CleanFileInfo>();
-    items = notification.userInfo[QStringLiteral("DecendingItem")]
-                .value<RingChart::CleanFileInfoList>();
+    items = notification.userInfo[QStringLiteral("DecendingItem")].value<FolderListing::Pointer>();
     askBeforehand(page->m_openGLView);
 }
 
 void V4DiskUsageViewController::Listing::askBeforehand(const RingChart &chart) {
     OpenItem previous;
-    for (std::size_t i = 0; i < std::min(items.size(), UsageRemoval::mostAskedBeforehand); ++i) {
+    for (std::size_t i = 0; i < std::min(items->size(), UsageRemoval::mostAskedBeforehand); ++i) {
         std::error_code &refusal = refusals.emplace_back();
-        if (const auto target = chart.removalTarget(items[i].path))
+        if (const auto target = chart.removalTarget((*items)[i].path))
             refusal = UsageRemoval::refusalBeforehand(*target, previous);
     }
 }
@@ -94,12 +95,11 @@ struct V4DiskUsageViewController::Reading {
     W32AllDir *root = W32AllDir::newRoot();
     std::shared_ptr<ThreadWorker> worker;
 
-    bool isGone = false;
+    bool hasGone = false;
 
     void read(std::nullptr_t) {
         root->ListAllDir(path, false);
-        isGone = root->isUnread && Platform::current().files->attributes(path).error() ==
-                                       std::errc::no_such_file_or_directory;
+        hasGone = root->isUnread && isGone(path);
     }
     void ended() { page->endReading(*this); }
 };
@@ -110,7 +110,8 @@ V4DiskUsageViewController::V4DiskUsageViewController(DiskUsageAppController &dis
       m_diskUsageAppCon(diskUsageAppCon),
       m_surroundings(std::move(surroundings)),
       m_ticks(
-          [this](const std::filesystem::path &item) { return m_openGLView.removalTarget(item); }) {
+          [this](const std::filesystem::path &item) { return m_openGLView.removalTarget(item); }),
+      m_allShowListArr([this](const std::filesystem::path &item) { return isTicked(item); }) {
     if (!m_surroundings.clock)
         m_surroundings.clock = &Clock::eventLoop();
     m_openGLView.setListing(
@@ -164,7 +165,7 @@ void V4DiskUsageViewController::bind() {
         &m_openGLView);
     connect(&m_ticks, &UsageTicks::changed, this, [this] {
         m_hasSelected = m_hasSelected || m_ticks.count() > 0;
-        refreshMarks();
+        Q_EMIT marksChanged();
         Q_EMIT selectionChanged();
     });
     connect(&m_ticks, &UsageTicks::refused, this, &V4DiskUsageViewController::refused);
@@ -187,11 +188,11 @@ void V4DiskUsageViewController::drawPieTree(const std::filesystem::path &path) {
     std::error_code error;
     const auto space = std::filesystem::space(path, error);
     listing->volumeBytes = error ? 0 : space.capacity;
+    listing->hasGone = isGone(path);
 }
 
 void V4DiskUsageViewController::scanBegins() {
-    for (const auto &reading : m_readings)
-        reading->root->abandonScan();
+    stopReading();
     m_scanListing = std::make_shared<Listing>();
     m_scanListing->page = this;
 }
@@ -212,7 +213,8 @@ void V4DiskUsageViewController::scanEnded() {
     m_hasSelected = false;
     if (listing) {
         m_volumeBytes = listing->volumeBytes;
-        leftViewContent(listing->root, listing->items, listing->refusals);
+        m_hasGone = listing->hasGone;
+        leftViewContent(*listing);
     }
     m_unread = m_openGLView.unreadDirectories();
     Q_EMIT scanFactsChanged();
@@ -237,15 +239,13 @@ void V4DiskUsageViewController::endListing(const std::shared_ptr<Listing> &listi
     if (listing->generation != m_generation)
         return;
     m_isListing = false;
-    leftViewContent(listing->root, listing->items, listing->refusals);
+    leftViewContent(*listing);
 }
 
-void V4DiskUsageViewController::leftViewContent(const CleanFileInfo &root,
-                                                const RingChart::CleanFileInfoList &items,
-                                                const std::vector<std::error_code> &refusals) {
-    NSLog("rootDir path:%@", root.path);
-    m_rootItem = root;
-    m_currentPath = withoutSlash(root.path.native());
+void V4DiskUsageViewController::leftViewContent(Listing &listing) {
+    NSLog("rootDir path:%@", listing.root.path);
+    m_rootItem = std::move(listing.root);
+    m_currentPath = withoutSlash(m_rootItem.path.native());
     m_rootItem.path = m_currentPath;
     m_rootItem.isDirectory = true;
     if (m_isFirstIn) {
@@ -260,51 +260,24 @@ void V4DiskUsageViewController::leftViewContent(const CleanFileInfo &root,
         else
             NSLog("home dir navigation count:%d", int(m_pathNumber));
     }
-    m_allShowListArr.clear();
-    m_leftOut = 0;
-    m_leftOutBytes = 0;
-    const std::uint64_t limit = getLimitSize();
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        const CleanFileInfo &item = items[i];
-        if (item.isDirectory && m_openGLView.isLeftOut(withSlash(item.path.native())))
-            continue;
-        // By what the words read as, like everything that the page shows.
-        if (!item.isDirectory && UtilityFunction::getVolSpaceFromString(item.size) < limit) {
-            ++m_leftOut;
-            m_leftOutBytes += shownBytesOf(item, m_openGLView.view());
-            continue;
-        }
-        BigSizeFilesList &row = m_allShowListArr.emplace_back();
-        row.aFileInfo = item;
-        row.isDir = item.isDirectory;
-        row.listTag = std::int32_t(m_allShowListArr.size() - 1);
-        row.isSelected = isTicked(item.path);
-        if (i < refusals.size())
-            row.refusal = refusals[i];
-    }
-    orderRows();
-}
-
-// Largest first, by what is shown; by size that is the order of the listing.
-void V4DiskUsageViewController::orderRows() {
-    const ChartView &view = m_openGLView.view();
-    for (BigSizeFilesList &row : m_allShowListArr)
-        row.shownBytes = shownBytesOf(row.aFileInfo, view);
-    std::stable_sort(m_allShowListArr.begin(), m_allShowListArr.end(),
-                     [&](const BigSizeFilesList &a, const BigSizeFilesList &b) {
-                         return view.measure == ChartMeasure::Stored ? a.shownBytes > b.shownBytes
-                                                                     : a.listTag < b.listTag;
-                     });
+    const std::string folder = withSlash(m_currentPath.native());
+    m_allShowListArr.show(std::move(listing.items), std::move(listing.refusals), getLimitSize(),
+                          [&](std::string_view name) {
+                              return m_openGLView.leftOut() > 0 &&
+                                     m_openGLView.isLeftOut(folder + std::string(name) + "/");
+                          });
     Q_EMIT listChanged();
 }
 
 std::uint64_t V4DiskUsageViewController::shownRootBytes() const {
-    return shownBytesOf(m_rootItem, m_openGLView.view());
+    return m_openGLView.view().measure == ChartMeasure::Stored ? m_rootItem.stored
+                                                               : m_rootItem.fileSizeNum;
 }
 
 void V4DiskUsageViewController::setView(const ChartView &view) {
     m_openGLView.setView(view);
-    orderRows();
+    m_allShowListArr.setMeasure(view.measure);
+    Q_EMIT listChanged();
 }
 
 std::vector<PathCell> V4DiskUsageViewController::pathCells() const {
@@ -344,7 +317,7 @@ void V4DiskUsageViewController::onChangePath(const std::filesystem::path &cell) 
 void V4DiskUsageViewController::mouseDownClick(std::size_t row) {
     if (row >= m_allShowListArr.size())
         return;
-    const BigSizeFilesList &clicked = m_allShowListArr[row];
+    const BigSizeFilesList clicked = m_allShowListArr[row];
     NSLog("Click left list to draw: %@", clicked.aFileInfo.path);
     if (clicked.isDir)
         m_openGLView.SeekDirectory(withSlash(clicked.aFileInfo.path.native()));
@@ -360,8 +333,7 @@ void V4DiskUsageViewController::readAgain(const std::filesystem::path &folder) {
         return m_diskUsageAppCon.viewDragAction(folder);
     if (!m_openGLView.factsOf(path))
         return;
-    for (const auto &earlier : m_readings)
-        earlier->root->abandonScan();
+    stopReading();
     const auto reading = std::make_shared<Reading>();
     reading->page = this;
     reading->path = path;
@@ -369,6 +341,13 @@ void V4DiskUsageViewController::readAgain(const std::filesystem::path &folder) {
     m_isReadingAgain = true;
     Q_EMIT foldersChanged();
     reading->worker = ThreadWorker::workOn(reading.get(), &Reading::read, nullptr, &Reading::ended);
+}
+
+void V4DiskUsageViewController::stopReading() {
+    for (const auto &reading : m_readings)
+        reading->root->abandonScan();
+    if (std::exchange(m_isReadingAgain, false))
+        Q_EMIT foldersChanged();
 }
 
 // Of several that were asked for the last one counts, and none of an earlier scan.
@@ -381,7 +360,7 @@ void V4DiskUsageViewController::endReading(Reading &ended) {
     if (!counts || m_ticks.isRemoving()) {
         reading->root->FreeAll();
     } else {
-        if (reading->isGone) {
+        if (reading->hasGone) {
             reading->root->FreeAll();
             if (const auto item = itemOf(withoutSlash(reading->path)))
                 m_openGLView.removeFile(*item, true);
@@ -416,7 +395,7 @@ void V4DiskUsageViewController::showLeftOut() {
 void V4DiskUsageViewController::colorButtonAction(std::size_t row) {
     if (row >= m_allShowListArr.size())
         return;
-    const BigSizeFilesList &clicked = m_allShowListArr[row];
+    const BigSizeFilesList clicked = m_allShowListArr[row];
     if (clicked.refusal && !clicked.isSelected) {
         Q_EMIT refused(clicked.aFileInfo.path, clicked.refusal);
         return;
@@ -443,6 +422,7 @@ V4DiskUsageViewController::itemOf(const std::filesystem::path &path) const {
         return {};
     CleanFileInfo item({}, paths::lastComponent(path), path,
                        UtilityFunction::convertVolSpace(facts->size), facts->size);
+    item.stored = facts->stored;
     item.isDirectory = true;
     return item;
 }
@@ -465,12 +445,6 @@ void V4DiskUsageViewController::changeSelectArr(bool state, const CleanFileInfo 
 // By itself or with a folder above it.
 bool V4DiskUsageViewController::isTicked(const std::filesystem::path &path) const {
     return m_ticks.contains(path) || m_ticks.isBelowTick(path);
-}
-
-void V4DiskUsageViewController::refreshMarks() {
-    for (BigSizeFilesList &row : m_allShowListArr)
-        row.isSelected = isTicked(row.aFileInfo.path);
-    Q_EMIT marksChanged();
 }
 
 const char *V4DiskUsageViewController::removeImage() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Clock.h"
+#include "diskusage/BigSizeFilesList.h"
 #include "diskusage/RingChart.h"
 #include "diskusage/UsageTicks.h"
 #include "foundation/CallQueue.h"
@@ -22,16 +23,6 @@ namespace brightsweep {
 class DiskUsageAppController;
 class ThreadWorker;
 struct Notification;
-
-/// One row of the left list.
-struct BigSizeFilesList {
-    CleanFileInfo aFileInfo;
-    bool isSelected = false;
-    bool isDir = false;
-    std::int32_t listTag = 0;
-    std::uint64_t shownBytes = 0; ///< by the measure of the chart
-    std::error_code refusal;      ///< why no removal would take it, as far as that is known
-};
 
 /// One cell of the path control.
 struct PathCell {
@@ -73,10 +64,7 @@ public:
     // -- What the view shows
     RingChart &openGLView() { return m_openGLView; }
     const RingChart &openGLView() const { return m_openGLView; }
-    const std::vector<BigSizeFilesList> &allShowListArr() const { return m_allShowListArr; }
-    /// Files of the directory that the list leaves out, being smaller than the limit.
-    std::size_t leftOut() const { return m_leftOut; }
-    std::uint64_t leftOutBytes() const { return m_leftOutBytes; }
+    const BigSizeFilesRows &allShowListArr() const { return m_allShowListArr; }
     /// True while a folder is being listed.
     bool isListing() const { return m_isListing; }
     const std::filesystem::path &currentPath() const { return m_currentPath; }
@@ -99,8 +87,9 @@ public:
     QString selectedText() const;
     /// What the volume of the scanned folder can hold; 0 where that is not known.
     std::uint64_t volumeBytes() const { return m_volumeBytes; }
-    std::size_t unread() const { return m_unread.first; }
-    const std::string &firstUnread() const { return m_unread.second; }
+    const UnreadFolders &unread() const { return m_unread; }
+    /// The scanned folder was not there any more.
+    bool hasGone() const { return m_hasGone; }
 
     // -- The scan, by the page that owns this
     /// On the main thread, before the worker starts.
@@ -138,6 +127,8 @@ public:
     void refresh();
     /// Scans one directory of the chart anew, on a worker; the scanned folder by a scan of its own.
     void readAgain(const std::filesystem::path &folder);
+    /// Calls that off: the chart stays as it is.
+    void stopReading();
     /// Leaves a directory out of chart and list, and takes its tick back.
     void leaveOut(const std::filesystem::path &folder);
     void showLeftOut();
@@ -167,13 +158,10 @@ private:
     void bind();
     void listOn(const std::filesystem::path &path, std::uint64_t size);
     void endListing(const std::shared_ptr<Listing> &listing);
-    void leftViewContent(const CleanFileInfo &root, const RingChart::CleanFileInfoList &items,
-                         const std::vector<std::error_code> &refusals);
-    void orderRows();
+    void leftViewContent(Listing &listing);
     bool isTicked(const std::filesystem::path &path) const;
     std::optional<CleanFileInfo> itemOf(const std::filesystem::path &path) const;
     void endReading(Reading &reading);
-    void refreshMarks();
     void removeEnded();
     void delayTimer();
     void postRefresh(const std::filesystem::path &path);
@@ -184,9 +172,7 @@ private:
     UsageTicks m_ticks;
     PadlockController m_padlock;
     PieChartBubble m_pieBubble;
-    std::vector<BigSizeFilesList> m_allShowListArr;
-    std::size_t m_leftOut = 0;
-    std::uint64_t m_leftOutBytes = 0;
+    BigSizeFilesRows m_allShowListArr;
     std::filesystem::path m_currentPath;
     CleanFileInfo m_rootItem;
     std::filesystem::path m_firstInPath;
@@ -201,7 +187,8 @@ private:
     std::shared_ptr<Listing> m_scanListing;           // what the scan listed at its end
     std::vector<std::shared_ptr<Reading>> m_readings; // under way; the last one counts
     std::uint64_t m_volumeBytes = 0;
-    std::pair<std::size_t, std::string> m_unread;
+    UnreadFolders m_unread;
+    bool m_hasGone = false;
     Clock::Handle m_alert = 0;
 };
 

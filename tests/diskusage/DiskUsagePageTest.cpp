@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <condition_variable>
+#include <set>
 
 namespace brightsweep {
 namespace {
@@ -64,17 +65,15 @@ protected:
     }
     std::size_t row(const std::string &name) {
         const auto &rows = view().allShowListArr();
-        for (std::size_t i = 0; i < rows.size(); ++i) {
-            if (rows[i].aFileInfo.name == name)
-                return i;
-        }
-        ADD_FAILURE() << name;
-        return 0;
+        const std::size_t at = rows.find(name);
+        EXPECT_LT(at, rows.size()) << name;
+        return std::min(at, rows.size() - 1);
     }
     std::string listed() {
         std::string text;
-        for (const BigSizeFilesList &each : view().allShowListArr())
-            text += each.aFileInfo.name + (each.isSelected ? "* " : " ");
+        const auto &rows = view().allShowListArr();
+        for (std::size_t i = 0; i < rows.size(); ++i)
+            text += rows[i].aFileInfo.name + (rows[i].isSelected ? "* " : " ");
         return text;
     }
     void ask() {
@@ -112,7 +111,7 @@ TEST_F(DiskUsagePageTest, SelectsInSeveralFoldersAndRemoves) {
     EXPECT_EQ(page.levelsDone(), page.rootDirLevels());
     go("a");
     EXPECT_EQ(listed(), "b two ");
-    EXPECT_EQ(view().leftOut(), 1u);
+    EXPECT_EQ(view().allShowListArr().small(), 1u);
     EXPECT_EQ(cells(), "work>a>");
     view().colorButtonAction(row("two"));
     view().onChangePath(tree.top());
@@ -216,6 +215,20 @@ TEST_F(DiskUsagePageTest, FoldersAreReadAgainAndLeftOut) {
     EXPECT_EQ(listed(), "a d ");
     view().setView({ChartMeasure::Stored, ChartColouring::Place});
     EXPECT_EQ(view().allShowListArr()[0].shownBytes, 0u);
+    view().colorButtonAction(row("d"));
+    EXPECT_EQ(view().selection().bytes(), 30'000u);
+    EXPECT_EQ(view().selection().bytes(ChartMeasure::Stored), 0u);
+    view().colorButtonAction(row("d"));
+    // Called off, it changes nothing.
+    tree.sparseFile("d/new", 1);
+    view().readAgain(tree.path("d"));
+    view().stopReading();
+    EXPECT_FALSE(view().isReadingAgain());
+    view().updateOpenGLView(tree.path("d"));
+    settle();
+    EXPECT_EQ(view().openGLView().currentFacts().size, 30'000u);
+    view().updateOpenGLView(tree.top());
+    settle();
     // The question tells what the list leaves out as small.
     tree.sparseFile("a/b/small", 10);
     UserDefaults::standardUserDefaults().setObject(DSDiskUsageLimit, 1);
@@ -259,6 +272,33 @@ TEST_F(DiskUsagePageTest, WhatLiesInATickedFolderIsFreedOnce) {
     remove();
     EXPECT_TRUE(tree.snapshot().empty());
     EXPECT_EQ(view().selection().report().failed, 0u);
+}
+
+TEST_F(DiskUsagePageTest, NamesWhatCouldNotBeRead) {
+    test::FaultPlatform faults;
+    for (const char *name : {"open/shut/file", "open/in/shut/file", "open/file"})
+        tree.sparseFile(name, 5000);
+    faults.setFault([](std::string_view call, const std::filesystem::path &name) {
+        return call == "openDirectoryAt" && name.filename() == "shut"
+                   ? std::make_error_code(std::errc::permission_denied)
+                   : std::error_code();
+    });
+    for (const bool chart : {true, false}) {
+        scan(chart, tree.top());
+        const UnreadFolders &unread = chart ? view().unread() : page.listUnread();
+        EXPECT_EQ(unread.count, 2u) << chart;
+        const std::set<std::string> named(unread.first.begin(), unread.first.end());
+        EXPECT_TRUE(named.contains(tree.path("open/in/shut").native() + (chart ? "/" : "")));
+        EXPECT_TRUE(named.contains(tree.path("open/shut").native() + (chart ? "/" : "")));
+    }
+    EXPECT_FALSE(view().hasGone());
+    // What shows the same size goes by name.
+    for (const char *name : {"open/d", "open/e", "open/c"})
+        tree.sparseFile(name, 4001);
+    scan(true, tree.path("open"));
+    EXPECT_EQ(listed(), "file c d e in shut ");
+    scan(true, tree.path("nothing"));
+    EXPECT_TRUE(view().hasGone());
 }
 
 TEST_F(DiskUsagePageTest, TakesNoTickThatNoRemovalWouldHonour) {

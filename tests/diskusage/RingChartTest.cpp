@@ -78,9 +78,10 @@ protected:
             const auto &info = notification.userInfo;
             const auto root = info[QStringLiteral("RootPath")].value<CleanFileInfo>();
             text += "[" + root.name + " " + root.size.toStdString();
-            for (const CleanFileInfo &entry :
-                 info[QStringLiteral("DecendingItem")].value<RingChart::CleanFileInfoList>())
-                text += ", " + entry.name + " " + entry.size.toStdString();
+            const auto items =
+                info[QStringLiteral("DecendingItem")].value<FolderListing::Pointer>();
+            for (std::size_t i = 0; i < items->size(); ++i)
+                text += ", " + (*items)[i].name + " " + (*items)[i].size.toStdString();
             text += "]";
         }
         posted.clear();

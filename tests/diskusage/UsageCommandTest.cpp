@@ -8,6 +8,8 @@
 #include <QJsonObject>
 #include <QProcess>
 
+#include <sys/stat.h>
+
 namespace brightsweep {
 namespace {
 
@@ -185,6 +187,35 @@ TEST(UsageCommand, RemovesWhatIsNamedAndNothingElse) {
     EXPECT_EQ(run({QStringLiteral("usage"), top, QStringLiteral("--apply")}).exit, 2);
 }
 
+// The program holds the folder that it works in.
+TEST(UsageCommand, NamesTheProgramThatUsesWhatGoes) {
+    TestTree tree;
+    tree.sparseFile("folder/in/file", 100);
+    QProcess sleeper;
+    sleeper.setWorkingDirectory(text(tree.path("folder/in")));
+    sleeper.start(QStringLiteral("sleep"), {QStringLiteral("1000")});
+    ASSERT_TRUE(sleeper.waitForStarted());
+    const Ran ran = run({QStringLiteral("usage"), text(tree.top()), QStringLiteral("--remove"),
+                         text(tree.path("folder"))});
+    EXPECT_EQ(ran.exit, 0);
+    EXPECT_TRUE(ran.err.contains("folder: in use by sleep\n")) << ran.err.constData();
+    sleeper.kill();
+    sleeper.waitForFinished();
+}
+
+// Others can read it as they can read whatever an editor saves.
+TEST(UsageCommand, APictureHasTheModeOfANewFile) {
+    TestTree tree;
+    tree.sparseFile("folder/file", 100);
+    const auto picture = tree.path("chart.svg");
+    const mode_t before = ::umask(027);
+    const Ran ran = run({QStringLiteral("usage"), text(tree.path("folder")),
+                         QStringLiteral("--svg"), text(picture)});
+    ::umask(before);
+    EXPECT_EQ(ran.exit, 0) << ran.err.constData();
+    EXPECT_EQ(std::filesystem::status(picture).permissions(), std::filesystem::perms(0640));
+}
+
 TEST(UsageCommand, TellsWhatGrew) {
     TestTree tree;
     tree.sparseFile("bad\xff/file", 100);
@@ -211,6 +242,16 @@ TEST(UsageCommand, TellsWhatGrew) {
         run({QStringLiteral("usage"), text(tree.path("new")), QStringLiteral("--compare"), saved})
             .exit,
         1);
+    const std::string head = R"({"command":"usage","path":")" + tree.top().native() + R"(/",)";
+    for (const char *rest : {R"("bytes":"5","children":[]})", R"("bytes":1.5,"children":[]})",
+                             R"("bytes":-1,"children":[]})", R"("bytes":5,"items":[]})",
+                             R"("bytes":5})", R"("bytes":5,"interrupted":true,"children":[]})",
+                             R"("bytes":5,"children":[{"path":7}]})"}) {
+        TestTree(tree.top().parent_path()).file("saved.json", head + rest);
+        const Ran ran = run({QStringLiteral("usage"), top, QStringLiteral("--compare"), saved});
+        EXPECT_EQ(ran.exit, 1) << rest;
+        EXPECT_TRUE(ran.out.isEmpty()) << rest;
+    }
 }
 
 } // namespace

@@ -34,7 +34,7 @@ public:
     Model(V4DiskUsageViewController &page, QObject *parent)
         : QAbstractListModel(parent), m_page(page), m_count(rows().size()) {}
 
-    const std::vector<BigSizeFilesList> &rows() const { return m_page.allShowListArr(); }
+    const BigSizeFilesRows &rows() const { return m_page.allShowListArr(); }
 
     void reset() {
         beginResetModel();
@@ -55,7 +55,7 @@ public:
     QVariant data(const QModelIndex &index, int role) const override {
         if (!index.isValid() || std::size_t(index.row()) >= rows().size())
             return {};
-        const BigSizeFilesList &row = rows()[std::size_t(index.row())];
+        const BigSizeFilesList row = rows()[std::size_t(index.row())];
         const QString name = paths::display(row.aFileInfo.name);
         const QString size = sizeWords(row.shownBytes);
         switch (role) {
@@ -97,7 +97,7 @@ public:
         const auto &rows = m_list.m_model->rows();
         if (std::size_t(index.row()) >= rows.size())
             return;
-        const BigSizeFilesList &row = rows[std::size_t(index.row())];
+        const BigSizeFilesList row = rows[std::size_t(index.row())];
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
         const QRect frame = option.rect.adjusted(1, 1, -1, -1);
@@ -184,14 +184,15 @@ QRect BigSizeFilesListView::markOf(const QModelIndex &index) const {
 
 void BigSizeFilesListView::light(const std::string &path) {
     int lit = -1;
-    const auto &rows = m_model->rows();
-    for (std::size_t i = 0; i < rows.size() && !path.empty(); ++i) {
-        const std::string &row = rows[i].aFileInfo.path.native();
+    std::string folder = m_page.currentPath().native();
+    if (!folder.ends_with('/'))
+        folder += '/';
+    if (path.size() > folder.size() && path.starts_with(folder)) {
         // What is found may lie deeper: its folder in this list is lit.
-        if (rows[i].isDir && path.starts_with(row) && path[row.size()] == '/') {
-            lit = int(i);
-            break;
-        }
+        const auto &rows = m_model->rows();
+        const auto end = path.find('/', folder.size());
+        const std::size_t row = rows.find(path.substr(folder.size(), end - folder.size()));
+        lit = row < rows.size() ? int(row) : -1;
     }
     if (lit == m_lit)
         return;

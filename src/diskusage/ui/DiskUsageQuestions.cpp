@@ -12,6 +12,7 @@
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
 #include "removal/RemovalReason.h"
+#include "ui/AlertSheet.h"
 #include "ui/PageAlerts.h"
 #include "ui/Theme.h"
 
@@ -23,6 +24,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <QToolButton>
 
 namespace brightsweep {
@@ -41,11 +43,11 @@ std::error_code writePicture(RingChart &chart, const std::filesystem::path &file
                           std::uint8_t(ground.blue())});
         const ChartCanvas::Use use(canvas);
         chart.drawChart(pictureSide, pictureSide);
-        return writeSmallFile(file, canvas.document());
+        return writeSmallFile(file, canvas.document(), NewFile::ByUmask);
     }
     QBuffer bytes;
     ChartPicture::whole(chart, {pictureSide, pictureSide}, pictureRatio, share).save(&bytes, "PNG");
-    return writeSmallFile(file, bytes.data().toStdString());
+    return writeSmallFile(file, bytes.data().toStdString(), NewFile::ByUmask);
 }
 
 } // namespace
@@ -118,8 +120,23 @@ void DiskUsageResultsPanel::showWords(const QString &words) {
     AlertSheet::show(wordsAlert(words), window());
 }
 
-void DiskUsageResultsPanel::showMenu(const std::filesystem::path &path, bool isFolder, bool isRoot,
+void DiskUsageResultsPanel::showUnread() {
+    const UnreadFolders &unread = unreadFolders();
+    QStringList paths;
+    for (const std::string &path : unread.first)
+        paths += paths::displayFromHome(path);
+    if (unread.count > unread.first.size())
+        paths += localizedText("USAGE_UNREAD_MORE", unread.count - unread.first.size());
+    AlertContent content;
+    content.text = localizedText("USAGE_UNREAD_TITLE", unread.count);
+    content.informativeText = paths.join(u'\n');
+    content.isList = true;
+    AlertSheet::show(std::move(content), window());
+}
+
+void DiskUsageResultsPanel::showMenu(const std::filesystem::path &path, bool isFolder,
                                      const QPoint &place) {
+    const bool isRoot = path == m_controller.scanPathStr();
     auto *const menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("usage.menu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
@@ -150,11 +167,13 @@ void DiskUsageResultsPanel::showMenu(const std::filesystem::path &path, bool isF
             localizedText(isTicked ? QT_TRID_NOOP("USAGE_UNTICK") : QT_TRID_NOOP("USAGE_TICK")),
             &m_page, [this, path, isTicked] {
                 const auto &rows = m_page.allShowListArr();
-                for (std::size_t i = 0; i < rows.size(); ++i) {
-                    if (rows[i].aFileInfo.path == path)
-                        return m_page.colorButtonAction(i);
-                }
-                m_page.togglePath(path);
+                const std::size_t row = paths::parent(path) == m_page.currentPath()
+                                            ? rows.find(paths::lastComponent(path))
+                                            : rows.size();
+                if (row < rows.size())
+                    m_page.colorButtonAction(row);
+                else
+                    m_page.togglePath(path);
             });
     }
     menu->popup(place);
@@ -183,6 +202,7 @@ void DiskUsageResultsPanel::showViewMenu() {
 
 void DiskUsageResultsPanel::setChartView(const ChartView &view) {
     m_page.setView(view);
+    followSelection();
     QStringList entries;
     for (const ChartColour &colour : chartColours(view.colouring)) {
         const QColor shown(colour.rgb[0], colour.rgb[1], colour.rgb[2]);
@@ -199,6 +219,10 @@ void DiskUsageResultsPanel::savePicture() {
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setNameFilters({localizedText("USAGE_PNG"), localizedText("USAGE_SVG")});
     dialog->setDefaultSuffix(QStringLiteral("png"));
+    dialog->setDirectory(QStandardPaths::writableLocation(QStandardPaths::PicturesLocation));
+    const std::string name = paths::lastComponent(m_page.currentPath());
+    if (!name.empty() && name != "/")
+        dialog->selectFile(paths::display(name));
     connect(dialog, &QFileDialog::filterSelected, dialog, [dialog](const QString &filter) {
         dialog->setDefaultSuffix(filter == localizedText("USAGE_SVG") ? QStringLiteral("svg")
                                                                       : QStringLiteral("png"));

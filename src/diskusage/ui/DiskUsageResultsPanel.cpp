@@ -87,6 +87,10 @@ DiskUsageResultsPanel::DiskUsageResultsPanel(Page &controller, QWidget *parent)
     upper->addWidget(m_path);
     m_notice = new NoticeRow("usage.notice", this);
     m_notice->label()->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_stopReading = m_notice->addButton("usage.stopReading", localizedText("STOP"));
+    connect(m_stopReading, &QPushButton::clicked, &m_page, &View::stopReading);
+    m_showUnread = m_notice->addButton("usage.showUnread", localizedText("USAGE_SHOW_UNREAD"));
+    connect(m_showUnread, &QPushButton::clicked, this, &DiskUsageResultsPanel::showUnread);
     m_showLeftOut = m_notice->addButton("usage.showLeftOut", localizedText("SHOW_ALL"));
     connect(m_showLeftOut, &QPushButton::clicked, &m_page, &View::showLeftOut);
     upper->addWidget(m_notice);
@@ -111,6 +115,10 @@ DiskUsageResultsPanel::DiskUsageResultsPanel(Page &controller, QWidget *parent)
 
 QSize DiskUsageResultsPanel::sizeHint() const {
     return theme::leastPanel().expandedTo(layout()->minimumSize());
+}
+
+const UnreadFolders &DiskUsageResultsPanel::unreadFolders() const {
+    return m_controller.isChart() ? m_page.unread() : m_controller.listUnread();
 }
 
 UsageTicks &DiskUsageResultsPanel::ticks() const {
@@ -210,22 +218,22 @@ void DiskUsageResultsPanel::bindChart() {
     connect(m_browser, &FileBrowserView::removalRequested, this, &DiskUsageResultsPanel::ask);
     connect(m_list, &BigSizeFilesListView::menuRequested, this,
             [this](int row, const QPoint &place) {
-                const BigSizeFilesList &item = m_page.allShowListArr()[std::size_t(row)];
-                showMenu(item.aFileInfo.path, item.isDir, false, place);
+                const BigSizeFilesList item = m_page.allShowListArr()[std::size_t(row)];
+                showMenu(item.aFileInfo.path, item.isDir, place);
             });
     connect(m_chart, &CustomOpenGLView::menuRequested, this, [this](const QPoint &place) {
         const auto found = m_page.openGLView().foundFacts();
-        const bool isFound = !found.path.empty();
-        std::string path = isFound ? found.path : m_page.openGLView().currentFacts().path;
+        std::string path =
+            found.path.empty() ? m_page.openGLView().currentFacts().path : found.path;
         if (path.empty())
             return;
         if (path.size() > 1)
             path.pop_back();
-        showMenu(path, true, !isFound, place);
+        showMenu(path, true, place);
     });
     connect(m_browser, &FileBrowserView::menuRequested, this,
             [this](const std::filesystem::path &path, bool isFolder, const QPoint &place) {
-                showMenu(path, isFolder, false, place);
+                showMenu(path, isFolder, place);
             });
     connect(&m_page, &View::listChanged, this, &DiskUsageResultsPanel::followFolder);
     connect(&m_page, &View::scanFactsChanged, this, [this] {
@@ -292,11 +300,13 @@ void DiskUsageResultsPanel::followState() {
 }
 
 void DiskUsageResultsPanel::followFolder() {
-    const std::size_t leftOut = m_page.leftOut();
-    m_rest->setText(leftOut > 0
-                        ? localizedText("USAGE_REST", leftOut).arg(sizeWords(m_page.leftOutBytes()))
-                    : m_page.allShowListArr().empty() ? localizedText("USAGE_EMPTY")
-                                                      : QString());
+    const BigSizeFilesRows &rows = m_page.allShowListArr();
+    m_rest->setText(
+        rows.small() > 0
+            ? localizedText("USAGE_REST", rows.small()).arg(sizeWords(rows.smallBytes()))
+        : rows.empty() && rows.leftOut() == 0 && m_page.unread().count == 0
+            ? localizedText("USAGE_EMPTY")
+            : QString());
     m_rest->setVisible(!m_rest->text().isEmpty());
 }
 
@@ -304,7 +314,9 @@ void DiskUsageResultsPanel::followSelection() {
     const UsageTicks &selection = ticks();
     const bool isSilent = selection.count() == 0 && m_page.selectedText().isEmpty();
     trashLabel->setStyledText(isSilent ? CleanStyledText{} : countLine(selection.count()));
-    m_sum->setText(sizeWords(selection.bytes()));
+    m_sum->setText(sizeWords(m_controller.isChart()
+                                 ? selection.bytes(m_page.openGLView().view().measure)
+                                 : selection.bytes()));
     m_sum->setVisible(selection.count() > 0);
     removeButton->setEnabled(selection.count() > 0 && !selection.isRemoving());
 }
@@ -313,18 +325,27 @@ void DiskUsageResultsPanel::followNotice() {
     QStringList words;
     if (!m_outcome.isEmpty())
         words += m_outcome;
-    const std::size_t leftOut = m_controller.isChart() ? m_page.foldersLeftOut() : 0;
+    const bool isChart = m_controller.isChart();
+    const std::size_t leftOut = isChart ? m_page.foldersLeftOut() : 0;
+    const bool isReading = isChart && m_page.isReadingAgain();
+    const bool hasGone = isChart && m_page.hasGone();
+    const UnreadFolders &unread = unreadFolders();
     m_showLeftOut->setVisible(leftOut > 0);
-    if (m_controller.isChart()) {
-        if (m_page.isReadingAgain())
-            words += localizedText("USAGE_READING_AGAIN");
-        if (leftOut > 0)
-            words += localizedText("USAGE_LEFT_OUT", leftOut);
-        if (m_page.unread() > 0) {
-            words += localizedText("USAGE_UNREAD", m_page.unread())
-                         .arg(paths::displayFromHome(m_page.firstUnread()),
-                              commandAsRoot(m_controller.scanPathStr()));
-        }
+    m_stopReading->setVisible(isReading);
+    m_showUnread->setVisible(unread.count > 1);
+    if (isReading)
+        words += localizedText("USAGE_READING_AGAIN");
+    if (leftOut > 0)
+        words += localizedText("USAGE_LEFT_OUT", leftOut);
+    if (hasGone) {
+        words += localizedText("USAGE_GONE")
+                     .arg(nameInSentence(paths::displayFromHome(m_controller.scanPathStr())));
+    } else if (unread.count > 0) {
+        words += localizedText("USAGE_UNREAD", unread.count)
+                     .arg(paths::displayFromHome(unread.first.front()),
+                          commandAsRoot(m_controller.scanPathStr()));
+    }
+    if (isChart) {
         const std::uint64_t all = m_page.volumeBytes();
         if (all > 0 && m_page.openGLView().rootFacts().size > all)
             words += localizedText("USAGE_MORE_THAN_VOLUME");

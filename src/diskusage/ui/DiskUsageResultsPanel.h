@@ -21,6 +21,7 @@ class PadlockButton;
 class StyledLabel;
 class UsagePathControl;
 class V4DiskUsageViewController;
+struct UnreadFolders;
 
 /// The results panel of the disk usage page: the left list and the ring chart below the path, or
 /// the column browser; and below what is selected and the button that removes it. The controller
@@ -42,6 +43,7 @@ private:
     void bindChart();
     void bindRemoval();
     UsageTicks &ticks() const;
+    const UnreadFolders &unreadFolders() const;
 
     void followState();
     void followFolder();
@@ -53,8 +55,8 @@ private:
     void tellOutcome();
     void alertSomeStayed();
     void showWords(const QString &words);
-    void showMenu(const std::filesystem::path &path, bool isFolder, bool isRoot,
-                  const QPoint &place);
+    void showMenu(const std::filesystem::path &path, bool isFolder, const QPoint &place);
+    void showUnread();
     void savePicture();
     void showViewMenu();
     void setChartView(const ChartView &view);
@@ -74,6 +76,8 @@ private:
     QToolButton *m_view;
     QLabel *m_legend;
     QPushButton *m_showLeftOut;
+    QPushButton *m_showUnread;
+    QPushButton *m_stopReading;
     QToolButton *m_settings;
     PadlockButton *lockButton;
     QLabel *m_sum;
