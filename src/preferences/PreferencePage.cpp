@@ -3,6 +3,7 @@
 #include "core/LaunchAtLogin.h"
 #include "core/MacLog.h"
 #include "core/SettingKeys.h"
+#include "core/Texts.h"
 #include "foundation/Identity.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
@@ -19,6 +20,8 @@
 #include "volumes/VolumeRows.h"
 #include "volumes/VolumesInfo.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QThread>
 
 #include <algorithm>
@@ -132,6 +135,19 @@ QString PreferenceViewController::language() const {
 
 bool PreferenceViewController::cleanMayAskForRights() const {
     return stored().boolForKey(cleanMayAskForRightsKey);
+}
+
+QString PreferenceViewController::settingsProblem() const {
+    const QFileInfo folder(
+        QFile::decodeName(QByteArray::fromStdString(paths::parent(stored().file()).native())));
+    std::string problem = stored().problem();
+    // A closed folder is told before a change has failed for it.
+    if (problem.empty() && folder.exists() && !folder.isWritable())
+        problem = std::make_error_code(std::errc::permission_denied).message();
+    return problem.empty() ? QString()
+                           : localizedText("SETTINGS_NOT_KEPT")
+                                 .arg(nameInSentence(paths::displayFromHome(stored().file())),
+                                      localizedText(QString::fromStdString(problem)));
 }
 
 std::filesystem::path PreferenceViewController::logFile() const {

@@ -103,6 +103,8 @@ public:
     /// Another language was chosen than the one that the window speaks until it starts anew.
     bool needsRestart() const { return language() != m_languageInUse; }
     bool cleanMayAskForRights() const;
+    /// Why changes are not kept, in words with the settings' file; empty where they are.
+    QString settingsProblem() const;
     std::filesystem::path logFile() const;
     std::uint64_t logSize() const;
 

@@ -1,9 +1,11 @@
 #include "foundation/UserDefaults.h"
 #include "preferences/PreferenceViewController.h"
 #include "preferences/ui/PreferencesPanel.h"
+#include "support/WaitUntil.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSlider>
@@ -11,6 +13,9 @@
 #include <QWheelEvent>
 
 #include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
 
 namespace brightsweep::test {
 namespace {
@@ -63,7 +68,29 @@ TEST_F(PreferencesView, ALimitFieldSaysWhyItRefuses) {
     EXPECT_EQ(field.text(), QString()) << "what means 0 stays as it is typed";
     EXPECT_EQ(stored(DSDuplicationLimit), QStringLiteral("0"));
     store(DSDuplicationLimit, 123456);
+    field.selectAll();
+    store(DSUserTrashKey, 0);
+    EXPECT_EQ(field.selectedText(), field.text()) << "another setting has changed";
     EXPECT_EQ(field.text(), QStringLiteral("123456"));
+}
+
+TEST_F(PreferencesView, SaysThatChangesAreNotKeptAndFollowsTheLog) {
+    const auto &file = UserDefaults::standardUserDefaults().file();
+    QLabel &problem = child<QLabel>("preferences.settingsProblem");
+    store(DSUserTrashKey, 1);
+    EXPECT_TRUE(problem.isHidden());
+    std::ofstream(file) << "no value\n";
+    QTest::keyClick(&child<QCheckBox>("userTrashSege"), Qt::Key_Space);
+    EXPECT_FALSE(problem.isHidden());
+    EXPECT_TRUE(problem.text().contains(QString::fromStdString(file.filename().native())) &&
+                problem.text().contains(QLatin1String("Line 1")));
+    QPushButton &open = child<QPushButton>("preferences.openLog");
+    EXPECT_FALSE(open.isEnabled());
+    std::filesystem::remove(file);
+    UserDefaults::standardUserDefaults().synchronize();
+    std::filesystem::create_directories(page.logFile().parent_path());
+    std::ofstream(page.logFile()) << "a line";
+    waitUntil([&] { return open.isEnabled() && problem.isHidden(); });
 }
 
 TEST_F(PreferencesView, ASliderStoresByKeyAndWhenItIsLetGo) {

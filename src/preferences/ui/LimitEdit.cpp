@@ -61,9 +61,11 @@ void LimitEdit::refuse(const QString &why) {
 }
 
 void LimitEdit::setLimit(std::int64_t limit) {
-    // Of two texts that mean the same the user's stays.
-    if (!isModified() || text().toLongLong() != limit)
-        setText(QString::number(limit));
+    // Of two texts that mean the same the user's stays, and setting the same one again would take
+    // the selection away.
+    const QString words = QString::number(limit);
+    if (text() != words && (!isModified() || text().toLongLong() != limit))
+        setText(words);
 }
 
 void LimitEdit::edited(const QString &text) {

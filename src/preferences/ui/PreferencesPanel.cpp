@@ -23,12 +23,15 @@
 #include <QSlider>
 #include <QStyle>
 
+#include <chrono>
+
 namespace brightsweep {
 
 namespace {
 
 constexpr QSize trayImage(32, 32);
 constexpr QSize memoryBar(120, 6);
+constexpr std::chrono::seconds renewal{2};
 
 struct LimitControl {
     const char *field;
@@ -108,7 +111,16 @@ PreferencesPanel::PreferencesPanel(PreferenceViewController &controller, QWidget
     scroll->setFocusPolicy(Qt::NoFocus);
     auto *const whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
+    m_settingsProblem = makeNote("preferences.settingsProblem", this);
+    m_settingsProblem->setProperty("danger", true);
+    m_settingsProblem->setContentsMargins(6 * theme::grid, 3 * theme::grid, 6 * theme::grid, 0);
+    whole->addWidget(m_settingsProblem);
     whole->addWidget(scroll);
+    m_again.setInterval(renewal);
+    connect(&m_again, &QTimer::timeout, this, [this] {
+        followLog();
+        followProblem();
+    });
     setFocusProxy(alarmSlider->slider());
 
     connect(&controller, &Controller::settingsChanged, this, &PreferencesPanel::follow);
@@ -328,6 +340,16 @@ QSize PreferencesPanel::sizeHint() const {
 void PreferencesPanel::showEvent(QShowEvent *) {
     follow();
     followLog();
+    m_again.start();
+}
+
+void PreferencesPanel::hideEvent(QHideEvent *) {
+    m_again.stop();
+}
+
+void PreferencesPanel::followProblem() {
+    m_settingsProblem->setText(m_controller.settingsProblem());
+    m_settingsProblem->setVisible(!m_settingsProblem->text().isEmpty());
 }
 
 void PreferencesPanel::follow() {
@@ -350,6 +372,7 @@ void PreferencesPanel::follow() {
     selectTag(*m_language, m_controller.language());
     m_restart->setVisible(m_controller.needsRestart());
     followCategories();
+    followProblem();
 }
 
 void PreferencesPanel::followCategories() {

@@ -2,6 +2,7 @@
 
 #include "preferences/PreferenceViewController.h"
 
+#include <QTimer>
 #include <QWidget>
 
 #include <array>
@@ -31,6 +32,7 @@ public:
 
 protected:
     void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
     using Controller = PreferenceViewController;
@@ -49,6 +51,7 @@ private:
     void follow();
     void followCategories();
     void followLog();
+    void followProblem();
 
     Controller &m_controller;
     QWidget *const m_content;
@@ -72,6 +75,8 @@ private:
     ElidedLabel *m_logPath = nullptr;
     QLabel *m_logSize = nullptr;
     QPushButton *m_openLog = nullptr;
+    QLabel *m_settingsProblem = nullptr;
+    QTimer m_again; // for what tells of no change, while the page is shown
 };
 
 } // namespace brightsweep
