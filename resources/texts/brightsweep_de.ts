@@ -190,8 +190,11 @@
     <message id="LOCK_NO_AGENT"><translation>Hier kann kein Programm nach Administratorrechten fragen. Starten Sie einen Polkit-Agenten oder Brightsweep als Administrator.</translation></message>
     <message id="LOGIN_ADD"><translation>Hinzufügen …</translation></message>
     <message id="LOGIN_ADD_FOLDER"><translation>Ordner hinzufügen …</translation></message>
+    <message id="LOGIN_BAD_LINE"><translation>startet womöglich nicht, weil nicht jede Arbeitsumgebung diese Zeile versteht: %1</translation></message>
+    <message id="LOGIN_BYTE_ORDER_MARK"><translation>startet womöglich nicht, weil seine Datei mit einem Byte Order Mark beginnt</translation></message>
     <message id="LOGIN_CANNOT_READ"><translation>Ihre Anmeldeobjekte sind nicht lesbar</translation></message>
     <message id="LOGIN_CANNOT_READ_HOW"><translation>Der Ordner „autostart“ in Ihren Einstellungen antwortet nicht oder ist Ihnen verschlossen.</translation></message>
+    <message id="LOGIN_DAMAGED_MARK"><translation>beschädigt</translation></message>
     <message id="LOGIN_DELETE"><translation>Anmeldeobjekt entfernen</translation></message>
     <message id="LOGIN_DROP"><translation>oder Programme, Dokumente und Ordner auf die Liste ziehen</translation></message>
     <message id="LOGIN_ELSEWHERE_MARK"><translation>nicht hier</translation></message>
@@ -205,7 +208,9 @@
     <message id="LOGIN_NEEDS"><translation>startet nicht, weil dieses Programm nicht installiert ist: %1</translation></message>
     <message id="LOGIN_NONE"><translation>Nichts von Ihnen startet mit der Sitzung</translation></message>
     <message id="LOGIN_NONE_HOW"><translation>Fügen Sie ein Programm, ein Dokument oder einen Ordner hinzu, oder legen Sie es hier ab.</translation></message>
+    <message id="LOGIN_NOT_EXECUTABLE"><translation>startet nicht, weil dies kein Programm ist, das Sie ausführen dürfen: %1</translation></message>
     <message id="LOGIN_NOT_IN"><translation>startet nicht in dieser Arbeitsumgebung: %1</translation></message>
+    <message id="LOGIN_NOT_UTF8"><translation>startet womöglich nicht, weil seine Datei Text enthält, der kein UTF-8 ist</translation></message>
     <message id="LOGIN_NO_APPLICATION"><translation>startet nicht, weil es keine Anwendung ist</translation></message>
     <message id="LOGIN_NO_COMMAND"><translation>startet nicht, weil es kein Programm nennt</translation></message>
     <message id="LOGIN_ONLY_IN"><translation>startet nur in anderen Arbeitsumgebungen: %1</translation></message>
@@ -213,8 +218,10 @@
     <message id="LOGIN_SENTENCE"><translation>Diese starten mit Ihrer Sitzung. Ein ausgeblendetes bleibt in der Liste und startet nicht.</translation></message>
     <message id="LOGIN_SHOW"><translation>Starten lassen</translation></message>
     <message id="LOGIN_STARTS"><translation>startet mit Ihrer Sitzung</translation></message>
+    <message id="LOGIN_STAYS_MARK"><translation>startet nicht</translation></message>
     <message id="LOGIN_SYSTEM"><translation>Vom System ebenfalls gestartet (%1)</translation></message>
     <message id="LOGIN_SYSTEM_NOTE"><translation>Diese startet das System für alle. Ein Schalter gilt nur für Sie und lässt sich zurücknehmen.</translation></message>
+    <message id="LOGIN_TWO_VALUES"><translation>startet womöglich etwas anderes, weil seine Datei dies zweimal angibt: %1</translation></message>
     <message id="LOGIN_UNREADABLE"><translation>seine Datei ist nicht lesbar</translation></message>
     <message id="LOGIN_UNREADABLE_MARK"><translation>nicht lesbar</translation></message>
     <message id="LOGIN_WAITING"><translation>Es wird auf Antwort Ihres persönlichen Ordners gewartet …</translation></message>
@@ -510,6 +517,7 @@
     <message id="has no trash on its volume"><translation>hat auf seinem Datenträger keinen Papierkorb</translation></message>
     <message id="has the name of &quot;%1&quot;, which was removed"><translation>heißt wie „%1“, das entfernt wurde</translation></message>
     <message id="holds another volume"><translation>enthält einen anderen Datenträger</translation></message>
+    <message id="holds no login item"><translation>enthält kein Anmeldeobjekt</translation></message>
     <message id="installs and removes programs"><translation>installiert und entfernt Programme</translation></message>
     <message id="is a link to something that is not your own file in your home"><translation>ist eine Verknüpfung mit etwas, das nicht Ihre eigene Datei in Ihrem persönlichen Ordner ist</translation></message>
     <message id="is in use as a program or as swap space"><translation>wird als Programm oder Auslagerung benutzt</translation></message>

@@ -190,8 +190,11 @@
     <message id="LOCK_NO_AGENT"><translation>No program here can ask for administrator rights. Start a polkit agent, or start Brightsweep as an administrator.</translation></message>
     <message id="LOGIN_ADD"><translation>Add…</translation></message>
     <message id="LOGIN_ADD_FOLDER"><translation>Add Folder…</translation></message>
+    <message id="LOGIN_BAD_LINE"><translation>may not start because not every desktop understands this line: %1</translation></message>
+    <message id="LOGIN_BYTE_ORDER_MARK"><translation>may not start because its file begins with a byte order mark</translation></message>
     <message id="LOGIN_CANNOT_READ"><translation>Your login items cannot be read</translation></message>
     <message id="LOGIN_CANNOT_READ_HOW"><translation>The folder “autostart” in your settings does not answer or is closed to you.</translation></message>
+    <message id="LOGIN_DAMAGED_MARK"><translation>damaged</translation></message>
     <message id="LOGIN_DELETE"><translation>Remove the login item</translation></message>
     <message id="LOGIN_DROP"><translation>or drop programs, documents and folders on the list</translation></message>
     <message id="LOGIN_ELSEWHERE_MARK"><translation>not here</translation></message>
@@ -205,7 +208,9 @@
     <message id="LOGIN_NEEDS"><translation>does not start because this program is not installed: %1</translation></message>
     <message id="LOGIN_NONE"><translation>Nothing of yours starts with the session</translation></message>
     <message id="LOGIN_NONE_HOW"><translation>Add a program, a document or a folder, or drop it here.</translation></message>
+    <message id="LOGIN_NOT_EXECUTABLE"><translation>does not start because this is no program that you may run: %1</translation></message>
     <message id="LOGIN_NOT_IN"><translation>does not start in this desktop: %1</translation></message>
+    <message id="LOGIN_NOT_UTF8"><translation>may not start because its file holds text that is not UTF-8</translation></message>
     <message id="LOGIN_NO_APPLICATION"><translation>does not start because it is no application</translation></message>
     <message id="LOGIN_NO_COMMAND"><translation>does not start because it names no program</translation></message>
     <message id="LOGIN_ONLY_IN"><translation>starts in other desktops only: %1</translation></message>
@@ -213,8 +218,10 @@
     <message id="LOGIN_SENTENCE"><translation>These start with your session. A hidden one stays in the list and does not start.</translation></message>
     <message id="LOGIN_SHOW"><translation>Let it start</translation></message>
     <message id="LOGIN_STARTS"><translation>starts with your session</translation></message>
+    <message id="LOGIN_STAYS_MARK"><translation>will not start</translation></message>
     <message id="LOGIN_SYSTEM"><translation>Also started by the system (%1)</translation></message>
     <message id="LOGIN_SYSTEM_NOTE"><translation>The system starts these for everybody. A switch is for you alone, and can be taken back.</translation></message>
+    <message id="LOGIN_TWO_VALUES"><translation>may start something else because its file says this twice: %1</translation></message>
     <message id="LOGIN_UNREADABLE"><translation>its file cannot be read</translation></message>
     <message id="LOGIN_UNREADABLE_MARK"><translation>unreadable</translation></message>
     <message id="LOGIN_WAITING"><translation>Waiting for your home folder to answer…</translation></message>
@@ -510,6 +517,7 @@
     <message id="has no trash on its volume"><translation>has no trash on its volume</translation></message>
     <message id="has the name of &quot;%1&quot;, which was removed"><translation>has the name of “%1”, which was removed</translation></message>
     <message id="holds another volume"><translation>holds another volume</translation></message>
+    <message id="holds no login item"><translation>holds no login item</translation></message>
     <message id="installs and removes programs"><translation>installs and removes programs</translation></message>
     <message id="is a link to something that is not your own file in your home"><translation>is a link to something that is not your own file in your home</translation></message>
     <message id="is in use as a program or as swap space"><translation>is in use as a program or as swap space</translation></message>

@@ -190,8 +190,11 @@
     <message id="LOCK_NO_AGENT"><translation>这里没有程序能够请求管理员权限。请启动 polkit 代理，或以管理员身份启动 Brightsweep。</translation></message>
     <message id="LOGIN_ADD"><translation>添加…</translation></message>
     <message id="LOGIN_ADD_FOLDER"><translation>添加文件夹…</translation></message>
+    <message id="LOGIN_BAD_LINE"><translation>可能不会启动，因为并非所有桌面环境都能理解此行：%1</translation></message>
+    <message id="LOGIN_BYTE_ORDER_MARK"><translation>可能不会启动，因为其文件以字节顺序标记开头</translation></message>
     <message id="LOGIN_CANNOT_READ"><translation>无法读取您的登录项</translation></message>
     <message id="LOGIN_CANNOT_READ_HOW"><translation>设置文件夹中的“autostart”文件夹没有响应，或您无权访问。</translation></message>
+    <message id="LOGIN_DAMAGED_MARK"><translation>已损坏</translation></message>
     <message id="LOGIN_DELETE"><translation>移除登录项</translation></message>
     <message id="LOGIN_DROP"><translation>或将程序、文档和文件夹拖放到列表中</translation></message>
     <message id="LOGIN_ELSEWHERE_MARK"><translation>不适用</translation></message>
@@ -205,7 +208,9 @@
     <message id="LOGIN_NEEDS"><translation>不会启动，因为未安装此程序：%1</translation></message>
     <message id="LOGIN_NONE"><translation>没有您自己的项目随会话启动</translation></message>
     <message id="LOGIN_NONE_HOW"><translation>添加程序、文档或文件夹，或将其拖放到此处。</translation></message>
+    <message id="LOGIN_NOT_EXECUTABLE"><translation>不会启动，因为这不是您可以运行的程序：%1</translation></message>
     <message id="LOGIN_NOT_IN"><translation>不在此桌面环境中启动：%1</translation></message>
+    <message id="LOGIN_NOT_UTF8"><translation>可能不会启动，因为其文件包含非 UTF-8 文本</translation></message>
     <message id="LOGIN_NO_APPLICATION"><translation>不会启动，因为它不是应用程序</translation></message>
     <message id="LOGIN_NO_COMMAND"><translation>不会启动，因为没有指定程序</translation></message>
     <message id="LOGIN_ONLY_IN"><translation>仅在其他桌面环境中启动：%1</translation></message>
@@ -213,8 +218,10 @@
     <message id="LOGIN_SENTENCE"><translation>这些项目随您的会话启动。隐藏的项目保留在列表中，但不会启动。</translation></message>
     <message id="LOGIN_SHOW"><translation>允许启动</translation></message>
     <message id="LOGIN_STARTS"><translation>随您的会话启动</translation></message>
+    <message id="LOGIN_STAYS_MARK"><translation>不会启动</translation></message>
     <message id="LOGIN_SYSTEM"><translation>系统还会启动（%1）</translation></message>
     <message id="LOGIN_SYSTEM_NOTE"><translation>系统会为所有用户启动这些项目。开关仅对您生效，并且可以恢复。</translation></message>
+    <message id="LOGIN_TWO_VALUES"><translation>可能会启动其他内容，因为其文件重复指定了：%1</translation></message>
     <message id="LOGIN_UNREADABLE"><translation>无法读取其文件</translation></message>
     <message id="LOGIN_UNREADABLE_MARK"><translation>无法读取</translation></message>
     <message id="LOGIN_WAITING"><translation>正在等待主文件夹响应…</translation></message>
@@ -510,6 +517,7 @@
     <message id="has no trash on its volume"><translation>所在卷没有回收站</translation></message>
     <message id="has the name of &quot;%1&quot;, which was removed"><translation>与已移除的“%1”同名</translation></message>
     <message id="holds another volume"><translation>包含其他卷</translation></message>
+    <message id="holds no login item"><translation>不包含登录项</translation></message>
     <message id="installs and removes programs"><translation>用于安装和移除程序</translation></message>
     <message id="is a link to something that is not your own file in your home"><translation>是一个链接，指向的不是主文件夹中属于您的文件</translation></message>
     <message id="is in use as a program or as swap space"><translation>正作为程序或交换空间使用</translation></message>

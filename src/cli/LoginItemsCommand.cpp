@@ -31,6 +31,7 @@ constexpr ActRow acts[] = {
     {"show", Act::Show, " starts at login\n"},
 };
 
+constexpr std::size_t mostNameWidth = 40; // of the table, in columns
 constexpr char listing[] = "`brightsweep-cli login-items`";
 
 // The one entry that is meant.
@@ -47,13 +48,18 @@ void configure(QCommandLineParser &parser) {
                       QStringLiteral("N")});
 }
 
+// One that cannot be read, or that has no name, goes by its file.
+const std::string &nameOf(const LoginItemEntry &entry) {
+    return entry.name.empty() ? entry.file : entry.name;
+}
+
 std::vector<LoginItemEntry> systemItems() {
     return Platform::current().loginItems->systemItems().value_or({});
 }
 
 void writeEntry(JsonWriter &json, const LoginItemEntry &entry) {
     json.path("path", entry.path);
-    json.key("name").value(paths::text(entry.name));
+    json.key("name").value(paths::text(nameOf(entry)));
     json.key("hidden").value(entry.hidden);
     json.key("missing").value(entry.missing);
     json.key("applies").value(entry.obstacle == LoginItemObstacle::None);
@@ -99,9 +105,10 @@ std::string stateOf(const LoginItemEntry &entry) {
 
 std::string listAsTable(const std::vector<LoginItem> &items, Output &output) {
     Table table({true, false, false, false, false});
+    table.limit(2, mostNameWidth);
     table.row({"Index", "State", "Name", "File", "Starts"});
     const auto row = [&](std::string index, const LoginItemEntry &entry) {
-        table.row({std::move(index), stateOf(entry), entry.name, entry.file,
+        table.row({std::move(index), stateOf(entry), nameOf(entry), entry.file,
                    startedBy(entry).toStdString()});
     };
     for (std::size_t index = 0; index < items.size(); ++index)
@@ -187,12 +194,28 @@ std::error_code carryOut(Act act, const Choice &choice) {
     return error;
 }
 
+// Why the entry in that file starts nothing, or not everywhere.
+QString reasonOfFile(const std::string &file) {
+    const auto items = UKLoginItemRegistry::allLoginItems();
+    for (const LoginItem &item : items.value_or(std::vector<LoginItem>())) {
+        if (item.entry.file == file)
+            return reasonOf(item.entry);
+    }
+    return {};
+}
+
 int tell(const ActRow &act, const std::string &file, std::error_code error, Output &output) {
     const std::string shown = paths::display(file).toStdString();
-    if (error)
+    const char *done = act.done;
+    if (error) {
         output.warning(shown + ": " + error.message());
+    } else if (const QString reason = act.act == Act::Show ? reasonOfFile(file) : QString();
+               !reason.isEmpty()) {
+        output.warning(shown + ": " + reason.toStdString());
+        done = " is shown\n";
+    }
     if (!output.json)
-        return !error && !output.data(shown + act.done) ? Failed : error ? Failed : Done;
+        return !error && !output.data(shown + done) ? Failed : error ? Failed : Done;
     JsonWriter json;
     json.beginObject();
     json.key("schema").value(1);

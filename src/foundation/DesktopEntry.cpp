@@ -144,6 +144,15 @@ bool DesktopEntry::isShownIn(const std::vector<std::string> &desktops) const {
     return !has("OnlyShowIn");
 }
 
+std::vector<std::string_view> DesktopEntry::keys() const {
+    std::vector<std::string_view> keys;
+    for (const Row &row : m_rows) {
+        if (keys.empty() || keys.back() != row.keyIn(m_text))
+            keys.push_back(row.keyIn(m_text));
+    }
+    return keys;
+}
+
 std::vector<std::string> messageLocales() {
     const auto variable = [](const char *name) {
         const char *value = std::getenv(name);

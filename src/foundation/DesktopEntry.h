@@ -31,6 +31,9 @@ public:
     /// True where the desktops that run (of XDG_CURRENT_DESKTOP, in its order) are to show it, by
     /// OnlyShowIn and NotShowIn.
     bool isShownIn(const std::vector<std::string> &desktops) const;
+    /// Each once, in the order of the alphabet.
+    std::vector<std::string_view> keys() const;
+    const std::string &text() const { return m_text; }
 
 private:
     struct Row {

@@ -3,6 +3,7 @@
 #include "core/Texts.h"
 #include "foundation/Paths.h"
 
+#include <algorithm>
 #include <array>
 
 namespace brightsweep {
@@ -11,37 +12,55 @@ namespace {
 
 struct ObstacleWords {
     LoginItemObstacle obstacle;
+    const char *mark;
     const char *sentence; ///< with the detail as %1, or without
 };
 
-constexpr std::array sentences = {
-    ObstacleWords{LoginItemObstacle::OtherDesktop, QT_TRID_NOOP("LOGIN_ONLY_IN")},
-    ObstacleWords{LoginItemObstacle::NotThisDesktop, QT_TRID_NOOP("LOGIN_NOT_IN")},
-    ObstacleWords{LoginItemObstacle::TryExecMissing, QT_TRID_NOOP("LOGIN_NEEDS")},
-    ObstacleWords{LoginItemObstacle::NoCommand, QT_TRID_NOOP("LOGIN_NO_COMMAND")},
-    ObstacleWords{LoginItemObstacle::NotApplication, QT_TRID_NOOP("LOGIN_NO_APPLICATION")},
-    ObstacleWords{LoginItemObstacle::Unreadable, QT_TRID_NOOP("LOGIN_UNREADABLE")},
+using enum LoginItemObstacle;
+
+constexpr std::array obstacles = {
+    ObstacleWords{OtherDesktop, QT_TRID_NOOP("LOGIN_ELSEWHERE_MARK"),
+                  QT_TRID_NOOP("LOGIN_ONLY_IN")},
+    ObstacleWords{NotThisDesktop, QT_TRID_NOOP("LOGIN_ELSEWHERE_MARK"),
+                  QT_TRID_NOOP("LOGIN_NOT_IN")},
+    ObstacleWords{TryExecMissing, QT_TRID_NOOP("LOGIN_ELSEWHERE_MARK"),
+                  QT_TRID_NOOP("LOGIN_NEEDS")},
+    ObstacleWords{NoCommand, QT_TRID_NOOP("LOGIN_STAYS_MARK"), QT_TRID_NOOP("LOGIN_NO_COMMAND")},
+    ObstacleWords{NotApplication, QT_TRID_NOOP("LOGIN_STAYS_MARK"),
+                  QT_TRID_NOOP("LOGIN_NO_APPLICATION")},
+    ObstacleWords{Unreadable, QT_TRID_NOOP("LOGIN_UNREADABLE_MARK"),
+                  QT_TRID_NOOP("LOGIN_UNREADABLE")},
+    ObstacleWords{NotExecutable, QT_TRID_NOOP("LOGIN_STAYS_MARK"),
+                  QT_TRID_NOOP("LOGIN_NOT_EXECUTABLE")},
+    ObstacleWords{NotUtf8, QT_TRID_NOOP("LOGIN_DAMAGED_MARK"), QT_TRID_NOOP("LOGIN_NOT_UTF8")},
+    ObstacleWords{ByteOrderMark, QT_TRID_NOOP("LOGIN_DAMAGED_MARK"),
+                  QT_TRID_NOOP("LOGIN_BYTE_ORDER_MARK")},
+    ObstacleWords{BadLine, QT_TRID_NOOP("LOGIN_DAMAGED_MARK"), QT_TRID_NOOP("LOGIN_BAD_LINE")},
+    ObstacleWords{TwoValues, QT_TRID_NOOP("LOGIN_DAMAGED_MARK"), QT_TRID_NOOP("LOGIN_TWO_VALUES")},
 };
+
+const ObstacleWords *wordsOf(const LoginItemEntry &entry) {
+    const auto *const found =
+        std::find_if(obstacles.begin(), obstacles.end(),
+                     [&](const ObstacleWords &row) { return row.obstacle == entry.obstacle; });
+    return found == obstacles.end() ? nullptr : found;
+}
 
 } // namespace
 
 QString reasonOf(const LoginItemEntry &entry) {
-    for (const ObstacleWords &row : sentences) {
-        if (row.obstacle != entry.obstacle)
-            continue;
-        const QString sentence = localizedText(row.sentence);
-        return sentence.contains(QLatin1String("%1"))
-                   ? sentence.arg(nameInSentence(paths::display(entry.obstacleDetail)))
-                   : sentence;
-    }
-    return entry.missing ? localizedText("LOGIN_MISSING") : QString();
+    const ObstacleWords *const words = wordsOf(entry);
+    if (!words)
+        return entry.missing ? localizedText("LOGIN_MISSING") : QString();
+    const QString sentence = localizedText(words->sentence);
+    return sentence.contains(QLatin1String("%1"))
+               ? sentence.arg(nameInSentence(paths::display(entry.obstacleDetail)))
+               : sentence;
 }
 
 QString markOf(const LoginItemEntry &entry) {
-    if (entry.obstacle == LoginItemObstacle::Unreadable)
-        return localizedText("LOGIN_UNREADABLE_MARK");
-    if (entry.obstacle != LoginItemObstacle::None)
-        return localizedText("LOGIN_ELSEWHERE_MARK");
+    if (const ObstacleWords *const words = wordsOf(entry))
+        return localizedText(words->mark);
     return entry.missing ? localizedText("LOGIN_MISSING_MARK") : QString();
 }
 

@@ -11,6 +11,7 @@ enum class LoginItemError {
     NotAnEntry,          ///< what has that name is no file that an entry could be in
     NameNotText,         ///< the path is not UTF-8, which a desktop entry has to be
     NothingToStart,      ///< a desktop entry that names no program
+    NoEntryInside,       ///< a file that holds no desktop entry
     NotOurs,             ///< the user has an entry of another origin in its place
 };
 

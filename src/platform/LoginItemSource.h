@@ -19,6 +19,12 @@ enum class LoginItemObstacle {
     NoCommand,      ///< it names no program
     NotApplication, ///< it is of another type
     Unreadable,     ///< its file cannot be read
+    NotExecutable,  ///< what it names as its program or its condition is none that the user may run
+    // What the readers of some sessions refuse or take otherwise.
+    NotUtf8,
+    ByteOrderMark,
+    BadLine,   ///< one that is no key, or no truth value where one has to be
+    TwoValues, ///< of one key
 };
 
 /// One program that starts with the user's session.
@@ -34,7 +40,7 @@ struct LoginItemEntry {
     bool missing = false;               ///< what it starts is not there
     bool commandToldAsItStands = false; ///< `path` does not say what it starts
     LoginItemObstacle obstacle = LoginItemObstacle::None;
-    std::string obstacleDetail{}; ///< the desktops, the program or the type that it is about
+    std::string obstacleDetail{}; ///< the desktops, program, type, line or key that it is about
     /// The system has an entry of that name, in whose place this one stands.
     bool standsForSystem = false;
 

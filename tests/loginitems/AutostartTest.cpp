@@ -16,6 +16,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <thread>
 
 namespace brightsweep::test {
 namespace {
@@ -120,7 +121,7 @@ TEST_F(Autostart, ChangesOneValueAndNotAnotherByte) {
         EXPECT_EQ(status.st_mode & 07777, 0640u);
     }
     user.file("garbage.desktop", "\0x=\n");
-    EXPECT_EQ(source.setHidden("garbage.desktop", true), LoginItemError::NotAnEntry);
+    EXPECT_EQ(source.setHidden("garbage.desktop", true), LoginItemError::NoEntryInside);
 }
 
 TEST_F(Autostart, LeavesAloneWhatIsNotTheUsersOwnFile) {
@@ -159,6 +160,8 @@ TEST_F(Autostart, SaysWhatAnEntryStartsAndWhyNot) {
     const auto flatpak =
         TestEnvironment::current().home() / ".local/share/flatpak/exports/bin/org.x.App";
     TestTree(flatpak.parent_path()).file("org.x.App");
+    const std::string plain = work.file("plain");
+    const std::string open = "xdg-open \"" + plain + "\"";
     using enum LoginItemObstacle;
     const struct {
         std::string keys, path;
@@ -179,6 +182,10 @@ TEST_F(Autostart, SaysWhatAnEntryStartsAndWhyNot) {
         {"Exec=/bin/sh\nNotShowIn=GNOME;", "/bin/sh", false, true, NotThisDesktop, "GNOME"},
         {"Exec=/bin/sh\nTryExec=nosuch", "/bin/sh", false, true, TryExecMissing, "nosuch"},
         {"Exec=/bin/sh\nType=Link", "/bin/sh", false, true, NotApplication, "Link"},
+        {"Exec=" + plain, plain, false, false, NotExecutable, plain},
+        {"Exec=/bin/sh\nTryExec=" + plain, "/bin/sh", false, true, NotExecutable, plain},
+        {"Exec=" + open + "\nX-Brightsweep-URL=file://localhost" + plain, plain, false, false,
+         TryExecMissing, "xdg-open"},
     };
     for (const auto &each : cases) {
         user.file("a.desktop", head + each.keys + "\n");
@@ -191,6 +198,48 @@ TEST_F(Autostart, SaysWhatAnEntryStartsAndWhyNot) {
         EXPECT_EQ(found.commandToldAsItStands, each.asItStands) << each.keys;
         EXPECT_EQ(int(found.obstacle), int(each.obstacle)) << each.keys;
         EXPECT_EQ(found.obstacleDetail, each.detail) << each.keys;
+    }
+}
+
+TEST_F(Autostart, MarksWhatReadersRefuseOrTakeOtherwise) {
+    const std::string start = head + "Exec=" + program("p").native() + "\n";
+    using enum LoginItemObstacle;
+    const struct {
+        std::string text;
+        LoginItemObstacle obstacle;
+        bool systemd, glib; // by the readers themselves
+    } cases[] = {
+        {start + "#\xff\n[A]\nb=c\n", None, true, true},
+        {start + "Icon=\xff\n", NotUtf8, false, true},
+        {start + "[A]\nb=\xff\n", NotUtf8, false, true},
+        {"\xef\xbb\xbf" + start, ByteOrderMark, true, false},
+        {start + "no key\n", BadLine, true, false},
+        {"a=b\n" + start, BadLine, true, false},
+        {start + "Hidden=maybe\n", BadLine, false, true},
+        {start + "[Desktop Entry]\nExec=/no/such\n", TwoValues, true, false},
+        {start + "[Desktop Entry]\n" + start, None, true, true},
+        {head + "Exec=" + work.file("plain").native() + "\n", NotExecutable, false, false},
+    };
+    const std::string load = "import gi; gi.require_version('Gio', '2.0')\n"
+                             "from gi.repository import Gio; import sys\n"
+                             "Gio.DesktopAppInfo.new_from_filename(sys.argv[1])";
+    for (const auto &each : cases) {
+        const std::string file = user.file("a.desktop", each.text);
+        const LoginItemEntry found = item("a.desktop");
+        EXPECT_EQ(int(found.obstacle), int(each.obstacle)) << each.text;
+        EXPECT_EQ(isStarted("a"), each.systemd) << each.text;
+        EXPECT_EQ(runProgram({"/usr/bin/python3", "-c", load, file}).status == 0, each.glib);
+    }
+}
+
+TEST_F(Autostart, ChangesAnEntryThatIsBeingWrittenOnceItIsWhole) {
+    const std::string whole = head + "Exec=sh\nComment=" + std::string(2000, 'x') + "\n";
+    for (int i = 0; i < 20; ++i) {
+        user.file("a.desktop");
+        std::thread writer([&] { user.file("a.desktop", whole); });
+        EXPECT_FALSE(source.setHidden("a.desktop", true));
+        writer.join();
+        EXPECT_EQ(text("a.desktop"), whole + "Hidden=true\n");
     }
 }
 
@@ -265,6 +314,9 @@ TEST_F(Autostart, SwitchesWhatTheSystemStartsOffAndOn) {
     for (const char *file : {"sound.desktop", "mine.desktop"})
         EXPECT_EQ(source.remove(file), LoginItemError::StandsForSystem);
     EXPECT_EQ(source.setSystemItemStarted("mine.desktop", true), LoginItemError::NotOurs);
+    // It has nothing of its own to start.
+    EXPECT_FALSE(source.setHidden("mine.desktop", false));
+    EXPECT_TRUE(isStarted("mine") && item("mine.desktop").command == "sh");
     EXPECT_EQ(source.setSystemItemStarted("none.desktop", false),
               std::errc::no_such_file_or_directory);
     EXPECT_FALSE(source.setSystemItemStarted("sound.desktop", true));

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace brightsweep::test {
 namespace {
 
@@ -64,6 +66,16 @@ TEST(LoginItemsCommand, ListsAndChangesWhatOneEntryIsMeant) {
     EXPECT_FALSE(of(2, "hidden").toBool(true));
     EXPECT_EQ(of(2, "index").toInt(-1), 2);
     EXPECT_TRUE(of(2, "url").toString().endsWith(QStringLiteral("/a%20b")));
+    // What cannot be read goes by its file, and a long name does not push the others away.
+    user.link("gone.desktop", "nowhere");
+    user.file("long.desktop", "[Desktop Entry]\nName=" + std::string(500, 'n') + "\n");
+    EXPECT_NE(run({"show", "--file", "kde.desktop"}).errors.find("other desktops"),
+              std::string::npos);
+    const auto table = runProgram({BRIGHTSWEEP_CLI, "login-items"}).output;
+    EXPECT_NE(run({}).output.find("\"name\":\"gone.desktop\""), std::string::npos);
+    std::istringstream lines(table);
+    for (std::string line; std::getline(lines, line);)
+        EXPECT_LT(line.size(), 200u) << line;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "platform/linux/AutostartEntry.h"
 
+#include "foundation/DesktopEntryFlaw.h"
 #include "foundation/DesktopEntryText.h"
 #include "foundation/FileDescriptor.h"
 #include "foundation/Identity.h"
@@ -81,7 +82,7 @@ void tellProgram(const DesktopEntry &entry, const std::filesystem::path &place,
         item.missing = !isThere(item.path);
     } else if (name.starts_with('/')) {
         item.path = name;
-        item.missing = findProgram(name).empty();
+        item.missing = !isThere(systemPath(name));
     } else if (const auto program = findProgram(name); !program.empty()) {
         item.path = program;
     } else {
@@ -99,6 +100,25 @@ std::string joined(const std::vector<std::string> &words) {
     return text;
 }
 
+// What is there and cannot be run; a name without a folder is looked for as a program alone.
+bool isNoProgram(const std::string &name) {
+    return name.starts_with('/') && isThere(systemPath(name)) && findProgram(name).empty();
+}
+
+LoginItemObstacle obstacleOf(DesktopEntryFlaw::Kind kind) {
+    switch (kind) {
+    case DesktopEntryFlaw::Kind::NotUtf8:
+        return LoginItemObstacle::NotUtf8;
+    case DesktopEntryFlaw::Kind::ByteOrderMark:
+        return LoginItemObstacle::ByteOrderMark;
+    case DesktopEntryFlaw::Kind::BadLine:
+        return LoginItemObstacle::BadLine;
+    case DesktopEntryFlaw::Kind::TwoValues:
+        break;
+    }
+    return LoginItemObstacle::TwoValues;
+}
+
 void judge(const DesktopEntry &entry, const AutostartSession &session, LoginItemEntry &item) {
     using enum LoginItemObstacle;
     const auto set = [&](LoginItemObstacle obstacle, std::string detail = {}) {
@@ -106,15 +126,23 @@ void judge(const DesktopEntry &entry, const AutostartSession &session, LoginItem
         item.obstacleDetail = std::move(detail);
     };
     const std::string tryExec = entry.string("TryExec");
+    const std::string exec = entry.string("Exec");
+    const auto command = execCommand(exec, {});
     if (!entry.isValid() || entry.string("Type") != "Application")
         set(NotApplication, entry.string("Type"));
-    else if (!execCommand(entry.string("Exec"), {}))
+    else if (!command)
         set(NoCommand);
     else if (!entry.isShownIn(session.desktops))
         entry.has("OnlyShowIn") ? set(OtherDesktop, joined(entry.list("OnlyShowIn")))
                                 : set(NotThisDesktop, joined(session.desktops));
     else if (!tryExec.empty() && findProgram(tryExec).empty())
-        set(TryExecMissing, tryExec);
+        set(isNoProgram(tryExec) ? NotExecutable : TryExecMissing, tryExec);
+    else if (const std::string program = execProgram(exec); isNoProgram(program))
+        set(NotExecutable, program);
+    else if (entry.has(entryUrlKey) && !item.missing && findProgram(command->front()).empty())
+        set(TryExecMissing, command->front()); // what opens a document
+    else if (auto flaw = flawOf(entry.text()))
+        set(obstacleOf(flaw->kind), std::move(flaw->detail));
 }
 
 } // namespace

@@ -22,6 +22,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <optional>
 #include <thread>
@@ -142,7 +143,48 @@ Result<std::string> withHidden(const std::string &text, bool hidden) {
     // GNOME heeds a key of its own as well.
     if (changed && !hidden && DesktopEntry(text).has(gnomeKey))
         changed = withEntryValue(*changed, gnomeKey, "true");
-    return changed ? Result<std::string>(*std::move(changed)) : LoginItemError::NotAnEntry;
+    return changed ? Result<std::string>(*std::move(changed)) : LoginItemError::NoEntryInside;
+}
+
+// The text of an entry once nobody is at writing it in place: it is empty or half there meanwhile,
+// and what came after our reading would be lost.
+Result<std::string> readSettled(const fs::path &path) {
+    constexpr int tries = 10;
+    constexpr std::chrono::milliseconds pause{20};
+    auto text = readWholeFile(path);
+    for (int tried = 1; text && tried < tries; ++tried) {
+        std::error_code error;
+        const auto age = fs::file_time_type::clock::now() - fs::last_write_time(path, error);
+        if (!error && age > tries * pause && DesktopEntry(*text).isValid())
+            break;
+        std::this_thread::sleep_for(pause);
+        auto again = readWholeFile(path);
+        const bool isSettled = again && *again == *text && DesktopEntry(*text).isValid();
+        text = std::move(again);
+        if (isSettled)
+            break;
+    }
+    return text;
+}
+
+// An entry that says no more than that the system's is hidden would start nothing once it is shown,
+// so that it gets what the system's has.
+std::string completed(std::string text, const DesktopEntry &systems) {
+    const DesktopEntry own(text);
+    if (own.has("Exec") || own.has("Type"))
+        return text;
+    for (const std::string_view key : systems.keys()) {
+        if (own.has(key))
+            continue;
+        if (auto more = withEntryValue(text, key, systems.raw(key)))
+            text = *std::move(more);
+    }
+    return text;
+}
+
+// Sessions differ on such an entry; most start it.
+bool isFlaw(LoginItemObstacle obstacle) {
+    return obstacle >= LoginItemObstacle::NotUtf8;
 }
 
 // The window's program that belongs to the one that runs.
@@ -256,7 +298,7 @@ Result<std::vector<LoginItemEntry>> LinuxLoginItemSource::systemItems() {
             entry->has("X-KDE-autostart-phase") || isHiddenEntry(*entry))
             continue;
         LoginItemEntry item = loginItemOf(*entry, place, session);
-        if (item.obstacle != LoginItemObstacle::None || item.missing)
+        if ((item.obstacle != LoginItemObstacle::None && !isFlaw(item.obstacle)) || item.missing)
             continue;
         struct stat status {};
         if (::lstat(pathOf(name).c_str(), &status) == 0) {
@@ -351,10 +393,11 @@ std::error_code LinuxLoginItemSource::setHidden(const std::string &file, bool hi
     const fs::path path = pathOf(file);
     if (const std::error_code refusal = refusalOfLink(path))
         return refusal;
-    const auto text = readWholeFile(path);
+    const auto text = readSettled(path);
     if (!text)
         return text.error();
-    const auto changed = withHidden(*text, hidden);
+    const auto systems = hidden ? std::nullopt : systemEntry(file);
+    const auto changed = withHidden(systems ? completed(*text, *systems) : *text, hidden);
     if (!changed)
         return changed.error();
     return *changed == *text ? std::error_code() : writeSmallFile(path, *changed);
@@ -395,7 +438,7 @@ std::error_code LinuxLoginItemSource::setSystemItemStarted(const std::string &fi
     text = withHidden(*text, true);
     const auto override =
         text ? withEntryValue(*text, entryOverrideKey, "true") : std::optional<std::string>();
-    return override ? writeNewSmallFile(path, *override) : LoginItemError::NotAnEntry;
+    return override ? writeNewSmallFile(path, *override) : LoginItemError::NoEntryInside;
 }
 
 std::error_code LinuxLoginItemSource::start(const std::string &file) {
