@@ -5,6 +5,7 @@
 #include "cli/RightsRefusal.h"
 #include "cli/WorkRun.h"
 #include "core/UtilityFunction.h"
+#include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
 #include "foundation/SaturatingSum.h"
 #include "linux/ToolWords.h"
@@ -154,7 +155,7 @@ void work(Job &job) {
             planned.record.message = plan.reason;
         ApplicationSource *source = sourceOf(plan.application.kind);
         planned.bytes = isPlainFiles(plan.application) || !source
-                            ? plan.itself.bytes
+                            ? ownBytes(plan)
                             : source->sizeOf(plan.application);
         planned.needsRights = needsRights(plan);
         if (job.stop)
@@ -168,6 +169,15 @@ void work(Job &job) {
 
 bool isPlannedToGo(const Planned &planned) {
     return planned.record.plan.blocker == Blocker::None;
+}
+
+// True for the application itself and for what of it went: the application stands for that.
+bool isPart(const RemovalPlan &plan, const Uninstallation::Item &item) {
+    const auto isIt = [&](const Leftover &leftover) { return leftover.path == item.path; };
+    return item.path == plan.application.path ||
+           (item.removed &&
+            paths::isSameOrBelow(item.path.native(), plan.application.path.native()) &&
+            std::none_of(plan.leftovers.begin(), plan.leftovers.end(), isIt));
 }
 
 // What went or would, the application first; or what stays, with the reason.
@@ -191,7 +201,7 @@ std::vector<ActedItem> actedOf(const Planned &planned, bool isTried) {
         acted.push_back({name, 0, error});
     if (isTried) {
         for (const Uninstallation::Item &item : record.items) {
-            if (item.path != plan.application.path)
+            if (!isPart(plan, item))
                 acted.push_back(
                     {item.path.native(), item.bytes, item.removed ? std::string() : item.error});
         }

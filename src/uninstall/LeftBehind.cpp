@@ -6,6 +6,8 @@
 #include "platform/Platform.h"
 #include "platform/StandardDirectories.h"
 #include "platform/Workspace.h"
+#include "removal/NvAuthorization.h"
+#include "uninstall/KeptFolders.h"
 #include "uninstall/LeftoverSearch.h"
 #include "uninstall/Leftovers.h"
 
@@ -103,6 +105,14 @@ std::vector<Leftover> LeftBehind::find(const std::atomic<bool> *stop) const {
                         if (isNameOfKind(folder.kind, name) && !ids.contains(name))
                             found.add({root, name}, folder.leftover, folder.words);
                     });
+    }
+    for (const std::filesystem::path &folder : keptFolders()) {
+        const auto target = NvAuthorization::targetOf(folder);
+        const bool isInstalled = std::any_of(
+            m_installed.begin(), m_installed.end(),
+            [&](const InstalledApplication &application) { return application.path == folder; });
+        if (target && !isInstalled && isKnown(ApplicationKind::Folder))
+            found.add(*target, LeftoverKind::Data, "what an application wrote that was removed");
     }
     for (const EntryFolder &folder : entryFolders) {
         forEachName(folderOf(folder.directory, folder.way), [&](const RemovalRoot &root,

@@ -34,7 +34,8 @@ public:
         needsRights = needsRights || keeps;
         for (const DirectoryEntry &entry : block.entries()) {
             ++count;
-            newest = std::max(newest, entry.type == EntryType::Directory ? 0 : entry.modified);
+            if (entry.type != EntryType::Directory)
+                noteTimes(entry);
             holdsData = holdsData || LeftoverRules::isDataName(entry.nameView());
             if (entry.type != EntryType::Directory)
                 bytes = addSaturating(bytes, entry.size);
@@ -44,12 +45,24 @@ public:
     }
 
     std::uint64_t count = 0;
-    std::int64_t newest = 0; ///< of the files
+    std::int64_t lastWritten = 0; ///< of the files, as the next two
+    std::int64_t lastCame = 0;
+    std::int64_t writtenBy = 0; ///< those of whose arrivals `arrivals` is, where it is not 0
+    std::vector<std::int64_t> arrivals;
     std::uint64_t bytes = 0;
     bool holdsData = false;
     bool needsRights = false;
 
 private:
+    // The time of change is the system's own: it is never older than the file's coming here, as
+    // the time of writing, which archives bring along, may be.
+    void noteTimes(const DirectoryEntry &entry) {
+        lastWritten = std::max(lastWritten, entry.modified);
+        lastCame = std::max(lastCame, entry.changed);
+        if (entry.modified <= writtenBy)
+            arrivals.push_back(entry.changed);
+    }
+
     FileOperations &m_files;
     const MountsBelow m_mounts;
     DirectoryWalk m_walk;
@@ -93,7 +106,8 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
     leftover.seen = item->attributes;
     leftover.needsRights = isForWantOfPermission(files.checkRemoval(*item));
     bool holdsData = false;
-    std::int64_t newest = leftover.seen.modified;
+    std::int64_t lastWritten = leftover.seen.modified;
+    std::int64_t lastCame = leftover.seen.changed;
     if (leftover.seen.type == EntryType::Directory) {
         auto directory = files.openDirectoryAt(item->folder->directory(), item->name.c_str());
         // What cannot be read may hold anything.
@@ -108,12 +122,13 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
             leftover.entries = contents.count;
             holdsData = contents.holdsData;
             leftover.needsRights = leftover.needsRights || contents.needsRights;
-            newest = contents.newest;
+            lastWritten = contents.lastWritten;
+            lastCame = contents.lastCame;
         }
     } else {
         leftover.bytes = leftover.seen.size;
     }
-    if (look.changedAfter != 0 && newest <= look.changedAfter)
+    if (look.changedAfter != 0 && lastWritten <= look.changedAfter && lastCame <= look.cameAfter)
         return {};
     if (const char *words = dataReason(leftover, holdsData);
         kind == LeftoverKind::Config && words) {
@@ -129,6 +144,19 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
         leftover.reason += isBusy ? "; holds another volume" : "; a link to another place";
     }
     return leftover;
+}
+
+std::vector<std::int64_t> timesOfArrival(const RemovalTarget &target, std::int64_t writtenBy,
+                                         const std::atomic<bool> *stop) {
+    FileOperations &files = *Platform::current().files;
+    const auto item = files.openItem(target);
+    auto directory =
+        item ? files.openDirectoryAt(item->folder->directory(), item->name.c_str()) : item.error();
+    if (!directory)
+        return {};
+    Contents contents(files, *std::move(directory), stop);
+    contents.writtenBy = writtenBy;
+    return contents.run() ? std::move(contents.arrivals) : std::vector<std::int64_t>();
 }
 
 bool hasLeftoverChanged(const Leftover &shown, const Leftover &now) {

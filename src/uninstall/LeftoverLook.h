@@ -6,6 +6,7 @@
 #include <atomic>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace brightsweep {
 
@@ -13,8 +14,10 @@ namespace brightsweep {
 struct LeftoverLook {
     const std::atomic<bool> *stop = nullptr;
     bool ticksData = false;
-    /// When not 0, only what has a file changed later than that, in nanoseconds since the epoch.
+    /// When not 0, only what has a file written later than that, or put there later than
+    /// `cameAfter`, both in nanoseconds since the epoch.
     std::int64_t changedAfter = 0;
+    std::int64_t cameAfter = 0;
 };
 
 /// Looks at one entry that may be a leftover, with all that lies in it, and follows no link and
@@ -26,6 +29,12 @@ struct LeftoverLook {
 /// place whatever happens, or was not looked at to the end.
 std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind kind,
                                        std::string reason, const LeftoverLook &look = {});
+
+/// When each of the files below an item got its name or its contents, whatever time of its own it
+/// has, of those that were written no later than that. Nothing where it was not looked at to the
+/// end.
+std::vector<std::int64_t> timesOfArrival(const RemovalTarget &target, std::int64_t writtenBy,
+                                         const std::atomic<bool> *stop);
 
 /// True where `now` is another object than the one that was shown, or a folder that has gained
 /// something since. A cache may gain as it likes.

@@ -120,6 +120,18 @@ bool isDataName(std::string_view name) {
            fileTypeOfExtension(key.substr(point + 1)) == documentClass;
 }
 
+std::int64_t endOfInstallation(std::int64_t begun, std::vector<std::int64_t> arrivals,
+                               std::int64_t pause) {
+    std::sort(arrivals.begin(), arrivals.end());
+    std::int64_t end = begun;
+    for (const std::int64_t time : arrivals) {
+        if (time > end + pause)
+            break;
+        end = std::max(end, time);
+    }
+    return end;
+}
+
 } // namespace LeftoverRules
 
 LeftoverNames LeftoverNames::of(const ApplicationNames &application) {

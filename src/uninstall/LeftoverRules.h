@@ -69,6 +69,11 @@ inline constexpr std::uint64_t mostSettingsBytes = std::uint64_t(1) << 20;
 /// of settings that holds one is data.
 bool isDataName(std::string_view name);
 
+/// When an installation that began at `begun` had ended: the last of the times of arrival that
+/// follow one another with no more than `pause` between.
+std::int64_t endOfInstallation(std::int64_t begun, std::vector<std::int64_t> arrivals,
+                               std::int64_t pause);
+
 } // namespace LeftoverRules
 
 } // namespace brightsweep

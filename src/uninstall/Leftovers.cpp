@@ -6,6 +6,7 @@
 #include "foundation/SmallFile.h"
 #include "platform/Platform.h"
 #include "platform/StandardDirectories.h"
+#include "removal/NvAuthorization.h"
 #include "uninstall/LeftoverLook.h"
 #include "uninstall/LeftoverSearch.h"
 
@@ -62,7 +63,8 @@ constexpr StarterFolder entryFolders[] = {
      "Exec=", "a menu entry that starts it"},
     {StandardDirectory::Preferences, "autostart", ".desktop", "Exec=", "starts it at login"},
 };
-// What is written later than that after the folder was made is no longer the installation.
+// What is written later than that after the folder was made is no longer the installation, nor what
+// comes after a pause of that length, however old it is.
 constexpr std::chrono::nanoseconds installing = std::chrono::minutes(2);
 
 template <std::size_t Size>
@@ -133,9 +135,16 @@ void addStarters(LeftoverSearch &found, const InstalledApplication &application,
 void addChanged(LeftoverSearch &found, const InstalledApplication &application) {
     if (application.installed == 0)
         return;
+    const auto target = NvAuthorization::targetOf(application.path);
+    if (!target)
+        return;
     const std::chrono::nanoseconds made = std::chrono::seconds(application.installed);
     LeftoverLook look{found.stop()};
     look.changedAfter = (made + installing).count();
+    look.cameAfter = LeftoverRules::endOfInstallation(
+                         made.count(), timesOfArrival(*target, look.changedAfter, found.stop()),
+                         installing.count()) +
+                     installing.count();
     forEachName(application.path, [&](const RemovalRoot &root, const std::string &name) {
         found.add(lookAtLeftover({root, name}, LeftoverKind::Data, "written since the installation",
                                  look));

@@ -70,6 +70,15 @@ bool isPlainFiles(const InstalledApplication &application) {
     return source ? source->isPlainFiles() : application.kind == ApplicationKind::Bundle;
 }
 
+std::uint64_t ownBytes(const RemovalPlan &plan) {
+    std::uint64_t bytes = plan.itself.bytes;
+    for (const Leftover &leftover : plan.leftovers) {
+        if (paths::isSameOrBelow(leftover.path.native(), plan.application.path.native()))
+            bytes -= std::min(bytes, leftover.bytes);
+    }
+    return bytes;
+}
+
 bool takesRights(const RemovalPlan &plan) {
     return plan.blocker == Blocker::None && plan.application.kind == ApplicationKind::Package &&
            !plan.application.userOwned;

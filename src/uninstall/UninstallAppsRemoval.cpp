@@ -55,7 +55,7 @@ void UninstallAppsController::makePlans(const std::vector<InstalledApplication> 
             return;
         m_plans.push_back(planner.planOf(application, &m_stopsPlanning));
         ApplicationSource *const source = sourceOf(application.kind);
-        m_planSizes.push_back(isPlainFiles(application) || !source ? m_plans.back().itself.bytes
+        m_planSizes.push_back(isPlainFiles(application) || !source ? ownBytes(m_plans.back())
                                                                    : source->sizeOf(application));
     }
 }

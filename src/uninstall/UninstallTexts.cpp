@@ -64,6 +64,7 @@ constexpr std::array reasons = {
                  "\"apt-get install --reinstall\" and its name."),
     QT_TRID_NOOP("the Flatpak is not installed"),
     QT_TRID_NOOP("the snap is not installed"),
+    QT_TRID_NOOP("what an application wrote that was removed"),
     QT_TRID_NOOP("starts a Flatpak that is not installed"),
     QT_TRID_NOOP("starts \"%1\", which is not there"),
     QT_TRID_NOOP("has the name of \"%1\", which was removed"),

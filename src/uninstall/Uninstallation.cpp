@@ -8,6 +8,7 @@
 #include "platform/Platform.h"
 #include "removal/NvAuthorization.h"
 #include "uninstall/FolderNames.h"
+#include "uninstall/KeptFolders.h"
 #include "uninstall/LeftoverLook.h"
 #include "uninstall/RemovalPlanner.h"
 #include "uninstall/UninstallApp.h"
@@ -259,6 +260,8 @@ bool Uninstallation::removeFolder(Record &record, const std::vector<std::filesys
     }
     for (const Leftover &item : going)
         isGone = removeItem(record, item) && isGone;
+    if (isGone)
+        noteKeptFolder(itself.path);
     return isGone;
 }
 

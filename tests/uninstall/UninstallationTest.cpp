@@ -5,6 +5,7 @@
 #include "support/FakeApplicationSource.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
+#include "uninstall/LeftBehind.h"
 #include "uninstall/RemovalPlanner.h"
 
 #include <gtest/gtest.h>
@@ -135,24 +136,38 @@ TEST_F(UninstallationTest, LeftoversGoOnlyAsTheyWereShown) {
 }
 
 TEST_F(UninstallationTest, AFolderKeepsWhatItsProgramWroteUnlessThatIsTicked) {
+    const auto now = std::filesystem::file_time_type::clock::now();
+    const auto put = [&](const char *file, std::chrono::hours age) {
+        std::filesystem::last_write_time(home.file(file), now - age);
+    };
     InstalledApplication game;
     game.kind = ApplicationKind::Folder;
     game.path = game.key = home.directory("Applications/Game");
-    game.installed = 1'000'000'000;
-    const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::hours(300'000);
+    game.installed = std::time(nullptr);
     for (const char *file : {"Applications/Game/bin/game", "Applications/Game/assets/big"})
-        std::filesystem::last_write_time(home.file(file), old);
-    home.file("Applications/Game/saves/1");
+        put(file, std::chrono::hours(9));
+    put("Applications/Game/saves/1", -std::chrono::hours(1));
     RemovalPlan plan = RemovalPlanner({game}).planOf(game);
+    EXPECT_EQ(ownBytes(plan), 2u);
     Uninstallation changed({plan});
-    home.file("Applications/Game/saves/2");
+    put("Applications/Game/saves/2", -std::chrono::hours(1));
     EXPECT_FALSE(run(changed));
     EXPECT_TRUE(home.exists("Applications/Game/bin/game")) << "it has written meanwhile";
+    EXPECT_TRUE(LeftBehind({}, {}).find().empty());
+    // What came later than the rest, however old it is.
+    put("Applications/Game/mods/m", std::chrono::hours(9));
+    game.installed -= 3600;
+    EXPECT_EQ(RemovalPlanner({game}).planOf(game).leftovers.size(), 4u) << "all came later";
+    game.installed += 3600;
+    std::filesystem::remove_all(home.path("Applications/Game/mods"));
     plan = RemovalPlanner({game}).planOf(game);
     Uninstallation first({plan});
     EXPECT_TRUE(run(first));
     EXPECT_FALSE(home.exists("Applications/Game/bin") || home.exists("Applications/Game/assets"));
     EXPECT_TRUE(home.exists("Applications/Game/saves/1"));
+    EXPECT_TRUE(LeftBehind({game}, {}).find().empty()) << "it was installed again";
+    ASSERT_EQ(LeftBehind({}, {}).find().size(), 1u);
+    EXPECT_EQ(LeftBehind({}, {}).find().front().path, game.path);
 
     plan = RemovalPlanner({game}).planOf(game);
     for (Leftover &leftover : plan.leftovers)
@@ -160,7 +175,9 @@ TEST_F(UninstallationTest, AFolderKeepsWhatItsProgramWroteUnlessThatIsTicked) {
     Uninstallation second({plan});
     EXPECT_TRUE(run(second));
     EXPECT_FALSE(home.exists("Applications/Game"));
-    EXPECT_TRUE(folders->removals.empty());
+    EXPECT_TRUE(LeftBehind({}, {}).find().empty());
+    home.directory("Applications/Game");
+    EXPECT_TRUE(LeftBehind({}, {}).find().empty()) << "another folder of that name";
 }
 
 TEST_F(UninstallationTest, WhatHoldsAnothersPartsGoesWholeOrNotAtAll) {
