@@ -82,7 +82,7 @@ bool isKeptClosed(FileOperations &files, const OpenItem &item) {
 // Why settings are data after all; nothing where they are not.
 const char *dataReason(const Leftover &leftover, bool holdsData) {
     if (holdsData || LeftoverRules::isDataName(leftover.target.relative.filename().native()))
-        return "holds a database, a profile or documents";
+        return "holds a database, a profile, documents or media";
     return leftover.bytes > LeftoverRules::mostSettingsBytes ? "more than settings, by its size"
                                                              : nullptr;
 }

@@ -10,26 +10,35 @@ namespace brightsweep {
 namespace {
 
 constexpr std::size_t shortestName = 3;
-constexpr std::int32_t documentClass = 1;
+// The classes of what people make and collect: documents, music, video, archives and pictures.
+constexpr std::int32_t firstMadeClass = 1;
+constexpr std::int32_t lastMadeClass = 5;
 
 // clang-format off
-// Folders that many programs write to, or that the desktop owns.
+// Folders and files that many programs write to, or that the desktop or a shell owns.
 constexpr std::string_view sharedFolders[] = {
-    "app-info", "applications", "autostart", "aws", "baloo", "cargo", "containers", "dbus",
-    "dbus-1", "dconf", "desktop-directories", "docker", "evolution", "flatpak", "folks",
-    "fontconfig", "fonts", "gconf", "gegl-0.4", "gem", "gnome", "gnome-shell", "gnupg", "goa-1.0",
+    "app-info", "applications", "autostart", "aws", "azure", "baloo", "baloofile", "cargo",
+    "containers", "dbus", "dbus-1", "dconf", "desktop-directories", "dmrc", "docker", "enchant",
+    "environment", "evolution", "face", "fcitx", "fcitx5", "flatpak", "folks", "fontconfig", "fonts", "gconf", "gegl-0.4", "gem", "gnome", "gnome-shell", "gnupg", "goa-1.0",
     "gpg", "gradle", "gstreamer-1.0", "gtk", "gtk-2.0", "gtk-3.0", "gtk-4.0", "gvfs",
     "gvfs-metadata", "ibus", "icc", "icons", "kde", "kde.org", "kde4", "kdedefaults", "kdeglobals",
-    "keyring", "keyrings", "kglobalshortcuts", "ksycoca", "kube", "kwallet", "kwin", "maven",
-    "menus", "mesa_shader_cache", "mime", "mimeapps", "mozilla", "nautilus", "npm", "pip", "pki",
-    "plasma", "pulse", "qt", "recently-used", "rustup", "session", "snap", "sounds", "ssh",
-    "systemd", "templates", "themes", "thumbnails", "tracker", "tracker3", "trash", "user-dirs",
-    "user-places", "wayland", "xdg-desktop-portal", "xfce4", "xorg",
+    "keyring", "keyrings", "kglobalshortcuts", "ksycoca", "khotkeys", "kscreenlocker", "ksmserver", "kube",
+    "kwallet", "kwin", "kxkb", "maven",
+    "menus", "mesa_shader_cache", "mime", "mimeapps", "monitors", "mozilla", "netrc", "nautilus", "npm", "password-store", "pip",
+    "pki", "plasma", "pulse", "qt", "qtproject", "recently-used", "rustup", "session", "snap", "sounds", "ssh",
+    "systemd", "templates", "themes", "thumbnails", "tracker", "tracker3", "trash", "trolltech", "user-dirs",
+    "user-places", "wayland", "wget", "xauthority", "xdefaults", "xdg-desktop-portal", "xfce4",
+    "xinit", "xmodmap", "xorg", "xprofile", "xresources", "xsession",
+};
+// Shells, whose files in the home begin with their names.
+constexpr std::string_view shells[] = {
+    "bash", "csh", "dash", "fish", "ksh", "oh-my-zsh", "tcsh", "zlog", "zprofile", "zsh",
 };
 // Programs that run those of others.
 constexpr std::string_view runners[] = {
-    "appimage", "bash", "bin", "dash", "dotnet", "electron", "env", "git", "gjs", "go", "java",
-    "mono", "node", "perl", "php", "python", "python3", "ruby", "sudo",
+    "appimage", "bin", "curl", "dotnet", "electron", "env", "git", "git-credentials", "gitconfig",
+    "gitignore", "gjs", "go", "java", "mono", "node", "perl", "php", "python", "python3", "ruby",
+    "sudo",
 };
 // Words that say nothing about whose a folder is.
 constexpr std::string_view commonWords[] = {
@@ -60,9 +69,12 @@ constexpr std::string_view dataNames[] = {
 };
 // clang-format on
 constexpr std::string_view dataEndings[] = {
-    ".sqlite", ".sqlite3", ".sqlite-wal", ".db",  ".db3",     ".mdb", ".ldb",
-    ".kdbx",   ".kdb",     ".mbox",       ".msf", ".maildir", ".gpg", ".asc",
-    ".pem",    ".p12",     ".keystore",   ".jks", ".keyring"};
+    ".sqlite", ".sqlite3", ".sqlite-wal", ".db", ".db3", ".mdb", ".ldb", ".kdbx", ".kdb", ".mbox",
+    ".msf", ".maildir", ".gpg", ".asc", ".pem", ".p12", ".keystore", ".jks", ".keyring",
+    // Of the same kind as the classes of files, which do not know them.
+    ".7z", ".avif", ".blend", ".bz2", ".csv", ".eml", ".epub", ".flac", ".gz", ".heic", ".ics",
+    ".iso", ".kra", ".m4a", ".md", ".mid", ".opus", ".tgz", ".tif", ".vcf", ".webm", ".webp",
+    ".xcf", ".xz", ".zst"};
 
 std::string lower(std::string_view text) {
     std::string result(text);
@@ -93,11 +105,28 @@ bool isReverseDns(std::string_view id) {
            id.find("..") == id.npos && id.find('/') == id.npos;
 }
 
+// With what may stand behind such a name as well: "mimeapps.list", "bashrc", "zsh_history".
 bool isCommonName(std::string_view name) {
     const std::string key = lower(name);
     const auto begins = [&](std::string_view beginning) { return key.starts_with(beginning); };
-    return holds(sharedFolders, key) || holds(runners, key) || holds(commonWords, key) ||
-           std::any_of(std::begin(commonBeginnings), std::end(commonBeginnings), begins);
+    const auto isOfShell = [&](std::string_view shell) {
+        return begins(shell) &&
+               (key.size() == shell.size() || key[shell.size()] == '_' || key[shell.size()] == '.');
+    };
+    if (std::any_of(std::begin(shells), std::end(shells), isOfShell) ||
+        std::any_of(std::begin(commonBeginnings), std::end(commonBeginnings), begins))
+        return true;
+    std::string_view plain = key;
+    if (!isReverseDns(name))
+        plain = plain.substr(0, plain.find('.'));
+    std::string_view withoutRc = plain;
+    if (withoutRc.ends_with("rc"))
+        withoutRc.remove_suffix(2);
+    const auto isListed = [](std::string_view word) {
+        return holds(sharedFolders, word) || holds(runners, word) || holds(commonWords, word) ||
+               holds(shells, word);
+    };
+    return isListed(key) || isListed(plain) || isListed(withoutRc);
 }
 
 bool isListedForBundle(std::string_view entry, std::string_view id) {
@@ -116,8 +145,10 @@ bool isDataName(std::string_view name) {
     if (holds(dataNames, key) || std::any_of(std::begin(dataEndings), std::end(dataEndings), ends))
         return true;
     const auto point = key.rfind('.');
-    return point != key.npos && point > 0 &&
-           fileTypeOfExtension(key.substr(point + 1)) == documentClass;
+    if (point == key.npos || point == 0)
+        return false;
+    const auto fileClass = fileTypeOfExtension(key.substr(point + 1));
+    return fileClass >= firstMadeClass && fileClass <= lastMadeClass;
 }
 
 std::int64_t endOfInstallation(std::int64_t begun, std::vector<std::int64_t> arrivals,

@@ -65,8 +65,9 @@ bool isTickedForBundle(std::string_view entry, std::string_view id);
 
 /// Settings of more bytes than that are data.
 inline constexpr std::uint64_t mostSettingsBytes = std::uint64_t(1) << 20;
-/// True for the name of a file or folder that a database, a profile or a document goes by: a folder
-/// of settings that holds one is data.
+/// True for the name of a file or folder that a database, a profile or something that people make
+/// or collect goes by (documents, music, video, pictures, archives): a folder of settings that
+/// holds one is data.
 bool isDataName(std::string_view name);
 
 /// When an installation that began at `begun` had ended: the last of the times of arrival that

@@ -37,7 +37,15 @@ TEST(LeftoverRules, ApplicationsAreKnownByExactNamesOnly) {
         {tiny, Home, {}, {".st"}},
         {tiny, Config, {}, {"st"}},
         {script, Config, {"meld"}, {"python3", "shell"}},
-        {{"ssh", {"ssh"}, {}}, Home, {}, {".ssh"}},
+        {{"ssh", {"profile", "bash_history"}, {"zshrc", "oh-my-zsh"}},
+         Home,
+         {},
+         {".ssh", ".profile", ".bash_history", ".zshrc", ".oh-my-zsh"}},
+        {{"QtProject", {"mimeapps.list", "QtProject.conf"}, {"user-dirs.dirs", "trolltech"}},
+         Config,
+         {},
+         {"mimeapps.list", "QtProject.conf", "user-dirs.dirs", "Trolltech.conf"}},
+        {{"fisherman", {"zshell-tool"}, {}}, Data, {"fisherman", "zshell-tool"}, {}},
         {{"x/../y", {".."}, {"../..", "a..b.c", ""}}, Config, {}, {"..", ""}},
     };
     for (const Row &row : rows) {
@@ -76,7 +84,8 @@ TEST(LeftoverRules, AnInstallationEndsWithItsFirstPause) {
 }
 
 TEST(LeftoverRules, DatabasesProfilesAndDocumentsAreData) {
-    for (const char *name : {"places.SQLite", "Local Storage", "x.db", "thesis.odt", "keys.KDBX"})
+    for (const char *name : {"places.SQLite", "Local Storage", "x.db", "thesis.odt", "keys.KDBX",
+                             "a.JPG", "song.mp3", "clip.mkv", "old.zip", "raw.flac"})
         EXPECT_TRUE(LeftoverRules::isDataName(name)) << name;
     for (const char *name : {"settings.json", "katerc", ".pdf", "db", "", "."})
         EXPECT_FALSE(LeftoverRules::isDataName(name)) << name;
