@@ -44,6 +44,15 @@ QLabel *words(const QString &text, QWidget *parent, bool isSecondary = false) {
     return label;
 }
 
+// A line that takes what room there is; its tool tip says the whole.
+ElidedLabel *elided(const char *name, const QString &text, QWidget *parent) {
+    auto *const label = new ElidedLabel(Qt::ElideMiddle, parent);
+    label->setObjectName(QLatin1String(name));
+    label->setText(text);
+    label->setToolTip(plainToolTip({text}));
+    return label;
+}
+
 } // namespace
 
 UninstallSheet *UninstallSheet::show(UninstallAppsController &page, const QString &text,
@@ -133,8 +142,8 @@ QWidget *UninstallSheet::makePlan(std::size_t number) {
                                    paths::display(plan.application.name), theme::height(iconSide),
                                    devicePixelRatioF()));
     head->addWidget(icon);
-    auto *const name = makePlainLabel("uninstall.sheet.name", card);
-    name->setText(paths::display(plan.application.name));
+    auto *const name = elided("uninstall.sheet.name", paths::display(plan.application.name), card);
+    name->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     theme::keepFont(name, 14, true);
     head->addWidget(name);
     auto *const kind = makePlainLabel("uninstall.sheet.kind", card);
@@ -193,10 +202,7 @@ QCheckBox *UninstallSheet::addMark(QVBoxLayout &list, const QString &label, cons
     mark->setObjectName(QStringLiteral("uninstall.sheet.mark"));
     mark->setAccessibleName(spokenWords({label, note, size}));
     row->addWidget(mark, 0, Qt::AlignVCenter);
-    auto *const text = new ElidedLabel(Qt::ElideMiddle, this);
-    text->setText(label);
-    text->setToolTip(plainToolTip({label}));
-    row->addWidget(text, 1);
+    row->addWidget(elided("uninstall.sheet.path", label, this), 1);
     auto *const kind = makePlainLabel("uninstall.sheet.note", this);
     kind->setText(note);
     kind->setProperty("secondary", true);
@@ -237,8 +243,7 @@ UninstallDetailsSheet::UninstallDetailsSheet(UninstallAppsController &page, cons
     const auto &details = page.details();
     auto *const picture = new QLabel(this);
     picture->setPixmap(icon);
-    auto *const name = makePlainLabel("uninstall.details.name", this);
-    name->setText(details.name);
+    auto *const name = elided("uninstall.details.name", details.name, this);
     name->setToolTip(plainToolTip({details.nameTip}));
     theme::keepFont(name, 15, true);
     m_size->setProperty("number", true);
@@ -247,13 +252,21 @@ UninstallDetailsSheet::UninstallDetailsSheet(UninstallAppsController &page, cons
     column->addWidget(name);
     column->addWidget(words(details.item->bundleVersion, this, true));
     column->addWidget(m_size);
-    for (const QString &line :
-         {details.date, details.path, details.item->bundleID,
-          details.item->isSystemApp ? UninstallTexts::systemReason(*details.item->application)
-                                    : QString()}) {
-        if (!line.isEmpty())
-            column->addWidget(words(line, this, line != details.date));
+    if (!details.date.isEmpty())
+        column->addWidget(words(details.date, this));
+    auto *const path = elided("uninstall.details.path", details.path, this);
+    path->setToolTip(plainToolTip({paths::display(details.item->path)}));
+    auto *const id = elided("uninstall.details.id", details.item->bundleID, this);
+    for (ElidedLabel *line : {path, id}) {
+        line->setProperty("secondary", true);
+        line->setHidden(line->text().isEmpty());
+        column->addWidget(line);
     }
+    const QString reason = details.item->isSystemApp
+                               ? UninstallTexts::systemReason(*details.item->application)
+                               : QString();
+    if (!reason.isEmpty())
+        column->addWidget(words(reason, this, true));
     auto *const ok = new QPushButton(localizedText("OK"), this);
     ok->setObjectName(QStringLiteral("uninstall.details.ok"));
     ok->setDefault(true);
