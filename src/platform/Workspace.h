@@ -25,7 +25,8 @@ public:
     /// When the item was made or, where its file system does not tell, last changed; of what a link
     /// leads to. Any thread.
     virtual Result<FileTime> created(const std::filesystem::path &path) = 0;
-    /// True for a program, by its name or path, that is certainly not there. Any thread.
+    /// True for a program, by its name or path, that is certainly not there: not where a volume
+    /// belongs that is not mounted. Any thread.
     virtual bool isMissing(const std::string &program) = 0;
     /// Opens the item with the user's default program for it; a folder in the file manager. Does
     /// not wait for that program; false where nothing can be started for the item.

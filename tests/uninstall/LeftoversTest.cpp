@@ -117,12 +117,20 @@ TEST_F(LeftoversTest, OfWhatIsGoneAreThoseThatNothingInstalledExplains) {
            ".local/share/flatpak/overrides/global", "snap/jq/x", "snap/goneplayer/x",
            "snap/Notes of mine/x"});
     const std::string entry = "[Desktop Entry]\nType=Application\nName=N\nExec=";
+    int absent = 0;
     home.file(".config/autostart/dead.desktop", entry + "/opt/dead/run --hidden\n");
     home.file(".config/autostart/alive.desktop", entry + "/bin/sh --version\n");
     home.file(".local/share/applications/gone.desktop",
               entry + "/bin/sh\nX-Flatpak=org.gone.App\n");
     home.file(".local/share/applications/hides.desktop", entry + "nowhere\nHidden=true\n");
-    TestTree(TestEnvironment::current().system()).file("bin/sh");
+    TestTree system(TestEnvironment::current().system());
+    system.file("bin/sh");
+    // Not gone: the volume is not mounted.
+    system.file("etc/fstab", "/dev/sdz1 / ext4\nUUID=1 /srv/data\\0401 ext4 noauto 0 0\n");
+    system.link("games", system.path("media/me/STICK"));
+    for (const char *program : {"/media/me/STICK/run", "/games/run", "\"/srv/data 1/app/run\""})
+        home.file(".config/autostart/" + std::to_string(++absent) + ".desktop",
+                  entry + program + "\n");
     const auto here =
         application(ApplicationKind::Flatpak, "app/org.here.App/x86_64/stable", "", "org.here.App");
     auto found = LeftBehind({here}, {}).find();

@@ -3,6 +3,7 @@
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
 #include "linux/ProcessStart.h"
+#include "platform/linux/AbsentVolumes.h"
 #include "platform/linux/BusProbe.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/SessionBus.h"
@@ -98,8 +99,9 @@ bool LinuxWorkspace::isMissing(const std::string &program) {
     if (!program.starts_with('/'))
         return !program.empty() && findProgram(program).empty();
     struct stat status;
-    return ::stat(systemPath(program).c_str(), &status) != 0 &&
-           (errno == ENOENT || errno == ENOTDIR);
+    const std::filesystem::path path = systemPath(program);
+    return ::stat(path.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR) &&
+           !mayLieOnAbsentVolume(path);
 }
 
 bool LinuxWorkspace::open(const std::filesystem::path &path) {
