@@ -215,6 +215,7 @@ private:
                    const std::vector<InstalledApplication> &applications);
     void askForRights();
     void rightsAnswered();
+    void noteLackOfRights();
     void uninstallActionfromBottomButton();
     void attemptEnded();
     void tellFailure(const QString &more = {});

@@ -141,8 +141,21 @@ void UninstallAppsController::rightsAnswered() {
         return;
     if (!lacksRights())
         return uninstallActionfromBottomButton();
+    if (!m_isSecondAttempt)
+        noteLackOfRights();
     tellFailure(m_padlock.isWithoutAgent() ? localizedText("LOCK_NO_AGENT") : QString());
     finish();
+}
+
+// Nothing was attempted: whatever could have gone stays for want of rights.
+void UninstallAppsController::noteLackOfRights() {
+    for (std::size_t i = 0; i < m_plans.size(); ++i) {
+        QString reason = UninstallTexts::obstacle(m_plans[i]);
+        if (reason.isEmpty())
+            reason = localizedText("STAYS_NEEDS_RIGHTS");
+        m_reasons += QStringLiteral("%1: %2").arg(m_chosen[i]->name, reason);
+        m_failures[m_chosen[i].get()] = reason;
+    }
 }
 
 void UninstallAppsController::uninstallActionfromBottomButton() {

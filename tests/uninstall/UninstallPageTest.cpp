@@ -3,6 +3,7 @@
 #include "foundation/NotificationCenter.h"
 #include "platform/LinuxPlatform.h"
 #include "platform/Platform.h"
+#include "platform/linux/LinuxAdministratorRights.h"
 #include "removal/FakeRights.h"
 #include "removal/NvAuthorization.h"
 #include "support/FakeApplicationSource.h"
@@ -225,6 +226,35 @@ TEST_F(UninstallPage, RemovesWhatIsTickedAndTriesAgainOnlyWithNewRights) {
         EXPECT_EQ(m_source->removals.size(), flow.attempts);
         page.changeSelectCell(Page::AllApplications);
         EXPECT_EQ(joined(), flow.left);
+    }
+}
+
+TEST_F(UninstallPage, LeavesEverythingWhereTheQuestionIsNotGranted) {
+    const std::string error = "Error executing command as another user: ";
+    const std::tuple<int, std::string, bool> rows[] = {
+        {126, error + "Request dismissed", false},
+        {127, error + "Not authorized\n\nThis incident has been reported.", false},
+        {127, error + "No authentication agent found.", true},
+        {127, "Error getting authority: Could not connect: No such file or directory", true}};
+    test::TestTree home(test::TestEnvironment::current().home());
+    for (const auto &[status, words, lacksAgent] : rows) {
+        m_page.reset();
+        installAll(ApplicationKind::Package);
+        home.file(".config/gimp/settings");
+        auto &rights = test::FakeRights::install();
+        rights.result = {rightsOutcome(status, words), status, words};
+        ASSERT_NE(rights.result.outcome, RightsOutcome::Granted);
+        Page &page = list();
+        page.selectAllList(true);
+        page.uninstallButtonAction();
+        wait(State::Asking);
+        page.alertEnded(1);
+        wait(State::Ready);
+        EXPECT_TRUE(m_source->removals.empty() && home.exists(".config/gimp/settings"));
+        const std::string tip = page.uninstallTextField().toolTip.toStdString();
+        EXPECT_THAT(tip, testing::HasSubstr("Gimp: needs administrator rights"));
+        EXPECT_EQ(tip.find("polkit agent") != tip.npos, lacksAgent) << words;
+        EXPECT_EQ(page.selectedCount(), 4u) << "ticks stay";
     }
 }
 
