@@ -32,6 +32,7 @@ constexpr std::array sayings = {
     Saying{"Could not get lock", PackagesOutcome::Busy},
     Saying{"Unable to acquire the dpkg frontend lock", PackagesOutcome::Busy},
     Saying{"locked by another process", PackagesOutcome::Busy},
+    Saying{"already locked by", PackagesOutcome::Busy},
     Saying{"can't create transaction lock", PackagesOutcome::Busy},
     Saying{"unable to lock database", PackagesOutcome::Busy},
     Saying{"System management is locked", PackagesOutcome::Busy},
@@ -149,7 +150,8 @@ ToolOutput PackagesRemoval::act(const PackageRemoval &removal) const {
     }
     case PackageFamily::Rpm:
         if (isThere(dnf))
-            return m_run(with({dnf, "-y", "-C", "--disablerepo=*",
+            // Else it would wait for a lock without limit.
+            return m_run(with({dnf, "-y", "-C", "--disablerepo=*", "--setopt=exit_on_lock=True",
                                "--setopt=clean_requirements_on_remove=False", "remove"},
                               removal.names));
         if (isThere(zypper))

@@ -16,9 +16,10 @@ struct Mark {
 
 // In the order in which they count: apt-get only says that dpkg failed, while dpkg says why.
 constexpr Mark marks[] = {
-    {"dpkg: error", Which::First}, {"E: ", Which::Last},     {"error: ", Which::First},
-    {"Error: ", Which::First},     {"Error:", Which::First}, {"Failed to ", Which::First},
-    {"Problem: ", Which::First},
+    {"dpkg: error", Which::First}, {"E: ", Which::Last},
+    {"error: ", Which::First},     {"Error: ", Which::First},
+    {"Error:", Which::First},      {"Failed to ", Which::First},
+    {"Problem: ", Which::First},   {"RPMDB already locked by", Which::First},
 };
 
 std::string_view trimmed(std::string_view line) {

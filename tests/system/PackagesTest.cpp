@@ -352,6 +352,11 @@ TEST_F(Packages, OfTheOtherFamiliesGoByTheirOwnTools) {
         run("rpm -i demo-late-*.rpm");
         EXPECT_EQ(outcomeOf(plan), UninstallOutcome::Changed);
         EXPECT_THAT(run("rpm -q demo-base demo-late demo-more demo-rest"), HasSubstr("base"));
+        if (exists("/usr/bin/dnf")) {
+            run("mkdir -p /var/lib/dnf; echo 1 > /var/lib/dnf/rpmdb_lock.pid");
+            EXPECT_EQ(outcomeOf(planOf("demo-base")), UninstallOutcome::Busy);
+            run("rm /var/lib/dnf/rpmdb_lock.pid");
+        }
         EXPECT_EQ(outcomeOf(planOf("demo-base")), UninstallOutcome::Removed);
         EXPECT_EQ(run("rpm -qa --qf '%{NAME}' 2> /dev/null"), "demo-rest");
         run("rpm -e demo-rest");
