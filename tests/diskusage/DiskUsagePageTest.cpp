@@ -104,7 +104,7 @@ TEST_F(DiskUsagePageTest, SelectsInSeveralFoldersAndRemoves) {
     for (const char *name : {"a/b/one", "a/two", "d/three", "d/stays", "four"})
         tree.sparseFile(name, 50'000);
     tree.sparseFile("a/small", 900);
-    UserDefaults::standardUserDefaults().setObject(DSDiskUsageLimit, 1);
+    UserDefaults::standardUserDefaults().setObject(DSDiskUsageLimit, 50);
     UserDefaults::standardUserDefaults().setObject(DSDiskUsageUnit, 1);
     scan(true, tree.top());
     EXPECT_EQ(panels, (std::vector<std::string>{"QC_DiskUsage", "DATA_DiskUsage"}));
@@ -213,8 +213,13 @@ TEST_F(DiskUsagePageTest, FoldersAreReadAgainAndLeftOut) {
     view().updateOpenGLView(tree.top());
     settle();
     EXPECT_EQ(listed(), "a d ");
+    tree.file("stored", std::string(4096, 'x'));
+    view().refresh();
+    settle();
+    EXPECT_EQ(listed(), "a d stored ");
     view().setView({ChartMeasure::Stored, ChartColouring::Place});
-    EXPECT_EQ(view().allShowListArr()[0].shownBytes, 0u);
+    EXPECT_EQ(listed(), "stored a d ");
+    EXPECT_EQ(view().allShowListArr()[1].shownBytes, 0u);
     view().colorButtonAction(row("d"));
     EXPECT_EQ(view().selection().bytes(), 30'000u);
     EXPECT_EQ(view().selection().bytes(ChartMeasure::Stored), 0u);

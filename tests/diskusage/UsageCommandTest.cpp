@@ -9,6 +9,7 @@
 #include <QProcess>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace brightsweep {
 namespace {
@@ -201,6 +202,25 @@ TEST(UsageCommand, NamesTheProgramThatUsesWhatGoes) {
     EXPECT_TRUE(ran.err.contains("folder: in use by sleep\n")) << ran.err.constData();
     sleeper.kill();
     sleeper.waitForFinished();
+}
+
+TEST(UsageCommand, SaysWhatItCouldNotRead) {
+    TestTree tree;
+    tree.sparseFile("closed/file", 100);
+    tree.mode("closed", 0);
+    std::filesystem::permissions(tree.top().parent_path(), std::filesystem::perms(0711));
+    for (const char *mode : {"--rings", "--list"}) {
+        QProcess process;
+        process.setChildProcessModifier([] {
+            if (::geteuid() == 0) [[maybe_unused]]
+                const int done = ::setuid(65534);
+        });
+        process.start(QStringLiteral(BRIGHTSWEEP_CLI),
+                      {QStringLiteral("usage"), text(tree.top()), QLatin1String(mode)});
+        ASSERT_TRUE(process.waitForFinished());
+        EXPECT_TRUE(process.readAllStandardError().contains("closed")) << mode;
+    }
+    tree.mode("closed", 0755);
 }
 
 // Others can read it as they can read whatever an editor saves.

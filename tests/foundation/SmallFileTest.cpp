@@ -26,6 +26,9 @@ TEST(SmallFile, ReplacesAndKeepsModeAndLink) {
     ASSERT_EQ(::stat(file.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0640u);
     EXPECT_EQ(tree.snapshot("kept").size(), 1u); // nothing left beside it
+    EXPECT_FALSE(writeSmallFile(tree.path("made"), "new"));
+    ASSERT_EQ(::stat(tree.path("made").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0600u);
 }
 
 TEST(SmallFile, ReplacesOnlyFilesOfTheUsersOwn) {

@@ -75,7 +75,7 @@ TEST_P(Interruption, IsAnsweredWhateverTheWorkWaitsFor) {
     } rows[] = {
         {{"usage", folder}, {SIGINT}, 130, "5.00 KB  /"},
         {{"usage", folder, "--list"}, {SIGTERM}, 143, "5.00 KB  known"},
-        {{"--json", "usage", folder, "--rings"}, {SIGHUP}, 129, "}\n"},
+        {{"--json", "usage", folder, "--rings"}, {SIGHUP}, 129, "\"interrupted\":true"},
         {{"duplicates", folder}, {SIGINT}, 130, "No duplicates.\n"},
         // Twice, or where not even the work could begin: at once, with nothing.
         {{"usage", folder}, {SIGINT, SIGTERM}, 143, ""},
