@@ -82,14 +82,32 @@ const char *commandName(int argc, char **argv) {
     return nullptr;
 }
 
-// One character for each byte, so that a path comes through the parser whole.
+bool isNegativeNumber(std::string_view argument) {
+    return argument.size() > 1 && argument[0] == '-' &&
+           (argument[1] == '.' || (argument[1] >= '0' && argument[1] <= '9'));
+}
+
+// One character for each byte, so that a path comes through the parser whole. A number below zero
+// is no option, unless one stands before it that may take it.
 QStringList argumentTexts(int argc, char **argv, const char *command) {
+    const QString endOfOptions = QStringLiteral("--");
     QStringList texts;
+    QStringList numbers;
     for (int i = 0; i < argc; ++i) {
-        if (i == 0 || argv[i] != command)
-            texts += QString::fromLatin1(argv[i]);
+        const QString text = QString::fromLatin1(argv[i]);
+        if (i > 0 && argv[i] == command)
+            continue;
+        if (i > 0 && isNegativeNumber(argv[i]) && argv[i - 1][0] != '-' &&
+            !texts.contains(endOfOptions))
+            numbers += text;
+        else
+            texts += text;
     }
-    return texts;
+    if (numbers.isEmpty())
+        return texts;
+    if (!texts.contains(endOfOptions))
+        texts += endOfOptions;
+    return texts + numbers;
 }
 
 // Qt's own text would begin with the path of the program.

@@ -4,9 +4,10 @@
 #include "core/SettingKeys.h"
 #include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
+#include "preferences/PreferenceViewController.h"
 
+#include <algorithm>
 #include <charconv>
-#include <cmath>
 #include <optional>
 
 namespace brightsweep::cli {
@@ -163,7 +164,8 @@ QVariant valueFromText(const SettingKey &setting, const std::string &text) {
     }
     case SettingType::Float: {
         float number = 0;
-        if (readWhole(text, number) && std::isfinite(number))
+        if (readWhole(text, number) && number >= float(setting.least) &&
+            number <= float(setting.most))
             return number;
         return {};
     }
@@ -174,7 +176,14 @@ QVariant valueFromText(const SettingKey &setting, const std::string &text) {
     case SettingType::Text:
         break;
     }
-    return QString::fromUtf8(text.data(), qsizetype(text.size()));
+    const auto value = QString::fromUtf8(text.data(), qsizetype(text.size()));
+    if (setting.key == languageKey && std::none_of(windowLanguages.begin(), windowLanguages.end(),
+                                                   [&](const WindowLanguage &language) {
+                                                       return value ==
+                                                              QLatin1String(language.locale);
+                                                   }))
+        return {};
+    return value;
 }
 
 std::string wantedText(const SettingKey &setting) {
@@ -186,11 +195,18 @@ std::string wantedText(const SettingKey &setting) {
         return wanted + " to " + std::to_string(setting.most);
     }
     case SettingType::Float:
-        return "a number such as 0.1";
+        return "a number from " + std::to_string(setting.least) + " to " +
+               std::to_string(setting.most) + " such as 0.1";
     case SettingType::Bool:
         return "YES or NO";
     case SettingType::Text:
         break;
+    }
+    if (setting.key == languageKey) {
+        std::string names;
+        for (const WindowLanguage &language : windowLanguages)
+            names += *language.locale ? std::string(language.locale) + ", " : std::string();
+        return names + "or an empty text";
     }
     return "a text";
 }

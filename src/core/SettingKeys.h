@@ -53,7 +53,7 @@ struct SettingKey {
     SettingOwner owner = SettingOwner::PreferenceViewController;
     /// Written as the store writes it; null where no default is registered, so that it reads 0.
     const char *defaultText = nullptr;
-    /// The range of an integer.
+    /// The range of a number.
     std::int64_t least = 0;
     std::int64_t most = std::numeric_limits<std::int64_t>::max();
 
@@ -74,8 +74,8 @@ inline constexpr SettingKey categorySetting(const CleanCategory &category) {
 /// The complete vocabulary of the store.
 inline constexpr SettingKey settingKeys[] = {
     {DSDisplayTypeKey, SettingType::Integer, SettingOwner::Nobody},
-    {DSSpaceAlarmKey, SettingType::Float, SettingOwner::PreferenceViewController, "0.1"},
-    {DSMemoryAlarmKey, SettingType::Float, SettingOwner::PreferenceViewController, "0.1"},
+    {DSSpaceAlarmKey, SettingType::Float, SettingOwner::PreferenceViewController, "0.1", 0, 1},
+    {DSMemoryAlarmKey, SettingType::Float, SettingOwner::PreferenceViewController, "0.1", 0, 1},
     categorySetting(cleanCategories[0]),
     categorySetting(cleanCategories[1]),
     categorySetting(cleanCategories[2]),
@@ -85,7 +85,7 @@ inline constexpr SettingKey settingKeys[] = {
     {DSLoginCheckKey, SettingType::Integer, SettingOwner::PreferenceViewController, "0", 0, 1},
     {DSLoginItemIsHide, SettingType::Integer, SettingOwner::PreferenceViewController, "0", 0, 1},
     {QLatin1String("DSMyMacClicked"), SettingType::Integer, SettingOwner::PreferenceViewController,
-     "1"},
+     "1", 0, 1},
     {QLatin1String("DSLastClickRow"), SettingType::Integer, SettingOwner::PreferenceViewController,
      "0"},
     {QLatin1String("DSUninstall"), SettingType::Integer, SettingOwner::Nobody, nullptr, 0, 1},
@@ -93,12 +93,12 @@ inline constexpr SettingKey settingKeys[] = {
     {DSToobarItem, SettingType::Integer, SettingOwner::PreferenceViewController, "0"},
     {DSToobarItem_app, SettingType::Integer, SettingOwner::PreferenceViewController, "0"},
     {DSDuplicationLimit, SettingType::Integer, SettingOwner::PreferenceViewController, "1"},
-    {DSDuplicatesUnit, SettingType::Integer, SettingOwner::PreferenceViewController, "2"},
+    {DSDuplicatesUnit, SettingType::Integer, SettingOwner::PreferenceViewController, "2", 0, 4},
     {DSHidenDuplication, SettingType::Bool, SettingOwner::PreferenceViewController, "0"},
     {DSSystemDuplication, SettingType::Bool, SettingOwner::PreferenceViewController, "0"},
     {DSShowStatusItem, SettingType::Bool, SettingOwner::PreferenceViewController, "0"},
     {DSDiskUsageLimit, SettingType::Integer, SettingOwner::PreferenceViewController, "0"},
-    {DSDiskUsageUnit, SettingType::Integer, SettingOwner::PreferenceViewController, "0"},
+    {DSDiskUsageUnit, SettingType::Integer, SettingOwner::PreferenceViewController, "0", 0, 4},
     {DSDiskUsageShowStyle, SettingType::Bool, SettingOwner::PreferenceViewController, "0"},
     {SUEnableAutomaticChecks, SettingType::Bool, SettingOwner::Nobody},
     {SUScheduledCheckInterval, SettingType::Integer, SettingOwner::Nobody},

@@ -97,6 +97,11 @@ TEST(SettingsCommand, WrongUsageSaysWhatToWriteAndChangesNothing) {
         {"set", "SystemCaches", ""},
         {"set", "SpaceAlarm", "nan"},
         {"set", "SpaceAlarm", "0,5"},
+        {"set", "SpaceAlarm", "-3"},
+        {"set", "SpaceAlarm", "1.01"},
+        {"set", "DSDiskUsageUnit", "5"},
+        {"set", "DSDiskUsageUnit", "-.5"},
+        {"set", "Language", "xx"},
         {"set", "DSHidenDuplication", "maybe"},
         {"set", "DSDuplicationLimit", "1 MB"},
         {"set", "--", "DSDuplicationLimit", "-1"},
@@ -115,6 +120,8 @@ TEST(SettingsCommand, WrongUsageSaysWhatToWriteAndChangesNothing) {
         EXPECT_EQ(result.status, 2) << name;
         EXPECT_EQ(result.output, "") << name;
         EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << name;
+        EXPECT_EQ(result.errors.find("nknown option") != std::string::npos,
+                  row.back() == "--unknown");
     }
     EXPECT_FALSE(std::filesystem::exists(UserDefaults::standardUserDefaults().file()));
 }
