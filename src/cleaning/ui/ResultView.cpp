@@ -8,6 +8,7 @@
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
+#include "ui/EmptyState.h"
 #include "ui/PageParts.h"
 #include "ui/Theme.h"
 
@@ -17,7 +18,6 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
-#include <QPainter>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -70,6 +70,7 @@ ResultView::ResultView(const ResultRowForm &form, QWidget *parent)
     : QTreeView(parent),
       m_header(new CheckHeader(this)),
       m_delegate(new ResultRowDelegate(form, this)),
+      m_empty(new EmptyState(*this)),
       m_pathRole(form.pathRole) {
     setHeader(m_header);
     setItemDelegate(m_delegate);
@@ -157,14 +158,13 @@ void ResultView::fitColumns() {
 
 void ResultView::paintEvent(QPaintEvent *event) {
     QTreeView::paintEvent(event);
-    if (!hasNoMatch())
-        return;
-    QPainter painter(viewport());
-    painter.setPen(theme::secondary());
-    painter.setFont(theme::font(13));
-    painter.drawText(viewport()->rect().adjusted(4 * theme::grid, 4 * theme::grid, -4 * theme::grid,
-                                                 -4 * theme::grid),
-                     Qt::AlignCenter | Qt::TextWordWrap, localizedText("FILTER_NO_MATCH"));
+    // Other widgets are not for the midst of painting.
+    if (hasNoMatch() == m_empty->isHidden())
+        QMetaObject::invokeMethod(this, &ResultView::sayEmpty, Qt::QueuedConnection);
+}
+
+void ResultView::sayEmpty() {
+    m_empty->say(hasNoMatch() ? localizedText("FILTER_NO_MATCH") : QString());
 }
 
 void ResultView::resizeEvent(QResizeEvent *event) {

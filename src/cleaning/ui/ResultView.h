@@ -13,6 +13,7 @@ class QMenu;
 namespace brightsweep {
 
 class CheckHeader;
+class EmptyState;
 class CleanOutlineController;
 class CategoryListModel;
 class ResultRowDelegate;
@@ -73,7 +74,9 @@ protected:
 
 private:
     void fitColumns();
+    void sayEmpty();
 
+    EmptyState *const m_empty;
     const int m_pathRole;
     int m_scroll = 0; // before the list was reset
     std::vector<Column> m_columns;

@@ -4,7 +4,7 @@
 #include "foundation/Paths.h"
 #include "loginitems/LoginItemController.h"
 #include "loginitems/ui/LoginItemDelegate.h"
-#include "ui/ImageProvider.h"
+#include "ui/EmptyState.h"
 #include "ui/PageParts.h"
 #include "ui/Theme.h"
 
@@ -14,7 +14,6 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
-#include <QPainter>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -28,12 +27,14 @@ using Model = LoginItemModel;
 constexpr int buttonWidth = 44;
 constexpr int leastNameWidth = 320; // before the column of entries goes
 constexpr int mostEntryWidth = 240;
-constexpr int pictureSide = 120;
 
 } // namespace
 
 LoginItemView::LoginItemView(LoginItemController &controller, QWidget *parent)
-    : QTreeView(parent), m_controller(controller), m_delegate(new LoginItemDelegate(this)) {
+    : QTreeView(parent),
+      m_controller(controller),
+      m_delegate(new LoginItemDelegate(this)),
+      m_empty(new EmptyState(*this, QStringLiteral("start_login_items.png"))) {
     setObjectName(QStringLiteral("tableView"));
     setAccessibleName(localizedText("Login Items"));
     setItemDelegate(m_delegate);
@@ -65,7 +66,9 @@ LoginItemView::LoginItemView(LoginItemController &controller, QWidget *parent)
         m_isReset = true;
     });
     connect(model(), &QAbstractItemModel::modelReset, this, &LoginItemView::keepPlace);
+    connect(&controller, &LoginItemController::listChanged, this, &LoginItemView::sayEmpty);
     header()->setVisible(model()->rowCount() > 0);
+    sayEmpty();
     theme::keep(this, [this] {
         scheduleDelayedItemsLayout();
         fitColumns();
@@ -130,6 +133,7 @@ void LoginItemView::keepPlace() {
         setAutoScroll(true);
     }
     header()->setVisible(model()->rowCount() > 0);
+    sayEmpty();
     executeDelayedItemsLayout();
     verticalScrollBar()->setValue(m_scroll);
 }
@@ -196,43 +200,13 @@ void LoginItemView::contextMenuEvent(QContextMenuEvent *event) {
                         : event->globalPos());
 }
 
-void LoginItemView::paintEvent(QPaintEvent *event) {
-    QTreeView::paintEvent(event);
+void LoginItemView::sayEmpty() {
     if (model()->rowCount() > 0 || !m_controller.isListed())
-        return;
-    QPainter painter(viewport());
-    const QRect room = viewport()->rect().adjusted(8 * theme::grid, 4 * theme::grid,
-                                                   -8 * theme::grid, -4 * theme::grid);
-    const bool isReadable = m_controller.isReadable();
-    const QString title =
-        isReadable ? localizedText("LOGIN_NONE") : localizedText("LOGIN_CANNOT_READ");
-    const QString how =
-        isReadable ? localizedText("LOGIN_NONE_HOW") : localizedText("LOGIN_CANNOT_READ_HOW");
-    const QFont large = theme::font(15, true);
-    const QFont small = theme::font(12);
-    const QRect titleRect =
-        QFontMetrics(large).boundingRect(room, Qt::AlignHCenter | Qt::TextWordWrap, title);
-    const QRect howRect =
-        QFontMetrics(small).boundingRect(room, Qt::AlignHCenter | Qt::TextWordWrap, how);
-    constexpr int gap = 2 * theme::grid;
-    const int words = titleRect.height() + gap + howRect.height();
-    // A short table has room for the words alone.
-    const int side = theme::height(pictureSide);
-    const int picture = room.height() > words + side + gap ? side + gap : 0;
-    int top = room.center().y() - (words + picture) / 2;
-    if (picture > 0)
-        paintImage(painter, QStringLiteral("start_login_items.png"),
-                   QRect(room.center().x() - side / 2, top, side, side));
-    top += picture;
-    painter.setFont(large);
-    painter.setPen(theme::text());
-    painter.drawText(QRect(room.left(), top, room.width(), titleRect.height()),
-                     Qt::AlignHCenter | Qt::TextWordWrap, title);
-    painter.setFont(small);
-    painter.setPen(theme::secondary());
-    painter.drawText(
-        QRect(room.left(), top + titleRect.height() + gap, room.width(), howRect.height()),
-        Qt::AlignHCenter | Qt::TextWordWrap, how);
+        m_empty->say({});
+    else if (m_controller.isReadable())
+        m_empty->say(localizedText("LOGIN_NONE"), localizedText("LOGIN_NONE_HOW"));
+    else
+        m_empty->say(localizedText("LOGIN_CANNOT_READ"), localizedText("LOGIN_CANNOT_READ_HOW"));
 }
 
 } // namespace brightsweep

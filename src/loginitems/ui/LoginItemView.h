@@ -7,6 +7,7 @@
 namespace brightsweep {
 
 class LoginItemController;
+class EmptyState;
 class LoginItemDelegate;
 
 /// The table of login items. Space flips the hidden flag, Enter shows the item in the file manager,
@@ -22,7 +23,6 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void selectionChanged(const QItemSelection &selected,
                           const QItemSelection &deselected) override;
@@ -31,9 +31,11 @@ private:
     void fitColumns();
     void act(const QModelIndex &index);
     void keepPlace();
+    void sayEmpty();
 
     LoginItemController &m_controller;
     LoginItemDelegate *m_delegate;
+    EmptyState *m_empty;
     std::string m_currentFile;
     int m_currentRow = -1;
     int m_scroll = 0;

@@ -85,8 +85,6 @@ LoginItemsPanel::LoginItemsPanel(LoginItemController &controller, QWidget *paren
                                       m_controller.addPaths({folder});
                                   });
             });
-    connect(&controller, &LoginItemController::listChanged, tableView->viewport(),
-            qOverload<>(&QWidget::update));
     followWaiting();
 }
 
