@@ -309,8 +309,10 @@
     <message id="PRESSURE_TIP"><translation>In den letzten zehn Sekunden haben Programme %1 % der Zeit auf Speicher gewartet.</translation></message>
     <message id="PROCESS_COUNT" numerus="yes"><translation><numerusform>%n Prozess</numerusform><numerusform>%n Prozesse</numerusform></translation></message>
     <message id="PROGRAMS_ESTIMATED"><translation>Geschätzt: Was Programme gemeinsam nutzen, zählt bei jedem.</translation></message>
-    <message id="PROGRAMS_EXACT"><translation>Genaue Anteile, soweit lesbar.</translation></message>
+    <message id="PROGRAMS_EXACT"><translation>Genaue Anteile.</translation></message>
+    <message id="PROGRAMS_EXACT_BUT" numerus="yes"><translation><numerusform>Genaue Anteile, außer bei %n Prozess, den Sie nicht lesen dürfen.</numerusform><numerusform>Genaue Anteile, außer bei %n Prozessen, die Sie nicht lesen dürfen.</numerusform></translation></message>
     <message id="PROGRAMS_MOST"><translation>Programme mit dem meisten Speicher</translation></message>
+    <message id="PROGRAMS_NOT_EXACT" numerus="yes"><translation><numerusform>Geschätzt: Den genauen Anteil von %n Prozess dürfen Sie nicht lesen.</numerusform><numerusform>Geschätzt: Die genauen Anteile von %n Prozessen dürfen Sie nicht lesen.</numerusform></translation></message>
     <message id="Pictures"><translation>Bilder</translation></message>
     <message id="Please select some path to scan."><translation>Bitte wählen Sie, was gelesen werden soll.</translation></message>
     <message id="Preferences"><translation>Einstellungen</translation></message>

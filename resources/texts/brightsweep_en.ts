@@ -309,8 +309,10 @@
     <message id="PRESSURE_TIP"><translation>Programs waited for memory for %1% of the last ten seconds.</translation></message>
     <message id="PROCESS_COUNT" numerus="yes"><translation><numerusform>%n process</numerusform><numerusform>%n processes</numerusform></translation></message>
     <message id="PROGRAMS_ESTIMATED"><translation>Estimates: what programs share counts for each of them.</translation></message>
-    <message id="PROGRAMS_EXACT"><translation>Exact shares where they can be read.</translation></message>
+    <message id="PROGRAMS_EXACT"><translation>Exact shares.</translation></message>
+    <message id="PROGRAMS_EXACT_BUT" numerus="yes"><translation><numerusform>Exact shares, but for %n process that you may not read.</numerusform><numerusform>Exact shares, but for %n processes that you may not read.</numerusform></translation></message>
     <message id="PROGRAMS_MOST"><translation>Programs that hold most</translation></message>
+    <message id="PROGRAMS_NOT_EXACT" numerus="yes"><translation><numerusform>Estimated: you may not read the exact share of %n process.</numerusform><numerusform>Estimated: you may not read the exact shares of %n processes.</numerusform></translation></message>
     <message id="Pictures"><translation>Pictures</translation></message>
     <message id="Please select some path to scan."><translation>Please select some path to scan.</translation></message>
     <message id="Preferences"><translation>Preferences</translation></message>

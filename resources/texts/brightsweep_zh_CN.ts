@@ -309,8 +309,10 @@
     <message id="PRESSURE_TIP"><translation>过去十秒中有 %1% 的时间程序在等待内存。</translation></message>
     <message id="PROCESS_COUNT" numerus="yes"><translation><numerusform>%n 个进程</numerusform></translation></message>
     <message id="PROGRAMS_ESTIMATED"><translation>估计值：程序共享的部分在每个程序中都计入。</translation></message>
-    <message id="PROGRAMS_EXACT"><translation>可读取处为精确份额。</translation></message>
+    <message id="PROGRAMS_EXACT"><translation>精确份额。</translation></message>
+    <message id="PROGRAMS_EXACT_BUT" numerus="yes"><translation><numerusform>精确份额，但有 %n 个进程您无权读取。</numerusform></translation></message>
     <message id="PROGRAMS_MOST"><translation>占用内存最多的程序</translation></message>
+    <message id="PROGRAMS_NOT_EXACT" numerus="yes"><translation><numerusform>估算值：您无权读取 %n 个进程的精确份额。</numerusform></translation></message>
     <message id="Pictures"><translation>图片</translation></message>
     <message id="Please select some path to scan."><translation>请选择要扫描的路径。</translation></message>
     <message id="Preferences"><translation>偏好设置</translation></message>

@@ -32,7 +32,7 @@ constexpr std::array figures = {
     Figure{"total", "Total", &MemoryInfo::totalMem},
     Figure{"pageIn", "Read from disk", &MemoryInfo::pageIn},
     Figure{"pageOut", "Written to disk", &MemoryInfo::pageOut},
-    Figure{"faults", "Page faults", &MemoryInfo::vMem},
+    Figure{"faults", "Page faults, as bytes", &MemoryInfo::vMem},
 };
 
 struct DetailFigure {

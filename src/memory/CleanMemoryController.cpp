@@ -6,6 +6,7 @@
 #include "foundation/Log.h"
 #include "platform/Platform.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -145,6 +146,15 @@ QString CleanMemoryController::pressureText() const {
                                                   : QT_TRID_NOOP("PRESSURE_HIGH"));
 }
 
+QString CleanMemoryController::exactnessText() const {
+    if (!m_unreadShares)
+        return localizedText("PROGRAMS_ESTIMATED");
+    if (!m_hasExactShare)
+        return localizedText("PROGRAMS_NOT_EXACT", *m_unreadShares);
+    return *m_unreadShares == 0 ? localizedText("PROGRAMS_EXACT")
+                                : localizedText("PROGRAMS_EXACT_BUT", *m_unreadShares);
+}
+
 // -- What is read while the page is shown
 
 void CleanMemoryController::setShown(bool shown) {
@@ -166,6 +176,7 @@ void CleanMemoryController::readDetails() {
 
 void CleanMemoryController::readPrograms() {
     m_ticksToPrograms = programsEvery - 1;
+    m_unreadShares.reset();
     m_programs = largestPrograms(
         Platform::current().memory->processes(ProcessReading::Quick, nullptr), programCount);
     Q_EMIT programsChanged();
@@ -189,6 +200,9 @@ void CleanMemoryController::sharesRead() {
     const auto shares = std::exchange(m_exactShares, {});
     if (!shares.empty()) {
         m_programs = largestPrograms(shares, programCount);
+        m_unreadShares = std::size_t(std::count_if(
+            shares.begin(), shares.end(), [](const auto &process) { return !process.isExact; }));
+        m_hasExactShare = *m_unreadShares < shares.size();
         m_ticksOfExactShares = exactSharesStay;
     }
     Q_EMIT programsChanged();

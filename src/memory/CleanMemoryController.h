@@ -85,6 +85,8 @@ public:
     QString pressureText() const;
     const std::vector<ProgramMemory> &programs() const { return m_programs; }
     bool isReadingShares() const { return m_worker != nullptr; }
+    /// Whether what programs() tells is exact, and of how many processes it could not be read.
+    QString exactnessText() const;
 
     std::uint64_t cleanFreeSave() const { return m_cleanFreeSave; }
 
@@ -127,6 +129,8 @@ private:
     std::vector<ProgramMemory> m_programs;
     std::vector<ProcessMemory> m_exactShares;
     std::shared_ptr<ThreadWorker> m_worker;
+    std::optional<std::size_t> m_unreadShares; ///< set while exact shares are on show
+    bool m_hasExactShare = false;
     int m_ticksToPrograms = 0;
     int m_ticksOfExactShares = 0;
     bool m_shown = false;

@@ -67,14 +67,25 @@ TEST_F(CleanMemory, ReadsOnceASecondAndTheRestOnlyWhileShown) {
         clock.advance(1000ms);
         EXPECT_EQ(page.pressureText(), QLatin1String(words));
     }
-    memory->exact = {{1, "a", "", 3, 0, true}};
-    page.readExactShares();
-    waitUntil([&] { return !page.isReadingShares(); });
+    const QString estimated = page.exactnessText();
+    const std::pair<std::vector<ProcessMemory>, const char *> shares[] = {
+        {{{2, "b", "", 9, 0}, {4, "b", "", 1, 0}},
+         "Estimated: you may not read the exact shares of 2 "},
+        {{{1, "a", "", 3, 0, true}, {2, "b", "", 2, 0}}, "Exact shares, but for 1 process "},
+        {{{1, "a", "", 3, 0, true}}, "Exact shares."},
+    };
+    for (const auto &[exact, words] : shares) {
+        memory->exact = exact;
+        page.readExactShares();
+        waitUntil([&] { return !page.isReadingShares(); });
+        EXPECT_TRUE(page.exactnessText().startsWith(QLatin1String(words)));
+    }
     EXPECT_EQ(page.programs()[0].bytes, 3u);
     clock.advance(5000ms);
     EXPECT_TRUE(page.programs()[0].isExact) << "they stay to be read";
     clock.advance(40000ms);
     EXPECT_EQ(page.programs()[0].bytes, 37u);
+    EXPECT_EQ(page.exactnessText(), estimated);
 }
 
 TEST_F(CleanMemory, TellsByHowMuchFreeMemoryGrew) {

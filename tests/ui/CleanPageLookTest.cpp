@@ -119,8 +119,15 @@ TEST_F(CleanPageView, AFilterOpensWhatMatchesAndEscClearsIt) {
     EXPECT_TRUE(outline->isExpanded(group()));
     EXPECT_TRUE(outline->isRowHidden(model().rowCount() - 1, {}));
     filter("no such name");
-    EXPECT_TRUE(test::TextRecorder(*outline).shows(QStringLiteral("No name matches the filter.")));
+    const auto &told = *outline->parentWidget()
+                            ->findChild<QWidget *>(QStringLiteral("empty"))
+                            ->findChild<QLabel *>();
+    test::waitUntil([&] { return told.isVisible(); });
+    EXPECT_EQ(told.text(), QStringLiteral("No name matches the filter."));
+    EXPECT_TRUE(
+        outline->rect().contains(told.mapTo(outline->parentWidget(), QPoint()) - outline->pos()));
     press(Qt::Key_Escape);
+    test::waitUntil([&] { return !told.isVisible(); });
     test::waitUntil([&] { return at->page.outline().model().filter().isEmpty(); });
     EXPECT_FALSE(outline->isExpanded(group())) << "as it was";
     EXPECT_FALSE(outline->isRowHidden(model().rowCount() - 1, {}));

@@ -17,7 +17,6 @@
 #include <QScrollArea>
 #include <QToolButton>
 
-#include <algorithm>
 #include <utility>
 
 namespace brightsweep {
@@ -312,10 +311,7 @@ void MemoryPanel::followPrograms() {
         else
             m_programs[index]->hide();
     }
-    const bool hasExact = std::any_of(programs.begin(), programs.end(),
-                                      [](const ProgramMemory &each) { return each.isExact; });
-    setWords(*m_exactness,
-             hasExact ? localizedText("PROGRAMS_EXACT") : localizedText("PROGRAMS_ESTIMATED"));
+    setWords(*m_exactness, m_controller.exactnessText());
     m_exactShares->setEnabled(!m_controller.isReadingShares());
     m_exactShares->setText(m_controller.isReadingShares() ? localizedText("READING_SHARES")
                                                           : localizedText("EXACT_SHARES"));
