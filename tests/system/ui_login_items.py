@@ -72,7 +72,7 @@ class LoginItemsPage(unittest.TestCase):
     def to_table(self):
         """Gives the table the keyboard, at its first row."""
         left, top, _, _ = next(place for place in self.desktop.read("places", "tree", "Login Items"))
-        self.desktop.click((left + 150, top + 60))
+        self.desktop.click((left + 150, top + 45))
         self.assertTrue(eventually(lambda: self.desktop.has_keyboard("Chat")
                                    or self.desktop.has_keyboard("Login Items")), self.desktop.tree())
 
@@ -115,6 +115,7 @@ class LoginItemsPage(unittest.TestCase):
         self.desktop.wait_for("Neu One")
         os.rename(self.autostart, self.home / "away")
         self.desktop.wait_without("Neu One")
+        self.desktop.wait_for("Nothing of yours starts with the session")
         self.desktop.wait_for("Also started by the system (1)")
         os.rename(self.home / "away", self.autostart)
         self.desktop.wait_for("Neu One", "Mail")

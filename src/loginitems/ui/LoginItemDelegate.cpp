@@ -22,8 +22,8 @@ namespace brightsweep {
 
 namespace {
 
-constexpr int rowHeight = 52;
-constexpr int iconSide = 36;
+constexpr int rowHeight = 36;
+constexpr int iconSide = 28;
 constexpr int markSide = 18;
 constexpr double nameSize = 13;
 constexpr double noteSize = 11;
@@ -167,10 +167,12 @@ void LoginItemDelegate::paintName(QPainter &painter, const QStyleOptionViewItem 
     painter.setOpacity(1.0);
     QRect upper = area.adjusted(side + 5 * theme::grid, 0, -2 * theme::grid, 0);
     QRect lower = upper;
-    upper.setTop(area.top() + theme::grid);
-    upper.setBottom(area.center().y() + theme::grid / 2);
-    lower.setTop(upper.bottom());
-    lower.setBottom(area.bottom() - theme::grid);
+    const int nameHeight = QFontMetrics(theme::font(nameSize, true)).height();
+    const int noteHeight = QFontMetrics(theme::font(noteSize)).height();
+    upper.setTop(area.top() + (area.height() - nameHeight - noteHeight) / 2);
+    upper.setHeight(nameHeight);
+    lower.setTop(upper.bottom() + 1);
+    lower.setHeight(noteHeight);
     const auto draw = [&](const QRect &room, const QString &text, const QFont &font,
                           const QColor &color, Qt::TextElideMode mode) {
         QString cut = QFontMetrics(font).elidedText(text, mode, room.width());
