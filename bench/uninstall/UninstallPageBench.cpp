@@ -78,7 +78,7 @@ int main(int argc, char **argv) {
     });
     page.beginSearchApps();
     loop.exec();
-    panel.grab();
+    panel.repaint();
     const double screen = bench::millisecondsSince(arrived);
     const double listing = bench::millisecondsSince(start) - screen;
     const double memory = residentMebibytes() - before;

@@ -4,6 +4,7 @@
 #include "foundation/Identity.h"
 #include "foundation/Paths.h"
 #include "platform/linux/ApplicationEntries.h"
+#include "platform/linux/GivesMemoryBack.h"
 #include "platform/linux/OwnPlaces.h"
 
 #include <fcntl.h>
@@ -68,6 +69,7 @@ bool isAppImage(const path &file) {
 }
 
 Result<std::vector<InstalledApplication>> AppImageSource::applications() {
+    const GivesMemoryBack givesBack;
     const auto entries = readDesktopEntries();
     // By what they are, each once; a link to one is only a name of it.
     std::map<path, std::vector<NamedEntry>> images;

@@ -6,6 +6,7 @@
 #include "foundation/SmallFile.h"
 #include "platform/linux/AppImageSource.h"
 #include "platform/linux/ApplicationEntries.h"
+#include "platform/linux/GivesMemoryBack.h"
 #include "platform/linux/OwnPlaces.h"
 
 #include <algorithm>
@@ -159,6 +160,7 @@ bool isUsedByOthers(const path &folder, const Candidate &candidate) {
 } // namespace
 
 Result<std::vector<InstalledApplication>> FolderSource::applications() {
+    const GivesMemoryBack givesBack;
     const auto entries = readDesktopEntries();
     const auto places = roots();
     std::map<path, Candidate> candidates;

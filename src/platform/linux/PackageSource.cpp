@@ -6,10 +6,10 @@
 #include "platform/Platform.h"
 #include "platform/linux/BusProbe.h"
 #include "platform/linux/DesktopEntries.h"
+#include "platform/linux/GivesMemoryBack.h"
 #include "platform/linux/RunningPrograms.h"
 #include "platform/linux/SoftwareCentres.h"
 
-#include <malloc.h>
 #include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -25,12 +25,6 @@ namespace {
 
 constexpr std::string_view systemTools = "/usr/sbin:/usr/bin:/sbin:/bin";
 constexpr std::uint64_t blockSize = 512; // of st_blocks
-
-// Thousands of lists have been read: what that took goes back to the system, and not only to the
-// worker that read them.
-struct GivesMemoryBack {
-    ~GivesMemoryBack() { ::malloc_trim(0); }
-};
 
 // A tool that is asked something: as the user, in the C locale.
 ToolOutput askTool(const std::vector<std::string> &arguments) {
