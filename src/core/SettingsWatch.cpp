@@ -37,13 +37,15 @@ SettingsWatch::SettingsWatch(QObject *parent) : QObject(parent) {
     watch();
 }
 
-// The folder tells of a file that takes another's place; the file itself of one that is written
-// where it stands, also when it is a link to elsewhere. It must be named again for every new one.
+// The folder tells of a file that takes another's place, and the one above of a folder that does;
+// the file itself of one that is written where it stands, also when it is a link to elsewhere. Each
+// must be named again for every new one.
 void SettingsWatch::watch() {
     const auto &file = UserDefaults::standardUserDefaults().file();
+    const auto folder = paths::parent(file);
     std::error_code ignored;
-    std::filesystem::create_directories(paths::parent(file), ignored);
-    for (const QString &path : {inQt(paths::parent(file)), inQt(file)}) {
+    std::filesystem::create_directories(folder, ignored);
+    for (const QString &path : {inQt(paths::parent(folder)), inQt(folder), inQt(file)}) {
         m_watcher.removePath(path);
         if (QFile::exists(path))
             m_watcher.addPath(path);

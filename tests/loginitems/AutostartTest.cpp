@@ -359,6 +359,8 @@ TEST_F(Autostart, HearsOfEveryChangeAlsoAfterTheFolderCameBack) {
     std::atomic<int> told = 0;
     std::filesystem::remove_all(user.top().parent_path());
     auto watch = source.watch([&] { ++told; });
+    const std::filesystem::path config = user.top().parent_path();
+    const std::filesystem::path moved = config.native() + ".moved";
     const std::pair<const char *, std::function<void()>> changes[] = {
         {"the folder comes", [&] { user.directory(""); }},
         {"made", [&] { user.file("a", "1"); }},
@@ -372,12 +374,34 @@ TEST_F(Autostart, HearsOfEveryChangeAlsoAfterTheFolderCameBack) {
         {"moved away", [&] { std::filesystem::rename(user.top(), user.top().native() + ".old"); }},
         {"another one comes", [&] { user.file("d"); }},
         {"written in that", [&] { user.file("d", "3"); }},
+        {"what it lies in is moved", [&] { std::filesystem::rename(config, moved); }},
+        {"it comes anew", [&] { user.directory(""); }},
+        {"written in the new one", [&] { user.file("d", "4"); }},
+        {"all of it is removed", [&] { std::filesystem::remove_all(config); }},
+        {"it comes once more", [&] { user.directory(""); }},
+        {"the old one comes back",
+         [&] {
+             std::filesystem::remove_all(config);
+             std::filesystem::rename(moved, config);
+         }},
+        {"written in the old one", [&] { user.file("d", "5"); }},
     };
     for (const auto &[what, change] : changes) {
         const int before = told;
         change();
         EXPECT_TRUE(eventually([&] { return told > before; })) << what;
     }
+    // Another folder than the one right above.
+    ::setenv("XDG_CONFIG_HOME", work.path("a/b").c_str(), 1);
+    TestTree deep{work.path("a/b/autostart")};
+    watch = source.watch([&] { ++told; });
+    for (const bool isBack : {false, true}) {
+        const int before = told;
+        std::filesystem::rename(work.path(isBack ? "gone" : "a"), work.path(isBack ? "a" : "gone"));
+        EXPECT_TRUE(eventually([&] { return told > before; })) << isBack;
+    }
+    ::unsetenv("XDG_CONFIG_HOME");
+    watch = source.watch([&] { ++told; });
     const int before = told;
     for (int i = 0; i < 500; ++i)
         user.file(std::to_string(i));

@@ -135,6 +135,12 @@ TEST_F(PreferencePage, WhatAnotherProcessSetsIsToldByItsKey) {
     EXPECT_EQ(keys, std::vector<QString>(3, QLatin1String(DSDuplicationLimit)));
     other.removeObject(DSDuplicationLimit);
     waitUntil([&] { return page.limit(PreferenceViewController::limitFields[0]) == 1; });
+    // The folder goes, and comes again with settings of another program's making.
+    const auto folder = other.file().parent_path();
+    std::filesystem::rename(folder, folder.native() + ".moved");
+    waitUntil([&] { return std::filesystem::exists(folder); });
+    UserDefaults(other.file()).setObject(DSDuplicationLimit, 5);
+    waitUntil([&] { return page.limit(PreferenceViewController::limitFields[0]) == 5; });
 }
 
 TEST_F(PreferencePage, AnAlarmShowsWhatItWouldShow) {

@@ -8,6 +8,7 @@
 #include <sys/inotify.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <system_error>
 
@@ -19,8 +20,8 @@ constexpr int coalescing = 100; // milliseconds
 constexpr std::uint32_t inFolder = IN_CLOSE_WRITE | IN_CREATE | IN_DELETE | IN_MOVED_FROM |
                                    IN_MOVED_TO | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF |
                                    IN_ONLYDIR;
-constexpr std::uint32_t above = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO |
-                                IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
+constexpr std::uint32_t ofItself = IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
+constexpr std::uint32_t above = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | ofItself;
 // After one of these a watch may be at the wrong place, or events may have been lost.
 constexpr std::uint32_t unsettling =
     IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED | IN_UNMOUNT | IN_Q_OVERFLOW;
@@ -50,20 +51,30 @@ DirectoryWatch::~DirectoryWatch() {
         m_thread.join();
 }
 
-// The folder above goes first: what comes between the two steps is seen by it.
+// From the root down, as what comes between two steps is seen by the upper one. Only the nearest
+// folder above is watched for what is made in it.
 void DirectoryWatch::arm() {
-    for (int *watch : {&m_aboveWatch, &m_folderWatch}) {
-        if (*watch >= 0)
-            ::inotify_rm_watch(m_inotify.get(), *watch);
-        *watch = -1;
+    for (const int watch : m_aboveWatches)
+        ::inotify_rm_watch(m_inotify.get(), watch);
+    if (m_folderWatch >= 0)
+        ::inotify_rm_watch(m_inotify.get(), m_folderWatch);
+    m_aboveWatches.clear();
+    std::vector<std::filesystem::path> folders;
+    for (auto folder = paths::parent(m_folder); folders.empty() || folders.back() != folder;
+         folder = paths::parent(folder))
+        folders.push_back(folder);
+    const std::filesystem::path *nearest = nullptr;
+    for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder) {
+        const int watch = ::inotify_add_watch(m_inotify.get(), folder->c_str(), above);
+        if (watch < 0)
+            continue; // Missing, or closed to the user while those below it are not.
+        m_aboveWatches.push_back(watch);
+        if (nearest)
+            ::inotify_add_watch(m_inotify.get(), nearest->c_str(), ofItself);
+        nearest = &*folder;
     }
-    std::filesystem::path parent = m_folder;
-    do {
-        parent = paths::parent(parent);
-        m_aboveWatch = ::inotify_add_watch(m_inotify.get(), parent.c_str(), above);
-    } while (m_aboveWatch < 0 && parent != "/");
     m_folderWatch = ::inotify_add_watch(m_inotify.get(), m_folder.c_str(), inFolder);
-    if (m_aboveWatch < 0 && m_folderWatch < 0)
+    if (m_aboveWatches.empty() && m_folderWatch < 0)
         NSLog("%@ is not watched: %@", m_folder, lastError());
 }
 
@@ -77,7 +88,9 @@ bool DirectoryWatch::take() {
             const auto *const event = reinterpret_cast<const inotify_event *>(at);
             at += sizeof(inotify_event) + event->len;
             // That a watch has gone is also told of those that arm() took away.
-            const bool isOfOld = event->wd != m_folderWatch && event->wd != m_aboveWatch &&
+            const bool isOfOld = event->wd != m_folderWatch &&
+                                 std::find(m_aboveWatches.begin(), m_aboveWatches.end(),
+                                           event->wd) == m_aboveWatches.end() &&
                                  (event->mask & IN_Q_OVERFLOW) == 0;
             if (isOfOld)
                 continue;
