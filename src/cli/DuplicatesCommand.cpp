@@ -7,6 +7,7 @@
 #include "core/UtilityFunction.h"
 #include "duplicates/DuplicateFilesOpt.h"
 #include "duplicates/DuplicateNodes.h"
+#include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
 #include "platform/FileOperations.h"
@@ -50,10 +51,7 @@ Result<std::filesystem::path> searchRoot(const std::string &argument) {
         return error;
     if (std::any_of(path.begin(), path.end(), [](const auto &part) { return part == ".."; }))
         return Platform::current().files->canonicalPath(path);
-    auto normal = path.lexically_normal().native();
-    while (normal.size() > 1 && normal.ends_with('/'))
-        normal.pop_back();
-    return std::filesystem::path(normal);
+    return std::filesystem::path(paths::withoutTrailingSlashes(path.lexically_normal().native()));
 }
 
 class Search {

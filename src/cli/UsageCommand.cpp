@@ -14,6 +14,7 @@
 #include "diskusage/RingChart.h"
 #include "diskusage/W32AllDir.h"
 #include "foundation/NotificationCenter.h"
+#include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
 #include "platform/FileOperations.h"
 #include "platform/Platform.h"
@@ -66,10 +67,6 @@ void configure(QCommandLineParser &parser) {
     UsageRemoving::configure(parser);
 }
 
-std::string folderPath(const std::filesystem::path &path) {
-    return path.native().ends_with('/') ? path.native() : path.native() + '/';
-}
-
 // Done, or the exit status after the line that says what is wrong.
 int understand(const QCommandLineParser &parser, Output &output, Request &request) {
     constexpr QLatin1String depth("depth");
@@ -115,7 +112,7 @@ int understand(const QCommandLineParser &parser, Output &output, Request &reques
     if (!error && parser.isSet(compare)) {
         const bool isRead =
             request.changes.emplace().read(paths::fromOption(argumentBytes(parser.value(compare))),
-                                           folderPath(request.path), output);
+                                           paths::withTrailingSlash(request.path.native()), output);
         return isRead ? Done : Failed;
     }
     if (!error)
@@ -281,7 +278,7 @@ bool showTree(Output &output, const AllDir &root, const Request &request,
 }
 
 int measureTree(const Request &request, Output &output) {
-    const std::string path = folderPath(request.path);
+    const std::string path = paths::withTrailingSlash(request.path.native());
     const Tree root(W32AllDir::newRoot());
     std::atomic<std::int64_t> levels{0};
     std::atomic<std::int64_t> finished{0};
@@ -362,7 +359,7 @@ bool showList(Output &output, const FSNode &root) {
         json.beginObject();
         json.key("schema").value(1);
         json.key("command").value("usage");
-        json.path("path", folderPath(root._path()));
+        json.path("path", paths::withTrailingSlash(root._path().native()));
         json.key("bytes").value(root.size);
         writeInterrupted(json);
         writeItems(json, output, root);

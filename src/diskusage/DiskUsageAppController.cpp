@@ -10,6 +10,7 @@
 #include "foundation/Identity.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
+#include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
 #include "foundation/UserDefaults.h"
 #include "platform/Platform.h"
@@ -193,10 +194,7 @@ void DiskUsageAppController::changeDisplayMode(bool chart) {
 // -- The scan
 
 void DiskUsageAppController::begin(const std::filesystem::path &path) {
-    std::string text = path.native();
-    while (text.size() > 1 && text.ends_with('/'))
-        text.pop_back();
-    m_scanPathStr = text;
+    m_scanPathStr = paths::withoutTrailingSlashes(path.native());
     m_isChart = displayMode();
     m_bSearchFinished = false;
     m_bStopTask = false;
@@ -384,9 +382,7 @@ Result<RemovalTarget> DiskUsageAppController::listTarget(const std::filesystem::
 FSNode *DiskUsageAppController::nodeOf(const std::filesystem::path &path) {
     if (!m_rootNode)
         return nullptr;
-    std::string top = m_rootNode->_path().native();
-    if (!top.ends_with('/'))
-        top += '/';
+    const std::string top = paths::withTrailingSlash(m_rootNode->_path().native());
     if (!path.native().starts_with(top))
         return nullptr;
     FSNode *node = m_rootNode.get();

@@ -5,6 +5,7 @@
 #include "diskusage/UsageRemoval.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
+#include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
 #include "platform/FileOperations.h"
 #include "platform/Platform.h"
@@ -33,12 +34,6 @@ HalfExtent halfExtent(int width, int height) {
     if (width > height)
         return {chartReach * (float(width) / float(height)), chartReach};
     return {chartReach, chartReach * (float(height) / float(width))};
-}
-
-std::string withSlash(std::string path) {
-    if (!path.ends_with('/'))
-        path += '/';
-    return path;
 }
 
 std::uint64_t sizeOf(const AllDir &node) {
@@ -113,7 +108,7 @@ void RingChart::contructPieTree(const std::filesystem::path &path) {
     if (before == root)
         return;
     NSLog("Construct pie tree for: %@", path);
-    const std::string folder = withSlash(path.native());
+    const std::string folder = paths::withTrailingSlash(path.native());
     const auto size = std::uint64_t(root->ListAllDir(folder, true));
     auto unread = unreadIn(*root);
     {
@@ -301,7 +296,7 @@ void RingChart::updateLeftView(const std::filesystem::path &path, std::uint64_t 
     std::unordered_map<std::string, DirectoryBytes> directories;
     std::uint64_t stored = 0;
     std::unique_lock lock(m_mutex);
-    if (icCurrentPtr && icCurrentPtr->szPath() == withSlash(path.native())) {
+    if (icCurrentPtr && icCurrentPtr->szPath() == paths::withTrailingSlash(path.native())) {
         stored = icCurrentPtr->facts.stored;
         for (const std::atomic<AllDir *> &slot : icCurrentPtr->ppChildren()) {
             if (const AllDir *const child = slot.load(std::memory_order_relaxed))
@@ -414,7 +409,7 @@ bool RingChart::removeItem(const CleanFileInfo &item, bool isDirectory, const Re
 void RingChart::removeFile(const CleanFileInfo &item, bool isDirectory) {
     std::string path = item.path.native();
     if (isDirectory)
-        path = withSlash(std::move(path));
+        path = paths::withTrailingSlash(std::move(path));
     else
         path.resize(path.rfind('/') + 1);
     const std::lock_guard lock(m_mutex);

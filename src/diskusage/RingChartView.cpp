@@ -1,6 +1,7 @@
 // How the ring chart is looked at, and which directories it holds beyond what a scan found.
 #include "diskusage/RingChart.h"
 #include "foundation/Log.h"
+#include "foundation/PathBytes.h"
 
 #include <algorithm>
 #include <utility>
@@ -101,7 +102,7 @@ UnreadFolders RingChart::unreadIn(const AllDir &root) {
         const AllDir *const node = waiting.back();
         waiting.pop_back();
         if (node->isUnread)
-            unread.add([&] { return node->szPath(); });
+            unread.add([&] { return std::string(paths::withoutTrailingSlashes(node->szPath())); });
         for (const std::atomic<AllDir *> &slot : node->ppChildren()) {
             if (const AllDir *const child = slot.load(std::memory_order_relaxed))
                 waiting.push_back(child);

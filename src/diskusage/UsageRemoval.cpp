@@ -1,6 +1,7 @@
 #include "diskusage/UsageRemoval.h"
 
 #include "foundation/Log.h"
+#include "foundation/PathBytes.h"
 #include "linux/RemovalError.h"
 #include "platform/Platform.h"
 
@@ -12,9 +13,7 @@ UsageRemoval::UsageRemoval(const Options &options)
 Result<RemovalTarget> UsageRemoval::targetOf(const RemovalRoot &root,
                                              const std::filesystem::path &item) {
     std::string_view relative = item.native();
-    std::string top = root.path.native();
-    if (!top.ends_with('/'))
-        top += '/';
+    const std::string top = paths::withTrailingSlash(root.path.native());
     if (!relative.starts_with(top))
         return std::errc::invalid_argument;
     relative.remove_prefix(top.size());

@@ -7,6 +7,7 @@
 #include "foundation/Identity.h"
 #include "foundation/Log.h"
 #include "foundation/NotificationCenter.h"
+#include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
 #include "platform/FileOperations.h"
 #include "platform/Platform.h"
@@ -21,19 +22,6 @@ namespace {
 constexpr std::chrono::milliseconds alertDelay{1000};
 
 const QString refDiskusageViewNotification = QStringLiteral("refDiskusageView");
-
-std::string withSlash(std::string path) {
-    if (!path.ends_with('/'))
-        path += '/';
-    return path;
-}
-
-// Without the slash that directories of the chart have; "/" stays.
-std::filesystem::path withoutSlash(std::string path) {
-    while (path.size() > 1 && path.ends_with('/'))
-        path.pop_back();
-    return path;
-}
 
 bool isGone(const std::filesystem::path &path) {
     return Platform::current().files->attributes(path).error() ==
@@ -245,7 +233,7 @@ void V4DiskUsageViewController::endListing(const std::shared_ptr<Listing> &listi
 void V4DiskUsageViewController::leftViewContent(Listing &listing) {
     NSLog("rootDir path:%@", listing.root.path);
     m_rootItem = std::move(listing.root);
-    m_currentPath = withoutSlash(m_rootItem.path.native());
+    m_currentPath = paths::withoutTrailingSlashes(m_rootItem.path.native());
     m_rootItem.path = m_currentPath;
     m_rootItem.isDirectory = true;
     if (m_isFirstIn) {
@@ -260,7 +248,7 @@ void V4DiskUsageViewController::leftViewContent(Listing &listing) {
         else
             NSLog("home dir navigation count:%d", int(m_pathNumber));
     }
-    const std::string folder = withSlash(m_currentPath.native());
+    const std::string folder = paths::withTrailingSlash(m_currentPath.native());
     m_allShowListArr.show(std::move(listing.items), std::move(listing.refusals), getLimitSize(),
                           [&](std::string_view name) {
                               return m_openGLView.leftOut() > 0 &&
@@ -282,7 +270,7 @@ void V4DiskUsageViewController::setView(const ChartView &view) {
 
 std::vector<PathCell> V4DiskUsageViewController::pathCells() const {
     std::vector<PathCell> cells{{paths::lastComponent(m_firstInPath), m_firstInPath}};
-    const std::string top = withSlash(m_firstInPath.native());
+    const std::string top = paths::withTrailingSlash(m_firstInPath.native());
     const std::string &shown = m_currentPath.native();
     if (!shown.starts_with(top))
         return cells;
@@ -295,19 +283,19 @@ std::vector<PathCell> V4DiskUsageViewController::pathCells() const {
 
 void V4DiskUsageViewController::refresh() {
     if (!m_currentPath.empty())
-        m_openGLView.SeekDirectory(withSlash(m_currentPath.native()));
+        m_openGLView.SeekDirectory(paths::withTrailingSlash(m_currentPath.native()));
 }
 
 void V4DiskUsageViewController::updateOpenGLView(const std::filesystem::path &path) {
     // A directory that the scan has seen: the path may be on a file system that does not answer.
-    if (!m_openGLView.searchFile(withSlash(path.native())))
+    if (!m_openGLView.searchFile(paths::withTrailingSlash(path.native())))
         return;
     const bool hasSlash = path.native().ends_with('/');
     if (hasSlash)
         NSLog("path:%@", path);
     else
-        NSLog("newpath:%@", withSlash(path.native()));
-    m_openGLView.SeekDirectory(withSlash(path.native()));
+        NSLog("newpath:%@", paths::withTrailingSlash(path.native()));
+    m_openGLView.SeekDirectory(paths::withTrailingSlash(path.native()));
 }
 
 void V4DiskUsageViewController::onChangePath(const std::filesystem::path &cell) {
@@ -320,7 +308,7 @@ void V4DiskUsageViewController::mouseDownClick(std::size_t row) {
     const BigSizeFilesList clicked = m_allShowListArr[row];
     NSLog("Click left list to draw: %@", clicked.aFileInfo.path);
     if (clicked.isDir)
-        m_openGLView.SeekDirectory(withSlash(clicked.aFileInfo.path.native()));
+        m_openGLView.SeekDirectory(paths::withTrailingSlash(clicked.aFileInfo.path.native()));
 }
 
 // -- Read again, and left out
@@ -328,7 +316,7 @@ void V4DiskUsageViewController::mouseDownClick(std::size_t row) {
 void V4DiskUsageViewController::readAgain(const std::filesystem::path &folder) {
     if (m_ticks.isRemoving())
         return;
-    const std::string path = withSlash(folder.native());
+    const std::string path = paths::withTrailingSlash(folder.native());
     if (path == m_openGLView.rootFacts().path)
         return m_diskUsageAppCon.viewDragAction(folder);
     if (!m_openGLView.factsOf(path))
@@ -362,7 +350,7 @@ void V4DiskUsageViewController::endReading(Reading &ended) {
     } else {
         if (reading->hasGone) {
             reading->root->FreeAll();
-            if (const auto item = itemOf(withoutSlash(reading->path)))
+            if (const auto item = itemOf(paths::withoutTrailingSlashes(reading->path)))
                 m_openGLView.removeFile(*item, true);
         } else {
             m_openGLView.replaceFolder(reading->path, reading->root);
@@ -377,7 +365,7 @@ void V4DiskUsageViewController::endReading(Reading &ended) {
 }
 
 void V4DiskUsageViewController::leaveOut(const std::filesystem::path &folder) {
-    if (m_ticks.isRemoving() || !m_openGLView.leaveOut(withSlash(folder.native())))
+    if (m_ticks.isRemoving() || !m_openGLView.leaveOut(paths::withTrailingSlash(folder.native())))
         return;
     m_ticks.untickAround(folder, true);
     m_openGLView.SeekDirectory(m_openGLView.getCurrentDirectory());
@@ -406,7 +394,7 @@ void V4DiskUsageViewController::colorButtonAction(std::size_t row) {
 void V4DiskUsageViewController::toggleFound() {
     const RingChart::Facts found = m_openGLView.foundFacts();
     if (!found.path.empty())
-        togglePath(withoutSlash(found.path));
+        togglePath(paths::withoutTrailingSlashes(found.path));
 }
 
 void V4DiskUsageViewController::togglePath(const std::filesystem::path &path) {
@@ -417,7 +405,7 @@ void V4DiskUsageViewController::togglePath(const std::filesystem::path &path) {
 // A directory of the chart, which need not have a row.
 std::optional<CleanFileInfo>
 V4DiskUsageViewController::itemOf(const std::filesystem::path &path) const {
-    const auto facts = m_openGLView.factsOf(withSlash(path.native()));
+    const auto facts = m_openGLView.factsOf(paths::withTrailingSlash(path.native()));
     if (!facts)
         return {};
     CleanFileInfo item({}, paths::lastComponent(path), path,
@@ -434,9 +422,11 @@ void V4DiskUsageViewController::changeSelectArr(bool state, const CleanFileInfo 
         return;
     }
     // What is left out goes with the folder it lies in: it is on show first.
-    if (fileInfo.isDirectory && m_openGLView.holdsLeftOut(withSlash(fileInfo.path.native()))) {
+    if (fileInfo.isDirectory &&
+        m_openGLView.holdsLeftOut(paths::withTrailingSlash(fileInfo.path.native()))) {
         showLeftOut();
-        m_ticks.tick(itemOf(withoutSlash(fileInfo.path.native())).value_or(fileInfo));
+        m_ticks.tick(
+            itemOf(paths::withoutTrailingSlashes(fileInfo.path.native())).value_or(fileInfo));
         return;
     }
     m_ticks.tick(fileInfo);

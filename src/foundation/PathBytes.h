@@ -1,8 +1,15 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace brightsweep::paths {
+
+inline std::string withTrailingSlash(std::string path) {
+    if (!path.ends_with('/'))
+        path += '/';
+    return path;
+}
 
 /// The path without slashes at its end; the root stays "/".
 inline std::string_view withoutTrailingSlashes(std::string_view path) {

@@ -3,6 +3,7 @@
 #include "core/RowWords.h"
 #include "core/Texts.h"
 #include "diskusage/V4DiskUsageViewController.h"
+#include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
 #include "removal/RemovalReason.h"
 #include "ui/FocusFrame.h"
@@ -184,9 +185,7 @@ QRect BigSizeFilesListView::markOf(const QModelIndex &index) const {
 
 void BigSizeFilesListView::light(const std::string &path) {
     int lit = -1;
-    std::string folder = m_page.currentPath().native();
-    if (!folder.ends_with('/'))
-        folder += '/';
+    const std::string folder = paths::withTrailingSlash(m_page.currentPath().native());
     if (path.size() > folder.size() && path.starts_with(folder)) {
         // What is found may lie deeper: its folder in this list is lit.
         const auto &rows = m_model->rows();
