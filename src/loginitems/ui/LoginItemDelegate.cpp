@@ -199,11 +199,13 @@ bool LoginItemDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
     const bool isLeft = event->type() == QEvent::MouseButtonRelease &&
                         static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton;
     // The first click may have moved another row below the pointer.
-    const bool isSecond = isLeft && m_lastClick.isValid() &&
+    const bool isSecond = isLeft && m_lastClick.isValid() && option.rect.contains(m_lastPlace) &&
                           m_lastClick.elapsed() < QApplication::doubleClickInterval();
     const bool isClick = isLeft && !isSecond;
-    if (isLeft)
+    if (isLeft) {
         m_lastClick.start();
+        m_lastPlace = static_cast<QMouseEvent *>(event)->position().toPoint();
+    }
     if (isClick && index.column() == LoginItemModel::checkBox)
         return model->setData(index, {}, Qt::CheckStateRole);
     if (isClick && isButton(index)) {

@@ -36,6 +36,7 @@ private:
 
     mutable ApplicationIcons m_icons;
     QElapsedTimer m_lastClick;
+    QPoint m_lastPlace; // of it, in the viewport
 };
 
 } // namespace brightsweep

@@ -8,6 +8,7 @@
 #include "ui/PageParts.h"
 #include "ui/Theme.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
@@ -119,6 +120,7 @@ void LoginItemView::selectionChanged(const QItemSelection &selected,
 // neighbour.
 void LoginItemView::keepPlace() {
     m_isReset = false;
+    m_sinceMoved.start();
     int row = -1;
     for (int each = 0; each < model()->rowCount() && row < 0; ++each) {
         const QModelIndex index = model()->index(each, Model::Name);
@@ -145,6 +147,9 @@ void LoginItemView::act(const QModelIndex &index) {
     case Model::view:
         return m_controller.viewButtonAction(index.row());
     case Model::deleteItem:
+        // Nobody has seen yet that another row lies below the pointer.
+        if (m_sinceMoved.isValid() && m_sinceMoved.elapsed() < QApplication::doubleClickInterval())
+            return;
         return m_controller.delLoginItem(index.row());
     default:
         break;

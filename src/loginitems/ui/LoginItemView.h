@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTreeView>
 
 #include <string>
@@ -39,7 +40,8 @@ private:
     std::string m_currentFile;
     int m_currentRow = -1;
     int m_scroll = 0;
-    bool m_isReset = false; ///< the rows have changed, and the current one has not been found
+    QElapsedTimer m_sinceMoved; ///< the rows have last become others
+    bool m_isReset = false;     ///< the rows have changed, and the current one has not been found
 };
 
 } // namespace brightsweep
