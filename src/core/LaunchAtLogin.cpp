@@ -170,7 +170,8 @@ bool LaunchAtLogin::isOn() {
     const Known &now = *known();
     if (now.changes > 0)
         return now.wanted;
-    return now.starts.value_or(readeFileOfLaunchAppWhenLogin().toInt() != 0);
+    // A list that cannot be read says nothing, but a change that failed does.
+    return now.starts.value_or(!now.problem && readeFileOfLaunchAppWhenLogin().toInt() != 0);
 }
 
 QString LaunchAtLogin::problem() {

@@ -218,6 +218,14 @@ TEST_F(Launch, LaunchAtLoginShowsWhatTheEntryIs) {
         waitUntil([&] { return page.checkBoxBtn(); });
     }
     EXPECT_EQ(alerts.size(), 2);
+    loginItems.fail("items", std::errc::not_a_directory);
+    loginItems.fail("add", std::errc::not_a_directory);
+    loginItems.become({});
+    delegate->menu().activate(MenuAction::LaunchAtLogin);
+    EXPECT_TRUE(eventually([] { return LaunchAtLogin::isIdle(); }));
+    delegate->launchAppWhenLogin(0);
+    EXPECT_TRUE(eventually([] { return LaunchAtLogin::isIdle(); }));
+    EXPECT_FALSE(page.checkBoxBtn()) << "nothing is known of the list";
 }
 
 TEST_F(Launch, WithoutAHostItSaysOnceWhereItIs) {
