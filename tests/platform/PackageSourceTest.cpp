@@ -224,8 +224,12 @@ TEST_F(Packages, GoByTheRightsAndExactlyAsPlanned) {
     EXPECT_EQ(source.remove(plan, &token).outcome, UninstallOutcome::Removed);
     const PackageRemoval expected{PackageFamily::Dpkg, {"app", "plugin"}, {"app"}, 3};
     EXPECT_THAT(rights.packageRemovals, ElementsAre(expected));
-    system.file(dpkgStatus, textOf(system.path(dpkgStatus)) +
-                                stanza("plug", {}, "deinstall ok half-installed"));
+    rights.packagesReply = [](const PackageRemoval &) {
+        return PackagesReply{PackagesOutcome::Broken, {}, "E: Unmet dependencies."};
+    };
+    EXPECT_THAT(source.remove(plan, &token).wayOut, HasSubstr("apt-get -f install"));
+    system.file(dpkgStatus,
+                textOf(system.path(dpkgStatus)) + stanza("plug", {}, "install ok half-configured"));
     for (const auto &[outcome, told] :
          {std::pair(PackagesOutcome::Changed, UninstallOutcome::Changed),
           std::pair(PackagesOutcome::Busy, UninstallOutcome::Busy),
@@ -236,7 +240,7 @@ TEST_F(Packages, GoByTheRightsAndExactlyAsPlanned) {
         };
         const RemovalResult result = source.remove(plan, &token);
         EXPECT_EQ(result.outcome, told);
-        EXPECT_EQ(result.wayOut.find("apt-get -f install") != std::string::npos,
+        EXPECT_EQ(result.wayOut.find("dpkg --configure -a") != std::string::npos,
                   told == UninstallOutcome::Broken);
     }
     // Already gone is gone, and a blocked plan is not carried out.

@@ -2,6 +2,7 @@
 // dpkg and apt, with a home of settings beside them.
 
 #include "support/ChildProcess.h"
+#include "support/LockHolder.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 #include "system/PrivateMachine.h"
@@ -66,6 +67,14 @@ TEST_F(Uninstall, TakesThePackageThenItsSettingsAndNoOthers) {
     EXPECT_TRUE(isInstalled("demo-writer") && isInstalled("demo-plugin"));
     EXPECT_EQ(home.snapshot(".config"), before);
 
+    {
+        const LockHolder lock("/var/lib/dpkg/lock-frontend");
+        const auto waited = uninstall({"demo-writer", "--apply", "--admin"});
+        EXPECT_EQ(waited.status, 3);
+        const auto told = waited.errors.find("Waiting for cache lock");
+        EXPECT_NE(told, std::string::npos) << waited.errors;
+        EXPECT_EQ(told, waited.errors.rfind("Waiting for cache lock")) << "once";
+    }
     const auto removed = uninstall({"package:demo-writer", "--apply", "--admin"});
     EXPECT_EQ(removed.status, 0) << removed.output << removed.errors;
     EXPECT_FALSE(isInstalled("demo-writer") || isInstalled("demo-plugin"));

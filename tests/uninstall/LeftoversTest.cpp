@@ -1,5 +1,6 @@
 #include "uninstall/Leftovers.h"
 #include "platform/Platform.h"
+#include "support/ChildProcess.h"
 #include "support/FakeApplicationSource.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
@@ -141,6 +142,18 @@ TEST_F(LeftoversTest, OfWhatIsGoneAreThoseThatNothingInstalledExplains) {
     const std::vector<ApplicationKind> unknown = {ApplicationKind::Flatpak, ApplicationKind::Snap,
                                                   ApplicationKind::Package};
     EXPECT_EQ(LeftBehind({}, unknown).find().size(), 1u) << "they may be there";
+    // There it is certain.
+    for (const char *volume : {"media/me/STICK", "srv/data 1"})
+        system.directory(volume);
+    EXPECT_EQ(LeftBehind({}, unknown).find().size(), 1u);
+    EXPECT_EQ(runInChild([&] {
+                  return enterPrivateMounts() &&
+                                 bindMount(home.path("snap"), system.path("media/me/STICK")) &&
+                                 bindMount(home.path("snap"), system.path("srv/data 1"))
+                             ? int(LeftBehind({}, unknown).find().size())
+                             : 0;
+              }),
+              4);
     found.front().ticked = true;
     EXPECT_TRUE(LeftBehind::remove(*RemovalRun::begin("test").run, found).front().removed);
     EXPECT_FALSE(home.exists(".config/oldpaint"));

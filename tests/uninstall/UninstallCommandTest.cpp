@@ -69,6 +69,9 @@ TEST_F(UninstallCommand, ShowsThePlanAndCarriesItOutAsShown) {
 
 TEST_F(UninstallCommand, RefusesItselfAndWhatIsNotClear) {
     const std::string own = bundle("Applications/Own.app", "com.norvmac.DeskSweeperPro", "4.0");
+    EXPECT_TRUE(plan({bundle("Applications/Older.app", "com.norvmac.DeskSweeperPro", "3.9")},
+                     0)[QStringLiteral("blocked")]
+                    .isNull());
     bundle("Applications/a/Twin.app", "com.example.a");
     bundle("Applications/b/Twin.app", "com.example.b");
     const QJsonObject blocked = plan({own, "--apply"}, 3);
@@ -102,9 +105,17 @@ TEST_F(UninstallCommand, TakesAnAppImageWithItsIntegrationAndAFolderWithItsLinks
     home.file(".local/share/applications/edit.desktop",
               "[Desktop Entry]\nType=Application\nName=Edit\nExec=" +
                   home.path(".local/opt/Edit/bin/edit").native() + "\n");
-    const auto removed = run({"uninstall", "appimage:" + image, "Edit", "--apply"});
+    std::filesystem::last_write_time(home.file(".local/opt/Edit/notes", "12345"),
+                                     std::filesystem::file_time_type::clock::now() +
+                                         std::chrono::hours(1));
+    const auto removed = run({"uninstall", "appimage:" + image, "--apply"});
     EXPECT_EQ(removed.status, 0) << removed.output << removed.errors;
-    for (const char *gone : {"Applications/Draw-1.2.AppImage", ".config/Draw", ".local/opt/Edit"})
+    const QJsonObject edit = plan({"Edit", "--apply"}, 0);
+    EXPECT_EQ(count(edit, "removed"), 3) << "it, its link and its entry";
+    EXPECT_EQ(edit[QStringLiteral("bytes")].toInt(), 10) << "without what is kept";
+    EXPECT_TRUE(home.exists(".local/opt/Edit/notes"));
+    for (const char *gone :
+         {"Applications/Draw-1.2.AppImage", ".config/Draw", ".local/opt/Edit/bin"})
         EXPECT_FALSE(home.exists(gone)) << gone;
     for (const char *emptied :
          {".local/share/applications", ".local/bin", ".local/share/icons/hicolor/64x64/apps"})

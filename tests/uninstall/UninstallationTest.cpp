@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+
 namespace brightsweep {
 namespace {
 
@@ -19,6 +21,13 @@ void giveTo(uid_t user, const std::filesystem::path &folder) {
     ASSERT_EQ(::lchown(folder.c_str(), user, user), 0);
     for (const auto &entry : std::filesystem::recursive_directory_iterator(folder))
         ASSERT_EQ(::lchown(entry.path().c_str(), user, user), 0);
+}
+
+// Beyond what counts in nanoseconds reach.
+void dateFarAway(const std::filesystem::path &file) {
+    const timespec time{10'000'000'000, 0};
+    const timespec times[] = {time, time};
+    ASSERT_EQ(::utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
 }
 
 class UninstallationTest : public testing::Test {
@@ -189,7 +198,9 @@ TEST_F(UninstallationTest, WhatHoldsAnothersPartsGoesWholeOrNotAtAll) {
                 {"theirs/file", 0700, true},
                 {"theirs/file", 01777, true},
                 {"", 0755, false}};
-    for (const auto kind : {ApplicationKind::Folder, ApplicationKind::Bundle}) {
+    for (const auto &[kind, keeps] :
+         {std::pair(ApplicationKind::Folder, false), std::pair(ApplicationKind::Folder, true),
+          std::pair(ApplicationKind::Bundle, false)}) {
         for (const auto &row : rows) {
             InstalledApplication game;
             game.kind = kind;
@@ -197,6 +208,9 @@ TEST_F(UninstallationTest, WhatHoldsAnothersPartsGoesWholeOrNotAtAll) {
             home.file("Applications/Game/bin/game");
             home.file("Applications/Game/locked/file");
             home.file(".cache/com.example.game/x");
+            game.installed = std::time(nullptr);
+            if (keeps)
+                dateFarAway(home.file("Applications/Game/saves/1"));
             home.directory("Applications/Game/theirs");
             giveTo(ordinaryUser, home.path("."));
             home.mode("Applications/Game/locked", 0500);
@@ -217,10 +231,32 @@ TEST_F(UninstallationTest, WhatHoldsAnothersPartsGoesWholeOrNotAtAll) {
                 EXPECT_EQ(home.exists(part), row.needsRights) << part;
             ASSERT_TRUE(NvAuthorization::shareNvAuthorization().allocAuthorization());
             EXPECT_TRUE(run(removal));
-            EXPECT_FALSE(home.exists("Applications/Game"));
+            EXPECT_EQ(home.exists("Applications/Game"), keeps);
+            EXPECT_FALSE(home.exists("Applications/Game/bin"));
+            std::filesystem::remove_all(home.path("Applications/Game"));
             NvAuthorization::shareNvAuthorization().freeAuthorization();
         }
     }
+}
+
+TEST_F(UninstallationTest, WhatRightsDoNotReachStaysWhole) {
+    TestTree system(TestEnvironment::current().system());
+    system.directory("usr/share");
+    giveTo(ordinaryUser, system.path("."));
+    system.file("usr/share/Tool/file");
+    InstalledApplication tool;
+    tool.kind = ApplicationKind::Bundle;
+    tool.path = tool.key = system.path("usr/share/Tool");
+    const AsOrdinaryUser user;
+    ASSERT_TRUE(user);
+    RemovalPlan plan = RemovalPlanner({tool}).planOf(tool);
+    EXPECT_TRUE(plan.itself.needsRights) << plan.itself.path;
+    EXPECT_EQ(plan.blocker, Blocker::Unsupported) << "it is told beforehand";
+    plan.blocker = Blocker::None;
+    ASSERT_TRUE(NvAuthorization::shareNvAuthorization().allocAuthorization());
+    Uninstallation removal({plan});
+    EXPECT_FALSE(run(removal));
+    EXPECT_TRUE(system.exists("usr/share/Tool/file"));
 }
 
 } // namespace

@@ -19,6 +19,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 
 namespace brightsweep {
 
@@ -64,8 +65,11 @@ EntryType typeOfEntry(unsigned char type) {
     }
 }
 
+// A file may be dated farther than the nanoseconds reach.
 std::int64_t nanoseconds(const timespec &time) {
-    return std::int64_t(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+    constexpr std::int64_t second = 1'000'000'000;
+    constexpr std::int64_t farthest = std::numeric_limits<std::int64_t>::max() / second - 1;
+    return std::clamp<std::int64_t>(time.tv_sec, -farthest, farthest) * second + time.tv_nsec;
 }
 
 // The unit is the system's own, whatever the blocks of the file system are; see stat(2).
