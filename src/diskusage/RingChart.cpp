@@ -297,11 +297,11 @@ void RingChart::updateLeftView(const std::filesystem::path &path, std::uint64_t 
     std::uint64_t stored = 0;
     std::unique_lock lock(m_mutex);
     if (icCurrentPtr && icCurrentPtr->szPath() == paths::withTrailingSlash(path.native())) {
-        stored = icCurrentPtr->facts.stored;
+        stored = storedLocked(*icCurrentPtr);
         for (const std::atomic<AllDir *> &slot : icCurrentPtr->ppChildren()) {
             if (const AllDir *const child = slot.load(std::memory_order_relaxed))
                 directories.emplace(child->name(),
-                                    DirectoryBytes{sizeOf(*child), child->facts.stored});
+                                    DirectoryBytes{sizeOf(*child), storedLocked(*child)});
         }
     }
     lock.unlock();

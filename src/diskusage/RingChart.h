@@ -96,7 +96,7 @@ public:
         std::uint64_t bytes = 0; ///< by the measure of the view
         int level = 0;
         std::uint64_t size = 0;   ///< of the files, whatever the measure
-        std::uint64_t stored = 0; ///< what they take on the disk
+        std::uint64_t stored = 0; ///< what they take on the disk; 0 during a scan
     };
     Facts foundFacts() const;
     /// Of the directory whose gap lies at that place of the chart: the part of its ring that stands
@@ -168,6 +168,7 @@ private:
     void letGoLocked();
     void prepareViewLocked() const;
     std::uint64_t shownSizeLocked(const AllDir &node) const;
+    std::uint64_t storedLocked(const AllDir &node) const;
     Facts factsLocked(const AllDir *node) const;
     void leaveLocked(const AllDir &node);
     bool isInTreeLocked(const AllDir &node) const;

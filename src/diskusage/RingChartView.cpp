@@ -40,11 +40,16 @@ std::uint64_t RingChart::shownSizeLocked(const AllDir &node) const {
     return std::uint64_t(node.shownSize());
 }
 
+// Only sizes are read while a scan fills the tree.
+std::uint64_t RingChart::storedLocked(const AllDir &node) const {
+    return m_scanning ? 0 : node.facts.stored;
+}
+
 RingChart::Facts RingChart::factsLocked(const AllDir *node) const {
     if (!node)
         return {};
     return {node->szPath(), shownSizeLocked(*node), node->iLevel,
-            std::uint64_t(node->iSize.load(std::memory_order_relaxed)), node->facts.stored};
+            std::uint64_t(node->iSize.load(std::memory_order_relaxed)), storedLocked(*node)};
 }
 
 // Before a node goes out of the tree.
