@@ -198,6 +198,7 @@ TEST_F(Launch, LaunchAtLoginShowsWhatTheEntryIs) {
         {{{.file = "b", .path = "/opt/brightsweep", .hidden = true}}, false},
         {{{.file = own, .path = "/else"}}, true},
         {{{.file = own, .path = "/gone", .missing = true}}, false},
+        {{{.file = own, .path = "/else"}}, true},
         {{{.file = own, .path = "/else", .obstacle = OtherDesktop}}, false},
     };
     for (const auto &[entries, isOn] : rows) {

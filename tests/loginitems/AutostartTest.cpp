@@ -212,6 +212,7 @@ TEST_F(Autostart, MarksWhatReadersRefuseOrTakeOtherwise) {
         {start + "#\xff\n[A]\nb=c\n", None, true, true},
         {start + "Icon=\xff\n", NotUtf8, false, true},
         {start + "[A]\nb=\xff\n", NotUtf8, false, true},
+        {start + "[A]\nExec=/no/such\nHidden=maybe\n", None, true, true},
         {"\xef\xbb\xbf" + start, ByteOrderMark, true, false},
         {start + "no key\n", BadLine, true, false},
         {"a=b\n" + start, BadLine, true, false},
@@ -291,6 +292,7 @@ TEST_F(Autostart, WhatIsAddedStartsAndIsHiddenAndShownAgain) {
 TEST_F(Autostart, SwitchesWhatTheSystemStartsOffAndOn) {
     const std::string sound = head + "Exec=sh\nX-Own=1\n";
     system.file("sound.desktop", sound);
+    system.file("odd.desktop", head + "Exec=sh\nExec=sh -l\n");
     system.file("agent.desktop", head + "Exec=sh\nNoDisplay=true\n");
     system.file("kde.desktop", head + "Exec=sh\nOnlyShowIn=KDE;\n");
     system.file("mine.desktop", head + "Exec=sh\n");
@@ -303,11 +305,11 @@ TEST_F(Autostart, SwitchesWhatTheSystemStartsOffAndOn) {
             names.push_back(each.file + (each.hidden ? " off" : ""));
         return names;
     };
-    EXPECT_THAT(shown(), ElementsAre("sound.desktop"));
+    EXPECT_THAT(shown(), ElementsAre("odd.desktop", "sound.desktop"));
     EXPECT_FALSE(source.setSystemItemStarted("sound.desktop", false));
     EXPECT_EQ(text("sound.desktop"), sound + "Hidden=true\nX-Brightsweep-Override=true\n");
     EXPECT_FALSE(isStarted("sound"));
-    EXPECT_THAT(shown(), ElementsAre("sound.desktop off"));
+    EXPECT_THAT(shown(), ElementsAre("odd.desktop", "sound.desktop off"));
     EXPECT_THAT(files(), ElementsAre("mine.desktop"));
     EXPECT_EQ(item("mine.desktop").name, "x");
     EXPECT_EQ(int(item("mine.desktop").obstacle), int(LoginItemObstacle::None));
@@ -317,6 +319,11 @@ TEST_F(Autostart, SwitchesWhatTheSystemStartsOffAndOn) {
     // It has nothing of its own to start.
     EXPECT_FALSE(source.setHidden("mine.desktop", false));
     EXPECT_TRUE(isStarted("mine") && item("mine.desktop").command == "sh");
+    const std::string other = head + "Exec=sh -l\n";
+    user.file("odd.desktop", other);
+    EXPECT_FALSE(source.setHidden("odd.desktop", false));
+    EXPECT_EQ(text("odd.desktop"), other + "Hidden=false\n") << "it has all that it needs";
+    std::filesystem::remove(user.path("odd.desktop"));
     EXPECT_EQ(source.setSystemItemStarted("none.desktop", false),
               std::errc::no_such_file_or_directory);
     EXPECT_FALSE(source.setSystemItemStarted("sound.desktop", true));

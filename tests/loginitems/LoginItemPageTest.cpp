@@ -160,7 +160,17 @@ TEST_F(LoginItemPage, FlipsTheFlagThatTheEntryHasNow) {
 }
 
 TEST_F(LoginItemPage, ShowsAnotherOrderUntilTheListChanges) {
-    page->shouldSelectRow(0);
+    page->shouldSelectRow(1);
+    page->delLoginItem(0);
+    settle();
+    EXPECT_THAT(calls(), ElementsAre("remove a.desktop"));
+    EXPECT_EQ(page->selectRow(), 0);
+    items.become({{.file = "a.desktop", .path = "/bin/a"},
+                  {.file = "b.desktop", .path = "/bin/b"},
+                  {.file = "com.desktop", .path = "/bin/own"},
+                  {.file = "gone.desktop", .path = "/bin/gone"}});
+    waitUntil([this] { return files().size() == 4; });
+    EXPECT_EQ(page->selectRow(), 1) << "where the entry is now";
     std::unique_ptr<QMimeData> dragged(
         page->model().mimeData({page->model().index(0, 1), page->model().index(2, 1)}));
     page->model().dropMimeData(dragged.get(), Qt::CopyAction, -1, -1, page->model().index(3, 0));

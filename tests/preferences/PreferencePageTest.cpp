@@ -3,6 +3,8 @@
 #include "foundation/UserDefaults.h"
 #include "platform/Platform.h"
 #include "preferences/PreferenceViewController.h"
+#include "support/ChildProcess.h"
+#include "support/NeedsRoot.h"
 #include "support/WaitUntil.h"
 #include "volumes/FakeVolumeSource.h"
 
@@ -141,6 +143,18 @@ TEST_F(PreferencePage, WhatAnotherProcessSetsIsToldByItsKey) {
     waitUntil([&] { return std::filesystem::exists(folder); });
     UserDefaults(other.file()).setObject(DSDuplicationLimit, 5);
     waitUntil([&] { return page.limit(PreferenceViewController::limitFields[0]) == 5; });
+}
+
+TEST_F(PreferencePage, AClosedFolderIsToldBeforeAChangeFails) {
+    needRoot();
+    const auto folder = UserDefaults::standardUserDefaults().file().parent_path();
+    std::filesystem::create_directories(folder);
+    EXPECT_EQ(page.settingsProblem(), QString());
+    const int result = runInChild([&] {
+        return becomeUnprivileged() && page.settingsProblem().contains(QLatin1String("denied")) ? 0
+                                                                                                : 1;
+    });
+    EXPECT_EQ(result, 0);
 }
 
 TEST_F(PreferencePage, AnAlarmShowsWhatItWouldShow) {

@@ -155,7 +155,7 @@ Result<std::string> readSettled(const fs::path &path) {
     for (int tried = 1; text && tried < tries; ++tried) {
         std::error_code error;
         const auto age = fs::file_time_type::clock::now() - fs::last_write_time(path, error);
-        if (!error && age > tries * pause && DesktopEntry(*text).isValid())
+        if (!error && age > tries * pause)
             break;
         std::this_thread::sleep_for(pause);
         auto again = readWholeFile(path);
