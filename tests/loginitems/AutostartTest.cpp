@@ -292,7 +292,7 @@ TEST_F(Autostart, WhatIsAddedStartsAndIsHiddenAndShownAgain) {
 TEST_F(Autostart, SwitchesWhatTheSystemStartsOffAndOn) {
     const std::string sound = head + "Exec=sh\nX-Own=1\n";
     system.file("sound.desktop", sound);
-    system.file("odd.desktop", head + "Exec=sh\nExec=sh -l\n");
+    system.file("odd.desktop", head + "Exec=sh\nExec=sh -l\nX-Own=1\n");
     system.file("agent.desktop", head + "Exec=sh\nNoDisplay=true\n");
     system.file("kde.desktop", head + "Exec=sh\nOnlyShowIn=KDE;\n");
     system.file("mine.desktop", head + "Exec=sh\n");
