@@ -85,16 +85,6 @@ TEST_F(Uninstall, TakesThePackageThenItsSettingsAndNoOthers) {
     EXPECT_TRUE(home.exists(".local/share/demo-writer/x")) << "data";
 }
 
-TEST_F(Uninstall, KeepsTheSettingsOfWhatCouldNotGo) {
-    build("demo-fails", "demo-fails", {}, "echo script says no; exit 1\n");
-    const auto failed = uninstall({"demo-fails", "--with-data", "--apply", "--admin"});
-    EXPECT_EQ(failed.status, 3);
-    EXPECT_NE(failed.errors.find("script says no"), std::string::npos) << failed.errors;
-    EXPECT_TRUE(isInstalled("demo-fails"));
-    for (const char *folder : {".config/", ".cache/", ".local/share/"})
-        EXPECT_TRUE(home.exists(folder + std::string("demo-fails/x"))) << folder;
-}
-
 TEST_F(Uninstall, LeavesNothingHalfGoneWhenItIsInterrupted) {
     const auto started = tree.path("started").native();
     build("demo-slow", "demo-slow", {}, ": > " + started + "; sleep 4\n");
