@@ -23,6 +23,8 @@ constexpr int arrowSide = 16;
 constexpr int emptyPictureSide = 96;
 constexpr int buttonWidth = 128;
 constexpr int buttonHeight = 36;
+constexpr double sumSize = 18;
+constexpr double tickedSize = 15; // of the number in the words below the sum
 
 class RemovingButton : public QPushButton {
 public:
@@ -100,7 +102,7 @@ QHBoxLayout *makeBottomRow(QWidget *bottom) {
 }
 
 QVBoxLayout *makeSumColumn(QLabel *sum, QLabel *words) {
-    theme::keepFont(sum, 18, true);
+    theme::keepFont(sum, sumSize, true);
     sum->setProperty("number", true);
     QSizePolicy keepsRoom = sum->sizePolicy();
     keepsRoom.setRetainSizeWhenHidden(true);
@@ -111,6 +113,11 @@ QVBoxLayout *makeSumColumn(QLabel *sum, QLabel *words) {
         label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         column->addWidget(label);
     }
+    // The row below a page is as high without a tick as with one.
+    theme::keep(words, [sum, words] {
+        sum->setMinimumHeight(QFontMetrics(theme::font(sumSize, true)).height());
+        words->setMinimumHeight(QFontMetrics(theme::font(tickedSize, true)).height());
+    });
     return column;
 }
 

@@ -107,8 +107,10 @@ class UsagePage(unittest.TestCase):
 
     def test_what_stays_is_told_a_second_later(self):
         self.start()
+        before = self.desktop.read("places", "filler", "Ring chart")
         self.keys("End", "space")
         self.desktop.wait_for("1 items are selected.")
+        self.assertEqual(self.desktop.read("places", "filler", "Ring chart"), before)
         self.keys("Up", "space")
         self.desktop.wait_for("2 items are selected.")
         self.keys("Delete")
