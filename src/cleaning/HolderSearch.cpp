@@ -3,8 +3,7 @@
 #include "cleaning/ScanViewController.h"
 #include "core/ThreadWorker.h"
 #include "foundation/Paths.h"
-#include "platform/FileHolders.h"
-#include "platform/Platform.h"
+#include "removal/HeldPrograms.h"
 
 #include <utility>
 
@@ -26,24 +25,15 @@ void HolderSearch::start() {
 }
 
 void HolderSearch::search(std::nullptr_t) {
-    // What is held, and every directory on the way there.
-    std::unordered_map<std::string, std::string> programs;
-    for (const HeldFile &held : Platform::current().holders->heldFiles()) {
-        std::string path = held.path;
-        for (auto end = path.size(); end != path.npos && end > 0; end = path.rfind('/')) {
-            path.resize(end);
-            if (!programs.emplace(path, held.program).second)
-                break; // and with it all above
-        }
-    }
+    const HeldPrograms programs;
     m_result.clear();
     for (const ScanViewController *controller : m_controllers) {
         controller->visitRows([&](const CleanFileInfo &row) {
             if (!row.root)
                 return;
-            const auto held = programs.find(paths::join(row.root->path, row.name).native());
-            if (held != programs.end())
-                m_result.emplace(row.path.native(), held->second);
+            std::string program = programs.of(paths::join(row.root->path, row.name));
+            if (!program.empty())
+                m_result.emplace(row.path.native(), std::move(program));
         });
     }
 }

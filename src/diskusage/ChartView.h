@@ -11,6 +11,10 @@ class AllDir;
 /// What the sizes of a chart are: those of the files, or what they take in their file system.
 enum class ChartMeasure { Size, Stored };
 
+constexpr std::uint64_t bytesBy(ChartMeasure measure, std::uint64_t size, std::uint64_t stored) {
+    return measure == ChartMeasure::Stored ? stored : size;
+}
+
 /// What the colours of a chart's rings tell: the place in the chart, the class of files that holds
 /// most of a directory's bytes, or how long ago anything in it changed.
 enum class ChartColouring { Place, Kind, Age };

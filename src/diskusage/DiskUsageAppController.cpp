@@ -226,12 +226,16 @@ void DiskUsageAppController::Scan::scanList() {
     root = files.rememberRoot(path);
     std::vector<std::pair<std::string, EntryType>> names;
     const auto directory = files.openDirectory(path);
-    if (!directory)
+    if (!directory) {
         NSLog("%@-%@", path, directory.error());
+        treeOperator.noteUnread(path);
+    }
     DirectoryBlock block;
     while (directory && !block.atEnd()) {
-        if (files.readBlock(*directory, block, WantedAttributes::None))
+        if (files.readBlock(*directory, block, WantedAttributes::None)) {
+            treeOperator.noteUnread(path);
             break;
+        }
         for (const DirectoryEntry &entry : block.entries())
             names.emplace_back(entry.nameView(), entry.type);
     }

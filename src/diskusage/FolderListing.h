@@ -14,7 +14,8 @@
 namespace brightsweep {
 
 /// What a folder holds, largest first once it is sorted. Items are made when they are asked for: a
-/// folder of a million files costs some 60 bytes for each.
+/// folder of a million files costs some 60 bytes for each. A value: one thread fills it,
+/// and any may read it then.
 class FolderListing {
 public:
     using Pointer = std::shared_ptr<const FolderListing>;

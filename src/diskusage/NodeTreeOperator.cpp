@@ -118,10 +118,14 @@ std::uint64_t NodeTreeOperator::getFistListTree(const std::filesystem::path &pat
     }
     auto directory = files.openDirectory(path);
     if (!directory) {
-        m_unread.add([&] { return path.native(); });
+        noteUnread(path);
         return 0;
     }
     return ListWalk(root, limit, m_stopper, m_tree, m_unread).run(std::move(*directory));
+}
+
+void NodeTreeOperator::noteUnread(const std::filesystem::path &folder) {
+    m_unread.add([&] { return folder.native(); });
 }
 
 std::uint64_t NodeTreeOperator::giveUp(FSNode &root, std::uint64_t limit) {

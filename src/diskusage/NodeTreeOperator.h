@@ -30,7 +30,8 @@ public:
     /// It hangs for good then, and this object and the tree must stay.
     std::uint64_t giveUp(FSNode &root, std::uint64_t limit);
 
-    /// Of all walks that have ended.
+    void noteUnread(const std::filesystem::path &folder);
+    /// Of all walks that have ended, and what was noted.
     const UnreadFolders &unread() const { return m_unread; }
 
 private:

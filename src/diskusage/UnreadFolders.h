@@ -7,7 +7,7 @@
 
 namespace brightsweep {
 
-/// The directories that a scan could not read.
+/// The directories that a scan could not read. A value, without a thread of its own.
 struct UnreadFolders {
     static constexpr std::size_t mostNamed = 500;
 

@@ -1,12 +1,12 @@
 #include "diskusage/UsageTicks.h"
 
 #include "core/ThreadWorker.h"
-#include "diskusage/HeldPrograms.h"
 #include "diskusage/NodeTreeOperator.h"
 #include "foundation/Log.h"
 #include "foundation/PathBytes.h"
 #include "linux/RemovalError.h"
 #include "platform/Platform.h"
+#include "removal/HeldPrograms.h"
 #include "removal/RemovalRun.h"
 #include "removal/TrashRecord.h"
 
@@ -55,7 +55,7 @@ std::uint64_t UsageTicks::bytes(ChartMeasure measure) const {
     std::uint64_t sum = 0;
     for (const auto &[path, tick] : m_ticks) {
         if (!isBelowTick(path))
-            sum += measure == ChartMeasure::Stored ? tick.info.stored : tick.info.fileSizeNum;
+            sum += bytesBy(measure, tick.info.fileSizeNum, tick.info.stored);
     }
     return sum;
 }

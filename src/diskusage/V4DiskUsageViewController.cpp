@@ -257,9 +257,17 @@ void V4DiskUsageViewController::leftViewContent(Listing &listing) {
     Q_EMIT listChanged();
 }
 
+std::size_t V4DiskUsageViewController::rowOf(const std::filesystem::path &path) const {
+    const std::string folder = paths::withTrailingSlash(m_currentPath.native());
+    std::string_view name = path.native();
+    if (name.size() <= folder.size() || !name.starts_with(folder))
+        return m_allShowListArr.size();
+    name.remove_prefix(folder.size());
+    return m_allShowListArr.find(name.substr(0, name.find('/')));
+}
+
 std::uint64_t V4DiskUsageViewController::shownRootBytes() const {
-    return m_openGLView.view().measure == ChartMeasure::Stored ? m_rootItem.stored
-                                                               : m_rootItem.fileSizeNum;
+    return bytesBy(m_openGLView.view().measure, m_rootItem.fileSizeNum, m_rootItem.stored);
 }
 
 void V4DiskUsageViewController::setView(const ChartView &view) {

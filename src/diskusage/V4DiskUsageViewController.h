@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/Clock.h"
-#include "diskusage/BigSizeFilesList.h"
+#include "diskusage/BigSizeFilesRows.h"
 #include "diskusage/RingChart.h"
 #include "diskusage/UsageTicks.h"
 #include "foundation/CallQueue.h"
@@ -68,6 +68,8 @@ public:
     /// True while a folder is being listed.
     bool isListing() const { return m_isListing; }
     const std::filesystem::path &currentPath() const { return m_currentPath; }
+    /// The row of an item or of the folder that it lies in; one too many where there is none.
+    std::size_t rowOf(const std::filesystem::path &path) const;
     /// The directory as it is listed: name, size, path.
     const CleanFileInfo &rootItem() const { return m_rootItem; }
     /// What the rows' sizes are parts of, by the measure of the chart.

@@ -1,3 +1,4 @@
+#include "support/ChildProcess.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
@@ -9,7 +10,6 @@
 #include <QProcess>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace brightsweep {
 namespace {
@@ -210,15 +210,9 @@ TEST(UsageCommand, SaysWhatItCouldNotRead) {
     tree.mode("closed", 0);
     std::filesystem::permissions(tree.top().parent_path(), std::filesystem::perms(0711));
     for (const char *mode : {"--rings", "--list"}) {
-        QProcess process;
-        process.setChildProcessModifier([] {
-            if (::geteuid() == 0) [[maybe_unused]]
-                const int done = ::setuid(65534);
-        });
-        process.start(QStringLiteral(BRIGHTSWEEP_CLI),
-                      {QStringLiteral("usage"), text(tree.top()), QLatin1String(mode)});
-        ASSERT_TRUE(process.waitForFinished());
-        EXPECT_TRUE(process.readAllStandardError().contains("closed")) << mode;
+        const auto ran = test::runProgram({BRIGHTSWEEP_CLI, "usage", tree.top(), mode}, {},
+                                          test::RunAs::Unprivileged);
+        EXPECT_NE(ran.errors.find("closed"), std::string::npos) << mode;
     }
     tree.mode("closed", 0755);
 }

@@ -156,11 +156,12 @@ void ResultView::fitColumns() {
     }
 }
 
-void ResultView::paintEvent(QPaintEvent *event) {
-    QTreeView::paintEvent(event);
-    // Other widgets are not for the midst of painting.
-    if (hasNoMatch() == m_empty->isHidden())
-        QMetaObject::invokeMethod(this, &ResultView::sayEmpty, Qt::QueuedConnection);
+void ResultView::setModel(QAbstractItemModel *model) {
+    QTreeView::setModel(model);
+    connect(model, &QAbstractItemModel::modelReset, this, &ResultView::sayEmpty);
+    connect(model, &QAbstractItemModel::layoutChanged, this, &ResultView::sayEmpty);
+    connect(model, &QAbstractItemModel::rowsInserted, this, &ResultView::sayEmpty);
+    connect(model, &QAbstractItemModel::rowsRemoved, this, &ResultView::sayEmpty);
 }
 
 void ResultView::sayEmpty() {
@@ -319,7 +320,7 @@ void OutlineView::followFilter() {
         m_openBefore = std::move(open);
     else if (!isFiltered)
         m_openBefore.reset();
-    viewport()->update();
+    sayEmpty();
 }
 
 bool OutlineView::hasNoMatch() const {

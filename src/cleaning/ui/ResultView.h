@@ -29,6 +29,7 @@ public:
     CheckHeader &checkHeader() { return *m_header; }
     /// After a scan, which lists in its own order.
     void sortAgain();
+    void setModel(QAbstractItemModel *model) override;
 
 protected:
     ResultView(const ResultRowForm &form, QWidget *parent);
@@ -47,7 +48,6 @@ protected:
     void setList(QAbstractItemModel *list);
     void returnTo(const QModelIndex &row);
 
-    void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
@@ -68,13 +68,15 @@ protected:
     /// More for the menu of an item.
     virtual void addActions(QMenu &, const QModelIndex &) {}
     void copyPaths() const;
+    /// Says so where hasNoMatch() holds. After each change of the model, and whatever else it
+    /// depends on.
+    void sayEmpty();
 
     CheckHeader *m_header;
     ResultRowDelegate *m_delegate;
 
 private:
     void fitColumns();
-    void sayEmpty();
 
     EmptyState *const m_empty;
     const int m_pathRole;

@@ -3,7 +3,6 @@
 #include "core/RowWords.h"
 #include "core/Texts.h"
 #include "diskusage/V4DiskUsageViewController.h"
-#include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
 #include "removal/RemovalReason.h"
 #include "ui/FocusFrame.h"
@@ -184,15 +183,9 @@ QRect BigSizeFilesListView::markOf(const QModelIndex &index) const {
 }
 
 void BigSizeFilesListView::light(const std::string &path) {
-    int lit = -1;
-    const std::string folder = paths::withTrailingSlash(m_page.currentPath().native());
-    if (path.size() > folder.size() && path.starts_with(folder)) {
-        // What is found may lie deeper: its folder in this list is lit.
-        const auto &rows = m_model->rows();
-        const auto end = path.find('/', folder.size());
-        const std::size_t row = rows.find(path.substr(folder.size(), end - folder.size()));
-        lit = row < rows.size() ? int(row) : -1;
-    }
+    // What is found may lie deeper: its folder in this list is lit.
+    const std::size_t row = m_page.rowOf(path);
+    const int lit = row < m_model->rows().size() ? int(row) : -1;
     if (lit == m_lit)
         return;
     m_lit = lit;

@@ -166,11 +166,9 @@ void DiskUsageResultsPanel::showMenu(const std::filesystem::path &path, bool isF
         menu->addAction(
             localizedText(isTicked ? QT_TRID_NOOP("USAGE_UNTICK") : QT_TRID_NOOP("USAGE_TICK")),
             &m_page, [this, path, isTicked] {
-                const auto &rows = m_page.allShowListArr();
-                const std::size_t row = paths::parent(path) == m_page.currentPath()
-                                            ? rows.find(paths::lastComponent(path))
-                                            : rows.size();
-                if (row < rows.size())
+                const std::size_t row = m_page.rowOf(path);
+                if (paths::parent(path) == m_page.currentPath() &&
+                    row < m_page.allShowListArr().size())
                     m_page.colorButtonAction(row);
                 else
                     m_page.togglePath(path);

@@ -9,6 +9,7 @@
 #include "diskusage/ui/FileBrowserView.h"
 #include "diskusage/ui/SelectFilesSheet.h"
 #include "diskusage/ui/UsagePathControl.h"
+#include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
 #include "ui/FolderChoice.h"
 #include "ui/ImageProvider.h"
@@ -223,13 +224,10 @@ void DiskUsageResultsPanel::bindChart() {
             });
     connect(m_chart, &CustomOpenGLView::menuRequested, this, [this](const QPoint &place) {
         const auto found = m_page.openGLView().foundFacts();
-        std::string path =
+        const std::string path =
             found.path.empty() ? m_page.openGLView().currentFacts().path : found.path;
-        if (path.empty())
-            return;
-        if (path.size() > 1)
-            path.pop_back();
-        showMenu(path, true, place);
+        if (!path.empty())
+            showMenu(paths::withoutTrailingSlashes(path), true, place);
     });
     connect(m_browser, &FileBrowserView::menuRequested, this,
             [this](const std::filesystem::path &path, bool isFolder, const QPoint &place) {

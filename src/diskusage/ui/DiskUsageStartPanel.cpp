@@ -62,14 +62,9 @@ DiskUsageStartPanel::DiskUsageStartPanel(DiskUsageAppController &controller, QWi
       m_placeRows(new QVBoxLayout(m_places)) {
     m_placeRows->setContentsMargins(0, 0, 0, 0);
     m_placeRows->setSpacing(2 * theme::grid);
-    auto *const scroll = new QScrollArea(this);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
+    auto *const scroll = makeScroll(m_places, this);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->viewport()->setAutoFillBackground(false);
-    scroll->setWidget(m_places);
-    m_places->setAutoFillBackground(false);
     theme::keep(scroll, [scroll] { scroll->setFixedWidth(theme::height(placesWidth)); });
 
     auto *const right = new QVBoxLayout;

@@ -1,4 +1,4 @@
-#include "diskusage/BigSizeFilesList.h"
+#include "diskusage/BigSizeFilesRows.h"
 
 #include "foundation/SaturatingSum.h"
 
@@ -50,7 +50,6 @@ BigSizeFilesList BigSizeFilesRows::operator[](std::size_t row) const {
     result.aFileInfo = (*m_listing)[item];
     result.isSelected = m_isTicked(result.aFileInfo.path);
     result.isDir = result.aFileInfo.isDirectory;
-    result.listTag = std::int32_t(row);
     result.shownBytes = shownBytes(item);
     if (item < m_refusals.size())
         result.refusal = m_refusals[item];
@@ -65,11 +64,11 @@ std::size_t BigSizeFilesRows::find(std::string_view name) const {
 }
 
 std::uint64_t BigSizeFilesRows::smallBytes() const {
-    return m_measure == ChartMeasure::Stored ? m_smallStored : m_smallBytes;
+    return bytesBy(m_measure, m_smallBytes, m_smallStored);
 }
 
 std::uint64_t BigSizeFilesRows::shownBytes(std::size_t item) const {
-    return m_measure == ChartMeasure::Stored ? m_listing->stored(item) : m_listing->bytes(item);
+    return bytesBy(m_measure, m_listing->bytes(item), m_listing->stored(item));
 }
 
 } // namespace brightsweep

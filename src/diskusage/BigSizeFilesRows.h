@@ -16,7 +16,6 @@ struct BigSizeFilesList {
     CleanFileInfo aFileInfo;
     bool isSelected = false;
     bool isDir = false;
-    std::int32_t listTag = 0;
     std::uint64_t shownBytes = 0; ///< by the measure of the chart
     std::error_code refusal;      ///< why no removal would take it, as far as that is known
 };

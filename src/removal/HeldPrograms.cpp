@@ -1,4 +1,4 @@
-#include "diskusage/HeldPrograms.h"
+#include "removal/HeldPrograms.h"
 
 #include "platform/FileHolders.h"
 #include "platform/Platform.h"
