@@ -66,6 +66,8 @@ struct Command {
     /// Adds the command's own options and positional arguments.
     void (*configure)(QCommandLineParser &parser);
     int (*run)(const QCommandLineParser &parser, Output &output);
+    /// A positional argument may be a number below zero. No option of the command takes a value.
+    bool takesNegativeNumbers = false;
 };
 
 /// The exact bytes of an option's value or of a positional argument.

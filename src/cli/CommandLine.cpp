@@ -82,32 +82,30 @@ const char *commandName(int argc, char **argv) {
     return nullptr;
 }
 
-bool isNegativeNumber(std::string_view argument) {
-    return argument.size() > 1 && argument[0] == '-' &&
-           (argument[1] == '.' || (argument[1] >= '0' && argument[1] <= '9'));
+bool isNegativeNumber(const QString &text) {
+    return text.size() > 1 && text[0] == QLatin1Char('-') &&
+           (text[1] == QLatin1Char('.') || text[1].isDigit());
 }
 
-// One character for each byte, so that a path comes through the parser whole. A number below zero
-// is no option, unless one stands before it that may take it.
-QStringList argumentTexts(int argc, char **argv, const char *command) {
-    const QString endOfOptions = QStringLiteral("--");
+// One character for each byte, so that a path comes through the parser whole.
+QStringList argumentTexts(int argc, char **argv, const char *name, const Command *command) {
     QStringList texts;
-    QStringList numbers;
     for (int i = 0; i < argc; ++i) {
-        const QString text = QString::fromLatin1(argv[i]);
-        if (i > 0 && argv[i] == command)
-            continue;
-        if (i > 0 && isNegativeNumber(argv[i]) && argv[i - 1][0] != '-' &&
-            !texts.contains(endOfOptions))
-            numbers += text;
-        else
-            texts += text;
+        if (!command || argv[i] != name)
+            texts += QString::fromLatin1(argv[i]);
     }
-    if (numbers.isEmpty())
+    if (!command || !command->takesNegativeNumbers)
         return texts;
-    if (!texts.contains(endOfOptions))
-        texts += endOfOptions;
-    return texts + numbers;
+    // Its options take no value, so they can stand before the mark behind which none is looked for.
+    const QString endOfOptions = QStringLiteral("--");
+    auto end = std::find(texts.begin() + 1, texts.end(), endOfOptions);
+    if (end != texts.end())
+        end = texts.erase(end);
+    const auto arguments = std::stable_partition(texts.begin() + 1, end, [](const QString &text) {
+        return text.size() > 1 && text[0] == QLatin1Char('-') && !isNegativeNumber(text);
+    });
+    texts.insert(arguments, endOfOptions);
+    return texts;
 }
 
 // Qt's own text would begin with the path of the program.
@@ -161,7 +159,7 @@ int runCommandLine(int argc, char **argv) {
         parser.setApplicationDescription(QString::fromUtf8(command->summary));
         command->configure(parser);
     }
-    const bool understood = parser.parse(argumentTexts(argc, argv, command ? name : nullptr));
+    const bool understood = parser.parse(argumentTexts(argc, argv, name, command));
     if (understood && parser.isSet(QStringLiteral("version")))
         return output.data(std::string("brightsweep ") + programVersion + "\n") ? Done : Failed;
     if (understood && parser.isSet(QStringLiteral("help")))

@@ -292,6 +292,10 @@ int run(const QCommandLineParser &parser, Output &output) {
 
 } // namespace
 
-const Command settingsCommand = {"settings", "Shows and changes the settings", configure, run};
+const Command settingsCommand = {.name = "settings",
+                                 .summary = "Shows and changes the settings",
+                                 .configure = configure,
+                                 .run = run,
+                                 .takesNegativeNumbers = true};
 
 } // namespace brightsweep::cli
