@@ -71,8 +71,6 @@ std::string Output::emphasised(std::string_view text) const {
 void Table::row(std::vector<std::string> cells) {
     for (std::string &cell : cells)
         cell = shown(cell);
-    for (const auto &[column, width] : m_limits)
-        cells[column] = cutToWidth(cells[column], width);
     m_rows.push_back(std::move(cells));
 }
 

@@ -2,7 +2,6 @@
 
 #include <QCommandLineParser>
 
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,14 +46,11 @@ private:
 class Table {
 public:
     explicit Table(std::vector<bool> rightAligned) : m_right(std::move(rightAligned)) {}
-    /// Cells of that column are cut where they are wider; before any row.
-    void limit(std::size_t column, std::size_t width) { m_limits[column] = width; }
     void row(std::vector<std::string> cells);
     std::string text() const;
 
 private:
     std::vector<bool> m_right;
-    std::map<std::size_t, std::size_t> m_limits;
     std::vector<std::vector<std::string>> m_rows;
 };
 

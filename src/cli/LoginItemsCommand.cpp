@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 #include "cli/JsonWriter.h"
+#include "cli/TextWidth.h"
 #include "core/LaunchAtLogin.h"
 #include "core/UKLoginItemRegistry.h"
 #include "foundation/Identity.h"
@@ -105,10 +106,10 @@ std::string stateOf(const LoginItemEntry &entry) {
 
 std::string listAsTable(const std::vector<LoginItem> &items, Output &output) {
     Table table({true, false, false, false, false});
-    table.limit(2, mostNameWidth);
     table.row({"Index", "State", "Name", "File", "Starts"});
     const auto row = [&](std::string index, const LoginItemEntry &entry) {
-        table.row({std::move(index), stateOf(entry), nameOf(entry), entry.file,
+        const std::string name = paths::display(nameOf(entry)).toStdString();
+        table.row({std::move(index), stateOf(entry), cutToWidth(name, mostNameWidth), entry.file,
                    startedBy(entry).toStdString()});
     };
     for (std::size_t index = 0; index < items.size(); ++index)
