@@ -3,7 +3,6 @@
 #include "cli/TextWidth.h"
 #include "core/LaunchAtLogin.h"
 #include "core/UKLoginItemRegistry.h"
-#include "foundation/Identity.h"
 #include "foundation/Paths.h"
 #include "loginitems/LoginItemWords.h"
 #include "platform/Platform.h"
@@ -190,7 +189,7 @@ std::error_code carryOut(Act act, const Choice &choice) {
         return UKLoginItemRegistry::setHidden(choice.file, act == Act::Hide);
     const std::error_code error = UKLoginItemRegistry::removeLoginItemWithFile(choice.file);
     // The program's own entry and its flag go together.
-    if (!error && choice.file == std::string(bundleIdentifier) + ".desktop")
+    if (!error && choice.file == LaunchAtLogin::ownFile())
         LaunchAtLogin::writeFileOfLaunchAppWhenLogin(QStringLiteral("0"));
     return error;
 }

@@ -59,17 +59,14 @@ private:
     std::function<void()> m_work;
 };
 
-std::string ownFile() {
-    return std::string(bundleIdentifier) + ".desktop";
-}
-
 std::optional<bool> isStarted(const std::filesystem::path &program) {
     const auto items = UKLoginItemRegistry::allLoginItems();
     if (!items)
         return {};
     return std::any_of(items->begin(), items->end(), [&](const LoginItem &item) {
-        return (item.entry.path == program || item.entry.file == ownFile()) && !item.hidden &&
-               !item.entry.missing && item.entry.obstacle == LoginItemObstacle::None;
+        return (item.entry.path == program || item.entry.file == LaunchAtLogin::ownFile()) &&
+               !item.hidden && !item.entry.missing &&
+               item.entry.obstacle == LoginItemObstacle::None;
     });
 }
 
@@ -184,6 +181,10 @@ QString LaunchAtLogin::problem() {
 std::filesystem::path LaunchAtLogin::ownProgram() {
     const QByteArray folder = QFile::encodeName(QCoreApplication::applicationDirPath());
     return paths::join(folder.toStdString(), "brightsweep");
+}
+
+std::string LaunchAtLogin::ownFile() {
+    return std::string(bundleIdentifier) + ".desktop";
 }
 
 } // namespace brightsweep

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 #include <system_error>
 
 namespace brightsweep {
@@ -54,6 +55,8 @@ public:
 
     /// The path of the window's program, beside the one that runs.
     static std::filesystem::path ownProgram();
+    /// The name of the file of its entry, where this program made that.
+    static std::string ownFile();
 };
 
 } // namespace brightsweep
