@@ -147,12 +147,12 @@ QString CleanMemoryController::pressureText() const {
 }
 
 QString CleanMemoryController::exactnessText() const {
-    if (!m_unreadShares)
+    if (!m_shareCounts)
         return localizedText("PROGRAMS_ESTIMATED");
-    if (!m_hasExactShare)
-        return localizedText("PROGRAMS_NOT_EXACT", *m_unreadShares);
-    return *m_unreadShares == 0 ? localizedText("PROGRAMS_EXACT")
-                                : localizedText("PROGRAMS_EXACT_BUT", *m_unreadShares);
+    if (m_shareCounts->exact == 0)
+        return localizedText("PROGRAMS_NOT_EXACT", m_shareCounts->unread);
+    return m_shareCounts->unread == 0 ? localizedText("PROGRAMS_EXACT")
+                                      : localizedText("PROGRAMS_EXACT_BUT", m_shareCounts->unread);
 }
 
 // -- What is read while the page is shown
@@ -176,7 +176,7 @@ void CleanMemoryController::readDetails() {
 
 void CleanMemoryController::readPrograms() {
     m_ticksToPrograms = programsEvery - 1;
-    m_unreadShares.reset();
+    m_shareCounts.reset();
     m_programs = largestPrograms(
         Platform::current().memory->processes(ProcessReading::Quick, nullptr), programCount);
     Q_EMIT programsChanged();
@@ -200,9 +200,9 @@ void CleanMemoryController::sharesRead() {
     const auto shares = std::exchange(m_exactShares, {});
     if (!shares.empty()) {
         m_programs = largestPrograms(shares, programCount);
-        m_unreadShares = std::size_t(std::count_if(
-            shares.begin(), shares.end(), [](const auto &process) { return !process.isExact; }));
-        m_hasExactShare = *m_unreadShares < shares.size();
+        const auto exact = std::size_t(std::count_if(
+            shares.begin(), shares.end(), [](const auto &process) { return process.isExact; }));
+        m_shareCounts = ShareCounts{exact, shares.size() - exact};
         m_ticksOfExactShares = exactSharesStay;
     }
     Q_EMIT programsChanged();

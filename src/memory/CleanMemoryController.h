@@ -129,8 +129,11 @@ private:
     std::vector<ProgramMemory> m_programs;
     std::vector<ProcessMemory> m_exactShares;
     std::shared_ptr<ThreadWorker> m_worker;
-    std::optional<std::size_t> m_unreadShares; ///< set while exact shares are on show
-    bool m_hasExactShare = false;
+    struct ShareCounts {
+        std::size_t exact = 0;  ///< processes whose share was read
+        std::size_t unread = 0; ///< those whose share is an estimate
+    };
+    std::optional<ShareCounts> m_shareCounts; ///< set while exact shares are on show
     int m_ticksToPrograms = 0;
     int m_ticksOfExactShares = 0;
     bool m_shown = false;

@@ -26,7 +26,6 @@ std::vector<ProgramMemory> largestPrograms(const std::vector<ProcessMemory> &pro
             program.program = process.program;
         }
         program.application = process.application;
-        program.isExact = process.isExact && (program.processes == 0 || program.isExact);
         program.bytes += process.own;
         group.mostShared = std::max(group.mostShared, process.shared);
         ++program.processes;

@@ -15,7 +15,6 @@ struct ProgramMemory {
     std::string program;     ///< the name of the executable of its largest process, in bytes
     std::size_t processes = 0;
     std::uint64_t bytes = 0;
-    bool isExact = false; ///< the share of every one of its processes is exact
 };
 
 /// The programs that hold most, largest first. Processes of one application are one program, and so
