@@ -20,12 +20,33 @@ enum class LoginItemObstacle {
     NotApplication, ///< it is of another type
     Unreadable,     ///< its file cannot be read
     NotExecutable,  ///< what it names as its program or its condition is none that the user may run
-    // What the readers of some sessions refuse or take otherwise.
-    NotUtf8,
-    ByteOrderMark,
-    BadLine,   ///< one that is no key, or no truth value where one has to be
-    TwoValues, ///< of one key
+    NotUtf8,        ///< systemd's generator refuses the file
+    ByteOrderMark,  ///< GLib refuses it
+    BadLine,        ///< no key, or no truth value where one has to be: one of the two refuses it
+    TwoValues,      ///< of one key; systemd's generator takes the first, GLib the last
 };
+
+/// True for what is wrong with the entry's text: sessions differ on such an entry; most start it.
+constexpr bool isFlaw(LoginItemObstacle obstacle) {
+    switch (obstacle) {
+        using enum LoginItemObstacle;
+    case NotUtf8:
+    case ByteOrderMark:
+    case BadLine:
+    case TwoValues:
+        return true;
+    case None:
+    case OtherDesktop:
+    case NotThisDesktop:
+    case TryExecMissing:
+    case NoCommand:
+    case NotApplication:
+    case Unreadable:
+    case NotExecutable:
+        break;
+    }
+    return false;
+}
 
 /// One program that starts with the user's session.
 struct LoginItemEntry {

@@ -1,11 +1,11 @@
 #include "platform/linux/AutostartEntry.h"
 
-#include "foundation/DesktopEntryFlaw.h"
 #include "foundation/DesktopEntryText.h"
 #include "foundation/FileDescriptor.h"
 #include "foundation/Identity.h"
 #include "foundation/Paths.h"
 #include "platform/linux/DesktopEntries.h"
+#include "platform/linux/DesktopEntryFlaw.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -105,20 +105,6 @@ bool isNoProgram(const std::string &name) {
     return name.starts_with('/') && isThere(systemPath(name)) && findProgram(name).empty();
 }
 
-LoginItemObstacle obstacleOf(DesktopEntryFlaw::Kind kind) {
-    switch (kind) {
-    case DesktopEntryFlaw::Kind::NotUtf8:
-        return LoginItemObstacle::NotUtf8;
-    case DesktopEntryFlaw::Kind::ByteOrderMark:
-        return LoginItemObstacle::ByteOrderMark;
-    case DesktopEntryFlaw::Kind::BadLine:
-        return LoginItemObstacle::BadLine;
-    case DesktopEntryFlaw::Kind::TwoValues:
-        break;
-    }
-    return LoginItemObstacle::TwoValues;
-}
-
 void judge(const DesktopEntry &entry, const AutostartSession &session, LoginItemEntry &item) {
     using enum LoginItemObstacle;
     const auto set = [&](LoginItemObstacle obstacle, std::string detail = {}) {
@@ -142,7 +128,7 @@ void judge(const DesktopEntry &entry, const AutostartSession &session, LoginItem
     else if (entry.has(entryUrlKey) && !item.missing && findProgram(command->front()).empty())
         set(TryExecMissing, command->front()); // what opens a document
     else if (auto flaw = flawOf(entry.text()))
-        set(obstacleOf(flaw->kind), std::move(flaw->detail));
+        set(flaw->obstacle, std::move(flaw->detail));
 }
 
 } // namespace

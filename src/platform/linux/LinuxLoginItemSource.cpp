@@ -182,11 +182,6 @@ std::string completed(std::string text, const DesktopEntry &systems) {
     return text;
 }
 
-// Sessions differ on such an entry; most start it.
-bool isFlaw(LoginItemObstacle obstacle) {
-    return obstacle >= LoginItemObstacle::NotUtf8;
-}
-
 // The window's program that belongs to the one that runs.
 bool isOwnProgram(const fs::path &path) {
     std::error_code error;

@@ -1,4 +1,4 @@
-#include "foundation/DesktopEntryFlaw.h"
+#include "platform/linux/DesktopEntryFlaw.h"
 
 #include "foundation/DesktopEntryGrammar.h"
 #include "foundation/Paths.h"
@@ -27,7 +27,7 @@ bool isOneOf(const std::array<std::string_view, Count> &table, std::string_view 
 } // namespace
 
 std::optional<DesktopEntryFlaw> flawOf(std::string_view text) {
-    using enum DesktopEntryFlaw::Kind;
+    using enum LoginItemObstacle;
     if (text.starts_with(byteOrderMark))
         return DesktopEntryFlaw{ByteOrderMark, {}};
     std::map<std::string_view, std::string_view> values;

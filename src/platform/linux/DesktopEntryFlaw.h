@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/LoginItemSource.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace brightsweep {
+
+/// What readers that are stricter than DesktopEntry make of a desktop entry's text.
+struct DesktopEntryFlaw {
+    LoginItemObstacle obstacle = LoginItemObstacle::None; ///< one that isFlaw()
+    std::string detail{};                                 ///< the line, or the key
+};
+
+/// The first flaw of the text, nothing where every reader takes it alike. Comments may hold any
+/// bytes.
+std::optional<DesktopEntryFlaw> flawOf(std::string_view text);
+
+} // namespace brightsweep
