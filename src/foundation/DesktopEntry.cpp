@@ -1,6 +1,7 @@
 #include "foundation/DesktopEntry.h"
 
 #include "foundation/DesktopEntryGrammar.h"
+#include "foundation/Trimmed.h"
 
 #include <algorithm>
 #include <array>
@@ -12,7 +13,6 @@ namespace {
 
 using desktopEntry::byteOrderMark;
 using desktopEntry::mainGroup;
-using desktopEntry::trimmed;
 
 std::string unescaped(std::string_view value) {
     constexpr std::string_view letters = "sntr\\";

@@ -1,6 +1,7 @@
 #include "foundation/DesktopEntryText.h"
 
 #include "foundation/DesktopEntryGrammar.h"
+#include "foundation/Trimmed.h"
 
 #include <algorithm>
 
@@ -10,7 +11,6 @@ namespace {
 
 using desktopEntry::byteOrderMark;
 using desktopEntry::mainGroup;
-using desktopEntry::trimmed;
 
 std::string quoted(std::string_view word) {
     std::string text = "\"";

@@ -1,6 +1,7 @@
 #include "linux/DpkgDatabase.h"
 
 #include "foundation/FileDescriptor.h"
+#include "foundation/Trimmed.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -24,12 +25,6 @@ struct Close {
     void operator()(DIR *stream) const { ::closedir(stream); }
 };
 using Folder = std::unique_ptr<DIR, Close>;
-
-std::string_view trimmed(std::string_view text) {
-    const auto begin = text.find_first_not_of(" \t\r");
-    return begin == text.npos ? std::string_view()
-                              : text.substr(begin, text.find_last_not_of(" \t\r") - begin + 1);
-}
 
 // The fields of one package that are read.
 struct Stanza {

@@ -1,5 +1,7 @@
 #include "linux/ToolWords.h"
 
+#include "foundation/Trimmed.h"
+
 #include <algorithm>
 #include <vector>
 
@@ -21,13 +23,6 @@ constexpr Mark marks[] = {
     {"Error:", Which::First},      {"Failed to ", Which::First},
     {"Problem: ", Which::First},   {"RPMDB already locked by", Which::First},
 };
-
-std::string_view trimmed(std::string_view line) {
-    constexpr std::string_view blanks = " \t\r";
-    const auto begin = line.find_first_not_of(blanks);
-    return begin == line.npos ? std::string_view()
-                              : line.substr(begin, line.find_last_not_of(blanks) - begin + 1);
-}
 
 // A carriage return ends a line as well: what follows takes its place on a terminal.
 std::vector<std::string_view> linesOf(std::string_view text) {

@@ -2,6 +2,7 @@
 
 #include "foundation/DesktopEntryGrammar.h"
 #include "foundation/Paths.h"
+#include "foundation/Trimmed.h"
 
 #include <algorithm>
 #include <array>
@@ -13,7 +14,6 @@ namespace {
 
 using desktopEntry::byteOrderMark;
 using desktopEntry::mainGroup;
-using desktopEntry::trimmed;
 
 // The keys that decide what starts.
 constexpr std::array<std::string_view, 4> decisiveKeys = {"Exec", "Path", "TryExec", "Type"};

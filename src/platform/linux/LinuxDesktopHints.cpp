@@ -3,6 +3,7 @@
 #include "foundation/Identity.h"
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
+#include "foundation/Trimmed.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
@@ -59,12 +60,6 @@ QVariant valueOf(const std::map<QString, QVariantMap> &values, const Key &key) {
 bool isZero(const QVariant &value) {
     bool isNumber = false;
     return value.toDouble(&isNumber) == 0 && isNumber;
-}
-
-std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(" \t\r");
-    return first == text.npos ? std::string_view()
-                              : text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "foundation/LastError.h"
 #include "foundation/SmallFile.h"
+#include "foundation/Trimmed.h"
 
 #include <sys/utsname.h>
 #include <unistd.h>
@@ -17,13 +18,6 @@ using Value = Result<std::string>;
 
 std::string eightBytes(std::uint64_t number) {
     return {reinterpret_cast<const char *>(&number), sizeof number};
-}
-
-std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(" \t\n");
-    if (first == text.npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(" \t\n") - first + 1);
 }
 
 template <std::size_t N>
