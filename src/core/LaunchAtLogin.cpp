@@ -1,6 +1,6 @@
 #include "core/LaunchAtLogin.h"
 
-#include "core/Operation.h"
+#include "core/FunctionOperation.h"
 #include "core/OperationQueue.h"
 #include "core/SettingKeys.h"
 #include "core/Texts.h"
@@ -46,19 +46,6 @@ std::unique_ptr<Known> &known() {
     return *it;
 }
 
-class Work final : public Operation {
-public:
-    explicit Work(std::function<void()> work) : m_work(std::move(work)) {}
-
-    void main() override {
-        if (!isCancelled())
-            m_work();
-    }
-
-private:
-    std::function<void()> m_work;
-};
-
 std::optional<bool> isStarted(const std::filesystem::path &program) {
     const auto items = UKLoginItemRegistry::allLoginItems();
     if (!items)
@@ -79,7 +66,7 @@ void ask(const std::filesystem::path &program, std::optional<bool> wanted = {}) 
     ++now.asked;
     now.changes += wanted ? 1 : 0;
     now.wanted = wanted.value_or(now.wanted);
-    now.queue.addOperation(std::make_shared<Work>([&now, program, wanted] {
+    now.queue.addOperation(std::make_shared<FunctionOperation>([&now, program, wanted] {
         std::error_code problem;
         if (wanted)
             problem = LaunchAtLogin::renewEntry(*wanted, program);

@@ -1,6 +1,6 @@
 #include "loginitems/LoginItemController.h"
 
-#include "core/Operation.h"
+#include "core/FunctionOperation.h"
 #include "core/Texts.h"
 #include "foundation/Identity.h"
 #include "foundation/Paths.h"
@@ -19,24 +19,6 @@ namespace {
 
 // What an item whose file is gone is called in some lists.
 constexpr QLatin1String missingName("msng");
-
-class Work final : public Operation {
-public:
-    Work(std::function<void()> work, std::function<void()> then, CallQueue &calls)
-        : m_work(std::move(work)), m_then(std::move(then)), m_calls(calls) {}
-
-    void main() override {
-        if (isCancelled())
-            return;
-        m_work();
-        m_calls.post(std::move(m_then));
-    }
-
-private:
-    std::function<void()> m_work;
-    std::function<void()> m_then;
-    CallQueue &m_calls;
-};
 
 LoginItemSource &source() {
     return *Platform::current().loginItems;
@@ -70,14 +52,17 @@ LoginItemController::~LoginItemController() = default;
 void LoginItemController::run(std::function<void()> work, std::function<void()> then) {
     if (m_waiting++ == 0)
         Q_EMIT waitingChanged(true);
-    m_queue.addOperation(std::make_shared<Work>(
-        std::move(work),
-        [this, then = std::move(then)] {
-            then();
-            if (--m_waiting == 0)
-                Q_EMIT waitingChanged(false);
-        },
-        m_calls));
+    auto ended = [this, then = std::move(then)] {
+        then();
+        if (--m_waiting == 0)
+            Q_EMIT waitingChanged(false);
+    };
+    m_queue.addOperation(std::make_shared<FunctionOperation>(
+        [this, work = std::move(work), ended = std::move(ended)]() mutable {
+            work();
+            // No copy is left: what it holds goes on the main thread.
+            m_calls.post(std::move(ended));
+        }));
 }
 
 // -- The list
