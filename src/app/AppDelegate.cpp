@@ -116,11 +116,6 @@ void AppDelegate::handleSetting(const Notification &notification) {
 
 void AppDelegate::handleLaunchAtLogin(const Notification &) {
     m_menu.setChecked(MenuAction::LaunchAtLogin, LaunchAtLogin::isOn());
-    if (!m_asksForLaunch || !LaunchAtLogin::isIdle())
-        return;
-    m_asksForLaunch = false;
-    if (const QString problem = LaunchAtLogin::problem(); !problem.isEmpty())
-        Q_EMIT alertRequested(problem);
 }
 
 void AppDelegate::addMainFuction() {
@@ -269,8 +264,10 @@ void AppDelegate::runAsMain() {
 void AppDelegate::launchAppWhenLogin(int state) {
     const int wanted = state == 0 ? 1 : 0;
     m_menu.setChecked(MenuAction::LaunchAtLogin, wanted == 1);
-    m_asksForLaunch = true;
-    LaunchAtLogin::launchAppWhenLogin(wanted);
+    LaunchAtLogin::launchAppWhenLogin(wanted, [this](const QString &problem) {
+        if (!problem.isEmpty())
+            Q_EMIT alertRequested(problem);
+    });
 }
 
 void AppDelegate::menuAction(MenuAction action) {

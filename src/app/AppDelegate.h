@@ -174,7 +174,6 @@ private:
     RunningInstance m_instance;
     SettingsWatch m_settingsWatch;
     LaunchAtLogin::Watch m_launchWatch;
-    bool m_asksForLaunch = false; ///< the menu has asked for a change that has not ended
     std::unique_ptr<WatchMountUnmount> watchMu;
     std::unique_ptr<AppController> m_mainWindow;
     std::unique_ptr<CleanWindow> clrSysController;

@@ -22,6 +22,7 @@
 #include <limits>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace brightsweep {
 
@@ -58,7 +59,8 @@ std::optional<bool> isStarted(const std::filesystem::path &program) {
 }
 
 // Changes the entry where that is wanted, and reads it.
-void ask(const std::filesystem::path &program, std::optional<bool> wanted = {}) {
+void ask(const std::filesystem::path &program, std::optional<bool> wanted = {},
+         std::function<void(const QString &problem)> ended = {}) {
     Known &now = *known();
     // What was asked for and has not begun sees all that has happened until now.
     if (!wanted && now.isReadingWanted.exchange(true))
@@ -66,24 +68,27 @@ void ask(const std::filesystem::path &program, std::optional<bool> wanted = {}) 
     ++now.asked;
     now.changes += wanted ? 1 : 0;
     now.wanted = wanted.value_or(now.wanted);
-    now.queue.addOperation(std::make_shared<FunctionOperation>([&now, program, wanted] {
-        std::error_code problem;
-        if (wanted)
-            problem = LaunchAtLogin::renewEntry(*wanted, program);
-        else
-            now.isReadingWanted = false;
-        const auto starts = isStarted(program);
-        now.calls.post([wanted, problem, starts] {
-            Known &then = *known();
-            --then.asked;
-            then.starts = starts;
-            if (wanted) {
-                --then.changes;
-                then.problem = problem;
-            }
-            NotificationCenter::defaultCenter().post(LaunchAtLoginDidChangeNotification);
-        });
-    }));
+    now.queue.addOperation(std::make_shared<FunctionOperation>(
+        [&now, program, wanted, ended = std::move(ended)]() mutable {
+            std::error_code problem;
+            if (wanted)
+                problem = LaunchAtLogin::renewEntry(*wanted, program);
+            else
+                now.isReadingWanted = false;
+            const auto starts = isStarted(program);
+            now.calls.post([wanted, problem, starts, ended = std::move(ended)] {
+                Known &then = *known();
+                --then.asked;
+                then.starts = starts;
+                if (wanted) {
+                    --then.changes;
+                    then.problem = problem;
+                }
+                NotificationCenter::defaultCenter().post(LaunchAtLoginDidChangeNotification);
+                if (ended)
+                    ended(LaunchAtLogin::problem());
+            });
+        }));
 }
 
 } // namespace
@@ -104,9 +109,10 @@ QString LaunchAtLogin::readeFileOfLaunchAppWhenLogin() {
     return QString::number(number == 0 && defaults.boolForKey(DSLoginCheckKey) ? 1 : number);
 }
 
-void LaunchAtLogin::launchAppWhenLogin(int state, const std::filesystem::path &program) {
+void LaunchAtLogin::launchAppWhenLogin(int state,
+                                       std::function<void(const QString &problem)> ended) {
     const auto &watched = known()->program;
-    ask(!program.empty() ? program : !watched.empty() ? watched : ownProgram(), state == 1);
+    ask(watched.empty() ? ownProgram() : watched, state == 1, std::move(ended));
     writeFileOfLaunchAppWhenLogin(QString::number(state));
 }
 

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <system_error>
@@ -25,10 +26,11 @@ public:
     /// The stored number as text.
     static QString readeFileOfLaunchAppWhenLogin();
 
-    /// Stores the state and renews or removes the entry of the program at that path; where it is
-    /// empty that of the watched one, else of this program. An entry that is there goes in either
-    /// case, so that one that stays is fresh.
-    static void launchAppWhenLogin(int state, const std::filesystem::path &program = {});
+    /// Stores the state and renews or removes the entry of the watched program, else of this one.
+    /// An entry that is there goes in either case, so that one that stays is fresh. `ended` is
+    /// called on the main thread with what problem() says then; not where the watch goes before.
+    static void launchAppWhenLogin(int state,
+                                   std::function<void(const QString &problem)> ended = {});
     /// True when every entry has been renewed or removed, and looked at.
     static bool isIdle();
     /// Renews or removes the entry alone, at once. Not for a thread that draws.

@@ -77,8 +77,10 @@ TEST_F(LoginItemRegistry, AsksASlowSourceSixtyOneTimes) {
 
 TEST_F(LoginItemRegistry, FlagStaysWhereTheEntryCannotBeHad) {
     items.fail("add", std::errc::no_space_on_device);
-    LaunchAtLogin::launchAppWhenLogin(1, "/program");
-    waitUntil([] { return LaunchAtLogin::isIdle(); });
+    QStringList problems;
+    LaunchAtLogin::launchAppWhenLogin(1, [&](const QString &problem) { problems += problem; });
+    waitUntil([&] { return !problems.isEmpty(); });
+    EXPECT_TRUE(problems.value(0).endsWith(QLatin1String("No space left on device")));
     EXPECT_TRUE(log.has("Couldn't add login item error 28") &&
                 log.has("Registry login item failed!!!"));
     const UserDefaults &defaults = UserDefaults::standardUserDefaults();
