@@ -33,8 +33,7 @@ struct Known {
     std::filesystem::path program;            // the watched one
     std::optional<bool> starts;               // as last read
     std::error_code problem;                  // of the last change
-    int asked = 0;                            // readings and changes under way
-    int changes = 0;                          // of them
+    int changes = 0;                          // under way
     bool wanted = false;                      // by the last change
     std::atomic<bool> isReadingWanted{false}; // one waits, that has not begun
     CallQueue calls;
@@ -65,7 +64,6 @@ void ask(const std::filesystem::path &program, std::optional<bool> wanted = {},
     // What was asked for and has not begun sees all that has happened until now.
     if (!wanted && now.isReadingWanted.exchange(true))
         return;
-    ++now.asked;
     now.changes += wanted ? 1 : 0;
     now.wanted = wanted.value_or(now.wanted);
     now.queue.addOperation(std::make_shared<FunctionOperation>(
@@ -78,7 +76,6 @@ void ask(const std::filesystem::path &program, std::optional<bool> wanted = {},
             const auto starts = isStarted(program);
             now.calls.post([wanted, problem, starts, ended = std::move(ended)] {
                 Known &then = *known();
-                --then.asked;
                 then.starts = starts;
                 if (wanted) {
                     --then.changes;
@@ -114,10 +111,6 @@ void LaunchAtLogin::launchAppWhenLogin(int state,
     const auto &watched = known()->program;
     ask(watched.empty() ? ownProgram() : watched, state == 1, std::move(ended));
     writeFileOfLaunchAppWhenLogin(QString::number(state));
-}
-
-bool LaunchAtLogin::isIdle() {
-    return known()->asked == 0;
 }
 
 std::error_code LaunchAtLogin::renewEntry(bool wanted, const std::filesystem::path &program) {

@@ -31,8 +31,6 @@ public:
     /// called on the main thread with what problem() says then; not where the watch goes before.
     static void launchAppWhenLogin(int state,
                                    std::function<void(const QString &problem)> ended = {});
-    /// True when every entry has been renewed or removed, and looked at.
-    static bool isIdle();
     /// Renews or removes the entry alone, at once. Not for a thread that draws.
     static std::error_code renewEntry(bool wanted, const std::filesystem::path &program);
 

@@ -171,13 +171,12 @@ TEST_F(Launch, LaunchAtLoginRenewsTheEntry) {
     launch();
     loginItems.become({{.file = "a", .path = "/other"}, {.file = "b", .path = "/opt/brightsweep"}});
     delegate->menu().activate(MenuAction::LaunchAtLogin);
-    EXPECT_TRUE(eventually([] { return LaunchAtLogin::isIdle(); }));
-    EXPECT_EQ(loginItems.calls(), (std::vector<std::string>{"remove b", "add /opt/brightsweep"}));
+    const std::vector<std::string> renewed = {"remove b", "add /opt/brightsweep"};
+    waitUntil([&] { return loginItems.calls() == renewed; });
     EXPECT_TRUE(delegate->menu().isChecked(MenuAction::LaunchAtLogin));
     EXPECT_EQ(UserDefaults::standardUserDefaults().integerForKey(DSLoginCheckKey), 1);
     delegate->menu().activate(MenuAction::LaunchAtLogin);
-    EXPECT_TRUE(eventually([] { return LaunchAtLogin::isIdle(); }));
-    EXPECT_EQ(loginItems.paths(), (std::vector<std::filesystem::path>{"/other"}));
+    waitUntil([&] { return loginItems.paths() == std::vector<std::filesystem::path>{"/other"}; });
     EXPECT_FALSE(delegate->menu().isChecked(MenuAction::LaunchAtLogin));
     EXPECT_EQ(UserDefaults::standardUserDefaults().integerForKey(DSLoginCheckKey), 0);
 }
@@ -209,23 +208,24 @@ TEST_F(Launch, LaunchAtLoginShowsWhatTheEntryIs) {
         })) << isOn;
     }
     for (const char *failing : {"add", "remove"}) {
+        alerts.clear();
         loginItems.fail(failing, std::errc::read_only_file_system, 1);
         delegate->menu().activate(MenuAction::LaunchAtLogin);
         const bool wanted = delegate->menu().isChecked(MenuAction::LaunchAtLogin);
-        EXPECT_TRUE(eventually([&] { return LaunchAtLogin::isIdle(); }));
+        waitUntil([&] { return !alerts.isEmpty(); });
         EXPECT_NE(delegate->menu().isChecked(MenuAction::LaunchAtLogin), wanted);
         EXPECT_TRUE(page.launchProblem().endsWith(QLatin1String("Read-only file system")));
         loginItems.become({{.file = own, .path = "/else"}});
         waitUntil([&] { return page.checkBoxBtn(); });
     }
-    EXPECT_EQ(alerts.size(), 2);
+    alerts.clear();
     loginItems.fail("items", std::errc::not_a_directory);
     loginItems.fail("add", std::errc::not_a_directory);
     loginItems.become({});
     delegate->menu().activate(MenuAction::LaunchAtLogin);
-    EXPECT_TRUE(eventually([] { return LaunchAtLogin::isIdle(); }));
+    waitUntil([&] { return alerts.size() == 1; });
     delegate->launchAppWhenLogin(0);
-    EXPECT_TRUE(eventually([] { return LaunchAtLogin::isIdle(); }));
+    waitUntil([&] { return alerts.size() == 2; });
     EXPECT_FALSE(page.checkBoxBtn()) << "nothing is known of the list";
 }
 
