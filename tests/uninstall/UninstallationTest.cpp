@@ -17,12 +17,6 @@ namespace {
 
 using namespace test;
 
-void giveTo(uid_t user, const std::filesystem::path &folder) {
-    ASSERT_EQ(::lchown(folder.c_str(), user, user), 0);
-    for (const auto &entry : std::filesystem::recursive_directory_iterator(folder))
-        ASSERT_EQ(::lchown(entry.path().c_str(), user, user), 0);
-}
-
 // Beyond what counts in nanoseconds reach.
 void dateFarAway(const std::filesystem::path &file) {
     const timespec time{10'000'000'000, 0};
@@ -212,7 +206,7 @@ TEST_F(UninstallationTest, WhatHoldsAnothersPartsGoesWholeOrNotAtAll) {
             if (keeps)
                 dateFarAway(home.file("Applications/Game/saves/1"));
             home.directory("Applications/Game/theirs");
-            giveTo(ordinaryUser, home.path("."));
+            home.own(".", ordinaryUser);
             home.mode("Applications/Game/locked", 0500);
             game.path = game.key = home.path("Applications/Game");
             if (*row.part)
@@ -242,7 +236,7 @@ TEST_F(UninstallationTest, WhatHoldsAnothersPartsGoesWholeOrNotAtAll) {
 TEST_F(UninstallationTest, WhatRightsDoNotReachStaysWhole) {
     TestTree system(TestEnvironment::current().system());
     system.directory("usr/share");
-    giveTo(ordinaryUser, system.path("."));
+    system.own(".", ordinaryUser);
     system.file("usr/share/Tool/file");
     InstalledApplication tool;
     tool.kind = ApplicationKind::Bundle;
