@@ -210,6 +210,7 @@ public:
     QString typeOf(const std::filesystem::path &) override { return {}; }
     Result<FileTime> created(const std::filesystem::path &) override { return unsupported; }
     bool isMissing(const std::string &) override { return false; }
+    bool mayLieOnAbsentVolume(const std::filesystem::path &) override { return false; }
     bool open(const std::filesystem::path &) override { return false; }
     bool reveal(const std::filesystem::path &) override { return false; }
 };

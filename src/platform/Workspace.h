@@ -28,6 +28,9 @@ public:
     /// True for a program, by its name or path, that is certainly not there: not where a volume
     /// belongs that is not mounted. Any thread.
     virtual bool isMissing(const std::string &program) = 0;
+    /// True for a path that leads to where a volume belongs that is not mounted: what is not found
+    /// there may well come back. Any thread.
+    virtual bool mayLieOnAbsentVolume(const std::filesystem::path &path) = 0;
     /// Opens the item with the user's default program for it; a folder in the file manager. Does
     /// not wait for that program; false where nothing can be started for the item.
     virtual bool open(const std::filesystem::path &path) = 0;

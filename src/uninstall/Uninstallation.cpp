@@ -291,7 +291,10 @@ Uninstallation::Item Uninstallation::removeItem(const Leftover &shown,
     ItemRemoval removal(&stop);
     if (!stop)
         outcome = removeAsShown(removal, shown, &stop);
-    return itemOf(shown, outcome);
+    Item item = itemOf(shown, outcome);
+    if (item.removed)
+        forgetKeptFolder(shown.path);
+    return item;
 }
 
 } // namespace brightsweep

@@ -117,6 +117,7 @@ public:
     QString typeOf(const std::filesystem::path &) override { return {}; }
     Result<FileTime> created(const std::filesystem::path &) override { return FileTime(); }
     bool isMissing(const std::string &) override { return false; }
+    bool mayLieOnAbsentVolume(const std::filesystem::path &) override { return false; }
     bool open(const std::filesystem::path &path) override {
         opened.push_back(path);
         return works;

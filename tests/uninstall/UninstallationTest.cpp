@@ -5,6 +5,7 @@
 #include "support/FakeApplicationSource.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
+#include "uninstall/KeptFolders.h"
 #include "uninstall/LeftBehind.h"
 #include "uninstall/RemovalPlanner.h"
 
@@ -181,6 +182,33 @@ TEST_F(UninstallationTest, AFolderKeepsWhatItsProgramWroteUnlessThatIsTicked) {
     EXPECT_TRUE(LeftBehind({}, {}).find().empty());
     home.directory("Applications/Game");
     EXPECT_TRUE(LeftBehind({}, {}).find().empty()) << "another folder of that name";
+}
+
+TEST_F(UninstallationTest, AKeptFolderIsForgottenOnlyWhereItHasCertainlyGone) {
+    TestTree system(TestEnvironment::current().system());
+    system.file("etc/fstab", "UUID=1 /srv/data ext4 noauto 0 0\n");
+    home.own(".", ordinaryUser);
+    const auto gone = home.directory("gone"), away = system.directory("srv/data/away"),
+               replaced = system.directory("srv/data/replaced"),
+               locked = home.directory("a/locked");
+    home.directory("next");
+    for (const auto &folder : {gone, away, replaced, locked})
+        noteKeptFolder(folder);
+    for (const auto &folder : {gone, away, replaced})
+        std::filesystem::rename(folder, folder.native() + " elsewhere");
+    std::filesystem::create_directory(replaced);
+    home.mode("a", 0);
+    {
+        const AsOrdinaryUser user;
+        ASSERT_TRUE(user);
+        EXPECT_TRUE(keptFolders().empty());
+        noteKeptFolder(home.path("next"));
+    }
+    home.mode("a", 0755);
+    std::filesystem::remove(replaced);
+    for (const auto &folder : {gone, away, replaced})
+        std::filesystem::rename(folder.native() + " elsewhere", folder);
+    EXPECT_EQ(keptFolders(), (std::vector{away, replaced, locked, home.path("next")}));
 }
 
 TEST_F(UninstallationTest, WhatHoldsAnothersPartsGoesWholeOrNotAtAll) {

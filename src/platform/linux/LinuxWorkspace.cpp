@@ -104,6 +104,10 @@ bool LinuxWorkspace::isMissing(const std::string &program) {
            !mayLieOnAbsentVolume(path);
 }
 
+bool LinuxWorkspace::mayLieOnAbsentVolume(const std::filesystem::path &path) {
+    return brightsweep::mayLieOnAbsentVolume(path);
+}
+
 bool LinuxWorkspace::open(const std::filesystem::path &path) {
     // An absolute path never reads as an option of the opener.
     if (!path.is_absolute() || !isThere(path))

@@ -23,6 +23,7 @@ public:
     QString typeOf(const std::filesystem::path &path) override;
     Result<FileTime> created(const std::filesystem::path &path) override;
     bool isMissing(const std::string &program) override;
+    bool mayLieOnAbsentVolume(const std::filesystem::path &path) override;
     bool open(const std::filesystem::path &path) override;
     bool reveal(const std::filesystem::path &path) override;
 
