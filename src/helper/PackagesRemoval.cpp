@@ -88,7 +88,7 @@ PackagesReply PackagesRemoval::run(const PackageRemoval &removal) const {
     PackagesReply reply;
     reply.words = output.text;
     const auto after = PackageDatabase::open({}, m_run);
-    const bool isBroken = !after || after->unfinished();
+    const bool isBroken = !after || !after->unfinished().empty();
     for (const std::string &name : removal.names) {
         const PackageRecord *record = after ? after->find(name) : nullptr;
         if (after && (!record || !record->isInstalled))

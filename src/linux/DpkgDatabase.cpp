@@ -81,24 +81,31 @@ std::string_view lastWord(std::string_view text) {
     return text.substr(text.rfind(' ') + 1);
 }
 
+constexpr std::string_view managersBreak = "The package manager was interrupted. ";
+constexpr std::string_view configure = "Run \"dpkg --configure -a\" as administrator first.";
+// Where configuring alone does not do it.
+constexpr std::string_view fix = "Run \"apt-get -f install\" as administrator first.";
+constexpr std::string_view reinstall = "Install it again as administrator first, with \"apt-get "
+                                       "install --reinstall\" and its name.";
+
 struct BrokenState {
     std::string_view word; ///< of the status
-    Mend mend;
+    std::string_view wayOut;
 };
 
 // The first that is found counts.
-constexpr BrokenState brokenStates[] = {{"reinstreq", Mend::Reinstall},
-                                        {"half-installed", Mend::Fix},
-                                        {"unpacked", Mend::Fix},
-                                        {"half-configured", Mend::Configure},
-                                        {"triggers-awaited", Mend::Configure},
-                                        {"triggers-pending", Mend::Configure}};
+constexpr BrokenState brokenStates[] = {{"reinstreq", reinstall},
+                                        {"half-installed", fix},
+                                        {"unpacked", fix},
+                                        {"half-configured", configure},
+                                        {"triggers-awaited", configure},
+                                        {"triggers-pending", configure}};
 
-Mend mendOf(std::string_view status) {
+std::string_view wayOutOf(std::string_view status) {
     const auto state =
         std::find_if(std::begin(brokenStates), std::end(brokenStates),
                      [&](const BrokenState &row) { return status.find(row.word) != status.npos; });
-    return state == std::end(brokenStates) ? Mend::None : state->mend;
+    return state == std::end(brokenStates) ? std::string_view() : state->wayOut;
 }
 
 // "gnome", "contrib/gnome"
@@ -158,7 +165,7 @@ std::vector<PackageRecord> DpkgDatabase::parseStatus(std::string_view text,
         record.role = roleOf(stanza);
         record.isInstalled = state != "config-files";
         record.isHeld = stanza.status.starts_with("hold ");
-        record.mend = mendOf(stanza.status);
+        record.wayOut = wayOutOf(stanza.status);
         record.settings = stanza.settings;
         const std::string_view section = lastPart(stanza.section);
         if (record.isInstalled && (section == "metapackages" || section == "tasks")) {
@@ -203,18 +210,23 @@ bool DpkgDatabase::load() {
     m_records = parseStatus(text, m_architecture);
     const auto broken =
         std::find_if(m_records.begin(), m_records.end(),
-                     [](const PackageRecord &record) { return record.mend != Mend::None; });
+                     [](const PackageRecord &record) { return !record.wayOut.empty(); });
     if (broken != m_records.end())
-        m_unfinished = {broken->mend, broken->name};
+        m_unfinished =
+            "Work on " + broken->name + " was interrupted. " + std::string(broken->wayOut);
     // Changes that were not written into the status file any more lie beside it, by number. They
     // come first: until then the file is not what dpkg knows.
     if (const Folder updates{::opendir(place(updatesFolder).c_str())}) {
         while (const dirent *entry = ::readdir(updates.get())) {
             if (std::isdigit(static_cast<unsigned char>(entry->d_name[0])))
-                m_unfinished = {Mend::Configure, {}};
+                m_unfinished = std::string(managersBreak) + std::string(configure);
         }
     }
     return !m_records.empty();
+}
+
+std::string DpkgDatabase::wayOutOfUnknown() const {
+    return std::string(managersBreak) + std::string(fix);
 }
 
 std::string DpkgDatabase::stamp() const {

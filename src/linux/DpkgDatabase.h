@@ -16,7 +16,8 @@ public:
     std::vector<std::string> watched() const override;
     const PackageRecord *find(const std::string &name) override;
     std::vector<std::string> formerNames() override;
-    Unfinished unfinished() const override { return m_unfinished; }
+    std::string unfinished() const override { return m_unfinished; }
+    std::string wayOutOfUnknown() const override;
     PathOwners owners(const PathSet &paths) override;
     std::vector<std::string> filesOf(const std::string &name) override;
     DryRun dryRun(const std::vector<std::string> &names) override;
@@ -36,7 +37,7 @@ private:
 
     std::vector<PackageRecord> m_records; // by name
     std::string m_architecture;
-    Unfinished m_unfinished;
+    std::string m_unfinished;
 };
 
 } // namespace brightsweep

@@ -22,14 +22,6 @@ enum class PackageRole {
     Required,   ///< essential, protected, important, priority required, or held by its manager
 };
 
-/// How an act that was broken off in the middle is put right, as administrator.
-enum class Mend {
-    None,
-    Configure, ///< "dpkg --configure -a"
-    Fix,       ///< "apt-get -f install": configuring alone does not do it
-    Reinstall, ///< "apt-get install --reinstall" of the package
-};
-
 /// A package that is installed, or of which settings are left.
 struct PackageRecord {
     std::string name; ///< as the tools take it: with its architecture where that is a foreign one
@@ -40,17 +32,10 @@ struct PackageRecord {
     std::string collection;  ///< with PackageRole::Collection: which
     bool isInstalled = true; ///< false where it has been removed but for its settings
     bool isHeld = false;     ///< its manager was told to leave it as it is
-    Mend mend = Mend::None;  ///< an act upon it was broken off in the middle
+    /// What to do where an act upon it was broken off in the middle: a sentence; else empty.
+    std::string_view wayOut = {};
     /// Settings of the whole system that a removal leaves and a purge takes.
     std::vector<std::string> settings;
-};
-
-/// What the package manager left in the middle.
-struct Unfinished {
-    Mend mend = Mend::None;
-    std::string name; ///< of the package; empty where it was interrupted itself
-
-    explicit operator bool() const { return mend != Mend::None; }
 };
 
 /// What a removal of exactly some packages would meet.
@@ -84,8 +69,12 @@ public:
     bool isInstalled(const std::string &name);
     /// Names of what has gone but for its settings.
     virtual std::vector<std::string> formerNames() { return {}; }
-    /// What is to be put right before the package manager does anything else; the first of several.
-    virtual Unfinished unfinished() const { return {}; }
+    /// What is to be put right before the package manager does anything else, and how: the first
+    /// of several, in English; empty where nothing is.
+    virtual std::string unfinished() const { return {}; }
+    /// The same for a manager that stopped in the middle though its database tells of nothing;
+    /// empty where its family has no such way out.
+    virtual std::string wayOutOfUnknown() const { return {}; }
 
     /// Which package has each of the paths, as far as one has. One pass for all.
     virtual PathOwners owners(const PathSet &paths) = 0;

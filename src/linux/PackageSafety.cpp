@@ -142,24 +142,6 @@ bool isSessionProgram(std::string_view name) {
     return std::binary_search(sessionPrograms.begin(), sessionPrograms.end(), name);
 }
 
-std::string wayOut(const Unfinished &unfinished) {
-    const std::string what = unfinished.name.empty()
-                                 ? "The package manager was interrupted."
-                                 : "Work on " + unfinished.name + " was interrupted.";
-    switch (unfinished.mend) {
-    case Mend::None:
-        break;
-    case Mend::Configure:
-        return what + " Run \"dpkg --configure -a\" as administrator first.";
-    case Mend::Fix:
-        return what + " Run \"apt-get -f install\" as administrator first.";
-    case Mend::Reinstall:
-        return what + " Install it again as administrator first, with \"apt-get install "
-                      "--reinstall\" and its name.";
-    }
-    return {};
-}
-
 PackageSafety::PackageSafety(PackageDatabase &database, const std::string &root)
     : m_database(database), m_systemsRefusal(systemsRefusal(root)) {
     std::unordered_map<std::string, std::string> reasons;
@@ -185,8 +167,8 @@ PackageSafety::PackageSafety(PackageDatabase &database, const std::string &root)
 Refusal PackageSafety::refusalOf(const std::vector<std::string> &names) const {
     if (!m_systemsRefusal.empty())
         return {PackageRefusal::ImageBased, m_systemsRefusal};
-    if (const Unfinished unfinished = m_database.unfinished())
-        return {PackageRefusal::Interrupted, wayOut(unfinished)};
+    if (std::string unfinished = m_database.unfinished(); !unfinished.empty())
+        return {PackageRefusal::Interrupted, std::move(unfinished)};
     for (const std::string &name : names) {
         const PackageRecord *record = m_database.find(name);
         if (!record || !record->isInstalled)

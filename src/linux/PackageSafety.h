@@ -42,9 +42,6 @@ private:
     std::string m_own;                                   // the package that this program is of
 };
 
-/// What to do about it, in English; empty where nothing is unfinished.
-std::string wayOut(const Unfinished &unfinished);
-
 /// True for a process of this name that the desktop session stands on.
 bool isSessionProgram(std::string_view name);
 

@@ -80,7 +80,7 @@ TEST_F(Packages, AreReadFromDpkgsOwnFile) {
     for (const PackageRecord &record : records)
         told.push_back(record.name + ' ' + std::to_string(int(record.role)) + record.collection +
                        (record.isInstalled ? "" : " rc") +
-                       (record.mend != Mend::None ? " broken" : ""));
+                       (record.wayOut.empty() ? "" : " broken"));
     EXPECT_THAT(told, ElementsAre("dpkg 3", "foreign:i386 2 broken", "lib 1meta", "meta 0",
                                   "rest 0 rc", "tool 1meta"));
     EXPECT_THAT(records.back().settings, ElementsAre("/etc/a b", "/etc/c"));
@@ -278,6 +278,15 @@ TEST_F(Packages, OfPacmanAreListedAndPlanned) {
     EXPECT_EQ(plan.blocker, Blocker::None) << plan.reason;
     EXPECT_THAT(plan.also, ElementsAre("needs-app"));
     EXPECT_THAT(plan.systemSettings, ElementsAre(system.path("etc/app.conf")));
+    FakeRights &rights = FakeRights::install();
+    rights.request(RightsPurpose::FilesAndPackages);
+    rights.packagesReply = [](const PackageRemoval &) {
+        return PackagesReply{PackagesOutcome::Broken, {}, "error: it stopped"};
+    };
+    const RightsToken token = rights.token();
+    const RemovalResult broken = source.remove(plan, &token);
+    EXPECT_EQ(broken.outcome, UninstallOutcome::Broken);
+    EXPECT_EQ(broken.wayOut, "") << "dpkg's way out is not pacman's";
 }
 
 TEST(ToolWords, AreToldByTheLineThatSaysWhy) {

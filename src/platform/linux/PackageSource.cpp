@@ -379,9 +379,11 @@ RemovalResult PackageSource::remove(const RemovalPlan &plan, const RightsToken *
     RemovalResult result{outcomeOf(reply.outcome), std::move(reply.words), std::move(reply.gone)};
     if (result.outcome == UninstallOutcome::Broken) {
         const std::lock_guard lock(m_mutex);
-        const PackageDatabase *after = database();
-        const Unfinished unfinished = after ? after->unfinished() : Unfinished();
-        result.wayOut = wayOut(unfinished ? unfinished : Unfinished{Mend::Fix, {}});
+        if (const PackageDatabase *after = database()) {
+            result.wayOut = after->unfinished();
+            if (result.wayOut.empty())
+                result.wayOut = after->wayOutOfUnknown();
+        }
         if (result.message == result.wayOut)
             result.message.clear();
     }
