@@ -50,7 +50,6 @@ constexpr std::array<std::string_view, 7> hiddenUserTypes = {
 };
 
 constexpr std::array<std::string_view, 2> bootPlaces = {"/boot", "/efi"};
-constexpr std::array<std::string_view, 3> mediaPlaces = {"/media", "/run/media", "/mnt"};
 
 template <typename Table>
 bool contains(const Table &table, std::string_view text) {

@@ -2,6 +2,7 @@
 
 #include "linux/MountTable.h"
 
+#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,9 @@ struct SelectedVolume {
     Mount mount;
     VolumeKind kind = VolumeKind::BlockDevice;
 };
+
+/// Where removable volumes are mounted.
+inline constexpr std::array<std::string_view, 3> mediaPlaces = {"/media", "/run/media", "/mnt"};
 
 /// Where the mounts that a user would call volumes are looked for.
 struct VolumeScope {

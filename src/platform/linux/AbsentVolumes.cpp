@@ -2,6 +2,7 @@
 
 #include "foundation/PathBytes.h"
 #include "linux/Mounts.h"
+#include "linux/VolumeSelection.h"
 #include "platform/linux/DesktopEntries.h"
 
 #include <limits.h>
@@ -9,8 +10,8 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 namespace brightsweep {
@@ -19,7 +20,6 @@ namespace {
 
 using std::filesystem::path;
 
-constexpr std::array removablePlaces = {"/media", "/run/media", "/mnt"};
 constexpr int mostLinks = 40; // as the kernel follows
 
 // Where the path leads, as far as its links are there to be followed.
@@ -71,7 +71,7 @@ bool mayLieOnAbsentVolume(const path &given) {
                    paths::isSameOrBelow(place, mount.mountPoint);
         });
     };
-    for (const char *folder : removablePlaces) {
+    for (const std::string_view folder : mediaPlaces) {
         const std::string below = systemPath(folder).native();
         if (paths::isSameOrBelow(place, below) && !isMountedBelow(below))
             return true;
