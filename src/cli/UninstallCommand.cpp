@@ -153,10 +153,7 @@ void work(Job &job) {
         tickAsTold(plan, job.options);
         if (plan.blocker != Blocker::None)
             planned.record.message = plan.reason;
-        ApplicationSource *source = sourceOf(plan.application.kind);
-        planned.bytes = isPlainFiles(plan.application) || !source
-                            ? ownBytes(plan)
-                            : source->sizeOf(plan.application);
+        planned.bytes = sizeOf(plan);
         planned.needsRights = needsRights(plan);
         if (job.stop)
             return;

@@ -55,6 +55,17 @@ std::vector<std::string> programsRunningIn(const std::filesystem::path &folder) 
     return {programs.begin(), programs.end()};
 }
 
+// How much of an item at the application's path goes with it: without what lies in it and is listed
+// as a leftover, with a tick of its own.
+std::uint64_t ownBytes(const RemovalPlan &plan) {
+    std::uint64_t bytes = plan.itself.bytes;
+    for (const Leftover &leftover : plan.leftovers) {
+        if (paths::isSameOrBelow(leftover.path.native(), plan.application.path.native()))
+            bytes -= std::min(bytes, leftover.bytes);
+    }
+    return bytes;
+}
+
 } // namespace
 
 ApplicationSource *sourceOf(ApplicationKind kind) {
@@ -70,13 +81,10 @@ bool isPlainFiles(const InstalledApplication &application) {
     return source ? source->isPlainFiles() : application.kind == ApplicationKind::Bundle;
 }
 
-std::uint64_t ownBytes(const RemovalPlan &plan) {
-    std::uint64_t bytes = plan.itself.bytes;
-    for (const Leftover &leftover : plan.leftovers) {
-        if (paths::isSameOrBelow(leftover.path.native(), plan.application.path.native()))
-            bytes -= std::min(bytes, leftover.bytes);
-    }
-    return bytes;
+std::uint64_t sizeOf(const RemovalPlan &plan) {
+    ApplicationSource *source = sourceOf(plan.application.kind);
+    return isPlainFiles(plan.application) || !source ? ownBytes(plan)
+                                                     : source->sizeOf(plan.application);
 }
 
 bool takesRights(const RemovalPlan &plan) {

@@ -29,9 +29,9 @@ private:
 ApplicationSource *sourceOf(ApplicationKind kind);
 /// True where the application is the file or folder at its path, which this program removes itself.
 bool isPlainFiles(const InstalledApplication &application);
-/// How much of an item at the application's path goes with it: without what lies in it and is
-/// listed as a leftover, with a tick of its own.
-std::uint64_t ownBytes(const RemovalPlan &plan);
+/// What of the application itself goes, in bytes: not what lies in its folder and is listed as a
+/// leftover, with a tick of its own. As blocking as ApplicationSource::sizeOf().
+std::uint64_t sizeOf(const RemovalPlan &plan);
 /// True where its removal takes rights from the beginning.
 bool takesRights(const RemovalPlan &plan);
 /// True where it cannot go without rights, as it looked when it was planned.

@@ -54,9 +54,7 @@ void UninstallAppsController::makePlans(const std::vector<InstalledApplication> 
         if (m_stopsPlanning)
             return;
         m_plans.push_back(planner.planOf(application, &m_stopsPlanning));
-        ApplicationSource *const source = sourceOf(application.kind);
-        m_planSizes.push_back(isPlainFiles(application) || !source ? ownBytes(m_plans.back())
-                                                                   : source->sizeOf(application));
+        m_planSizes.push_back(sizeOf(m_plans.back()));
     }
 }
 

@@ -152,7 +152,7 @@ TEST_F(UninstallationTest, AFolderKeepsWhatItsProgramWroteUnlessThatIsTicked) {
         put(file, std::chrono::hours(9));
     put("Applications/Game/saves/1", -std::chrono::hours(1));
     RemovalPlan plan = RemovalPlanner({game}).planOf(game);
-    EXPECT_EQ(ownBytes(plan), 2u);
+    EXPECT_EQ(sizeOf(plan), 2u);
     Uninstallation changed({plan});
     put("Applications/Game/saves/2", -std::chrono::hours(1));
     EXPECT_FALSE(run(changed));
