@@ -335,7 +335,7 @@
     <message id="RUNS_WITHOUT_ITEM_HOW"><translation>Diese Arbeitsumgebung zeigt keine Statussymbole. Starten Sie Brightsweep noch einmal oder wählen Sie „Öffnen“, um sein Fenster zu sehen.</translation></message>
     <message id="Removal"><translation>Entfernen</translation></message>
     <message id="SCAN_STOPPED"><translation>Die Suche wurde angehalten</translation></message>
-    <message id="SETTINGS_NOT_KEPT"><translation>Änderungen werden nicht behalten: Die Einstellungsdatei %1 ist nicht verwendbar (%2).</translation></message>
+    <message id="SETTINGS_NOT_KEPT"><translation>Änderungen werden nicht gespeichert, solange die Einstellungsdatei %1 nicht verwendbar ist (%2).</translation></message>
     <message id="SETTINGS_UNREADABLE"><translation>Die Einstellungen lassen sich nicht lesen, deshalb ist nichts zum Reinigen gewählt (%1: %2). Reparieren oder entfernen Sie diese Datei.</translation></message>
     <message id="SHOW_ALL"><translation>Alle zeigen</translation></message>
     <message id="SHOW_OVERVIEW"><translation>Alle Kategorien zeigen</translation></message>

@@ -335,7 +335,7 @@
     <message id="RUNS_WITHOUT_ITEM_HOW"><translation>This desktop shows no status items. Start Brightsweep again, or choose Open, to see its window.</translation></message>
     <message id="Removal"><translation>Removal</translation></message>
     <message id="SCAN_STOPPED"><translation>The scan was stopped</translation></message>
-    <message id="SETTINGS_NOT_KEPT"><translation>Changes are not kept: the settings file %1 cannot be used (%2).</translation></message>
+    <message id="SETTINGS_NOT_KEPT"><translation>Changes are not stored while the settings file %1 cannot be used (%2).</translation></message>
     <message id="SETTINGS_UNREADABLE"><translation>The settings cannot be read, so nothing is chosen for cleaning (%1: %2). Repair or remove that file.</translation></message>
     <message id="SHOW_ALL"><translation>Show all</translation></message>
     <message id="SHOW_OVERVIEW"><translation>Show all categories</translation></message>

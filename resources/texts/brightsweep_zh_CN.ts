@@ -335,7 +335,7 @@
     <message id="RUNS_WITHOUT_ITEM_HOW"><translation>此桌面不显示状态图标。请再次启动 Brightsweep 或选择“打开”以查看其窗口。</translation></message>
     <message id="Removal"><translation>移除</translation></message>
     <message id="SCAN_STOPPED"><translation>扫描已停止</translation></message>
-    <message id="SETTINGS_NOT_KEPT"><translation>更改不会保留：无法使用设置文件 %1（%2）。</translation></message>
+    <message id="SETTINGS_NOT_KEPT"><translation>设置文件 %1 无法使用期间，更改不会保存（%2）。</translation></message>
     <message id="SETTINGS_UNREADABLE"><translation>无法读取设置，因此没有选择任何要清理的内容（%1：%2）。请修复或删除该文件。</translation></message>
     <message id="SHOW_ALL"><translation>全部显示</translation></message>
     <message id="SHOW_OVERVIEW"><translation>显示所有类别</translation></message>

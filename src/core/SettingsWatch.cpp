@@ -6,7 +6,6 @@
 #include <QFile>
 
 #include <chrono>
-#include <filesystem>
 
 namespace brightsweep {
 
@@ -39,12 +38,11 @@ SettingsWatch::SettingsWatch(QObject *parent) : QObject(parent) {
 
 // The folder tells of a file that takes another's place, and the one above of a folder that does;
 // the file itself of one that is written where it stands, also when it is a link to elsewhere. Each
-// must be named again for every new one.
+// must be named again for every new one. A folder that is not there is not made here: somebody may
+// have moved it away and be about to move it back.
 void SettingsWatch::watch() {
     const auto &file = UserDefaults::standardUserDefaults().file();
     const auto folder = paths::parent(file);
-    std::error_code ignored;
-    std::filesystem::create_directories(folder, ignored);
     for (const QString &path : {inQt(paths::parent(folder)), inQt(folder), inQt(file)}) {
         m_watcher.removePath(path);
         if (QFile::exists(path))

@@ -32,7 +32,8 @@ std::optional<std::string> withEntryValue(const std::string &text, std::string_v
     const std::string_view all = text;
     std::string changed;
     std::string lineEnd = "\n";
-    std::size_t newPlace = 0; // in `changed`, behind the last key of the first main group
+    std::size_t newPlace = 0;   // in `changed`, behind the last key of the first main group
+    std::size_t groupPlace = 0; // behind that group's name
     bool isInGroup = false;
     int groups = 0;
     bool isThere = false;
@@ -50,6 +51,8 @@ std::optional<std::string> withEntryValue(const std::string &text, std::string_v
             groups += isInGroup ? 1 : 0;
             if (isInGroup && groups == 1 && whole.ends_with("\r\n"))
                 lineEnd = "\r\n";
+            if (isInGroup && groups == 1)
+                groupPlace = changed.size() + whole.size();
         }
         if (isInGroup && isKey && equals != line.npos && trimmed(line.substr(0, equals)) == key) {
             // What stands around the value stays as well.
@@ -69,6 +72,9 @@ std::optional<std::string> withEntryValue(const std::string &text, std::string_v
         return std::nullopt;
     if (isThere)
         return changed;
+    // Some readers go on in the next line behind a backslash.
+    if (trimmed(std::string_view(changed).substr(0, newPlace)).ends_with('\\'))
+        newPlace = groupPlace;
     const bool isOpenEnd = changed[newPlace - 1] != '\n';
     const std::string row = std::string(key) + '=' + std::string(value);
     // A file without an end of its last line keeps none.

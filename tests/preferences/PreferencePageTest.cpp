@@ -137,11 +137,16 @@ TEST_F(PreferencePage, WhatAnotherProcessSetsIsToldByItsKey) {
     EXPECT_EQ(keys, std::vector<QString>(3, QLatin1String(DSDuplicationLimit)));
     other.removeObject(DSDuplicationLimit);
     waitUntil([&] { return page.limit(PreferenceViewController::limitFields[0]) == 1; });
-    // The folder goes, and comes again with settings of another program's making.
+    // The folder goes, and comes again with another setting; nothing stands in its place meanwhile.
     const auto folder = other.file().parent_path();
-    std::filesystem::rename(folder, folder.native() + ".moved");
-    waitUntil([&] { return std::filesystem::exists(folder); });
-    UserDefaults(other.file()).setObject(DSDuplicationLimit, 5);
+    const std::filesystem::path away = folder.native() + ".moved";
+    other.setObject(DSDuplicationLimit, 7);
+    waitUntil([&] { return page.limit(PreferenceViewController::limitFields[0]) == 7; });
+    std::filesystem::rename(folder, away);
+    waitUntil([&] { return page.limit(PreferenceViewController::limitFields[0]) == 1; });
+    EXPECT_FALSE(std::filesystem::exists(folder));
+    UserDefaults(away / other.file().filename()).setObject(DSDuplicationLimit, 5);
+    std::filesystem::rename(away, folder);
     waitUntil([&] { return page.limit(PreferenceViewController::limitFields[0]) == 5; });
 }
 

@@ -72,6 +72,26 @@ TEST_F(LoginItemTable, NeverRemovesARowThatHasMovedBelowThePointer) {
     EXPECT_THAT(items.calls(), ElementsAre("remove c")) << "the second click of two";
 }
 
+// Some displays tell a held key as one that is let go and pressed again at the same time.
+TEST_F(LoginItemTable, AHeldDeleteTakesOneRow) {
+    view->setCurrentIndex(page->model().index(1, 0));
+    const auto send = [&](QEvent::Type type, quint64 time) {
+        QKeyEvent event(type, Qt::Key_Delete, Qt::NoModifier);
+        event.setTimestamp(time);
+        QApplication::sendEvent(view.get(), &event);
+        settle();
+    };
+    send(QEvent::KeyPress, 1000);
+    for (quint64 time = 1300; time < 2000; time += 50) {
+        send(QEvent::KeyRelease, time);
+        send(QEvent::KeyPress, time);
+    }
+    EXPECT_THAT(items.calls(), testing::SizeIs(1));
+    send(QEvent::KeyRelease, 2000);
+    send(QEvent::KeyPress, 2200);
+    EXPECT_THAT(items.calls(), testing::SizeIs(2));
+}
+
 TEST_F(LoginItemTable, ADoubleClickIsOneClickAndTwoPlacesAreTwo) {
     QApplication::setDoubleClickInterval(justNow);
     const QPoint box = place(0, LoginItemModel::checkBox);

@@ -28,6 +28,8 @@ using Model = LoginItemModel;
 constexpr int buttonWidth = 44;
 constexpr int leastNameWidth = 320; // before the column of entries goes
 constexpr int mostEntryWidth = 240;
+// A key that is held may come as one that is let go and pressed again at once, in milliseconds.
+constexpr quint64 heldTime = 30;
 
 } // namespace
 
@@ -168,11 +170,20 @@ void LoginItemView::keyPressEvent(QKeyEvent *event) {
         m_controller.changeHideState(current.row());
     } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         m_controller.viewButtonAction(current.row());
-    } else if (event->key() == Qt::Key_Delete && !event->isAutoRepeat()) {
-        m_controller.delLoginItem(current.row());
+    } else if (event->key() == Qt::Key_Delete) {
+        const bool isHeld = event->isAutoRepeat() ||
+                            (m_deleteReleased && event->timestamp() - *m_deleteReleased < heldTime);
+        if (!isHeld)
+            m_controller.delLoginItem(current.row());
     } else {
         QTreeView::keyPressEvent(event);
     }
+}
+
+void LoginItemView::keyReleaseEvent(QKeyEvent *event) {
+    if (event->key() == Qt::Key_Delete)
+        m_deleteReleased = event->timestamp();
+    QTreeView::keyReleaseEvent(event);
 }
 
 void LoginItemView::contextMenuEvent(QContextMenuEvent *event) {

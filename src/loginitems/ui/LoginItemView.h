@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QTreeView>
 
+#include <optional>
 #include <string>
 
 namespace brightsweep {
@@ -23,6 +24,7 @@ public:
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void selectionChanged(const QItemSelection &selected,
@@ -40,8 +42,9 @@ private:
     std::string m_currentFile;
     int m_currentRow = -1;
     int m_scroll = 0;
-    QElapsedTimer m_sinceMoved; ///< the rows have last become others
-    bool m_isReset = false;     ///< the rows have changed, and the current one has not been found
+    QElapsedTimer m_sinceMoved;              ///< the rows have last become others
+    std::optional<quint64> m_deleteReleased; ///< by the events' clock
+    bool m_isReset = false; ///< the rows have changed, and the current one has not been found
 };
 
 } // namespace brightsweep
