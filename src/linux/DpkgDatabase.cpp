@@ -97,6 +97,9 @@ struct BrokenState {
 constexpr BrokenState brokenStates[] = {{"reinstreq", reinstall},
                                         {"half-installed", fix},
                                         {"unpacked", fix},
+                                        // What is to go is not configured any more.
+                                        {"deinstall ok half-configured", fix},
+                                        {"purge ok half-configured", fix},
                                         {"half-configured", configure},
                                         {"triggers-awaited", configure},
                                         {"triggers-pending", configure}};

@@ -17,12 +17,17 @@ namespace brightsweep {
 
 namespace {
 
+bool isAmong(const std::vector<FileIdentity> &files, const FileIdentity &file) {
+    return std::find(files.begin(), files.end(), file) != files.end();
+}
+
 class Contents final : public DirectoryWalk::Visitor {
 public:
-    Contents(FileOperations &files, OpenDirectory directory, const std::atomic<bool> *stop)
+    Contents(FileOperations &files, OpenDirectory directory, const LeftoverLook &look)
         : m_files(files),
+          m_programs(look.programs),
           m_mounts(MountsBelow::of(files, directory)),
-          m_walk(files, *this, {WantedAttributes::NonDirectories, 0, stop}) {
+          m_walk(files, *this, {WantedAttributes::NonDirectories, 0, look.stop}) {
         m_walk.addRoot(std::make_shared<const OpenDirectory>(std::move(directory)), nullptr);
     }
 
@@ -34,7 +39,8 @@ public:
         needsRights = needsRights || keeps;
         for (const DirectoryEntry &entry : block.entries()) {
             ++count;
-            if (entry.type != EntryType::Directory)
+            if (entry.type != EntryType::Directory &&
+                !isAmong(m_programs, {entry.device, entry.inode}))
                 noteTimes(entry);
             holdsData = holdsData || LeftoverRules::isDataName(entry.nameView());
             if (entry.type != EntryType::Directory)
@@ -64,6 +70,7 @@ private:
     }
 
     FileOperations &m_files;
+    const std::vector<FileIdentity> m_programs;
     const MountsBelow m_mounts;
     DirectoryWalk m_walk;
     std::mutex m_mutex;
@@ -115,7 +122,7 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
         if (!directory && isKeptClosed(files, *item))
             leftover.needsRights = true;
         if (directory) {
-            Contents contents(files, *std::move(directory), look.stop);
+            Contents contents(files, *std::move(directory), look);
             if (!contents.run())
                 return {};
             leftover.bytes = contents.bytes;
@@ -128,7 +135,9 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
     } else {
         leftover.bytes = leftover.seen.size;
     }
-    if (look.changedAfter != 0 && lastWritten <= look.changedAfter && lastCame <= look.cameAfter)
+    if (look.changedAfter != 0 &&
+        ((lastWritten <= look.changedAfter && lastCame <= look.cameAfter) ||
+         isAmong(look.programs, {leftover.seen.device, leftover.seen.inode})))
         return {};
     if (const char *words = dataReason(leftover, holdsData);
         kind == LeftoverKind::Config && words) {
@@ -154,7 +163,7 @@ std::vector<std::int64_t> timesOfArrival(const RemovalTarget &target, std::int64
         item ? files.openDirectoryAt(item->folder->directory(), item->name.c_str()) : item.error();
     if (!directory)
         return {};
-    Contents contents(files, *std::move(directory), stop);
+    Contents contents(files, *std::move(directory), {stop});
     contents.writtenBy = writtenBy;
     return contents.run() ? std::move(contents.arrivals) : std::vector<std::int64_t>();
 }

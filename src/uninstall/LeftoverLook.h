@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ApplicationSource.h"
+#include "platform/FileIdentity.h"
 #include "removal/ItemRemoval.h"
 
 #include <atomic>
@@ -18,6 +19,8 @@ struct LeftoverLook {
     /// `cameAfter`, both in nanoseconds since the epoch.
     std::int64_t changedAfter = 0;
     std::int64_t cameAfter = 0;
+    /// Files whose times do not count there: the application's own programs, which updates replace.
+    std::vector<FileIdentity> programs = {};
 };
 
 /// Looks at one entry that may be a leftover, with all that lies in it, and follows no link and

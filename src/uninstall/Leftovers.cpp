@@ -145,6 +145,10 @@ void addChanged(LeftoverSearch &found, const InstalledApplication &application) 
                          made.count(), timesOfArrival(*target, look.changedAfter, found.stop()),
                          installing.count()) +
                      installing.count();
+    for (const std::string &program : application.programs) {
+        if (const auto file = Platform::current().files->attributesFollowing(program))
+            look.programs.push_back({file->device, file->inode});
+    }
     forEachName(application.path, [&](const RemovalRoot &root, const std::string &name) {
         found.add(lookAtLeftover({root, name}, LeftoverKind::Data, "written since the installation",
                                  look));

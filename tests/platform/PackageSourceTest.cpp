@@ -194,6 +194,7 @@ TEST_F(Packages, ArePlannedWithWhatDependsOnThem) {
                                      {"install ok triggers-awaited", "dpkg --configure -a"},
                                      {"install ok unpacked", "apt-get -f install"},
                                      {"deinstall ok half-installed", "apt-get -f install"},
+                                     {"deinstall ok half-configured", "apt-get -f install"},
                                      {"install reinstreq half-installed", "--reinstall"}}) {
         system.file(dpkgStatus, status + stanza("unfinished", {}, state));
         const RemovalPlan refused = planOf("app");
