@@ -28,8 +28,9 @@ using Model = LoginItemModel;
 constexpr int buttonWidth = 44;
 constexpr int leastNameWidth = 320; // before the column of entries goes
 constexpr int mostEntryWidth = 240;
-// A key that is held may come as one that is let go and pressed again at once, in milliseconds.
-constexpr quint64 heldTime = 30;
+// A key that is held may come as one that is let go and pressed again at once, in milliseconds. The
+// times of the events are lost where assistive programs listen.
+constexpr int heldTime = 10;
 
 } // namespace
 
@@ -172,7 +173,7 @@ void LoginItemView::keyPressEvent(QKeyEvent *event) {
         m_controller.viewButtonAction(current.row());
     } else if (event->key() == Qt::Key_Delete) {
         const bool isHeld = event->isAutoRepeat() ||
-                            (m_deleteReleased && event->timestamp() - *m_deleteReleased < heldTime);
+                            (m_sinceDelete.isValid() && m_sinceDelete.elapsed() < heldTime);
         if (!isHeld)
             m_controller.delLoginItem(current.row());
     } else {
@@ -182,7 +183,7 @@ void LoginItemView::keyPressEvent(QKeyEvent *event) {
 
 void LoginItemView::keyReleaseEvent(QKeyEvent *event) {
     if (event->key() == Qt::Key_Delete)
-        m_deleteReleased = event->timestamp();
+        m_sinceDelete.start();
     QTreeView::keyReleaseEvent(event);
 }
 

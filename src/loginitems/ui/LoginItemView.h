@@ -3,7 +3,6 @@
 #include <QElapsedTimer>
 #include <QTreeView>
 
-#include <optional>
 #include <string>
 
 namespace brightsweep {
@@ -42,9 +41,9 @@ private:
     std::string m_currentFile;
     int m_currentRow = -1;
     int m_scroll = 0;
-    QElapsedTimer m_sinceMoved;              ///< the rows have last become others
-    std::optional<quint64> m_deleteReleased; ///< by the events' clock
-    bool m_isReset = false; ///< the rows have changed, and the current one has not been found
+    QElapsedTimer m_sinceMoved;  ///< the rows have last become others
+    QElapsedTimer m_sinceDelete; ///< the key was let go
+    bool m_isReset = false;      ///< the rows have changed, and the current one has not been found
 };
 
 } // namespace brightsweep
