@@ -310,7 +310,8 @@ TEST_F(Autostart, SwitchesWhatTheSystemStartsOffAndOn) {
     };
     EXPECT_THAT(shown(), ElementsAre("odd.desktop", "sound.desktop"));
     EXPECT_FALSE(source.setSystemItemStarted("sound.desktop", false));
-    EXPECT_EQ(text("sound.desktop"), sound + "Hidden=true\nX-Brightsweep-Override=true\n");
+    EXPECT_THAT(text("sound.desktop"),
+                testing::StartsWith(sound + "Hidden=true\nX-Brightsweep-Override="));
     EXPECT_FALSE(isStarted("sound"));
     EXPECT_THAT(shown(), ElementsAre("odd.desktop", "sound.desktop off"));
     EXPECT_THAT(files(), ElementsAre("mine.desktop"));
@@ -334,6 +335,13 @@ TEST_F(Autostart, SwitchesWhatTheSystemStartsOffAndOn) {
     // What is added under such a name stays removable.
     EXPECT_EQ(*source.add(program("sound"), false), "sound-2.desktop");
     EXPECT_EQ(system.snapshot(), before);
+    // What somebody writes into it is not taken back with it.
+    source.setSystemItemStarted("sound.desktop", false);
+    user.file("sound.desktop", text("sound.desktop") + "Comment=edited\n");
+    EXPECT_FALSE(source.setSystemItemStarted("sound.desktop", true));
+    EXPECT_THAT(text("sound.desktop"), testing::EndsWith("Comment=edited\n"));
+    EXPECT_TRUE(isStarted("sound"));
+    std::filesystem::remove(user.path("sound.desktop"));
     // The package goes, and what the switch wrote is left.
     source.setSystemItemStarted("sound.desktop", false);
     std::filesystem::remove(system.path("sound.desktop"));

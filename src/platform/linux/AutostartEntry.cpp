@@ -7,6 +7,8 @@
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/DesktopEntryFlaw.h"
 
+#include <QCryptographicHash>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -182,6 +184,19 @@ LoginItemEntry loginItemOf(const DesktopEntry &entry, const std::filesystem::pat
 
 std::string entryUrlOf(const std::filesystem::path &path) {
     return "file://localhost" + paths::percentEncoded(path.native());
+}
+
+std::optional<std::string> sealedOverride(const std::string &text) {
+    const auto open = withEntryValue(text, entryOverrideKey, {});
+    if (!open)
+        return {};
+    const QByteArray bytes(open->data(), qsizetype(open->size()));
+    const QByteArray seal = QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex();
+    return withEntryValue(*open, entryOverrideKey, seal.toStdString());
+}
+
+bool isUntouchedOverride(const std::string &text) {
+    return sealedOverride(text) == text;
 }
 
 std::string newEntryText(const std::filesystem::path &path, const std::string &name,

@@ -15,9 +15,10 @@ namespace brightsweep {
 // and "Desktop Application Autostart", as systemd's generator and gnome-session take them.
 
 // Keys of this program's own.
-inline constexpr char entryUrlKey[] = "X-Brightsweep-URL";           ///< what was added
-inline constexpr char entryOrderKey[] = "X-Brightsweep-Order";       ///< counts what was added
-inline constexpr char entryOverrideKey[] = "X-Brightsweep-Override"; ///< written by a switch
+inline constexpr char entryUrlKey[] = "X-Brightsweep-URL";     ///< what was added
+inline constexpr char entryOrderKey[] = "X-Brightsweep-Order"; ///< counts what was added
+/// Written by a switch: a checksum of the text as it wrote it, in hexadecimal.
+inline constexpr char entryOverrideKey[] = "X-Brightsweep-Override";
 
 /// What entries are judged by; read once for a listing.
 struct AutostartSession {
@@ -39,6 +40,10 @@ std::optional<std::uint64_t> orderOfEntry(const DesktopEntry &entry);
 /// The text of a new entry that starts the program, or opens the document or folder, at that path.
 std::string newEntryText(const std::filesystem::path &path, const std::string &name,
                          const std::string &icon);
+/// The text of an entry as a switch writes it over the system's. Nothing where it holds no entry.
+std::optional<std::string> sealedOverride(const std::string &text);
+/// True where nobody has changed such a text since.
+bool isUntouchedOverride(const std::string &text);
 /// The URL form that is kept in an entry.
 std::string entryUrlOf(const std::filesystem::path &path);
 

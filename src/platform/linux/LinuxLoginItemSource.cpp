@@ -419,10 +419,11 @@ std::error_code LinuxLoginItemSource::setSystemItemStarted(const std::string &fi
                                            : Result<std::string>(LoginItemError::NotOurs);
         if (!own || !DesktopEntry(*own).has(entryOverrideKey))
             return LoginItemError::NotOurs;
-        if (started)
+        // What somebody has written into it since stays.
+        if (started && isUntouchedOverride(*own))
             return ::unlinkat(folder.descriptor(), file.c_str(), 0) == 0 ? std::error_code()
                                                                          : lastError();
-        own = withHidden(*own, true);
+        own = withHidden(*own, !started);
         return own ? writeSmallFile(path, *own) : own.error();
     }
     if (started)
@@ -431,8 +432,7 @@ std::error_code LinuxLoginItemSource::setSystemItemStarted(const std::string &fi
     if (!text)
         return text.error();
     text = withHidden(*text, true);
-    const auto override =
-        text ? withEntryValue(*text, entryOverrideKey, "true") : std::optional<std::string>();
+    const auto override = text ? sealedOverride(*text) : std::nullopt;
     return override ? writeNewSmallFile(path, *override) : LoginItemError::NoEntryInside;
 }
 
