@@ -19,10 +19,6 @@ namespace brightsweep {
 
 namespace {
 
-constexpr std::chrono::milliseconds alertDelay{1000};
-
-const QString refDiskusageViewNotification = QStringLiteral("refDiskusageView");
-
 bool isGone(const std::filesystem::path &path) {
     return Platform::current().files->attributes(path).error() ==
            std::errc::no_such_file_or_directory;
@@ -181,6 +177,7 @@ void V4DiskUsageViewController::drawPieTree(const std::filesystem::path &path) {
 
 void V4DiskUsageViewController::scanBegins() {
     stopReading();
+    m_keepsTicks = false;
     m_scanListing = std::make_shared<Listing>();
     m_scanListing->page = this;
 }
@@ -196,9 +193,12 @@ void V4DiskUsageViewController::scanEnded() {
     m_isListing = false;
     m_isReadingAgain = false;
     m_isFirstIn = true;
-    // A new scan is of other objects.
-    m_ticks.clear();
-    m_hasSelected = false;
+    // A new scan is of other objects, but for the same folder read again: what has changed there is
+    // told before a removal.
+    if (!std::exchange(m_keepsTicks, false)) {
+        m_ticks.clear();
+        m_hasSelected = false;
+    }
     if (listing) {
         m_volumeBytes = listing->volumeBytes;
         m_hasGone = listing->hasGone;
@@ -325,8 +325,11 @@ void V4DiskUsageViewController::readAgain(const std::filesystem::path &folder) {
     if (m_ticks.isRemoving())
         return;
     const std::string path = paths::withTrailingSlash(folder.native());
-    if (path == m_openGLView.rootFacts().path)
-        return m_diskUsageAppCon.viewDragAction(folder);
+    if (path == m_openGLView.rootFacts().path) {
+        m_diskUsageAppCon.viewDragAction(folder);
+        m_keepsTicks = true;
+        return;
+    }
     if (!m_openGLView.factsOf(path))
         return;
     stopReading();
@@ -452,52 +455,6 @@ const char *V4DiskUsageViewController::removeImage() const {
 QString V4DiskUsageViewController::selectedText() const {
     return m_hasSelected ? QString::asprintf("%d items are selected.", int(m_ticks.count()))
                          : QString();
-}
-
-// -- The removal
-
-void V4DiskUsageViewController::removeButtonAction() {
-    if (m_surroundings.licenceGate())
-        m_ticks.ask();
-}
-
-void V4DiskUsageViewController::canelButtonAction() {
-    Q_EMIT sheetEnded();
-    postRefresh(m_currentPath);
-    Q_EMIT selectionChanged();
-}
-
-void V4DiskUsageViewController::removeSelectFilesButtonAction(Act act) {
-    m_ticks.remove(act);
-}
-
-void V4DiskUsageViewController::removeEnded() {
-    if (m_ticks.report().failed > 0)
-        m_alert = m_surroundings.clock->callAfter(alertDelay, [this] { delayTimer(); });
-    Q_EMIT sheetEnded();
-    postRefresh(m_openGLView.getCurrentDirectory());
-    Q_EMIT removalEnded();
-}
-
-void V4DiskUsageViewController::delayTimer() {
-    m_alert = 0;
-    Q_EMIT canNotRemoveSome();
-    Q_EMIT unlockAnimation(true);
-}
-
-void V4DiskUsageViewController::postRefresh(const std::filesystem::path &path) {
-    NotificationCenter::defaultCenter().post(refDiskusageViewNotification, this,
-                                             {{QStringLiteral("path"), paths::toVariant(path)}});
-}
-
-void V4DiskUsageViewController::backButtonAction() {
-    m_isRootPath = false;
-    m_isFirstIn = true;
-    m_pathNumber = 0;
-    m_firstInPath.clear();
-    m_hasSelected = false;
-    m_ticks.clear();
-    m_diskUsageAppCon.clickBackBtn();
 }
 
 } // namespace brightsweep

@@ -182,6 +182,7 @@ private:
     bool m_isFirstIn = true;
     bool m_isRootPath = false;
     bool m_hasSelected = false;
+    bool m_keepsTicks = false; ///< over the scan that is under way
     bool m_isListing = false;
     bool m_isReadingAgain = false;
     std::uint64_t m_generation = 0;

@@ -224,6 +224,14 @@ TEST_F(DiskUsagePageTest, FoldersAreReadAgainAndLeftOut) {
     EXPECT_EQ(view().selection().bytes(), 30'000u);
     EXPECT_EQ(view().selection().bytes(ChartMeasure::Stored), 0u);
     view().colorButtonAction(row("d"));
+    // The whole folder read again keeps what is ticked, a scan of another one does not.
+    view().colorButtonAction(row("d"));
+    view().readAgain(tree.top());
+    waitUntil([&] { return page.state() == State::Results; });
+    EXPECT_EQ(view().selection().count(), 1u);
+    scan(true, tree.path("a"));
+    EXPECT_EQ(view().selection().count(), 0u);
+    scan(true, tree.top());
     // Called off, it changes nothing.
     tree.sparseFile("d/new", 1);
     view().readAgain(tree.path("d"));
