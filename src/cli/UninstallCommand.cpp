@@ -8,7 +8,6 @@
 #include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
 #include "foundation/SaturatingSum.h"
-#include "linux/ToolWords.h"
 #include "removal/NvAuthorization.h"
 #include "removal/RemovalRun.h"
 #include "uninstall/RemovalPlanner.h"
@@ -186,7 +185,7 @@ std::vector<ActedItem> actedOf(const Planned &planned, bool isTried) {
         isTried ? record.outcome == UninstallOutcome::Removed : isPlannedToGo(planned);
     std::string error;
     if (!isGone)
-        error = !record.message.empty() ? decisiveLine(record.message)
+        error = !record.message.empty() ? record.message
                 : record.outcome == UninstallOutcome::NeedsRights
                     ? "administrator rights are needed; --admin asks for them"
                 : isTried && !record.isTried ? "interrupted; a package manager at work goes on"
@@ -339,8 +338,8 @@ int tell(const Job &job, Output &output) {
     for (const Planned &planned : job.planned) {
         writePlan(json, planned, isTried);
         text += planText(planned, isTried, bytes);
-        if (planned.record.message.find('\n') != std::string::npos)
-            warnByLines(planned.record.message, output);
+        if (planned.record.output.find('\n') != std::string::npos)
+            warnByLines(planned.record.output, output);
         fails = fails || !isPlannedToGo(planned) || (isTried && !planned.record.isWhole());
     }
     json.endArray();

@@ -17,15 +17,17 @@ namespace brightsweep {
 
 namespace {
 
-bool isAmong(const std::vector<FileIdentity> &files, const FileIdentity &file) {
-    return std::find(files.begin(), files.end(), file) != files.end();
+void noteTimes(const LeftoverLook &look, const FileIdentity &file, const FileTimes &times) {
+    if (look.times &&
+        std::find(look.programs.begin(), look.programs.end(), file) == look.programs.end())
+        look.times->push_back(times);
 }
 
 class Contents final : public DirectoryWalk::Visitor {
 public:
     Contents(FileOperations &files, OpenDirectory directory, const LeftoverLook &look)
         : m_files(files),
-          m_programs(look.programs),
+          m_look(look),
           m_mounts(MountsBelow::of(files, directory)),
           m_walk(files, *this, {WantedAttributes::NonDirectories, 0, look.stop}) {
         m_walk.addRoot(std::make_shared<const OpenDirectory>(std::move(directory)), nullptr);
@@ -39,9 +41,10 @@ public:
         needsRights = needsRights || keeps;
         for (const DirectoryEntry &entry : block.entries()) {
             ++count;
-            if (entry.type != EntryType::Directory &&
-                !isAmong(m_programs, {entry.device, entry.inode}))
-                noteTimes(entry);
+            // The time of change is the system's own: it is never older than the file's coming
+            // here, as the time of writing, which archives bring along, may be.
+            if (entry.type != EntryType::Directory)
+                noteTimes(m_look, {entry.device, entry.inode}, {entry.modified, entry.changed});
             holdsData = holdsData || LeftoverRules::isDataName(entry.nameView());
             if (entry.type != EntryType::Directory)
                 bytes = addSaturating(bytes, entry.size);
@@ -51,26 +54,13 @@ public:
     }
 
     std::uint64_t count = 0;
-    std::int64_t lastWritten = 0; ///< of the files, as the next two
-    std::int64_t lastCame = 0;
-    std::int64_t writtenBy = 0; ///< those of whose arrivals `arrivals` is, where it is not 0
-    std::vector<std::int64_t> arrivals;
     std::uint64_t bytes = 0;
     bool holdsData = false;
     bool needsRights = false;
 
 private:
-    // The time of change is the system's own: it is never older than the file's coming here, as
-    // the time of writing, which archives bring along, may be.
-    void noteTimes(const DirectoryEntry &entry) {
-        lastWritten = std::max(lastWritten, entry.modified);
-        lastCame = std::max(lastCame, entry.changed);
-        if (entry.modified <= writtenBy)
-            arrivals.push_back(entry.changed);
-    }
-
     FileOperations &m_files;
-    const std::vector<FileIdentity> m_programs;
+    const LeftoverLook &m_look;
     const MountsBelow m_mounts;
     DirectoryWalk m_walk;
     std::mutex m_mutex;
@@ -113,12 +103,14 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
     leftover.seen = item->attributes;
     leftover.needsRights = isForWantOfPermission(files.checkRemoval(*item));
     bool holdsData = false;
-    std::int64_t lastWritten = leftover.seen.modified;
-    std::int64_t lastCame = leftover.seen.changed;
+    const FileIdentity identity{leftover.seen.device, leftover.seen.inode};
+    const FileTimes times{leftover.seen.modified, leftover.seen.changed};
     if (leftover.seen.type == EntryType::Directory) {
         auto directory = files.openDirectoryAt(item->folder->directory(), item->name.c_str());
         // What cannot be read may hold anything.
         holdsData = !directory;
+        if (!directory)
+            noteTimes(look, identity, times);
         if (!directory && isKeptClosed(files, *item))
             leftover.needsRights = true;
         if (directory) {
@@ -129,16 +121,11 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
             leftover.entries = contents.count;
             holdsData = contents.holdsData;
             leftover.needsRights = leftover.needsRights || contents.needsRights;
-            lastWritten = contents.lastWritten;
-            lastCame = contents.lastCame;
         }
     } else {
         leftover.bytes = leftover.seen.size;
+        noteTimes(look, identity, times);
     }
-    if (look.changedAfter != 0 &&
-        ((lastWritten <= look.changedAfter && lastCame <= look.cameAfter) ||
-         isAmong(look.programs, {leftover.seen.device, leftover.seen.inode})))
-        return {};
     if (const char *words = dataReason(leftover, holdsData);
         kind == LeftoverKind::Config && words) {
         leftover.kind = LeftoverKind::Data;
@@ -153,19 +140,6 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
         leftover.reason += isBusy ? "; holds another volume" : "; a link to another place";
     }
     return leftover;
-}
-
-std::vector<std::int64_t> timesOfArrival(const RemovalTarget &target, std::int64_t writtenBy,
-                                         const std::atomic<bool> *stop) {
-    FileOperations &files = *Platform::current().files;
-    const auto item = files.openItem(target);
-    auto directory =
-        item ? files.openDirectoryAt(item->folder->directory(), item->name.c_str()) : item.error();
-    if (!directory)
-        return {};
-    Contents contents(files, *std::move(directory), {stop});
-    contents.writtenBy = writtenBy;
-    return contents.run() ? std::move(contents.arrivals) : std::vector<std::int64_t>();
 }
 
 bool hasLeftoverChanged(const Leftover &shown, const Leftover &now) {

@@ -11,15 +11,20 @@
 
 namespace brightsweep {
 
+/// When a file was written, and when it got its name or its contents, whatever time of writing it
+/// brought along; nanoseconds since the epoch.
+struct FileTimes {
+    std::int64_t written = 0;
+    std::int64_t came = 0;
+};
+
 /// How an entry is looked at.
 struct LeftoverLook {
     const std::atomic<bool> *stop = nullptr;
     bool ticksData = false;
-    /// When not 0, only what has a file written later than that, or put there later than
-    /// `cameAfter`, both in nanoseconds since the epoch.
-    std::int64_t changedAfter = 0;
-    std::int64_t cameAfter = 0;
-    /// Files whose times do not count there: the application's own programs, which updates replace.
+    /// Where not null, gets the times of each file that is looked at, but for `programs`: the
+    /// application's own, which updates replace.
+    std::vector<FileTimes> *times = nullptr;
     std::vector<FileIdentity> programs = {};
 };
 
@@ -32,12 +37,6 @@ struct LeftoverLook {
 /// place whatever happens, or was not looked at to the end.
 std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind kind,
                                        std::string reason, const LeftoverLook &look = {});
-
-/// When each of the files below an item got its name or its contents, whatever time of its own it
-/// has, of those that were written no later than that. Nothing where it was not looked at to the
-/// end.
-std::vector<std::int64_t> timesOfArrival(const RemovalTarget &target, std::int64_t writtenBy,
-                                         const std::atomic<bool> *stop);
 
 /// True where `now` is another object than the one that was shown, or a folder that has gained
 /// something since. A cache may gain as it likes.

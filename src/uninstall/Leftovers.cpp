@@ -135,24 +135,40 @@ void addStarters(LeftoverSearch &found, const InstalledApplication &application,
 void addChanged(LeftoverSearch &found, const InstalledApplication &application) {
     if (application.installed == 0)
         return;
-    const auto target = NvAuthorization::targetOf(application.path);
-    if (!target)
-        return;
-    const std::chrono::nanoseconds made = std::chrono::seconds(application.installed);
+    struct Entry {
+        std::optional<Leftover> leftover;
+        std::vector<FileTimes> files;
+    };
+    std::vector<Entry> entries;
     LeftoverLook look{found.stop()};
-    look.changedAfter = (made + installing).count();
-    look.cameAfter = LeftoverRules::endOfInstallation(
-                         made.count(), timesOfArrival(*target, look.changedAfter, found.stop()),
-                         installing.count()) +
-                     installing.count();
     for (const std::string &program : application.programs) {
         if (const auto file = Platform::current().files->attributesFollowing(program))
             look.programs.push_back({file->device, file->inode});
     }
     forEachName(application.path, [&](const RemovalRoot &root, const std::string &name) {
-        found.add(lookAtLeftover({root, name}, LeftoverKind::Data, "written since the installation",
-                                 look));
+        Entry &entry = entries.emplace_back();
+        look.times = &entry.files;
+        entry.leftover = lookAtLeftover({root, name}, LeftoverKind::Data,
+                                        "written since the installation", look);
     });
+    const std::chrono::nanoseconds made = std::chrono::seconds(application.installed);
+    const std::int64_t changedAfter = (made + installing).count();
+    std::vector<std::int64_t> arrivals;
+    for (const Entry &entry : entries) {
+        for (const FileTimes &file : entry.files) {
+            if (file.written <= changedAfter)
+                arrivals.push_back(file.came);
+        }
+    }
+    const std::int64_t cameAfter =
+        LeftoverRules::endOfInstallation(made.count(), std::move(arrivals), installing.count()) +
+        installing.count();
+    for (Entry &entry : entries) {
+        if (std::any_of(entry.files.begin(), entry.files.end(), [&](const FileTimes &file) {
+                return file.written > changedAfter || file.came > cameAfter;
+            }))
+            found.add(std::move(entry.leftover));
+    }
 }
 
 // What the integration of an AppImage has put beside its entry, by the number in the entry's name.

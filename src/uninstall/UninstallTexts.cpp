@@ -4,7 +4,6 @@
 #include "core/Texts.h"
 #include "foundation/Identity.h"
 #include "foundation/Paths.h"
-#include "linux/ToolWords.h"
 #include "uninstall/RemovalPlanner.h"
 
 #include <array>
@@ -83,8 +82,7 @@ QString listed(const Names &names) {
 }
 
 QString withDetail(const QString &words, const std::string &detail) {
-    return detail.empty() ? words
-                          : QStringLiteral("%1 (%2)").arg(words, translated(decisiveLine(detail)));
+    return detail.empty() ? words : QStringLiteral("%1 (%2)").arg(words, translated(detail));
 }
 
 } // namespace

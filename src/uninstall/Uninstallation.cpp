@@ -122,8 +122,7 @@ bool Uninstallation::run(RemovalRun &run) {
         removeApplication(record);
         record.isTried = true;
         if (!record.isWhole())
-            NSLog("uninstall can not work! %@: %@", record.plan.application.key,
-                  decisiveLine(record.message));
+            NSLog("uninstall can not work! %@: %@", record.plan.application.key, record.message);
     }
     return std::all_of(m_records.begin(), m_records.end(),
                        [](const Record &record) { return record.isWhole(); });
@@ -141,7 +140,8 @@ void Uninstallation::removeApplication(Record &record) {
     } else {
         const RemovalResult result = removeSet(m_leaders[std::size_t(&record - m_records.data())]);
         record.outcome = result.outcome;
-        record.message = result.message;
+        record.message = decisiveLine(result.message);
+        record.output = result.message;
         record.wayOut = result.wayOut;
     }
     if (record.outcome != UninstallOutcome::Removed)

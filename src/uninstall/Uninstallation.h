@@ -34,7 +34,8 @@ public:
         RemovalPlan plan;
         /// Of the application itself.
         UninstallOutcome outcome = UninstallOutcome::Failed;
-        std::string message;     ///< why it stays, in English; what a tool printed is all there
+        std::string message;     ///< why it stays, a line in English
+        std::string output;      ///< all that a tool printed of it, where one did
         std::string wayOut;      ///< what puts it right, a sentence in English
         std::vector<Item> items; ///< the ticked leftovers that were tried, and files of its own
         bool isTried = false;

@@ -34,17 +34,13 @@ QString nameOf(const LoginItemEntry &entry) {
 } // namespace
 
 SystemItemsBox::SystemItemsBox(LoginItemController &controller, QWidget *parent)
-    : QWidget(parent),
-      m_controller(controller),
-      m_fold(new QToolButton(this)),
-      m_scroll(new QScrollArea(this)) {
+    : QWidget(parent), m_controller(controller), m_fold(new QToolButton(this)) {
     m_fold->setObjectName(QStringLiteral("login.systemFold"));
     m_fold->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_fold->setProperty("flat", true);
     m_fold->setFocusPolicy(Qt::StrongFocus);
     theme::keepFont(m_fold, 12, true);
-    auto *const content = new QWidget(m_scroll);
-    content->setAutoFillBackground(false);
+    auto *const content = new QWidget;
     m_rows = new QVBoxLayout(content);
     m_rows->setContentsMargins(8 * theme::grid, 0, 4 * theme::grid, 0);
     m_rows->setSpacing(0);
@@ -55,12 +51,9 @@ SystemItemsBox::SystemItemsBox(LoginItemController &controller, QWidget *parent)
     theme::keepFont(note, 11);
     m_rows->addWidget(note);
     m_rows->addStretch(1);
-    m_scroll->setFrameShape(QFrame::NoFrame);
-    m_scroll->setWidgetResizable(true);
+    m_scroll = makeScroll(content, this);
     m_scroll->setFocusPolicy(Qt::NoFocus);
     m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_scroll->setWidget(content);
-    m_scroll->viewport()->setAutoFillBackground(false);
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(theme::grid);
