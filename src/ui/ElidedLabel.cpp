@@ -1,5 +1,7 @@
 #include "ui/ElidedLabel.h"
 
+#include "ui/ElidedText.h"
+
 #include <QPainter>
 #include <QStyle>
 
@@ -29,7 +31,7 @@ void ElidedLabel::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     style()->drawItemText(
         &painter, room, int(QStyle::visualAlignment(layoutDirection(), alignment())), palette(),
-        isEnabled(), metrics.elidedText(text(), m_mode, room.width()), foregroundRole());
+        isEnabled(), elidedText(metrics, text(), m_mode, room.width()), foregroundRole());
 }
 
 } // namespace brightsweep

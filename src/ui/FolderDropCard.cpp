@@ -3,6 +3,7 @@
 #include "core/RowWords.h"
 #include "core/Texts.h"
 #include "foundation/Paths.h"
+#include "ui/ElidedText.h"
 #include "ui/ImageView.h"
 #include "ui/Paragraph.h"
 #include "ui/Theme.h"
@@ -82,8 +83,7 @@ QPushButton *makeFolderButton(const char *name, const std::filesystem::path &fol
     button->setFlat(true);
     button->setAutoDefault(true);
     const QString path = paths::displayFromHome(folder);
-    button->setText(button->fontMetrics()
-                        .elidedText(path, Qt::ElideMiddle, width)
+    button->setText(elidedText(button->fontMetrics(), path, Qt::ElideMiddle, width)
                         .replace(u'&', QStringLiteral("&&")));
     button->setToolTip(plainToolTip({path}));
     button->setAccessibleName(path);

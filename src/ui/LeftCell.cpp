@@ -1,6 +1,7 @@
 #include "ui/LeftCell.h"
 
 #include "core/CheckImage.h"
+#include "ui/ElidedText.h"
 #include "ui/FocusFrame.h"
 #include "ui/ImageProvider.h"
 #include "ui/Mirrored.h"
@@ -70,7 +71,7 @@ void LeftCell::paint(QPainter *painter, const QStyleOptionViewItem &option,
     painter->setFont(theme::font(12, isCurrent));
     painter->drawText(
         mirrored(row, upper), Qt::AlignLeft | Qt::AlignVCenter,
-        painter->fontMetrics().elidedText(index.data().toString(), Qt::ElideRight, upper.width()));
+        elidedText(painter->fontMetrics(), index.data().toString(), Qt::ElideRight, upper.width()));
     painter->setPen(isCurrent ? theme::text() : theme::secondary());
     painter->setFont(theme::font(11));
     painter->drawText(mirrored(row, lower), Qt::AlignLeft | Qt::AlignVCenter,

@@ -9,6 +9,7 @@
 #include "support/TestEnvironment.h"
 #include "support/TextRecorder.h"
 #include "ui/AlertSheet.h"
+#include "ui/ElidedText.h"
 #include "ui/Theme.h"
 #include "volumes/BubbleController.h"
 #include "volumes/StatusMenu.h"
@@ -17,6 +18,7 @@
 #include "volumes/ui/StatusPopup.h"
 
 #include <QApplication>
+#include <QFontMetrics>
 
 #include <gmock/gmock.h>
 
@@ -98,6 +100,20 @@ TEST_P(LargeText, StandsWholeInThePopupAndOnSheets) {
         nullptr);
     expectWhole(*sheet);
     delete sheet;
+}
+
+// Letters beside the ellipsis may be set apart or drawn together.
+TEST(ElidedText, IsNeverWiderThanItsRoom) {
+    const QString path = QStringLiteral("/tmp/fTefxiviiTVAjWfi5/quick/ffiT.fj/system");
+    for (double size = 9; size < 20; size += 1) {
+        const QFontMetrics metrics(theme::font(size));
+        for (int room = metrics.horizontalAdvance(QChar(0x2026)); room < 300; ++room) {
+            for (const auto mode : {Qt::ElideLeft, Qt::ElideMiddle, Qt::ElideRight}) {
+                const QString cut = elidedText(metrics, path, mode, room);
+                ASSERT_LE(metrics.horizontalAdvance(cut), room) << cut.toStdString();
+            }
+        }
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Scales, LargeText,

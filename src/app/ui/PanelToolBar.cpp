@@ -1,5 +1,6 @@
 #include "app/ui/PanelToolBar.h"
 
+#include "ui/ElidedText.h"
 #include "ui/ImageProvider.h"
 #include "ui/Theme.h"
 
@@ -97,7 +98,7 @@ void PanelToolBarItem::paintEvent(QPaintEvent *) {
         painter.setFont(font());
         painter.drawText(QRectF(0, top + side + gap, width(), textHeight),
                          Qt::AlignHCenter | Qt::AlignTop,
-                         fontMetrics().elidedText(text(), Qt::ElideRight, width()));
+                         elidedText(fontMetrics(), text(), Qt::ElideRight, width()));
     }
     if (hasFocus()) {
         painter.setOpacity(1);

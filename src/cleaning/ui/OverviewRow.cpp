@@ -3,6 +3,7 @@
 #include "cleaning/V3MainListView.h"
 #include "core/Texts.h"
 #include "core/UtilityFunction.h"
+#include "ui/ElidedText.h"
 #include "ui/ImageProvider.h"
 #include "ui/Mirrored.h"
 #include "ui/Theme.h"
@@ -141,7 +142,8 @@ void OverviewRow::paintWords(QPainter &painter, QRect room) {
     const auto elided = [&](const QString &words, double fontSize, const QColor &color) {
         painter.setPen(color);
         painter.setFont(theme::font(fontSize));
-        const QString shown = painter.fontMetrics().elidedText(words, Qt::ElideRight, room.width());
+        const QString shown =
+            elidedText(painter.fontMetrics(), words, Qt::ElideRight, room.width());
         painter.drawText(mirrored(rect(), room), Qt::AlignLeft | Qt::AlignVCenter, shown);
         room.setLeft(room.left() + painter.fontMetrics().horizontalAdvance(shown) + gap);
     };

@@ -2,6 +2,7 @@
 
 #include "cleaning/CleanSysController.h"
 #include "core/Texts.h"
+#include "ui/ElidedText.h"
 #include "ui/Theme.h"
 #include "ui/WindowSystem.h"
 #include "volumes/BubbleController.h"
@@ -96,9 +97,9 @@ protected:
 private:
     void follow() {
         fixedText.setText(localizedText(m_controller.showFixedText()));
-        curFileName.setText(
-            curFileName.fontMetrics().elidedText(m_controller.curDeleteFile(), Qt::ElideMiddle,
-                                                 theme::height(windowWidth) - 12 * theme::grid));
+        curFileName.setText(elidedText(curFileName.fontMetrics(), m_controller.curDeleteFile(),
+                                       Qt::ElideMiddle,
+                                       theme::height(windowWidth) - 12 * theme::grid));
         delProgress.setRange(0, m_controller.isIndeterminate() ? 0 : 100);
         delProgress.setValue(m_controller.progressPercent());
         cancelBtn.setVisible(!m_controller.isCancelBtnHidden());

@@ -4,6 +4,7 @@
 #include "core/CheckImage.h"
 #include "core/Texts.h"
 #include "foundation/Paths.h"
+#include "ui/ElidedText.h"
 #include "ui/ImageProvider.h"
 #include "ui/Mirrored.h"
 #include "ui/Theme.h"
@@ -60,10 +61,7 @@ public:
         if (text.isEmpty() || m_rest.width() <= reserve)
             return;
         const QFontMetrics metrics(font);
-        QString cut = metrics.elidedText(text, mode, m_rest.width() - reserve);
-        // A path keeps its slash in front, whatever the row's direction.
-        if (!QGuiApplication::isLeftToRight())
-            cut = QChar(0x2068) + cut + QChar(0x2069);
+        const QString cut = elidedPath(metrics, text, mode, m_rest.width() - reserve);
         m_painter.setFont(font);
         m_painter.setPen(color);
         m_painter.drawText(mirrored(m_row, m_rest),

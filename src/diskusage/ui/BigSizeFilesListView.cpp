@@ -5,6 +5,7 @@
 #include "diskusage/V4DiskUsageViewController.h"
 #include "foundation/Paths.h"
 #include "removal/RemovalReason.h"
+#include "ui/ElidedText.h"
 #include "ui/FocusFrame.h"
 #include "ui/ImageProvider.h"
 #include "ui/Mirrored.h"
@@ -141,8 +142,8 @@ public:
         painter->setPen(row.refusal && !isLit ? theme::secondary() : theme::text());
         painter->drawText(mirrored(frame, names),
                           Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                          painter->fontMetrics().elidedText(index.data().toString(),
-                                                            Qt::ElideMiddle, names.width()));
+                          elidedText(painter->fontMetrics(), index.data().toString(),
+                                     Qt::ElideMiddle, names.width()));
         painter->restore();
     }
 

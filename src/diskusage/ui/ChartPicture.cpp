@@ -9,6 +9,7 @@
 #include "diskusage/ui/OffscreenGl.h"
 #include "diskusage/ui/PainterCanvas.h"
 #include "foundation/Paths.h"
+#include "ui/ElidedText.h"
 #include "ui/Theme.h"
 
 #include <QFontInfo>
@@ -189,13 +190,12 @@ void ChartPicture::paintCentre(QPainter &painter, const QRectF &disc, const QStr
             points = std::max(smallestSize, points - 0.5);
             font = theme::font(points, line.bold);
         }
-        const QFontMetricsF metrics(font);
         painter.setFont(font);
         painter.setPen(line.colour);
         if (room > 0)
             painter.drawText(QRectF(disc.center().x() - room / 2, top, room, lineHeight),
                              Qt::AlignCenter | Qt::TextSingleLine,
-                             metrics.elidedText(text, Qt::ElideMiddle, room));
+                             elidedText(QFontMetrics(font), text, Qt::ElideMiddle, int(room)));
         top += lineHeight;
     }
 }

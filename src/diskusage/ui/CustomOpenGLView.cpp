@@ -7,6 +7,7 @@
 #include "diskusage/ui/ChartCanvasChoice.h"
 #include "diskusage/ui/ChartPicture.h"
 #include "foundation/Paths.h"
+#include "ui/ElidedText.h"
 #include "ui/Theme.h"
 
 #include <QAccessible>
@@ -188,7 +189,7 @@ void CustomOpenGLView::paintBubble(QPainter &painter) {
     const QFontMetrics title(titleFont);
     const QFontMetrics sizeMetrics(sizeFont);
     const int most = std::min(theme::height(bubbleWidth), width() - 8 * theme::grid);
-    const QString name = title.elidedText(bubble.titleTextStr, Qt::ElideMiddle, most);
+    const QString name = elidedText(title, bubble.titleTextStr, Qt::ElideMiddle, most);
     const QString words = readersSize(bubble.sizeTextStr);
     const int inner = std::max(title.horizontalAdvance(name), sizeMetrics.horizontalAdvance(words));
     const QSizeF box(inner + 6 * theme::grid,

@@ -3,6 +3,7 @@
 #include "core/Texts.h"
 #include "diskusage/DiskUsageAppController.h"
 #include "foundation/Paths.h"
+#include "ui/ElidedText.h"
 #include "ui/ImageProvider.h"
 #include "ui/Mirrored.h"
 #include "ui/Theme.h"
@@ -93,8 +94,8 @@ public:
         painter->setPen(theme::text());
         painter->drawText(mirrored(row, names),
                           Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                          painter->fontMetrics().elidedText(index.data().toString(),
-                                                            Qt::ElideMiddle, names.width()));
+                          elidedText(painter->fontMetrics(), index.data().toString(),
+                                     Qt::ElideMiddle, names.width()));
         painter->restore();
     }
 

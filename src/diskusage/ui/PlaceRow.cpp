@@ -3,6 +3,7 @@
 #include "core/RowWords.h"
 #include "core/Texts.h"
 #include "foundation/Paths.h"
+#include "ui/ElidedText.h"
 #include "ui/ImageProvider.h"
 #include "ui/Mirrored.h"
 #include "ui/Theme.h"
@@ -88,7 +89,7 @@ void PlaceRow::paintEvent(QPaintEvent *) {
         const QRect place(text.left(), text.top() + index * room / 2, text.width(), room / 2);
         painter.drawText(mirrored(frame, place),
                          Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                         painter.fontMetrics().elidedText(words, Qt::ElideMiddle, place.width()));
+                         elidedText(painter.fontMetrics(), words, Qt::ElideMiddle, place.width()));
     };
     line(0, theme::font(12, true), theme::text(), m_cell.name);
     line(1, theme::font(11), theme::secondary(), words());

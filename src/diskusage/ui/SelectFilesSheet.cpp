@@ -5,6 +5,7 @@
 #include "foundation/Paths.h"
 #include "removal/RemovalReason.h"
 #include "ui/AlertSheet.h"
+#include "ui/ElidedText.h"
 #include "ui/ImageProvider.h"
 #include "ui/PageParts.h"
 #include "ui/SheetShade.h"
@@ -144,8 +145,8 @@ QWidget *SelectFilesSheet::makeRow(std::size_t row) {
     name->setTextFormat(Qt::PlainText);
     name->setToolTip(plainToolTip({path}));
     name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    name->setText(name->fontMetrics().elidedText(path, Qt::ElideMiddle,
-                                                 theme::height(listWidth) - theme::height(160)));
+    name->setText(elidedText(name->fontMetrics(), path, Qt::ElideMiddle,
+                             theme::height(listWidth) - theme::height(160)));
     words->addWidget(name);
     const QString notes = notesOf(item);
     if (!notes.isEmpty()) {

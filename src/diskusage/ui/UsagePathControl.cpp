@@ -3,6 +3,7 @@
 #include "core/RowWords.h"
 #include "core/Texts.h"
 #include "foundation/Paths.h"
+#include "ui/ElidedText.h"
 #include "ui/Theme.h"
 
 #include <QHBoxLayout>
@@ -75,8 +76,7 @@ void UsagePathControl::addCell(const PathCell &cell, bool isLast, int room) {
     auto *const button = new QToolButton(this);
     button->setObjectName(QStringLiteral("usage.cell"));
     button->setProperty("flat", true);
-    button->setText(fontMetrics()
-                        .elidedText(shown(cell), Qt::ElideMiddle, room)
+    button->setText(elidedText(fontMetrics(), shown(cell), Qt::ElideMiddle, room)
                         .replace(u'&', QStringLiteral("&&")));
     button->setAccessibleName(shown(cell));
     button->setToolTip(plainToolTip({paths::display(cell.path)}));

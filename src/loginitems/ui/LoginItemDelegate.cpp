@@ -3,6 +3,7 @@
 #include "core/CheckImage.h"
 #include "foundation/Identity.h"
 #include "loginitems/LoginItemModel.h"
+#include "ui/ElidedText.h"
 #include "ui/ImageProvider.h"
 #include "ui/Mirrored.h"
 #include "ui/Theme.h"
@@ -10,7 +11,6 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCursor>
-#include <QGuiApplication>
 #include <QIcon>
 #include <QMimeDatabase>
 #include <QMouseEvent>
@@ -140,8 +140,8 @@ void LoginItemDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
         painter->setFont(theme::font(index.data(LoginItemModel::FontSizeRole).toDouble()));
         painter->drawText(mirrored(option.rect, room),
                           Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                          painter->fontMetrics().elidedText(index.data().toString(),
-                                                            Qt::ElideMiddle, room.width()));
+                          elidedText(painter->fontMetrics(), index.data().toString(),
+                                     Qt::ElideMiddle, room.width()));
     }
     painter->restore();
 }
@@ -175,14 +175,11 @@ void LoginItemDelegate::paintName(QPainter &painter, const QStyleOptionViewItem 
     lower.setHeight(noteHeight);
     const auto draw = [&](const QRect &room, const QString &text, const QFont &font,
                           const QColor &color, Qt::TextElideMode mode) {
-        QString cut = QFontMetrics(font).elidedText(text, mode, room.width());
-        // A path keeps its slash in front, whatever the row's direction.
-        if (!QGuiApplication::isLeftToRight())
-            cut = QChar(0x2068) + cut + QChar(0x2069);
         painter.setFont(font);
         painter.setPen(color);
         painter.drawText(mirrored(area, room),
-                         Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, cut);
+                         Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                         elidedPath(QFontMetrics(font), text, mode, room.width()));
     };
     const QString mark = index.data(LoginItemModel::MarkRole).toString();
     const QRect whole(upper.left(), area.top(), upper.width(), area.height());

@@ -1,5 +1,6 @@
 #include "uninstall/ui/ImageTextCell.h"
 
+#include "ui/ElidedText.h"
 #include "ui/Mirrored.h"
 #include "ui/Theme.h"
 #include "uninstall/UninstallListModel.h"
@@ -59,7 +60,7 @@ void ImageTextCell::paintName(QPainter &painter, const QRect &area, bool isSelec
                    : isSelected                      ? theme::text()
                                                      : theme::secondary());
     painter.drawText(mirrored(area, lower), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                     painter.fontMetrics().elidedText(second, Qt::ElideRight, lower.width()));
+                     elidedText(painter.fontMetrics(), second, Qt::ElideRight, lower.width()));
 }
 
 // The name, and what is said of it in frames behind it as far as there is room.
@@ -78,8 +79,8 @@ void ImageTextCell::paintBadges(QPainter &painter, const QRect &area, QRect room
         widths.push_back(width);
         sum += width;
     }
-    const QString name = QFontMetrics(bold).elidedText(m_dataDelegate.primaryTextForCell(index),
-                                                       Qt::ElideRight, room.width() - sum);
+    const QString name = elidedText(QFontMetrics(bold), m_dataDelegate.primaryTextForCell(index),
+                                    Qt::ElideRight, room.width() - sum);
     painter.setFont(bold);
     painter.setPen(theme::text());
     painter.drawText(mirrored(area, room), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,

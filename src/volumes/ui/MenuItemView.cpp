@@ -2,6 +2,7 @@
 
 #include "core/RowWords.h"
 #include "core/Texts.h"
+#include "ui/ElidedText.h"
 #include "ui/ImageProvider.h"
 #include "ui/Mirrored.h"
 #include "ui/Theme.h"
@@ -172,7 +173,7 @@ void MenuItemView::paintEvent(QPaintEvent *) {
     painter.setPen(row.warns() && !lit ? theme::danger() : theme::text());
     painter.drawText(
         place(left, top, width, nameHeight), Qt::AlignLeft | Qt::AlignVCenter,
-        QFontMetricsF(bold).elidedText(popup::oneLine(nameOf(row)), Qt::ElideMiddle, width));
+        elidedText(QFontMetrics(bold), popup::oneLine(nameOf(row)), Qt::ElideMiddle, int(width)));
     top += nameHeight + gap;
     paintImage(painter, row.prograssImage, place(left, top, width, bar));
     top += bar + gap;
