@@ -11,6 +11,7 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/fsuid.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -376,6 +377,7 @@ TEST_F(Autostart, AFullOrClosedFolderKeepsTheOldFile) {
 TEST_F(Autostart, HearsOfEveryChangeAlsoAfterTheFolderCameBack) {
     std::atomic<int> told = 0;
     std::filesystem::remove_all(user.top().parent_path());
+    work.directory("two");
     auto watch = source.watch([&] { ++told; });
     const std::filesystem::path config = user.top().parent_path();
     const std::filesystem::path moved = config.native() + ".moved";
@@ -403,6 +405,25 @@ TEST_F(Autostart, HearsOfEveryChangeAlsoAfterTheFolderCameBack) {
              std::filesystem::rename(moved, config);
          }},
         {"written in the old one", [&] { user.file("d", "5"); }},
+        {"a link comes in its place",
+         [&] {
+             std::filesystem::remove_all(user.top());
+             std::filesystem::create_directory_symlink("../work/one", user.top());
+         }},
+        {"it leads to something", [&] { work.directory("one"); }},
+        {"written there", [&] { work.file("one/a"); }},
+        {"another folder there",
+         [&] {
+             std::filesystem::remove_all(work.path("one"));
+             std::filesystem::rename(work.path("two"), work.path("one"));
+         }},
+        {"written in that one", [&] { work.file("one/b"); }},
+        {"a link above comes",
+         [&] {
+             std::filesystem::rename(config, moved);
+             std::filesystem::create_directory_symlink(work.top(), config);
+         }},
+        {"written behind it", [&] { work.file("autostart/c"); }},
     };
     for (const auto &[what, change] : changes) {
         const int before = told;
@@ -419,6 +440,7 @@ TEST_F(Autostart, HearsOfEveryChangeAlsoAfterTheFolderCameBack) {
         EXPECT_TRUE(eventually([&] { return told > before; })) << isBack;
     }
     ::unsetenv("XDG_CONFIG_HOME");
+    std::filesystem::remove(config);
     watch = source.watch([&] { ++told; });
     const int before = told;
     for (int i = 0; i < 500; ++i)
@@ -426,6 +448,34 @@ TEST_F(Autostart, HearsOfEveryChangeAlsoAfterTheFolderCameBack) {
     waitUntil([&] { return told > before; });
     EXPECT_LT(told - before, 100);
     watch.reset();
+}
+
+TEST_F(Autostart, TellsThatAFolderIsClosedAndHearsOfItsBeingOpened) {
+    needRoot();
+    user.file("a.desktop", head);
+    const auto asUser = [](const auto &does) {
+        ::setfsuid(unprivilegedUser); // of this thread and those that it starts
+        auto answer = does();
+        ::setfsuid(0);
+        return answer;
+    };
+    std::atomic<int> told = 0;
+    for (const auto &closed : {user.top(), user.top().parent_path()}) {
+        for (const bool wasOpen : {false, true}) {
+            const auto open = [&](bool isOpen) { ::chmod(closed.c_str(), isOpen ? 0755 : 0700); };
+            open(wasOpen);
+            const auto watch = asUser([&] { return source.watch([&] { ++told; }); });
+            for (const bool isOpen : {!wasOpen, wasOpen, !wasOpen, true}) {
+                const int before = told;
+                open(isOpen);
+                EXPECT_TRUE(eventually([&] { return told > before; })) << closed << isOpen;
+                const auto items = asUser([&] { return source.items(); });
+                EXPECT_EQ(items.error(), isOpen
+                                             ? std::error_code()
+                                             : std::make_error_code(std::errc::permission_denied));
+            }
+        }
+    }
 }
 
 } // namespace

@@ -8,20 +8,21 @@
 #include <sys/inotify.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
+#include <string>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 namespace brightsweep {
 
 namespace {
 
 constexpr int coalescing = 100; // milliseconds
-constexpr std::uint32_t inFolder = IN_CLOSE_WRITE | IN_CREATE | IN_DELETE | IN_MOVED_FROM |
-                                   IN_MOVED_TO | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF |
-                                   IN_ONLYDIR;
-constexpr std::uint32_t ofItself = IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
-constexpr std::uint32_t above = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | ofItself;
+constexpr int mostLinks = 40;   // as the kernel follows
+constexpr std::uint32_t ofItself = IN_DELETE_SELF | IN_MOVE_SELF | IN_ATTRIB | IN_ONLYDIR;
+constexpr std::uint32_t ofEntries = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | ofItself;
+constexpr std::uint32_t inFolder = IN_CLOSE_WRITE | ofEntries;
 // After one of these a watch may be at the wrong place, or events may have been lost.
 constexpr std::uint32_t unsettling =
     IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED | IN_UNMOUNT | IN_Q_OVERFLOW;
@@ -51,31 +52,68 @@ DirectoryWatch::~DirectoryWatch() {
         m_thread.join();
 }
 
-// From the root down, as what comes between two steps is seen by the upper one. Only the nearest
-// folder above is watched for what is made in it.
+int DirectoryWatch::watch(const std::filesystem::path &folder, std::uint32_t events) {
+    return ::inotify_add_watch(m_inotify.get(), folder.c_str(),
+                               events | IN_MASK_ADD | IN_DONT_FOLLOW);
+}
+
+// From the root down, as what comes between two steps is seen by the upper one. Only where the next
+// step cannot be watched itself is the folder watched for what is made in it: others may be busy
+// there.
 void DirectoryWatch::arm() {
-    for (const int watch : m_aboveWatches)
-        ::inotify_rm_watch(m_inotify.get(), watch);
+    for (const auto &[old, names] : m_way)
+        ::inotify_rm_watch(m_inotify.get(), old);
     if (m_folderWatch >= 0)
         ::inotify_rm_watch(m_inotify.get(), m_folderWatch);
-    m_aboveWatches.clear();
-    std::vector<std::filesystem::path> folders;
-    for (auto folder = paths::parent(m_folder); folders.empty() || folders.back() != folder;
-         folder = paths::parent(folder))
-        folders.push_back(folder);
-    const std::filesystem::path *nearest = nullptr;
-    for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder) {
-        const int watch = ::inotify_add_watch(m_inotify.get(), folder->c_str(), above);
-        if (watch < 0)
-            continue; // Missing, or closed to the user while those below it are not.
-        m_aboveWatches.push_back(watch);
-        if (nearest)
-            ::inotify_add_watch(m_inotify.get(), nearest->c_str(), ofItself);
-        nearest = &*folder;
+    m_way.clear();
+    m_folderWatch = -1;
+    std::filesystem::path at = "/";
+    std::vector<std::string> left; // of the way, the next step last
+    const auto goOn = [&left](const std::filesystem::path &path) {
+        for (auto step = path.end(); step != path.begin();)
+            left.push_back((--step)->native());
+    };
+    goOn(m_folder);
+    int current = watch(at, ofItself);
+    for (int links = 0; links <= mostLinks && !left.empty();) {
+        const std::string name = std::move(left.back());
+        left.pop_back();
+        if (name.empty() || name == "." || name == "/")
+            continue;
+        const std::filesystem::path next = name == ".." ? paths::parent(at) : paths::join(at, name);
+        int step = watch(next, ofItself);
+        if ((step < 0 || left.empty()) && current >= 0) {
+            watch(at, ofEntries);
+            step = watch(next, ofItself); // It may have come before that.
+        }
+        if (current >= 0)
+            m_way[current].insert(name);
+        std::error_code error;
+        const auto target =
+            step < 0 ? std::filesystem::read_symlink(next, error) : std::filesystem::path();
+        if (!target.empty()) {
+            ++links;
+            goOn(target);
+            if (target.is_absolute()) {
+                at = "/";
+                current = watch(at, ofItself);
+            }
+            continue;
+        }
+        at = next;
+        current = step;
     }
-    m_folderWatch = ::inotify_add_watch(m_inotify.get(), m_folder.c_str(), inFolder);
-    if (m_aboveWatches.empty() && m_folderWatch < 0)
+    if (current >= 0 && left.empty()) {
+        m_folderWatch = current;
+        watch(at, inFolder);
+    }
+    if (m_way.empty() && m_folderWatch < 0)
         NSLog("%@ is not watched: %@", m_folder, lastError());
+}
+
+bool DirectoryWatch::isOnTheWay(int watch, const char *name) const {
+    const auto step = m_way.find(watch);
+    return step != m_way.end() && (!*name || step->second.count(name) > 0);
 }
 
 bool DirectoryWatch::take() {
@@ -88,28 +126,17 @@ bool DirectoryWatch::take() {
             const auto *const event = reinterpret_cast<const inotify_event *>(at);
             at += sizeof(inotify_event) + event->len;
             // That a watch has gone is also told of those that arm() took away.
-            const bool isOfOld = event->wd != m_folderWatch &&
-                                 std::find(m_aboveWatches.begin(), m_aboveWatches.end(),
-                                           event->wd) == m_aboveWatches.end() &&
-                                 (event->mask & IN_Q_OVERFLOW) == 0;
-            if (isOfOld)
-                continue;
-            if (event->wd == m_folderWatch)
-                isAbout = true;
+            const bool isOnWay = isOnTheWay(event->wd, event->len > 0 ? event->name : "");
+            const bool isInFolder = event->wd == m_folderWatch;
+            const bool isLost = (event->mask & IN_Q_OVERFLOW) != 0;
+            isAbout = isAbout || isInFolder;
             isUnsettled =
-                isUnsettled || event->wd != m_folderWatch || (event->mask & unsettling) != 0;
+                isUnsettled || isOnWay || isLost || (isInFolder && (event->mask & unsettling) != 0);
         }
     }
-    if (!isUnsettled)
-        return isAbout;
-    // Others come and go beside the folder; only what it is or was is news.
-    const bool wasThere = m_folderWatch >= 0;
-    const int watched = m_folderWatch;
-    const int now = ::inotify_add_watch(m_inotify.get(), m_folder.c_str(), inFolder);
-    if (!isAbout && wasThere && now == watched)
-        return false;
-    arm();
-    return isAbout || wasThere || m_folderWatch >= 0;
+    if (isUnsettled)
+        arm();
+    return isAbout || isUnsettled;
 }
 
 bool DirectoryWatch::waitFor(int milliseconds) {

@@ -4,17 +4,21 @@
 #include "platform/linux/WakePipe.h"
 
 #include <atomic>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <map>
+#include <set>
+#include <string>
 #include <thread>
-#include <vector>
 
 namespace brightsweep {
 
 /// Tells of changes of a folder's entries and of files in it, by inotify(7): written in place,
-/// made, renamed, removed, other modes. It outlives the folder and those above it: while one is
-/// missing the nearest one that is there is watched until it comes, and all of them for being moved
-/// away. A link in its place is followed.
+/// made, renamed, removed, other modes. It outlives the folder and those above it: every folder on
+/// the way to it is watched for being moved away or closed, and one whose next step is missing,
+/// closed to the user or a link for what becomes of that. Links in its place and on the way are
+/// followed.
 class DirectoryWatch {
 public:
     /// `changed` is called on an own thread, 100 ms after the first of the changes that it is for,
@@ -25,6 +29,8 @@ public:
 private:
     void run();
     void arm();
+    int watch(const std::filesystem::path &folder, std::uint32_t events);
+    bool isOnTheWay(int watch, const char *name) const;
     /// Reads what has come in; true where it is about the folder.
     bool take();
     bool waitFor(int milliseconds);
@@ -33,7 +39,7 @@ private:
     const std::function<void()> m_changed;
     FileDescriptor m_inotify;
     int m_folderWatch = -1;
-    std::vector<int> m_aboveWatches;
+    std::map<int, std::set<std::string>> m_way; ///< by watch, the names that lead on from there
     WakePipe m_wake;
     std::atomic<bool> m_stop{false};
     std::thread m_thread;
