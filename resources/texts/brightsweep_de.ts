@@ -193,7 +193,7 @@
     <message id="LOGIN_BAD_LINE"><translation>startet womöglich nicht, weil nicht jede Arbeitsumgebung diese Zeile versteht: %1</translation></message>
     <message id="LOGIN_BYTE_ORDER_MARK"><translation>startet womöglich nicht, weil seine Datei mit einem Byte Order Mark beginnt</translation></message>
     <message id="LOGIN_CANNOT_READ"><translation>Ihre Anmeldeobjekte sind nicht lesbar</translation></message>
-    <message id="LOGIN_CANNOT_READ_HOW"><translation>Der Ordner „autostart“ in Ihren Einstellungen antwortet nicht oder ist Ihnen verschlossen.</translation></message>
+    <message id="LOGIN_CANNOT_READ_HOW"><translation>Der Ordner „autostart“ in Ihren Einstellungen lässt sich nicht lesen: %1</translation></message>
     <message id="LOGIN_DAMAGED_MARK"><translation>beschädigt</translation></message>
     <message id="LOGIN_DELETE"><translation>Anmeldeobjekt entfernen</translation></message>
     <message id="LOGIN_DROP"><translation>oder Programme, Dokumente und Ordner auf die Liste ziehen</translation></message>

@@ -193,7 +193,7 @@
     <message id="LOGIN_BAD_LINE"><translation>may not start because not every desktop understands this line: %1</translation></message>
     <message id="LOGIN_BYTE_ORDER_MARK"><translation>may not start because its file begins with a byte order mark</translation></message>
     <message id="LOGIN_CANNOT_READ"><translation>Your login items cannot be read</translation></message>
-    <message id="LOGIN_CANNOT_READ_HOW"><translation>The folder “autostart” in your settings does not answer or is closed to you.</translation></message>
+    <message id="LOGIN_CANNOT_READ_HOW"><translation>The folder “autostart” in your settings cannot be read: %1</translation></message>
     <message id="LOGIN_DAMAGED_MARK"><translation>damaged</translation></message>
     <message id="LOGIN_DELETE"><translation>Remove the login item</translation></message>
     <message id="LOGIN_DROP"><translation>or drop programs, documents and folders on the list</translation></message>

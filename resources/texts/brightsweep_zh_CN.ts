@@ -193,7 +193,7 @@
     <message id="LOGIN_BAD_LINE"><translation>可能不会启动，因为并非所有桌面环境都能理解此行：%1</translation></message>
     <message id="LOGIN_BYTE_ORDER_MARK"><translation>可能不会启动，因为其文件以字节顺序标记开头</translation></message>
     <message id="LOGIN_CANNOT_READ"><translation>无法读取您的登录项</translation></message>
-    <message id="LOGIN_CANNOT_READ_HOW"><translation>设置文件夹中的“autostart”文件夹没有响应，或您无权访问。</translation></message>
+    <message id="LOGIN_CANNOT_READ_HOW"><translation>无法读取设置文件夹中的“autostart”文件夹：%1</translation></message>
     <message id="LOGIN_DAMAGED_MARK"><translation>已损坏</translation></message>
     <message id="LOGIN_DELETE"><translation>移除登录项</translation></message>
     <message id="LOGIN_DROP"><translation>或将程序、文档和文件夹拖放到列表中</translation></message>

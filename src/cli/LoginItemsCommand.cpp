@@ -126,7 +126,7 @@ std::string listAsTable(const std::vector<LoginItem> &items, Output &output) {
 int list(Output &output) {
     const auto items = UKLoginItemRegistry::allLoginItems();
     if (!items) {
-        output.warning("The login items cannot be read.");
+        output.warning("The login items cannot be read: " + items.error().message() + '.');
         return Failed;
     }
     const std::string text = output.json ? listAsJson(*items) : listAsTable(*items, output);
@@ -138,7 +138,7 @@ std::variant<Choice, int> choose(const QCommandLineParser &parser, const std::st
                                  Output &output) {
     const auto items = UKLoginItemRegistry::allLoginItems();
     if (!items) {
-        output.warning("The login items cannot be read.");
+        output.warning("The login items cannot be read: " + items.error().message() + '.');
         return Failed;
     }
     const auto none = [&](const std::string &what) -> std::variant<Choice, int> {

@@ -115,7 +115,7 @@ void LaunchAtLogin::launchAppWhenLogin(int state,
 
 std::error_code LaunchAtLogin::renewEntry(bool wanted, const std::filesystem::path &program) {
     const auto items = UKLoginItemRegistry::allLoginItems();
-    std::error_code error = items ? std::error_code() : std::make_error_code(std::errc::io_error);
+    std::error_code error = items.error();
     for (const LoginItem &item : items.value_or(std::vector<LoginItem>())) {
         // Or one that was made before the program moved.
         if (item.entry.path != program && item.entry.file != ownFile())

@@ -54,19 +54,19 @@ std::filesystem::path UKLoginItemRegistry::pathOfURL(const std::string &url) {
     return plain.substr(found + host.size());
 }
 
-std::optional<std::vector<LoginItem>> UKLoginItemRegistry::allLoginItems() {
+Result<std::vector<LoginItem>> UKLoginItemRegistry::allLoginItems() {
     auto entries = source().items();
     for (int pauses = 0; !entries && isTimeOut(entries.error()); entries = source().items()) {
         NSLog("Get login items error -1712 occur.");
         if (++pauses > maximumPauses) {
             NSLog("Get login items error -1712 and timeout.");
-            return {};
+            return entries.error();
         }
         pause();
     }
     if (!entries) {
         NSLog("Couldn't list login items error %@", entries.error().value());
-        return {};
+        return entries.error();
     }
     std::vector<LoginItem> items;
     items.reserve(entries->size());

@@ -4,7 +4,6 @@
 
 #include <filesystem>
 #include <functional>
-#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -24,9 +23,9 @@ struct LoginItem {
 /// safe from every other.
 class UKLoginItemRegistry {
 public:
-    /// Nothing where the list cannot be read. A source that times out is asked again once a second,
-    /// 61 times in all: right after login a home on a server may not be there yet.
-    static std::optional<std::vector<LoginItem>> allLoginItems();
+    /// The reason where the list cannot be read. A source that times out is asked again once a
+    /// second, 61 times in all: right after login a home on a server may not be there yet.
+    static Result<std::vector<LoginItem>> allLoginItems();
 
     static bool addLoginItemWithURL(const std::string &url, bool hideIt);
     static bool addLoginItemWithPath(const std::filesystem::path &path, bool hideIt);

@@ -17,7 +17,7 @@ bool AppInformation::getAppInfo(std::vector<LoginItemRow::Pointer> *appsInfo) {
     const auto items = UKLoginItemRegistry::allLoginItems();
     if (items)
         getAppInfo(appsInfo, *items);
-    return items.has_value();
+    return bool(items);
 }
 
 void AppInformation::getAppInfo(std::vector<LoginItemRow::Pointer> *appsInfo,

@@ -24,6 +24,10 @@ LoginItemSource &source() {
     return *Platform::current().loginItems;
 }
 
+QString wordsOf(std::error_code error) {
+    return error ? localizedText(QString::fromStdString(error.message())) : QString();
+}
+
 bool isSame(const LoginItemRow &one, const LoginItemRow &other) {
     return one.entry == other.entry && one.name == other.name;
 }
@@ -32,7 +36,7 @@ bool isSame(const LoginItemRow &one, const LoginItemRow &other) {
 
 /// What a worker has read, until the main thread takes it.
 struct LoginItemController::Listing {
-    bool isRead = false;
+    std::error_code error;
     std::vector<LoginItem> items;
     std::vector<LoginItemRow::Pointer> rows;
     std::vector<LoginItemEntry> systemItems;
@@ -69,7 +73,7 @@ void LoginItemController::run(std::function<void()> work, std::function<void()> 
 
 bool LoginItemController::readList(Listing &listing) {
     auto items = UKLoginItemRegistry::allLoginItems();
-    listing.isRead = items.has_value();
+    listing.error = items.error();
     if (!items)
         return false;
     listing.items = *std::move(items);
@@ -100,7 +104,7 @@ void LoginItemController::show(Listing listing) {
         std::equal(m_rows.begin(), m_rows.end(), listing.rows.begin(), listing.rows.end(),
                    [](const auto &one, const auto &other) { return isSame(*one, *other); });
     m_isListed = true;
-    m_isReadable = listing.isRead;
+    m_readProblem = wordsOf(listing.error);
     if (!isSameList) {
         const std::string selected =
             m_selectRow >= 0 ? m_rows[std::size_t(m_selectRow)]->entry.file : std::string();
@@ -123,9 +127,7 @@ int LoginItemController::rowOfFile(const std::string &file) const {
 }
 
 void LoginItemController::tell(const QString &name, std::error_code error) {
-    Q_EMIT failed(
-        localizedText("LOGIN_FAILED")
-            .arg(nameInSentence(name), localizedText(QString::fromStdString(error.message()))));
+    Q_EMIT failed(localizedText("LOGIN_FAILED").arg(nameInSentence(name), wordsOf(error)));
 }
 
 // -- Adding

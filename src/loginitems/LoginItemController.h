@@ -48,8 +48,8 @@ public:
     bool isWaiting() const { return m_waiting > 0; }
     /// The list has been asked for and answered once.
     bool isListed() const { return m_isListed; }
-    /// At the last time it could be read; no rows mean nothing else.
-    bool isReadable() const { return m_isReadable; }
+    /// Why it could not be read the last time, in words; empty where it could.
+    const QString &readProblem() const { return m_readProblem; }
     /// The row that stands out; -1 for none.
     int selectRow() const { return m_selectRow; }
 
@@ -103,7 +103,7 @@ private:
     int m_selectRow = -1;
     int m_waiting = 0;
     bool m_isListed = false;
-    bool m_isReadable = false;
+    QString m_readProblem;
     std::atomic<bool> m_isListingWanted{false}; ///< one waits, that has not begun
     CallQueue m_calls;
     std::shared_ptr<void> m_watch; // of the list, with calls by m_calls

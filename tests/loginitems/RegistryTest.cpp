@@ -68,7 +68,7 @@ TEST_F(LoginItemRegistry, AsksASlowSourceSixtyOneTimes) {
         const LogCapture lines;
         pauses = 0;
         items.fail("items", each.error, each.times);
-        EXPECT_EQ(Registry::allLoginItems().has_value(), each.listed);
+        EXPECT_EQ(bool(Registry::allLoginItems()), each.listed);
         EXPECT_EQ(pauses, each.pauses);
         EXPECT_EQ(count(lines.text(), "error -1712 and timeout."), each.givenUp);
         EXPECT_EQ(lines.has("Couldn't list login items error 13"), each.times == 1);

@@ -120,6 +120,11 @@ class LoginItemsPage(unittest.TestCase):
         self.desktop.wait_for("Also started by the system (1)")
         os.rename(self.home / "away", self.autostart)
         self.desktop.wait_for("Neu One", "Mail")
+        self.autostart.chmod(0)
+        self.desktop.wait_for("Your login items cannot be read",
+                              "The folder “autostart” in your settings cannot be read: Permission denied")
+        self.autostart.chmod(0o700)
+        self.desktop.wait_for("Neu One", "Mail")
 
     def test_the_systems_entries_are_switched_for_this_user(self):
         self.start()

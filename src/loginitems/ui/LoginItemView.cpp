@@ -220,10 +220,11 @@ void LoginItemView::contextMenuEvent(QContextMenuEvent *event) {
 void LoginItemView::sayEmpty() {
     if (model()->rowCount() > 0 || !m_controller.isListed())
         m_empty->say({});
-    else if (m_controller.isReadable())
+    else if (m_controller.readProblem().isEmpty())
         m_empty->say(localizedText("LOGIN_NONE"), localizedText("LOGIN_NONE_HOW"));
     else
-        m_empty->say(localizedText("LOGIN_CANNOT_READ"), localizedText("LOGIN_CANNOT_READ_HOW"));
+        m_empty->say(localizedText("LOGIN_CANNOT_READ"),
+                     localizedText("LOGIN_CANNOT_READ_HOW").arg(m_controller.readProblem()));
 }
 
 } // namespace brightsweep
