@@ -1,6 +1,7 @@
 #include "cli/Catalogue.h"
 
 #include "cli/Command.h"
+#include "cli/JsonWriter.h"
 #include "foundation/Paths.h"
 #include "foundation/WordTable.h"
 #include "uninstall/Leftovers.h"
@@ -67,6 +68,27 @@ const char *kindWord(ApplicationKind kind) {
 
 const char *kindWord(LeftoverKind kind) {
     return wordsIn(leftoverWords, kind, "");
+}
+
+std::string obstacleOf(const Leftover &leftover, bool asksForRights) {
+    if (leftover.refusal)
+        return leftover.refusal.message();
+    return leftover.needsRights && !asksForRights
+               ? "administrator rights are needed; --admin asks for them"
+               : std::string();
+}
+
+void writeLeftover(JsonWriter &json, const Leftover &leftover) {
+    json.path("path", leftover.path);
+    json.key("kind").value(kindWord(leftover.kind));
+    json.key("bytes").value(leftover.bytes);
+    json.key("reason").value(paths::text(leftover.reason));
+    json.key("needsRights").value(leftover.needsRights);
+    json.key("stays");
+    if (leftover.refusal)
+        json.value(leftover.refusal.message());
+    else
+        json.nullValue();
 }
 
 Catalogue Catalogue::list() {

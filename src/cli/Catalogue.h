@@ -8,6 +8,7 @@
 
 namespace brightsweep::cli {
 
+class JsonWriter;
 class Output;
 
 /// Everything on the machine that can be uninstalled, with the keys by which commands name it.
@@ -37,5 +38,10 @@ struct Catalogue {
 const char *kindWord(ApplicationKind kind);
 /// "config", "cache", …
 const char *kindWord(LeftoverKind kind);
+
+/// What there is to say of a leftover, as members of an object that has begun.
+void writeLeftover(JsonWriter &json, const Leftover &leftover);
+/// Why it would stay, in a few words; empty where nothing keeps it.
+std::string obstacleOf(const Leftover &leftover, bool asksForRights);
 
 } // namespace brightsweep::cli

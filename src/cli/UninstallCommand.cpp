@@ -10,6 +10,7 @@
 #include "foundation/SaturatingSum.h"
 #include "removal/NvAuthorization.h"
 #include "removal/RemovalRun.h"
+#include "uninstall/LeftoverLook.h"
 #include "uninstall/RemovalPlanner.h"
 #include "uninstall/Uninstallation.h"
 
@@ -71,7 +72,7 @@ void tickAsTold(RemovalPlan &plan, const Options &options) {
     for (Leftover &leftover : plan.leftovers) {
         if (options.leftovers == Leave::Everything)
             leftover.ticked = false;
-        else if (options.leftovers == Leave::Nothing && !leftover.isDoubtful)
+        else if (options.leftovers == Leave::Nothing && !leftover.isDoubtful && !leftover.refusal)
             leftover.ticked = true;
     }
     plan.purge = options.purge;
@@ -177,7 +178,8 @@ bool isPart(const RemovalPlan &plan, const Uninstallation::Item &item) {
 }
 
 // What went or would, the application first; or what stays, with the reason.
-std::vector<ActedItem> actedOf(const Planned &planned, bool isTried) {
+std::vector<ActedItem> actedOf(const Planned &planned, const Options &options) {
+    const bool isTried = options.applies;
     const Uninstallation::Record &record = planned.record;
     const RemovalPlan &plan = record.plan;
     std::vector<ActedItem> acted;
@@ -204,7 +206,9 @@ std::vector<ActedItem> actedOf(const Planned &planned, bool isTried) {
     } else if (isGone) {
         for (const Leftover &leftover : plan.leftovers) {
             if (leftover.ticked)
-                acted.push_back({leftover.path.native(), leftover.bytes, {}});
+                acted.push_back(
+                    {leftover.path.native(), leftover.bytes,
+                     obstacleOf(leftover, options.admin || planned.needsRights || holdsRights())});
         }
     }
     return acted;
@@ -217,7 +221,7 @@ void writeStrings(JsonWriter &json, const char *key, const std::vector<std::stri
     json.endArray();
 }
 
-void writePlan(JsonWriter &json, const Planned &planned, bool isTried) {
+void writePlan(JsonWriter &json, const Planned &planned, const Options &options) {
     const RemovalPlan &plan = planned.record.plan;
     json.beginObject();
     json.key("key").value(planned.key);
@@ -240,15 +244,12 @@ void writePlan(JsonWriter &json, const Planned &planned, bool isTried) {
     json.key("leftovers").beginArray();
     for (const Leftover &leftover : plan.leftovers) {
         json.beginObject();
-        json.path("path", leftover.path);
-        json.key("kind").value(kindWord(leftover.kind));
-        json.key("bytes").value(leftover.bytes);
+        writeLeftover(json, leftover);
         json.key("ticked").value(leftover.ticked);
-        json.key("reason").value(paths::text(leftover.reason));
         json.endObject();
     }
     json.endArray();
-    const auto acted = actedOf(planned, isTried);
+    const auto acted = actedOf(planned, options);
     json.key("removed").beginArray();
     for (const ActedItem &item : acted) {
         if (item.error.empty())
@@ -274,7 +275,8 @@ void warnByLines(const std::string &words, Output &output) {
     }
 }
 
-std::string planText(const Planned &planned, bool isTried, std::uint64_t &bytes) {
+std::string planText(const Planned &planned, const Options &options, std::uint64_t &bytes) {
+    const bool isTried = options.applies;
     const RemovalPlan &plan = planned.record.plan;
     const auto shown = [](const std::string &text) { return paths::display(text).toStdString(); };
     std::string text = shown(plan.application.name);
@@ -290,7 +292,7 @@ std::string planText(const Planned &planned, bool isTried, std::uint64_t &bytes)
         isTried ? planned.record.outcome == UninstallOutcome::Removed : isPlannedToGo(planned);
     const std::string went = isTried ? "  removed" : "  would be removed";
     Table table({false, true, false});
-    for (const ActedItem &item : actedOf(planned, isTried)) {
+    for (const ActedItem &item : actedOf(planned, options)) {
         const bool goesAlong = std::find(also.begin(), also.end(), item.path) != also.end();
         if (item.error.empty())
             bytes = addSaturating(bytes, item.bytes);
@@ -300,7 +302,8 @@ std::string planText(const Planned &planned, bool isTried, std::uint64_t &bytes)
     for (const Leftover &leftover : plan.leftovers) {
         if (!leftover.ticked || !hasGone)
             table.row({"  kept", sizeText(leftover.bytes),
-                       leftover.path.native() + " (" + kindWord(leftover.kind) + ")"});
+                       leftover.path.native() + " (" + kindWord(leftover.kind) +
+                           (leftover.refusal ? ", " + leftover.refusal.message() : "") + ")"});
     }
     for (const auto &file : plan.systemSettings) {
         if (!plan.purge || !hasGone)
@@ -336,11 +339,12 @@ int tell(const Job &job, Output &output) {
     json.key("applied").value(job.options.applies);
     json.key("plans").beginArray();
     for (const Planned &planned : job.planned) {
-        writePlan(json, planned, isTried);
-        text += planText(planned, isTried, bytes);
+        writePlan(json, planned, job.options);
+        text += planText(planned, job.options, bytes);
         if (planned.record.output.find('\n') != std::string::npos)
             warnByLines(planned.record.output, output);
-        fails = fails || !isPlannedToGo(planned) || (isTried && !planned.record.isWhole());
+        fails = fails || !isPlannedToGo(planned) ||
+                (isTried ? !planned.record.isWhole() : anyStays(actedOf(planned, job.options)));
     }
     json.endArray();
     json.endObject();

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace brightsweep {
@@ -64,6 +65,9 @@ struct Leftover {
     std::uint64_t entries = 0; ///< below a folder, when it was found
     /// A part of it would stay without administrator rights, so that then nothing of it goes.
     bool needsRights = false;
+    /// Why it would stay even with rights, which keeps it from being ticked; empty where it would
+    /// not.
+    std::error_code refusal = {};
 };
 
 /// Why a removal is not attempted.

@@ -50,7 +50,7 @@ void LeftBehindController::take(std::vector<Leftover> items) {
     }
     m_items = std::move(items);
     for (Leftover &item : m_items)
-        item.ticked = ticked.contains(item.path);
+        item.ticked = ticked.contains(item.path) && !item.refusal;
     m_failures.assign(m_items.size(), {});
     m_isSearched = true;
     Q_EMIT itemsChanged();
@@ -71,8 +71,10 @@ std::uint64_t LeftBehindController::tickedBytes() const {
 void LeftBehindController::tick(const std::vector<int> &rows, bool isTicked) {
     if (!isReady())
         return;
-    for (const int row : rows)
-        m_items.at(std::size_t(row)).ticked = isTicked;
+    for (const int row : rows) {
+        Leftover &item = m_items.at(std::size_t(row));
+        item.ticked = isTicked && !item.refusal;
+    }
     m_message.clear();
     Q_EMIT ticksChanged();
 }

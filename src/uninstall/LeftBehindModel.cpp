@@ -33,8 +33,8 @@ QVariant LeftBehindModel::data(const QModelIndex &index, int role) const {
         return {};
     const Leftover &item = m_page.items().at(std::size_t(index.row()));
     const QString failure = m_page.failureOf(std::size_t(index.row()));
-    const QString note = QStringLiteral("%1 · %2").arg(UninstallTexts::leftover(item.kind),
-                                                       UninstallTexts::translated(item.reason));
+    const QString note =
+        UninstallTexts::leftoverNote(item, UninstallTexts::translated(item.reason));
     switch (role) {
     case Qt::DisplayRole:
         return index.column() == Name   ? paths::display(paths::lastComponent(item.path))
@@ -89,7 +89,8 @@ Qt::ItemFlags LeftBehindModel::flags(const QModelIndex &index) const {
     if (!index.isValid())
         return {};
     const auto flags = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
-    return index.column() == checkBox ? flags | Qt::ItemIsUserCheckable : flags;
+    const bool canGo = !m_page.items().at(std::size_t(index.row())).refusal;
+    return index.column() == checkBox && canGo ? flags | Qt::ItemIsUserCheckable : flags;
 }
 
 } // namespace brightsweep

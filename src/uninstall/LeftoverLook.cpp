@@ -126,6 +126,8 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
         leftover.bytes = leftover.seen.size;
         noteTimes(look, identity, times);
     }
+    if (isBusy || leftover.needsRights)
+        leftover.refusal = files.refusalWithRights(*item);
     if (const char *words = dataReason(leftover, holdsData);
         kind == LeftoverKind::Config && words) {
         leftover.kind = LeftoverKind::Data;
@@ -135,10 +137,11 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
         leftover.kind == LeftoverKind::Config || leftover.kind == LeftoverKind::Cache ||
         leftover.kind == LeftoverKind::Entry || (look.ticksData && kind == LeftoverKind::Data);
     const bool isLink = leftover.seen.type == EntryType::Link;
-    if (isBusy || (isLink && kind != LeftoverKind::Entry)) {
+    if (isLink && kind != LeftoverKind::Entry) {
         leftover.ticked = false;
-        leftover.reason += isBusy ? "; holds another volume" : "; a link to another place";
+        leftover.reason += "; a link to another place";
     }
+    leftover.ticked = leftover.ticked && !leftover.refusal;
     return leftover;
 }
 
@@ -177,13 +180,11 @@ RemovalOutcome removeAsShown(ItemRemoval &removal, const Leftover &shown,
             NSLog("Not removed, for it has changed: %@", shown.path);
             return {false, RemovalError::Changed, {}, false, false};
         }
+        // Rights that do not reach it would leave a part of it.
+        if (now->refusal)
+            return {false, now->refusal, {}, false, false};
         if (now->needsRights && !holdsRights())
             return lackOfRights();
-        if (now->needsRights) {
-            // Rights that do not reach it would leave a part of it.
-            if (const auto refusal = Platform::current().files->refusalWithRights(*item))
-                return {false, refusal, {}, false, false};
-        }
     }
     return removal.remove(shown.target, item);
 }

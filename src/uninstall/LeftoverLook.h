@@ -33,8 +33,8 @@ struct LeftoverLook {
 ///
 /// Settings that hold a database, a profile or documents, or that are large, come back as data.
 /// Settings, caches and entries are ticked, and with `ticksData` what was data from the beginning,
-/// unless the entry is a link or holds another volume. Nothing where it is not there, keeps its
-/// place whatever happens, or was not looked at to the end.
+/// unless the entry is a link or would stay even with rights. Nothing where it is not there, keeps
+/// its place whatever happens, or was not looked at to the end.
 std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind kind,
                                        std::string reason, const LeftoverLook &look = {});
 

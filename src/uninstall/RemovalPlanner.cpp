@@ -28,13 +28,8 @@ void lookAtItself(RemovalPlan &plan, const std::atomic<bool> *stop) {
     auto itself = lookAtLeftover(*target, LeftoverKind::Data, {}, {stop});
     if (itself) {
         plan.itself = *std::move(itself);
-        const auto item = Platform::current().files->openItem(*target);
-        std::error_code refusal;
-        if (item)
-            refusal = plan.itself.needsRights ? Platform::current().files->refusalWithRights(*item)
-                                              : item->refusal;
-        if (refusal)
-            block(plan, Blocker::Unsupported, refusal.message());
+        if (plan.itself.refusal)
+            block(plan, Blocker::Unsupported, plan.itself.refusal.message());
         return;
     }
     const auto item = Platform::current().files->openItem(*target);
@@ -93,7 +88,14 @@ bool takesRights(const RemovalPlan &plan) {
 }
 
 bool needsRights(const RemovalPlan &plan) {
-    return takesRights(plan) || (plan.blocker == Blocker::None && plan.itself.needsRights);
+    const auto stays = [](const Leftover &leftover) {
+        return leftover.ticked && leftover.needsRights;
+    };
+    // A bundle goes after its leftovers, and not without them.
+    const bool isKept = plan.application.kind == ApplicationKind::Bundle &&
+                        std::any_of(plan.leftovers.begin(), plan.leftovers.end(), stays);
+    return takesRights(plan) ||
+           (plan.blocker == Blocker::None && (plan.itself.needsRights || isKept));
 }
 
 RemovalPlanner::RemovalPlanner(std::vector<InstalledApplication> installed)

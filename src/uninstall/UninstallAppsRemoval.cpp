@@ -81,7 +81,8 @@ void UninstallAppsController::planned() {
 
 void UninstallAppsController::tickLeftover(std::size_t plan, std::size_t leftover, bool isTicked) {
     if (!refuseUnless(m_state == State::Asking && plan < m_plans.size() &&
-                          leftover < m_plans[plan].leftovers.size(),
+                          leftover < m_plans[plan].leftovers.size() &&
+                          !m_plans[plan].leftovers[leftover].refusal,
                       "a tick of what would be left"))
         m_plans[plan].leftovers[leftover].ticked = isTicked;
 }

@@ -124,6 +124,18 @@ QString obstacle(const RemovalPlan &plan) {
                                          : localizedText(obstacles.at(std::size_t(plan.blocker)));
 }
 
+QString obstacle(const Leftover &leftover) {
+    if (leftover.refusal)
+        return localizedText(QString::fromStdString(leftover.refusal.message()));
+    return leftover.needsRights ? localizedText("STAYS_NEEDS_RIGHTS") : QString();
+}
+
+QString leftoverNote(const Leftover &leftover, const QString &reason) {
+    QStringList parts = {UninstallTexts::leftover(leftover.kind), reason, obstacle(leftover)};
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(" · "));
+}
+
 QString reason(const Uninstallation::Record &record, bool hadRights) {
     if (const QString why = obstacle(record.plan); !why.isEmpty())
         return withDetail(why, record.message);

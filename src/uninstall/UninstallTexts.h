@@ -25,6 +25,10 @@ QString systemReason(const InstalledApplication &application);
 
 /// Why it stays although it is ticked, in a few words; empty where nothing keeps it.
 QString obstacle(const RemovalPlan &plan);
+/// The same of a leftover: what keeps it, or that it takes rights.
+QString obstacle(const Leftover &leftover);
+/// What it is, why it is taken for one where that is given, and what keeps it, in one line.
+QString leftoverNote(const Leftover &leftover, const QString &reason = {});
 /// Why it stayed, or what of it did, after an attempt with the rights that it takes or without.
 QString reason(const Uninstallation::Record &record, bool hadRights);
 

@@ -175,7 +175,7 @@ RemovalResult Uninstallation::removeSet(std::size_t leader) {
 void Uninstallation::removeBundle(Record &record) {
     const Leftover &bundle = record.plan.itself;
     // Not its leftovers either, which would go first.
-    if (bundle.needsRights && !holdsRights()) {
+    if (needsRights(record.plan) && !holdsRights()) {
         record.items = {itemOf(bundle, lackOfRights())};
         record.message = record.items.front().error;
         record.outcome = UninstallOutcome::NeedsRights;

@@ -20,13 +20,13 @@ protected:
                                                       version + "\"}");
         return "bundle:" + home.path(place).native();
     }
-    ChildResult run(std::vector<std::string> arguments) {
+    ChildResult run(std::vector<std::string> arguments, RunAs user = RunAs::Caller) {
         arguments.insert(arguments.begin(), BRIGHTSWEEP_CLI);
-        return runProgram(arguments);
+        return runProgram(arguments, {}, user);
     }
-    QJsonObject plan(std::vector<std::string> arguments, int status) {
+    QJsonObject plan(std::vector<std::string> arguments, int status, RunAs user = RunAs::Caller) {
         arguments.insert(arguments.begin(), {"--json", "uninstall"});
-        const auto result = run(arguments);
+        const auto result = run(arguments, user);
         EXPECT_EQ(result.status, status) << result.errors;
         return documentOf(result.output, "uninstall")[QStringLiteral("plans")]
             .toArray()
@@ -121,6 +121,27 @@ TEST_F(UninstallCommand, TakesAnAppImageWithItsIntegrationAndAFolderWithItsLinks
          {".local/share/applications", ".local/bin", ".local/share/icons/hicolor/64x64/apps"})
         EXPECT_TRUE(std::filesystem::is_empty(home.path(emptied))) << emptied;
     EXPECT_TRUE(home.exists(".local/share/Draw/picture"));
+}
+
+TEST_F(UninstallCommand, SaysBeforehandAndAfterwardsWhatStays) {
+    std::string program = textOf("/bin/true");
+    program.replace(8, 3, "AI\2");
+    home.file("Applications/Draw.AppImage", program);
+    home.mode("Applications/Draw.AppImage", 0755);
+    home.file(".config/Draw/theirs/file");
+    home.file(".cache/Draw/x");
+    home.own(".", unprivilegedUser);
+    home.own(".config/Draw/theirs", 0);
+    const QJsonObject shown = plan({"Draw"}, 3, RunAs::Unprivileged);
+    EXPECT_EQ(count(shown, "removed"), 2) << "it and its cache";
+    EXPECT_EQ(count(shown, "failed"), 1);
+    EXPECT_EQ(count(plan({"Draw", "--admin"}, 0, RunAs::Unprivileged), "removed"), 3);
+    const auto done = run({"uninstall", "Draw", "--apply"}, RunAs::Unprivileged);
+    EXPECT_EQ(done.status, 3) << done.errors;
+    EXPECT_NE(done.output.find("Draw: administrator rights are needed"), std::string::npos)
+        << done.output;
+    EXPECT_FALSE(home.exists("Applications/Draw.AppImage") || home.exists(".cache/Draw"));
+    EXPECT_TRUE(home.exists(".config/Draw/theirs/file"));
 }
 
 TEST_F(UninstallCommand, LeftoversGoOnlyWhereTheyAreNamed) {

@@ -1,7 +1,9 @@
 #include "uninstall/Uninstallation.h"
+#include "linux/RemovalError.h"
 #include "platform/Platform.h"
 #include "removal/FakeRights.h"
 #include "removal/NvAuthorization.h"
+#include "support/ChildProcess.h"
 #include "support/FakeApplicationSource.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
@@ -262,6 +264,43 @@ TEST_F(UninstallationTest, WhatHoldsAnothersPartsGoesWholeOrNotAtAll) {
             NvAuthorization::shareNvAuthorization().freeAuthorization();
         }
     }
+}
+
+TEST_F(UninstallationTest, WhatWouldKeepALeftoverIsToldBeforehand) {
+    InstalledApplication tool;
+    tool.kind = ApplicationKind::Bundle;
+    tool.ids = {"com.example.tool"};
+    home.file("Applications/Tool.app/run");
+    home.file(".cache/com.example.tool/theirs/file");
+    home.file(".config/com.example.tool/mounted/file");
+    home.own(".", ordinaryUser);
+    ASSERT_EQ(::chown(home.path(".cache/com.example.tool/theirs").c_str(), 0, 0), 0);
+    tool.path = tool.key = home.path("Applications/Tool.app");
+    EXPECT_EQ(runInChild([&] {
+                  const auto mounted = home.path(".config/com.example.tool/mounted");
+                  const bool isMounted = enterPrivateMounts() && bindMount(mounted, mounted);
+                  const AsOrdinaryUser user;
+                  const RemovalPlan plan = RemovalPlanner({tool}).planOf(tool);
+                  const Leftover &settings = plan.leftovers.at(0);
+                  return isMounted && user && !settings.ticked &&
+                         settings.refusal == RemovalError::HoldsVolume;
+              }),
+              1);
+    const AsOrdinaryUser user;
+    ASSERT_TRUE(user);
+    RemovalPlan plan = RemovalPlanner({tool}).planOf(tool);
+    ASSERT_EQ(plan.leftovers.size(), 2u);
+    Leftover &cache = plan.leftovers[1];
+    EXPECT_TRUE(cache.needsRights && cache.ticked && !cache.refusal && needsRights(plan));
+    Uninstallation whole({plan});
+    EXPECT_FALSE(run(whole));
+    EXPECT_TRUE(whole.isOpen() && home.exists(".config/com.example.tool/mounted/file"));
+    cache.ticked = false;
+    EXPECT_FALSE(needsRights(plan));
+    Uninstallation part({plan});
+    EXPECT_TRUE(run(part));
+    EXPECT_TRUE(home.exists(".cache/com.example.tool/theirs/file"));
+    EXPECT_FALSE(home.exists("Applications/Tool.app") || home.exists(".config/com.example.tool"));
 }
 
 TEST_F(UninstallationTest, WhatRightsDoNotReachStaysWhole) {

@@ -28,6 +28,10 @@ ResultRowForm rowForm() {
     return form;
 }
 
+bool canBeTicked(const Leftover &item) {
+    return !item.ticked && !item.refusal;
+}
+
 } // namespace
 
 LeftBehindTable::LeftBehindTable(LeftBehindController &page, LeftBehindModel &model,
@@ -54,10 +58,11 @@ LeftBehindTable::LeftBehindTable(LeftBehindController &page, LeftBehindModel &mo
 }
 
 void LeftBehindTable::followTicks() {
-    const auto ticked = int(m_page.tickedCount());
-    m_header->setCheckState(ticked == 0                   ? Qt::Unchecked
-                            : ticked == m_list.rowCount() ? Qt::Checked
-                                                          : Qt::PartiallyChecked);
+    const auto &items = m_page.items();
+    const bool isAnyOff = std::any_of(items.begin(), items.end(), canBeTicked);
+    m_header->setCheckState(m_page.tickedCount() == 0 ? Qt::Unchecked
+                            : isAnyOff                ? Qt::PartiallyChecked
+                                                      : Qt::Checked);
 }
 
 void LeftBehindTable::keyPressEvent(QKeyEvent *event) {
@@ -72,7 +77,7 @@ void LeftBehindTable::tickSelection() {
     for (const QModelIndex &row : selectionModel()->selectedRows())
         rows.push_back(row.row());
     const bool isAnyOff = std::any_of(rows.begin(), rows.end(), [this](int row) {
-        return !m_page.items().at(std::size_t(row)).ticked;
+        return canBeTicked(m_page.items().at(std::size_t(row)));
     });
     m_page.tick(rows, isAnyOff);
 }

@@ -179,8 +179,9 @@ void UninstallSheet::addLeftovers(QVBoxLayout &list, std::size_t number) {
         const Leftover &leftover = plan.leftovers[i];
         auto *const mark =
             addMark(list, paths::displayFromHome(leftover.path),
-                    UninstallTexts::leftover(leftover.kind), sizeWords(leftover.bytes));
+                    UninstallTexts::leftoverNote(leftover), sizeWords(leftover.bytes));
         mark->setChecked(leftover.ticked);
+        mark->setEnabled(!leftover.refusal);
         connect(mark, &QCheckBox::toggled, this, [this, number, i](bool on) {
             m_page.tickLeftover(number, i, on);
             follow();
