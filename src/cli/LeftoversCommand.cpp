@@ -2,13 +2,16 @@
 #include "cli/Catalogue.h"
 #include "cli/Commands.h"
 #include "cli/JsonWriter.h"
+#include "cli/RightsRefusal.h"
 #include "cli/WorkRun.h"
 #include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
 #include "foundation/SaturatingSum.h"
 #include "platform/Platform.h"
+#include "removal/NvAuthorization.h"
 #include "removal/RemovalRun.h"
 #include "uninstall/LeftBehind.h"
+#include "uninstall/LeftoverLook.h"
 
 #include <algorithm>
 #include <memory>
@@ -22,6 +25,8 @@ namespace {
 struct Job : RemovalJob {
     std::vector<std::filesystem::path> wanted;
     bool applies = false;
+    bool admin = false;
+    bool isRefused = false;
     std::vector<Leftover> found;
     std::vector<ActedItem> acted;
     std::vector<std::string> warnings;
@@ -31,8 +36,12 @@ void configure(QCommandLineParser &parser) {
     parser.addPositionalArgument(QStringLiteral("PATH"),
                                  QStringLiteral("Only these; they may be in base64: form."),
                                  QStringLiteral("[PATH…]"));
-    parser.addOption({QStringLiteral("apply"),
-                      QStringLiteral("Remove what is named; without it, it is only shown.")});
+    parser.addOptions({
+        {QStringLiteral("apply"),
+         QStringLiteral("Remove what is named; without it, it is only shown.")},
+        {QStringLiteral("admin"),
+         QStringLiteral("Ask for administrator rights once, before removing.")},
+    });
 }
 
 // Links on the way are followed, as in any path that is typed; one in the last place is the item.
@@ -71,6 +80,12 @@ void work(Job &job) {
     }
     if (!job.applies || job.stop)
         return;
+    if (!found.empty() && job.admin &&
+        !NvAuthorization::shareNvAuthorization().allocAuthorization()) {
+        const std::lock_guard lock(job.mutex);
+        job.isRefused = true;
+        return;
+    }
     const auto items = LeftBehind::remove(*job.run, found, [&](const Leftover &leftover) {
         const std::lock_guard lock(job.mutex);
         job.current = leftover.path.native();
@@ -89,10 +104,7 @@ std::string asJson(const Job &job) {
     json.key("leftovers").beginArray();
     for (const Leftover &leftover : job.found) {
         json.beginObject();
-        json.path("path", leftover.path);
-        json.key("kind").value(kindWord(leftover.kind));
-        json.key("bytes").value(leftover.bytes);
-        json.key("reason").value(paths::text(leftover.reason));
+        writeLeftover(json, leftover);
         json.endObject();
     }
     json.endArray();
@@ -110,10 +122,13 @@ std::string asText(const Job &job) {
         return actedText(job.acted, "removed", bytes, true);
     }
     Table table({false, true, false, false});
-    for (const Leftover &leftover : job.found)
+    for (const Leftover &leftover : job.found) {
+        const std::string obstacle = obstacleOf(leftover, job.admin || holdsRights());
         table.row({kindWord(leftover.kind),
                    UtilityFunction::convertVolSpace(leftover.bytes).toStdString(),
-                   leftover.path.native(), leftover.reason});
+                   leftover.path.native(),
+                   leftover.reason + (obstacle.empty() ? "" : "; stays: " + obstacle)});
+    }
     std::string text = table.text();
     for (const ActedItem &item : job.acted)
         text += item.path + ": " + item.error + "\n";
@@ -124,6 +139,7 @@ int run(const QCommandLineParser &parser, Output &output) {
     // Stays until the process ends: work that is left behind uses it.
     Job &job = *std::make_unique<Job>().release();
     job.applies = parser.isSet(QStringLiteral("apply"));
+    job.admin = parser.isSet(QStringLiteral("admin"));
     for (const QString &path : parser.positionalArguments())
         job.wanted.push_back(paths::fromOption(argumentBytes(path)));
     if (job.applies && job.wanted.empty())
@@ -136,6 +152,8 @@ int run(const QCommandLineParser &parser, Output &output) {
         [&] {
             for (const std::string &warning : job.warnings)
                 output.warning(warning);
+            if (job.isRefused)
+                return rightsRefused(output);
             if (!output.data(output.json ? asJson(job) : asText(job)))
                 return int(Failed);
             return int(anyStays(job.acted) ? PartlyFailed : Done);

@@ -150,7 +150,7 @@ TEST_F(UninstallCommand, LeftoversGoOnlyWhereTheyAreNamed) {
     const auto other = home.file(".config/autostart/other.desktop", entry);
     const auto mine = home.file("mine.txt");
     EXPECT_EQ(count(documentOf(run({"leftovers", "--json"}).output, "leftovers"), "leftovers"), 2);
-    EXPECT_EQ(run({"leftovers", dead.native(), "--apply"}).status, 0);
+    EXPECT_EQ(run({"leftovers", dead.native(), "--apply", "--admin"}).status, 0);
     EXPECT_FALSE(std::filesystem::exists(dead));
     EXPECT_TRUE(std::filesystem::exists(other));
     EXPECT_EQ(run({"leftovers", mine.native(), "--apply"}).status, 3);
