@@ -330,6 +330,10 @@
     <message id="RESTART"><translation>Neu starten</translation></message>
     <message id="RESULTS"><translation>Ergebnisse</translation></message>
     <message id="REVEAL"><translation>In der Dateiverwaltung zeigen</translation></message>
+    <message id="RIGHTS_DENIED"><translation>Administratorrechte wurden verweigert: Das Passwort war falsch, oder dieses Konto darf sie nicht haben. Was sie braucht, bleibt.</translation></message>
+    <message id="RIGHTS_DISMISSED"><translation>Die Frage nach dem Passwort wurde geschlossen. Es gibt keine Administratorrechte, und was sie braucht, bleibt.</translation></message>
+    <message id="RIGHTS_FAILED"><translation>Die Frage nach Administratorrechten ist fehlgeschlagen; mehr steht im Protokoll. Was sie braucht, bleibt.</translation></message>
+    <message id="RIGHTS_NO_BUS"><translation>Der Dienst, der Administratorrechte gibt (polkit), ist nicht erreichbar. Was sie braucht, bleibt.</translation></message>
     <message id="ROW_WARNS"><translation>Knapp</translation></message>
     <message id="RUNS_WITHOUT_ITEM"><translation>Brightsweep läuft</translation></message>
     <message id="RUNS_WITHOUT_ITEM_HOW"><translation>Diese Arbeitsumgebung zeigt keine Statussymbole. Starten Sie Brightsweep noch einmal oder wählen Sie „Öffnen“, um sein Fenster zu sehen.</translation></message>

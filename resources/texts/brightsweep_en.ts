@@ -330,6 +330,10 @@
     <message id="RESTART"><translation>Restart</translation></message>
     <message id="RESULTS"><translation>Results</translation></message>
     <message id="REVEAL"><translation>Show in the file manager</translation></message>
+    <message id="RIGHTS_DENIED"><translation>Administrator rights were denied: the password was wrong, or this account may not have them. What takes them stays.</translation></message>
+    <message id="RIGHTS_DISMISSED"><translation>The question for the password was closed. Administrator rights were not given, and what takes them stays.</translation></message>
+    <message id="RIGHTS_FAILED"><translation>Asking for administrator rights failed; the log says more. What takes them stays.</translation></message>
+    <message id="RIGHTS_NO_BUS"><translation>The service that gives administrator rights (polkit) cannot be reached. What takes them stays.</translation></message>
     <message id="ROW_WARNS"><translation>Low</translation></message>
     <message id="RUNS_WITHOUT_ITEM"><translation>Brightsweep is running</translation></message>
     <message id="RUNS_WITHOUT_ITEM_HOW"><translation>This desktop shows no status items. Start Brightsweep again, or choose Open, to see its window.</translation></message>

@@ -330,6 +330,10 @@
     <message id="RESTART"><translation>重新启动</translation></message>
     <message id="RESULTS"><translation>结果</translation></message>
     <message id="REVEAL"><translation>在文件管理器中显示</translation></message>
+    <message id="RIGHTS_DENIED"><translation>管理员权限被拒绝：密码错误，或此帐户不得使用该权限。需要该权限的项目保留不动。</translation></message>
+    <message id="RIGHTS_DISMISSED"><translation>密码询问已被关闭。未获得管理员权限，需要该权限的项目保留不动。</translation></message>
+    <message id="RIGHTS_FAILED"><translation>请求管理员权限失败；详情见日志。需要该权限的项目保留不动。</translation></message>
+    <message id="RIGHTS_NO_BUS"><translation>无法连接到授予管理员权限的服务 (polkit)。需要该权限的项目保留不动。</translation></message>
     <message id="ROW_WARNS"><translation>不足</translation></message>
     <message id="RUNS_WITHOUT_ITEM"><translation>Brightsweep 正在运行</translation></message>
     <message id="RUNS_WITHOUT_ITEM_HOW"><translation>此桌面不显示状态图标。请再次启动 Brightsweep 或选择“打开”以查看其窗口。</translation></message>

@@ -4,6 +4,7 @@
 #include "core/Texts.h"
 #include "removal/NvAuthorization.h"
 #include "uninstall/LeftBehind.h"
+#include "uninstall/UninstallTexts.h"
 
 #include <algorithm>
 #include <set>
@@ -76,6 +77,7 @@ void LeftBehindController::tick(const std::vector<int> &rows, bool isTicked) {
         item.ticked = isTicked && !item.refusal;
     }
     m_message.clear();
+    m_refusal.clear();
     Q_EMIT ticksChanged();
 }
 
@@ -100,6 +102,7 @@ void LeftBehindController::alertEnded(bool remove) {
     m_run = begun.run;
     m_removed = 0;
     m_bytes = 0;
+    m_refusal.clear();
     m_isSecondAttempt = false;
     attempt();
 }
@@ -143,9 +146,10 @@ void LeftBehindController::rightsAnswered() {
     if (m_state != State::AskingRights || m_padlock.isAsking())
         return;
     if (m_padlock.isOpen())
-        attempt();
-    else
-        finish();
+        return attempt();
+    m_refusal =
+        UninstallTexts::refusal(NvAuthorization::shareNvAuthorization().lastResult().outcome);
+    finish();
 }
 
 void LeftBehindController::finish() {

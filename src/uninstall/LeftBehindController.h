@@ -49,6 +49,8 @@ public:
     std::uint64_t tickedBytes() const;
     /// What the last removal came to; empty before one and after a tick.
     const QString &message() const { return m_message; }
+    /// Why rights that it took were not given; empty where they were, and after a tick.
+    const QString &refusal() const { return m_refusal; }
 
     /// The row was chosen: searches, anew each time. Ticks stay.
     void search();
@@ -78,6 +80,7 @@ private:
     std::vector<Leftover> m_items; ///< left alone while a removal runs
     std::vector<QString> m_failures;
     QString m_message;
+    QString m_refusal;
     std::vector<Leftover> m_found; ///< left alone while the search runs
     std::shared_ptr<RemovalRun> m_run;
     std::vector<Uninstallation::Item> m_results; ///< likewise, the removal

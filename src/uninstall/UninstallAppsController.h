@@ -78,6 +78,7 @@ public:
         std::size_t selected = 0;
         std::size_t total = 0;
         bool isFailure = false;
+        QString refusal = {}; ///< why rights were not given, where that kept anything
     };
 
     /// One application, looked at closely.
@@ -218,7 +219,7 @@ private:
     void noteLackOfRights();
     void uninstallActionfromBottomButton();
     void attemptEnded();
-    void tellFailure(const QString &more = {});
+    void tellFailure(const QString &refusal = {});
     void finish();
 
     Surroundings m_surroundings;

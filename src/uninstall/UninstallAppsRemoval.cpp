@@ -142,7 +142,8 @@ void UninstallAppsController::rightsAnswered() {
         return uninstallActionfromBottomButton();
     if (!m_isSecondAttempt)
         noteLackOfRights();
-    tellFailure(m_padlock.isWithoutAgent() ? localizedText("LOCK_NO_AGENT") : QString());
+    tellFailure(
+        UninstallTexts::refusal(NvAuthorization::shareNvAuthorization().lastResult().outcome));
     finish();
 }
 
@@ -188,23 +189,21 @@ void UninstallAppsController::attemptEnded() {
         tellFailure();
     else
         m_uninstallTextField = {
-            localizedText("Selected application(s) were uninstalled successfully."),
-            {},
-            false,
-            0,
-            0,
-            false};
+            localizedText("Selected application(s) were uninstalled successfully."), {}};
     finish();
 }
 
-void UninstallAppsController::tellFailure(const QString &more) {
+void UninstallAppsController::tellFailure(const QString &refusal) {
     const QString words = localizedText("Failed to uninstall the selected application(s). Please "
                                         "refer to Help for more info.");
     QStringList lines = QStringList{words} + m_reasons;
-    if (!more.isEmpty())
-        lines += more;
-    m_uninstallTextField = {
-        words.left(longestFailure) + QStringLiteral("..."), lines.join(u'\n'), false, 0, 0, true};
+    if (!refusal.isEmpty())
+        lines += refusal;
+    m_uninstallTextField = {};
+    m_uninstallTextField.text = words.left(longestFailure) + QStringLiteral("...");
+    m_uninstallTextField.toolTip = lines.join(u'\n');
+    m_uninstallTextField.isFailure = true;
+    m_uninstallTextField.refusal = refusal;
 }
 
 void UninstallAppsController::finish() {

@@ -4,6 +4,7 @@
 #include "core/Texts.h"
 #include "foundation/Identity.h"
 #include "foundation/Paths.h"
+#include "foundation/WordTable.h"
 #include "uninstall/RemovalPlanner.h"
 
 #include <array>
@@ -41,6 +42,13 @@ constexpr std::array outcomes = {
     QT_TRID_NOOP("STAYS_BUSY"),
     QT_TRID_NOOP("STAYS_FAILED"),
     QT_TRID_NOOP("STAYS_BROKEN"),
+};
+constexpr std::array refusals = {
+    WordRow{RightsOutcome::Dismissed, QT_TRID_NOOP("RIGHTS_DISMISSED")},
+    WordRow{RightsOutcome::Denied, QT_TRID_NOOP("RIGHTS_DENIED")},
+    WordRow{RightsOutcome::NoAgent, QT_TRID_NOOP("LOCK_NO_AGENT")},
+    WordRow{RightsOutcome::NoBus, QT_TRID_NOOP("RIGHTS_NO_BUS")},
+    WordRow{RightsOutcome::Failed, QT_TRID_NOOP("RIGHTS_FAILED")},
 };
 // What sources and searches say; "%1" stands for a name.
 constexpr std::array reasons = {
@@ -155,6 +163,11 @@ QString reason(const Uninstallation::Record &record, bool hadRights) {
             stayed.push_back(item.path);
     }
     return localizedText("STAYS_LEFTOVERS").arg(listed(stayed));
+}
+
+QString refusal(RightsOutcome outcome) {
+    const char *const key = wordsIn(refusals, outcome, "");
+    return *key ? localizedText(key) : QString();
 }
 
 QStringList sentences(const RemovalPlan &plan) {

@@ -231,13 +231,15 @@ TEST_F(UninstallPage, RemovesWhatIsTickedAndTriesAgainOnlyWithNewRights) {
 
 TEST_F(UninstallPage, LeavesEverythingWhereTheQuestionIsNotGranted) {
     const std::string error = "Error executing command as another user: ";
-    const std::tuple<int, std::string, bool> rows[] = {
-        {126, error + "Request dismissed", false},
-        {127, error + "Not authorized\n\nThis incident has been reported.", false},
-        {127, error + "No authentication agent found.", true},
-        {127, "Error getting authority: Could not connect: No such file or directory", true}};
+    const std::tuple<int, std::string, const char *> rows[] = {
+        {126, error + "Request dismissed", "was closed"},
+        {127, error + "Not authorized\n\nThis incident has been reported.", "were denied"},
+        {127, error + "No authentication agent found.", "polkit agent"},
+        {127, "Error getting authority: Could not connect: No such file or directory",
+         "cannot be reached"},
+        {1, "no such tool", "the log says more"}};
     test::TestTree home(test::TestEnvironment::current().home());
-    for (const auto &[status, words, lacksAgent] : rows) {
+    for (const auto &[status, words, told] : rows) {
         m_page.reset();
         installAll(ApplicationKind::Package);
         home.file(".config/gimp/settings");
@@ -253,7 +255,7 @@ TEST_F(UninstallPage, LeavesEverythingWhereTheQuestionIsNotGranted) {
         EXPECT_TRUE(m_source->removals.empty() && home.exists(".config/gimp/settings"));
         const std::string tip = page.uninstallTextField().toolTip.toStdString();
         EXPECT_THAT(tip, testing::HasSubstr("Gimp: needs administrator rights"));
-        EXPECT_EQ(tip.find("polkit agent") != tip.npos, lacksAgent) << words;
+        EXPECT_THAT(page.uninstallTextField().refusal.toStdString(), testing::HasSubstr(told));
         EXPECT_EQ(page.selectedCount(), 4u) << "ticks stay";
     }
 }
@@ -324,6 +326,18 @@ TEST_F(UninstallPage, RemovesOnlyWhatWasTickedOfWhatWasLeftBehind) {
     EXPECT_EQ(page.state(), State::Ready) << "one question at a time";
     behind.alertEnded(false);
     EXPECT_EQ(home.snapshot("snap"), before);
+    test::FakeRights::install().result.outcome = RightsOutcome::Denied;
+    test::FaultPlatform faults;
+    faults.setFault([](std::string_view call, const std::filesystem::path &) {
+        return call == "removeItem" ? std::make_error_code(std::errc::permission_denied)
+                                    : std::error_code();
+    });
+    behind.removeButtonAction();
+    behind.alertEnded(true);
+    ASSERT_TRUE(test::eventually([&] { return behind.isReady(); }));
+    EXPECT_THAT(behind.refusal().toStdString(), testing::HasSubstr("were denied"));
+    EXPECT_EQ(home.snapshot("snap"), before);
+    faults.setFault({});
     behind.removeButtonAction();
     behind.alertEnded(true);
     ASSERT_TRUE(test::eventually([&] { return behind.isReady(); }));

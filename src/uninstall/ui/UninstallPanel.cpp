@@ -317,10 +317,15 @@ void UninstallPanel::followMessage() {
     followNotice();
 }
 
-// What is ticked and does not go comes first, then what could not be listed.
+// Why something stayed comes first, then what is ticked and does not go, then what could not be
+// listed.
 void UninstallPanel::followNotice() {
     const std::size_t hidden = isLeftBehind() ? 0 : m_controller.hiddenSelectedCount();
-    m_showAll->setVisible(hidden > 0);
+    const QString &refusal = isLeftBehind() ? m_controller.leftBehind().refusal()
+                                            : m_controller.uninstallTextField().refusal;
+    m_showAll->setVisible(hidden > 0 && refusal.isEmpty());
+    if (!refusal.isEmpty())
+        return m_notice->tell(refusal);
     if (hidden > 0)
         return m_notice->tell(localizedText("UNINSTALL_HIDDEN_TICKS", hidden));
     QStringList kinds;
