@@ -203,8 +203,10 @@
     <message id="LOGIN_HIDDEN"><translation>Ausgeblendet</translation></message>
     <message id="LOGIN_HIDDEN_HOW"><translation>Ein ausgeblendetes Objekt bleibt in der Liste und startet nicht.</translation></message>
     <message id="LOGIN_HIDE"><translation>Ausblenden, damit es nicht startet</translation></message>
+    <message id="LOGIN_LINE_ENDS"><translation>startet womöglich nicht, weil nicht jede Arbeitsumgebung seine Zeilenenden versteht</translation></message>
     <message id="LOGIN_MISSING"><translation>was es startet, ist nicht mehr da</translation></message>
     <message id="LOGIN_MISSING_MARK"><translation>fehlt</translation></message>
+    <message id="LOGIN_NAME_TOO_LONG"><translation>startet womöglich nicht, weil der Name seiner Datei zu lang ist</translation></message>
     <message id="LOGIN_NEEDS"><translation>startet nicht, weil dieses Programm nicht installiert ist: %1</translation></message>
     <message id="LOGIN_NONE"><translation>Nichts von Ihnen startet mit der Sitzung</translation></message>
     <message id="LOGIN_NONE_HOW"><translation>Fügen Sie ein Programm, ein Dokument oder einen Ordner hinzu, oder legen Sie es hier ab.</translation></message>

@@ -203,8 +203,10 @@
     <message id="LOGIN_HIDDEN"><translation>Hidden</translation></message>
     <message id="LOGIN_HIDDEN_HOW"><translation>A hidden item stays in the list and does not start.</translation></message>
     <message id="LOGIN_HIDE"><translation>Hide it, so that it does not start</translation></message>
+    <message id="LOGIN_LINE_ENDS"><translation>may not start because not every desktop understands how its lines end</translation></message>
     <message id="LOGIN_MISSING"><translation>what it starts is no longer there</translation></message>
     <message id="LOGIN_MISSING_MARK"><translation>missing</translation></message>
+    <message id="LOGIN_NAME_TOO_LONG"><translation>may not start because the name of its file is too long</translation></message>
     <message id="LOGIN_NEEDS"><translation>does not start because this program is not installed: %1</translation></message>
     <message id="LOGIN_NONE"><translation>Nothing of yours starts with the session</translation></message>
     <message id="LOGIN_NONE_HOW"><translation>Add a program, a document or a folder, or drop it here.</translation></message>

@@ -203,8 +203,10 @@
     <message id="LOGIN_HIDDEN"><translation>隐藏</translation></message>
     <message id="LOGIN_HIDDEN_HOW"><translation>隐藏的项目保留在列表中，但不会启动。</translation></message>
     <message id="LOGIN_HIDE"><translation>隐藏，使其不启动</translation></message>
+    <message id="LOGIN_LINE_ENDS"><translation>可能不会启动，因为并非所有桌面都能识别其换行符</translation></message>
     <message id="LOGIN_MISSING"><translation>要启动的程序已不存在</translation></message>
     <message id="LOGIN_MISSING_MARK"><translation>缺失</translation></message>
+    <message id="LOGIN_NAME_TOO_LONG"><translation>可能不会启动，因为其文件名过长</translation></message>
     <message id="LOGIN_NEEDS"><translation>不会启动，因为未安装此程序：%1</translation></message>
     <message id="LOGIN_NONE"><translation>没有您自己的项目随会话启动</translation></message>
     <message id="LOGIN_NONE_HOW"><translation>添加程序、文档或文件夹，或将其拖放到此处。</translation></message>

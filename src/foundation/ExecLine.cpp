@@ -15,9 +15,11 @@ constexpr std::array<std::string_view, 5> shells = {"sh", "bash", "dash", "zsh",
 // Options of env whose next word belongs to them.
 constexpr std::array<std::string_view, 4> envOptionsWithWord = {"-u", "--unset", "-C", "--chdir"};
 // First words of a script that start no program that could be told.
-constexpr std::array<std::string_view, 14> shellWords = {".",      ":",   "[",      "[[",   "cd",
-                                                         "test",   "if",  "for",    "case", "while",
-                                                         "export", "set", "source", "eval"};
+constexpr auto shellWords = std::to_array<std::string_view>(
+    {"!",     ".",       ":",        "[",      "[[",    "alias",  "builtin", "case",
+     "cd",    "command", "declare",  "eval",   "exit",  "export", "for",     "if",
+     "local", "read",    "readonly", "return", "set",   "source", "test",    "time",
+     "trap",  "ulimit",  "umask",    "unset",  "until", "wait",   "while"});
 // A shell within a shell within a shell is nobody's.
 constexpr int mostShells = 4;
 
@@ -123,8 +125,9 @@ std::optional<Words> execWords(std::string_view exec) {
         } else if (character == quote) {
             quote = 0;
         } else if (character == '\\' && quote != '\'') {
+            // At the end of all it stands for nothing.
             if (++i == exec.size())
-                return std::nullopt;
+                break;
             // Between double quotes only what has a meaning there can be escaped.
             constexpr std::string_view escapable = "\"`$\\";
             if (quote != 0 && escapable.find(exec[i]) == escapable.npos)
@@ -180,7 +183,7 @@ std::string execProgram(std::string_view exec) {
             scriptWords->front().pop_back();
         constexpr std::string_view meta = "$`;&|<>(){}*?";
         if (!scriptWords || scriptWords->empty() || scriptWords->front().empty() ||
-            isOneOf(shellWords, scriptWords->front()) ||
+            isOneOf(shellWords, scriptWords->front()) || scriptWords->front().front() == '~' ||
             scriptWords->front().find_first_of(meta) != std::string::npos)
             return words->front();
         words = std::move(scriptWords);

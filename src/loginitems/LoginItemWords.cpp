@@ -37,6 +37,9 @@ constexpr std::array obstacles = {
                   QT_TRID_NOOP("LOGIN_BYTE_ORDER_MARK")},
     ObstacleWords{BadLine, QT_TRID_NOOP("LOGIN_DAMAGED_MARK"), QT_TRID_NOOP("LOGIN_BAD_LINE")},
     ObstacleWords{TwoValues, QT_TRID_NOOP("LOGIN_DAMAGED_MARK"), QT_TRID_NOOP("LOGIN_TWO_VALUES")},
+    ObstacleWords{LineEnds, QT_TRID_NOOP("LOGIN_DAMAGED_MARK"), QT_TRID_NOOP("LOGIN_LINE_ENDS")},
+    ObstacleWords{NameTooLong, QT_TRID_NOOP("LOGIN_DAMAGED_MARK"),
+                  QT_TRID_NOOP("LOGIN_NAME_TOO_LONG")},
 };
 
 const ObstacleWords *wordsOf(const LoginItemEntry &entry) {

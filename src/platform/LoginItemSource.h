@@ -24,9 +24,11 @@ enum class LoginItemObstacle {
     ByteOrderMark,  ///< GLib refuses it
     BadLine,        ///< no key, or no truth value where one has to be: one of the two refuses it
     TwoValues,      ///< of one key; systemd's generator takes the first, GLib the last
+    LineEnds,       ///< systemd's generator ends a line at a lone carriage return as well
+    NameTooLong,    ///< of its file, for the unit that systemd's generator makes of it
 };
 
-/// True for what is wrong with the entry's text: sessions differ on such an entry; most start it.
+/// True for what is wrong with the entry's text or name: sessions differ on such an entry; most start it.
 constexpr bool isFlaw(LoginItemObstacle obstacle) {
     switch (obstacle) {
         using enum LoginItemObstacle;
@@ -34,6 +36,8 @@ constexpr bool isFlaw(LoginItemObstacle obstacle) {
     case ByteOrderMark:
     case BadLine:
     case TwoValues:
+    case LineEnds:
+    case NameTooLong:
         return true;
     case None:
     case OtherDesktop:

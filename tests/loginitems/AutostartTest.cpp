@@ -208,6 +208,14 @@ TEST_F(Autostart, SaysWhatAnEntryStartsAndWhyNot) {
 TEST_F(Autostart, MarksWhatReadersRefuseOrTakeOtherwise) {
     const std::string start = head + "Exec=" + program("p").native() + "\n";
     using enum LoginItemObstacle;
+    const std::string exec = head + "Exec=" + program("p").native();
+    const std::string ofBackslash = head + "Exec=\"" + work.path("a").native() + "\\\\\\\\b\"\n";
+    program("a\\b");
+    const std::string returns = [&] {
+        std::string text = start;
+        std::replace(text.begin(), text.end(), '\n', '\r');
+        return text;
+    }();
     const struct {
         std::string text;
         LoginItemObstacle obstacle;
@@ -224,16 +232,51 @@ TEST_F(Autostart, MarksWhatReadersRefuseOrTakeOtherwise) {
         {start + "[Desktop Entry]\nExec=/no/such\n", TwoValues, true, false},
         {start + "[Desktop Entry]\n" + start, None, true, true},
         {head + "Exec=" + work.file("plain").native() + "\n", NotExecutable, false, false},
+        {start + "TryExec=\n", BadLine, false, true},
+        {start + "OnlyShowIn=\n", BadLine, true, false},
+        {start + "NotShowIn=\n", None, true, true},
+        {start + "OnlyShowIn=;\nNotShowIn=GNOME;\n", NotThisDesktop, true, false},
+        {exec + " a\\qb\n", BadLine, false, true},
+        {exec + " a\\\\b\n", None, true, true},
+        {exec + " a\\", None, true, true},
+        {ofBackslash, BadLine, false, true},
+        {head + "Comment=a\\\n" + start, BadLine, true, true},
+        {head + "Comment=a\\\n" + exec + "\n", BadLine, true, true},
+        {exec + " \"abc\n", BadLine, true, false},
+        {exec + " don't\n", BadLine, true, false},
+        {head + "Exec=\"/no/such\n", NoCommand, false, false},
+        {head + "Exec=sh -c \"~/x\"\n", None, true, true},
+        {head + "Exec=sh -c \"exit 0\"\n", None, true, true},
+        {std::string(2'000'000, '\n') + start, None, true, true},
+        {start + "#" + std::string(1 << 20, 'x') + "\n", BadLine, false, true},
+        {"[A]\nb=c\n" + start, BadLine, true, false},
+        {start + "[A\n", BadLine, false, false},
+        {returns, LineEnds, true, false},
+        {start + "X-A=b\rHidden=true\n", LineEnds, false, true},
+        {start + "X-A=b\rX-C=d\n", None, true, true},
     };
     const std::string load = "import gi; gi.require_version('Gio', '2.0')\n"
                              "from gi.repository import Gio; import sys\n"
-                             "Gio.DesktopAppInfo.new_from_filename(sys.argv[1])";
+                             "sys.exit(not Gio.DesktopAppInfo.new_from_filename(sys.argv[1])"
+                             ".get_show_in(None))";
     for (const auto &each : cases) {
         const std::string file = user.file("a.desktop", each.text);
         const LoginItemEntry found = item("a.desktop");
-        EXPECT_EQ(int(found.obstacle), int(each.obstacle)) << each.text;
-        EXPECT_EQ(isStarted("a"), each.systemd) << each.text;
-        EXPECT_EQ(runProgram({"/usr/bin/python3", "-c", load, file}).status == 0, each.glib);
+        const std::string text = each.text.substr(0, 200);
+        EXPECT_EQ(int(found.obstacle), int(each.obstacle)) << text << found.obstacleDetail;
+        EXPECT_FALSE(found.missing && each.obstacle == None) << text;
+        EXPECT_LT(found.obstacleDetail.size(), 200u);
+        EXPECT_EQ(isStarted("a"), each.systemd) << text;
+        EXPECT_EQ(runProgram({"/usr/bin/python3", "-c", load, file}).status == 0, each.glib)
+            << text;
+    }
+    std::filesystem::remove(user.path("a.desktop"));
+    for (const auto &[length, obstacle] : {std::pair(233, None), std::pair(234, NameTooLong)}) {
+        const std::string name(std::size_t(length), 'n');
+        user.file(name + ".desktop", start);
+        EXPECT_EQ(int(item(name + ".desktop").obstacle), int(obstacle)) << length;
+        EXPECT_EQ(isStarted(name), obstacle == None) << length;
+        std::filesystem::remove(user.path(name + ".desktop"));
     }
 }
 
@@ -257,7 +300,8 @@ TEST_F(Autostart, WhatIsAddedStartsAndIsHiddenAndShownAgain) {
         names.push_back(*source.add(program(name), false));
     names.push_back(*source.add(work.file("doc ument.pdf"), false));
     names.push_back(*source.add(
-        work.file("app.desktop", head + "# c\nExec=sh -l\nHidden=true\n[Desktop Action a]\n"),
+        work.file("app.desktop",
+                  head + "# c\nExec=sh -l\nHidden=true\n[Desktop Action a]\n"),
         false));
     EXPECT_EQ(text("app.desktop").find(head + "# c\nExec=sh -l\nHidden=false\nX-Bright"), 0u);
     names.push_back(*source.add(work.path("a b"), true));

@@ -37,6 +37,12 @@ std::vector<std::string> split(const char *list) {
     return parts;
 }
 
+constexpr std::string_view ending = ".desktop";
+constexpr std::string_view unitRest = "app-@autostart.service";
+// What decides whether something starts, and what.
+constexpr auto decisiveKeys = std::to_array<std::string_view>(
+    {"Exec", "Hidden", "NotShowIn", "OnlyShowIn", "Path", "TryExec", "Type"});
+
 bool isThere(const std::filesystem::path &path) {
     struct stat status {};
     return ::stat(path.c_str(), &status) == 0;
@@ -107,6 +113,56 @@ bool isNoProgram(const std::string &name) {
     return name.starts_with('/') && isThere(systemPath(name)) && findProgram(name).empty();
 }
 
+// The entry as systemd's generator reads it, to which a lone carriage return ends a line; nothing
+// where that is the same.
+std::optional<DesktopEntry> byLoneReturns(const DesktopEntry &entry) {
+    if (entry.text().find('\r') == std::string::npos)
+        return {};
+    std::string text = entry.text();
+    for (auto at = text.find('\r'); at != text.npos; at = text.find('\r', at + 1)) {
+        if (at + 1 < text.size() && text[at + 1] != '\n')
+            text[at] = '\n';
+    }
+    if (text == entry.text())
+        return {};
+    DesktopEntry other(std::move(text));
+    const bool isSame = other.isValid() == entry.isValid() &&
+                        std::all_of(decisiveKeys.begin(), decisiveKeys.end(),
+                                    [&](auto key) { return other.raw(key) == entry.raw(key); });
+    return isSame ? std::nullopt : std::optional(std::move(other));
+}
+
+// The command of an Exec value whose last quote is open, as systemd's generator takes it.
+std::optional<std::vector<std::string>> closedCommand(const std::string &exec) {
+    auto command = execCommand(exec + '"', {});
+    return command ? command : execCommand(exec + '\'', {});
+}
+
+bool contains(const std::vector<std::string> &list, const std::string &word) {
+    return std::find(list.begin(), list.end(), word) != list.end();
+}
+
+// The key names no desktop: readers differ on what that means.
+bool isForNoDesktop(const DesktopEntry &entry) {
+    const auto only = entry.list("OnlyShowIn");
+    return entry.has("OnlyShowIn") &&
+           std::all_of(only.begin(), only.end(), [](const auto &name) { return name.empty(); });
+}
+
+bool isShownIn(const DesktopEntry &entry, const std::vector<std::string> &desktops) {
+    if (!isForNoDesktop(entry))
+        return entry.isShownIn(desktops);
+    const auto never = entry.list("NotShowIn");
+    return std::none_of(desktops.begin(), desktops.end(),
+                        [&](const std::string &desktop) { return contains(never, desktop); });
+}
+
+// systemd's generator loses a backslash that belongs to a word.
+bool hasBackslash(const std::vector<std::string> &command) {
+    return std::any_of(command.begin(), command.end(),
+                       [](const std::string &word) { return word.find('\\') != word.npos; });
+}
+
 void judge(const DesktopEntry &entry, const AutostartSession &session, LoginItemEntry &item) {
     using enum LoginItemObstacle;
     const auto set = [&](LoginItemObstacle obstacle, std::string detail = {}) {
@@ -115,21 +171,28 @@ void judge(const DesktopEntry &entry, const AutostartSession &session, LoginItem
     };
     const std::string tryExec = entry.string("TryExec");
     const std::string exec = entry.string("Exec");
-    const auto command = execCommand(exec, {});
+    const auto closed = execCommand(exec, {});
+    const auto command = closed ? closed : closedCommand(exec);
     if (!entry.isValid() || entry.string("Type") != "Application")
         set(NotApplication, entry.string("Type"));
-    else if (!command)
+    else if (!command || (!closed && findProgram(command->front()).empty()))
         set(NoCommand);
-    else if (!entry.isShownIn(session.desktops))
-        entry.has("OnlyShowIn") ? set(OtherDesktop, joined(entry.list("OnlyShowIn")))
-                                : set(NotThisDesktop, joined(session.desktops));
+    else if (!isShownIn(entry, session.desktops))
+        entry.has("OnlyShowIn") && !isForNoDesktop(entry)
+            ? set(OtherDesktop, joined(entry.list("OnlyShowIn")))
+            : set(NotThisDesktop, joined(session.desktops));
     else if (!tryExec.empty() && findProgram(tryExec).empty())
         set(isNoProgram(tryExec) ? NotExecutable : TryExecMissing, tryExec);
     else if (const std::string program = execProgram(exec); isNoProgram(program))
         set(NotExecutable, program);
     else if (entry.has(entryUrlKey) && !item.missing && findProgram(command->front()).empty())
         set(TryExecMissing, command->front()); // what opens a document
-    else if (auto flaw = flawOf(entry.text()))
+    else if (unitNameLength(item.file.substr(0, item.file.size() - ending.size())) >
+             longestUnitName)
+        set(NameTooLong);
+    else if (auto flaw = !closed || hasBackslash(*closed)
+                             ? badLineFlaw("Exec=" + std::string(entry.raw("Exec")))
+                             : flawOf(entry.text()))
         set(flaw->obstacle, std::move(flaw->detail));
 }
 
@@ -137,6 +200,17 @@ void judge(const DesktopEntry &entry, const AutostartSession &session, LoginItem
 
 AutostartSession AutostartSession::current() {
     return {split(std::getenv("XDG_CURRENT_DESKTOP")), messageLocales()};
+}
+
+std::size_t unitNameLength(std::string_view name) {
+    std::size_t length = unitRest.size();
+    for (const char each : name) {
+        const bool isPlain = (each >= 'a' && each <= 'z') || (each >= 'A' && each <= 'Z') ||
+                             (each >= '0' && each <= '9') || each == ':' || each == '_' ||
+                             each == '.';
+        length += isPlain ? 1 : 4;
+    }
+    return length;
 }
 
 bool isHiddenEntry(const DesktopEntry &entry) {
@@ -155,6 +229,12 @@ std::optional<std::uint64_t> orderOfEntry(const DesktopEntry &entry) {
 
 LoginItemEntry loginItemOf(const DesktopEntry &entry, const std::filesystem::path &place,
                            const AutostartSession &session, const DesktopEntry *fallback) {
+    if (const auto other = byLoneReturns(entry)) {
+        LoginItemEntry item = loginItemOf(*other, place, session, fallback);
+        if (item.obstacle == LoginItemObstacle::None || isFlaw(item.obstacle))
+            item.obstacle = LoginItemObstacle::LineEnds;
+        return item;
+    }
     LoginItemEntry item;
     item.file = paths::lastComponent(place);
     const auto shown = [&](const char *key) {

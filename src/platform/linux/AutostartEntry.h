@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace brightsweep {
@@ -32,6 +33,12 @@ struct AutostartSession {
 /// the entry does not have of its own to be shown by.
 LoginItemEntry loginItemOf(const DesktopEntry &entry, const std::filesystem::path &place,
                            const AutostartSession &session, const DesktopEntry *fallback = nullptr);
+
+/// How long the unit's name is for an entry of that name, without ".desktop". systemd's generator
+/// calls it "app-NAME@autostart.service" and writes each byte that is no letter, digit, ":", "_" or
+/// "." as four; see systemd-escape(1).
+std::size_t unitNameLength(std::string_view name);
+inline constexpr std::size_t longestUnitName = 255;
 
 bool isHiddenEntry(const DesktopEntry &entry);
 /// The place that this program gave it in its order of adding; nothing for entries of other origin.

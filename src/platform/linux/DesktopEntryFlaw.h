@@ -14,6 +14,8 @@ struct DesktopEntryFlaw {
     std::string detail{};                                 ///< the line, or the key
 };
 
+/// A line that not every reader takes, cut where it is long.
+DesktopEntryFlaw badLineFlaw(std::string_view line);
 /// The first flaw of the text, nothing where every reader takes it alike. Comments may hold any
 /// bytes.
 std::optional<DesktopEntryFlaw> flawOf(std::string_view text);

@@ -35,7 +35,8 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view ending = ".desktop";
 constexpr std::size_t longestName = 255;
-constexpr std::size_t longestUnitPart = 220; // of what a unit may be called, beside the rest
+constexpr std::size_t roomForNumber = 16; // in the name of a unit
+constexpr std::size_t largestEntry = std::size_t(16) << 20;
 constexpr int mostOfOneName = 1000;
 constexpr char gnomeKey[] = "X-GNOME-Autostart-enabled";
 
@@ -86,11 +87,17 @@ Result<std::vector<std::string>> entryNames(const fs::path &folder) {
     return names;
 }
 
+// Padded with comments it may be large; of what is larger still no part is taken for the whole.
+Result<std::string> readEntry(const fs::path &path) {
+    auto text = readSmallFile(path, largestEntry + 1);
+    return text && text->size() > largestEntry ? std::errc::file_too_large : std::move(text);
+}
+
 // What the system has under that name; nothing where it has none or has it switched off itself.
 std::optional<DesktopEntry> systemEntry(const std::string &file, fs::path *place = nullptr) {
     for (const fs::path &folder : systemAutostartFolders()) {
         const fs::path path = paths::join(folder, file);
-        auto text = readSmallFile(path);
+        auto text = readEntry(path);
         if (!text)
             continue;
         DesktopEntry entry(std::move(*text));
@@ -190,26 +197,13 @@ bool isOwnProgram(const fs::path &path) {
 }
 
 // The name that an entry for that path begins with, short enough for a number and the ending.
-// systemd's generator names a unit by the entry, "app-NAME@autostart.service", and writes each byte
-// that is no letter, digit, ":", "_" or "." as four; see systemd-escape(1).
-std::size_t unitNameLength(const std::string &name) {
-    std::size_t length = 0;
-    for (const char each : name) {
-        const bool isPlain = (each >= 'a' && each <= 'z') || (each >= 'A' && each <= 'Z') ||
-                             (each >= '0' && each <= '9') || each == ':' || each == '_' ||
-                             each == '.';
-        length += isPlain ? 1 : 4;
-    }
-    return length;
-}
-
 std::string entryNameFor(const fs::path &path) {
     std::string name = paths::lastComponent(path);
     if (name.ends_with(ending))
         name.resize(name.size() - ending.size());
     name.erase(0, std::min(name.find_first_not_of('.'), name.size()));
     name.resize(std::min(name.size(), longestName - ending.size() - 5));
-    while (!paths::isValidUtf8(name) || unitNameLength(name) > longestUnitPart)
+    while (!paths::isValidUtf8(name) || unitNameLength(name) > longestUnitName - roomForNumber)
         name.pop_back();
     return name.empty() || name == "/" ? "entry" : name;
 }
@@ -218,12 +212,15 @@ Result<std::string> textFor(const fs::path &path) {
     if (isOwnProgram(path))
         return newEntryText(path, "Brightsweep", bundleIdentifier);
     if (paths::extension(path) == "desktop") {
-        if (auto text = readWholeFile(path)) {
+        auto text = readWholeFile(path);
+        if (text) {
             const DesktopEntry entry(*text);
             if (!entry.isValid() || !execCommand(entry.string("Exec"), {}))
                 return LoginItemError::NothingToStart;
-            return text;
         }
+        // A folder of such a name is opened as any other.
+        if (text || text.error() != std::errc::invalid_argument)
+            return text;
     }
     return newEntryText(path, paths::display(paths::lastComponent(path)).toStdString(), {});
 }
@@ -243,7 +240,7 @@ Result<std::vector<LoginItemEntry>> LinuxLoginItemSource::items() {
     std::vector<std::pair<std::uint64_t, LoginItemEntry>> added;
     for (const std::string &name : *names) {
         const fs::path path = pathOf(name);
-        auto text = readSmallFile(path);
+        auto text = readEntry(path);
         struct stat status {};
         if (!text && (text.error() == std::errc::timed_out ||
                       text.error() == std::errc::device_or_resource_busy))
@@ -297,7 +294,7 @@ Result<std::vector<LoginItemEntry>> LinuxLoginItemSource::systemItems() {
             continue;
         struct stat status {};
         if (::lstat(pathOf(name).c_str(), &status) == 0) {
-            auto text = readSmallFile(pathOf(name));
+            auto text = readEntry(pathOf(name));
             const DesktopEntry own(text ? std::move(*text) : std::string());
             if (!own.has(entryOverrideKey))
                 continue;
@@ -331,7 +328,7 @@ Result<std::string> LinuxLoginItemSource::add(const fs::path &path, bool hidden)
         return names ? lastError() : names.error();
     std::uint64_t order = 0;
     for (const std::string &name : *names) {
-        if (auto other = readSmallFile(paths::join(folder, name)))
+        if (auto other = readEntry(paths::join(folder, name)))
             order = std::max(order, orderOfEntry(DesktopEntry(std::move(*other))).value_or(0));
     }
     if (hidden || DesktopEntry(*text).has("Hidden") || DesktopEntry(*text).has(gnomeKey))
@@ -347,7 +344,7 @@ Result<std::string> LinuxLoginItemSource::add(const fs::path &path, bool hidden)
     // This program's own entry is one, also after the program has moved.
     if (const fs::path own = paths::join(folder, name + std::string(ending));
         name == bundleIdentifier) {
-        const auto old = readSmallFile(own);
+        const auto old = readEntry(own);
         if (old && DesktopEntry(*old).has(entryUrlKey))
             ::unlink(own.c_str());
     }
@@ -439,7 +436,7 @@ std::error_code LinuxLoginItemSource::setSystemItemStarted(const std::string &fi
 std::error_code LinuxLoginItemSource::start(const std::string &file) {
     const fs::path path = pathOf(file);
     auto text =
-        isEntryName(file) ? readSmallFile(path) : Result<std::string>(LoginItemError::NotAnEntry);
+        isEntryName(file) ? readEntry(path) : Result<std::string>(LoginItemError::NotAnEntry);
     if (!text)
         return text.error();
     const DesktopEntry entry(std::move(*text));
