@@ -531,6 +531,7 @@
     <message id="is in use as a program or as swap space"><translation>wird als Programm oder Auslagerung benutzt</translation></message>
     <message id="is kept out of copy-on-write, and so out of sharing"><translation>ist von Copy-on-write ausgenommen und damit vom Teilen</translation></message>
     <message id="is no file that a login item could be in"><translation>ist keine Datei, in der ein Anmeldeobjekt stehen könnte</translation></message>
+    <message id="is no program, document or folder"><translation>ist weder Programm noch Dokument oder Ordner</translation></message>
     <message id="is part of the desktop that is running"><translation>gehört zum laufenden Desktop</translation></message>
     <message id="is the kernel that is running"><translation>ist der laufende Kernel</translation></message>
     <message id="its file system cannot share blocks"><translation>sein Dateisystem kann keine Blöcke teilen</translation></message>

@@ -531,6 +531,7 @@
     <message id="is in use as a program or as swap space"><translation>is in use as a program or as swap space</translation></message>
     <message id="is kept out of copy-on-write, and so out of sharing"><translation>is kept out of copy-on-write, and so out of sharing</translation></message>
     <message id="is no file that a login item could be in"><translation>is no file that a login item could be in</translation></message>
+    <message id="is no program, document or folder"><translation>is no program, document or folder</translation></message>
     <message id="is part of the desktop that is running"><translation>is part of the desktop that is running</translation></message>
     <message id="is the kernel that is running"><translation>is the kernel that is running</translation></message>
     <message id="its file system cannot share blocks"><translation>its file system cannot share blocks</translation></message>

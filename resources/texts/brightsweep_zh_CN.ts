@@ -531,6 +531,7 @@
     <message id="is in use as a program or as swap space"><translation>正作为程序或交换空间使用</translation></message>
     <message id="is kept out of copy-on-write, and so out of sharing"><translation>已排除写时复制，因此不能共享</translation></message>
     <message id="is no file that a login item could be in"><translation>不是可以存放登录项的文件</translation></message>
+    <message id="is no program, document or folder"><translation>不是程序、文档或文件夹</translation></message>
     <message id="is part of the desktop that is running"><translation>属于正在运行的桌面</translation></message>
     <message id="is the kernel that is running"><translation>是正在运行的内核</translation></message>
     <message id="its file system cannot share blocks"><translation>其文件系统不能共享数据块</translation></message>

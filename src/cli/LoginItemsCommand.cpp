@@ -3,6 +3,7 @@
 #include "cli/TextWidth.h"
 #include "core/LaunchAtLogin.h"
 #include "core/UKLoginItemRegistry.h"
+#include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
 #include "loginitems/LoginItemWords.h"
 #include "platform/Platform.h"
@@ -253,7 +254,8 @@ int run(const QCommandLineParser &parser, Output &output) {
     std::filesystem::path path = paths::fromOption(argument);
     std::error_code error;
     if (!path.empty())
-        path = std::filesystem::absolute(path, error).lexically_normal();
+        path = paths::withoutTrailingSlashes(
+            std::filesystem::absolute(path, error).lexically_normal().native());
     if (isAdding) {
         const auto file =
             UKLoginItemRegistry::addLoginItem(path, parser.isSet(QStringLiteral("hidden")));

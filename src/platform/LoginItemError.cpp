@@ -18,6 +18,7 @@ constexpr std::array rows = {
     WordRow{LoginItemError::NotAnEntry, QT_TRID_NOOP("is no file that a login item could be in")},
     WordRow{LoginItemError::NameNotText, QT_TRID_NOOP("has a name that a login item cannot hold")},
     WordRow{LoginItemError::NothingToStart, QT_TRID_NOOP("names no program to start")},
+    WordRow{LoginItemError::NothingToOpen, QT_TRID_NOOP("is no program, document or folder")},
     WordRow{LoginItemError::NoEntryInside, QT_TRID_NOOP("holds no login item")},
     WordRow{LoginItemError::NotOurs, QT_TRID_NOOP("has an entry of your own in its place")},
 };

@@ -12,6 +12,7 @@ enum class LoginItemError {
     NameNotText,         ///< the path is not UTF-8, which a desktop entry has to be
     NothingToStart,      ///< a desktop entry that names no program
     NoEntryInside,       ///< a file that holds no desktop entry
+    NothingToOpen,       ///< neither a regular file nor a folder
     NotOurs,             ///< the user has an entry of another origin in its place
 };
 

@@ -301,7 +301,7 @@ TEST_F(Autostart, WhatIsAddedStartsAndIsHiddenAndShownAgain) {
     names.push_back(*source.add(work.file("doc ument.pdf"), false));
     names.push_back(*source.add(
         work.file("app.desktop",
-                  head + "# c\nExec=sh -l\nHidden=true\n[Desktop Action a]\n"),
+                  "\xef\xbb\xbf" + head + "# c\nExec=sh -l\nHidden=true\n[Desktop Action a]\n"),
         false));
     EXPECT_EQ(text("app.desktop").find(head + "# c\nExec=sh -l\nHidden=false\nX-Bright"), 0u);
     names.push_back(*source.add(work.path("a b"), true));

@@ -28,6 +28,9 @@ TEST(LoginItemsCommand, ListsAndChangesWhatOneEntryIsMeant) {
         std::vector<std::string> arguments;
         int status;
     } steps[] = {
+        {{"add", work.directory("dir").native() + "/x/../."}, 0},
+        {{"remove", work.path("dir")}, 0},
+        {{"add", work.fifo("pipe")}, 1},
         {{"add", document}, 0},
         {{"add", document, "--hidden"}, 0},
         {{"add", work.path("none")}, 1},

@@ -1,10 +1,12 @@
 #include "platform/linux/LinuxLoginItemSource.h"
 
+#include "foundation/DesktopEntryGrammar.h"
 #include "foundation/DesktopEntryText.h"
 #include "foundation/FileDescriptor.h"
 #include "foundation/Identity.h"
 #include "foundation/LastError.h"
 #include "foundation/Log.h"
+#include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
 #include "linux/ProcessStart.h"
@@ -214,6 +216,9 @@ Result<std::string> textFor(const fs::path &path) {
     if (paths::extension(path) == "desktop") {
         auto text = readWholeFile(path);
         if (text) {
+            // GLib refuses a file that begins with it.
+            if (text->starts_with(desktopEntry::byteOrderMark))
+                text->erase(0, desktopEntry::byteOrderMark.size());
             const DesktopEntry entry(*text);
             if (!entry.isValid() || !execCommand(entry.string("Exec"), {}))
                 return LoginItemError::NothingToStart;
@@ -305,7 +310,8 @@ Result<std::vector<LoginItemEntry>> LinuxLoginItemSource::systemItems() {
     return items;
 }
 
-Result<std::string> LinuxLoginItemSource::add(const fs::path &path, bool hidden) {
+Result<std::string> LinuxLoginItemSource::add(const fs::path &given, bool hidden) {
+    const fs::path path(paths::withoutTrailingSlashes(given.native()));
     if (!paths::isValidUtf8(path.native()))
         return LoginItemError::NameNotText;
     struct stat status {};
@@ -313,6 +319,8 @@ Result<std::string> LinuxLoginItemSource::add(const fs::path &path, bool hidden)
         return std::errc::invalid_argument;
     if (::stat(path.c_str(), &status) != 0)
         return lastError();
+    if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode))
+        return LoginItemError::NothingToOpen;
     auto text = textFor(path);
     if (!text)
         return text.error();
