@@ -77,7 +77,7 @@ TEST(DesktopEntry, TellsTheProgramOfAnExecLine) {
         {"%f", ""},
         {"", ""},
         {"\"open", ""},
-        {"end\\", ""},
+        {"end\\", "end"},
         {"sh -c 'sh -c \"sh -c \\\"sh -c x\\\"\"'", ""},
         {"env", ""},
         {"\"\"", ""}};
