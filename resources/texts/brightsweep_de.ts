@@ -403,6 +403,7 @@
     <message id="TotalSize:"><translation>Gesamt: </translation></message>
     <message id="UNINSTALL_ALONG" numerus="yes"><translation><numerusform>%n weiteres Paket, das ohne es nicht auskommt, geht mit: %1.</numerusform><numerusform>%n weitere Pakete, die ohne es nicht auskommen, gehen mit: %1.</numerusform></translation></message>
     <message id="UNINSTALL_ASKING_RIGHTS"><translation>Warten auf die Erlaubnis des Administrators…</translation></message>
+    <message id="UNINSTALL_BUT_LEFTOVERS"><translation>Deinstalliert. Einiges vom Hinterlassenen ließ sich nicht entfernen.</translation></message>
     <message id="UNINSTALL_COUNT" numerus="yes"><translation><numerusform>%n Programm</numerusform><numerusform>%n Programme</numerusform></translation></message>
     <message id="UNINSTALL_DETAILS"><translation>Details</translation></message>
     <message id="UNINSTALL_EMPTY"><translation>Es wurden keine Programme gefunden, die sich deinstallieren lassen.</translation></message>

@@ -403,6 +403,7 @@
     <message id="TotalSize:"><translation>TotalSize:</translation></message>
     <message id="UNINSTALL_ALONG" numerus="yes"><translation><numerusform>%n other package that cannot do without it goes along: %1.</numerusform><numerusform>%n other packages that cannot do without it go along: %1.</numerusform></translation></message>
     <message id="UNINSTALL_ASKING_RIGHTS"><translation>Waiting for the administrator’s permission…</translation></message>
+    <message id="UNINSTALL_BUT_LEFTOVERS"><translation>Uninstalled. Some of what was left behind could not be removed.</translation></message>
     <message id="UNINSTALL_COUNT" numerus="yes"><translation><numerusform>%n application</numerusform><numerusform>%n applications</numerusform></translation></message>
     <message id="UNINSTALL_DETAILS"><translation>Details</translation></message>
     <message id="UNINSTALL_EMPTY"><translation>No applications were found that could be uninstalled.</translation></message>

@@ -403,6 +403,7 @@
     <message id="TotalSize:"><translation>总大小：</translation></message>
     <message id="UNINSTALL_ALONG" numerus="yes"><translation><numerusform>%n 个依赖它的软件包会一并移除：%1。</numerusform></translation></message>
     <message id="UNINSTALL_ASKING_RIGHTS"><translation>正在等待管理员许可…</translation></message>
+    <message id="UNINSTALL_BUT_LEFTOVERS"><translation>已卸载。部分残留项目无法移除。</translation></message>
     <message id="UNINSTALL_COUNT" numerus="yes"><translation><numerusform>%n 个应用程序</numerusform></translation></message>
     <message id="UNINSTALL_DETAILS"><translation>详细信息</translation></message>
     <message id="UNINSTALL_EMPTY"><translation>未找到可以卸载的应用程序。</translation></message>

@@ -38,6 +38,8 @@ struct Planned {
     std::string key;
     std::uint64_t bytes = 0; ///< of the application with all that goes along
     bool needsRights = false;
+    /// Where its folder stays for what is kept in it, what else is there.
+    std::vector<std::filesystem::path> parts;
     Uninstallation::Record record;
 };
 
@@ -155,6 +157,7 @@ void work(Job &job) {
             planned.record.message = plan.reason;
         planned.bytes = sizeOf(plan);
         planned.needsRights = needsRights(plan);
+        planned.parts = Uninstallation::partsGoing(plan);
         if (job.stop)
             return;
         const std::lock_guard lock(job.mutex);
@@ -250,12 +253,24 @@ void writePlan(JsonWriter &json, const Planned &planned, const Options &options)
     }
     json.endArray();
     const auto acted = actedOf(planned, options);
-    json.key("removed").beginArray();
+    std::vector<std::string> removed;
     for (const ActedItem &item : acted) {
-        if (item.error.empty())
-            json.value(paths::text(item.path));
+        if (!item.error.empty())
+            continue;
+        if (item.path != plan.application.key || planned.parts.empty())
+            removed.push_back(item.path);
+        else
+            removed.insert(removed.end(), planned.parts.begin(), planned.parts.end());
     }
-    json.endArray();
+    writeStrings(json, "removed", removed);
+    std::vector<std::string> kept;
+    if (!planned.parts.empty())
+        kept.push_back(plan.application.path.native());
+    for (const Leftover &leftover : plan.leftovers) {
+        if (!leftover.ticked)
+            kept.push_back(leftover.path.native());
+    }
+    writeStrings(json, "kept", kept);
     writeActed(json, "failed", acted, true);
     json.endObject();
 }
@@ -296,8 +311,11 @@ std::string planText(const Planned &planned, const Options &options, std::uint64
         const bool goesAlong = std::find(also.begin(), also.end(), item.path) != also.end();
         if (item.error.empty())
             bytes = addSaturating(bytes, item.bytes);
+        const bool isKeptFolder = !planned.parts.empty() && item.path == plan.application.key;
         table.row({item.error.empty() ? went : "  stays", goesAlong ? "" : sizeText(item.bytes),
-                   item.error.empty() ? item.path : item.path + ": " + item.error});
+                   !item.error.empty() ? item.path + ": " + item.error
+                   : isKeptFolder      ? item.path + ", but for what is kept in it"
+                                       : item.path});
     }
     for (const Leftover &leftover : plan.leftovers) {
         if (!leftover.ticked || !hasGone)

@@ -9,7 +9,6 @@
 #include <QLatin1String>
 #include <QStringList>
 
-#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -19,30 +18,24 @@ namespace {
 
 constexpr QLatin1String keptFoldersKey("UninstallKeptFolders");
 
-// "INODE:PATH", the path percent-encoded, so that a space can stand between two. Nothing for what
-// is no folder.
-std::optional<QString> wordOf(const std::filesystem::path &path, const FileAttributes &found) {
-    if (found.type != EntryType::Directory)
-        return {};
-    return QString::number(found.inode) + u':' +
-           QString::fromStdString(paths::percentEncoded(path.native()));
+// A folder is kept as "INODE:TIME:PATH", the path percent-encoded, so that a space can stand
+// between two.
+KeptFolder folderOf(const QString &word) {
+    return {paths::percentDecoded(word.section(u':', 2).toStdString()),
+            word.section(u':', 1, 1).toLongLong()};
 }
 
-std::optional<QString> wordOf(const std::filesystem::path &folder) {
-    const auto found = Platform::current().files->attributes(folder);
-    return found ? wordOf(folder, *found) : std::nullopt;
-}
-
-std::filesystem::path folderOf(const QString &word) {
-    return paths::percentDecoded(word.section(u':', 1).toStdString());
+bool isIt(const QString &word, const FileAttributes &found) {
+    return found.type == EntryType::Directory &&
+           word.section(u':', 0, 0) == QString::number(found.inode);
 }
 
 // What cannot be looked at has not gone, and neither has what lies on a volume that is not mounted.
 bool hasGone(const QString &word) {
-    const std::filesystem::path folder = folderOf(word);
+    const std::filesystem::path folder = folderOf(word).path;
     FileOperations &files = *Platform::current().files;
     if (const auto found = files.attributes(folder)) {
-        if (wordOf(folder, *found) == word)
+        if (isIt(word, *found))
             return false;
     } else if (found.error() != std::errc::no_such_file_or_directory ||
                !files.attributesFollowing(paths::parent(folder))) {
@@ -63,26 +56,33 @@ void store(const QStringList &words) {
 
 } // namespace
 
-std::vector<std::filesystem::path> keptFolders() {
-    std::vector<std::filesystem::path> folders;
+std::vector<KeptFolder> keptFolders() {
+    std::vector<KeptFolder> folders;
     for (const QString &word : knownWords()) {
-        if (std::filesystem::path folder = folderOf(word); wordOf(folder) == word)
+        KeptFolder folder = folderOf(word);
+        if (const auto found = Platform::current().files->attributes(folder.path);
+            found && isIt(word, *found))
             folders.push_back(std::move(folder));
     }
     return folders;
 }
 
-void noteKeptFolder(const std::filesystem::path &folder) {
+void noteKeptFolder(const KeptFolder &folder) {
     QStringList words = knownWords();
-    words.removeIf(hasGone);
-    if (const auto word = wordOf(folder); word && !words.contains(*word))
-        words += *word;
+    words.removeIf(
+        [&](const QString &word) { return folderOf(word).path == folder.path || hasGone(word); });
+    if (const auto found = Platform::current().files->attributes(folder.path);
+        found && found->type == EntryType::Directory)
+        words += QStringLiteral("%1:%2:%3")
+                     .arg(found->inode)
+                     .arg(folder.lastCame)
+                     .arg(QString::fromStdString(paths::percentEncoded(folder.path.native())));
     store(words);
 }
 
 void forgetKeptFolder(const std::filesystem::path &folder) {
     QStringList words = knownWords();
-    if (words.removeIf([&](const QString &word) { return folderOf(word) == folder; }) > 0)
+    if (words.removeIf([&](const QString &word) { return folderOf(word).path == folder; }) > 0)
         store(words);
 }
 

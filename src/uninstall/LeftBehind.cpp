@@ -62,6 +62,35 @@ bool isNameOfKind(ApplicationKind kind, const std::string &name) {
            name != "common" && name != "current";
 }
 
+// The item, where nothing has come into it since.
+std::optional<Leftover> keptSince(const RemovalTarget &target, const KeptFolder &folder,
+                                  const std::atomic<bool> *stop) {
+    std::vector<FileTimes> times;
+    LeftoverLook look{stop};
+    look.times = &times;
+    look.timesFolders = true;
+    auto leftover = lookAtLeftover(target, LeftoverKind::Data,
+                                   "what an application wrote that was removed", look);
+    const auto isLater = [&](const FileTimes &each) { return each.came > folder.lastCame; };
+    return std::any_of(times.begin(), times.end(), isLater) ? std::nullopt : std::move(leftover);
+}
+
+// As a whole, or where somebody uses it by now, what is as it was kept.
+void addKept(LeftoverSearch &found, const KeptFolder &folder) {
+    const auto target = NvAuthorization::targetOf(folder.path);
+    if (!target)
+        return;
+    if (auto whole = keptSince(*target, folder, found.stop())) {
+        found.add(std::move(whole));
+        return;
+    }
+    forEachName(folder.path, [&](const RemovalRoot &root, const std::string &name) {
+        auto part = keptSince({root, name}, folder, found.stop());
+        if (part && part->seen.changed <= folder.lastCame)
+            found.add(std::move(part));
+    });
+}
+
 } // namespace
 
 LeftBehind::LeftBehind(std::vector<InstalledApplication> installed,
@@ -106,13 +135,13 @@ std::vector<Leftover> LeftBehind::find(const std::atomic<bool> *stop) const {
                             found.add({root, name}, folder.leftover, folder.words);
                     });
     }
-    for (const std::filesystem::path &folder : keptFolders()) {
-        const auto target = NvAuthorization::targetOf(folder);
-        const bool isInstalled = std::any_of(
-            m_installed.begin(), m_installed.end(),
-            [&](const InstalledApplication &application) { return application.path == folder; });
-        if (target && !isInstalled && isKnown(ApplicationKind::Folder))
-            found.add(*target, LeftoverKind::Data, "what an application wrote that was removed");
+    for (const KeptFolder &folder : keptFolders()) {
+        const bool isInstalled = std::any_of(m_installed.begin(), m_installed.end(),
+                                             [&](const InstalledApplication &application) {
+                                                 return application.path == folder.path;
+                                             });
+        if (!isInstalled && isKnown(ApplicationKind::Folder))
+            addKept(found, folder);
     }
     for (const EntryFolder &folder : entryFolders) {
         forEachName(folderOf(folder.directory, folder.way), [&](const RemovalRoot &root,

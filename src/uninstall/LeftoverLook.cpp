@@ -29,7 +29,9 @@ public:
         : m_files(files),
           m_look(look),
           m_mounts(MountsBelow::of(files, directory)),
-          m_walk(files, *this, {WantedAttributes::NonDirectories, 0, look.stop}) {
+          m_walk(files, *this,
+                 {look.timesFolders ? WantedAttributes::All : WantedAttributes::NonDirectories, 0,
+                  look.stop}) {
         m_walk.addRoot(std::make_shared<const OpenDirectory>(std::move(directory)), nullptr);
     }
 
@@ -43,7 +45,7 @@ public:
             ++count;
             // The time of change is the system's own: it is never older than the file's coming
             // here, as the time of writing, which archives bring along, may be.
-            if (entry.type != EntryType::Directory)
+            if (entry.type != EntryType::Directory || m_look.timesFolders)
                 noteTimes(m_look, {entry.device, entry.inode}, {entry.modified, entry.changed});
             holdsData = holdsData || LeftoverRules::isDataName(entry.nameView());
             if (entry.type != EntryType::Directory)

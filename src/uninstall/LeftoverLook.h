@@ -25,6 +25,7 @@ struct LeftoverLook {
     /// Where not null, gets the times of each file that is looked at, but for `programs`: the
     /// application's own, which updates replace.
     std::vector<FileTimes> *times = nullptr;
+    bool timesFolders = false; ///< gets those of the folders below the item as well
     std::vector<FileIdentity> programs = {};
 };
 

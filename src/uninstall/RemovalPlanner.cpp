@@ -82,6 +82,17 @@ std::uint64_t sizeOf(const RemovalPlan &plan) {
                                                      : source->sizeOf(plan.application);
 }
 
+std::vector<std::filesystem::path> keptIn(const RemovalPlan &plan) {
+    const std::filesystem::path &folder = plan.application.path;
+    std::vector<std::filesystem::path> kept;
+    for (const Leftover &leftover : plan.leftovers) {
+        if (isPlainFiles(plan.application) && !leftover.ticked && leftover.path != folder &&
+            paths::isSameOrBelow(leftover.path.native(), folder.native()))
+            kept.push_back(leftover.path);
+    }
+    return kept;
+}
+
 bool takesRights(const RemovalPlan &plan) {
     return plan.blocker == Blocker::None && plan.application.kind == ApplicationKind::Package &&
            !plan.application.userOwned;

@@ -32,6 +32,8 @@ bool isPlainFiles(const InstalledApplication &application);
 /// What of the application itself goes, in bytes: not what lies in its folder and is listed as a
 /// leftover, with a tick of its own. As blocking as ApplicationSource::sizeOf().
 std::uint64_t sizeOf(const RemovalPlan &plan);
+/// What lies in an application's own folder and is not ticked: the folder stays for it.
+std::vector<std::filesystem::path> keptIn(const RemovalPlan &plan);
 /// True where its removal takes rights from the beginning.
 bool takesRights(const RemovalPlan &plan);
 /// True where it cannot go without rights, as it looked when it was planned.

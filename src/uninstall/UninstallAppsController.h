@@ -78,7 +78,7 @@ public:
         std::size_t selected = 0;
         std::size_t total = 0;
         bool isFailure = false;
-        QString refusal = {}; ///< why rights were not given, where that kept anything
+        QString notice = {}; ///< what is not to be missed of how it went, in full
     };
 
     /// One application, looked at closely.
@@ -219,6 +219,8 @@ private:
     void noteLackOfRights();
     void uninstallActionfromBottomButton();
     void attemptEnded();
+    void tellStayed(const QString &refusal = {});
+    void tellNotice(const QString &refusal);
     void tellFailure(const QString &refusal = {});
     void finish();
 
@@ -263,6 +265,7 @@ private:
     RightsPurpose m_purpose = RightsPurpose::Files; ///< of the rights that the run takes
     bool m_isSecondAttempt = false;
     QStringList m_reasons; ///< why the run failed, by application
+    QStringList m_stayed;  ///< what stayed of those that went, likewise
     CallQueue m_calls;     ///< of this thread, for what a removal tells
 };
 

@@ -68,6 +68,7 @@ void UninstallAppsController::planned() {
         return setState(State::Ready);
     if (m_plans.size() != m_chosen.size()) { // the worker failed
         m_reasons.clear();
+        m_stayed.clear();
         tellFailure();
         return finish();
     }
@@ -107,6 +108,7 @@ void UninstallAppsController::alertEnded(int code) {
     m_run = begun.run;
     m_failures.clear();
     m_reasons.clear();
+    m_stayed.clear();
     m_isSecondAttempt = false;
     m_purpose = std::any_of(m_plans.begin(), m_plans.end(), takesRights)
                     ? RightsPurpose::FilesAndPackages
@@ -142,8 +144,12 @@ void UninstallAppsController::rightsAnswered() {
         return uninstallActionfromBottomButton();
     if (!m_isSecondAttempt)
         noteLackOfRights();
-    tellFailure(
-        UninstallTexts::refusal(NvAuthorization::shareNvAuthorization().lastResult().outcome));
+    const QString refusal =
+        UninstallTexts::refusal(NvAuthorization::shareNvAuthorization().lastResult().outcome);
+    if (m_reasons.isEmpty())
+        tellStayed(refusal);
+    else
+        tellFailure(refusal);
     finish();
 }
 
@@ -167,6 +173,7 @@ void UninstallAppsController::uninstallActionfromBottomButton() {
 void UninstallAppsController::attemptEnded() {
     m_failures.clear();
     m_reasons.clear();
+    m_stayed.clear();
     const auto &records = m_uninstallation->records();
     for (std::size_t i = 0; i < records.size(); ++i) {
         const AppItems::Pointer &item = m_chosen[i];
@@ -176,7 +183,7 @@ void UninstallAppsController::attemptEnded() {
         if (records[i].isWhole())
             continue;
         const QString reason = UninstallTexts::reason(records[i], !lacksRights());
-        m_reasons += QStringLiteral("%1: %2").arg(item->name, reason);
+        (hasGone ? m_stayed : m_reasons) += QStringLiteral("%1: %2").arg(item->name, reason);
         if (!hasGone)
             m_failures[item.get()] = reason;
     }
@@ -187,23 +194,39 @@ void UninstallAppsController::attemptEnded() {
     }
     if (!m_reasons.isEmpty())
         tellFailure();
+    else if (!m_stayed.isEmpty())
+        tellStayed();
     else
         m_uninstallTextField = {
             localizedText("Selected application(s) were uninstalled successfully."), {}};
     finish();
 }
 
+// The applications have gone, and only leftovers of them stay.
+void UninstallAppsController::tellStayed(const QString &refusal) {
+    m_uninstallTextField = {};
+    m_uninstallTextField.text = localizedText("UNINSTALL_BUT_LEFTOVERS");
+    tellNotice(refusal);
+}
+
+void UninstallAppsController::tellNotice(const QString &refusal) {
+    QStringList lines = m_stayed;
+    if (!refusal.isEmpty())
+        lines += refusal;
+    m_uninstallTextField.notice = lines.join(u'\n');
+}
+
 void UninstallAppsController::tellFailure(const QString &refusal) {
     const QString words = localizedText("Failed to uninstall the selected application(s). Please "
                                         "refer to Help for more info.");
-    QStringList lines = QStringList{words} + m_reasons;
+    QStringList lines = QStringList{words} + m_reasons + m_stayed;
     if (!refusal.isEmpty())
         lines += refusal;
     m_uninstallTextField = {};
     m_uninstallTextField.text = words.left(longestFailure) + QStringLiteral("...");
     m_uninstallTextField.toolTip = lines.join(u'\n');
     m_uninstallTextField.isFailure = true;
-    m_uninstallTextField.refusal = refusal;
+    tellNotice(refusal);
 }
 
 void UninstallAppsController::finish() {

@@ -157,12 +157,17 @@ QString reason(const Uninstallation::Record &record, bool hadRights) {
                    ? words
                    : QStringLiteral("%1. %2").arg(words, translated(record.wayOut));
     }
-    std::vector<std::filesystem::path> stayed;
+    QStringList stayed;
     for (const auto &item : record.items) {
-        if (!item.removed)
-            stayed.push_back(item.path);
+        if (item.removed)
+            continue;
+        const QString why = item.neededRights && !hadRights
+                                ? localizedText("STAYS_NEEDS_RIGHTS")
+                                : localizedText(paths::display(item.error));
+        stayed +=
+            QStringLiteral("%1 (%2)").arg(nameInSentence(paths::displayFromHome(item.path)), why);
     }
-    return localizedText("STAYS_LEFTOVERS").arg(listed(stayed));
+    return localizedText("STAYS_LEFTOVERS").arg(stayed.join(QStringLiteral(", ")));
 }
 
 QString refusal(RightsOutcome outcome) {

@@ -36,13 +36,46 @@ bool isMerged(const RemovalPlan &plan) {
     return plan.blocker == Blocker::None && plan.application.kind == ApplicationKind::Package;
 }
 
+// What the way with rights has to say counts where they were needed.
 std::string wordsOf(const RemovalOutcome &outcome) {
-    return outcome.words.empty() ? outcome.error.message() : outcome.words;
+    const bool hasOwnReason = outcome.error && !outcome.neededRights;
+    return hasOwnReason || outcome.words.empty() ? outcome.error.message() : outcome.words;
 }
 
 Uninstallation::Item itemOf(const Leftover &shown, const RemovalOutcome &outcome) {
     return {shown.path, shown.bytes, outcome.removed,
             outcome.removed ? std::string() : wordsOf(outcome), outcome.neededRights};
+}
+
+void logWhatStayed(const Uninstallation::Record &record) {
+    for (const Uninstallation::Item &item : record.items) {
+        if (!item.removed)
+            NSLog("%@ has gone, but for %@: %@", record.plan.application.key, item.path,
+                  item.error);
+    }
+}
+
+std::vector<std::string> namesGoing(const RemovalRoot &folder,
+                                    const std::vector<std::filesystem::path> &kept) {
+    auto names = namesInFolder(folder);
+    std::erase_if(names, [&](const std::string &name) {
+        return std::any_of(kept.begin(), kept.end(), [&](const std::filesystem::path &path) {
+            return path.filename() == name;
+        });
+    });
+    return names;
+}
+
+std::int64_t lastArrivalIn(const RemovalTarget &folder) {
+    std::vector<FileTimes> times;
+    LeftoverLook look;
+    look.times = &times;
+    look.timesFolders = true;
+    lookAtLeftover(folder, LeftoverKind::Data, {}, look);
+    std::int64_t last = 0;
+    for (const FileTimes &each : times)
+        last = std::max(last, each.came);
+    return last;
 }
 
 } // namespace
@@ -121,8 +154,10 @@ bool Uninstallation::run(RemovalRun &run) {
             m_progress(record.plan.application);
         removeApplication(record);
         record.isTried = true;
-        if (!record.isWhole())
+        if (record.outcome != UninstallOutcome::Removed)
             NSLog("uninstall can not work! %@: %@", record.plan.application.key, record.message);
+        else
+            logWhatStayed(record);
     }
     return std::all_of(m_records.begin(), m_records.end(),
                        [](const Record &record) { return record.isWhole(); });
@@ -193,12 +228,14 @@ void Uninstallation::removeBundle(Record &record) {
     record.outcome = isGone                           ? UninstallOutcome::Removed
                      : removal.outcome().neededRights ? UninstallOutcome::NeedsRights
                                                       : UninstallOutcome::Failed;
-    record.message = isGone ? std::string() : wordsOf(removal.outcome());
+    const std::string why = isGone ? std::string() : wordsOf(removal.outcome());
+    record.message = why;
+    if (!isGone && removal.stayed() != bundle.path)
+        record.message = removal.stayed().native() + ": " + why;
     ticked.push_back(record.plan.itself);
     for (const Leftover &leftover : ticked) {
         const bool stays = !isGone && leftover.path == removal.stayed();
-        record.items.push_back({leftover.path, leftover.bytes, !stays,
-                                stays ? record.message : std::string(),
+        record.items.push_back({leftover.path, leftover.bytes, !stays, stays ? why : std::string(),
                                 stays && removal.outcome().neededRights});
         if (stays)
             break;
@@ -206,13 +243,7 @@ void Uninstallation::removeBundle(Record &record) {
 }
 
 void Uninstallation::removeFiles(Record &record) {
-    const std::filesystem::path &path = record.plan.application.path;
-    std::vector<std::filesystem::path> kept;
-    for (const Leftover &leftover : record.plan.leftovers) {
-        if (!leftover.ticked && leftover.path != path &&
-            paths::isSameOrBelow(leftover.path.native(), path.native()))
-            kept.push_back(leftover.path);
-    }
+    const auto kept = keptIn(record.plan);
     record.items.clear();
     record.message.clear();
     const bool isGone =
@@ -228,6 +259,17 @@ void Uninstallation::removeFiles(Record &record) {
     }
 }
 
+std::vector<std::filesystem::path> Uninstallation::partsGoing(const RemovalPlan &plan) {
+    const auto kept = keptIn(plan);
+    const auto root = Platform::current().files->rememberRoot(plan.application.path);
+    std::vector<std::filesystem::path> parts;
+    if (kept.empty() || !root)
+        return parts;
+    for (const std::string &name : namesGoing(*root, kept))
+        parts.push_back(paths::join(root->path, name));
+    return parts;
+}
+
 // Everything in it but what is kept; the folder stays for that.
 bool Uninstallation::removeFolder(Record &record, const std::vector<std::filesystem::path> &kept) {
     const Leftover &itself = record.plan.itself;
@@ -241,12 +283,7 @@ bool Uninstallation::removeFolder(Record &record, const std::vector<std::filesys
     }
     bool isGone = true;
     std::vector<Leftover> going;
-    for (const std::string &name : namesInFolder(*root)) {
-        const auto isKept = [&](const std::filesystem::path &path) {
-            return path.filename() == name;
-        };
-        if (std::any_of(kept.begin(), kept.end(), isKept))
-            continue;
+    for (const std::string &name : namesGoing(*root, kept)) {
         const auto item = lookAtLeftover({*root, name}, LeftoverKind::Data, {}, {m_stop});
         if (item)
             going.push_back(*item);
@@ -261,7 +298,7 @@ bool Uninstallation::removeFolder(Record &record, const std::vector<std::filesys
     for (const Leftover &item : going)
         isGone = removeItem(record, item) && isGone;
     if (isGone)
-        noteKeptFolder(itself.path);
+        noteKeptFolder({itself.path, lastArrivalIn(itself.target)});
     return isGone;
 }
 

@@ -60,6 +60,10 @@ public:
     /// Removes one file or folder as it was shown, as a part of the run under way.
     static Item removeItem(const Leftover &shown, const std::atomic<bool> &stop);
 
+    /// The entries of an application's own folder that go where something in it is kept; none where
+    /// nothing is.
+    static std::vector<std::filesystem::path> partsGoing(const RemovalPlan &plan);
+
     /// Told of each application before its turn, on the worker.
     void setProgress(std::function<void(const InstalledApplication &)> told) {
         m_progress = std::move(told);

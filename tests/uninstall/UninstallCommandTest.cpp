@@ -110,8 +110,12 @@ TEST_F(UninstallCommand, TakesAnAppImageWithItsIntegrationAndAFolderWithItsLinks
                                          std::chrono::hours(1));
     const auto removed = run({"uninstall", "appimage:" + image, "--apply"});
     EXPECT_EQ(removed.status, 0) << removed.output << removed.errors;
+    const QJsonObject shown = plan({"Edit"}, 0);
     const QJsonObject edit = plan({"Edit", "--apply"}, 0);
-    EXPECT_EQ(count(edit, "removed"), 3) << "it, its link and its entry";
+    for (const char *list : {"removed", "kept"})
+        EXPECT_EQ(shown[QLatin1String(list)], edit[QLatin1String(list)]);
+    EXPECT_EQ(count(edit, "kept"), 2) << "its folder and what it had written";
+    EXPECT_EQ(count(edit, "removed"), 3) << "its program, its link and its entry";
     EXPECT_EQ(edit[QStringLiteral("bytes")].toInt(), 10) << "without what is kept";
     EXPECT_TRUE(home.exists(".local/opt/Edit/notes"));
     for (const char *gone :

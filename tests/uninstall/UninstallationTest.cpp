@@ -177,6 +177,18 @@ TEST_F(UninstallationTest, AFolderKeepsWhatItsProgramWroteUnlessThatIsTicked) {
     EXPECT_TRUE(LeftBehind({game}, {}).find().empty()) << "it was installed again";
     ASSERT_EQ(LeftBehind({}, {}).find().size(), 1u);
     EXPECT_EQ(LeftBehind({}, {}).find().front().path, game.path);
+    // What somebody puts there afterwards is no longer the application's.
+    ASSERT_TRUE(eventually([&] {
+        std::filesystem::remove_all(home.path("Applications/Game/mine"));
+        home.file("Applications/Game/mine/letter");
+        const auto behind = LeftBehind({}, {}).find();
+        return behind.size() == 1 && behind.front().path == game.path / "saves";
+    }));
+    std::filesystem::remove_all(home.path("Applications/Game/mine"));
+    ASSERT_TRUE(eventually([&] {
+        home.file("Applications/Game/saves/later");
+        return LeftBehind({}, {}).find().empty();
+    }));
 
     plan = RemovalPlanner({game}).planOf(game);
     for (Leftover &leftover : plan.leftovers)
@@ -198,7 +210,7 @@ TEST_F(UninstallationTest, AKeptFolderIsForgottenOnlyWhereItHasCertainlyGone) {
                locked = home.directory("a/locked");
     home.directory("next");
     for (const auto &folder : {gone, away, replaced, locked})
-        noteKeptFolder(folder);
+        noteKeptFolder({folder, 1});
     for (const auto &folder : {gone, away, replaced})
         std::filesystem::rename(folder, folder.native() + " elsewhere");
     std::filesystem::create_directory(replaced);
@@ -207,13 +219,15 @@ TEST_F(UninstallationTest, AKeptFolderIsForgottenOnlyWhereItHasCertainlyGone) {
         const AsOrdinaryUser user;
         ASSERT_TRUE(user);
         EXPECT_TRUE(keptFolders().empty());
-        noteKeptFolder(home.path("next"));
+        noteKeptFolder({home.path("next"), 1});
+        noteKeptFolder({home.path("next"), 2});
     }
     home.mode("a", 0755);
     std::filesystem::remove(replaced);
     for (const auto &folder : {gone, away, replaced})
         std::filesystem::rename(folder.native() + " elsewhere", folder);
-    EXPECT_EQ(keptFolders(), (std::vector{away, replaced, locked, home.path("next")}));
+    EXPECT_EQ(keptFolders(), (std::vector<KeptFolder>{
+                                 {away, 1}, {replaced, 1}, {locked, 1}, {home.path("next"), 2}}));
 }
 
 TEST_F(UninstallationTest, WhatHoldsAnothersPartsGoesWholeOrNotAtAll) {

@@ -321,11 +321,11 @@ void UninstallPanel::followMessage() {
 // listed.
 void UninstallPanel::followNotice() {
     const std::size_t hidden = isLeftBehind() ? 0 : m_controller.hiddenSelectedCount();
-    const QString &refusal = isLeftBehind() ? m_controller.leftBehind().refusal()
-                                            : m_controller.uninstallTextField().refusal;
-    m_showAll->setVisible(hidden > 0 && refusal.isEmpty());
-    if (!refusal.isEmpty())
-        return m_notice->tell(refusal);
+    const QString &notice = isLeftBehind() ? m_controller.leftBehind().refusal()
+                                           : m_controller.uninstallTextField().notice;
+    m_showAll->setVisible(hidden > 0 && notice.isEmpty());
+    if (!notice.isEmpty())
+        return m_notice->tell(notice);
     if (hidden > 0)
         return m_notice->tell(localizedText("UNINSTALL_HIDDEN_TICKS", hidden));
     QStringList kinds;
