@@ -47,7 +47,7 @@ LoginItemController::LoginItemController(QObject *parent)
 
 LoginItemController::LoginItemController(Surroundings surroundings, QObject *parent)
     : QObject(parent), m_surroundings(std::move(surroundings)) {
-    m_watch = source().watch([this] { m_calls.post([this] { updateLoginItemsList(); }); });
+    m_watch = source().watch([this] { m_calls.post([this] { changedOutside(); }); });
     updateLoginItemsList();
 }
 
@@ -82,6 +82,12 @@ bool LoginItemController::readList(Listing &listing) {
     if (auto system = source().systemItems())
         listing.systemItems = *std::move(system);
     return true;
+}
+
+void LoginItemController::changedOutside() {
+    if (!std::exchange(m_isEchoComing, false))
+        Q_EMIT failureIsOver();
+    updateLoginItemsList();
 }
 
 void LoginItemController::updateLoginItemsList() {
@@ -168,10 +174,15 @@ void LoginItemController::addPaths(std::vector<std::filesystem::path> paths) {
             for (const Added &each : *added)
                 m_rows.push_back(each.row);
             m_model.endChange();
+            Q_EMIT failureIsOver();
+            bool isAnyAdded = false;
+            bool isAnyFailed = false;
             for (const Added &each : *added) {
+                (each.error ? isAnyFailed : isAnyAdded) = true;
                 if (each.error)
                     tell(each.row->name, each.error);
             }
+            m_isEchoComing = isAnyAdded && isAnyFailed;
             updateLoginItemsList();
         });
 }
@@ -194,6 +205,7 @@ void LoginItemController::changeLoginVaule(const LoginItemRow::Pointer &row) {
                 updateLoginItemsList();
                 return;
             }
+            Q_EMIT failureIsOver();
             if (const int place = rowOfFile(row->entry.file); place >= 0) {
                 m_model.beginChange();
                 m_rows.erase(m_rows.begin() + place);
@@ -247,6 +259,8 @@ void LoginItemController::changeHideState(int row) {
             const int place = rowOfFile(file);
             if (outcome->error)
                 tell(changed->name, outcome->error);
+            else if (outcome->hasChanged)
+                Q_EMIT failureIsOver();
             if (place < 0)
                 return;
             LoginItemRow &now = *m_rows[std::size_t(place)];
@@ -262,6 +276,8 @@ void LoginItemController::setSystemItemStarted(const std::string &file, bool sta
         [this, file, error] {
             if (*error)
                 tell(paths::display(file), *error);
+            else
+                Q_EMIT failureIsOver();
             // A switch that did not move the entry shows the old state again.
             m_systemItems.clear();
             updateLoginItemsList();
@@ -278,7 +294,7 @@ void LoginItemController::openButtonAction(int row) {
     run([file = opened->entry.file, error] { *error = source().start(file); },
         [this, opened, error] {
             if (!*error)
-                return;
+                return Q_EMIT failureIsOver();
             const auto place = source().pathOf(opened->entry.file);
             if (*error != LoginItemError::NothingToStart ||
                 !Platform::current().workspace->reveal(place))
@@ -291,8 +307,8 @@ void LoginItemController::viewButtonAction(int row) {
         return;
     const LoginItemRow &viewed = *m_rows[std::size_t(row)];
     Workspace &workspace = *Platform::current().workspace;
-    if (!workspace.reveal(viewed.path))
-        workspace.reveal(source().pathOf(viewed.entry.file));
+    if (workspace.reveal(viewed.path) || workspace.reveal(source().pathOf(viewed.entry.file)))
+        Q_EMIT failureIsOver();
 }
 
 bool LoginItemController::shouldSelectRow(int row) {

@@ -40,6 +40,8 @@ protected:
             LoginItemController::Surroundings{[this] { return isOpen; }});
         QObject::connect(page.get(), &LoginItemController::failed,
                          [this](const QString &words) { failures += words; });
+        QObject::connect(page.get(), &LoginItemController::failureIsOver,
+                         [this] { failures.clear(); });
         tester = std::make_unique<QAbstractItemModelTester>(
             &page->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
         settle();
@@ -103,6 +105,36 @@ TEST_F(LoginItemPage, RemovesByFileAndClearsTheFlagForItsOwnRowOnly) {
     settle();
     EXPECT_THAT(files(), ElementsAre("a", "gone"));
     EXPECT_EQ(failures, QStringList(QStringLiteral("A: Permission denied")));
+}
+
+TEST_F(LoginItemPage, AFailureIsToldUntilSomethingWorksOrTheListChanges) {
+    const std::function<void()> over[] = {
+        [&] { page->openButtonAction(0); },
+        [&] { page->viewButtonAction(0); },
+        [&] { page->changeHideState(0); },
+        [&] { page->addPaths({"/new"}); },
+        [&] { page->setSystemItemStarted("sound.desktop", false); },
+        [&] {
+            items.become({{.file = "a", .path = "/a"}, {.file = "b", .path = "/b"}});
+        },
+        [&] { page->delLoginItem(1); },
+    };
+    for (const auto &act : over) {
+        items.fail("remove", std::errc::permission_denied, 1);
+        page->delLoginItem(0);
+        settle();
+        EXPECT_EQ(failures.size(), 1);
+        act();
+        EXPECT_TRUE(eventually([&] { return !page->isWaiting() && failures.isEmpty(); }))
+            << &act - over;
+    }
+    // What was added beside it is told by the watch as well.
+    items.fail("add", std::errc::no_space_on_device, 1);
+    page->addPaths({"/full", "/fine"});
+    settle();
+    items.become({});
+    waitUntil([this] { return files().empty(); });
+    EXPECT_EQ(failures.size(), 1);
 }
 
 TEST_F(LoginItemPage, AddsWhatIsChosenOrDroppedAndCorrectsWhatFailed) {

@@ -1,11 +1,13 @@
 #include "loginitems/ui/LoginItemView.h"
 #include "core/UKLoginItemRegistry.h"
 #include "loginitems/LoginItemController.h"
+#include "loginitems/ui/LoginItemsPanel.h"
 #include "support/FakeLoginItems.h"
 #include "support/WaitUntil.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -71,6 +73,19 @@ TEST_F(LoginItemTable, NeverRemovesARowThatHasMovedBelowThePointer) {
     EXPECT_THAT(items.calls(), ElementsAre("remove c"));
     click(1, LoginItemModel::deleteItem, justNow);
     EXPECT_THAT(items.calls(), ElementsAre("remove c")) << "the second click of two";
+}
+
+TEST_F(LoginItemTable, AFailureIsGoneWhenThePageIsLeft) {
+    LoginItemsPanel panel(*page);
+    panel.show();
+    items.fail("remove", std::errc::permission_denied);
+    page->delLoginItem(0);
+    settle();
+    auto *const words = panel.findChild<QLabel *>(QStringLiteral("login.failed"));
+    EXPECT_TRUE(words->isVisible());
+    panel.hide();
+    panel.show();
+    EXPECT_FALSE(words->isVisible());
 }
 
 // Some displays tell a held key as one that is let go and pressed again at the same time.

@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QHBoxLayout>
+#include <QHideEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QStandardPaths>
@@ -77,6 +78,7 @@ LoginItemsPanel::LoginItemsPanel(LoginItemController &controller, QWidget *paren
     connect(&controller, &LoginItemController::waitingChanged, this,
             &LoginItemsPanel::followWaiting);
     connect(&controller, &LoginItemController::failed, m_failed, &NoticeRow::tell);
+    connect(&controller, &LoginItemController::failureIsOver, this, [this] { m_failed->tell({}); });
     connect(&controller, &LoginItemController::askForLoginItems, this, &LoginItemsPanel::ask);
     connect(&controller, &LoginItemController::askForLoginFolder, this,
             [this](const QString &dialogTitle) {
@@ -133,6 +135,13 @@ QWidget *LoginItemsPanel::makeBottom() {
         m_controller.addLoginFolder();
     });
     return bottom;
+}
+
+void LoginItemsPanel::hideEvent(QHideEvent *event) {
+    QWidget::hideEvent(event);
+    // A window that is only out of sight is shown as it was.
+    if (!event->spontaneous())
+        m_failed->tell({});
 }
 
 QSize LoginItemsPanel::sizeHint() const {

@@ -22,6 +22,9 @@ public:
 
     QSize sizeHint() const override;
 
+protected:
+    void hideEvent(QHideEvent *event) override;
+
 private:
     QWidget *makeHead();
     QWidget *makeBottom();
