@@ -312,8 +312,12 @@ void LoginItemController::viewButtonAction(int row) {
 }
 
 bool LoginItemController::shouldSelectRow(int row) {
+    const int before = m_selectRow;
     m_selectRow = row >= 0 && std::size_t(row) < m_rows.size() ? row : -1;
-    m_model.rowsChanged();
+    for (const int changed : {before, m_selectRow}) {
+        if (changed >= 0)
+            m_model.rowChanged(changed);
+    }
     return true;
 }
 

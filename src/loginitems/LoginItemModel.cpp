@@ -33,11 +33,6 @@ void LoginItemModel::rowChanged(int row) {
     Q_EMIT dataChanged(index(row, 0), index(row, columns - 1));
 }
 
-void LoginItemModel::rowsChanged() {
-    if (rowCount() > 0)
-        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columns - 1));
-}
-
 int LoginItemModel::rowCount(const QModelIndex &parent) const {
     return parent.isValid() ? 0 : int(m_controller.allLoginItemsInfo().size());
 }

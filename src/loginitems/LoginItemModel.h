@@ -55,7 +55,6 @@ public:
     void beginChange() { beginResetModel(); }
     void endChange() { endResetModel(); }
     void rowChanged(int row);
-    void rowsChanged();
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;

@@ -4,6 +4,7 @@
 #include "loginitems/ui/LoginItemsPanel.h"
 #include "support/FakeLoginItems.h"
 #include "support/WaitUntil.h"
+#include "ui/Theme.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -73,6 +74,22 @@ TEST_F(LoginItemTable, NeverRemovesARowThatHasMovedBelowThePointer) {
     EXPECT_THAT(items.calls(), ElementsAre("remove c"));
     click(1, LoginItemModel::deleteItem, justNow);
     EXPECT_THAT(items.calls(), ElementsAre("remove c")) << "the second click of two";
+}
+
+TEST_F(LoginItemTable, TheSelectedRowIsALittleHigherAndStaysBelowThePointer) {
+    const auto place = [&](int row) { return view->visualRect(page->model().index(row, 0)); };
+    for (const int row : {3, 1, 2}) {
+        for (const bool isAtTop : {true, false}) {
+            view->setCurrentIndex(page->model().index(0, 0));
+            EXPECT_EQ(place(row).height(), theme::height(34));
+            const QPoint at = isAtTop ? place(row).topLeft() : place(row).bottomLeft();
+            QTest::mousePress(view->viewport(), Qt::LeftButton, {}, at);
+            EXPECT_EQ(view->indexAt(at).row(), row);
+            QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, at);
+            EXPECT_EQ(place(row).height(), theme::height(36));
+            EXPECT_EQ(place(0).height(), theme::height(34));
+        }
+    }
 }
 
 TEST_F(LoginItemTable, AFailureIsGoneWhenThePageIsLeft) {

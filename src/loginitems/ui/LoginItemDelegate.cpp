@@ -22,7 +22,8 @@ namespace brightsweep {
 
 namespace {
 
-constexpr int rowHeight = 36;
+constexpr int rowHeight = 34;
+constexpr int selectedRowHeight = 36;
 constexpr int iconSide = 28;
 constexpr int markSide = 18;
 constexpr double nameSize = 13;
@@ -113,8 +114,9 @@ int paintMark(QPainter &painter, const QRect &row, const QRect &room, const QStr
 
 } // namespace
 
-QSize LoginItemDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const {
-    return {0, theme::height(rowHeight)};
+QSize LoginItemDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &index) const {
+    const bool isSelected = index.data(LoginItemModel::FontSizeRole).toDouble() == selectedSize;
+    return {0, theme::height(isSelected ? selectedRowHeight : rowHeight)};
 }
 
 int LoginItemDelegate::widthOf(const QString &text) {

@@ -44,7 +44,7 @@ LoginItemView::LoginItemView(LoginItemController &controller, QWidget *parent)
     setItemDelegate(m_delegate);
     setModel(&controller.model());
     setRootIsDecorated(false);
-    setUniformRowHeights(true);
+    setUniformRowHeights(false); // The selected one is a little higher.
     setSelectionBehavior(SelectRows);
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
