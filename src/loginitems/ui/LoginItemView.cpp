@@ -32,6 +32,11 @@ constexpr int mostEntryWidth = 240;
 // times of the events are lost where assistive programs listen.
 constexpr int heldTime = 10;
 
+// A double click of a slow hand, in milliseconds.
+int slowDoubleClick() {
+    return 3 * QApplication::doubleClickInterval() / 2;
+}
+
 } // namespace
 
 LoginItemView::LoginItemView(LoginItemController &controller, QWidget *parent)
@@ -151,7 +156,7 @@ void LoginItemView::act(const QModelIndex &index) {
         return m_controller.viewButtonAction(index.row());
     case Model::deleteItem:
         // Nobody has seen yet that another row lies below the pointer.
-        if (m_sinceMoved.isValid() && m_sinceMoved.elapsed() < QApplication::doubleClickInterval())
+        if (m_sinceMoved.isValid() && m_sinceMoved.elapsed() < slowDoubleClick())
             return;
         return m_controller.delLoginItem(index.row());
     default:
