@@ -32,7 +32,7 @@ protected:
     // A program in a folder of its own, with an entry called like the folder.
     std::filesystem::path add(const std::string &place, const std::string &id) {
         const auto file = program(place, home);
-        entry(id, file.native());
+        entry(id, "\"" + file.native() + "\"");
         return file;
     }
     template <typename Source>
@@ -91,9 +91,34 @@ TEST_F(OwnFiles, FoldersAreOnlyThoseThatNobodyElseUses) {
     add(".local/share/Deep/a/b/deep", "Deep");
     add(".local/share/ByLink/bylink", "ByLink");
     home.link(".local/bin/other", program(".local/share/ByLink/tools/other", home));
-    add(".local/share/ByUnit/byunit", "ByUnit");
-    home.file(".config/systemd/user/x.service",
-              "ExecStart=/usr/bin/y " + home.path(".local/share/ByUnit/conf").native() + "\n");
+    const std::string data = home.path(".local/share").native();
+    const std::pair<const char *, std::string> users[] = {
+        {".config/systemd/user/1.service", "ExecStart=/usr/bin/y " + data + "/By1/conf\n"},
+        {".config/systemd/user/2.service", "ExecStart=sh -c 'cd ~/.local/share/By2 && y'\n"},
+        {".local/share/systemd/user/a.service.d/3.conf", "WorkingDirectory=%h/.local/share/By3\n"},
+        {".config/autostart/4.desktop",
+         "[Desktop Entry]\nExec=sh -c \"cd $HOME/.local/share/By4 && ./run\"\n"},
+        {"Desktop/5.desktop", "[Desktop Entry]\nExec=" + data + "/By5/tool\n"},
+        {".local/bin/6", "#!/bin/sh\nexec \"${XDG_DATA_HOME}\"/By6/run \"$@\"\n"},
+        {"bin/7", "#!/bin/sh\ncd ~/.local; exec share/By7/run\n"},
+        {".profile", "PATH=$PATH:~/.local/share/By8\n"},
+        {".local/bin/9", "#!/bin/sh\ncd \"$HOME\"/.local/share/My\\ By9; ./run\n"}};
+    for (int number = 1; const auto &[file, text] : users) {
+        const std::string name = (number == 9 ? "My By" : "By") + std::to_string(number);
+        add(".local/share/" + name + "/by", name);
+        home.file(file, text);
+        ++number;
+    }
+    for (const char *place : {"Desktop", ".config", "Applications"}) {
+        add(std::string(".local/share/LinkedFrom") + place + "/run", place);
+        home.link(std::string(place) + "/a link", data + "/LinkedFrom" + place);
+    }
+    add(".local/share/BrightSweep/run", "ours");
+    add(".local/share/LIB/run", "standard");
+    // Its own entries do no harm, nor what has a longer name.
+    home.file(".config/autostart/alone.desktop",
+              "[Desktop Entry]\nExec=" + data + "/Alone/alone --hidden\n");
+    home.file(".local/bin/another", "#!/bin/sh\nexec ~/.local/share/Alone-2/run\n");
     add(".local/share/ByEntry/byentry", "ByEntry");
     program("usr/bin/z", system);
     entry("z", "z --data " + home.path(".local/share/ByEntry/data").native());

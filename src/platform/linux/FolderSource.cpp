@@ -3,9 +3,9 @@
 #include "foundation/Identity.h"
 #include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
-#include "foundation/SmallFile.h"
 #include "platform/linux/AppImageSource.h"
 #include "platform/linux/ApplicationEntries.h"
+#include "platform/linux/FolderUsers.h"
 #include "platform/linux/GivesMemoryBack.h"
 #include "platform/linux/OwnPlaces.h"
 
@@ -21,9 +21,9 @@ namespace {
 
 using std::filesystem::path;
 
-// Folders that have a meaning where they lie, and so are no application's.
+// Folders that have a meaning where they lie, and so are no application's; in lower case.
 constexpr std::array<std::string_view, 36> standardNames = {
-    "Trash",         "applications", "backgrounds", "bin",     "desktop-directories",
+    "trash",         "applications", "backgrounds", "bin",     "desktop-directories",
     "doc",           "etc",          "flatpak",     "fonts",   "games",
     "gvfs-metadata", "icons",        "include",     "info",    "keyrings",
     "lib",           "lib32",        "lib64",       "libexec", "libx32",
@@ -31,6 +31,19 @@ constexpr std::array<std::string_view, 36> standardNames = {
     "sbin",          "share",        "snap",        "sounds",  "src",
     "systemd",       "tmp",          "themes",      "var",     "vulkan",
     "wine"};
+
+std::string lower(std::string name) {
+    for (char &letter : name)
+        letter = letter >= 'A' && letter <= 'Z' ? char(letter - 'A' + 'a') : letter;
+    return name;
+}
+
+// This program's own data is nobody's application either.
+bool isNobodys(const std::string &lowerName) {
+    return std::find(standardNames.begin(), standardNames.end(), lowerName) !=
+               standardNames.end() ||
+           lowerName == lower(supportFolderName);
+}
 
 struct Root {
     path folder;
@@ -69,8 +82,7 @@ std::optional<std::pair<path, bool>> folderOf(const path &program, const std::ve
             return {};
         const path folder = program.native().substr(0, end);
         const std::string name = folder.filename().native();
-        if (name.starts_with('.') || folder.extension() == ".app" ||
-            std::find(standardNames.begin(), standardNames.end(), name) != standardNames.end())
+        if (name.starts_with('.') || folder.extension() == ".app" || isNobodys(lower(name)))
             return {};
         const path place = program.parent_path();
         if (root.isDataFolder && place != folder && place != folder / "bin")
@@ -99,10 +111,10 @@ bool holdsSeveral(const path &folder, const Candidate &candidate) {
 // True where an entry that is none of its own starts something else in the folder.
 bool startsOthers(const path &folder, const Candidate &candidate,
                   const std::vector<DesktopEntryFile> &entries) {
-    const std::string inside = folder.native() + "/";
     for (const DesktopEntryFile &file : entries) {
         const auto isOwn = [&](const NamedEntry &own) { return own.entry == &file.entry; };
-        if (file.entry.string("Exec").find(inside) != std::string::npos &&
+        if ((FolderUsers::isNamedIn(file.entry.string("Exec"), folder) ||
+             FolderUsers::isNamedIn(file.entry.string("Path"), folder)) &&
             std::none_of(candidate.entries.begin(), candidate.entries.end(), isOwn) &&
             !isProgramOf(candidate, realPath(file.program)))
             return true;
@@ -125,32 +137,14 @@ bool holdsBundle(const path &folder) {
 }
 
 // True where something besides its own entries uses a folder among others' data.
-bool isUsedByOthers(const path &folder, const Candidate &candidate) {
+bool isUsedByOthers(const path &folder, const Candidate &candidate, const FolderUsers &users) {
     const std::string inside = folder.native() + "/";
-    const path home = homeFolder();
-    std::error_code error;
-    for (const path &place : {paths::join(home, ".local/bin"), paths::join(home, "bin")}) {
-        for (std::filesystem::directory_iterator i(place, error), end; !error && i != end;
-             i.increment(error)) {
-            const path target = realPath(i->path());
-            if (target.native().starts_with(inside) && !isProgramOf(candidate, target))
-                return true;
-        }
-    }
-    const path units = paths::join(folderOfRole(FolderRole::Config), "systemd/user");
-    for (std::filesystem::directory_iterator i(units, error), end; !error && i != end;
-         i.increment(error)) {
-        const auto text = readSmallFile(i->path());
-        if (text && text->find(inside) != std::string::npos)
-            return true;
-    }
+    if (users.anyUses(folder, [&](const path &program) { return isProgramOf(candidate, program); }))
+        return true;
     // A program of that name elsewhere: it is the folder of that one's data.
-    std::string name = folder.filename().native();
-    for (const bool isLower : {false, true}) {
-        if (isLower)
-            std::transform(name.begin(), name.end(), name.begin(),
-                           [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 32) : c; });
-        const path program = realPath(findProgram(name));
+    const std::string name = folder.filename().native();
+    for (const std::string &called : {name, lower(name)}) {
+        const path program = realPath(findProgram(called));
         if (!program.empty() && !program.native().starts_with(inside))
             return true;
     }
@@ -198,13 +192,15 @@ Result<std::vector<InstalledApplication>> FolderSource::applications() {
     }
     const auto packaged = owned(asked);
     std::vector<InstalledApplication> found;
+    std::optional<FolderUsers> users; // read where it is asked for
     for (const auto &[folder, candidate] : candidates) {
         const auto range = owners.equal_range(folder);
         if (std::any_of(range.first, range.second,
                         [&](const auto &owner) { return packaged.contains(owner.second); }) ||
             shared.contains(folder) || holdsSeveral(folder, candidate) ||
             startsOthers(folder, candidate, entries) || holdsBundle(folder) ||
-            (candidate.isInDataFolder && isUsedByOthers(folder, candidate)))
+            (candidate.isInDataFolder &&
+             isUsedByOthers(folder, candidate, users ? *users : users.emplace())))
             continue;
         InstalledApplication application;
         application.kind = ApplicationKind::Folder;
