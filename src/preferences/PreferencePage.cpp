@@ -44,6 +44,23 @@ void store(const QString &key, const QVariant &value) {
     defaults.synchronize();
 }
 
+// Why a change would not be kept now; empty where it would.
+std::string storeProblem() {
+    const QFileInfo folder(
+        QFile::decodeName(QByteArray::fromStdString(paths::parent(stored().file()).native())));
+    std::string problem = stored().problem();
+    // A closed folder is told before a change has failed for it.
+    if (problem.empty() && folder.exists() && !folder.isWritable())
+        problem = std::make_error_code(std::errc::permission_denied).message();
+    return problem;
+}
+
+// What cannot be kept is not done: it would be carried out later, when nobody expects it any more.
+bool canStore() {
+    UserDefaults::standardUserDefaults().synchronize();
+    return storeProblem().empty();
+}
+
 bool isDigit(QChar character) {
     return character >= u'0' && character <= u'9';
 }
@@ -138,12 +155,7 @@ bool PreferenceViewController::cleanMayAskForRights() const {
 }
 
 QString PreferenceViewController::settingsProblem() const {
-    const QFileInfo folder(
-        QFile::decodeName(QByteArray::fromStdString(paths::parent(stored().file()).native())));
-    std::string problem = stored().problem();
-    // A closed folder is told before a change has failed for it.
-    if (problem.empty() && folder.exists() && !folder.isWritable())
-        problem = std::make_error_code(std::errc::permission_denied).message();
+    const std::string problem = storeProblem();
     return problem.empty() ? QString()
                            : localizedText("SETTINGS_NOT_KEPT")
                                  .arg(nameInSentence(paths::displayFromHome(stored().file())),
@@ -190,44 +202,57 @@ AlarmPreview PreferenceViewController::memoryPreview(float alarm) const {
 
 // -- Actions
 
+bool PreferenceViewController::isRefused() {
+    if (canStore())
+        return false;
+    Q_EMIT settingsChanged();
+    return true;
+}
+
+void PreferenceViewController::change(const QString &key, const QVariant &value) {
+    if (!isRefused())
+        store(key, value);
+}
+
 void PreferenceViewController::changeArlarmSliderValue(float value) {
-    store(DSSpaceAlarmKey, value);
+    change(DSSpaceAlarmKey, value);
 }
 
 void PreferenceViewController::changeMemorySliderVaule(float value) {
-    store(DSMemoryAlarmKey, value);
+    change(DSMemoryAlarmKey, value);
 }
 
 void PreferenceViewController::changeLimitUnit(int selectedTag) {
-    store(DSDuplicatesUnit, selectedTag);
+    change(DSDuplicatesUnit, selectedTag);
 }
 
 void PreferenceViewController::changeDiskUsageUnit(int selectedTag) {
-    store(DSDiskUsageUnit, selectedTag);
+    change(DSDiskUsageUnit, selectedTag);
 }
 
 void PreferenceViewController::changeCheckInterval(int selectedTag) {
-    store(SUScheduledCheckInterval, selectedTag);
+    change(SUScheduledCheckInterval, selectedTag);
 }
 
 void PreferenceViewController::changeAutoUpdate(int state) {
-    store(SUEnableAutomaticChecks, state >= 1);
+    change(SUEnableAutomaticChecks, state >= 1);
 }
 
 void PreferenceViewController::changeSysDuplicates(int state) {
-    store(DSSystemDuplication, state >= 1);
+    change(DSSystemDuplication, state >= 1);
 }
 
 void PreferenceViewController::changeHiddenDuplicates(int state) {
-    store(DSHidenDuplication, state >= 1);
+    change(DSHidenDuplication, state >= 1);
 }
 
 void PreferenceViewController::loginButtonAction(int state) {
-    m_surroundings.launchAtLogin(state);
+    if (!isRefused())
+        m_surroundings.launchAtLogin(state);
 }
 
 void PreferenceViewController::changeCategory(int tag) {
-    if (!categoriesAreFree())
+    if (!categoriesAreFree() || isRefused())
         return;
     const bool flag = category(tag) != Qt::Unchecked;
     // Stored first, so that whoever hears of it reads what it is now.
@@ -238,6 +263,8 @@ void PreferenceViewController::changeCategory(int tag) {
 }
 
 void PreferenceViewController::changeShowStatusBtnClick() {
+    if (isRefused())
+        return;
     const bool hidden = !getHiddenStatusItem();
     NSLog("ischose:%d", hidden);
     setHiddenStatusItem(hidden);
@@ -246,11 +273,11 @@ void PreferenceViewController::changeShowStatusBtnClick() {
 }
 
 void PreferenceViewController::changeLanguage(const QString &locale) {
-    store(languageKey, locale);
+    change(languageKey, locale);
 }
 
 void PreferenceViewController::changeCleanMayAskForRights(int state) {
-    store(cleanMayAskForRightsKey, state >= 1);
+    change(cleanMayAskForRightsKey, state >= 1);
 }
 
 void PreferenceViewController::openLog() {
@@ -264,8 +291,11 @@ void PreferenceViewController::openLog() {
 QString PreferenceViewController::controlTextDidChange(int tag, const QString &text) {
     const QString kept = text.toUpper().left(longestLimit);
     for (const LimitField &field : limitFields) {
-        if (field.tag == tag)
-            store(field.limitKey, qlonglong(integerFromText(kept)));
+        if (field.tag != tag)
+            continue;
+        if (!canStore())
+            return QString::number(stored().integerForKey(field.limitKey));
+        store(field.limitKey, qlonglong(integerFromText(kept)));
     }
     return kept;
 }

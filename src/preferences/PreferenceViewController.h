@@ -111,7 +111,8 @@ public:
     AlarmPreview spacePreview(float alarm) const;
     AlarmPreview memoryPreview(float alarm) const;
 
-    // -- Actions, one for each control
+    // -- Actions, one for each control. While the settings keep nothing, none does anything, then
+    // or later.
 
     void changeArlarmSliderValue(float value);
     void changeMemorySliderVaule(float value);
@@ -137,7 +138,8 @@ public:
     void openLog();
     void restart() { Q_EMIT restartRequested(); }
 
-    /// A limit field's text has changed. Gives the text to put back: four characters at most.
+    /// A limit field's text has changed. Gives the text to put back: four characters at most,
+    /// and the stored limit where that cannot be changed.
     static QString controlTextDidChange(int tag, const QString &text);
     /// False where what was put into the text, from the start of the old selection to the start of
     /// the new one, has anything but the digits 0 to 9; `errorDescription` gets the key of why.
@@ -183,6 +185,9 @@ Q_SIGNALS:
     void restartRequested();
 
 private:
+    /// True where the settings keep nothing now: the controls then show what is stored.
+    bool isRefused();
+    void change(const QString &key, const QVariant &value);
     const Surroundings m_surroundings;
     const QString m_languageInUse;
     CallQueue m_queue;

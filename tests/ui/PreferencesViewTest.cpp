@@ -84,10 +84,19 @@ TEST_F(PreferencesView, SaysThatChangesAreNotKeptAndFollowsTheLog) {
     EXPECT_FALSE(problem.isHidden());
     EXPECT_TRUE(problem.text().contains(QString::fromStdString(file.filename().native())) &&
                 problem.text().contains(QLatin1String("Line 1")));
+    EXPECT_TRUE(child<QCheckBox>("userTrashSege").isChecked()) << "it goes back";
+    QTest::keyClick(&child<QSlider>("alarmSlider"), Qt::Key_Right);
+    EXPECT_EQ(child<QSlider>("alarmSlider").value(), 10);
+    QTest::keyClick(&child<QComboBox>("sizeInfo"), Qt::Key_Down);
+    EXPECT_EQ(child<QComboBox>("sizeInfo").currentData(), 2);
+    const QString limit = child<QLineEdit>("infoSizeTextFiled").text();
+    QTest::keyClicks(&child<QLineEdit>("infoSizeTextFiled"), QStringLiteral("7"));
+    EXPECT_EQ(child<QLineEdit>("infoSizeTextFiled").text(), limit);
     QPushButton &open = child<QPushButton>("preferences.openLog");
     EXPECT_FALSE(open.isEnabled());
     std::filesystem::remove(file);
     UserDefaults::standardUserDefaults().synchronize();
+    EXPECT_FALSE(std::filesystem::exists(file)) << "nothing waited to be stored";
     std::filesystem::create_directories(page.logFile().parent_path());
     std::ofstream(page.logFile()) << "a line";
     waitUntil([&] { return open.isEnabled() && problem.isHidden(); });
