@@ -48,6 +48,26 @@ FileDescriptor openLog(const std::filesystem::path &path) {
     return file;
 }
 
+// Never destroyed: lines come from every thread, until the end.
+std::string &pathInUse() {
+    static auto *const path = new std::string;
+    return *path;
+}
+
+// The new file has no head: what tells the facts of the machine may itself be waiting for the line
+// that is being written.
+void renewLog() {
+    const FileDescriptor file = openLog(pathInUse());
+    const int old = Log::descriptor();
+    if (file)
+        ::dup3(file.get(), old, old == STDERR_FILENO ? 0 : O_CLOEXEC);
+}
+
+void renewWhereRemoved(const std::filesystem::path &path) {
+    pathInUse() = path.native();
+    Log::setRenewal(renewLog);
+}
+
 void logVolume(const VolumeFacts &volume) {
     if (volume.totalBytes == 0)
         return;
@@ -66,8 +86,8 @@ void MacLog::setLogFile(std::string_view fileName) {
     const auto path = paths::join(supportFolder(), fileName);
     deleteLog(path);
     FileDescriptor file = openLog(path);
-    if (file)
-        ::dup2(file.get(), STDERR_FILENO);
+    if (file && ::dup2(file.get(), STDERR_FILENO) >= 0)
+        renewWhereRemoved(path);
     logSysInfo(path);
 }
 
@@ -77,8 +97,10 @@ void MacLog::setLogFileForCommandLine(std::string_view fileName) {
     static FileDescriptor file;
     file = openLog(path);
     Log::setDescriptor(file.get());
-    if (file)
-        logSysInfo(path);
+    if (!file)
+        return;
+    renewWhereRemoved(path);
+    logSysInfo(path);
 }
 
 void MacLog::deleteLog(const std::filesystem::path &path) {

@@ -25,6 +25,9 @@ constexpr std::chrono::milliseconds flusherPause{80};
 
 std::atomic<int> logDescriptor{STDERR_FILENO};
 std::atomic<bool> limitTold{false};
+std::atomic<void (*)()> renewal{nullptr};
+std::atomic<std::int64_t> nextLook{0}; // for whether the file is still there, in milliseconds
+constexpr std::int64_t lookPause = 1000;
 
 void appendEscaped(std::string &text, std::string_view bytes) {
     for (const char byte : bytes) {
@@ -122,6 +125,17 @@ void appendArgument(std::string &text, const Conversion &conversion, const LogAr
 std::int64_t nowMilliseconds() {
     using namespace std::chrono;
     return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+// One line in a second looks.
+void renewRemovedFile() {
+    void (*const renew)() = renewal;
+    std::int64_t due = nextLook;
+    const std::int64_t now = renew ? nowMilliseconds() : 0;
+    struct stat status {};
+    if (renew && now >= due && nextLook.compare_exchange_strong(due, now + lookPause) &&
+        ::fstat(logDescriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 0)
+        renew();
 }
 
 // The object logs that there are. Never destroyed, as jobs may outlive everything.
@@ -239,7 +253,13 @@ int descriptor() {
     return logDescriptor;
 }
 
+void setRenewal(void (*renew)()) {
+    renewal = renew;
+    nextLook = 0;
+}
+
 void write(std::string_view lines) {
+    renewRemovedFile();
     const int descriptor = logDescriptor;
     if (descriptor >= 0) [[maybe_unused]]
         const auto written = ::write(descriptor, lines.data(), lines.size());

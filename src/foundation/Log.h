@@ -61,6 +61,11 @@ std::string line(std::string_view message);
 void setDescriptor(int descriptor);
 int descriptor();
 
+/// Called before a line is written to a file that has been removed, at most once a second and on
+/// any thread, so that the file can be made anew and take the descriptor's number. Null for
+/// nothing.
+void setRenewal(void (*renew)());
+
 /// Hands whole lines to the stream in one write.
 void write(std::string_view lines);
 

@@ -11,6 +11,7 @@
 #include "support/FakeDesktop.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
+#include "support/WaitUntil.h"
 #include "volumes/FakeVolumeSource.h"
 
 #include <fcntl.h>
@@ -92,6 +93,7 @@ protected:
         unknown.parametersKnown = false;
         platform.volumes = std::move(volumes);
     }
+    ~MacLogTest() override { Log::setRenewal(nullptr); }
 
     test::TestTree tree;
     CapturedErrors errors;
@@ -150,6 +152,17 @@ TEST_F(MacLogTest, CommandLineHasADescriptorOfItsOwn) {
     NSLog("kept");
     EXPECT_EQ(messages(textOf(tree.path(log))).back(), "kept");
     EXPECT_EQ(errors.text(), "");
+    EXPECT_TRUE(::fcntl(Log::descriptor(), F_GETFD) & FD_CLOEXEC);
+    const auto folder = tree.path(log).parent_path();
+    std::filesystem::remove_all(folder);
+    NSLog("lost with its folder");
+    EXPECT_FALSE(std::filesystem::exists(folder));
+    std::filesystem::create_directory(folder);
+    EXPECT_TRUE(test::eventually([&] {
+        NSLog("again");
+        return tree.exists(log);
+    }));
+    EXPECT_EQ(messages(textOf(tree.path(log))).back(), "again");
     EXPECT_TRUE(::fcntl(Log::descriptor(), F_GETFD) & FD_CLOEXEC);
     Log::setDescriptor(before);
 }
