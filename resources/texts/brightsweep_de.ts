@@ -24,6 +24,7 @@
     <message id="Add login item"><translation>Anmeldeobjekt hinzufügen</translation></message>
     <message id="All"><translation>Alle</translation></message>
     <message id="All Applications"><translation>Alle Programme</translation></message>
+    <message id="Another program is using it. Wait until that has ended, and try again."><translation>Ein anderes Programm benutzt sie gerade. Warten Sie, bis es fertig ist, und versuchen Sie es noch einmal.</translation></message>
     <message id="Applications"><translation>Programme</translation></message>
     <message id="Archives"><translation>Archive</translation></message>
     <message id="Are you sure you want to continue?"><translation>Möchten Sie wirklich fortfahren?</translation></message>
@@ -353,7 +354,7 @@
     <message id="STAYED_READ_ONLY" numerus="yes"><translation><numerusform>%n Objekt liegt auf einem schreibgeschützten Datenträger</numerusform><numerusform>%n Objekte liegen auf einem schreibgeschützten Datenträger</numerusform></translation></message>
     <message id="STAYED_RIGHTS" numerus="yes"><translation><numerusform>%n Objekt braucht Administratorrechte</numerusform><numerusform>%n Objekte brauchen Administratorrechte</numerusform></translation></message>
     <message id="STAYS_BROKEN"><translation>mittendrin abgebrochen</translation></message>
-    <message id="STAYS_BUSY"><translation>die Paketverwaltung arbeitet gerade</translation></message>
+    <message id="STAYS_BUSY"><translation>die Paketverwaltung ist in Gebrauch</translation></message>
     <message id="STAYS_CHANGED"><translation>hat sich seit der Frage geändert</translation></message>
     <message id="STAYS_DISMISSED"><translation>nicht erlaubt</translation></message>
     <message id="STAYS_ESSENTIAL"><translation>das System braucht es</translation></message>
@@ -508,9 +509,10 @@
     <message id="VOLUME_UNMOUNTED"><translation>%1 ist ausgehängt.</translation></message>
     <message id="Videos"><translation>Videos</translation></message>
     <message id="Weekly"><translation>Wöchentlich</translation></message>
-    <message id="Work on %1 was interrupted. Install it again as administrator first, with &quot;apt-get install --reinstall&quot; and its name."><translation>Die Arbeit an %1 wurde unterbrochen. Installieren Sie es zuerst als Administrator neu, mit „apt-get install --reinstall“ und dem Namen.</translation></message>
+    <message id="Work on %1 was interrupted. Install it again as administrator first, with &quot;apt-get install --reinstall&quot; and its name; where no archive of it is found, remove it with &quot;dpkg --remove --force-remove-reinstreq&quot; and its name."><translation>Die Arbeit an %1 wurde unterbrochen. Installieren Sie es zuerst als Administrator neu, mit „apt-get install --reinstall“ und dem Namen; wo sich kein Archiv davon findet, entfernen Sie es mit „dpkg --remove --force-remove-reinstreq“ und dem Namen.</translation></message>
     <message id="Work on %1 was interrupted. Run &quot;apt-get -f install&quot; as administrator first."><translation>Die Arbeit an %1 wurde unterbrochen. Führen Sie zuerst als Administrator „apt-get -f install“ aus.</translation></message>
     <message id="Work on %1 was interrupted. Run &quot;dpkg --configure -a&quot; as administrator first."><translation>Die Arbeit an %1 wurde unterbrochen. Führen Sie zuerst als Administrator „dpkg --configure -a“ aus.</translation></message>
+    <message id="Work on %1 was interrupted. Run &quot;dpkg --configure -a&quot; as administrator first; where that fails, remove it with &quot;dpkg --remove&quot; and its name."><translation>Die Arbeit an %1 wurde unterbrochen. Führen Sie zuerst als Administrator „dpkg --configure -a“ aus; wo das misslingt, entfernen Sie es mit „dpkg --remove“ und dem Namen.</translation></message>
     <message id="YES"><translation>Ja</translation></message>
     <message id="You disk"><translation>Ihr Datenträger</translation></message>
     <message id="You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access."><translation>Sie haben nicht die Rechte, diese Dateien zu bereinigen. Öffnen Sie unten das Schloss, um Verwaltungsrechte zu erhalten.</translation></message>
@@ -544,6 +546,7 @@
     <message id="lies on another volume"><translation>liegt auf einem anderen Datenträger</translation></message>
     <message id="lies outside of this system's folders"><translation>liegt außerhalb der Ordner dieses Systems</translation></message>
     <message id="names no program to start"><translation>nennt kein Programm, das gestartet werden könnte</translation></message>
+    <message id="needed by %1"><translation>%1 braucht es</translation></message>
     <message id="no other copy of it is left"><translation>keine andere Kopie davon ist übrig</translation></message>
     <message id="part of every standard installation"><translation>Teil jeder Standardinstallation</translation></message>
     <message id="part of the collection %1"><translation>Teil der Sammlung %1</translation></message>

@@ -24,6 +24,7 @@
     <message id="Add login item"><translation>Add login item</translation></message>
     <message id="All"><translation>All</translation></message>
     <message id="All Applications"><translation>All Applications</translation></message>
+    <message id="Another program is using it. Wait until that has ended, and try again."><translation>Another program is using it. Wait until that has ended, and try again.</translation></message>
     <message id="Applications"><translation>Applications</translation></message>
     <message id="Archives"><translation>Archives</translation></message>
     <message id="Are you sure you want to continue?"><translation>Are you sure you want to continue?</translation></message>
@@ -353,7 +354,7 @@
     <message id="STAYED_READ_ONLY" numerus="yes"><translation><numerusform>%n item is on a read-only volume</numerusform><numerusform>%n items are on a read-only volume</numerusform></translation></message>
     <message id="STAYED_RIGHTS" numerus="yes"><translation><numerusform>%n item needs administrator rights</numerusform><numerusform>%n items need administrator rights</numerusform></translation></message>
     <message id="STAYS_BROKEN"><translation>stopped in the middle</translation></message>
-    <message id="STAYS_BUSY"><translation>its package manager is at work</translation></message>
+    <message id="STAYS_BUSY"><translation>its package manager is in use</translation></message>
     <message id="STAYS_CHANGED"><translation>changed since the question</translation></message>
     <message id="STAYS_DISMISSED"><translation>not permitted</translation></message>
     <message id="STAYS_ESSENTIAL"><translation>the system cannot do without it</translation></message>
@@ -508,9 +509,10 @@
     <message id="VOLUME_UNMOUNTED"><translation>%1 is unmounted.</translation></message>
     <message id="Videos"><translation>Videos</translation></message>
     <message id="Weekly"><translation>Weekly</translation></message>
-    <message id="Work on %1 was interrupted. Install it again as administrator first, with &quot;apt-get install --reinstall&quot; and its name."><translation>Work on %1 was interrupted. Install it again as administrator first, with "apt-get install --reinstall" and its name.</translation></message>
+    <message id="Work on %1 was interrupted. Install it again as administrator first, with &quot;apt-get install --reinstall&quot; and its name; where no archive of it is found, remove it with &quot;dpkg --remove --force-remove-reinstreq&quot; and its name."><translation>Work on %1 was interrupted. Install it again as administrator first, with "apt-get install --reinstall" and its name; where no archive of it is found, remove it with "dpkg --remove --force-remove-reinstreq" and its name.</translation></message>
     <message id="Work on %1 was interrupted. Run &quot;apt-get -f install&quot; as administrator first."><translation>Work on %1 was interrupted. Run "apt-get -f install" as administrator first.</translation></message>
     <message id="Work on %1 was interrupted. Run &quot;dpkg --configure -a&quot; as administrator first."><translation>Work on %1 was interrupted. Run "dpkg --configure -a" as administrator first.</translation></message>
+    <message id="Work on %1 was interrupted. Run &quot;dpkg --configure -a&quot; as administrator first; where that fails, remove it with &quot;dpkg --remove&quot; and its name."><translation>Work on %1 was interrupted. Run "dpkg --configure -a" as administrator first; where that fails, remove it with "dpkg --remove" and its name.</translation></message>
     <message id="YES"><translation>Yes</translation></message>
     <message id="You disk"><translation>Your disk</translation></message>
     <message id="You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access."><translation>You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access.</translation></message>
@@ -544,6 +546,7 @@
     <message id="lies on another volume"><translation>lies on another volume</translation></message>
     <message id="lies outside of this system's folders"><translation>lies outside of this system's folders</translation></message>
     <message id="names no program to start"><translation>names no program to start</translation></message>
+    <message id="needed by %1"><translation>needed by %1</translation></message>
     <message id="no other copy of it is left"><translation>no other copy of it is left</translation></message>
     <message id="part of every standard installation"><translation>part of every standard installation</translation></message>
     <message id="part of the collection %1"><translation>part of the collection %1</translation></message>

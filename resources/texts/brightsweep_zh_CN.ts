@@ -24,6 +24,7 @@
     <message id="Add login item"><translation>添加登录项</translation></message>
     <message id="All"><translation>全部</translation></message>
     <message id="All Applications"><translation>所有应用程序</translation></message>
+    <message id="Another program is using it. Wait until that has ended, and try again."><translation>另一个程序正在使用它。请等其结束后重试。</translation></message>
     <message id="Applications"><translation>应用程序</translation></message>
     <message id="Archives"><translation>压缩文件</translation></message>
     <message id="Are you sure you want to continue?"><translation>确定要继续吗？</translation></message>
@@ -353,7 +354,7 @@
     <message id="STAYED_READ_ONLY" numerus="yes"><translation><numerusform>%n 个项目位于只读卷上</numerusform></translation></message>
     <message id="STAYED_RIGHTS" numerus="yes"><translation><numerusform>%n 个项目需要管理员权限</numerusform></translation></message>
     <message id="STAYS_BROKEN"><translation>中途停止</translation></message>
-    <message id="STAYS_BUSY"><translation>软件包管理器正忙</translation></message>
+    <message id="STAYS_BUSY"><translation>软件包管理器正在使用中</translation></message>
     <message id="STAYS_CHANGED"><translation>询问之后已发生变化</translation></message>
     <message id="STAYS_DISMISSED"><translation>未获许可</translation></message>
     <message id="STAYS_ESSENTIAL"><translation>系统离不开它</translation></message>
@@ -508,9 +509,10 @@
     <message id="VOLUME_UNMOUNTED"><translation>%1 已卸载。</translation></message>
     <message id="Videos"><translation>视频</translation></message>
     <message id="Weekly"><translation>每周</translation></message>
-    <message id="Work on %1 was interrupted. Install it again as administrator first, with &quot;apt-get install --reinstall&quot; and its name."><translation>对 %1 的操作曾被中断。请先以管理员身份用“apt-get install --reinstall”加上其名称重新安装。</translation></message>
+    <message id="Work on %1 was interrupted. Install it again as administrator first, with &quot;apt-get install --reinstall&quot; and its name; where no archive of it is found, remove it with &quot;dpkg --remove --force-remove-reinstreq&quot; and its name."><translation>对 %1 的操作曾被中断。请先以管理员身份用“apt-get install --reinstall”加上其名称重新安装；若找不到其安装包，请用“dpkg --remove --force-remove-reinstreq”加上其名称将其移除。</translation></message>
     <message id="Work on %1 was interrupted. Run &quot;apt-get -f install&quot; as administrator first."><translation>对 %1 的操作曾被中断。请先以管理员身份运行“apt-get -f install”。</translation></message>
     <message id="Work on %1 was interrupted. Run &quot;dpkg --configure -a&quot; as administrator first."><translation>对 %1 的操作曾被中断。请先以管理员身份运行“dpkg --configure -a”。</translation></message>
+    <message id="Work on %1 was interrupted. Run &quot;dpkg --configure -a&quot; as administrator first; where that fails, remove it with &quot;dpkg --remove&quot; and its name."><translation>对 %1 的操作曾被中断。请先以管理员身份运行“dpkg --configure -a”；若失败，请用“dpkg --remove”加上其名称将其移除。</translation></message>
     <message id="YES"><translation>是</translation></message>
     <message id="You disk"><translation>您的磁盘</translation></message>
     <message id="You do not have privileges to clean these files. Please open the padlock at the bottom to have admin access."><translation>您没有清理这些文件的权限。请打开底部的锁以获取管理员权限。</translation></message>
@@ -544,6 +546,7 @@
     <message id="lies on another volume"><translation>位于其他卷上</translation></message>
     <message id="lies outside of this system's folders"><translation>位于本系统的文件夹之外</translation></message>
     <message id="names no program to start"><translation>没有指定要启动的程序</translation></message>
+    <message id="needed by %1"><translation>%1 需要它</translation></message>
     <message id="no other copy of it is left"><translation>没有剩下其他副本</translation></message>
     <message id="part of every standard installation"><translation>属于标准安装</translation></message>
     <message id="part of the collection %1"><translation>属于软件集 %1</translation></message>

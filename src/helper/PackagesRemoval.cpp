@@ -61,6 +61,18 @@ std::vector<std::string> with(std::vector<std::string> arguments,
     return arguments;
 }
 
+// By the names of what stands in the way; the tool's own last line leaves them out.
+std::string wordsOf(const DryRun &run, const std::vector<std::string> &going) {
+    std::string names;
+    for (const std::string &name : run.dependents) {
+        if (std::find(going.begin(), going.end(), name) == going.end())
+            names += (names.empty() ? "needed by " : ", ") + name;
+    }
+    if (!names.empty())
+        return names;
+    return run.words.empty() ? "it would break" : run.words;
+}
+
 } // namespace
 
 std::vector<std::string> PackagesRemoval::environment() {
@@ -125,7 +137,7 @@ PackagesReply PackagesRemoval::checked(const PackageRemoval &removal,
     }
     // A dependent that came in between stands in the way here.
     if (const DryRun run = database.dryRun(removal.names); !run.passes)
-        return {PackagesOutcome::Changed, {}, run.words.empty() ? "it would break" : run.words};
+        return {PackagesOutcome::Changed, {}, wordsOf(run, removal.names)};
     if (removal.family != PackageFamily::Dpkg || !isThere(aptGet))
         return {PackagesOutcome::Removed, {}, {}};
     if (!isPlainPath(m_hook))

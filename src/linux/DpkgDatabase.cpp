@@ -85,8 +85,15 @@ constexpr std::string_view managersBreak = "The package manager was interrupted.
 constexpr std::string_view configure = "Run \"dpkg --configure -a\" as administrator first.";
 // Where configuring alone does not do it.
 constexpr std::string_view fix = "Run \"apt-get -f install\" as administrator first.";
-constexpr std::string_view reinstall = "Install it again as administrator first, with \"apt-get "
-                                       "install --reinstall\" and its name.";
+// A script of its own may fail every time.
+constexpr std::string_view configureIt =
+    "Run \"dpkg --configure -a\" as administrator first; where that fails, remove it with \"dpkg "
+    "--remove\" and its name.";
+constexpr std::string_view reinstall =
+    "Install it again as administrator first, with \"apt-get install --reinstall\" and its name; "
+    "where no archive of it is found, remove it with \"dpkg --remove --force-remove-reinstreq\" "
+    "and "
+    "its name.";
 
 struct BrokenState {
     std::string_view word; ///< of the status
@@ -100,7 +107,7 @@ constexpr BrokenState brokenStates[] = {{"reinstreq", reinstall},
                                         // What is to go is not configured any more.
                                         {"deinstall ok half-configured", fix},
                                         {"purge ok half-configured", fix},
-                                        {"half-configured", configure},
+                                        {"half-configured", configureIt},
                                         {"triggers-awaited", configure},
                                         {"triggers-pending", configure}};
 

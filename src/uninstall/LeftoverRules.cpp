@@ -72,9 +72,19 @@ constexpr std::string_view dataEndings[] = {
     ".sqlite", ".sqlite3", ".sqlite-wal", ".db", ".db3", ".mdb", ".ldb", ".kdbx", ".kdb", ".mbox",
     ".msf", ".maildir", ".gpg", ".asc", ".pem", ".p12", ".keystore", ".jks", ".keyring",
     // Of the same kind as the classes of files, which do not know them.
-    ".7z", ".avif", ".blend", ".bz2", ".csv", ".eml", ".epub", ".flac", ".gz", ".heic", ".ics",
-    ".iso", ".kra", ".m4a", ".md", ".mid", ".opus", ".tgz", ".tif", ".vcf", ".webm", ".webp",
-    ".xcf", ".xz", ".zst"};
+    ".7z", ".avif", ".bib", ".bz2", ".csv", ".eml", ".epub", ".flac", ".gz", ".heic", ".ics",
+    ".ipynb", ".iso", ".kdenlive", ".kra", ".m4a", ".md", ".mid", ".mscz", ".opus", ".org", ".rst",
+    ".svgz", ".tex", ".tgz", ".tif", ".vcf", ".webm", ".webp", ".xcf", ".xopp", ".xz", ".zst",
+    // Photographs as cameras take them.
+    ".3fr", ".arw", ".cr2", ".cr3", ".crw", ".dcr", ".dng", ".erf", ".iiq", ".kdc", ".mef", ".mos",
+    ".mrw", ".nef", ".nrw", ".orf", ".pef", ".raf", ".raw", ".rw2", ".rwl", ".sr2", ".srf", ".srw",
+    ".x3f",
+    // Diagrams.
+    ".dia", ".drawio", ".graphml", ".mm", ".mmd", ".puml", ".vsd", ".vsdx", ".xmind",
+    // Constructions and bodies.
+    ".3dm", ".3ds", ".3mf", ".blend", ".c4d", ".dae", ".dwg", ".dxf", ".f3d", ".fbx", ".fcstd",
+    ".glb", ".gltf", ".iges", ".igs", ".kicad_pcb", ".kicad_sch", ".obj", ".ply", ".scad", ".skp",
+    ".sldprt", ".step", ".stl", ".stp", ".usdz"};
 
 std::string lower(std::string_view text) {
     std::string result(text);

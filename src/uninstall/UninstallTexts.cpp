@@ -67,8 +67,13 @@ constexpr std::array reasons = {
                  "first."),
     QT_TRID_NOOP("Work on %1 was interrupted. Run \"dpkg --configure -a\" as administrator first."),
     QT_TRID_NOOP("Work on %1 was interrupted. Run \"apt-get -f install\" as administrator first."),
+    QT_TRID_NOOP("Work on %1 was interrupted. Run \"dpkg --configure -a\" as administrator first; "
+                 "where that fails, remove it with \"dpkg --remove\" and its name."),
     QT_TRID_NOOP("Work on %1 was interrupted. Install it again as administrator first, with "
-                 "\"apt-get install --reinstall\" and its name."),
+                 "\"apt-get install --reinstall\" and its name; where no archive of it is found, "
+                 "remove it with \"dpkg --remove --force-remove-reinstreq\" and its name."),
+    QT_TRID_NOOP("Another program is using it. Wait until that has ended, and try again."),
+    QT_TRID_NOOP("needed by %1"),
     QT_TRID_NOOP("the Flatpak is not installed"),
     QT_TRID_NOOP("the snap is not installed"),
     QT_TRID_NOOP("what an application wrote that was removed"),

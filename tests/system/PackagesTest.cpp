@@ -157,7 +157,9 @@ TEST_F(Packages, ThatSomethingCameToDependOnStay) {
     install("deb demo-app\ndeb demo-plugin 'Depends: demo-app'");
     const RemovalPlan plan = planOf("demo-app");
     install("deb demo-late 'Depends: demo-plugin'");
-    EXPECT_EQ(outcomeOf(plan), UninstallOutcome::Changed);
+    const RemovalResult late = remove(plan);
+    EXPECT_EQ(late.outcome, UninstallOutcome::Changed);
+    EXPECT_EQ(late.message, "needed by demo-late");
     // Under apt's own lock as well: its hook sees another set.
     const std::string helper = (bin / "brightsweep-helper").native();
     const auto verified = [&](const std::string &names) {
@@ -234,7 +236,9 @@ TEST_F(Packages, AreNotTouchedWhileAnotherProgramIsAtWork) {
         struct flock whole {};
         whole.l_type = F_WRLCK;
         ASSERT_EQ(::fcntl(lock.get(), F_SETLK, &whole), 0);
-        EXPECT_EQ(outcomeOf(plan), UninstallOutcome::Busy);
+        const RemovalResult busy = remove(plan);
+        EXPECT_EQ(busy.outcome, UninstallOutcome::Busy);
+        EXPECT_THAT(busy.wayOut, HasSubstr("try again"));
         EXPECT_EQ(changes(), "");
     }
     EXPECT_EQ(outcomeOf(plan), UninstallOutcome::Removed);
@@ -270,6 +274,18 @@ TEST_F(Packages, GoToTheEndWhoeverGivesUp) {
         }
         run("touch /tmp/ok; yes | " + std::string(way));
         EXPECT_EQ(planOf("demo-other").blocker, Blocker::None) << "it was put right";
+    }
+    // Each sentence has a way that helps where its first one cannot.
+    for (const char *state : {"ok", "reinstreq"}) {
+        const std::string way = std::string("dpkg --remove") +
+                                (state == std::string("ok") ? "" : " --force-remove-reinstreq");
+        run("deb demo-ever '' DEBIAN/postinst '#!/bin/sh\nexit 1\n'\n"
+            "! dpkg --force-unsafe-io -i $debs\n"
+            "sed -i 's/^\\(Status: install\\) ok half-c/\\1 " +
+            std::string(state) + " half-c/' /var/lib/dpkg/status");
+        EXPECT_THAT(planOf("demo-other").reason, HasSubstr('"' + way + '"')) << state;
+        run("! dpkg --configure -a; " + way + " demo-ever");
+        EXPECT_EQ(planOf("demo-other").blocker, Blocker::None) << state;
     }
     run("dpkg --purge demo-killed demo-torn demo-other");
 }

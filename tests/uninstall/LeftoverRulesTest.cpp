@@ -84,8 +84,9 @@ TEST(LeftoverRules, AnInstallationEndsWithItsFirstPause) {
 }
 
 TEST(LeftoverRules, DatabasesProfilesAndDocumentsAreData) {
-    for (const char *name : {"places.SQLite", "Local Storage", "x.db", "thesis.odt", "keys.KDBX",
-                             "a.JPG", "song.mp3", "clip.mkv", "old.zip", "raw.flac"})
+    for (const char *name :
+         {"places.SQLite", "Local Storage", "x.db", "thesis.odt", "keys.KDBX", "a.JPG", "song.mp3",
+          "clip.mkv", "old.zip", "raw.flac", "IMG_1.CR2", "net.drawio", "part.stl"})
         EXPECT_TRUE(LeftoverRules::isDataName(name)) << name;
     for (const char *name : {"settings.json", "katerc", ".pdf", "db", "", "."})
         EXPECT_FALSE(LeftoverRules::isDataName(name)) << name;

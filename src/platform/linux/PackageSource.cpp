@@ -377,6 +377,8 @@ RemovalResult PackageSource::remove(const RemovalPlan &plan, const RightsToken *
     if (reply.outcome == PackagesOutcome::Removed)
         reply.words.clear();
     RemovalResult result{outcomeOf(reply.outcome), std::move(reply.words), std::move(reply.gone)};
+    if (result.outcome == UninstallOutcome::Busy)
+        result.wayOut = "Another program is using it. Wait until that has ended, and try again.";
     if (result.outcome == UninstallOutcome::Broken) {
         const std::lock_guard lock(m_mutex);
         if (const PackageDatabase *after = database()) {
