@@ -532,6 +532,7 @@
     <message id="installs and removes programs"><translation>installiert und entfernt Programme</translation></message>
     <message id="is a link to something that is not your own file in your home"><translation>ist eine Verknüpfung mit etwas, das nicht Ihre eigene Datei in Ihrem persönlichen Ordner ist</translation></message>
     <message id="is in use as a program or as swap space"><translation>wird als Programm oder Auslagerung benutzt</translation></message>
+    <message id="is kept from being changed (chattr +i)"><translation>ist gegen Änderungen gesperrt (chattr +i)</translation></message>
     <message id="is kept out of copy-on-write, and so out of sharing"><translation>ist von Copy-on-write ausgenommen und damit vom Teilen</translation></message>
     <message id="is no file that a login item could be in"><translation>ist keine Datei, in der ein Anmeldeobjekt stehen könnte</translation></message>
     <message id="is no program, document or folder"><translation>ist weder Programm noch Dokument oder Ordner</translation></message>

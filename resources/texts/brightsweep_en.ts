@@ -532,6 +532,7 @@
     <message id="installs and removes programs"><translation>installs and removes programs</translation></message>
     <message id="is a link to something that is not your own file in your home"><translation>is a link to something that is not your own file in your home</translation></message>
     <message id="is in use as a program or as swap space"><translation>is in use as a program or as swap space</translation></message>
+    <message id="is kept from being changed (chattr +i)"><translation>is kept from being changed (chattr +i)</translation></message>
     <message id="is kept out of copy-on-write, and so out of sharing"><translation>is kept out of copy-on-write, and so out of sharing</translation></message>
     <message id="is no file that a login item could be in"><translation>is no file that a login item could be in</translation></message>
     <message id="is no program, document or folder"><translation>is no program, document or folder</translation></message>

@@ -532,6 +532,7 @@
     <message id="installs and removes programs"><translation>用于安装和移除程序</translation></message>
     <message id="is a link to something that is not your own file in your home"><translation>是一个链接，指向的不是主文件夹中属于您的文件</translation></message>
     <message id="is in use as a program or as swap space"><translation>正作为程序或交换空间使用</translation></message>
+    <message id="is kept from being changed (chattr +i)"><translation>被禁止更改 (chattr +i)</translation></message>
     <message id="is kept out of copy-on-write, and so out of sharing"><translation>已排除写时复制，因此不能共享</translation></message>
     <message id="is no file that a login item could be in"><translation>不是可以存放登录项的文件</translation></message>
     <message id="is no program, document or folder"><translation>不是程序、文档或文件夹</translation></message>

@@ -25,6 +25,7 @@ constexpr std::array rows = {
     Row{RemovalError::OutsideOwnTree, textKey("lies outside of this system's folders")},
     Row{RemovalError::NoTrash, textKey("has no trash on its volume")},
     Row{RemovalError::InTrash, textKey("lies in the trash already")},
+    Row{RemovalError::Immutable, textKey("is kept from being changed (chattr +i)")},
 };
 
 class Category final : public std::error_category {

@@ -16,6 +16,7 @@ enum class RemovalError {
     OutsideOwnTree, ///< reached through another root or another view of the mounts
     NoTrash,        ///< its volume has no trash of the user's
     InTrash,        ///< it lies in the trash already
+    Immutable,      ///< a flag of its file system keeps it as it is, for an administrator as well
 };
 
 std::error_code make_error_code(RemovalError error);

@@ -38,9 +38,10 @@ public:
     bool run() { return m_walk.run(); }
 
     void entries(DirectoryWalk::Directory &directory, const DirectoryBlock &block) override {
-        const bool keeps = isForWantOfPermission(m_files.checkEntries(directory.opened(), block));
+        const auto error = m_files.checkEntries(directory.opened(), block);
         const std::lock_guard lock(m_mutex);
-        needsRights = needsRights || keeps;
+        needsRights = needsRights || isForWantOfPermission(error);
+        isImmutable = isImmutable || error == RemovalError::Immutable;
         for (const DirectoryEntry &entry : block.entries()) {
             ++count;
             // The time of change is the system's own: it is never older than the file's coming
@@ -59,6 +60,7 @@ public:
     std::uint64_t bytes = 0;
     bool holdsData = false;
     bool needsRights = false;
+    bool isImmutable = false;
 
 private:
     FileOperations &m_files;
@@ -103,7 +105,9 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
     leftover.reason = std::move(reason);
     leftover.target = target;
     leftover.seen = item->attributes;
-    leftover.needsRights = isForWantOfPermission(files.checkRemoval(*item));
+    const auto check = files.checkRemoval(*item);
+    leftover.needsRights = isForWantOfPermission(check);
+    bool isImmutable = check == RemovalError::Immutable;
     bool holdsData = false;
     const FileIdentity identity{leftover.seen.device, leftover.seen.inode};
     const FileTimes times{leftover.seen.modified, leftover.seen.changed};
@@ -123,12 +127,15 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
             leftover.entries = contents.count;
             holdsData = contents.holdsData;
             leftover.needsRights = leftover.needsRights || contents.needsRights;
+            isImmutable = isImmutable || contents.isImmutable;
         }
     } else {
         leftover.bytes = leftover.seen.size;
         noteTimes(look, identity, times);
     }
-    if (isBusy || leftover.needsRights)
+    if (isImmutable)
+        leftover.refusal = RemovalError::Immutable;
+    else if (isBusy || leftover.needsRights)
         leftover.refusal = files.refusalWithRights(*item);
     if (const char *words = dataReason(leftover, holdsData);
         kind == LeftoverKind::Config && words) {

@@ -300,6 +300,16 @@ TEST_F(UninstallationTest, WhatWouldKeepALeftoverIsToldBeforehand) {
                          settings.refusal == RemovalError::HoldsVolume;
               }),
               1);
+    // Nothing beside it goes either, whoever asks for it.
+    const auto kept = home.path(".config/com.example.tool/mounted/file").native();
+    home.file(".config/com.example.tool/beside");
+    ASSERT_EQ(runProgram({"/usr/bin/chattr", "+i", kept}).status, 0);
+    auto shown = RemovalPlanner({tool}).planOf(tool).leftovers.at(0);
+    EXPECT_TRUE(shown.refusal == RemovalError::Immutable && !shown.ticked);
+    const std::atomic<bool> stop{false};
+    EXPECT_EQ(Uninstallation::removeItem(shown, stop).error, shown.refusal.message());
+    EXPECT_TRUE(home.exists(".config/com.example.tool/beside"));
+    ASSERT_EQ(runProgram({"/usr/bin/chattr", "-i", kept}).status, 0);
     const AsOrdinaryUser user;
     ASSERT_TRUE(user);
     RemovalPlan plan = RemovalPlanner({tool}).planOf(tool);

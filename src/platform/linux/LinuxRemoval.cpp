@@ -55,6 +55,15 @@ public:
     OpenDirectory m_directory;
 };
 
+// By the flags that chattr(1) sets; an empty name means the folder itself.
+bool isImmutable(int folder, const char *name) {
+    struct statx status;
+    return ::statx(folder, name,
+                   AT_EMPTY_PATH | AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC, 0,
+                   &status) == 0 &&
+           (status.stx_attributes & (STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND)) != 0;
+}
+
 const LinuxHoldingFolder &linuxFolder(const OpenItem &item) {
     return static_cast<const LinuxHoldingFolder &>(*item.folder);
 }
@@ -364,15 +373,27 @@ bool LinuxFileOperations::isDeletable(const OpenItem &item) {
 }
 
 std::error_code LinuxFileOperations::checkRemoval(const OpenItem &item) {
-    return item.refusal ? item.refusal : keptInFolder(item);
+    if (item.refusal)
+        return item.refusal;
+    const int folder = linuxFolder(item).descriptor();
+    if (isImmutable(folder, "") || isImmutable(folder, item.name.c_str()))
+        return RemovalError::Immutable;
+    return keptInFolder(item);
 }
 
 std::error_code LinuxFileOperations::checkEntries(const OpenDirectory &directory,
                                                   const DirectoryBlock &block) {
-    const uid_t user = ::geteuid();
-    if (user == 0 || block.entries().empty())
-        return {};
     const int descriptor = directory.descriptor.get();
+    // Folders are looked at when they are read themselves.
+    const auto isKept = [&](const DirectoryEntry &entry) {
+        return entry.type != EntryType::Directory && isImmutable(descriptor, entry.name);
+    };
+    const auto entries = block.entries();
+    if (isImmutable(descriptor, "") || std::any_of(entries.begin(), entries.end(), isKept))
+        return RemovalError::Immutable;
+    const uid_t user = ::geteuid();
+    if (user == 0 || entries.empty())
+        return {};
     struct stat folder;
     if (::fstat(descriptor, &folder) != 0)
         return lastError();
