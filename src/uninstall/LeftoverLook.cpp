@@ -1,15 +1,18 @@
 #include "uninstall/LeftoverLook.h"
 
 #include "foundation/Log.h"
+#include "foundation/Paths.h"
 #include "foundation/SaturatingSum.h"
 #include "linux/RemovalError.h"
 #include "platform/DirectoryWalk.h"
 #include "platform/MountsBelow.h"
 #include "platform/Platform.h"
+#include "platform/Workspace.h"
 #include "removal/NvAuthorization.h"
 #include "uninstall/LeftoverRules.h"
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <mutex>
 
@@ -17,16 +20,33 @@ namespace brightsweep {
 
 namespace {
 
-void noteTimes(const LeftoverLook &look, const FileIdentity &file, const FileTimes &times) {
-    if (look.times &&
-        std::find(look.programs.begin(), look.programs.end(), file) == look.programs.end())
-        look.times->push_back(times);
+void noteTimes(const LeftoverLook &look, const FileIdentity &file, FileTimes times,
+               const std::function<std::filesystem::path()> &path) {
+    if (!look.times ||
+        std::find(look.programs.begin(), look.programs.end(), file) != look.programs.end())
+        return;
+    if (look.cameWhenMade) {
+        if (const auto made = Platform::current().workspace->created(path()))
+            times.came = made->time_since_epoch().count();
+    }
+    look.times->push_back(times);
+}
+
+// Of an entry below the item that is walked.
+std::filesystem::path pathOf(const std::filesystem::path &item,
+                             const DirectoryWalk::Directory &directory, std::string_view entry) {
+    std::string way(entry);
+    for (const auto *level = &directory; level && !level->name().empty(); level = level->parent())
+        way.insert(0, std::string(level->name()) + '/');
+    return paths::join(item, way);
 }
 
 class Contents final : public DirectoryWalk::Visitor {
 public:
-    Contents(FileOperations &files, OpenDirectory directory, const LeftoverLook &look)
+    Contents(FileOperations &files, OpenDirectory directory, const LeftoverLook &look,
+             const std::filesystem::path &item)
         : m_files(files),
+          m_item(item),
           m_look(look),
           m_mounts(MountsBelow::of(files, directory)),
           m_walk(files, *this,
@@ -47,7 +67,8 @@ public:
             // The time of change is the system's own: it is never older than the file's coming
             // here, as the time of writing, which archives bring along, may be.
             if (entry.type != EntryType::Directory || m_look.timesFolders)
-                noteTimes(m_look, {entry.device, entry.inode}, {entry.modified, entry.changed});
+                noteTimes(m_look, {entry.device, entry.inode}, {entry.modified, entry.changed},
+                          [&] { return pathOf(m_item, directory, entry.nameView()); });
             holdsData = holdsData || LeftoverRules::isDataName(entry.nameView());
             if (entry.type != EntryType::Directory)
                 bytes = addSaturating(bytes, entry.size);
@@ -64,6 +85,7 @@ public:
 
 private:
     FileOperations &m_files;
+    const std::filesystem::path &m_item;
     const LeftoverLook &m_look;
     const MountsBelow m_mounts;
     DirectoryWalk m_walk;
@@ -111,16 +133,17 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
     bool holdsData = false;
     const FileIdentity identity{leftover.seen.device, leftover.seen.inode};
     const FileTimes times{leftover.seen.modified, leftover.seen.changed};
+    const auto path = [&] { return leftover.path; };
     if (leftover.seen.type == EntryType::Directory) {
         auto directory = files.openDirectoryAt(item->folder->directory(), item->name.c_str());
         // What cannot be read may hold anything.
         holdsData = !directory;
         if (!directory)
-            noteTimes(look, identity, times);
+            noteTimes(look, identity, times, path);
         if (!directory && isKeptClosed(files, *item))
             leftover.needsRights = true;
         if (directory) {
-            Contents contents(files, *std::move(directory), look);
+            Contents contents(files, *std::move(directory), look, leftover.path);
             if (!contents.run())
                 return {};
             leftover.bytes = contents.bytes;
@@ -131,7 +154,7 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
         }
     } else {
         leftover.bytes = leftover.seen.size;
-        noteTimes(look, identity, times);
+        noteTimes(look, identity, times, path);
     }
     if (isImmutable)
         leftover.refusal = RemovalError::Immutable;

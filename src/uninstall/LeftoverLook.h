@@ -25,6 +25,9 @@ struct LeftoverLook {
     /// Where not null, gets the times of each file that is looked at, but for `programs`: the
     /// application's own, which updates replace.
     std::vector<FileTimes> *times = nullptr;
+    /// Takes for the coming of a file when it was made, which no change of owner or mode touches. A
+    /// file that was moved here has been made before.
+    bool cameWhenMade = false;
     bool timesFolders = false; ///< gets those of the folders below the item as well
     std::vector<FileIdentity> programs = {};
 };

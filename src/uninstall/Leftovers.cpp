@@ -131,30 +131,50 @@ void addStarters(LeftoverSearch &found, const InstalledApplication &application,
         std::for_each(std::begin(entryFolders), std::end(entryFolders), addFrom);
 }
 
+struct OwnEntry {
+    std::optional<Leftover> leftover;
+    std::vector<FileTimes> files;
+};
+
+std::vector<OwnEntry> entriesOf(const InstalledApplication &application, LeftoverLook look) {
+    std::vector<OwnEntry> entries;
+    forEachName(application.path, [&](const RemovalRoot &root, const std::string &name) {
+        OwnEntry &entry = entries.emplace_back();
+        look.times = &entry.files;
+        entry.leftover = lookAtLeftover({root, name}, LeftoverKind::Data,
+                                        "written since the installation", look);
+    });
+    return entries;
+}
+
+template <typename Test>
+bool anyFile(const std::vector<OwnEntry> &entries, Test test) {
+    return std::any_of(entries.begin(), entries.end(), [&](const OwnEntry &entry) {
+        return std::any_of(entry.files.begin(), entry.files.end(), test);
+    });
+}
+
 // What a program that lies in a folder of its own has written there since.
 void addChanged(LeftoverSearch &found, const InstalledApplication &application) {
     if (application.installed == 0)
         return;
-    struct Entry {
-        std::optional<Leftover> leftover;
-        std::vector<FileTimes> files;
-    };
-    std::vector<Entry> entries;
     LeftoverLook look{found.stop()};
     for (const std::string &program : application.programs) {
         if (const auto file = Platform::current().files->attributesFollowing(program))
             look.programs.push_back({file->device, file->inode});
     }
-    forEachName(application.path, [&](const RemovalRoot &root, const std::string &name) {
-        Entry &entry = entries.emplace_back();
-        look.times = &entry.files;
-        entry.leftover = lookAtLeftover({root, name}, LeftoverKind::Data,
-                                        "written since the installation", look);
-    });
+    auto entries = entriesOf(application, look);
     const std::chrono::nanoseconds made = std::chrono::seconds(application.installed);
     const std::int64_t changedAfter = (made + installing).count();
+    std::int64_t cameBefore = 0;
+    // Where nothing is as it was installed, somebody has given the whole to another owner or mode.
+    if (!anyFile(entries, [&](const FileTimes &file) { return file.came <= changedAfter; })) {
+        look.cameWhenMade = true;
+        entries = entriesOf(application, look);
+        cameBefore = (made - installing).count();
+    }
     std::vector<std::int64_t> arrivals;
-    for (const Entry &entry : entries) {
+    for (const OwnEntry &entry : entries) {
         for (const FileTimes &file : entry.files) {
             if (file.written <= changedAfter)
                 arrivals.push_back(file.came);
@@ -163,9 +183,10 @@ void addChanged(LeftoverSearch &found, const InstalledApplication &application) 
     const std::int64_t cameAfter =
         LeftoverRules::endOfInstallation(made.count(), std::move(arrivals), installing.count()) +
         installing.count();
-    for (Entry &entry : entries) {
+    for (OwnEntry &entry : entries) {
         if (std::any_of(entry.files.begin(), entry.files.end(), [&](const FileTimes &file) {
-                return file.written > changedAfter || file.came > cameAfter;
+                return file.written > changedAfter || file.came > cameAfter ||
+                       file.came < cameBefore;
             }))
             found.add(std::move(entry.leftover));
     }

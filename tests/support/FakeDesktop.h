@@ -9,6 +9,8 @@
 #include "platform/SystemFacts.h"
 #include "platform/Workspace.h"
 
+#include <filesystem>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -115,7 +117,10 @@ public:
     QString displayName(const std::filesystem::path &path) override { return paths::display(path); }
     bool isPackage(const std::filesystem::path &) override { return false; }
     QString typeOf(const std::filesystem::path &) override { return {}; }
-    Result<FileTime> created(const std::filesystem::path &) override { return FileTime(); }
+    Result<FileTime> created(const std::filesystem::path &path) override {
+        const auto found = births.find(path.filename());
+        return found == births.end() ? FileTime() : found->second;
+    }
     bool isMissing(const std::string &) override { return false; }
     bool mayLieOnAbsentVolume(const std::filesystem::path &) override { return false; }
     bool open(const std::filesystem::path &path) override {
@@ -128,6 +133,7 @@ public:
     }
 
     bool works = true;
+    std::map<std::filesystem::path, FileTime> births; ///< by name
     std::vector<std::filesystem::path> opened;
     std::vector<std::filesystem::path> revealed;
 };

@@ -5,6 +5,7 @@
 #include "removal/NvAuthorization.h"
 #include "support/ChildProcess.h"
 #include "support/FakeApplicationSource.h"
+#include "support/FakeDesktop.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 #include "uninstall/KeptFolders.h"
@@ -199,6 +200,27 @@ TEST_F(UninstallationTest, AFolderKeepsWhatItsProgramWroteUnlessThatIsTicked) {
     EXPECT_TRUE(LeftBehind({}, {}).find().empty());
     home.directory("Applications/Game");
     EXPECT_TRUE(LeftBehind({}, {}).find().empty()) << "another folder of that name";
+}
+
+TEST_F(UninstallationTest, AFolderThatWasGivenToAnotherOwnerIsJudgedByWhenItsFilesWereMade) {
+    auto workspace = std::make_unique<FakeWorkspace>();
+    const auto now =
+        std::chrono::time_point_cast<std::chrono::seconds>(std::chrono::system_clock::now());
+    InstalledApplication game;
+    game.kind = ApplicationKind::Folder;
+    game.path = game.key = home.directory("Game");
+    game.installed = (now - std::chrono::hours(9)).time_since_epoch().count();
+    for (const auto &[name, age] : {std::pair("asset", 9), {"brought", 5}, {"moved", 90}}) {
+        std::filesystem::last_write_time(home.file(std::string("Game/") + name + "/" + name),
+                                         std::filesystem::file_time_type::clock::now() -
+                                             std::chrono::hours(99));
+        workspace->births[name] = now - std::chrono::hours(age);
+    }
+    Platform::current().workspace = std::move(workspace);
+    std::vector<std::string> kept;
+    for (const auto &path : keptIn(RemovalPlanner({game}).planOf(game)))
+        kept.push_back(path.filename().native());
+    EXPECT_EQ(kept, (std::vector<std::string>{"brought", "moved"}));
 }
 
 TEST_F(UninstallationTest, AKeptFolderIsForgottenOnlyWhereItHasCertainlyGone) {
