@@ -28,7 +28,8 @@ enum class LoginItemObstacle {
     NameTooLong,    ///< of its file, for the unit that systemd's generator makes of it
 };
 
-/// True for what is wrong with the entry's text or name: sessions differ on such an entry; most start it.
+/// True for what is wrong with the entry's text or name: sessions differ on such an entry; most
+/// start it.
 constexpr bool isFlaw(LoginItemObstacle obstacle) {
     switch (obstacle) {
         using enum LoginItemObstacle;
