@@ -1,6 +1,7 @@
 // The autostart folder, with systemd's own generator and GLib to say what an entry means.
 
 #include "foundation/DesktopEntry.h"
+#include "foundation/FileDescriptor.h"
 #include "platform/LoginItemError.h"
 #include "platform/linux/LinuxLoginItemSource.h"
 #include "support/ChildProcess.h"
@@ -11,6 +12,7 @@
 
 #include <gmock/gmock.h>
 
+#include <fcntl.h>
 #include <sys/fsuid.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -211,11 +213,10 @@ TEST_F(Autostart, MarksWhatReadersRefuseOrTakeOtherwise) {
     const std::string exec = head + "Exec=" + program("p").native();
     const std::string ofBackslash = head + "Exec=\"" + work.path("a").native() + "\\\\\\\\b\"\n";
     program("a\\b");
-    const std::string returns = [&] {
-        std::string text = start;
+    const auto byReturns = [](std::string text) {
         std::replace(text.begin(), text.end(), '\n', '\r');
         return text;
-    }();
+    };
     const struct {
         std::string text;
         LoginItemObstacle obstacle;
@@ -251,7 +252,8 @@ TEST_F(Autostart, MarksWhatReadersRefuseOrTakeOtherwise) {
         {start + "#" + std::string(1 << 20, 'x') + "\n", BadLine, false, true},
         {"[A]\nb=c\n" + start, BadLine, true, false},
         {start + "[A\n", BadLine, false, false},
-        {returns, LineEnds, true, false},
+        {byReturns(start), LineEnds, true, false},
+        {byReturns(head + "Exec=" + work.path("plain").native()), NotExecutable, false, false},
         {start + "X-A=b\rHidden=true\n", LineEnds, false, true},
         {start + "X-A=b\rX-C=d\n", None, true, true},
     };
@@ -304,6 +306,15 @@ TEST_F(Autostart, WhatIsAddedStartsAndIsHiddenAndShownAgain) {
                   "\xef\xbb\xbf" + head + "# c\nExec=sh -l\nHidden=true\n[Desktop Action a]\n"),
         false));
     EXPECT_EQ(text("app.desktop").find(head + "# c\nExec=sh -l\nHidden=false\nX-Bright"), 0u);
+    EXPECT_TRUE(source.add(work.directory("f.desktop"), false));
+    EXPECT_EQ(source.add(work.file("big.desktop", std::string(2'000'000, '#')), false).error(),
+              std::errc::file_too_large);
+    const auto longName = program(std::string(250, 'n'));
+    const Names others{"f.desktop", *source.add(longName, false), *source.add(longName, false)};
+    for (const std::string &file : others)
+        EXPECT_EQ(int(item(file).obstacle), int(LoginItemObstacle::None)) << file;
+    for (const std::string &file : others)
+        EXPECT_FALSE(source.remove(file));
     names.push_back(*source.add(work.path("a b"), true));
     EXPECT_EQ(names.back(), "a b-2.desktop");
     EXPECT_EQ(source.add("/no/such", false).error(), std::errc::no_such_file_or_directory);
@@ -425,6 +436,7 @@ TEST_F(Autostart, HearsOfEveryChangeAlsoAfterTheFolderCameBack) {
     auto watch = source.watch([&] { ++told; });
     const std::filesystem::path config = user.top().parent_path();
     const std::filesystem::path moved = config.native() + ".moved";
+    FileDescriptor held;
     const std::pair<const char *, std::function<void()>> changes[] = {
         {"the folder comes", [&] { user.directory(""); }},
         {"made", [&] { user.file("a", "1"); }},
@@ -433,7 +445,11 @@ TEST_F(Autostart, HearsOfEveryChangeAlsoAfterTheFolderCameBack) {
         {"another mode", [&] { user.mode("a", 0600); }},
         {"renamed", [&] { std::filesystem::rename(user.path("a"), user.path("c")); }},
         {"removed", [&] { std::filesystem::remove(user.path("c")); }},
-        {"the folder goes", [&] { std::filesystem::remove(user.top()); }},
+        {"the folder goes while a program holds it open",
+         [&] {
+             held = FileDescriptor(::open(user.top().c_str(), O_RDONLY | O_CLOEXEC));
+             std::filesystem::remove(user.top());
+         }},
         {"it comes again", [&] { user.directory(""); }},
         {"moved away", [&] { std::filesystem::rename(user.top(), user.top().native() + ".old"); }},
         {"another one comes", [&] { user.file("d"); }},

@@ -5,15 +5,12 @@
 #include "preferences/PreferenceViewController.h"
 #include "support/ChildProcess.h"
 #include "support/NeedsRoot.h"
-#include "support/TestTree.h"
 #include "support/WaitUntil.h"
 #include "volumes/FakeVolumeSource.h"
 
 #include <QCoreApplication>
 
 #include <gtest/gtest.h>
-
-#include <fstream>
 
 namespace brightsweep::test {
 namespace {
@@ -163,32 +160,6 @@ TEST_F(PreferencePage, AClosedFolderIsToldBeforeAChangeFails) {
                                                                                                 : 1;
     });
     EXPECT_EQ(result, 0);
-}
-
-TEST_F(PreferencePage, WhatIsRefusedIsNotStoredLater) {
-    page.changeDiskUsageUnit(4);
-    const auto file = UserDefaults::standardUserDefaults().file();
-    const std::string sound = textOf(file);
-    std::ofstream(file, std::ios::app) << "damaged\n";
-    const std::function<void()> acts[] = {
-        [&] { page.changeDiskUsageUnit(1); },
-        [&] { page.changeCategory(1); },
-        [&] { page.changeShowStatusBtnClick(); },
-        [&] { page.loginButtonAction(1); },
-    };
-    for (const auto &act : acts) {
-        changes = 0;
-        act();
-        EXPECT_EQ(changes, 1) << "the control goes back";
-    }
-    EXPECT_EQ(PreferenceViewController::controlTextDidChange(1024, QStringLiteral("77")),
-              QString::number(page.limit(PreferenceViewController::limitFields[0])));
-    EXPECT_EQ(page.unitTag(PreferenceViewController::limitFields[1]), 4);
-    EXPECT_TRUE(page.settingsProblem().contains(QLatin1String("damaged")));
-    EXPECT_TRUE(clicks.empty());
-    std::ofstream(file) << sound;
-    EXPECT_TRUE(UserDefaults::standardUserDefaults().synchronize());
-    EXPECT_EQ(textOf(file), sound);
 }
 
 TEST_F(PreferencePage, AnAlarmShowsWhatItWouldShow) {

@@ -85,6 +85,10 @@ TEST_F(PreferencesView, SaysThatChangesAreNotKeptAndFollowsTheLog) {
     EXPECT_TRUE(problem.text().contains(QString::fromStdString(file.filename().native())) &&
                 problem.text().contains(QLatin1String("Line 1")));
     EXPECT_TRUE(child<QCheckBox>("userTrashSege").isChecked()) << "it goes back";
+    for (const char *box : {"showStatusBtn", "checkBoxBtn"}) {
+        QTest::keyClick(&child<QCheckBox>(box), Qt::Key_Space);
+        EXPECT_FALSE(child<QCheckBox>(box).isChecked()) << box;
+    }
     QTest::keyClick(&child<QSlider>("alarmSlider"), Qt::Key_Right);
     EXPECT_EQ(child<QSlider>("alarmSlider").value(), 10);
     QTest::keyClick(&child<QComboBox>("sizeInfo"), Qt::Key_Down);
