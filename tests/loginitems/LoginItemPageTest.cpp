@@ -123,7 +123,7 @@ TEST_F(LoginItemPage, AFailureIsToldUntilSomethingWorksOrTheListChanges) {
         items.fail("remove", std::errc::permission_denied, 1);
         page->delLoginItem(0);
         settle();
-        EXPECT_EQ(failures.size(), 1);
+        EXPECT_EQ(failures.size(), 1) << &act - over;
         act();
         EXPECT_TRUE(eventually([&] { return !page->isWaiting() && failures.isEmpty(); }))
             << &act - over;
