@@ -6,6 +6,7 @@
 #include "platform/linux/LinuxAdministratorRights.h"
 #include "removal/FakeRights.h"
 #include "removal/NvAuthorization.h"
+#include "support/ChildProcess.h"
 #include "support/FakeApplicationSource.h"
 #include "support/FaultPlatform.h"
 #include "support/ManualClock.h"
@@ -282,8 +283,14 @@ TEST_F(UninstallPage, TellsWhatKeptAnApplicationAndNeverRemovesItself) {
     page.uninstallButtonAction();
     page.stopPlanning();
     wait(State::Ready);
+    const auto locked = home.file(".config/alpha/locked").native();
+    ASSERT_EQ(test::runProgram({"/usr/bin/chattr", "+i", locked}).status, 0);
     page.uninstallButtonAction();
     wait(State::Asking);
+    page.tickLeftover(0, 0, true);
+    EXPECT_EQ(page.plans()[0].leftovers.at(0).path.filename(), "alpha");
+    EXPECT_FALSE(page.plans()[0].leftovers[0].ticked) << "it could not go";
+    EXPECT_EQ(test::runProgram({"/usr/bin/chattr", "-i", locked}).status, 0);
     page.alertEnded(0);
     EXPECT_EQ(page.state(), State::Ready);
     EXPECT_TRUE(m_source->removals.empty());
@@ -320,6 +327,8 @@ TEST_F(UninstallPage, RemovesOnlyWhatWasTickedOfWhatWasLeftBehind) {
     home.file("snap/gone/data", "12345");
     home.file("snap/other/data");
     home.file("snap/alpha/data");
+    const auto locked = home.path("snap/other/data").native();
+    ASSERT_EQ(test::runProgram({"/usr/bin/chattr", "+i", locked}).status, 0);
     Page &page = list();
     page.changeSelectCell(Page::LeftBehindRow);
     auto &behind = page.leftBehind();
@@ -332,6 +341,9 @@ TEST_F(UninstallPage, RemovesOnlyWhatWasTickedOfWhatWasLeftBehind) {
     behind.removeButtonAction();
     EXPECT_TRUE(behind.isReady()) << "nothing is ticked";
     const int gone = behind.items()[0].path.filename() == "gone" ? 0 : 1;
+    EXPECT_EQ(test::runProgram({"/usr/bin/chattr", "-i", locked}).status, 0);
+    behind.tick({1 - gone}, true);
+    EXPECT_EQ(behind.tickedCount(), 0u) << "it could not go";
     model.setData(model.index(gone, 0), Qt::Checked, Qt::CheckStateRole);
     EXPECT_EQ(behind.tickedBytes(), 5u);
     const auto before = home.snapshot("snap");

@@ -156,6 +156,7 @@ TEST_F(UninstallationTest, AFolderKeepsWhatItsProgramWroteUnlessThatIsTicked) {
     // The program itself goes however new it is.
     game.programs = {home.path("Applications/Game/bin/game").native()};
     put("Applications/Game/bin/game", -std::chrono::hours(1));
+    home.file("older/letter");
     put("Applications/Game/saves/1", -std::chrono::hours(1));
     RemovalPlan plan = RemovalPlanner({game}).planOf(game);
     EXPECT_EQ(sizeOf(plan), 2u);
@@ -180,10 +181,12 @@ TEST_F(UninstallationTest, AFolderKeepsWhatItsProgramWroteUnlessThatIsTicked) {
     EXPECT_EQ(LeftBehind({}, {}).find().front().path, game.path);
     // What somebody puts there afterwards is no longer the application's.
     ASSERT_TRUE(eventually([&] {
-        std::filesystem::remove_all(home.path("Applications/Game/mine"));
-        home.file("Applications/Game/mine/letter");
+        std::filesystem::rename(home.path("older"), home.path("Applications/Game/mine"));
         const auto behind = LeftBehind({}, {}).find();
-        return behind.size() == 1 && behind.front().path == game.path / "saves";
+        if (behind.size() == 1 && behind.front().path == game.path / "saves")
+            return true;
+        std::filesystem::rename(home.path("Applications/Game/mine"), home.path("older"));
+        return false;
     }));
     std::filesystem::remove_all(home.path("Applications/Game/mine"));
     ASSERT_TRUE(eventually([&] {
