@@ -2,7 +2,7 @@
 # Of "one|other" the first that the system offers is taken.
 
 build_packages=(g++ cmake ninja-build ccache qt6-base-dev 'qt6-svg-dev|libqt6svg6-dev'
-    qt6-tools-dev qt6-l10n-tools libplist-dev)
+    qt6-tools-dev qt6-l10n-tools libplist-dev nlohmann-json3-dev)
 run_packages=(pkexec polkitd udisks2 fuse3 qt6-translations-l10n libglu1-mesa)
 wayland_packages=(qt6-wayland)
 # clang-format 14 is the version that the sources are formatted with.

@@ -7,10 +7,6 @@
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-
 #include <algorithm>
 #include <utility>
 #include <vector>
@@ -28,20 +24,6 @@ struct Change {
     std::int64_t difference() const { return std::int64_t(bytes - before); }
 };
 
-std::string pathOf(const QJsonObject &node) {
-    const QString exact = node[QStringLiteral("pathBase64")].toString();
-    return exact.isEmpty() ? node[QStringLiteral("path")].toString().toStdString()
-                           : QByteArray::fromBase64(exact.toUtf8()).toStdString();
-}
-
-// What a folder of the document has; the sizes are whole.
-bool isNode(const QJsonObject &node) {
-    constexpr qint64 wrong = -1;
-    return node[QStringLiteral("path")].isString() &&
-           node[QStringLiteral("bytes")].toInteger(wrong) >= 0 &&
-           node[QStringLiteral("children")].isArray();
-}
-
 std::string words(std::int64_t bytes) {
     const auto size = std::uint64_t(bytes < 0 ? -bytes : bytes);
     return (bytes < 0 ? "-" : "+") + UtilityFunction::convertVolSpace(size).toStdString();
@@ -58,40 +40,16 @@ bool UsageChanges::read(const std::filesystem::path &file, const std::string &fo
     const auto text = readSmallFile(file, largestDocument);
     if (!text)
         return wrong(text.error().message());
-    QJsonParseError error;
-    const QJsonObject document =
-        QJsonDocument::fromJson(QByteArray::fromStdString(*text), &error).object();
-    if (error.error != QJsonParseError::NoError)
-        return wrong(error.errorString().toStdString());
-    const auto noDocument = [&] { return wrong("is no document of `usage`"); };
-    if (document[QStringLiteral("command")].toString() != QLatin1String("usage"))
-        return noDocument();
-    if (document.contains(QStringLiteral("items")))
-        return wrong("was written with --list; leave that out");
-    if (document[QStringLiteral("interrupted")].toBool())
-        return wrong("was written by a run that was interrupted");
-    if (!isNode(document))
-        return noDocument();
-    if (pathOf(document) != folder)
-        return wrong("is about " + paths::display(pathOf(document)).toStdString());
-    std::vector<std::pair<QJsonObject, std::size_t>> waiting{{document, 0}};
-    while (!waiting.empty()) {
-        const auto [node, depth] = std::move(waiting.back());
-        waiting.pop_back();
-        m_before.emplace(pathOf(node), std::uint64_t(node[QStringLiteral("bytes")].toInteger()));
-        m_depth = std::max(m_depth, depth);
-        for (const QJsonValue &child : node[QStringLiteral("children")].toArray()) {
-            waiting.emplace_back(child.toObject(), depth + 1);
-            if (!isNode(waiting.back().first))
-                return noDocument();
-        }
-    }
+    if (const std::string problem = m_before.read(*text); !problem.empty())
+        return wrong(problem);
+    if (m_before.folder != folder)
+        return wrong("is about " + paths::display(m_before.folder).toStdString());
     return true;
 }
 
 bool UsageChanges::show(const AllDir &root, Output &output) const {
     std::vector<Change> changes;
-    auto gone = m_before;
+    auto gone = m_before.bytes;
     std::vector<std::pair<const AllDir *, std::size_t>> waiting{{&root, 0}};
     while (!waiting.empty()) {
         const auto [node, depth] = waiting.back();
@@ -103,7 +61,7 @@ bool UsageChanges::show(const AllDir &root, Output &output) const {
         }
         if (change.bytes != change.before)
             changes.push_back(std::move(change));
-        if (depth == m_depth)
+        if (depth == m_before.depth)
             continue;
         for (const auto &slot : node->ppChildren()) {
             if (const AllDir *const child = slot.load())

@@ -1,11 +1,10 @@
 #pragma once
 
 #include "cli/Command.h"
+#include "cli/UsageDocument.h"
 
-#include <cstdint>
 #include <filesystem>
 #include <string>
-#include <unordered_map>
 
 namespace brightsweep {
 class AllDir;
@@ -23,8 +22,7 @@ public:
     bool show(const AllDir &root, Output &output) const;
 
 private:
-    std::unordered_map<std::string, std::uint64_t> m_before; ///< bytes by path
-    std::size_t m_depth = 0;                                 ///< of the deepest folder in it
+    UsageDocument m_before;
 };
 
 } // namespace brightsweep::cli

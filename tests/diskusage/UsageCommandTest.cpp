@@ -235,11 +235,17 @@ TEST(UsageCommand, TellsWhatGrew) {
     tree.sparseFile("bad\xff/file", 100);
     tree.sparseFile("less/file", 100);
     tree.sparseFile("gone/file", 50);
+    // Deeper than what readers of documents take at once.
+    std::string deep;
+    for (int level = 0; level < 700; ++level)
+        deep += "d/";
+    tree.sparseFile(deep + "file", 1);
     const QString top = text(tree.top());
     const QString saved = text(tree.path("..")) + QStringLiteral("/saved.json");
     TestTree(tree.top().parent_path())
-        .file("saved.json",
-              run({QStringLiteral("--json"), QStringLiteral("usage"), top}).out.toStdString());
+        .file("saved.json", run({QStringLiteral("--json"), QStringLiteral("usage"), top,
+                                 QStringLiteral("--depth"), QStringLiteral("2000")})
+                                .out.toStdString());
     tree.sparseFile("bad\xff/more", 30);
     tree.sparseFile("new/file", 40);
     std::filesystem::resize_file(tree.path("less/file"), 10);
@@ -256,11 +262,15 @@ TEST(UsageCommand, TellsWhatGrew) {
         run({QStringLiteral("usage"), text(tree.path("new")), QStringLiteral("--compare"), saved})
             .exit,
         1);
-    const std::string head = R"({"command":"usage","path":")" + tree.top().native() + R"(/",)";
-    for (const char *rest : {R"("bytes":"5","children":[]})", R"("bytes":1.5,"children":[]})",
-                             R"("bytes":-1,"children":[]})", R"("bytes":5,"items":[]})",
-                             R"("bytes":5})", R"("bytes":5,"interrupted":true,"children":[]})",
-                             R"("bytes":5,"children":[{"path":7}]})"}) {
+    const std::string head =
+        R"({"schema":1,"command":"usage","path":")" + tree.top().native() + R"(/",)";
+    for (const char *rest :
+         {R"("bytes":"5","children":[]})", R"("bytes":1.5,"children":[]})",
+          R"("bytes":-1,"children":[]})", R"("bytes":5,"items":[]})", R"("bytes":5})",
+          R"("bytes":5,"interrupted":true,"children":[]})", R"("bytes":5,"children":[{"path":7}]})",
+          R"("bytes":5,"children":[{"path":"/other/","bytes":1,"children":[]}]})",
+          R"("pathBase64":"?","bytes":5,"children":[]})",
+          R"("schema":2,"bytes":5,"children":[]})"}) {
         TestTree(tree.top().parent_path()).file("saved.json", head + rest);
         const Ran ran = run({QStringLiteral("usage"), top, QStringLiteral("--compare"), saved});
         EXPECT_EQ(ran.exit, 1) << rest;
