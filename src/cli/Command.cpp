@@ -108,4 +108,13 @@ std::string argumentBytes(const QString &argument) {
     return argument.toLatin1().toStdString();
 }
 
+std::optional<std::filesystem::path> pathOf(const QString &argument, Output &output) {
+    const std::string given = argumentBytes(argument);
+    std::filesystem::path path = paths::fromOption(given);
+    if (!path.empty() || given.empty())
+        return path;
+    output.usage(given + " is no path.");
+    return {};
+}
+
 } // namespace brightsweep::cli

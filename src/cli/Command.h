@@ -2,6 +2,8 @@
 
 #include <QCommandLineParser>
 
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -68,6 +70,10 @@ struct Command {
 
 /// The exact bytes of an option's value or of a positional argument.
 std::string argumentBytes(const QString &argument);
+
+/// The path that an argument gives, as it stands or as `base64:…`. None, after the line of a wrong
+/// usage, where it gives no path.
+std::optional<std::filesystem::path> pathOf(const QString &argument, Output &output);
 
 /// Looks at the settings anew. False, after a line that says why and then what else to do, where
 /// they cannot be read whole: defaults are then not to be taken for what the user has set.

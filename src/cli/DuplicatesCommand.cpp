@@ -44,9 +44,9 @@ struct Request {
 };
 
 // Absolute, so that "." and ".." on the way are not taken for hidden folders.
-Result<std::filesystem::path> searchRoot(const std::string &argument) {
+Result<std::filesystem::path> searchRoot(const std::filesystem::path &given) {
     std::error_code error;
-    const auto path = std::filesystem::absolute(paths::fromOption(argument), error);
+    const auto path = std::filesystem::absolute(given, error);
     if (error)
         return error;
     if (std::any_of(path.begin(), path.end(), [](const auto &part) { return part == ".."; }))
@@ -209,8 +209,10 @@ int run(const QCommandLineParser &parser, Output &output) {
         parser.isSet(QStringLiteral("hidden")) || defaults.boolForKey(DSHidenDuplication);
     request.option.system =
         parser.isSet(QStringLiteral("system")) || defaults.boolForKey(DSSystemDuplication);
-    const std::string argument = argumentBytes(arguments[0]);
-    auto root = searchRoot(argument);
+    const auto given = pathOf(arguments[0], output);
+    if (!given)
+        return WrongUsage;
+    auto root = searchRoot(*given);
     if (root) {
         request.root = std::move(*root);
         const auto directory = Platform::current().files->openDirectory(request.root);
@@ -218,8 +220,8 @@ int run(const QCommandLineParser &parser, Output &output) {
             root = directory.error();
     }
     if (!root) {
-        output.warning("The folder " + argument + " cannot be searched: " + root.error().message() +
-                       ".");
+        output.warning("The folder " + paths::display(*given).toStdString() +
+                       " cannot be searched: " + root.error().message() + ".");
         return Failed;
     }
 

@@ -140,8 +140,12 @@ int run(const QCommandLineParser &parser, Output &output) {
     Job &job = *std::make_unique<Job>().release();
     job.applies = parser.isSet(QStringLiteral("apply"));
     job.admin = parser.isSet(QStringLiteral("admin"));
-    for (const QString &path : parser.positionalArguments())
-        job.wanted.push_back(paths::fromOption(argumentBytes(path)));
+    for (const QString &argument : parser.positionalArguments()) {
+        auto path = pathOf(argument, output);
+        if (!path)
+            return WrongUsage;
+        job.wanted.push_back(*std::move(path));
+    }
     if (job.applies && job.wanted.empty())
         return output.usage("Name what to remove: `leftovers PATH… --apply`.");
     job.current = "Looking for applications";

@@ -1,4 +1,5 @@
 #include "cli/Commands.h"
+#include "cli/Interruption.h"
 #include "cli/JsonWriter.h"
 #include "cli/LimitOptions.h"
 #include "cli/UsageChanges.h"
@@ -87,7 +88,12 @@ int understand(const QCommandLineParser &parser, Output &output, Request &reques
         return output.usage("--list goes with neither --svg nor --compare; leave them out.");
     if (parser.isSet(compare) && (request.rings || parser.isSet(depth)))
         return output.usage("--compare goes with neither --rings nor --depth; leave them out.");
-    request.picture = paths::fromOption(argumentBytes(parser.value(svg)));
+    const auto folder = pathOf(parser.positionalArguments().front(), output);
+    const auto picture = pathOf(parser.value(svg), output);
+    const auto compared = pathOf(parser.value(compare), output);
+    if (!folder || !picture || !compared)
+        return WrongUsage;
+    request.picture = *picture;
     if (parser.isSet(svg) && request.picture.empty())
         return output.usage("Name the file of the picture: `--svg FILE`.");
     if (!request.list && (parser.isSet(limit) || parser.isSet(unit)))
@@ -100,24 +106,21 @@ int understand(const QCommandLineParser &parser, Output &output, Request &reques
         return WrongUsage;
     request.limit = *bytes;
 
-    const std::filesystem::path given =
-        paths::fromOption(argumentBytes(parser.positionalArguments().front()));
     FileOperations &files = *Platform::current().files;
-    auto canonical = files.canonicalPath(given);
+    auto canonical = files.canonicalPath(*folder);
     std::error_code error = canonical.error();
     if (canonical) {
         request.path = *std::move(canonical);
         error = files.openDirectory(request.path).error();
     }
     if (!error && parser.isSet(compare)) {
-        const bool isRead =
-            request.changes.emplace().read(paths::fromOption(argumentBytes(parser.value(compare))),
-                                           paths::withTrailingSlash(request.path.native()), output);
+        const bool isRead = request.changes.emplace().read(
+            *compared, paths::withTrailingSlash(request.path.native()), output);
         return isRead ? Done : Failed;
     }
     if (!error)
         return Done;
-    output.warning(paths::display(given).toStdString() + ": " + error.message());
+    output.warning(paths::display(*folder).toStdString() + ": " + error.message());
     return Failed;
 }
 
@@ -291,30 +294,33 @@ int measureTree(const Request &request, Output &output) {
     center.addObserver(&observer, QStringLiteral("NeedUpdateProgress"),
                        [&](const Notification &) { ++finished; });
     AllDir::bStopScan = false;
-    return runWork(
-        {[&] { root->ListAllDir(path, true); }, [] { AllDir::bStopScan = true; },
-         [&] {
-             return std::to_string(finished) + " of " + std::to_string(levels) + " folders, " +
-                    words(std::uint64_t(root->iSize.load()));
-         },
-         [&](bool leftBehind) {
-             center.removeObserver(&observer);
-             RecordingCanvas canvas;
-             // It would stop the painting as well.
-             AllDir::bStopScan = false;
-             if (!leftBehind)
-                 tellUnread(RingChart::unreadIn(*root), output);
-             if (request.rings) {
-                 const ChartCanvas::Use use(canvas);
-                 root->Paint(360.0, 0.0, 1, 0, false);
-             }
-             if (!request.picture.empty() && !writePicture(*root, request.picture, output))
-                 return Failed;
-             const bool shown = request.changes ? request.changes->show(*root, output)
-                                                : showTree(output, *root, request, canvas.sectors);
-             return shown ? Done : Failed;
-         }},
-        output);
+    return runWork({[&] { root->ListAllDir(path, true); }, [] { AllDir::bStopScan = true; },
+                    [&] {
+                        return std::to_string(finished) + " of " + std::to_string(levels) +
+                               " folders, " + words(std::uint64_t(root->iSize.load()));
+                    },
+                    [&](bool leftBehind) {
+                        center.removeObserver(&observer);
+                        RecordingCanvas canvas;
+                        // It would stop the painting as well.
+                        AllDir::bStopScan = false;
+                        if (!leftBehind)
+                            tellUnread(RingChart::unreadIn(*root), output);
+                        if (request.rings) {
+                            const ChartCanvas::Use use(canvas);
+                            root->Paint(360.0, 0.0, 1, 0, false);
+                        }
+                        // A part of the chart would look like the whole.
+                        const bool isWhole = Interruption::signal() == 0;
+                        if (isWhole && !request.picture.empty() &&
+                            !writePicture(*root, request.picture, output))
+                            return Failed;
+                        const bool shown = request.changes
+                                               ? request.changes->show(*root, output)
+                                               : showTree(output, *root, request, canvas.sectors);
+                        return shown ? Done : Failed;
+                    }},
+                   output);
 }
 
 // -- The list

@@ -22,8 +22,11 @@ bool writePicture(AllDir &root, const std::filesystem::path &file, Output &outpu
         root.Paint(360.0, 0.0, 1, 0, false);
     }
     const auto error = writeSmallFile(file, canvas.document(), NewFile::ByUmask);
-    if (error)
-        output.warning(paths::display(file).toStdString() + ": " + error.message());
+    if (error) {
+        output.warning(
+            paths::display(file).toStdString() + ": " +
+            (error == std::errc::invalid_argument ? "is no regular file" : error.message()));
+    }
     return !error;
 }
 

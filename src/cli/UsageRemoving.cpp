@@ -69,16 +69,22 @@ int UsageRemoving::read(const QCommandLineParser &parser, Output &output, UsageR
     removing.m_options.applies = isSet("apply");
     removing.m_admin = isSet("admin");
     removing.m_options.withRights = removing.m_admin;
-    for (const QString &item : parser.positionalArguments().mid(1))
-        removing.m_given.push_back(argumentBytes(item));
+    if (!removes)
+        return Done;
+    for (const QString &item : parser.positionalArguments().mid(1)) {
+        auto path = pathOf(item, output);
+        if (!path)
+            return WrongUsage;
+        removing.m_given.push_back(*std::move(path));
+    }
     return Done;
 }
 
 // Links on the way are followed, as in any path that is typed; one in the last place is the item.
-Result<UsageItem> UsageRemoving::find(const RemovalRoot &root, const std::string &given,
+Result<UsageItem> UsageRemoving::find(const RemovalRoot &root, const std::filesystem::path &given,
                                       const std::atomic<bool> &stop) {
     std::error_code error;
-    const auto path = std::filesystem::absolute(paths::fromOption(given), error);
+    const auto path = std::filesystem::absolute(given, error);
     if (error)
         return error;
     const auto folder = Platform::current().files->canonicalPath(paths::parent(path));
@@ -98,7 +104,7 @@ void UsageRemoving::work(Job &job) {
         busy.emplace(*job.run);
     const TrashBatch batch;
     std::vector<UsageItem> found;
-    for (const std::string &given : m_given) {
+    for (const std::filesystem::path &given : m_given) {
         auto item = find(job.root, given, job.stop);
         if (job.stop)
             return;
@@ -107,7 +113,7 @@ void UsageRemoving::work(Job &job) {
             continue;
         }
         const std::lock_guard lock(job.mutex);
-        job.items.push_back({paths::fromOption(given).native(), 0,
+        job.items.push_back({given.native(), 0,
                              item.error() == std::errc::invalid_argument
                                  ? "not below " + job.root.path.native()
                                  : item.error().message()});

@@ -4,7 +4,6 @@
 #include "diskusage/UsageRemoval.h"
 
 #include <filesystem>
-#include <string>
 #include <vector>
 
 namespace brightsweep::cli {
@@ -25,12 +24,12 @@ public:
 private:
     struct Job;
 
-    Result<UsageItem> find(const RemovalRoot &root, const std::string &given,
+    Result<UsageItem> find(const RemovalRoot &root, const std::filesystem::path &given,
                            const std::atomic<bool> &stop);
     void work(Job &job);
     int tell(const Job &job, const std::filesystem::path &folder, Output &output);
 
-    std::vector<std::string> m_given;
+    std::vector<std::filesystem::path> m_given;
     UsageRemoval::Options m_options;
     bool m_admin = false;
 };

@@ -63,6 +63,8 @@ int runWork(const Work &work, Output &output) {
         std::rethrow_exception(failure);
     // To make it up may take a while, too.
     Interruption::outputBegins();
+    if (Interruption::signal() != 0 && !output.json)
+        output.warning("Interrupted: this is what was known by then.");
     const int status = work.tell(!ended);
     if (!ended)
         Interruption::end(status);
