@@ -64,7 +64,9 @@ UsageRemoval::Outcome UsageRemoval::act(const UsageItem &item) {
         return stays(now.error());
     if (item.isReplacedBy(*now) || item.hasGainedBy(*now)) {
         NSLog("Not removed, for it has changed: %@", item.target.path());
-        return stays(RemovalError::Changed);
+        // What may not go at all changes as it likes.
+        const auto refusal = refusalOf(*reached);
+        return stays(refusal && !isForWantOfPermission(refusal) ? refusal : RemovalError::Changed);
     }
     if (m_options.act == Act::Trash) {
         const auto error = m_options.applies ? m_trash.move(*reached) : m_trash.check(*reached);

@@ -58,6 +58,8 @@ Result<Target> replaceable(const std::filesystem::path &path) {
         if (linksOwner != ::geteuid() || status.st_uid != ::geteuid())
             return std::errc::operation_not_permitted;
     }
+    if (S_ISDIR(status.st_mode))
+        return std::errc::is_a_directory;
     if (!S_ISREG(status.st_mode))
         return std::errc::invalid_argument;
     target.existing = status;
