@@ -16,9 +16,11 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 
 #include <algorithm>
+#include <utility>
 
 namespace brightsweep {
 
@@ -152,7 +154,10 @@ private:
 };
 
 BigSizeFilesListView::BigSizeFilesListView(V4DiskUsageViewController &page, QWidget *parent)
-    : QListView(parent), m_page(page), m_model(new Model(page, this)) {
+    : QListView(parent),
+      m_page(page),
+      m_model(new Model(page, this)),
+      m_folder(page.currentPath()) {
     setObjectName(QStringLiteral("usage.list"));
     setAccessibleName(localizedText("USAGE_LIST"));
     setModel(m_model);
@@ -163,14 +168,34 @@ BigSizeFilesListView::BigSizeFilesListView(V4DiskUsageViewController &page, QWid
     setVerticalScrollMode(ScrollPerPixel);
     setSelectionMode(NoSelection);
     setEditTriggers(NoEditTriggers);
-    connect(&page, &V4DiskUsageViewController::listChanged, this, [this] {
-        m_lit = -1;
-        m_model->reset();
-        scrollToTop();
-        if (m_model->rowCount() > 0)
-            setCurrentIndex(m_model->index(0));
-    });
+    connect(&page, &V4DiskUsageViewController::listChanged, this,
+            &BigSizeFilesListView::followList);
     connect(&page, &V4DiskUsageViewController::marksChanged, m_model, &Model::marks);
+}
+
+// A folder that is listed anew keeps its place and its current row; the row of the folder that one
+// comes up from is the current one.
+void BigSizeFilesListView::followList() {
+    const std::filesystem::path before = std::exchange(m_folder, m_page.currentPath());
+    const bool isSame = before == m_folder;
+    const int place = isSame ? verticalScrollBar()->value() : 0;
+    const int row = currentIndex().row();
+    const std::string name = isSame                              ? m_current
+                             : paths::parent(before) == m_folder ? paths::lastComponent(before)
+                                                                 : std::string();
+    m_lit = -1;
+    m_model->reset();
+    const int count = m_model->rowCount();
+    if (count == 0)
+        return;
+    int current = int(std::min(m_model->rows().find(name), std::size_t(count)));
+    if (current == count)
+        current = isSame ? std::clamp(row, 0, count - 1) : 0;
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(place);
+    setCurrentIndex(m_model->index(current));
+    if (isSame)
+        verticalScrollBar()->setValue(place);
 }
 
 QSize BigSizeFilesListView::sizeHint() const {
@@ -205,6 +230,8 @@ void BigSizeFilesListView::leaveEvent(QEvent *event) {
 
 void BigSizeFilesListView::currentChanged(const QModelIndex &current, const QModelIndex &previous) {
     QListView::currentChanged(current, previous);
+    if (current.isValid())
+        m_current = m_model->rows()[std::size_t(current.row())].aFileInfo.name;
     if (FocusFrame::isShown(*this))
         Q_EMIT rowHovered(current.row());
 }

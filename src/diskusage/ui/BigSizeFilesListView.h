@@ -4,6 +4,7 @@
 
 #include <QListView>
 
+#include <filesystem>
 #include <string>
 
 namespace brightsweep {
@@ -43,10 +44,13 @@ private:
     class Delegate;
 
     QRect markOf(const QModelIndex &index) const;
+    void followList();
 
     V4DiskUsageViewController &m_page;
     Model *m_model;
     int m_lit = -1;
+    std::filesystem::path m_folder; // that is listed
+    std::string m_current;          // the name in the current row
     FileIcons m_icons;
 };
 

@@ -67,9 +67,9 @@ SelectFilesSheet::SelectFilesSheet(UsageTicks &ticks, QWidget *window,
     setObjectName(QStringLiteral("usage.sheet"));
     setWindowTitle(QStringLiteral("Brightsweep"));
     setProperty("sheet", true);
-    auto *const title = new QLabel(localizedText("USAGE_ASK", ticks.sheet().size()), this);
-    title->setObjectName(QStringLiteral("usage.sheet.title"));
-    theme::keepFont(title, 13, true);
+    m_title = new QLabel(this);
+    m_title->setObjectName(QStringLiteral("usage.sheet.title"));
+    theme::keepFont(m_title, 13, true);
     m_freed = new QLabel(this);
     m_freed->setObjectName(QStringLiteral("usage.sheet.freed"));
     m_freed->setProperty("secondary", true);
@@ -110,7 +110,7 @@ SelectFilesSheet::SelectFilesSheet(UsageTicks &ticks, QWidget *window,
     auto *const layout = new QVBoxLayout(this);
     layout->setContentsMargins(5 * theme::grid, 5 * theme::grid, 5 * theme::grid, 4 * theme::grid);
     layout->setSpacing(2 * theme::grid);
-    layout->addWidget(title);
+    layout->addWidget(m_title);
     layout->addWidget(scroll, 1);
     layout->addWidget(m_freed);
     layout->addLayout(buttons);
@@ -172,10 +172,11 @@ QWidget *SelectFilesSheet::makeRow(std::size_t row) {
 
 void SelectFilesSheet::follow() {
     const auto &rows = m_ticks.sheet();
-    const bool any =
-        std::any_of(rows.begin(), rows.end(), [](const auto &row) { return row.isSelected; });
-    m_trash->setEnabled(any);
-    m_remove->setEnabled(any);
+    const auto selected = std::size_t(
+        std::count_if(rows.begin(), rows.end(), [](const auto &row) { return row.isSelected; }));
+    m_title->setText(localizedText("USAGE_ASK", selected));
+    m_trash->setEnabled(selected > 0);
+    m_remove->setEnabled(selected > 0);
     m_freed->setText(localizedText("USAGE_FREES").arg(sizeWords(m_ticks.sheetFreed())));
 }
 

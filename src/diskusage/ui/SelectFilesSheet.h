@@ -37,6 +37,7 @@ private:
     UsageTicks &m_ticks;
     std::function<void(std::optional<Act>)> m_answered;
     std::optional<Act> m_act;
+    QLabel *m_title;
     QLabel *m_freed;
     QPushButton *m_cancel;
     QPushButton *m_trash;
