@@ -145,6 +145,10 @@ TEST(UsageCommand, SaysWhatIsWrong) {
         {{top + QStringLiteral("/missing")}, 1},
         {{file}, 1},
         {{QStringLiteral("/proc")}, 1},
+        {{QStringLiteral("base64:?")}, 2},
+        {{top, QStringLiteral("--remove"), QStringLiteral("base64:?")}, 2},
+        {{top, QStringLiteral("--svg"), top}, 1},
+        {{top, QStringLiteral("--svg"), QStringLiteral("/dev/null")}, 1},
     };
     for (const auto &row : rows) {
         const Ran ran = run(QStringList{QStringLiteral("usage")} + row.arguments);

@@ -145,12 +145,18 @@ class UsagePage(unittest.TestCase):
 
     def test_the_list_takes_what_is_ticked_itself(self):
         self.desktop.settings("DSDiskUsageShowStyle", "false")
+        deep = pathlib.Path(self.folder, TREE, "a/deep/1/2/3/4/5/6")
+        deep.mkdir(parents=True)
+        (deep.parent / "file").write_bytes(b"x" * 820_000)
+        self.before = snapshot(self.folder)
         self.desktop.start_program("--usage", f"{self.folder}/{TREE}")
-        self.desktop.wait_for("a, 1.10 MB", "d, 600.00 KB")
+        self.desktop.wait_for("a, 1.92 MB", "d, 600.00 KB")
         self.keys("space")  # on the largest one
         self.desktop.wait_for("1 items are selected.")
         self.desktop.tap("Right")
-        self.desktop.wait_for("deep, 800.00 KB")
+        self.desktop.wait_for("deep, 1.62 MB")
+        for keys in (["Right"] * 6, ["Left"] * 6):
+            self.desktop.run("xdotool", "key", *keys)
         self.desktop.tap("space")  # the folder itself stays then
         self.desktop.wait_for("1 items are selected.", "300.00 KB")
         self.desktop.tap("Delete")

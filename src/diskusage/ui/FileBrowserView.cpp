@@ -15,11 +15,14 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 
+#include <chrono>
+
 namespace brightsweep {
 
 namespace {
 
 constexpr int columnWidth = 280;
+constexpr std::chrono::milliseconds settleTime{400};
 constexpr int markSide = 18;
 constexpr int iconSide = 18;
 constexpr int arrowSide = 10;
@@ -126,10 +129,18 @@ FileBrowserView::FileBrowserView(DiskUsageAppController &page, QWidget *parent)
     setItemDelegate(new Cell(*this));
     setModel(m_model);
     connect(m_model, &QAbstractItemModel::modelReset, this, &FileBrowserView::goToFirst);
+    m_settle.setSingleShot(true);
+    m_settle.setInterval(settleTime);
+    connect(&m_settle, &QTimer::timeout, this, [this] { scrollTo(currentIndex()); });
     // No preview at the end of the columns: an empty one takes no room.
     auto *const nothing = new QWidget(this);
     nothing->setFixedWidth(0);
     setPreviewWidget(nothing);
+    if (auto *const column =
+            qobject_cast<QAbstractScrollArea *>(nothing->parentWidget()->parentWidget())) {
+        column->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        column->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    }
 }
 
 // The keyboard is on the largest item.
@@ -156,6 +167,22 @@ void FileBrowserView::keyPressEvent(QKeyEvent *event) {
     }
 }
 
+// The view would leave the keyboard in a column that it then takes away, and it would go anywhere.
+void FileBrowserView::goUp() {
+    const QModelIndex above = currentIndex().parent();
+    if (!above.isValid())
+        return;
+    setFocusProxy(nullptr);
+    setFocus();
+    setCurrentIndex(above);
+}
+
+// While the view moves, it takes no other place to move to.
+void FileBrowserView::currentChanged(const QModelIndex &current, const QModelIndex &previous) {
+    QColumnView::currentChanged(current, previous);
+    m_settle.start();
+}
+
 QSize FileBrowserView::sizeHint() const {
     return {theme::height(2 * columnWidth), theme::height(10 * theme::rowHeight)};
 }
@@ -174,10 +201,16 @@ QAbstractItemView *FileBrowserView::createColumn(const QModelIndex &index) {
 }
 
 bool FileBrowserView::eventFilter(QObject *watched, QEvent *event) {
-    if (event->type() == QEvent::KeyPress &&
-        static_cast<QKeyEvent &>(*event).key() == Qt::Key_Delete) {
-        Q_EMIT removalRequested();
-        return true;
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent &>(*event).key();
+        if (key == Qt::Key_Delete) {
+            Q_EMIT removalRequested();
+            return true;
+        }
+        if (key == (isRightToLeft() ? Qt::Key_Right : Qt::Key_Left)) {
+            goUp();
+            return true;
+        }
     }
     if (event->type() == QEvent::ContextMenu) {
         auto *const column = qobject_cast<QAbstractItemView *>(watched->parent());

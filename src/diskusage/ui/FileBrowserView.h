@@ -4,6 +4,7 @@
 #include "diskusage/FileSystemBrowserModel.h"
 
 #include <QColumnView>
+#include <QTimer>
 
 namespace brightsweep {
 
@@ -26,14 +27,17 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
 
 private:
     class Cell;
 
     void goToFirst();
+    void goUp();
 
     FileSystemBrowserModel *m_model;
     FileIcons m_icons;
+    QTimer m_settle;
 };
 
 } // namespace brightsweep
