@@ -1,8 +1,8 @@
 #include "cli/UsageDocument.h"
 
-#include <nlohmann/json.hpp>
+#include "foundation/Paths.h"
 
-#include <QByteArray>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <limits>
@@ -20,13 +20,6 @@ constexpr std::uint64_t knownSchema = 1;
 constexpr std::uint64_t largestSize = std::numeric_limits<std::int64_t>::max();
 constexpr char noDocument[] = "is no document of `usage`";
 
-std::optional<std::string> decoded(const std::string &base64) {
-    const auto bytes = QByteArray::fromBase64Encoding(QByteArray::fromStdString(base64),
-                                                      QByteArray::Base64Encoding |
-                                                          QByteArray::AbortOnBase64DecodingErrors);
-    return bytes ? std::optional((*bytes).toStdString()) : std::nullopt;
-}
-
 // A folder's path and size come before what is in it.
 class Reader final : public nlohmann::json_sax<Json> {
 public:
@@ -43,8 +36,8 @@ public:
     bool number_integer(number_integer_t) override { return other(); }
     bool number_unsigned(number_unsigned_t value) override {
         if (isTop() && m_key == "schema") {
-            m_isKnown = value == knownSchema;
-            return m_isKnown || wrong("is of another version");
+            ++m_headSeen;
+            return value == knownSchema || wrong("is of another version");
         }
         if (isFolder() && m_key == "bytes" && value <= largestSize)
             m_levels.back().bytes = value;
@@ -53,16 +46,15 @@ public:
     bool number_float(number_float_t, const string_t &) override { return other(); }
     bool string(string_t &value) override {
         if (isTop() && m_key == "command") {
-            m_isUsage = value == "usage";
-            return m_isUsage || wrong(noDocument);
+            ++m_headSeen;
+            return value == "usage" || wrong(noDocument);
         }
         if (isFolder() && m_key == "path" && m_levels.back().path.empty())
             m_levels.back().path = std::move(value);
         else if (isFolder() && m_key == "pathBase64") {
-            auto exact = decoded(value);
-            if (!exact)
+            m_levels.back().path = paths::fromOption("base64:" + value).native();
+            if (m_levels.back().path.empty())
                 return wrong(noDocument);
-            m_levels.back().path = *std::move(exact);
         }
         return other();
     }
@@ -141,7 +133,7 @@ private:
         const std::size_t depth = m_levels.size() - 1;
         bool isRight = !folder.isListed && folder.bytes && folder.path.ends_with('/');
         if (depth == 0)
-            isRight = isRight && m_isUsage && m_isKnown;
+            isRight = isRight && m_headSeen == 2;
         else {
             const std::string &around = m_levels[depth - 1].path;
             isRight = isRight && folder.path.size() > around.size() + 1 &&
@@ -163,8 +155,7 @@ private:
     std::string m_key;           // of the innermost one, the member that comes now
     std::size_t m_within = 0;    // arrays and objects of no interest, one in the other
     bool m_isInChildren = false; // an array of folders is the innermost thing
-    bool m_isUsage = false;
-    bool m_isKnown = false;
+    int m_headSeen = 0;          // of the two members that say what document it is
 };
 
 } // namespace
