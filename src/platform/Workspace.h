@@ -22,8 +22,8 @@ public:
     virtual bool isPackage(const std::filesystem::path &path) = 0;
     /// The type of the item, empty for a plain folder and for what does not exist. Any thread.
     virtual QString typeOf(const std::filesystem::path &path) = 0;
-    /// When the item was made or, where its file system does not tell, last changed; of what a link
-    /// leads to. Any thread.
+    /// When the item was made or, where its file system does not tell, last changed; a link is not
+    /// followed. Any thread.
     virtual Result<FileTime> created(const std::filesystem::path &path) = 0;
     /// True for a program, by its name or path, that is certainly not there: not where a volume
     /// belongs that is not mounted. Any thread.

@@ -141,7 +141,8 @@ AppItems::Pointer UninstallAppDelegate::constructAppItem(const fs::path &path) {
     item->isSystemApp = item->bundleID.startsWith(systemPrefix);
     item->isSystemAppStr = item->isSystemApp ? QStringLiteral("YES") : QStringLiteral("NO");
     item->bundleVersion = textOf("CFBundleShortVersionString");
-    const auto created = workspace.created(path);
+    const auto bundle = Platform::current().files->canonicalPath(path);
+    const auto created = workspace.created(bundle ? *bundle : path);
     item->date = created ? dateOf(*created) : QDateTime();
     item->application = std::make_shared<const InstalledApplication>(applicationOf(*item));
     return item;

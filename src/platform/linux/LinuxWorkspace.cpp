@@ -88,8 +88,8 @@ QString LinuxWorkspace::typeOf(const std::filesystem::path &path) {
 
 Result<FileTime> LinuxWorkspace::created(const std::filesystem::path &path) {
     struct statx status;
-    if (::statx(AT_FDCWD, path.c_str(), AT_STATX_DONT_SYNC, STATX_BTIME | STATX_MTIME, &status) !=
-        0)
+    if (::statx(AT_FDCWD, path.c_str(), AT_STATX_DONT_SYNC | AT_SYMLINK_NOFOLLOW,
+                STATX_BTIME | STATX_MTIME, &status) != 0)
         return std::error_code(errno, std::generic_category());
     const auto &time = status.stx_mask & STATX_BTIME ? status.stx_btime : status.stx_mtime;
     return FileTime(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
