@@ -271,11 +271,11 @@ public:
     /// the item before: one of the same folder need not be walked to again.
     virtual Result<OpenItem> openItem(const RemovalTarget &target,
                                       const OpenItem *previous = nullptr) = 0;
-    /// The parent is writable and searchable, its sticky rule allows it, and the item itself is
-    /// writable or a link.
+    /// The parent is writable and searchable, its sticky rule and both's flags allow it, and the
+    /// item itself is writable or a link.
     virtual bool isDeletable(const OpenItem &item) = 0;
     /// The error that a removal would meet before anything of the item goes: its refusal, or what
-    /// keeps its name in its folder. Empty when nothing does.
+    /// keeps its name in its folder (RemovalError::Immutable for a flag). Empty when nothing does.
     virtual std::error_code checkRemoval(const OpenItem &item) = 0;
     /// The error that a removal would meet at the entries of a block of that directory: what keeps
     /// one of them in it, or from being looked into. Modes that it would open up are no obstacle.

@@ -66,7 +66,7 @@ public:
             ++count;
             // The time of change is the system's own: it is never older than the file's coming
             // here, as the time of writing, which archives bring along, may be.
-            if (entry.type != EntryType::Directory || m_look.timesFolders)
+            if (m_look.times && (entry.type != EntryType::Directory || m_look.timesFolders))
                 noteTimes(m_look, {entry.device, entry.inode}, {entry.modified, entry.changed},
                           [&] { return pathOf(m_item, directory, entry.nameView()); });
             holdsData = holdsData || LeftoverRules::isDataName(entry.nameView());

@@ -55,6 +55,20 @@ TEST(Removal, TakesEveryKindOfItemAndLeavesWhatLinksLeadTo) {
     EXPECT_TRUE(tree.exists("root/neighbour"));
 }
 
+TEST(Removal, EmptiesNoFolderThatAFlagKeeps) {
+    test::needRoot();
+    TestTree tree;
+    tree.file("root/item/below/file");
+    tree.file("root/file");
+    for (const char *name : {"item", "file"}) {
+        const auto kept = tree.path("root").append(name).native();
+        ASSERT_EQ(test::runProgram({"/usr/bin/chattr", "+i", kept}).status, 0);
+        EXPECT_EQ(removeItem(targetIn(tree.path("root"), name)), RemovalError::Immutable);
+        EXPECT_EQ(test::runProgram({"/usr/bin/chattr", "-i", kept}).status, 0);
+    }
+    EXPECT_TRUE(tree.exists("root/item/below/file"));
+}
+
 TEST(Removal, GoesTenThousandLevelsDeep) {
     TestTree tree;
     tree.deepChain("root/deep", 10'000);

@@ -182,7 +182,6 @@ TEST_F(UninstallPage, RemovesWhatIsTickedAndTriesAgainOnlyWithNewRights) {
         {"refused", 0, "Gimp Zed", snap, {lacking}, false, false, 1, 2, "alpha Base +Gimp"},
         {"twice", 0, "Gimp", snap, {lacking, lacking}, true, false, 1, 2, "alpha Base +Gimp Zed"},
         {"a script", 0, "Gimp Zed", snap, {O::Failed}, true, false, 0, 2, "alpha Base +Gimp"},
-        {"another set", 0, "Gimp", snap, {O::Changed}, true, false, 0, 1, "alpha Base +Gimp Zed"},
         {"both", 0, "Gimp Zed", snap, {O::Failed, lacking}, true, false, 1, 3, "alpha Base +Gimp"},
     };
     for (const Flow &flow : flows) {

@@ -261,8 +261,15 @@ private:
     std::vector<Level> m_levels;
 };
 
-// Why a name may not be taken out of its folder, by the folder's rights and its sticky rule.
+bool isImmutable(const OpenItem &item) {
+    const int folder = linuxFolder(item).descriptor();
+    return isImmutable(folder, "") || isImmutable(folder, item.name.c_str());
+}
+
+// Why a name may not be taken out of its folder, by flags, the folder's rights and its sticky rule.
 std::error_code keptInFolder(const OpenItem &item) {
+    if (isImmutable(item))
+        return RemovalError::Immutable;
     const int descriptor = linuxFolder(item).descriptor();
     struct stat folder;
     if (::fstat(descriptor, &folder) != 0 ||
@@ -373,20 +380,14 @@ bool LinuxFileOperations::isDeletable(const OpenItem &item) {
 }
 
 std::error_code LinuxFileOperations::checkRemoval(const OpenItem &item) {
-    if (item.refusal)
-        return item.refusal;
-    const int folder = linuxFolder(item).descriptor();
-    if (isImmutable(folder, "") || isImmutable(folder, item.name.c_str()))
-        return RemovalError::Immutable;
-    return keptInFolder(item);
+    return item.refusal ? item.refusal : keptInFolder(item);
 }
 
 std::error_code LinuxFileOperations::checkEntries(const OpenDirectory &directory,
                                                   const DirectoryBlock &block) {
     const int descriptor = directory.descriptor.get();
-    // Folders are looked at when they are read themselves.
     const auto isKept = [&](const DirectoryEntry &entry) {
-        return entry.type != EntryType::Directory && isImmutable(descriptor, entry.name);
+        return isImmutable(descriptor, entry.name);
     };
     const auto entries = block.entries();
     if (isImmutable(descriptor, "") || std::any_of(entries.begin(), entries.end(), isKept))
@@ -432,9 +433,12 @@ std::error_code LinuxFileOperations::removeItem(const OpenItem &item,
     if (item.refusal)
         return item.refusal;
     if (item.attributes.type != EntryType::Directory) {
-        return ::unlinkat(linuxFolder(item).descriptor(), item.name.c_str(), 0) == 0
-                   ? std::error_code()
-                   : lastError();
+        if (::unlinkat(linuxFolder(item).descriptor(), item.name.c_str(), 0) == 0)
+            return {};
+        const auto error = lastError();
+        return error == std::errc::operation_not_permitted && isImmutable(item)
+                   ? make_error_code(RemovalError::Immutable)
+                   : error;
     }
     // What may not leave its folder is not emptied either.
     if (const auto error = keptInFolder(item))
