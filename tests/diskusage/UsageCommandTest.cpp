@@ -266,19 +266,24 @@ TEST(UsageCommand, TellsWhatGrew) {
         run({QStringLiteral("usage"), text(tree.path("new")), QStringLiteral("--compare"), saved})
             .exit,
         1);
-    const std::string head =
-        R"({"schema":1,"command":"usage","path":")" + tree.top().native() + R"(/",)";
-    for (const char *rest :
-         {R"("bytes":"5","children":[]})", R"("bytes":1.5,"children":[]})",
-          R"("bytes":-1,"children":[]})", R"("bytes":5,"items":[]})", R"("bytes":5})",
-          R"("bytes":5,"interrupted":true,"children":[]})", R"("bytes":5,"children":[{"path":7}]})",
-          R"("bytes":5,"children":[{"path":"/other/","bytes":1,"children":[]}]})",
-          R"("pathBase64":"?","bytes":5,"children":[]})",
-          R"("schema":2,"bytes":5,"children":[]})"}) {
-        TestTree(tree.top().parent_path()).file("saved.json", head + rest);
+    const std::string above = tree.top().native() + '/';
+    const std::string path = R"("path":")" + above + R"(",)";
+    const std::string head = R"({"schema":1,"command":"usage",)" + path;
+    const std::string end = R"("bytes":5,"children":[]})";
+    const auto child = [&](const std::string &where) {
+        return head + R"("bytes":5,"children":[{"path":")" + where + R"(",)" + end + "]}";
+    };
+    for (const std::string &document :
+         {head + R"("bytes":"5","children":[]})", head + R"("bytes":1.5,"children":[]})",
+          head + R"("bytes":-1,"children":[]})", head + R"("bytes":5})",
+          head + R"("interrupted":true,)" + end, head + R"("bytes":5,"children":[{"path":7}]})",
+          child(above + "a/b/"), child(std::string(above.size(), 'x') + "a/"),
+          head + R"("pathBase64":"?",)" + end, R"({"schema":2,"command":"usage",)" + path + end,
+          R"({"schema":1,)" + path + end, R"({"command":"usage",)" + path + end}) {
+        TestTree(tree.top().parent_path()).file("saved.json", document);
         const Ran ran = run({QStringLiteral("usage"), top, QStringLiteral("--compare"), saved});
-        EXPECT_EQ(ran.exit, 1) << rest;
-        EXPECT_TRUE(ran.out.isEmpty()) << rest;
+        EXPECT_EQ(ran.exit, 1) << document;
+        EXPECT_TRUE(ran.out.isEmpty()) << document;
     }
 }
 
