@@ -235,6 +235,31 @@ void UserDefaults::setObject(const QString &key, const QVariant &object) {
     tellChangesElsewhere();
 }
 
+bool UserDefaults::change(const QString &key, const QVariant &object) {
+    bool isKept = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        const Values before = m_userValues;
+        const Values unwritten = m_unwritten;
+        const auto removed = m_removed;
+        m_userValues.insert(key, textOf(object));
+        m_unwritten.insert(key, textOf(object));
+        m_removed.remove(key);
+        isKept = synchronizeLocked();
+        if (!isKept) {
+            m_unwritten = unwritten;
+            m_removed = removed;
+            m_userValues.remove(key);
+            if (const auto old = before.constFind(key); old != before.cend())
+                m_userValues.insert(key, *old);
+        }
+    }
+    // Also where it was not kept: what shows the value or the problem looks again.
+    tellChange(key);
+    tellChangesElsewhere();
+    return isKept;
+}
+
 void UserDefaults::removeObject(const QString &key) {
     {
         const std::lock_guard lock(m_mutex);
@@ -309,10 +334,8 @@ bool UserDefaults::synchronizeLocked() {
     if (lock && changed && !lockFolder(lock.get()))
         return notWritten("Another program keeps its folder locked");
     Values stored;
-    if (!read(stored)) {
-        m_problem = m_readProblem;
+    if (!read(stored))
         return false;
-    }
     Values merged = stored;
     for (auto removed = m_removed.keyBegin(); removed != m_removed.keyEnd(); ++removed)
         merged.remove(*removed);
@@ -321,24 +344,22 @@ bool UserDefaults::synchronizeLocked() {
     const Values before = std::exchange(m_userValues, merged);
     if (before != merged)
         noteChanges(before);
-    if (!changed) {
-        m_problem.clear();
+    if (!changed)
         return true;
-    }
 
     // What the file holds already is not written again: that would wait for the disk.
     if (const auto error = merged == stored ? std::error_code() : write(merged))
         return notWritten(error.message());
-    m_problem.clear();
+    m_writeProblem.clear();
     m_unwritten.clear();
     m_removed.clear();
     return true;
 }
 
 bool UserDefaults::notWritten(const std::string &problem) {
-    if (m_problem != problem)
+    if (m_writeProblem != problem)
         NSLog("The settings could not be written to %@: %@", m_file, problem);
-    m_problem = problem;
+    m_writeProblem = problem;
     return false;
 }
 
@@ -375,7 +396,7 @@ std::string UserDefaults::readProblem() const {
 
 std::string UserDefaults::problem() const {
     const std::lock_guard lock(m_mutex);
-    return m_problem;
+    return m_readProblem.empty() ? m_writeProblem : m_readProblem;
 }
 
 UserDefaults::Values UserDefaults::parse(std::string_view text, std::size_t *damagedLine) {

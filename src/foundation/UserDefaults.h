@@ -14,7 +14,7 @@
 
 namespace brightsweep {
 
-/// Posted after a value was set or removed, on the thread that did it or that took in what another
+/// Posted after a value was set or removed or could not be kept, on the thread that did it or that took in what another
 /// process did. User info: "key", and "elsewhere", true for another process.
 inline constexpr QLatin1String UserDefaultsDidChangeNotification("UserDefaultsDidChange");
 
@@ -56,6 +56,9 @@ public:
 
     /// Integers, floats, bools and strings. An invalid variant removes the key.
     void setObject(const QString &key, const QVariant &value);
+    /// The same, but where it cannot be written at once the old value stays, now and later. False
+    /// then: problem() says why.
+    bool change(const QString &key, const QVariant &value);
     /// Lets the registered default show again.
     void removeObject(const QString &key);
 
@@ -66,7 +69,7 @@ public:
     /// empty where it could, or where there is none. Until then only what was read before and what
     /// was set in this process is known of the user's values, at first the intact lines.
     std::string readProblem() const;
-    /// The same for what synchronize() or a change came to last.
+    /// That, or else why the last change could not be written; that stays until one is.
     std::string problem() const;
 
     const std::filesystem::path &file() const { return m_file; }
@@ -96,7 +99,7 @@ private:
     QVariantMap m_registered;
     QStringList m_changedElsewhere; // keys, not told yet
     std::string m_readProblem;
-    std::string m_problem;
+    std::string m_writeProblem;
     bool m_lockIsHeld = false; // by another process, when it was last tried
 };
 

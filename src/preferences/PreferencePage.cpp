@@ -38,12 +38,6 @@ const UserDefaults &stored() {
     return UserDefaults::standardUserDefaults();
 }
 
-void store(const QString &key, const QVariant &value) {
-    UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    defaults.setObject(key, value);
-    defaults.synchronize();
-}
-
 // Why a change would not be kept now; empty where it would.
 std::string storeProblem() {
     const QFileInfo folder(
@@ -56,9 +50,8 @@ std::string storeProblem() {
 }
 
 // What cannot be kept is not done: it would be carried out later, when nobody expects it any more.
-bool canStore() {
-    UserDefaults::standardUserDefaults().synchronize();
-    return storeProblem().empty();
+bool change(const QString &key, const QVariant &value) {
+    return UserDefaults::standardUserDefaults().change(key, value);
 }
 
 bool isDigit(QChar character) {
@@ -202,18 +195,6 @@ AlarmPreview PreferenceViewController::memoryPreview(float alarm) const {
 
 // -- Actions
 
-bool PreferenceViewController::isRefused() {
-    if (canStore())
-        return false;
-    Q_EMIT settingsChanged();
-    return true;
-}
-
-void PreferenceViewController::change(const QString &key, const QVariant &value) {
-    if (!isRefused())
-        store(key, value);
-}
-
 void PreferenceViewController::changeArlarmSliderValue(float value) {
     change(DSSpaceAlarmKey, value);
 }
@@ -247,27 +228,26 @@ void PreferenceViewController::changeHiddenDuplicates(int state) {
 }
 
 void PreferenceViewController::loginButtonAction(int state) {
-    if (!isRefused())
+    if (change(DSLoginCheckKey, state))
         m_surroundings.launchAtLogin(state);
 }
 
 void PreferenceViewController::changeCategory(int tag) {
-    if (!categoriesAreFree() || isRefused())
-        return;
     const bool flag = category(tag) != Qt::Unchecked;
     // Stored first, so that whoever hears of it reads what it is now.
-    setCategoryClicked(unsigned(tag - 1), flag ? 0 : 1);
+    if (!categoriesAreFree() ||
+        !change(QLatin1String(cleanCategories[std::size_t(tag - 1)].key), flag ? 0 : 1))
+        return;
     NotificationCenter::defaultCenter().post(
         changeCheckBoxNotification, nullptr,
         {{QStringLiteral("tag"), tag}, {QStringLiteral("flag"), flag}});
 }
 
 void PreferenceViewController::changeShowStatusBtnClick() {
-    if (isRefused())
-        return;
     const bool hidden = !getHiddenStatusItem();
+    if (!change(DSShowStatusItem, hidden))
+        return;
     NSLog("ischose:%d", hidden);
-    setHiddenStatusItem(hidden);
     NotificationCenter::defaultCenter().post(setStatusBarHiddenNotification, nullptr,
                                              {{QStringLiteral("object"), hidden}});
 }
@@ -291,11 +271,8 @@ void PreferenceViewController::openLog() {
 QString PreferenceViewController::controlTextDidChange(int tag, const QString &text) {
     const QString kept = text.toUpper().left(longestLimit);
     for (const LimitField &field : limitFields) {
-        if (field.tag != tag)
-            continue;
-        if (!canStore())
+        if (field.tag == tag && !change(field.limitKey, qlonglong(integerFromText(kept))))
             return QString::number(stored().integerForKey(field.limitKey));
-        store(field.limitKey, qlonglong(integerFromText(kept)));
     }
     return kept;
 }

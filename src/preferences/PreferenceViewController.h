@@ -185,9 +185,6 @@ Q_SIGNALS:
     void restartRequested();
 
 private:
-    /// True where the settings keep nothing now: the controls then show what is stored.
-    bool isRefused();
-    void change(const QString &key, const QVariant &value);
     const Surroundings m_surroundings;
     const QString m_languageInUse;
     CallQueue m_queue;

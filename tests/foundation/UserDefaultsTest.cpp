@@ -150,9 +150,15 @@ TEST(UserDefaults, WhatIsThereButCannotBeReadIsNeverWrittenOver) {
     EXPECT_EQ(*readSmallFile(defaults.file()), "Key=1\na=1\n");
     EXPECT_EQ(defaults.readProblem() + defaults.problem(), "");
     // Nor is one made that could not be read again.
-    defaults.setObject(key, QString(qsizetype(smallFileLimit), u'x'));
-    EXPECT_FALSE(defaults.synchronize());
+    const QString tooLong(qsizetype(smallFileLimit), u'x');
+    EXPECT_FALSE(defaults.change(key, tooLong) || defaults.change(text("b"), tooLong));
+    EXPECT_TRUE(defaults.integerForKey(key) == 1 && !defaults.hasUserValue(text("b")));
+    EXPECT_TRUE(defaults.synchronize() && !defaults.problem().empty()) << "until a change works";
     EXPECT_EQ(*readSmallFile(defaults.file()), "Key=1\na=1\n");
+    EXPECT_TRUE(defaults.change(key, 2) && defaults.problem().empty());
+    defaults.setObject(key, tooLong);
+    EXPECT_FALSE(defaults.synchronize());
+    EXPECT_EQ(*readSmallFile(defaults.file()), "Key=2\na=1\n");
 }
 
 TEST(UserDefaults, TwoProcessesLoseNoKey) {

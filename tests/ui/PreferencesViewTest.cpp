@@ -91,11 +91,6 @@ TEST_F(PreferencesView, SaysThatChangesAreNotKeptAndFollowsTheLog) {
     }
     QTest::keyClick(&child<QSlider>("alarmSlider"), Qt::Key_Right);
     EXPECT_EQ(child<QSlider>("alarmSlider").value(), 10);
-    QTest::keyClick(&child<QComboBox>("sizeInfo"), Qt::Key_Down);
-    EXPECT_EQ(child<QComboBox>("sizeInfo").currentData(), 2);
-    const QString limit = child<QLineEdit>("infoSizeTextFiled").text();
-    QTest::keyClicks(&child<QLineEdit>("infoSizeTextFiled"), QStringLiteral("7"));
-    EXPECT_EQ(child<QLineEdit>("infoSizeTextFiled").text(), limit);
     QPushButton &open = child<QPushButton>("preferences.openLog");
     EXPECT_FALSE(open.isEnabled());
     std::filesystem::remove(file);
