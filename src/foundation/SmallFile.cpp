@@ -203,11 +203,11 @@ Result<std::string> readSmallFile(const std::filesystem::path &path, std::size_t
     return text;
 }
 
-Result<std::string> readWholeFile(const std::filesystem::path &path) {
-    auto text = readSmallFile(path, smallFileLimit + 1);
+Result<std::string> readWholeFile(const std::filesystem::path &path, std::size_t limit) {
+    auto text = readSmallFile(path, limit + 1);
     if (!text && text.error() == std::errc::no_such_file_or_directory && !isMissing(path))
         return std::errc::no_link; // It is there, but leads nowhere.
-    if (text && text->size() > smallFileLimit)
+    if (text && text->size() > limit)
         return std::errc::file_too_large;
     return text;
 }

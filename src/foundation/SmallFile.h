@@ -19,7 +19,8 @@ Result<std::string> readSmallFile(const std::filesystem::path &path,
 /// The whole text of a regular file: `errc::file_too_large` above that limit, and
 /// `errc::no_such_file_or_directory` only where there is really nothing, neither the file nor a
 /// link in its place or on the way to it that leads nowhere.
-Result<std::string> readWholeFile(const std::filesystem::path &path);
+Result<std::string> readWholeFile(const std::filesystem::path &path,
+                                  std::size_t limit = smallFileLimit);
 
 /// Writes the whole text, however many calls that takes.
 std::error_code writeAll(int descriptor, std::string_view text);

@@ -126,6 +126,10 @@ TEST_F(Autostart, ChangesOneValueAndNotAnotherByte) {
         ::stat(user.path("a.desktop").c_str(), &status);
         EXPECT_EQ(status.st_mode & 07777, 0640u);
     }
+    const std::string large = head + '#' + std::string(2'000'000, '\n');
+    user.file("large.desktop", large);
+    EXPECT_FALSE(source.setHidden("large.desktop", true));
+    EXPECT_EQ(text("large.desktop").size(), large.size() + 12);
     user.file("garbage.desktop", "\0x=\n");
     EXPECT_EQ(source.setHidden("garbage.desktop", true), LoginItemError::NoEntryInside);
 }
@@ -245,7 +249,6 @@ TEST_F(Autostart, MarksWhatReadersRefuseOrTakeOtherwise) {
         {exec + " don't\n", BadLine, true, false},
         {head + "Exec=\"/no/such\n", NoCommand, false, false},
         {head + "Exec=sh -c \"~/x\"\n", None, true, true},
-        {head + "Exec=sh -c \"exit 0\"\n", None, true, true},
         {std::string(2'000'000, '\n') + start, None, true, true},
         {start + "#" + std::string(1 << 20, 'x') + "\n", BadLine, false, true},
         {"[A]\nb=c\n" + start, BadLine, true, false},

@@ -38,6 +38,7 @@ namespace fs = std::filesystem;
 constexpr std::string_view ending = ".desktop";
 constexpr std::size_t longestName = 255;
 constexpr std::size_t roomForNumber = 16; // in the name of a unit
+// Padded with comments one may be large.
 constexpr std::size_t largestEntry = std::size_t(16) << 20;
 constexpr int mostOfOneName = 1000;
 constexpr char gnomeKey[] = "X-GNOME-Autostart-enabled";
@@ -89,17 +90,11 @@ Result<std::vector<std::string>> entryNames(const fs::path &folder) {
     return names;
 }
 
-// Padded with comments it may be large; of what is larger still no part is taken for the whole.
-Result<std::string> readEntry(const fs::path &path) {
-    auto text = readSmallFile(path, largestEntry + 1);
-    return text && text->size() > largestEntry ? std::errc::file_too_large : std::move(text);
-}
-
 // What the system has under that name; nothing where it has none or has it switched off itself.
 std::optional<DesktopEntry> systemEntry(const std::string &file, fs::path *place = nullptr) {
     for (const fs::path &folder : systemAutostartFolders()) {
         const fs::path path = paths::join(folder, file);
-        auto text = readEntry(path);
+        auto text = readWholeFile(path, largestEntry);
         if (!text)
             continue;
         DesktopEntry entry(std::move(*text));
@@ -160,14 +155,14 @@ Result<std::string> withHidden(const std::string &text, bool hidden) {
 Result<std::string> readSettled(const fs::path &path) {
     constexpr int tries = 10;
     constexpr std::chrono::milliseconds pause{20};
-    auto text = readWholeFile(path);
+    auto text = readWholeFile(path, largestEntry);
     for (int tried = 1; text && tried < tries; ++tried) {
         std::error_code error;
         const auto age = fs::file_time_type::clock::now() - fs::last_write_time(path, error);
         if (!error && age > tries * pause)
             break;
         std::this_thread::sleep_for(pause);
-        auto again = readWholeFile(path);
+        auto again = readWholeFile(path, largestEntry);
         const bool isSettled = again && *again == *text && DesktopEntry(*text).isValid();
         text = std::move(again);
         if (isSettled)
@@ -245,7 +240,7 @@ Result<std::vector<LoginItemEntry>> LinuxLoginItemSource::items() {
     std::vector<std::pair<std::uint64_t, LoginItemEntry>> added;
     for (const std::string &name : *names) {
         const fs::path path = pathOf(name);
-        auto text = readEntry(path);
+        auto text = readWholeFile(path, largestEntry);
         struct stat status {};
         if (!text && (text.error() == std::errc::timed_out ||
                       text.error() == std::errc::device_or_resource_busy))
@@ -299,7 +294,7 @@ Result<std::vector<LoginItemEntry>> LinuxLoginItemSource::systemItems() {
             continue;
         struct stat status {};
         if (::lstat(pathOf(name).c_str(), &status) == 0) {
-            auto text = readEntry(pathOf(name));
+            auto text = readWholeFile(pathOf(name), largestEntry);
             const DesktopEntry own(text ? std::move(*text) : std::string());
             if (!own.has(entryOverrideKey))
                 continue;
@@ -336,7 +331,7 @@ Result<std::string> LinuxLoginItemSource::add(const fs::path &given, bool hidden
         return names ? lastError() : names.error();
     std::uint64_t order = 0;
     for (const std::string &name : *names) {
-        if (auto other = readEntry(paths::join(folder, name)))
+        if (auto other = readWholeFile(paths::join(folder, name), largestEntry))
             order = std::max(order, orderOfEntry(DesktopEntry(std::move(*other))).value_or(0));
     }
     if (hidden || DesktopEntry(*text).has("Hidden") || DesktopEntry(*text).has(gnomeKey))
@@ -352,7 +347,7 @@ Result<std::string> LinuxLoginItemSource::add(const fs::path &given, bool hidden
     // This program's own entry is one, also after the program has moved.
     if (const fs::path own = paths::join(folder, name + std::string(ending));
         name == bundleIdentifier) {
-        const auto old = readEntry(own);
+        const auto old = readWholeFile(own, largestEntry);
         if (old && DesktopEntry(*old).has(entryUrlKey))
             ::unlink(own.c_str());
     }
@@ -420,7 +415,7 @@ std::error_code LinuxLoginItemSource::setSystemItemStarted(const std::string &fi
     const bool isThere =
         ::fstatat(folder.descriptor(), file.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
     if (isThere) {
-        auto own = S_ISREG(status.st_mode) ? readWholeFile(path)
+        auto own = S_ISREG(status.st_mode) ? readWholeFile(path, largestEntry)
                                            : Result<std::string>(LoginItemError::NotOurs);
         if (!own || !DesktopEntry(*own).has(entryOverrideKey))
             return LoginItemError::NotOurs;
@@ -433,7 +428,7 @@ std::error_code LinuxLoginItemSource::setSystemItemStarted(const std::string &fi
     }
     if (started)
         return {};
-    auto text = readWholeFile(place);
+    auto text = readWholeFile(place, largestEntry);
     if (!text)
         return text.error();
     text = withHidden(*text, true);
@@ -443,8 +438,8 @@ std::error_code LinuxLoginItemSource::setSystemItemStarted(const std::string &fi
 
 std::error_code LinuxLoginItemSource::start(const std::string &file) {
     const fs::path path = pathOf(file);
-    auto text =
-        isEntryName(file) ? readEntry(path) : Result<std::string>(LoginItemError::NotAnEntry);
+    auto text = isEntryName(file) ? readWholeFile(path, largestEntry)
+                                  : Result<std::string>(LoginItemError::NotAnEntry);
     if (!text)
         return text.error();
     const DesktopEntry entry(std::move(*text));
