@@ -9,17 +9,6 @@
 
 namespace brightsweep {
 
-bool AppInformation::getAppInfo(std::vector<LoginItemRow::Pointer> *appsInfo) {
-    if (!appsInfo) {
-        NSLog("appsInfo is not nil ,so return");
-        return false;
-    }
-    const auto items = UKLoginItemRegistry::allLoginItems();
-    if (items)
-        getAppInfo(appsInfo, *items);
-    return bool(items);
-}
-
 void AppInformation::getAppInfo(std::vector<LoginItemRow::Pointer> *appsInfo,
                                 const std::vector<LoginItem> &items) {
     for (const LoginItem &item : items) {

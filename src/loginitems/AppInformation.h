@@ -20,9 +20,7 @@ struct LoginItemRow : AppItems {
 /// Describes login items as rows. Reads the disk, any thread but the main one.
 class AppInformation {
 public:
-    /// Adds a row for each login item. False where they cannot be listed.
-    bool getAppInfo(std::vector<LoginItemRow::Pointer> *appsInfo);
-    /// The same of items that were listed already.
+    /// Adds a row for each login item.
     void getAppInfo(std::vector<LoginItemRow::Pointer> *appsInfo,
                     const std::vector<LoginItem> &items);
     /// The row of the program, document or bundle at that path.

@@ -28,6 +28,16 @@ QString wordsOf(std::error_code error) {
     return error ? localizedText(QString::fromStdString(error.message())) : QString();
 }
 
+// What could not be added has a row until the next reading, and no file.
+std::set<std::string> filesOf(const std::vector<LoginItemRow::Pointer> &rows) {
+    std::set<std::string> files;
+    for (const auto &row : rows) {
+        if (!row->entry.file.empty())
+            files.insert(row->entry.file);
+    }
+    return files;
+}
+
 bool isSame(const LoginItemRow &one, const LoginItemRow &other) {
     return one.entry == other.entry && one.name == other.name;
 }
@@ -47,7 +57,7 @@ LoginItemController::LoginItemController(QObject *parent)
 
 LoginItemController::LoginItemController(Surroundings surroundings, QObject *parent)
     : QObject(parent), m_surroundings(std::move(surroundings)) {
-    m_watch = source().watch([this] { m_calls.post([this] { changedOutside(); }); });
+    m_watch = source().watch([this] { m_calls.post([this] { updateLoginItemsList(); }); });
     updateLoginItemsList();
 }
 
@@ -84,12 +94,6 @@ bool LoginItemController::readList(Listing &listing) {
     return true;
 }
 
-void LoginItemController::changedOutside() {
-    if (!std::exchange(m_isEchoComing, false))
-        Q_EMIT failureIsOver();
-    updateLoginItemsList();
-}
-
 void LoginItemController::updateLoginItemsList() {
     // What was asked for and has not begun sees all that has happened until now.
     if (m_isListingWanted.exchange(true))
@@ -109,6 +113,9 @@ void LoginItemController::show(Listing listing) {
         m_isListed &&
         std::equal(m_rows.begin(), m_rows.end(), listing.rows.begin(), listing.rows.end(),
                    [](const auto &one, const auto &other) { return isSame(*one, *other); });
+    // The echo of an own change finds its rows here already.
+    if (m_isListed && filesOf(m_rows) != filesOf(listing.rows))
+        Q_EMIT failureIsOver();
     m_isListed = true;
     m_readProblem = wordsOf(listing.error);
     if (!isSameList) {
@@ -175,14 +182,10 @@ void LoginItemController::addPaths(std::vector<std::filesystem::path> paths) {
                 m_rows.push_back(each.row);
             m_model.endChange();
             Q_EMIT failureIsOver();
-            bool isAnyAdded = false;
-            bool isAnyFailed = false;
             for (const Added &each : *added) {
-                (each.error ? isAnyFailed : isAnyAdded) = true;
                 if (each.error)
                     tell(each.row->name, each.error);
             }
-            m_isEchoComing = isAnyAdded && isAnyFailed;
             updateLoginItemsList();
         });
 }

@@ -84,8 +84,8 @@ Q_SIGNALS:
     void listChanged();
     /// Something could not be done, in words; of an item by that name.
     void failed(const QString &words);
-    /// What failed before is of no interest any more: something else worked, or the list has
-    /// changed from outside.
+    /// What failed before is of no interest any more: something else worked, or entries
+    /// have come or gone outside.
     void failureIsOver();
 
 private:
@@ -97,7 +97,6 @@ private:
     void show(Listing listing);
     void changeLoginVaule(const LoginItemRow::Pointer &row);
     void tell(const QString &name, std::error_code error);
-    void changedOutside();
     int rowOfFile(const std::string &file) const;
 
     const Surroundings m_surroundings;
@@ -107,7 +106,6 @@ private:
     int m_selectRow = -1;
     int m_waiting = 0;
     bool m_isListed = false;
-    bool m_isEchoComing = false; ///< of what was added where something else failed
     QString m_readProblem;
     std::atomic<bool> m_isListingWanted{false}; ///< one waits, that has not begun
     CallQueue m_calls;
