@@ -158,8 +158,10 @@ std::variant<Choice, int> choose(const QCommandLineParser &parser, const std::st
         return Choice{(*items)[index].entry.file};
     }
     if (parser.isSet(QStringLiteral("file"))) {
-        const std::string file =
-            paths::fromOption(argumentBytes(parser.value(QStringLiteral("file")))).native();
+        const auto name = pathOf(parser.value(QStringLiteral("file")), output);
+        if (!name)
+            return WrongUsage;
+        const std::string file = name->native();
         const auto isIt = [&](const LoginItemEntry &entry) { return entry.file == file; };
         for (const LoginItem &item : *items) {
             if (isIt(item.entry))
@@ -251,7 +253,10 @@ int run(const QCommandLineParser &parser, Output &output) {
                             "[--hidden]`, or remove, hide or show with PATH, --file NAME or "
                             "--index N.");
     const std::string argument = isNamed ? std::string() : argumentBytes(arguments[1]);
-    std::filesystem::path path = paths::fromOption(argument);
+    const auto given = isNamed ? std::filesystem::path() : pathOf(arguments[1], output);
+    if (!given)
+        return WrongUsage;
+    std::filesystem::path path = *given;
     std::error_code error;
     if (!path.empty())
         path = paths::withoutTrailingSlashes(

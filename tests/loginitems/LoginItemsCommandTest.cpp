@@ -35,6 +35,8 @@ TEST(LoginItemsCommand, ListsAndChangesWhatOneEntryIsMeant) {
         {{"add", document, "--hidden"}, 0},
         {{"add", work.path("none")}, 1},
         {{"add"}, 2},
+        {{"add", "base64:?"}, 2},
+        {{"remove", "--file", "base64:?"}, 2},
         {{"add", document, "--index", "1"}, 2},
         {{"remove", document, "--hidden"}, 2},
         {{"remove", document}, 2}, // there are two
