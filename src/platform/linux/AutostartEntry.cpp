@@ -1,5 +1,6 @@
 #include "platform/linux/AutostartEntry.h"
 
+#include "foundation/DesktopEntryGrammar.h"
 #include "foundation/DesktopEntryText.h"
 #include "foundation/FileDescriptor.h"
 #include "foundation/Identity.h"
@@ -37,7 +38,7 @@ std::vector<std::string> split(const char *list) {
     return parts;
 }
 
-constexpr std::string_view ending = ".desktop";
+using desktopEntry::fileEnding;
 constexpr std::string_view unitRest = "app-@autostart.service";
 // What decides whether something starts, and what.
 constexpr auto decisiveKeys = std::to_array<std::string_view>(
@@ -185,9 +186,10 @@ void judge(const DesktopEntry &entry, const AutostartSession &session, LoginItem
         set(isNoProgram(tryExec) ? NotExecutable : TryExecMissing, tryExec);
     else if (const std::string program = execProgram(exec); isNoProgram(program))
         set(NotExecutable, program);
-    else if (entry.has(entryUrlKey) && !item.missing && findProgram(command->front()).empty())
-        set(TryExecMissing, command->front()); // what opens a document
-    else if (unitNameLength(item.file.substr(0, item.file.size() - ending.size())) >
+    // Readers take the first word as it stands, whatever the command is about.
+    else if (closed && !item.missing && findProgram(execWords(exec)->front()).empty())
+        set(TryExecMissing, execWords(exec)->front());
+    else if (unitNameLength(item.file.substr(0, item.file.size() - fileEnding.size())) >
              longestUnitName)
         set(NameTooLong);
     else if (auto flaw = !closed || hasBackslash(*closed)
@@ -249,8 +251,10 @@ LoginItemEntry loginItemOf(const DesktopEntry &entry, const std::filesystem::pat
     tellProgram(entry, place, item);
     if (const std::string url(entry.raw(entryUrlKey)); !url.empty()) {
         if (const auto added = paths::fromFileUrl(QString::fromStdString(url))) {
-            // A copied desktop entry goes on without the one that it is a copy of.
-            const bool isCopy = paths::extension(*added) == "desktop";
+            // A copied desktop entry goes on without the one that it is a copy of. A folder of such
+            // a name is opened.
+            const bool isCopy = paths::extension(*added) == "desktop" &&
+                                entry.raw("Exec") != execOf("xdg-open", added->native());
             item.missing = isCopy ? item.missing : !isThere(*added);
             item.path = *added;
             item.commandToldAsItStands = false;

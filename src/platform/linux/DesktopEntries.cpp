@@ -1,5 +1,6 @@
 #include "platform/linux/DesktopEntries.h"
 
+#include "foundation/DesktopEntryGrammar.h"
 #include "foundation/Identity.h"
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
@@ -19,7 +20,7 @@ namespace {
 
 using std::filesystem::path;
 
-constexpr std::string_view ending = ".desktop";
+using desktopEntry::fileEnding;
 constexpr std::string_view subfolder = "applications";
 constexpr std::string_view defaultDataFolders = "/usr/local/share:/usr/share";
 constexpr std::string_view defaultProgramFolders = "/usr/local/bin:/usr/bin:/bin";
@@ -84,7 +85,7 @@ std::vector<path> entriesBelow(const path &folder) {
         if (walk.depth() >= deepest)
             walk.disable_recursion_pending();
         const std::string &name = walk->path().native();
-        if (name.ends_with(ending) && name[name.size() - ending.size() - 1] != '/')
+        if (name.ends_with(fileEnding) && name[name.size() - fileEnding.size() - 1] != '/')
             found.push_back(walk->path());
     }
     std::sort(found.begin(), found.end());
@@ -93,7 +94,7 @@ std::vector<path> entriesBelow(const path &folder) {
 
 std::string idOf(const path &folder, const path &file) {
     std::string id = file.native().substr(folder.native().size() + 1);
-    id.resize(id.size() - ending.size());
+    id.resize(id.size() - fileEnding.size());
     std::replace(id.begin(), id.end(), '/', '-');
     return id;
 }

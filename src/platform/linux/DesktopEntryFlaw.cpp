@@ -46,10 +46,38 @@ bool goesOn(std::string_view line) {
     return (line.size() - (line.find_last_not_of('\\') + 1)) % 2 == 1;
 }
 
+// What GLib takes for a group's name.
+bool isGroupName(std::string_view name) {
+    return !name.empty() && std::all_of(name.begin(), name.end(), [](char each) {
+        return static_cast<unsigned char>(each) >= ' ' && each != '\x7f' && each != '[' &&
+               each != ']';
+    });
+}
+
+// The same of a key, which may have a locale behind it, in brackets.
+bool isKeyName(std::string_view key) {
+    const auto bracket = key.find_first_of("[]");
+    const std::string_view name = key.substr(0, bracket);
+    if (name.empty() || bracket == key.npos)
+        return !name.empty();
+    const std::string_view locale = key.substr(bracket);
+    return name.back() != ' ' && locale.size() > 1 && locale.front() == '[' &&
+           locale.back() == ']' && std::all_of(locale.begin() + 1, locale.end() - 1, [](char each) {
+               constexpr std::string_view further = "-_.@";
+               return (each >= 'a' && each <= 'z') || (each >= 'A' && each <= 'Z') ||
+                      (each >= '0' && each <= '9') || (each & 0x80) != 0 ||
+                      further.find(each) != further.npos;
+           });
+}
+
 // A value that one reader refuses, or takes otherwise than another.
-bool isDisputed(std::string_view key, std::string_view value) {
+bool isDisputed(std::string_view key, std::string_view untrimmed) {
+    const std::string_view value = trimmed(untrimmed);
     return (key == "Hidden" && !isOneOf(truthValues, value)) ||
            (key == "TryExec" && value.empty()) ||
+           // GLib takes blanks behind a value for a part of it, and no reader these for blanks.
+           ((key == "Type" || key == "TryExec") && value.end() != untrimmed.end()) ||
+           (isOneOf(decisiveKeys, key) && untrimmed.find_first_of("\v\f") != untrimmed.npos) ||
            // For no desktop to GLib, for all of them to systemd's generator.
            (key == "OnlyShowIn" && value.find_first_not_of(';') == value.npos) ||
            (isOneOf(escapedKeys, key) && hasUnknownEscape(value));
@@ -72,7 +100,9 @@ std::optional<DesktopEntryFlaw> flawOf(std::string_view text) {
     bool isInGroup = false;
     for (std::size_t next = 0; next < text.size();) {
         const auto end = std::min(text.find('\n', next), text.size());
-        const std::string_view line = trimmed(text.substr(next, end - next));
+        std::string_view whole = text.substr(next, end - next);
+        whole.remove_suffix(whole.ends_with('\r') ? 1 : 0);
+        const std::string_view line = trimmed(whole);
         if (end - next >= longestLine)
             return badLineFlaw(line);
         next = end + 1;
@@ -83,19 +113,21 @@ std::optional<DesktopEntryFlaw> flawOf(std::string_view text) {
         if (line.front() == '[') {
             isInGroup = line == mainGroup;
             // GLib wants the main group to be the first.
-            if (line.back() != ']' || !(isInAnyGroup || isInGroup))
+            if (line.back() != ']' || !isGroupName(line.substr(1, line.size() - 2)) ||
+                !(isInAnyGroup || isInGroup))
                 return badLineFlaw(line);
             isInAnyGroup = true;
             continue;
         }
         const auto equals = line.find('=');
-        if (!isInAnyGroup || equals == line.npos)
+        const std::string_view key = trimmed(line.substr(0, equals));
+        if (!isInAnyGroup || equals == line.npos || !isKeyName(key))
             return badLineFlaw(line);
         if (!isInGroup)
             continue;
-        const std::string_view key = trimmed(line.substr(0, equals));
         const std::string_view value = trimmed(line.substr(equals + 1));
-        if (isDisputed(key, value) || (goesOn(line) && end < text.size()))
+        if (isDisputed(key, whole.substr(whole.find('=') + 1)) ||
+            (goesOn(line) && end < text.size()))
             return badLineFlaw(line);
         if (isOneOf(decisiveKeys, key) && values.emplace(key, value).first->second != value)
             return DesktopEntryFlaw{TwoValues, std::string(key)};

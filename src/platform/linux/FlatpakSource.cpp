@@ -1,5 +1,6 @@
 #include "platform/linux/FlatpakSource.h"
 
+#include "foundation/DesktopEntryGrammar.h"
 #include "foundation/Paths.h"
 #include "foundation/SmallFile.h"
 #include "linux/ToolWords.h"
@@ -29,7 +30,7 @@ namespace {
 
 using std::filesystem::path;
 
-constexpr std::string_view entryEnding = ".desktop";
+using desktopEntry::fileEnding;
 constexpr std::array<const char *, 3> metainfoPlaces = {"export/share/metainfo/%.metainfo.xml",
                                                         "files/share/metainfo/%.metainfo.xml",
                                                         "files/share/appdata/%.appdata.xml"};
@@ -140,13 +141,13 @@ InstalledApplication describe(bool isUsers, const Ref &ref, const path &deploy) 
     for (std::filesystem::directory_iterator i(folder, error), end; !error && i != end;
          i.increment(error)) {
         const std::string name = i->path().filename().native();
-        auto text = name.ends_with(entryEnding) ? readSmallFile(i->path()) : std::errc::io_error;
+        auto text = name.ends_with(fileEnding) ? readSmallFile(i->path()) : std::errc::io_error;
         if (!text)
             continue;
         DesktopEntry entry(*std::move(text));
         if (!entry.isValid() || entry.boolean("NoDisplay") || entry.boolean("Hidden"))
             continue;
-        ids.push_back(name.substr(0, name.size() - entryEnding.size()));
+        ids.push_back(name.substr(0, name.size() - fileEnding.size()));
         entries.push_back(std::move(entry));
     }
     std::vector<NamedEntry> named;

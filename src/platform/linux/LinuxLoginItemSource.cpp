@@ -35,7 +35,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view ending = ".desktop";
+using desktopEntry::fileEnding;
 constexpr std::size_t longestName = 255;
 constexpr std::size_t roomForNumber = 16; // in the name of a unit
 // Padded with comments one may be large.
@@ -65,8 +65,8 @@ std::vector<fs::path> systemAutostartFolders() {
 
 // A hidden name and a backup copy are no entries.
 bool isEntryName(std::string_view name) {
-    return name.size() > ending.size() && name.ends_with(ending) && !name.starts_with('.') &&
-           name.find('/') == name.npos;
+    return name.size() > fileEnding.size() && name.ends_with(fileEnding) &&
+           !name.starts_with('.') && name.find('/') == name.npos;
 }
 
 // The entries' names in order; none where there is no folder.
@@ -196,10 +196,10 @@ bool isOwnProgram(const fs::path &path) {
 // The name that an entry for that path begins with, short enough for a number and the ending.
 std::string entryNameFor(const fs::path &path) {
     std::string name = paths::lastComponent(path);
-    if (name.ends_with(ending))
-        name.resize(name.size() - ending.size());
+    if (name.ends_with(fileEnding))
+        name.resize(name.size() - fileEnding.size());
     name.erase(0, std::min(name.find_first_not_of('.'), name.size()));
-    name.resize(std::min(name.size(), longestName - ending.size() - 5));
+    name.resize(std::min(name.size(), longestName - fileEnding.size() - 5));
     while (!paths::isValidUtf8(name) || unitNameLength(name) > longestUnitName - roomForNumber)
         name.pop_back();
     return name.empty() || name == "/" ? "entry" : name;
@@ -345,7 +345,7 @@ Result<std::string> LinuxLoginItemSource::add(const fs::path &given, bool hidden
     }
     const std::string name = isOwnProgram(path) ? bundleIdentifier : entryNameFor(path);
     // This program's own entry is one, also after the program has moved.
-    if (const fs::path own = paths::join(folder, name + std::string(ending));
+    if (const fs::path own = paths::join(folder, name + std::string(fileEnding));
         name == bundleIdentifier) {
         const auto old = readWholeFile(own, largestEntry);
         if (old && DesktopEntry(*old).has(entryUrlKey))
@@ -353,7 +353,7 @@ Result<std::string> LinuxLoginItemSource::add(const fs::path &given, bool hidden
     }
     for (int number = 1; number < mostOfOneName; ++number) {
         const std::string file =
-            name + (number == 1 ? "" : '-' + std::to_string(number)) + std::string(ending);
+            name + (number == 1 ? "" : '-' + std::to_string(number)) + std::string(fileEnding);
         // In the place of one of the system's it could not be removed again.
         if (systemEntry(file))
             continue;
