@@ -1,7 +1,6 @@
 // The autostart folder, with systemd's own generator and GLib to say what an entry means.
 
 #include "foundation/DesktopEntry.h"
-#include "foundation/FileDescriptor.h"
 #include "platform/LoginItemError.h"
 #include "platform/linux/LinuxLoginItemSource.h"
 #include "support/ChildProcess.h"
@@ -12,12 +11,9 @@
 
 #include <gmock/gmock.h>
 
-#include <fcntl.h>
-#include <sys/fsuid.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cstdlib>
 #include <thread>
 
@@ -35,9 +31,9 @@ protected:
         ::setenv("XDG_CURRENT_DESKTOP", "GNOME", 1);
         ::setenv("XDG_CONFIG_DIRS", "/etc/xdg", 1);
         TestTree programs(TestEnvironment::current().system());
-        for (const char *shell : {"usr/bin/sh", "bin/sh"}) {
-            programs.file(shell);
-            programs.mode(shell, 0755);
+        for (const char *name : {"usr/bin/sh", "bin/sh", "usr/bin/env", "usr/bin/flatpak"}) {
+            programs.file(name);
+            programs.mode(name, 0755);
         }
     }
     ~Autostart() override {
@@ -257,6 +253,23 @@ TEST_F(Autostart, MarksWhatReadersRefuseOrTakeOtherwise) {
         {byReturns(head + "Exec=" + work.path("plain").native()), NotExecutable, false, false},
         {start + "X-A=b\rHidden=true\n", LineEnds, false, true},
         {start + "X-A=b\rX-C=d\n", None, true, true},
+        {head + "Exec=%f sh\n", TryExecMissing, false, false},
+        {head + "Exec=A=b sh\n", TryExecMissing, false, false},
+        {head + "Exec=A=b\n", TryExecMissing, false, false},
+        {head + "Exec=exec sh\n", TryExecMissing, false, false},
+        {head + "Exec=\vsh\n", BadLine, false, false},
+        {head + "Exec=\fsh\n", BadLine, false, true},
+        {start + "TryExec=sh \n", BadLine, true, false},
+        {start + "TryExec=sh\r\n", None, true, true},
+        {start + "[X-\x01]\n", BadLine, false, false},
+        {start + "[]\n", BadLine, true, false},
+        {start + "[a[b]\n", BadLine, true, false},
+        {start + " =c\n", BadLine, true, false},
+        {start + "k[=c\n", BadLine, true, false},
+        {start + "k]=c\n", BadLine, true, false},
+        {start + "k[d e]=c\n", BadLine, true, false},
+        {start + "k [de]=c\n", BadLine, true, false},
+        {start + "k[]=c\nk[sr@latin]=c\na b =c\n", None, true, true},
     };
     const std::string load = "import gi; gi.require_version('Gio', '2.0')\n"
                              "from gi.repository import Gio; import sys\n"
@@ -314,6 +327,8 @@ TEST_F(Autostart, WhatIsAddedStartsAndIsHiddenAndShownAgain) {
     const Names others{"f.desktop", *source.add(longName, false), *source.add(longName, false)};
     for (const std::string &file : others)
         EXPECT_EQ(int(item(file).obstacle), int(LoginItemObstacle::None)) << file;
+    std::filesystem::remove(work.path("f.desktop"));
+    EXPECT_TRUE(item("f.desktop").missing);
     for (const std::string &file : others)
         EXPECT_FALSE(source.remove(file));
     names.push_back(*source.add(work.path("a b"), true));
@@ -428,115 +443,6 @@ TEST_F(Autostart, AFullOrClosedFolderKeepsTheOldFile) {
         return text("b.desktop") == entry ? 0 : 5;
     });
     EXPECT_EQ(result, 0);
-}
-
-TEST_F(Autostart, HearsOfEveryChangeAlsoAfterTheFolderCameBack) {
-    std::atomic<int> told = 0;
-    std::filesystem::remove_all(user.top().parent_path());
-    work.directory("two");
-    auto watch = source.watch([&] { ++told; });
-    const std::filesystem::path config = user.top().parent_path();
-    const std::filesystem::path moved = config.native() + ".moved";
-    FileDescriptor held;
-    const std::pair<const char *, std::function<void()>> changes[] = {
-        {"the folder comes", [&] { user.directory(""); }},
-        {"made", [&] { user.file("a", "1"); }},
-        {"written in place", [&] { user.file("a", "2"); }},
-        {"renamed over", [&] { std::filesystem::rename(work.file("b"), user.path("a")); }},
-        {"another mode", [&] { user.mode("a", 0600); }},
-        {"renamed", [&] { std::filesystem::rename(user.path("a"), user.path("c")); }},
-        {"removed", [&] { std::filesystem::remove(user.path("c")); }},
-        {"the folder goes while a program holds it open",
-         [&] {
-             held = FileDescriptor(::open(user.top().c_str(), O_RDONLY | O_CLOEXEC));
-             std::filesystem::remove(user.top());
-         }},
-        {"it comes again", [&] { user.directory(""); }},
-        {"moved away", [&] { std::filesystem::rename(user.top(), user.top().native() + ".old"); }},
-        {"another one comes", [&] { user.file("d"); }},
-        {"written in that", [&] { user.file("d", "3"); }},
-        {"what it lies in is moved", [&] { std::filesystem::rename(config, moved); }},
-        {"it comes anew", [&] { user.directory(""); }},
-        {"written in the new one", [&] { user.file("d", "4"); }},
-        {"all of it is removed", [&] { std::filesystem::remove_all(config); }},
-        {"it comes once more", [&] { user.directory(""); }},
-        {"the old one comes back",
-         [&] {
-             std::filesystem::remove_all(config);
-             std::filesystem::rename(moved, config);
-         }},
-        {"written in the old one", [&] { user.file("d", "5"); }},
-        {"a link comes in its place",
-         [&] {
-             std::filesystem::remove_all(user.top());
-             std::filesystem::create_directory_symlink("../work/one", user.top());
-         }},
-        {"it leads to something", [&] { work.directory("one"); }},
-        {"written there", [&] { work.file("one/a"); }},
-        {"another folder there",
-         [&] {
-             std::filesystem::remove_all(work.path("one"));
-             std::filesystem::rename(work.path("two"), work.path("one"));
-         }},
-        {"written in that one", [&] { work.file("one/b"); }},
-        {"a link above comes",
-         [&] {
-             std::filesystem::rename(config, moved);
-             std::filesystem::create_directory_symlink(work.top(), config);
-         }},
-        {"written behind it", [&] { work.file("autostart/c"); }},
-    };
-    for (const auto &[what, change] : changes) {
-        const int before = told;
-        change();
-        EXPECT_TRUE(eventually([&] { return told > before; })) << what;
-    }
-    // Another folder than the one right above.
-    ::setenv("XDG_CONFIG_HOME", work.path("a/b").c_str(), 1);
-    TestTree deep{work.path("a/b/autostart")};
-    watch = source.watch([&] { ++told; });
-    for (const bool isBack : {false, true}) {
-        const int before = told;
-        std::filesystem::rename(work.path(isBack ? "gone" : "a"), work.path(isBack ? "a" : "gone"));
-        EXPECT_TRUE(eventually([&] { return told > before; })) << isBack;
-    }
-    ::unsetenv("XDG_CONFIG_HOME");
-    std::filesystem::remove(config);
-    watch = source.watch([&] { ++told; });
-    const int before = told;
-    for (int i = 0; i < 500; ++i)
-        user.file(std::to_string(i));
-    waitUntil([&] { return told > before; });
-    EXPECT_LT(told - before, 100);
-    watch.reset();
-}
-
-TEST_F(Autostart, TellsThatAFolderIsClosedAndHearsOfItsBeingOpened) {
-    needRoot();
-    user.file("a.desktop", head);
-    const auto asUser = [](const auto &does) {
-        ::setfsuid(unprivilegedUser); // of this thread and those that it starts
-        auto answer = does();
-        ::setfsuid(0);
-        return answer;
-    };
-    std::atomic<int> told = 0;
-    for (const auto &closed : {user.top(), user.top().parent_path()}) {
-        for (const bool wasOpen : {false, true}) {
-            const auto open = [&](bool isOpen) { ::chmod(closed.c_str(), isOpen ? 0755 : 0700); };
-            open(wasOpen);
-            const auto watch = asUser([&] { return source.watch([&] { ++told; }); });
-            for (const bool isOpen : {!wasOpen, wasOpen, !wasOpen, true}) {
-                const int before = told;
-                open(isOpen);
-                EXPECT_TRUE(eventually([&] { return told > before; })) << closed << isOpen;
-                const auto items = asUser([&] { return source.items(); });
-                EXPECT_EQ(items.error(), isOpen
-                                             ? std::error_code()
-                                             : std::make_error_code(std::errc::permission_denied));
-            }
-        }
-    }
 }
 
 } // namespace
