@@ -14,8 +14,8 @@
 
 namespace brightsweep {
 
-/// Posted after a value was set or removed or could not be kept, on the thread that did it or that took in what another
-/// process did. User info: "key", and "elsewhere", true for another process.
+/// Posted after a value was set or removed or could not be kept, on the thread that did it or that
+/// took in what another process did. User info: "key", and "elsewhere", true for another process.
 inline constexpr QLatin1String UserDefaultsDidChangeNotification("UserDefaultsDidChange");
 
 /// Typed settings by key: the user's values above a layer of registered defaults.
