@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <sstream>
 
 namespace brightsweep::cli {
@@ -39,7 +40,7 @@ struct Planned {
     std::uint64_t bytes = 0; ///< of the application with all that goes along
     bool needsRights = false;
     /// Where its folder stays for what is kept in it, what else is there.
-    std::vector<std::filesystem::path> parts;
+    std::optional<std::vector<std::filesystem::path>> parts;
     Uninstallation::Record record;
 };
 
@@ -137,6 +138,11 @@ void apply(Job &job) {
     note();
 }
 
+bool isPlannedToGo(const Planned &planned) {
+    return planned.record.plan.blocker == Blocker::None &&
+           (!planned.parts || !planned.parts->empty());
+}
+
 void work(Job &job) {
     const Catalogue catalogue = Catalogue::list();
     for (const auto &[kind, reason] : catalogue.failures) {
@@ -158,6 +164,8 @@ void work(Job &job) {
         planned.bytes = sizeOf(plan);
         planned.needsRights = needsRights(plan);
         planned.parts = Uninstallation::partsGoing(plan);
+        if (!isPlannedToGo(planned) && plan.reason.empty())
+            planned.record.message = plan.reason = Uninstallation::nothingGoes;
         if (job.stop)
             return;
         const std::lock_guard lock(job.mutex);
@@ -165,10 +173,6 @@ void work(Job &job) {
     }
     if (job.options.applies)
         apply(job);
-}
-
-bool isPlannedToGo(const Planned &planned) {
-    return planned.record.plan.blocker == Blocker::None;
 }
 
 // True for the application itself and for what of it went: the application stands for that.
@@ -257,14 +261,14 @@ void writePlan(JsonWriter &json, const Planned &planned, const Options &options)
     for (const ActedItem &item : acted) {
         if (!item.error.empty())
             continue;
-        if (item.path != plan.application.key || planned.parts.empty())
+        if (item.path != plan.application.key || !planned.parts)
             removed.push_back(item.path);
         else
-            removed.insert(removed.end(), planned.parts.begin(), planned.parts.end());
+            removed.insert(removed.end(), planned.parts->begin(), planned.parts->end());
     }
     writeStrings(json, "removed", removed);
     std::vector<std::string> kept;
-    if (!planned.parts.empty())
+    if (planned.parts)
         kept.push_back(plan.application.path.native());
     for (const Leftover &leftover : plan.leftovers) {
         if (!leftover.ticked)
@@ -311,7 +315,7 @@ std::string planText(const Planned &planned, const Options &options, std::uint64
         const bool goesAlong = std::find(also.begin(), also.end(), item.path) != also.end();
         if (item.error.empty())
             bytes = addSaturating(bytes, item.bytes);
-        const bool isKeptFolder = !planned.parts.empty() && item.path == plan.application.key;
+        const bool isKeptFolder = planned.parts && item.path == plan.application.key;
         table.row({item.error.empty() ? went : "  stays", goesAlong ? "" : sizeText(item.bytes),
                    !item.error.empty() ? item.path + ": " + item.error
                    : isKeptFolder      ? item.path + ", but for what is kept in it"

@@ -259,12 +259,15 @@ void Uninstallation::removeFiles(Record &record) {
     }
 }
 
-std::vector<std::filesystem::path> Uninstallation::partsGoing(const RemovalPlan &plan) {
+std::optional<std::vector<std::filesystem::path>>
+Uninstallation::partsGoing(const RemovalPlan &plan) {
     const auto kept = keptIn(plan);
+    if (kept.empty())
+        return {};
     const auto root = Platform::current().files->rememberRoot(plan.application.path);
+    if (!root)
+        return {};
     std::vector<std::filesystem::path> parts;
-    if (kept.empty() || !root)
-        return parts;
     for (const std::string &name : namesGoing(*root, kept))
         parts.push_back(paths::join(root->path, name));
     return parts;
@@ -289,6 +292,10 @@ bool Uninstallation::removeFolder(Record &record, const std::vector<std::filesys
             going.push_back(*item);
         else
             isGone = false;
+    }
+    if (going.empty()) {
+        record.items.push_back({itself.path, 0, false, nothingGoes, false});
+        return false;
     }
     const auto needsRights = [](const Leftover &item) { return item.needsRights; };
     if (std::any_of(going.begin(), going.end(), needsRights) && !holdsRights()) {

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -60,9 +61,10 @@ public:
     /// Removes one file or folder as it was shown, as a part of the run under way.
     static Item removeItem(const Leftover &shown, const std::atomic<bool> &stop);
 
-    /// The entries of an application's own folder that go where something in it is kept; none where
-    /// nothing is.
-    static std::vector<std::filesystem::path> partsGoing(const RemovalPlan &plan);
+    /// The entries of an application's own folder that go where something in it is kept; no value
+    /// where nothing is. An empty list means that the removal fails with `nothingGoes`.
+    static std::optional<std::vector<std::filesystem::path>> partsGoing(const RemovalPlan &plan);
+    static constexpr const char *nothingGoes = "there is nothing in it but what is kept";
 
     /// Told of each application before its turn, on the worker.
     void setProgress(std::function<void(const InstalledApplication &)> told) {

@@ -195,6 +195,9 @@ TEST_F(UninstallationTest, AFolderKeepsWhatItsProgramWroteUnlessThatIsTicked) {
     }));
 
     plan = RemovalPlanner({game}).planOf(game);
+    EXPECT_TRUE(Uninstallation::partsGoing(plan)->empty());
+    Uninstallation none({plan});
+    EXPECT_FALSE(run(none)) << "nothing is there but what is kept";
     for (Leftover &leftover : plan.leftovers)
         leftover.ticked = true;
     Uninstallation second({plan});
