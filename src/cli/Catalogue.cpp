@@ -2,6 +2,7 @@
 
 #include "cli/Command.h"
 #include "cli/JsonWriter.h"
+#include "cli/RightsRefusal.h"
 #include "foundation/Paths.h"
 #include "foundation/WordTable.h"
 #include "uninstall/Leftovers.h"
@@ -73,9 +74,7 @@ const char *kindWord(LeftoverKind kind) {
 std::string obstacleOf(const Leftover &leftover, bool asksForRights) {
     if (leftover.refusal)
         return leftover.refusal.message();
-    return leftover.needsRights && !asksForRights
-               ? "administrator rights are needed; --admin asks for them"
-               : std::string();
+    return leftover.needsRights && !asksForRights ? rightsAreNeeded : std::string();
 }
 
 void writeLeftover(JsonWriter &json, const Leftover &leftover) {

@@ -8,7 +8,6 @@
 #include "foundation/Paths.h"
 #include "foundation/SaturatingSum.h"
 #include "platform/Platform.h"
-#include "removal/NvAuthorization.h"
 #include "removal/RemovalRun.h"
 #include "uninstall/LeftBehind.h"
 #include "uninstall/LeftoverLook.h"
@@ -26,7 +25,6 @@ struct Job : RemovalJob {
     std::vector<std::filesystem::path> wanted;
     bool applies = false;
     bool admin = false;
-    bool isRefused = false;
     std::vector<Leftover> found;
     std::vector<ActedItem> acted;
     std::vector<std::string> warnings;
@@ -80,12 +78,8 @@ void work(Job &job) {
     }
     if (!job.applies || job.stop)
         return;
-    if (!found.empty() && job.admin &&
-        !NvAuthorization::shareNvAuthorization().allocAuthorization()) {
-        const std::lock_guard lock(job.mutex);
-        job.isRefused = true;
+    if (!found.empty() && job.admin && !takeRights(job, RightsPurpose::Files))
         return;
-    }
     const auto items = LeftBehind::remove(*job.run, found, [&](const Leftover &leftover) {
         const std::lock_guard lock(job.mutex);
         job.current = leftover.path.native();

@@ -18,6 +18,14 @@ constexpr std::array refusalWords = {
 
 } // namespace
 
+bool takeRights(RemovalJob &job, RightsPurpose purpose) {
+    if (NvAuthorization::shareNvAuthorization().allocAuthorization(purpose))
+        return true;
+    const std::lock_guard lock(job.mutex);
+    job.isRefused = true;
+    return false;
+}
+
 int rightsRefused(Output &output) {
     const RightsResult result = NvAuthorization::shareNvAuthorization().lastResult();
     output.warning(std::string("No administrator rights: ") +

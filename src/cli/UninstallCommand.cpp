@@ -8,7 +8,6 @@
 #include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
 #include "foundation/SaturatingSum.h"
-#include "removal/NvAuthorization.h"
 #include "removal/RemovalRun.h"
 #include "uninstall/LeftoverLook.h"
 #include "uninstall/RemovalPlanner.h"
@@ -50,7 +49,6 @@ struct Job : RemovalJob {
     std::vector<Planned> planned;
     std::vector<std::string> warnings;
     std::string usage; ///< what to write instead
-    bool isRefused = false;
 };
 
 void configure(QCommandLineParser &parser) {
@@ -117,12 +115,8 @@ void apply(Job &job) {
     const auto purpose = std::any_of(plans.begin(), plans.end(), takesRights)
                              ? RightsPurpose::FilesAndPackages
                              : RightsPurpose::Files;
-    if (any && job.options.admin &&
-        !NvAuthorization::shareNvAuthorization().allocAuthorization(purpose)) {
-        const std::lock_guard lock(job.mutex);
-        job.isRefused = true;
+    if (any && job.options.admin && !takeRights(job, purpose))
         return;
-    }
     Uninstallation removal(std::move(plans));
     const auto note = [&] {
         for (std::size_t i = 0; i < job.planned.size(); ++i)
@@ -194,9 +188,8 @@ std::vector<ActedItem> actedOf(const Planned &planned, const Options &options) {
         isTried ? record.outcome == UninstallOutcome::Removed : isPlannedToGo(planned);
     std::string error;
     if (!isGone)
-        error = !record.message.empty() ? record.message
-                : record.outcome == UninstallOutcome::NeedsRights
-                    ? "administrator rights are needed; --admin asks for them"
+        error = !record.message.empty()                           ? record.message
+                : record.outcome == UninstallOutcome::NeedsRights ? rightsAreNeeded
                 : isTried && !record.isTried ? "interrupted; a package manager at work goes on"
                                              : "it cannot be removed";
     if (!record.wayOut.empty())

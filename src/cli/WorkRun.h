@@ -51,6 +51,7 @@ struct RemovalJob {
     std::atomic<bool> stop{false};
     std::mutex mutex; ///< guards what follows, and what a command adds to it
     std::string current;
+    bool isRefused = false; ///< rights were asked for and not granted
 };
 
 /// Runs the work of such a job. The rights that it holds and its run end before `tell`, which puts
