@@ -102,7 +102,8 @@ TEST_F(OwnFiles, FoldersAreOnlyThoseThatNobodyElseUses) {
         {".local/bin/6", "#!/bin/sh\nexec \"${XDG_DATA_HOME}\"/By6/run \"$@\"\n"},
         {"bin/7", "#!/bin/sh\ncd ~/.local; exec share/By7/run\n"},
         {".profile", "PATH=$PATH:~/.local/share/By8\n"},
-        {".local/bin/9", "#!/bin/sh\ncd \"$HOME\"/.local/share/My\\ By9; ./run\n"}};
+        {".local/bin/9", "#!/bin/sh\ncd \"$HOME\"/.local/share/My\\ By9; ./run\n"},
+        {"bin/10", "#!/bin/sh\n" + std::string(70'000, '#') + "\n~/.local/share//By10/x\n"}};
     for (int number = 1; const auto &[file, text] : users) {
         const std::string name = (number == 9 ? "My By" : "By") + std::to_string(number);
         add(".local/share/" + name + "/by", name);
@@ -118,7 +119,9 @@ TEST_F(OwnFiles, FoldersAreOnlyThoseThatNobodyElseUses) {
     // Its own entries do no harm, nor what has a longer name.
     home.file(".config/autostart/alone.desktop",
               "[Desktop Entry]\nExec=" + data + "/Alone/alone --hidden\n");
-    home.file(".local/bin/another", "#!/bin/sh\nexec ~/.local/share/Alone-2/run\n");
+    home.file(".local/bin/alone", "#!/bin/sh\nexec ~/.local/share/Alone/alone \"$@\"\n");
+    home.file(".local/bin/another", "#!/bin/sh\ncd ~/.local/share/Alone-2 $HOME2/.local/share/Alone"
+                                    " /x$HOME/.local/share/Alone ~/.local/share/Alone.old\n");
     add(".local/share/ByEntry/byentry", "ByEntry");
     program("usr/bin/z", system);
     entry("z", "z --data " + home.path(".local/share/ByEntry/data").native());

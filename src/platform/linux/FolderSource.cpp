@@ -5,6 +5,7 @@
 #include "foundation/Paths.h"
 #include "platform/linux/AppImageSource.h"
 #include "platform/linux/ApplicationEntries.h"
+#include "platform/linux/FolderNames.h"
 #include "platform/linux/FolderUsers.h"
 #include "platform/linux/GivesMemoryBack.h"
 #include "platform/linux/OwnPlaces.h"
@@ -108,18 +109,28 @@ bool holdsSeveral(const path &folder, const Candidate &candidate) {
     return subfolders.size() > 1;
 }
 
-// True where an entry that is none of its own starts something else in the folder.
-bool startsOthers(const path &folder, const Candidate &candidate,
-                  const std::vector<DesktopEntryFile> &entries) {
+// Of each folder, the entries whose commands name it.
+std::vector<std::vector<const DesktopEntryFile *>>
+entriesNaming(const std::vector<path> &folders, const std::vector<DesktopEntryFile> &entries) {
+    std::vector<std::vector<const DesktopEntryFile *>> naming(folders.size());
+    const FolderNames names(folders);
     for (const DesktopEntryFile &file : entries) {
-        const auto isOwn = [&](const NamedEntry &own) { return own.entry == &file.entry; };
-        if ((FolderUsers::isNamedIn(file.entry.string("Exec"), folder) ||
-             FolderUsers::isNamedIn(file.entry.string("Path"), folder)) &&
-            std::none_of(candidate.entries.begin(), candidate.entries.end(), isOwn) &&
-            !isProgramOf(candidate, realPath(file.program)))
-            return true;
+        const auto note = [&](std::size_t folder, std::string_view) {
+            naming[folder].push_back(&file);
+        };
+        names.find(file.entry.string("Exec"), note);
+        names.find(file.entry.string("Path"), note);
     }
-    return false;
+    return naming;
+}
+
+// True where an entry that is none of its own starts something else in the folder.
+bool startsOthers(const Candidate &candidate, const std::vector<const DesktopEntryFile *> &naming) {
+    return std::any_of(naming.begin(), naming.end(), [&](const DesktopEntryFile *file) {
+        const auto isOwn = [&](const NamedEntry &own) { return own.entry == &file->entry; };
+        return std::none_of(candidate.entries.begin(), candidate.entries.end(), isOwn) &&
+               !isProgramOf(candidate, realPath(file->program));
+    });
 }
 
 // True where an application bundle lies in the folder: it is listed, and goes, by itself.
@@ -192,15 +203,23 @@ Result<std::vector<InstalledApplication>> FolderSource::applications() {
     }
     const auto packaged = owned(asked);
     std::vector<InstalledApplication> found;
-    std::optional<FolderUsers> users; // read where it is asked for
+    std::vector<path> folders, dataFolders;
     for (const auto &[folder, candidate] : candidates) {
+        folders.push_back(folder);
+        if (candidate.isInDataFolder)
+            dataFolders.push_back(folder);
+    }
+    const auto naming = entriesNaming(folders, entries);
+    std::optional<FolderUsers> users; // read where it is asked for
+    for (auto own = naming.begin(); const auto &[folder, candidate] : candidates) {
+        const auto &named = *own++;
         const auto range = owners.equal_range(folder);
         if (std::any_of(range.first, range.second,
                         [&](const auto &owner) { return packaged.contains(owner.second); }) ||
             shared.contains(folder) || holdsSeveral(folder, candidate) ||
-            startsOthers(folder, candidate, entries) || holdsBundle(folder) ||
+            startsOthers(candidate, named) || holdsBundle(folder) ||
             (candidate.isInDataFolder &&
-             isUsedByOthers(folder, candidate, users ? *users : users.emplace())))
+             isUsedByOthers(folder, candidate, users ? *users : users.emplace(dataFolders))))
             continue;
         InstalledApplication application;
         application.kind = ApplicationKind::Folder;

@@ -1,5 +1,6 @@
 #include "platform/linux/FolderUsers.h"
 
+#include "foundation/FileDescriptor.h"
 #include "foundation/Identity.h"
 #include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
@@ -10,6 +11,9 @@
 
 #include <algorithm>
 #include <array>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace brightsweep {
 
@@ -40,57 +44,37 @@ constexpr std::array shellFiles = {".bashrc",  ".bash_profile", ".bash_aliases",
                                    ".profile", ".xprofile",     ".xsessionrc",
                                    ".zshrc",   ".zprofile",     ".zshenv"};
 constexpr std::string_view scriptMark = "#!";
-constexpr std::size_t longestScript = std::size_t(64) << 10;
 
-// What may stand between a folder and a name in it: a variable's end, a closing quote.
-constexpr std::array<std::string_view, 6> separators = {"/", "}/", "\"/", "}\"/", "'/", "}'/"};
-// Names for the folder of data besides its own.
-constexpr std::array<std::string_view, 2> dataNames = {"XDG_DATA_HOME", "%D"};
-
-bool isNameCharacter(char character) {
-    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
-           (character >= '0' && character <= '9') || character == '_' || character == '-' ||
-           character == '+' || character < 0;
-}
-
-// As a shell has it, its blanks behind backslashes.
-std::string escaped(const std::string &name) {
+// A script's first bytes, or all of it where it is one; at most smallFileLimit.
+std::string readText(const path &file, bool isScriptOnly) {
     std::string text;
-    for (const char character : name) {
-        if (character == ' ')
-            text += '\\';
-        text += character;
+    const FileDescriptor opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status;
+    if (!opened || ::fstat(opened.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return {};
+    constexpr std::size_t blockSize = std::size_t(16) << 10;
+    while (text.size() < smallFileLimit) {
+        const auto before = text.size();
+        text.resize(before + blockSize);
+        const auto count = ::read(opened.get(), text.data() + before, blockSize);
+        text.resize(before + std::size_t(std::max<ssize_t>(count, 0)));
+        if (count <= 0 || (isScriptOnly && !text.starts_with(scriptMark)))
+            break;
     }
-    return text;
+    return isScriptOnly && !text.starts_with(scriptMark) ? std::string() : text;
 }
 
-bool isWordIn(std::string_view text, const std::string &word) {
-    for (auto at = text.find(word); at != text.npos; at = text.find(word, at + 1)) {
-        const auto end = at + word.size();
-        if (end == text.size() || !isNameCharacter(text[end]))
-            return true;
-    }
-    return false;
+// In lower case, without what stands behind a dot.
+std::string plainName(const path &file) {
+    std::string name = file.stem().native();
+    for (char &letter : name)
+        letter = letter >= 'A' && letter <= 'Z' ? char(letter - 'A' + 'a') : letter;
+    return name;
 }
 
 } // namespace
 
-bool FolderUsers::isNamedIn(std::string_view text, const path &folder) {
-    std::vector<std::string> parents = {folder.parent_path().filename().native()};
-    if (folder.parent_path() == realPath(folderOfRole(FolderRole::Data)))
-        parents.insert(parents.end(), dataNames.begin(), dataNames.end());
-    const std::string name = folder.filename().native();
-    for (const std::string &parent : parents) {
-        for (const std::string_view separator : separators) {
-            const std::string way = parent + std::string(separator);
-            if (isWordIn(text, way + name) || isWordIn(text, way + escaped(name)))
-                return true;
-        }
-    }
-    return false;
-}
-
-FolderUsers::FolderUsers() {
+FolderUsers::FolderUsers(std::vector<path> folders) : m_names(std::move(folders)) {
     const path home = homeFolder();
     for (const char *const way : homePlaces)
         readFolder(paths::join(home, way), true, 0);
@@ -128,18 +112,27 @@ bool FolderUsers::readLink(const path &target) {
 }
 
 void FolderUsers::readText(const path &file, bool isScriptOnly) {
-    if (isScriptOnly) {
-        const auto beginning = readSmallFile(file, scriptMark.size());
-        if (!beginning || *beginning != scriptMark)
+    const std::string text = brightsweep::readText(file, isScriptOnly);
+    path program;
+    m_names.find(text, [&](std::size_t folder, std::string_view behind) {
+        if (file.extension() != ".desktop") {
+            m_uses.push_back({folder, file, startedBy(file, folder, behind)});
             return;
-    }
-    auto text = readSmallFile(file, longestScript);
-    if (!text)
-        return;
-    Text found{*std::move(text), {}};
-    if (file.extension() == ".desktop")
-        found.program = realPath(findProgram(execProgram(DesktopEntry(found.text).string("Exec"))));
-    m_texts.push_back(std::move(found));
+        }
+        if (program.empty())
+            program = realPath(findProgram(execProgram(DesktopEntry(text).string("Exec"))));
+        m_uses.push_back({folder, file, program});
+    });
+}
+
+// Of a script that is called as the folder or the program: a launcher.
+path FolderUsers::startedBy(const path &file, std::size_t folder, std::string_view behind) const {
+    const auto end = std::min(behind.find_first_of(" \t\n\"'"), behind.size());
+    const path &top = m_names.folders()[folder];
+    const path program = (top.native() + std::string(behind.substr(0, end)));
+    const std::string name = plainName(file);
+    const bool isLauncher = name == plainName(top) || name == plainName(program);
+    return isLauncher && program != top ? realPath(program) : path();
 }
 
 bool FolderUsers::anyUses(const path &folder, const IsOwn &isOwn) const {
@@ -148,9 +141,9 @@ bool FolderUsers::anyUses(const path &folder, const IsOwn &isOwn) const {
                            return paths::isSameOrBelow(target.native(), folder.native()) &&
                                   !isOwn(target);
                        }) ||
-           std::any_of(m_texts.begin(), m_texts.end(), [&](const Text &each) {
-               return isNamedIn(each.text, folder) &&
-                      (each.program.empty() || !isOwn(each.program));
+           std::any_of(m_uses.begin(), m_uses.end(), [&](const Use &use) {
+               return m_names.folders()[use.folder] == folder &&
+                      (use.program.empty() || !isOwn(use.program));
            });
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/linux/FolderNames.h"
+
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -14,30 +16,29 @@ class FolderUsers {
 public:
     using IsOwn = std::function<bool(const std::filesystem::path &program)>;
 
-    /// Reads the disk.
-    FolderUsers();
+    /// Reads the disk for what uses one of these folders.
+    explicit FolderUsers(std::vector<std::filesystem::path> folders);
 
-    /// True where something leads into a folder or names it, but for links to and entries of what
-    /// is the folder's own program.
+    /// True where something leads into one of the folders or names it, but for links to, entries of
+    /// and a script of its name that only starts what is the folder's own program.
     bool anyUses(const std::filesystem::path &folder, const IsOwn &isOwn) const;
 
-    /// True where a command or a script names a folder or what lies in it, however it writes the
-    /// way there ("~", "$HOME", a specifier of systemd, from the folder above). Says yes rather
-    /// than no.
-    static bool isNamedIn(std::string_view text, const std::filesystem::path &folder);
-
 private:
-    struct Text {
-        std::string text;
-        std::filesystem::path program; ///< of an entry, what it starts
+    struct Use {
+        std::size_t folder;
+        std::filesystem::path file;
+        std::filesystem::path program; ///< that is started by it; none for what does more
     };
 
     void readFolder(const std::filesystem::path &folder, bool holdsScripts, int depth);
     bool readLink(const std::filesystem::path &target);
     void readText(const std::filesystem::path &file, bool isScriptOnly);
+    std::filesystem::path startedBy(const std::filesystem::path &file, std::size_t folder,
+                                    std::string_view behind) const;
 
+    FolderNames m_names;
     std::vector<std::filesystem::path> m_targets; ///< of links, without further links
-    std::vector<Text> m_texts;
+    std::vector<Use> m_uses;
 };
 
 } // namespace brightsweep
