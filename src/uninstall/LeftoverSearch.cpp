@@ -53,10 +53,12 @@ Leftover *LeftoverSearch::add(const RemovalTarget &target, LeftoverKind kind, st
 }
 
 Leftover *LeftoverSearch::add(std::optional<Leftover> leftover) {
-    if (!leftover || !m_seen
-                          .emplace(leftover->seen.device, leftover->seen.inode,
-                                   leftover->path.filename().native())
-                          .second)
+    if (!leftover)
+        return nullptr;
+    const FileAttributes &seen = leftover->seen;
+    // Nothing is asked of what holds a volume: its path stands for it.
+    const auto name = seen.inode != 0 ? leftover->path.filename() : leftover->path;
+    if (!m_seen.emplace(seen.device, seen.inode, name.native()).second)
         return nullptr;
     m_leftovers.push_back(*std::move(leftover));
     return &m_leftovers.back();

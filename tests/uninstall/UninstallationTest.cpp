@@ -320,11 +320,13 @@ TEST_F(UninstallationTest, WhatWouldKeepALeftoverIsToldBeforehand) {
     tool.path = tool.key = home.path("Applications/Tool.app");
     EXPECT_EQ(runInChild([&] {
                   const auto mounted = home.path(".config/com.example.tool/mounted");
-                  const bool isMounted = enterPrivateMounts() && bindMount(mounted, mounted);
+                  const auto theirs = home.path(".cache/com.example.tool/theirs");
+                  const bool isMounted = enterPrivateMounts() && bindMount(mounted, mounted) &&
+                                         bindMount(theirs, theirs);
                   const AsOrdinaryUser user;
                   const RemovalPlan plan = RemovalPlanner({tool}).planOf(tool);
                   const Leftover &settings = plan.leftovers.at(0);
-                  return isMounted && user && !settings.ticked &&
+                  return isMounted && user && !settings.ticked && plan.leftovers.size() == 2 &&
                          settings.refusal == RemovalError::HoldsVolume;
               }),
               1);
