@@ -114,6 +114,9 @@ TEST_F(OwnFiles, FoldersAreOnlyThoseThatNobodyElseUses) {
         add(std::string(".local/share/LinkedFrom") + place + "/run", place);
         home.link(std::string(place) + "/a link", data + "/LinkedFrom" + place);
     }
+    add(".local/share/Plugged/plugged", "Plugged");
+    home.link(".config/other/plug", "../../.local/share/Plugged/plugins");
+    home.link(".local/share/Alone/own", data + "/Alone/plugins");
     add(".local/share/BrightSweep/run", "ours");
     add(".local/share/LIB/run", "standard");
     // Its own entries do no harm, nor what has a longer name.

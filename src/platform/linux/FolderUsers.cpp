@@ -30,6 +30,8 @@ struct UserPlace {
 constexpr std::array userPlaces = {
     UserPlace{FolderRole::Config, "systemd/user", false, 1},
     UserPlace{FolderRole::Config, "autostart", false, 0},
+    UserPlace{FolderRole::Config, "environment.d", false, 0},
+    UserPlace{FolderRole::Config, "fish", false, 1},
     UserPlace{FolderRole::Config, "", true, 0},
     UserPlace{FolderRole::Data, "systemd/user", false, 1},
     UserPlace{FolderRole::Data, "dbus-1/services", false, 0},
@@ -40,9 +42,11 @@ constexpr std::array userPlaces = {
 constexpr std::array homePlaces = {"",           ".local/bin", "bin",         ".local",
                                    ".local/opt", "opt",        "Applications"};
 // What a shell reads when it starts.
-constexpr std::array shellFiles = {".bashrc",  ".bash_profile", ".bash_aliases",
-                                   ".profile", ".xprofile",     ".xsessionrc",
-                                   ".zshrc",   ".zprofile",     ".zshenv"};
+constexpr std::array shellFiles = {".bashrc",  ".bash_profile", ".bash_login", ".bash_aliases",
+                                   ".profile", ".xprofile",     ".xinitrc",    ".xsessionrc",
+                                   ".zshrc",   ".zprofile",     ".zlogin",     ".zshenv"};
+// Programs and their data lie here, each in a folder of its own.
+constexpr std::array programPlaces = {"opt", ".local/opt", "Applications"};
 constexpr std::string_view scriptMark = "#!";
 
 // A script's first bytes, or all of it where it is one; at most smallFileLimit.
@@ -83,6 +87,31 @@ FolderUsers::FolderUsers(std::vector<path> folders) : m_names(std::move(folders)
                    place.depth);
     for (const char *const name : shellFiles)
         readText(paths::join(home, name), false);
+    for (const FolderRole role : {FolderRole::Data, FolderRole::Config})
+        readLinksOfFolders(folderOfRole(role));
+    for (const char *const way : programPlaces)
+        readLinksOfFolders(paths::join(home, way));
+}
+
+// What leads from one program's folder into another's.
+void FolderUsers::readLinksOfFolders(const path &parent) {
+    std::error_code error;
+    for (std::filesystem::directory_iterator i(parent, error), end; !error && i != end;
+         i.increment(error)) {
+        std::error_code unknown;
+        if (i->is_symlink(unknown) || !i->is_directory(unknown))
+            continue;
+        for (std::filesystem::directory_iterator inner(i->path(), unknown);
+             !unknown && inner != end; inner.increment(unknown)) {
+            std::error_code none;
+            if (!inner->is_symlink(none))
+                continue;
+            const path target =
+                (i->path() / std::filesystem::read_symlink(inner->path(), none)).lexically_normal();
+            if (!paths::isSameOrBelow(target.native(), i->path().native()))
+                readLink(target);
+        }
+    }
 }
 
 void FolderUsers::readFolder(const path &folder, bool holdsScripts, int depth) {

@@ -31,6 +31,7 @@ private:
     };
 
     void readFolder(const std::filesystem::path &folder, bool holdsScripts, int depth);
+    void readLinksOfFolders(const std::filesystem::path &parent);
     bool readLink(const std::filesystem::path &target);
     void readText(const std::filesystem::path &file, bool isScriptOnly);
     std::filesystem::path startedBy(const std::filesystem::path &file, std::size_t folder,
