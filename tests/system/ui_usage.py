@@ -155,8 +155,12 @@ class UsagePage(unittest.TestCase):
         self.desktop.wait_for("1 items are selected.")
         self.desktop.tap("Right")
         self.desktop.wait_for("deep, 1.62 MB")
-        for keys in (["Right"] * 6, ["Left"] * 6):
-            self.desktop.run("xdotool", "key", *keys)
+        for folder in "2345":
+            self.desktop.tap("Right")
+            self.desktop.wait_for(f"{folder}, 820.00 KB")
+        for folder in "5432":
+            self.desktop.tap("Left")
+            self.desktop.wait_without(f"{folder}, 820.00 KB")
         self.desktop.tap("space")  # the folder itself stays then
         self.desktop.wait_for("1 items are selected.", "300.00 KB")
         self.desktop.tap("Delete")
