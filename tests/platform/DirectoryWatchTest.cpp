@@ -21,7 +21,7 @@ namespace {
 // Of the user's autostart folder, for the list of login items.
 class DirectoryWatch : public testing::Test {
 protected:
-    TestTree work{TestEnvironment::current().home() / "work"};
+    TestTree work{TestEnvironment::current().home() / "elsewhere"};
     TestTree user{TestEnvironment::current().home() / ".config/autostart"};
     LinuxLoginItemSource source;
 };
@@ -65,7 +65,7 @@ TEST_F(DirectoryWatch, HearsOfEveryChangeAlsoAfterTheFolderCameBack) {
         {"a link comes in its place",
          [&] {
              std::filesystem::remove_all(user.top());
-             std::filesystem::create_directory_symlink("../work/one", user.top());
+             std::filesystem::create_directory_symlink("../elsewhere/one", user.top());
          }},
         {"it leads to something", [&] { work.directory("one"); }},
         {"written there", [&] { work.file("one/a"); }},
