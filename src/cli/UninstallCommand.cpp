@@ -221,7 +221,7 @@ void writeStrings(JsonWriter &json, const char *key, const std::vector<std::stri
     json.endArray();
 }
 
-void writePlan(JsonWriter &json, const Planned &planned, const Options &options) {
+void writePlan(JsonWriter &json, const Planned &planned, const std::vector<ActedItem> &acted) {
     const RemovalPlan &plan = planned.record.plan;
     json.beginObject();
     json.key("key").value(planned.key);
@@ -249,7 +249,6 @@ void writePlan(JsonWriter &json, const Planned &planned, const Options &options)
         json.endObject();
     }
     json.endArray();
-    const auto acted = actedOf(planned, options);
     std::vector<std::string> removed;
     for (const ActedItem &item : acted) {
         if (!item.error.empty())
@@ -287,8 +286,8 @@ void warnByLines(const std::string &words, Output &output) {
     }
 }
 
-std::string planText(const Planned &planned, const Options &options, std::uint64_t &bytes) {
-    const bool isTried = options.applies;
+std::string planText(const Planned &planned, const std::vector<ActedItem> &acted, bool isTried,
+                     std::uint64_t &bytes) {
     const RemovalPlan &plan = planned.record.plan;
     const auto shown = [](const std::string &text) { return paths::display(text).toStdString(); };
     std::string text = shown(plan.application.name);
@@ -304,7 +303,7 @@ std::string planText(const Planned &planned, const Options &options, std::uint64
         isTried ? planned.record.outcome == UninstallOutcome::Removed : isPlannedToGo(planned);
     const std::string went = isTried ? "  removed" : "  would be removed";
     Table table({false, true, false});
-    for (const ActedItem &item : actedOf(planned, options)) {
+    for (const ActedItem &item : acted) {
         const bool goesAlong = std::find(also.begin(), also.end(), item.path) != also.end();
         if (item.error.empty())
             bytes = addSaturating(bytes, item.bytes);
@@ -354,12 +353,13 @@ int tell(const Job &job, Output &output) {
     json.key("applied").value(job.options.applies);
     json.key("plans").beginArray();
     for (const Planned &planned : job.planned) {
-        writePlan(json, planned, job.options);
-        text += planText(planned, job.options, bytes);
+        const auto acted = actedOf(planned, job.options);
+        writePlan(json, planned, acted);
+        text += planText(planned, acted, isTried, bytes);
         if (planned.record.output.find('\n') != std::string::npos)
             warnByLines(planned.record.output, output);
         fails = fails || !isPlannedToGo(planned) ||
-                (isTried ? !planned.record.isWhole() : anyStays(actedOf(planned, job.options)));
+                (isTried ? !planned.record.isWhole() : anyStays(acted));
     }
     json.endArray();
     json.endObject();

@@ -1,9 +1,13 @@
 #include "removal/PadlockController.h"
 
+#include "core/Texts.h"
 #include "core/ThreadWorker.h"
 #include "core/UtilityObject.h"
 #include "foundation/NotificationCenter.h"
+#include "foundation/WordTable.h"
 #include "removal/NvAuthorization.h"
+
+#include <array>
 
 namespace brightsweep {
 
@@ -11,6 +15,14 @@ namespace {
 
 const QString lockStateNotification = QStringLiteral("changeLockState");
 const QString askingNotification = QStringLiteral("padlockIsAsking");
+
+constexpr std::array refusals = {
+    WordRow{RightsOutcome::Dismissed, QT_TRID_NOOP("RIGHTS_DISMISSED")},
+    WordRow{RightsOutcome::Denied, QT_TRID_NOOP("RIGHTS_DENIED")},
+    WordRow{RightsOutcome::NoAgent, QT_TRID_NOOP("LOCK_NO_AGENT")},
+    WordRow{RightsOutcome::NoBus, QT_TRID_NOOP("RIGHTS_NO_BUS")},
+    WordRow{RightsOutcome::Failed, QT_TRID_NOOP("RIGHTS_FAILED")},
+};
 
 // One question at a time, for all padlocks. Main thread.
 bool asking = false;
@@ -45,6 +57,12 @@ bool PadlockController::isAsking() const {
 bool PadlockController::isWithoutAgent() const {
     const auto outcome = NvAuthorization::shareNvAuthorization().lastResult().outcome;
     return outcome == RightsOutcome::NoAgent || outcome == RightsOutcome::NoBus;
+}
+
+QString PadlockController::refusal() const {
+    const auto outcome = NvAuthorization::shareNvAuthorization().lastResult().outcome;
+    const char *const key = wordsIn(refusals, outcome, "");
+    return *key ? localizedText(key) : QString();
 }
 
 const char *PadlockController::imageName() const {

@@ -27,6 +27,8 @@ public:
     bool isAsking() const;
     /// True where the last question found nobody to ask the user: no polkit agent, or no bus.
     bool isWithoutAgent() const;
+    /// Why the last question was not granted, a sentence; empty where it was.
+    QString refusal() const;
     /// The name of the image for the state.
     const char *imageName() const;
     /// A click: opens a closed padlock, for which rights are asked, or closes an open one. Also for

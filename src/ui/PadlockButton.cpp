@@ -40,7 +40,7 @@ void PadlockButton::blink(bool running) {
 
 void PadlockButton::follow() {
     const QString why = m_padlock.isWithoutAgent()
-                            ? localizedText("LOCK_NO_AGENT")
+                            ? m_padlock.refusal()
                             : localizedText("Click lock to get a higer privileges.");
     setToolTip(plainToolTip({why}));
     setAccessibleDescription(why);

@@ -18,7 +18,7 @@ AlertContent padlockAlert(PadlockController &padlock, const QString &words,
     content.imageName = QStringLiteral("Lock.png");
     content.text = words;
     if (padlock.isWithoutAgent())
-        content.informativeText = localizedText("LOCK_NO_AGENT");
+        content.informativeText = padlock.refusal();
     content.buttons = {{localizedText("OK"), false, ended}};
     content.calledOff = ended;
     return content;

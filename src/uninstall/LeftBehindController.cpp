@@ -147,8 +147,7 @@ void LeftBehindController::rightsAnswered() {
         return;
     if (m_padlock.isOpen())
         return attempt();
-    m_refusal =
-        UninstallTexts::refusal(NvAuthorization::shareNvAuthorization().lastResult().outcome);
+    m_refusal = m_padlock.refusal();
     finish();
 }
 

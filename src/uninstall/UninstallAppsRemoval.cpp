@@ -144,8 +144,7 @@ void UninstallAppsController::rightsAnswered() {
         return uninstallActionfromBottomButton();
     if (!m_isSecondAttempt)
         noteLackOfRights();
-    const QString refusal =
-        UninstallTexts::refusal(NvAuthorization::shareNvAuthorization().lastResult().outcome);
+    const QString refusal = m_padlock.refusal();
     if (m_reasons.isEmpty())
         tellStayed(refusal);
     else

@@ -4,7 +4,6 @@
 #include "core/Texts.h"
 #include "foundation/Identity.h"
 #include "foundation/Paths.h"
-#include "foundation/WordTable.h"
 #include "uninstall/RemovalPlanner.h"
 
 #include <array>
@@ -42,13 +41,6 @@ constexpr std::array outcomes = {
     QT_TRID_NOOP("STAYS_BUSY"),
     QT_TRID_NOOP("STAYS_FAILED"),
     QT_TRID_NOOP("STAYS_BROKEN"),
-};
-constexpr std::array refusals = {
-    WordRow{RightsOutcome::Dismissed, QT_TRID_NOOP("RIGHTS_DISMISSED")},
-    WordRow{RightsOutcome::Denied, QT_TRID_NOOP("RIGHTS_DENIED")},
-    WordRow{RightsOutcome::NoAgent, QT_TRID_NOOP("LOCK_NO_AGENT")},
-    WordRow{RightsOutcome::NoBus, QT_TRID_NOOP("RIGHTS_NO_BUS")},
-    WordRow{RightsOutcome::Failed, QT_TRID_NOOP("RIGHTS_FAILED")},
 };
 // What sources and searches say; "%1" stands for a name.
 constexpr std::array reasons = {
@@ -173,11 +165,6 @@ QString reason(const Uninstallation::Record &record, bool hadRights) {
             QStringLiteral("%1 (%2)").arg(nameInSentence(paths::displayFromHome(item.path)), why);
     }
     return localizedText("STAYS_LEFTOVERS").arg(stayed.join(QStringLiteral(", ")));
-}
-
-QString refusal(RightsOutcome outcome) {
-    const char *const key = wordsIn(refusals, outcome, "");
-    return *key ? localizedText(key) : QString();
 }
 
 QStringList sentences(const RemovalPlan &plan) {

@@ -32,9 +32,6 @@ QString leftoverNote(const Leftover &leftover, const QString &reason = {});
 /// Why it stayed, or what of it did, after an attempt with the rights that it takes or without.
 QString reason(const Uninstallation::Record &record, bool hadRights);
 
-/// Why administrator rights were not given, a sentence; empty where they were.
-QString refusal(RightsOutcome outcome);
-
 /// What goes with it, and what to mind, a sentence each.
 QStringList sentences(const RemovalPlan &plan);
 /// What the tick of the system's own settings takes along; empty where there is no such tick.
