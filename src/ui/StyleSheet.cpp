@@ -46,11 +46,16 @@ QCheckBox:focus, QRadioButton:focus { border-color: @focus; }
 QCheckBox:disabled, QRadioButton:disabled { color: @faint; }
 QCheckBox::indicator, QAbstractItemView::indicator { width: @mark; height: @mark; }
 QCheckBox::indicator:unchecked, QAbstractItemView::indicator:unchecked { image: url(:/images/option_no.svg); }
+QCheckBox::indicator:unchecked:disabled, QAbstractItemView::indicator:unchecked:disabled { image: url(:/images/option_no_d.svg); }
 QCheckBox::indicator:indeterminate, QAbstractItemView::indicator:indeterminate { image: url(:/images/option_a.svg); }
+QCheckBox::indicator:indeterminate:disabled, QAbstractItemView::indicator:indeterminate:disabled { image: url(:/images/option_a_d.svg); }
 QCheckBox::indicator:checked, QAbstractItemView::indicator:checked { image: url(:/images/option_yes.svg); }
+QCheckBox::indicator:checked:disabled, QAbstractItemView::indicator:checked:disabled { image: url(:/images/option_yes_d.svg); }
 QRadioButton::indicator { width: @mark; height: @mark; }
 QRadioButton::indicator:unchecked { image: url(:/images/radio_no.svg); }
+QRadioButton::indicator:unchecked:disabled { image: url(:/images/radio_no_d.svg); }
 QRadioButton::indicator:checked { image: url(:/images/radio_yes.svg); }
+QRadioButton::indicator:checked:disabled { image: url(:/images/radio_yes_d.svg); }
 
 QAbstractItemView {
   background: @window; alternate-background-color: @window; color: @text; border: 2px solid transparent;

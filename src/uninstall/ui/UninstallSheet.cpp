@@ -177,9 +177,9 @@ void UninstallSheet::addLeftovers(QVBoxLayout &list, std::size_t number) {
                          this, true));
     for (std::size_t i = 0; i < plan.leftovers.size(); ++i) {
         const Leftover &leftover = plan.leftovers[i];
-        auto *const mark =
-            addMark(list, paths::displayFromHome(leftover.path),
-                    UninstallTexts::leftoverNote(leftover), sizeWords(leftover.bytes));
+        auto *const mark = addMark(list, paths::displayFromHome(leftover.path),
+                                   UninstallTexts::leftover(leftover.kind),
+                                   UninstallTexts::obstacle(leftover), sizeWords(leftover.bytes));
         mark->setChecked(leftover.ticked);
         mark->setEnabled(!leftover.refusal);
         connect(mark, &QCheckBox::toggled, this, [this, number, i](bool on) {
@@ -188,26 +188,32 @@ void UninstallSheet::addLeftovers(QVBoxLayout &list, std::size_t number) {
         });
     }
     if (const QString label = UninstallTexts::systemSettings(plan); !label.isEmpty()) {
-        auto *const mark = addMark(list, label, {}, {});
+        auto *const mark = addMark(list, label, {}, {}, {});
         mark->setChecked(plan.purge);
         connect(mark, &QCheckBox::toggled, this,
                 [this, number](bool on) { m_page.tickSystemSettings(number, on); });
     }
 }
 
-QCheckBox *UninstallSheet::addMark(QVBoxLayout &list, const QString &label, const QString &note,
-                                   const QString &size) {
+// What keeps it stands below the path, which so has the room of the line.
+QCheckBox *UninstallSheet::addMark(QVBoxLayout &list, const QString &label, const QString &kind,
+                                   const QString &obstacle, const QString &size) {
     auto *const row = new QHBoxLayout;
     row->setSpacing(2 * theme::grid);
     auto *const mark = new QCheckBox(this);
     mark->setObjectName(QStringLiteral("uninstall.sheet.mark"));
-    mark->setAccessibleName(spokenWords({label, note, size}));
+    mark->setAccessibleName(spokenWords({label, kind, obstacle, size}));
     row->addWidget(mark, 0, Qt::AlignVCenter);
-    row->addWidget(elided("uninstall.sheet.path", label, this), 1);
-    auto *const kind = makePlainLabel("uninstall.sheet.note", this);
-    kind->setText(note);
-    kind->setProperty("secondary", true);
-    row->addWidget(kind);
+    auto *const lines = new QVBoxLayout;
+    lines->setSpacing(0);
+    lines->addWidget(elided("uninstall.sheet.path", label, this));
+    if (!obstacle.isEmpty())
+        lines->addWidget(words(obstacle, this, true));
+    row->addLayout(lines, 1);
+    auto *const note = makePlainLabel("uninstall.sheet.note", this);
+    note->setText(kind);
+    note->setProperty("secondary", true);
+    row->addWidget(note);
     auto *const bytes = makePlainLabel("uninstall.sheet.bytes", this);
     bytes->setText(size);
     bytes->setAlignment(Qt::AlignRight | Qt::AlignVCenter);

@@ -29,8 +29,8 @@ private:
     UninstallSheet(UninstallAppsController &page, const QString &text, QWidget *window);
     QWidget *makePlan(std::size_t number);
     void addLeftovers(QVBoxLayout &list, std::size_t number);
-    QCheckBox *addMark(QVBoxLayout &list, const QString &label, const QString &note,
-                       const QString &size);
+    QCheckBox *addMark(QVBoxLayout &list, const QString &label, const QString &kind,
+                       const QString &obstacle, const QString &size);
     void fit(QVBoxLayout &list, QScrollArea &scroll);
     void follow();
 
