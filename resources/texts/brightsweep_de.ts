@@ -546,6 +546,7 @@
     <message id="lies on another file system than the copy that stays"><translation>liegt auf einem anderen Dateisystem als die Kopie, die bleibt</translation></message>
     <message id="lies on another volume"><translation>liegt auf einem anderen Datenträger</translation></message>
     <message id="lies outside of this system's folders"><translation>liegt außerhalb der Ordner dieses Systems</translation></message>
+    <message id="may only be added to (chattr +a)"><translation>kann nur ergänzt werden (chattr +a)</translation></message>
     <message id="names no program to start"><translation>nennt kein Programm, das gestartet werden könnte</translation></message>
     <message id="needed by %1"><translation>%1 braucht es</translation></message>
     <message id="no other copy of it is left"><translation>keine andere Kopie davon ist übrig</translation></message>

@@ -546,6 +546,7 @@
     <message id="lies on another file system than the copy that stays"><translation>lies on another file system than the copy that stays</translation></message>
     <message id="lies on another volume"><translation>lies on another volume</translation></message>
     <message id="lies outside of this system's folders"><translation>lies outside of this system's folders</translation></message>
+    <message id="may only be added to (chattr +a)"><translation>may only be added to (chattr +a)</translation></message>
     <message id="names no program to start"><translation>names no program to start</translation></message>
     <message id="needed by %1"><translation>needed by %1</translation></message>
     <message id="no other copy of it is left"><translation>no other copy of it is left</translation></message>

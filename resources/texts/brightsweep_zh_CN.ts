@@ -546,6 +546,7 @@
     <message id="lies on another file system than the copy that stays"><translation>与要保留的副本不在同一文件系统</translation></message>
     <message id="lies on another volume"><translation>位于其他卷上</translation></message>
     <message id="lies outside of this system's folders"><translation>位于本系统的文件夹之外</translation></message>
+    <message id="may only be added to (chattr +a)"><translation>只能追加内容 (chattr +a)</translation></message>
     <message id="names no program to start"><translation>没有指定要启动的程序</translation></message>
     <message id="needed by %1"><translation>%1 需要它</translation></message>
     <message id="no other copy of it is left"><translation>没有剩下其他副本</translation></message>

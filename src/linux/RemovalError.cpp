@@ -26,6 +26,7 @@ constexpr std::array rows = {
     Row{RemovalError::NoTrash, textKey("has no trash on its volume")},
     Row{RemovalError::InTrash, textKey("lies in the trash already")},
     Row{RemovalError::Immutable, textKey("is kept from being changed (chattr +i)")},
+    Row{RemovalError::AppendOnly, textKey("may only be added to (chattr +a)")},
 };
 
 class Category final : public std::error_category {
@@ -54,6 +55,10 @@ public:
 std::error_code make_error_code(RemovalError error) {
     static const Category category;
     return {int(error), category};
+}
+
+bool isKeptByFlag(const std::error_code &error) {
+    return error == RemovalError::Immutable || error == RemovalError::AppendOnly;
 }
 
 } // namespace brightsweep

@@ -17,9 +17,12 @@ enum class RemovalError {
     NoTrash,        ///< its volume has no trash of the user's
     InTrash,        ///< it lies in the trash already
     Immutable,      ///< a flag of its file system keeps it as it is, for an administrator as well
+    AppendOnly,     ///< a flag lets it only grow, for an administrator as well
 };
 
 std::error_code make_error_code(RemovalError error);
+/// True for what a flag of the file system keeps, so that rights do not help against it.
+bool isKeptByFlag(const std::error_code &error);
 
 } // namespace brightsweep
 

@@ -275,7 +275,7 @@ public:
     /// item itself is writable or a link.
     virtual bool isDeletable(const OpenItem &item) = 0;
     /// The error that a removal would meet before anything of the item goes: its refusal, or what
-    /// keeps its name in its folder (RemovalError::Immutable for a flag). Empty when nothing does.
+    /// keeps its name in its folder (isKeptByFlag() for a flag). Empty when nothing does.
     virtual std::error_code checkRemoval(const OpenItem &item) = 0;
     /// The error that a removal would meet at the entries of a block of that directory: what keeps
     /// one of them in it, or from being looked into. Modes that it would open up are no obstacle.

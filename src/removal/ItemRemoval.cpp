@@ -108,7 +108,7 @@ void ItemRemoval::removeInTurn(std::size_t index, const RemovalTarget &target,
         outcome = {false, item.error(), {}, isForWantOfPermission(item.error()), false};
     // What is in use or protected stays so for an administrator too.
     const bool mayHelp = item && !item->refusal && !outcome.removed &&
-                         outcome.error != RemovalError::Immutable &&
+                         !isKeptByFlag(outcome.error) &&
                          outcome.error != std::errc::device_or_resource_busy &&
                          outcome.error != std::errc::operation_canceled;
     if (!mayHelp) {

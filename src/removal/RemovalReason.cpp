@@ -22,6 +22,7 @@ const std::array rows = {
     Row{RemovalError::CrossesVolume, QT_TRID_NOOP("FAILED_VOLUME")},
     Row{RemovalError::ProtectedPlace, QT_TRID_NOOP("FAILED_PROTECTED")},
     Row{RemovalError::Immutable, QT_TRID_NOOP("FAILED_PROTECTED")},
+    Row{RemovalError::AppendOnly, QT_TRID_NOOP("FAILED_PROTECTED")},
     Row{RemovalError::PartOfSystem, QT_TRID_NOOP("part of the system")},
     Row{RemovalError::Changed, QT_TRID_NOOP("FAILED_CHANGED")},
     Row{std::make_error_code(std::errc::permission_denied), QT_TRID_NOOP("FAILED_RIGHTS")},

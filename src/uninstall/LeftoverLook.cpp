@@ -61,7 +61,8 @@ public:
         const auto error = m_files.checkEntries(directory.opened(), block);
         const std::lock_guard lock(m_mutex);
         needsRights = needsRights || isForWantOfPermission(error);
-        isImmutable = isImmutable || error == RemovalError::Immutable;
+        if (isKeptByFlag(error))
+            keptByFlag = error;
         for (const DirectoryEntry &entry : block.entries()) {
             ++count;
             // The time of change is the system's own: it is never older than the file's coming
@@ -81,7 +82,7 @@ public:
     std::uint64_t bytes = 0;
     bool holdsData = false;
     bool needsRights = false;
-    bool isImmutable = false;
+    std::error_code keptByFlag;
 
 private:
     FileOperations &m_files;
@@ -129,7 +130,7 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
     leftover.seen = item->attributes;
     const auto check = files.checkRemoval(*item);
     leftover.needsRights = isForWantOfPermission(check);
-    bool isImmutable = check == RemovalError::Immutable;
+    std::error_code keptByFlag = isKeptByFlag(check) ? check : std::error_code();
     bool holdsData = false;
     const FileIdentity identity{leftover.seen.device, leftover.seen.inode};
     const FileTimes times{leftover.seen.modified, leftover.seen.changed};
@@ -150,14 +151,15 @@ std::optional<Leftover> lookAtLeftover(const RemovalTarget &target, LeftoverKind
             leftover.entries = contents.count;
             holdsData = contents.holdsData;
             leftover.needsRights = leftover.needsRights || contents.needsRights;
-            isImmutable = isImmutable || contents.isImmutable;
+            if (contents.keptByFlag)
+                keptByFlag = contents.keptByFlag;
         }
     } else {
         leftover.bytes = leftover.seen.size;
         noteTimes(look, identity, times, path);
     }
-    if (isImmutable)
-        leftover.refusal = RemovalError::Immutable;
+    if (keptByFlag)
+        leftover.refusal = keptByFlag;
     else if (isBusy || leftover.needsRights)
         leftover.refusal = files.refusalWithRights(*item);
     if (const char *words = dataReason(leftover, holdsData);

@@ -60,11 +60,12 @@ TEST(Removal, EmptiesNoFolderThatAFlagKeeps) {
     TestTree tree;
     tree.file("root/item/below/file");
     tree.file("root/file");
-    for (const char *name : {"item", "file"}) {
+    for (const auto &[name, flag, error] : {std::tuple("item", "i", RemovalError::Immutable),
+                                            std::tuple("file", "a", RemovalError::AppendOnly)}) {
         const auto kept = tree.path("root").append(name).native();
-        ASSERT_EQ(test::runProgram({"/usr/bin/chattr", "+i", kept}).status, 0);
-        EXPECT_EQ(removeItem(targetIn(tree.path("root"), name)), RemovalError::Immutable);
-        EXPECT_EQ(test::runProgram({"/usr/bin/chattr", "-i", kept}).status, 0);
+        ASSERT_EQ(test::runProgram({"/usr/bin/chattr", std::string("+") + flag, kept}).status, 0);
+        EXPECT_EQ(removeItem(targetIn(tree.path("root"), name)), error);
+        EXPECT_EQ(test::runProgram({"/usr/bin/chattr", std::string("-") + flag, kept}).status, 0);
     }
     EXPECT_TRUE(tree.exists("root/item/below/file"));
 }

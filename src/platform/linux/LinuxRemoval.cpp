@@ -56,12 +56,16 @@ public:
 };
 
 // By the flags that chattr(1) sets; an empty name means the folder itself.
-bool isImmutable(int folder, const char *name) {
+std::error_code keptByFlag(int folder, const char *name) {
     struct statx status;
-    return ::statx(folder, name,
-                   AT_EMPTY_PATH | AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC, 0,
-                   &status) == 0 &&
-           (status.stx_attributes & (STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND)) != 0;
+    if (::statx(folder, name,
+                AT_EMPTY_PATH | AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC, 0,
+                &status) != 0)
+        return {};
+    if (status.stx_attributes & STATX_ATTR_IMMUTABLE)
+        return RemovalError::Immutable;
+    return status.stx_attributes & STATX_ATTR_APPEND ? make_error_code(RemovalError::AppendOnly)
+                                                     : std::error_code();
 }
 
 const LinuxHoldingFolder &linuxFolder(const OpenItem &item) {
@@ -261,15 +265,16 @@ private:
     std::vector<Level> m_levels;
 };
 
-bool isImmutable(const OpenItem &item) {
+std::error_code keptByFlag(const OpenItem &item) {
     const int folder = linuxFolder(item).descriptor();
-    return isImmutable(folder, "") || isImmutable(folder, item.name.c_str());
+    const auto error = keptByFlag(folder, "");
+    return error ? error : keptByFlag(folder, item.name.c_str());
 }
 
 // Why a name may not be taken out of its folder, by flags, the folder's rights and its sticky rule.
 std::error_code keptInFolder(const OpenItem &item) {
-    if (isImmutable(item))
-        return RemovalError::Immutable;
+    if (const auto error = keptByFlag(item))
+        return error;
     const int descriptor = linuxFolder(item).descriptor();
     struct stat folder;
     if (::fstat(descriptor, &folder) != 0 ||
@@ -386,12 +391,13 @@ std::error_code LinuxFileOperations::checkRemoval(const OpenItem &item) {
 std::error_code LinuxFileOperations::checkEntries(const OpenDirectory &directory,
                                                   const DirectoryBlock &block) {
     const int descriptor = directory.descriptor.get();
-    const auto isKept = [&](const DirectoryEntry &entry) {
-        return isImmutable(descriptor, entry.name);
-    };
+    if (const auto error = keptByFlag(descriptor, ""))
+        return error;
     const auto entries = block.entries();
-    if (isImmutable(descriptor, "") || std::any_of(entries.begin(), entries.end(), isKept))
-        return RemovalError::Immutable;
+    for (const DirectoryEntry &entry : entries) {
+        if (const auto error = keptByFlag(descriptor, entry.name))
+            return error;
+    }
     const uid_t user = ::geteuid();
     if (user == 0 || entries.empty())
         return {};
@@ -436,9 +442,9 @@ std::error_code LinuxFileOperations::removeItem(const OpenItem &item,
         if (::unlinkat(linuxFolder(item).descriptor(), item.name.c_str(), 0) == 0)
             return {};
         const auto error = lastError();
-        return error == std::errc::operation_not_permitted && isImmutable(item)
-                   ? make_error_code(RemovalError::Immutable)
-                   : error;
+        const auto kept =
+            error == std::errc::operation_not_permitted ? keptByFlag(item) : std::error_code();
+        return kept ? kept : error;
     }
     // What may not leave its folder is not emptied either.
     if (const auto error = keptInFolder(item))
