@@ -1,5 +1,7 @@
 #include "uninstall/LeftoverRules.h"
 
+#include "foundation/LowerCase.h"
+#include "linux/DesktopFolders.h"
 #include "results/FileClasses.h"
 
 #include <algorithm>
@@ -15,20 +17,13 @@ constexpr std::int32_t firstMadeClass = 1;
 constexpr std::int32_t lastMadeClass = 5;
 
 // clang-format off
-// Folders and files that many programs write to, or that the desktop or a shell owns.
+// Folders and files that many programs write to, or that tools and shells own.
 constexpr std::string_view sharedFolders[] = {
-    "app-info", "applications", "autostart", "aws", "azure", "baloo", "baloofile", "cargo",
-    "containers", "dbus", "dbus-1", "dconf", "desktop-directories", "dmrc", "docker", "enchant",
-    "environment", "evolution", "face", "fcitx", "fcitx5", "flatpak", "folks", "fontconfig", "fonts", "gconf", "gegl-0.4", "gem", "gnome", "gnome-shell", "gnupg", "goa-1.0",
-    "gpg", "gradle", "gstreamer-1.0", "gtk", "gtk-2.0", "gtk-3.0", "gtk-4.0", "gvfs",
-    "gvfs-metadata", "ibus", "icc", "icons", "kde", "kde.org", "kde4", "kdedefaults", "kdeglobals",
-    "keyring", "keyrings", "kglobalshortcuts", "ksycoca", "khotkeys", "kscreenlocker", "ksmserver", "kube",
-    "kwallet", "kwin", "kxkb", "maven",
-    "menus", "mesa_shader_cache", "mime", "mimeapps", "monitors", "mozilla", "netrc", "nautilus", "npm", "password-store", "pip",
-    "pki", "plasma", "pulse", "qt", "qtproject", "recently-used", "rustup", "session", "snap", "sounds", "ssh",
-    "systemd", "templates", "themes", "thumbnails", "tracker", "tracker3", "trash", "trolltech", "user-dirs",
-    "user-places", "wayland", "wget", "xauthority", "xdefaults", "xdg-desktop-portal", "xfce4",
-    "xinit", "xmodmap", "xorg", "xprofile", "xresources", "xsession",
+    "aws", "azure", "cargo", "dmrc", "docker", "enchant", "environment", "face", "fcitx",
+    "fcitx5", "gegl-0.4", "gem", "gpg", "gradle", "kube", "maven", "mesa_shader_cache",
+    "mozilla", "netrc", "npm", "password-store", "pip", "pki", "qt", "qtproject", "rustup",
+    "ssh", "trolltech", "wget", "xauthority", "xdefaults", "xinit", "xmodmap", "xorg",
+    "xprofile", "xresources", "xsession",
 };
 // Shells, whose files in the home begin with their names.
 constexpr std::string_view shells[] = {
@@ -86,13 +81,6 @@ constexpr std::string_view dataEndings[] = {
     ".glb", ".gltf", ".iges", ".igs", ".kicad_pcb", ".kicad_sch", ".obj", ".ply", ".scad", ".skp",
     ".sldprt", ".step", ".stl", ".stp", ".usdz"};
 
-std::string lower(std::string_view text) {
-    std::string result(text);
-    for (char &letter : result)
-        letter = letter >= 'A' && letter <= 'Z' ? char(letter - 'A' + 'a') : letter;
-    return result;
-}
-
 template <std::size_t Size>
 bool holds(const std::string_view (&table)[Size], std::string_view name) {
     return std::find(std::begin(table), std::end(table), name) != std::end(table);
@@ -117,7 +105,7 @@ bool isReverseDns(std::string_view id) {
 
 // With what may stand behind such a name as well: "mimeapps.list", "bashrc", "zsh_history".
 bool isCommonName(std::string_view name) {
-    const std::string key = lower(name);
+    const std::string key = lowerCase(name);
     const auto begins = [&](std::string_view beginning) { return key.starts_with(beginning); };
     const auto isOfShell = [&](std::string_view shell) {
         return begins(shell) &&
@@ -133,8 +121,8 @@ bool isCommonName(std::string_view name) {
     if (withoutRc.ends_with("rc"))
         withoutRc.remove_suffix(2);
     const auto isListed = [](std::string_view word) {
-        return holds(sharedFolders, word) || holds(runners, word) || holds(commonWords, word) ||
-               holds(shells, word);
+        return isDesktopFolder(word) || holds(sharedFolders, word) || holds(runners, word) ||
+               holds(commonWords, word) || holds(shells, word);
     };
     return isListed(key) || isListed(plain) || isListed(withoutRc);
 }
@@ -150,7 +138,7 @@ bool isTickedForBundle(std::string_view entry, std::string_view id) {
 }
 
 bool isDataName(std::string_view name) {
-    const std::string key = lower(name);
+    const std::string key = lowerCase(name);
     const auto ends = [&](std::string_view ending) { return key.ends_with(ending); };
     if (holds(dataNames, key) || std::any_of(std::begin(dataEndings), std::end(dataEndings), ends))
         return true;
@@ -180,14 +168,14 @@ LeftoverNames LeftoverNames::of(const ApplicationNames &application) {
     const auto addName = [&](std::string_view name) {
         if (name.size() >= shortestName && name.front() != '.' && name.find('/') == name.npos &&
             !LeftoverRules::isCommonName(name))
-            names.m_names.insert(lower(name));
+            names.m_names.insert(lowerCase(name));
     };
     addName(application.package);
     for (const std::string &program : application.programs)
         addName(withoutFolders(program));
     for (const std::string &id : application.desktopIds) {
         if (LeftoverRules::isReverseDns(id)) {
-            names.m_ids.insert(lower(id));
+            names.m_ids.insert(lowerCase(id));
             addName(lastPart(id));
         } else {
             addName(id);
@@ -199,7 +187,7 @@ LeftoverNames LeftoverNames::of(const ApplicationNames &application) {
 LeftoverNames LeftoverNames::claimedBy(std::span<const std::string> names) {
     LeftoverNames claimed;
     for (const std::string &given : names) {
-        const std::string name = lower(withoutFolders(given));
+        const std::string name = lowerCase(withoutFolders(given));
         if (name.empty())
             continue;
         if (!LeftoverRules::isReverseDns(name)) {
@@ -214,7 +202,7 @@ LeftoverNames LeftoverNames::claimedBy(std::span<const std::string> names) {
 }
 
 bool LeftoverNames::matches(LeftoverPlace place, std::string_view entry) const {
-    std::string key = lower(entry);
+    std::string key = lowerCase(entry);
     if (place == LeftoverPlace::Home)
         return key.starts_with('.') && m_names.contains(std::string_view(key).substr(1));
     const auto has = [&](std::string_view name) {

@@ -2,6 +2,7 @@
 
 #include "foundation/FileDescriptor.h"
 #include "foundation/Identity.h"
+#include "foundation/LowerCase.h"
 #include "foundation/Paths.h"
 #include "platform/linux/ApplicationEntries.h"
 #include "platform/linux/GivesMemoryBack.h"
@@ -37,10 +38,7 @@ struct NameAndVersion {
 // point in it; what follows is the machine.
 NameAndVersion readName(std::string_view file) {
     constexpr std::string_view ending = ".appimage";
-    std::string lower(file);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 32) : c; });
-    if (lower.ends_with(ending) && lower.size() > ending.size())
+    if (file.size() > ending.size() && lowerCase(file).ends_with(ending))
         file.remove_suffix(ending.size());
     NameAndVersion read{std::string(file), {}};
     for (auto i = file.find_first_of("-_ "); i != file.npos; i = file.find_first_of("-_ ", i + 1)) {
