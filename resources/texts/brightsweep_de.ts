@@ -564,6 +564,7 @@
     <message id="the mount table cannot be read"><translation>die Einhängetabelle ist nicht lesbar</translation></message>
     <message id="the snap is not installed"><translation>das Snap ist nicht installiert</translation></message>
     <message id="the system cannot do without it"><translation>das System braucht es</translation></message>
+    <message id="used by %1"><translation>benutzt von %1</translation></message>
     <message id="what an application wrote that was removed"><translation>was ein Programm geschrieben hat, das entfernt wurde</translation></message>
     <message id="without it the system's own entry would start; hide it instead"><translation>ohne ihn würde der Eintrag des Systems starten; blenden Sie ihn stattdessen aus</translation></message>
     <message id="不是数字"><translation>Das ist keine Zahl.</translation></message>

@@ -564,6 +564,7 @@
     <message id="the mount table cannot be read"><translation>the mount table cannot be read</translation></message>
     <message id="the snap is not installed"><translation>the snap is not installed</translation></message>
     <message id="the system cannot do without it"><translation>the system cannot do without it</translation></message>
+    <message id="used by %1"><translation>used by %1</translation></message>
     <message id="what an application wrote that was removed"><translation>what an application wrote that was removed</translation></message>
     <message id="without it the system's own entry would start; hide it instead"><translation>without it the system's own entry would start; hide it instead</translation></message>
     <message id="不是数字"><translation>This is not a number.</translation></message>

@@ -564,6 +564,7 @@
     <message id="the mount table cannot be read"><translation>无法读取挂载表</translation></message>
     <message id="the snap is not installed"><translation>该 snap 未安装</translation></message>
     <message id="the system cannot do without it"><translation>系统离不开它</translation></message>
+    <message id="used by %1"><translation>被 %1 使用</translation></message>
     <message id="what an application wrote that was removed"><translation>已移除的应用程序所写入的内容</translation></message>
     <message id="without it the system's own entry would start; hide it instead"><translation>没有它，系统自带的项目就会启动；请改为隐藏它</translation></message>
     <message id="不是数字"><translation>不是数字。</translation></message>

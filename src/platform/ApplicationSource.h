@@ -38,6 +38,8 @@ struct InstalledApplication {
     std::optional<std::uint64_t> bytes;
     bool partOfSystem = false;
     std::string systemReason; ///< with `partOfSystem`: why, in English
+    /// A file by which something else starts it or leads into it, so that it may not go; or empty.
+    std::filesystem::path usedBy;
 
     /// The id of the main entry; empty where no entry names it.
     std::string desktopId() const { return ids.empty() ? std::string() : ids.front(); }

@@ -66,6 +66,7 @@ constexpr std::array reasons = {
                  "remove it with \"dpkg --remove --force-remove-reinstreq\" and its name."),
     QT_TRID_NOOP("Another program is using it. Wait until that has ended, and try again."),
     QT_TRID_NOOP("needed by %1"),
+    QT_TRID_NOOP("used by %1"),
     QT_TRID_NOOP("the Flatpak is not installed"),
     QT_TRID_NOOP("the snap is not installed"),
     QT_TRID_NOOP("what an application wrote that was removed"),

@@ -96,9 +96,8 @@ TEST_F(OwnFiles, FoldersAreOnlyThoseThatNobodyElseUses) {
         {".config/systemd/user/1.service", "ExecStart=/usr/bin/y " + data + "/By1/conf\n"},
         {".config/systemd/user/2.service", "ExecStart=sh -c 'cd ~/.local/share/By2 && y'\n"},
         {".local/share/systemd/user/a.service.d/3.conf", "WorkingDirectory=%h/.local/share/By3\n"},
-        {".config/autostart/4.desktop",
-         "[Desktop Entry]\nExec=sh -c \"cd $HOME/.local/share/By4 && ./run\"\n"},
-        {"Desktop/5.desktop", "[Desktop Entry]\nExec=" + data + "/By5/tool\n"},
+        {"bin/4", "#!/bin/sh\nD=\"$HOME/.local/share\"; exec ${D}/By4/run\n"},
+        {"bin/5", "#!/bin/sh\nexec ~/data/By5/run\n"},
         {".local/bin/6", "#!/bin/sh\nexec \"${XDG_DATA_HOME}\"/By6/run \"$@\"\n"},
         {"bin/7", "#!/bin/sh\ncd ~/.local; exec share/By7/run\n"},
         {".profile", "PATH=$PATH:~/.local/share/By8\n"},
@@ -115,7 +114,8 @@ TEST_F(OwnFiles, FoldersAreOnlyThoseThatNobodyElseUses) {
         home.link(std::string(place) + "/a link", data + "/LinkedFrom" + place);
     }
     add(".local/share/Plugged/plugged", "Plugged");
-    home.link(".config/other/plug", "../../.local/share/Plugged/plugins");
+    home.link(".config/other/a/b/plug", "../../../../.local/share/Plugged/plugins");
+    home.link("data", data);
     home.link(".local/share/Alone/own", data + "/Alone/plugins");
     add(".local/share/BrightSweep/run", "ours");
     add(".local/share/LIB/run", "standard");
@@ -137,8 +137,8 @@ TEST_F(OwnFiles, FoldersAreOnlyThoseThatNobodyElseUses) {
     entry("image", image(".local/opt/Tools/foo.AppImage").native());
     add("Applications/Suite/run", "Suite");
     home.file("Applications/Suite/Photo.app/Contents/Info.plist");
-    add(".local/opt/Parts/run", "Parts");
-    entry("part", program(".local/opt/Parts/part", home).native(), "NoDisplay=true\n");
+
+    entry("image-2", program(".local/opt/Tools/tool", home).native());
     add(".local/opt/Owned/run", "Owned");
     home.file(".local/opt/Owned/data");
     // A package's.
@@ -157,6 +157,46 @@ TEST_F(OwnFiles, FoldersAreOnlyThoseThatNobodyElseUses) {
     EXPECT_EQ(editor.name, "Editor Name");
     EXPECT_THAT(editor.ids, testing::ElementsAre("Editor", "Editor-2"));
     EXPECT_EQ(editor.programs.size(), 1u);
+}
+
+TEST_F(OwnFiles, FoldersOfProgramsThatOthersUseStayWithTheReason) {
+    add("opt/Free/bin/free", "Free");
+    entry("second", program("opt/Free/run.sh", home).native());
+    entry("third", program("bin/free-wrapper", home).native(),
+          "Path=" + home.path("opt/Free").native() + "\n");
+    home.file("bin/free-wrapper", "#!/bin/sh\ncd ~/opt/Free; exec ~/opt/Free/bin/free\n");
+    home.link(".local/bin/tool", "../../opt/Free/tools/tool");
+    home.link(".local/share/icons/tool.png", "../../../opt/Free/tool.png");
+    home.file(".profile", "[ -d ~/opt/Free/bin ] && PATH=~/opt/Free/bin:$PATH\n");
+    home.file(".mozilla/native-messaging-hosts/org.free.host.json",
+              "{\"path\": \"" + home.path("opt/Free/host").native() + "\"}");
+    home.file("bin/other", "#!/bin/sh\nexec /opt/Free/run ~/opt/Freedom/run\n");
+    const std::pair<const char *, const char *> users[] = {
+        {".config/systemd/user/1.service", "ExecStart=%h/opt/Used1/run\n"},
+        {"bin/2", "#!/bin/sh\nexec ~/opt/Used2/run\n"},
+        {".config/chromium/NativeMessagingHosts/3.json", "{\"path\":\"/home/u/opt/Used3/host\"}"},
+        {".xsessionrc", "~/opt/Used4/run &\n"},
+        {".local/share/applications/5.desktop", "[Desktop Entry]\nExec=z ~/opt/Used5/x\n"},
+        {".config/other/a/plug", nullptr},
+        {".config/systemd/user/default.target.wants/7.service", nullptr}};
+    int number = 0;
+    for (const auto &[file, text] : users) {
+        const std::string folder = "opt/Used" + std::to_string(++number);
+        add(folder + "/run", folder.substr(4));
+        if (text)
+            home.file(file, text);
+        else
+            home.link(file, home.path(folder + "/missing/x"));
+    }
+    const auto found = listed<FolderSource>();
+    EXPECT_EQ(found.size(), std::size(users) + 1);
+    EXPECT_EQ(found.at("Free").usedBy, "");
+    EXPECT_EQ(found.at("Free").ids.size(), 2u);
+    for (; number > 0; --number)
+        EXPECT_EQ(found.at("Used" + std::to_string(number)).usedBy,
+                  home.path(users[number - 1].first));
+    FolderSource source({});
+    EXPECT_EQ(source.plan(found.at("Used1")).blocker, Blocker::Unsupported);
 }
 
 } // namespace

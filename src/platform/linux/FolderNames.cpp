@@ -2,6 +2,7 @@
 
 #include "foundation/Identity.h"
 #include "platform/linux/ApplicationEntries.h"
+#include "platform/linux/DesktopEntries.h"
 #include "platform/linux/OwnPlaces.h"
 
 #include <algorithm>
@@ -44,6 +45,16 @@ std::string escaped(const std::string &name) {
     return text;
 }
 
+// Without what may stand between a folder's name and that of what lies in it: slashes, a variable's
+// end, a closing quote.
+std::string_view withoutEnd(std::string_view text) {
+    while (text.ends_with('/') || text.ends_with("/."))
+        text.remove_suffix(1);
+    while (text.ends_with('}') || text.ends_with('"') || text.ends_with('\''))
+        text.remove_suffix(1);
+    return text;
+}
+
 // True for the beginning of a way that goes from the home, but from another place that is written
 // with that: "$HOME2/", "/x$HOME/".
 bool leadsElsewhere(std::string_view text) {
@@ -69,6 +80,7 @@ FolderNames::FolderNames(std::vector<std::filesystem::path> folders)
         const auto parent = m_folders[i].parent_path();
         auto &parents = m_parents.emplace_back();
         parents.push_back(parent.filename().native());
+        m_isInRoot.push_back(parent == realPath(systemPath("/" + parent.filename().native())));
         if (parent == realData) {
             parents.push_back(dataFolder.filename().native());
             parents.insert(parents.end(), dataNames.begin(), dataNames.end());
@@ -81,19 +93,43 @@ FolderNames::FolderNames(std::vector<std::filesystem::path> folders)
     }
 }
 
+void FolderNames::addAlias(const std::string &name, const std::filesystem::path &parent) {
+    for (std::size_t i = 0; i < m_folders.size(); ++i) {
+        if (m_folders[i].parent_path() == parent)
+            m_parents[i].push_back(name);
+    }
+}
+
 bool FolderNames::isBehindParent(std::string_view text, std::size_t folder) const {
-    while (text.ends_with('/') || text.ends_with("/."))
-        text.remove_suffix(1);
-    // A variable's end, a closing quote.
-    while (text.ends_with('}') || text.ends_with('"') || text.ends_with('\''))
-        text.remove_suffix(1);
+    text = withoutEnd(text);
     const auto &parents = m_parents[folder];
     return std::any_of(parents.begin(), parents.end(), [&](const std::string &parent) {
         if (!text.ends_with(parent))
             return false;
         const auto before = text.substr(0, text.size() - parent.size());
-        return (before.empty() || !isNameCharacter(before.back())) && !leadsElsewhere(before);
+        // "/opt" is another one than "~/opt".
+        const bool isInRoot =
+            before.ends_with('/') &&
+            (before.size() == 1 || wordBeginnings.find(before.end()[-2]) != wordBeginnings.npos);
+        return (before.empty() || !isNameCharacter(before.back())) &&
+               (!isInRoot || m_isInRoot[folder]) && !leadsElsewhere(before);
     });
+}
+
+// "D=~/.local/share; cd $D/".
+bool FolderNames::isBehindVariable(std::string_view text, std::size_t folder) const {
+    const auto word = withoutEnd(text);
+    const auto begin = std::find_if_not(word.rbegin(), word.rend(), isVariableCharacter).base();
+    const std::string_view name = word.substr(std::size_t(begin - word.begin()));
+    const auto before = word.substr(0, word.size() - name.size());
+    if (name.empty() || !(before.ends_with('$') || before.ends_with("${")))
+        return false;
+    const std::string assignment = std::string(name) + '=';
+    const auto at = before.rfind(assignment);
+    if (at == before.npos || (at > 0 && isNameCharacter(before[at - 1])))
+        return false;
+    const auto value = before.substr(0, before.find_first_of(" \t\n;&", at));
+    return value.size() > at + assignment.size() && isBehindParent(value, folder);
 }
 
 void FolderNames::find(std::string_view text, const Told &told) const {
@@ -108,7 +144,8 @@ void FolderNames::find(std::string_view text, const Told &told) const {
             const auto behind = rest.substr(std::min(written.name.size(), rest.size()));
             if (rest.starts_with(written.name) &&
                 (behind.empty() || !isNameCharacter(behind.front())) &&
-                isBehindParent(text.substr(0, at + 1), written.folder))
+                (isBehindParent(text.substr(0, at + 1), written.folder) ||
+                 isBehindVariable(text.substr(0, at + 1), written.folder)))
                 told(written.folder, behind);
         }
     }

@@ -17,11 +17,14 @@ public:
 
     explicit FolderNames(std::vector<std::filesystem::path> folders);
 
+    /// Before the first find(): another name for a folder where some of these lie.
+    void addAlias(const std::string &name, const std::filesystem::path &parent);
+
     const std::vector<std::filesystem::path> &folders() const { return m_folders; }
 
     /// Tells of each place where the text names a folder or what lies in it, however it writes the
-    /// way there ("~", "$HOME", a specifier of systemd, from the folder above). Says yes rather
-    /// than no. One pass over the text, however many folders there are.
+    /// way there ("~", "$HOME", a specifier of systemd, from the folder above, a variable that it
+    /// sets). Says yes rather than no. One pass over the text, however many folders there are.
     void find(std::string_view text, const Told &told) const;
 
 private:
@@ -31,9 +34,11 @@ private:
     };
 
     bool isBehindParent(std::string_view text, std::size_t folder) const;
+    bool isBehindVariable(std::string_view text, std::size_t folder) const;
 
     std::vector<std::filesystem::path> m_folders;
     std::vector<std::vector<std::string>> m_parents; ///< of each folder, what it may be written in
+    std::vector<bool> m_isInRoot; ///< of each folder, whether its parent lies in the root
     std::map<std::string, std::vector<Written>, std::less<>> m_byBeginning;
 };
 

@@ -1,8 +1,10 @@
 #include "platform/linux/FolderSource.h"
 
 #include "foundation/Identity.h"
+#include "foundation/LowerCase.h"
 #include "foundation/PathBytes.h"
 #include "foundation/Paths.h"
+#include "linux/DesktopFolders.h"
 #include "platform/linux/AppImageSource.h"
 #include "platform/linux/ApplicationEntries.h"
 #include "platform/linux/FolderNames.h"
@@ -23,27 +25,22 @@ namespace {
 using std::filesystem::path;
 
 // Folders that have a meaning where they lie, and so are no application's; in lower case.
-constexpr std::array<std::string_view, 36> standardNames = {
-    "trash",         "applications", "backgrounds", "bin",     "desktop-directories",
-    "doc",           "etc",          "flatpak",     "fonts",   "games",
-    "gvfs-metadata", "icons",        "include",     "info",    "keyrings",
-    "lib",           "lib32",        "lib64",       "libexec", "libx32",
-    "local",         "man",          "menus",       "mime",    "pixmaps",
-    "sbin",          "share",        "snap",        "sounds",  "src",
-    "systemd",       "tmp",          "themes",      "var",     "vulkan",
-    "wine"};
-
-std::string lower(std::string name) {
-    for (char &letter : name)
-        letter = letter >= 'A' && letter <= 'Z' ? char(letter - 'A' + 'a') : letter;
-    return name;
-}
+constexpr std::array<std::string_view, 22> systemNames = {
+    "applications", "bin",   "doc",   "etc",     "flatpak", "games", "include", "info",
+    "lib",          "lib32", "lib64", "libexec", "libx32",  "local", "man",     "sbin",
+    "share",        "snap",  "src",   "tmp",     "trash",   "var"};
+// And among data, besides those of desktops.
+constexpr std::array<std::string_view, 4> dataNames = {"dolphin", "pixmaps", "vulkan", "wine"};
 
 // This program's own data is nobody's application either.
-bool isNobodys(const std::string &lowerName) {
-    return std::find(standardNames.begin(), standardNames.end(), lowerName) !=
-               standardNames.end() ||
-           lowerName == lower(supportFolderName);
+bool isNobodys(const std::string &name, bool isInDataFolder) {
+    const std::string lower = lowerCase(name);
+    const auto isOneOf = [&](const auto &names) {
+        return std::find(names.begin(), names.end(), lower) != names.end();
+    };
+    return isOneOf(systemNames) ||
+           (isInDataFolder && (isDesktopFolder(lower) || isOneOf(dataNames) ||
+                               lower == lowerCase(supportFolderName)));
 }
 
 struct Root {
@@ -83,7 +80,8 @@ std::optional<std::pair<path, bool>> folderOf(const path &program, const std::ve
             return {};
         const path folder = program.native().substr(0, end);
         const std::string name = folder.filename().native();
-        if (name.starts_with('.') || folder.extension() == ".app" || isNobodys(lower(name)))
+        if (name.starts_with('.') || folder.extension() == ".app" ||
+            isNobodys(name, root.isDataFolder))
             return {};
         const path place = program.parent_path();
         if (root.isDataFolder && place != folder && place != folder / "bin")
@@ -99,12 +97,13 @@ bool isProgramOf(const Candidate &candidate, const path &file) {
 }
 
 // True where its entries start programs of different subfolders: it is a place where several
-// applications lie.
+// applications lie. A wrapper may lie above the programs of one.
 bool holdsSeveral(const path &folder, const Candidate &candidate) {
     std::set<std::string> subfolders;
     for (const NamedEntry &entry : candidate.entries) {
         const path way = path(entry.program).lexically_relative(folder);
-        subfolders.insert(way.has_parent_path() ? way.begin()->native() : std::string());
+        const bool isOfWhole = !way.has_parent_path() || *way.begin() == "bin";
+        subfolders.insert(isOfWhole ? std::string() : way.begin()->native());
     }
     return subfolders.size() > 1;
 }
@@ -124,13 +123,20 @@ entriesNaming(const std::vector<path> &folders, const std::vector<DesktopEntryFi
     return naming;
 }
 
-// True where an entry that is none of its own starts something else in the folder.
-bool startsOthers(const Candidate &candidate, const std::vector<const DesktopEntryFile *> &naming) {
-    return std::any_of(naming.begin(), naming.end(), [&](const DesktopEntryFile *file) {
-        const auto isOwn = [&](const NamedEntry &own) { return own.entry == &file->entry; };
-        return std::none_of(candidate.entries.begin(), candidate.entries.end(), isOwn) &&
-               !isProgramOf(candidate, realPath(file->program));
-    });
+// The first entry that is none of its own and starts something else by the folder.
+path entryUsing(const path &folder, const Candidate &candidate, const FolderUsers &users,
+                const std::vector<const DesktopEntryFile *> &naming) {
+    const auto isProgram = [&](const path &program) { return isProgramOf(candidate, program); };
+    for (const DesktopEntryFile *file : naming) {
+        const auto isIt = [&](const NamedEntry &own) { return own.entry == &file->entry; };
+        const path program = realPath(file->program);
+        if (std::any_of(candidate.entries.begin(), candidate.entries.end(), isIt) ||
+            isProgram(program) || users.isLauncher(program, folder, isProgram) ||
+            (!candidate.isInDataFolder && FolderUsers::isNamedAfter(file->id, folder)))
+            continue;
+        return file->path;
+    }
+    return {};
 }
 
 // True where an application bundle lies in the folder: it is listed, and goes, by itself.
@@ -147,16 +153,12 @@ bool holdsBundle(const path &folder) {
     return false;
 }
 
-// True where something besides its own entries uses a folder among others' data.
-bool isUsedByOthers(const path &folder, const Candidate &candidate, const FolderUsers &users) {
-    const std::string inside = folder.native() + "/";
-    if (users.anyUses(folder, [&](const path &program) { return isProgramOf(candidate, program); }))
-        return true;
-    // A program of that name elsewhere: it is the folder of that one's data.
+// True where a program of that name lies elsewhere: it is the folder of that one's data.
+bool hasNamesake(const path &folder) {
     const std::string name = folder.filename().native();
-    for (const std::string &called : {name, lower(name)}) {
+    for (const std::string &called : {name, lowerCase(name)}) {
         const path program = realPath(findProgram(called));
-        if (!program.empty() && !program.native().starts_with(inside))
+        if (!program.empty() && !paths::isSameOrBelow(program.native(), folder.native()))
             return true;
     }
     return false;
@@ -202,24 +204,31 @@ Result<std::vector<InstalledApplication>> FolderSource::applications() {
         }
     }
     const auto packaged = owned(asked);
-    std::vector<InstalledApplication> found;
-    std::vector<path> folders, dataFolders;
-    for (const auto &[folder, candidate] : candidates) {
-        folders.push_back(folder);
-        if (candidate.isInDataFolder)
-            dataFolders.push_back(folder);
-    }
-    const auto naming = entriesNaming(folders, entries);
-    std::optional<FolderUsers> users; // read where it is asked for
-    for (auto own = naming.begin(); const auto &[folder, candidate] : candidates) {
-        const auto &named = *own++;
+    std::erase_if(candidates, [&](const auto &each) {
+        const auto &[folder, candidate] = each;
         const auto range = owners.equal_range(folder);
-        if (std::any_of(range.first, range.second,
-                        [&](const auto &owner) { return packaged.contains(owner.second); }) ||
-            shared.contains(folder) || holdsSeveral(folder, candidate) ||
-            startsOthers(candidate, named) || holdsBundle(folder) ||
-            (candidate.isInDataFolder &&
-             isUsedByOthers(folder, candidate, users ? *users : users.emplace(dataFolders))))
+        return std::any_of(range.first, range.second,
+                           [&](const auto &own) { return packaged.contains(own.second); }) ||
+               shared.contains(folder) || holdsSeveral(folder, candidate) || holdsBundle(folder);
+    });
+    std::vector<InstalledApplication> found;
+    if (candidates.empty())
+        return found;
+    std::vector<path> folders;
+    for (const auto &[folder, candidate] : candidates)
+        folders.push_back(folder);
+    const FolderUsers users(folders);
+    const auto naming = entriesNaming(folders, entries);
+    for (auto named = naming.begin(); const auto &[folder, candidate] : candidates) {
+        path user = entryUsing(folder, candidate, users, *named++);
+        if (user.empty())
+            user = users.userOf(
+                folder,
+                candidate.isInDataFolder ? FolderUsers::Standing::Data
+                                         : FolderUsers::Standing::Programs,
+                [&own = candidate](const path &program) { return isProgramOf(own, program); });
+        // Among data it is taken for another program's, otherwise listed with the reason.
+        if (candidate.isInDataFolder && (!user.empty() || hasNamesake(folder)))
             continue;
         InstalledApplication application;
         application.kind = ApplicationKind::Folder;
@@ -228,6 +237,7 @@ Result<std::vector<InstalledApplication>> FolderSource::applications() {
         application.name = folder.filename().native();
         application.path = folder;
         application.installed = madeAt(folder);
+        application.usedBy = std::move(user);
         describeByEntries(application, candidate.entries, application.name);
         found.push_back(std::move(application));
     }

@@ -6,40 +6,60 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace brightsweep {
 
-/// What in the user's home starts programs or leads somewhere: links, units, entries and scripts of
-/// the usual folders, as they were when this was made. Constant then; any thread.
+/// What in the user's home, and among the units and commands of this machine, starts programs or
+/// leads somewhere: links, units, entries, browsers' manifests and scripts of the usual folders, as
+/// they were when this was made. Constant then; any thread.
 class FolderUsers {
 public:
     using IsOwn = std::function<bool(const std::filesystem::path &program)>;
+    /// A folder of programs is reached by links among the commands and by a shell's PATH, and
+    /// stands for its own launchers; one among other programs' data may be any of those's.
+    enum class Standing { Programs, Data };
 
-    /// Reads the disk for what uses one of these folders.
+    /// Reads the disk for what uses one of these folders, paths without links.
     explicit FolderUsers(std::vector<std::filesystem::path> folders);
 
-    /// True where something leads into one of the folders or names it, but for links to, entries of
-    /// and a script of its name that only starts what is the folder's own program.
-    bool anyUses(const std::filesystem::path &folder, const IsOwn &isOwn) const;
+    /// A file by which something else uses the folder, one of those of the beginning: it leads into
+    /// it or names it, and neither starts nor stands for what is the folder's own. Empty where
+    /// nothing does.
+    std::filesystem::path userOf(const std::filesystem::path &folder, Standing standing,
+                                 const IsOwn &isOwn) const;
+    /// True for a script that is called as the folder and starts what is its own.
+    bool isLauncher(const std::filesystem::path &program, const std::filesystem::path &folder,
+                    const IsOwn &isOwn) const;
+    /// True where the words of a file's name are the folder's name or hold it: "x-wrapper.desktop",
+    /// "org.x.host.json".
+    static bool isNamedAfter(const std::filesystem::path &file,
+                             const std::filesystem::path &folder);
 
 private:
+    struct Place;
     struct Use {
-        std::size_t folder;
         std::filesystem::path file;
-        std::filesystem::path program; ///< that is started by it; none for what does more
+        std::filesystem::path reached; ///< in or by the folder; none for what does more
+        bool isNamedAfter = false;     ///< the file, or the folder that it belongs to
+        bool isPersonal = false;       ///< how a person gets at programs, no program itself
+        bool isScript = false;
     };
 
-    void readFolder(const std::filesystem::path &folder, bool holdsScripts, int depth);
+    void nameAliases();
+    void readFolder(const Place &place, const std::filesystem::path &folder, int depth);
     void readLinksOfFolders(const std::filesystem::path &parent);
-    bool readLink(const std::filesystem::path &target);
-    void readText(const std::filesystem::path &file, bool isScriptOnly);
+    void readLinksBelow(const std::filesystem::path &owner);
+    bool readLink(const std::filesystem::path &link, const std::filesystem::path &owner,
+                  bool isPersonal);
+    void addTarget(Use use, const std::filesystem::path &owner);
+    void readText(const std::filesystem::path &file, bool isScriptOnly, bool isPersonal);
     std::filesystem::path startedBy(const std::filesystem::path &file, std::size_t folder,
                                     std::string_view behind) const;
 
     FolderNames m_names;
-    std::vector<std::filesystem::path> m_targets; ///< of links, without further links
-    std::vector<Use> m_uses;
+    std::unordered_map<std::string, std::vector<Use>> m_uses; ///< by folder
 };
 
 } // namespace brightsweep

@@ -65,6 +65,10 @@ std::vector<std::filesystem::path> OwnFilesSource::watched() const {
 RemovalPlan OwnFilesSource::plan(const InstalledApplication &application) {
     RemovalPlan plan;
     plan.application = application;
+    if (!application.usedBy.empty()) {
+        plan.blocker = Blocker::Unsupported;
+        plan.reason = "used by " + application.usedBy.native();
+    }
     return plan;
 }
 
