@@ -540,6 +540,7 @@
     <message id="is the kernel that is running"><translation>ist der laufende Kernel</translation></message>
     <message id="its file system cannot share blocks"><translation>sein Dateisystem kann keine Blöcke teilen</translation></message>
     <message id="its file system refuses to share its blocks"><translation>sein Dateisystem lehnt das Teilen der Blöcke ab</translation></message>
+    <message id="its program lies in what is kept"><translation>sein Programm liegt in dem, was bleibt</translation></message>
     <message id="its volume can only be read"><translation>sein Datenträger lässt sich nur lesen</translation></message>
     <message id="lies behind a link"><translation>liegt hinter einer Verknüpfung</translation></message>
     <message id="lies in the trash already"><translation>liegt schon im Papierkorb</translation></message>
@@ -564,6 +565,7 @@
     <message id="the mount table cannot be read"><translation>die Einhängetabelle ist nicht lesbar</translation></message>
     <message id="the snap is not installed"><translation>das Snap ist nicht installiert</translation></message>
     <message id="the system cannot do without it"><translation>das System braucht es</translation></message>
+    <message id="there is nothing in it but what is kept"><translation>darin ist nur, was bleibt</translation></message>
     <message id="used by %1"><translation>benutzt von %1</translation></message>
     <message id="what an application wrote that was removed"><translation>was ein Programm geschrieben hat, das entfernt wurde</translation></message>
     <message id="without it the system's own entry would start; hide it instead"><translation>ohne ihn würde der Eintrag des Systems starten; blenden Sie ihn stattdessen aus</translation></message>

@@ -540,6 +540,7 @@
     <message id="is the kernel that is running"><translation>is the kernel that is running</translation></message>
     <message id="its file system cannot share blocks"><translation>its file system cannot share blocks</translation></message>
     <message id="its file system refuses to share its blocks"><translation>its file system refuses to share its blocks</translation></message>
+    <message id="its program lies in what is kept"><translation>its program lies in what is kept</translation></message>
     <message id="its volume can only be read"><translation>its volume can only be read</translation></message>
     <message id="lies behind a link"><translation>lies behind a link</translation></message>
     <message id="lies in the trash already"><translation>lies in the trash already</translation></message>
@@ -564,6 +565,7 @@
     <message id="the mount table cannot be read"><translation>the mount table cannot be read</translation></message>
     <message id="the snap is not installed"><translation>the snap is not installed</translation></message>
     <message id="the system cannot do without it"><translation>the system cannot do without it</translation></message>
+    <message id="there is nothing in it but what is kept"><translation>there is nothing in it but what is kept</translation></message>
     <message id="used by %1"><translation>used by %1</translation></message>
     <message id="what an application wrote that was removed"><translation>what an application wrote that was removed</translation></message>
     <message id="without it the system's own entry would start; hide it instead"><translation>without it the system's own entry would start; hide it instead</translation></message>

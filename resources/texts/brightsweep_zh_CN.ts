@@ -540,6 +540,7 @@
     <message id="is the kernel that is running"><translation>是正在运行的内核</translation></message>
     <message id="its file system cannot share blocks"><translation>其文件系统不能共享数据块</translation></message>
     <message id="its file system refuses to share its blocks"><translation>其文件系统拒绝共享数据块</translation></message>
+    <message id="its program lies in what is kept"><translation>其程序位于保留的内容中</translation></message>
     <message id="its volume can only be read"><translation>其卷为只读</translation></message>
     <message id="lies behind a link"><translation>位于链接之后</translation></message>
     <message id="lies in the trash already"><translation>已在回收站中</translation></message>
@@ -564,6 +565,7 @@
     <message id="the mount table cannot be read"><translation>无法读取挂载表</translation></message>
     <message id="the snap is not installed"><translation>该 snap 未安装</translation></message>
     <message id="the system cannot do without it"><translation>系统离不开它</translation></message>
+    <message id="there is nothing in it but what is kept"><translation>其中只有要保留的内容</translation></message>
     <message id="used by %1"><translation>被 %1 使用</translation></message>
     <message id="what an application wrote that was removed"><translation>已移除的应用程序所写入的内容</translation></message>
     <message id="without it the system's own entry would start; hide it instead"><translation>没有它，系统自带的项目就会启动；请改为隐藏它</translation></message>

@@ -159,7 +159,7 @@ void work(Job &job) {
         planned.needsRights = needsRights(plan);
         planned.parts = Uninstallation::partsGoing(plan);
         if (!isPlannedToGo(planned) && plan.reason.empty())
-            planned.record.message = plan.reason = Uninstallation::nothingGoes;
+            planned.record.message = plan.reason = Uninstallation::whyNothingGoes(plan);
         if (job.stop)
             return;
         const std::lock_guard lock(job.mutex);

@@ -67,6 +67,8 @@ constexpr std::array reasons = {
     QT_TRID_NOOP("Another program is using it. Wait until that has ended, and try again."),
     QT_TRID_NOOP("needed by %1"),
     QT_TRID_NOOP("used by %1"),
+    QT_TRID_NOOP("its program lies in what is kept"),
+    QT_TRID_NOOP("there is nothing in it but what is kept"),
     QT_TRID_NOOP("the Flatpak is not installed"),
     QT_TRID_NOOP("the snap is not installed"),
     QT_TRID_NOOP("what an application wrote that was removed"),

@@ -66,6 +66,15 @@ std::vector<std::string> namesGoing(const RemovalRoot &folder,
     return names;
 }
 
+bool holdsProgram(const RemovalPlan &plan, const std::vector<std::filesystem::path> &kept) {
+    const std::vector<std::string> &programs = plan.application.programs;
+    return std::any_of(programs.begin(), programs.end(), [&](const std::string &program) {
+        return std::any_of(kept.begin(), kept.end(), [&](const std::filesystem::path &path) {
+            return paths::isSameOrBelow(program, path.native());
+        });
+    });
+}
+
 std::int64_t lastArrivalIn(const RemovalTarget &folder) {
     std::vector<FileTimes> times;
     LeftoverLook look;
@@ -259,11 +268,18 @@ void Uninstallation::removeFiles(Record &record) {
     }
 }
 
+const char *Uninstallation::whyNothingGoes(const RemovalPlan &plan) {
+    return holdsProgram(plan, keptIn(plan)) ? "its program lies in what is kept"
+                                            : "there is nothing in it but what is kept";
+}
+
 std::optional<std::vector<std::filesystem::path>>
 Uninstallation::partsGoing(const RemovalPlan &plan) {
     const auto kept = keptIn(plan);
     if (kept.empty())
         return {};
+    if (holdsProgram(plan, kept))
+        return std::vector<std::filesystem::path>();
     const auto root = Platform::current().files->rememberRoot(plan.application.path);
     if (!root)
         return {};
@@ -293,8 +309,8 @@ bool Uninstallation::removeFolder(Record &record, const std::vector<std::filesys
         else
             isGone = false;
     }
-    if (going.empty()) {
-        record.items.push_back({itself.path, 0, false, nothingGoes, false});
+    if (going.empty() || holdsProgram(record.plan, kept)) {
+        record.items.push_back({itself.path, 0, false, whyNothingGoes(record.plan), false});
         return false;
     }
     const auto needsRights = [](const Leftover &item) { return item.needsRights; };

@@ -62,9 +62,10 @@ public:
     static Item removeItem(const Leftover &shown, const std::atomic<bool> &stop);
 
     /// The entries of an application's own folder that go where something in it is kept; no value
-    /// where nothing is. An empty list means that the removal fails with `nothingGoes`.
+    /// where nothing is. An empty list means that the removal fails with whyNothingGoes().
     static std::optional<std::vector<std::filesystem::path>> partsGoing(const RemovalPlan &plan);
-    static constexpr const char *nothingGoes = "there is nothing in it but what is kept";
+    /// A line in English. Where its program would stay for what is kept, the rest does, too.
+    static const char *whyNothingGoes(const RemovalPlan &plan);
 
     /// Told of each application before its turn, on the worker.
     void setProgress(std::function<void(const InstalledApplication &)> told) {

@@ -165,6 +165,11 @@ TEST_F(UninstallationTest, AFolderKeepsWhatItsProgramWroteUnlessThatIsTicked) {
     EXPECT_FALSE(run(changed));
     EXPECT_TRUE(home.exists("Applications/Game/bin/game")) << "it has written meanwhile";
     EXPECT_TRUE(LeftBehind({}, {}).find().empty());
+    put("Applications/Game/bin/later", -std::chrono::hours(1));
+    Uninstallation halved({RemovalPlanner({game}).planOf(game)});
+    EXPECT_FALSE(run(halved)) << "its program would stay";
+    EXPECT_TRUE(home.exists("Applications/Game/assets/big"));
+    std::filesystem::remove(home.path("Applications/Game/bin/later"));
     // What came later than the rest, however old it is.
     put("Applications/Game/mods/m", std::chrono::hours(9));
     game.installed -= 3600;
