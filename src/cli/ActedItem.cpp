@@ -3,6 +3,7 @@
 #include "cli/Command.h"
 #include "cli/JsonWriter.h"
 #include "core/UtilityFunction.h"
+#include "foundation/SaturatingSum.h"
 
 #include <algorithm>
 
@@ -35,6 +36,13 @@ std::string actedText(const std::vector<ActedItem> &items, const std::string &we
     }
     return table.text() + UtilityFunction::convertVolSpace(bytesFreed).toStdString() +
            (applies ? " freed\n" : " would be freed; --apply does it\n");
+}
+
+std::uint64_t bytesOf(const std::vector<ActedItem> &items) {
+    std::uint64_t bytes = 0;
+    for (const ActedItem &item : items)
+        bytes = addSaturating(bytes, item.error.empty() ? item.bytes : 0);
+    return bytes;
 }
 
 bool anyStays(const std::vector<ActedItem> &items) {

@@ -20,6 +20,8 @@ void writeActed(JsonWriter &json, const char *key, const std::vector<ActedItem> 
 /// A line for each and one for the sum. `went` is the word for those that did.
 std::string actedText(const std::vector<ActedItem> &items, const std::string &went,
                       std::uint64_t bytesFreed, bool applies);
+/// Of what went.
+std::uint64_t bytesOf(const std::vector<ActedItem> &items);
 bool anyStays(const std::vector<ActedItem> &items);
 
 } // namespace brightsweep::cli

@@ -80,6 +80,13 @@ CategoryResult wentAway(const CategoryRun &run) {
     return result;
 }
 
+CategoryResult stays(const CategoryRun &run, const std::string &error) {
+    CategoryResult result{run.index, 0, {}, {}};
+    for (const CleanFileInfo &item : run.controller->foundRows())
+        result.failed.push_back({item.path, QString::fromStdString(error)});
+    return result;
+}
+
 std::string jsonDocument(const std::vector<CategoryResult> &results, bool applied,
                          std::uint64_t bytes) {
     JsonWriter json;
@@ -151,7 +158,7 @@ int run(const QCommandLineParser &parser, Output &output) {
     std::vector<CategoryRun> runs;
     RunEnd end = scanCategories(runs, *indices, output);
     // What an interrupted scan found is told, but nothing of it is removed.
-    const bool removing = apply && end == RunEnd::Whole;
+    bool removing = apply && end == RunEnd::Whole;
     const bool anything = std::any_of(runs.begin(), runs.end(), [](const CategoryRun &run) {
         return run.controller->rowCount() > 0;
     });
@@ -163,9 +170,9 @@ int run(const QCommandLineParser &parser, Output &output) {
             return Failed;
         }
     }
-    if (removing && admin && anything &&
-        !NvAuthorization::shareNvAuthorization().allocAuthorization())
-        return rightsRefused(output);
+    const bool isRefused = removing && admin && anything &&
+                           !NvAuthorization::shareNvAuthorization().allocAuthorization();
+    removing = removing && !isRefused;
     if (removing)
         end = removeCategories(runs, begun.run, output);
 
@@ -173,7 +180,9 @@ int run(const QCommandLineParser &parser, Output &output) {
     std::uint64_t bytes = 0;
     bool failed = false;
     for (const CategoryRun &run : runs) {
-        results.push_back(removing ? wentAway(run) : wouldGo(run, admin));
+        results.push_back(isRefused  ? stays(run, rightsRefusal())
+                          : removing ? wentAway(run)
+                                     : wouldGo(run, admin));
         bytes = addSaturating(bytes, results.back().bytes);
         failed = failed || !results.back().failed.empty();
     }
@@ -182,6 +191,8 @@ int run(const QCommandLineParser &parser, Output &output) {
     // Rights that a removal still waits for go with the process.
     if (end != RunEnd::LeftBehind)
         NvAuthorization::shareNvAuthorization().freeAuthorization();
+    if (isRefused)
+        return rightsRefused(output, [&] { return jsonDocument(results, removing, bytes); });
     const bool written = output.data(output.json ? jsonDocument(results, removing, bytes)
                                                  : text(results, removing, bytes));
     const int status = !written ? Failed : failed ? PartlyFailed : Done;

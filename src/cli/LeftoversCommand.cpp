@@ -6,7 +6,6 @@
 #include "cli/WorkRun.h"
 #include "core/UtilityFunction.h"
 #include "foundation/Paths.h"
-#include "foundation/SaturatingSum.h"
 #include "platform/Platform.h"
 #include "removal/RemovalRun.h"
 #include "uninstall/LeftBehind.h"
@@ -78,8 +77,12 @@ void work(Job &job) {
     }
     if (!job.applies || job.stop)
         return;
-    if (!found.empty() && job.admin && !takeRights(job, RightsPurpose::Files))
+    if (!found.empty() && job.admin && !takeRights(job, RightsPurpose::Files)) {
+        const std::lock_guard lock(job.mutex);
+        for (const Leftover &leftover : found)
+            job.acted.push_back({leftover.path.native(), 0, rightsRefusal()});
         return;
+    }
     const auto items = LeftBehind::remove(*job.run, found, [&](const Leftover &leftover) {
         const std::lock_guard lock(job.mutex);
         job.current = leftover.path.native();
@@ -94,7 +97,7 @@ std::string asJson(const Job &job) {
     json.beginObject();
     json.key("schema").value(1);
     json.key("command").value("leftovers");
-    json.key("applied").value(job.applies);
+    json.key("applied").value(job.applies && !job.isRefused);
     json.key("leftovers").beginArray();
     for (const Leftover &leftover : job.found) {
         json.beginObject();
@@ -110,10 +113,7 @@ std::string asJson(const Job &job) {
 
 std::string asText(const Job &job) {
     if (job.applies) {
-        std::uint64_t bytes = 0;
-        for (const ActedItem &item : job.acted)
-            bytes = addSaturating(bytes, item.error.empty() ? item.bytes : 0);
-        return actedText(job.acted, "removed", bytes, true);
+        return actedText(job.acted, "removed", bytesOf(job.acted), true);
     }
     Table table({false, true, false, false});
     for (const Leftover &leftover : job.found) {
@@ -151,7 +151,7 @@ int run(const QCommandLineParser &parser, Output &output) {
             for (const std::string &warning : job.warnings)
                 output.warning(warning);
             if (job.isRefused)
-                return rightsRefused(output);
+                return rightsRefused(output, [&] { return asJson(job); });
             if (!output.data(output.json ? asJson(job) : asText(job)))
                 return int(Failed);
             return int(anyStays(job.acted) ? PartlyFailed : Done);

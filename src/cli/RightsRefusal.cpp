@@ -26,12 +26,17 @@ bool takeRights(RemovalJob &job, RightsPurpose purpose) {
     return false;
 }
 
-int rightsRefused(Output &output) {
+std::string rightsRefusal() {
     const RightsResult result = NvAuthorization::shareNvAuthorization().lastResult();
-    output.warning(std::string("No administrator rights: ") +
-                   wordsIn(refusalWords, result.outcome, "they were not given") +
-                   ". Nothing was removed.");
-    return RightsRefused;
+    return std::string("no administrator rights: ") +
+           wordsIn(refusalWords, result.outcome, "they were not given");
+}
+
+int rightsRefused(Output &output, const std::function<std::string()> &document) {
+    std::string line = rightsRefusal() + ". Nothing was removed.";
+    line.front() = 'N';
+    output.warning(line);
+    return output.json && !output.data(document()) ? Failed : RightsRefused;
 }
 
 } // namespace brightsweep::cli

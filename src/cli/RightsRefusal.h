@@ -4,6 +4,9 @@
 #include "cli/WorkRun.h"
 #include "platform/AdministratorRights.h"
 
+#include <functional>
+#include <string>
+
 namespace brightsweep::cli {
 
 inline constexpr const char *rightsAreNeeded =
@@ -13,8 +16,10 @@ inline constexpr const char *rightsAreNeeded =
 /// they were not granted.
 bool takeRights(RemovalJob &job, RightsPurpose purpose);
 
-/// After a question for administrator rights that was not granted: the line that says why. Returns
-/// the exit status.
-int rightsRefused(Output &output);
+/// Why an item stays after a question for administrator rights that was not granted.
+std::string rightsRefusal();
+/// The line that says so, and with --json the document of what was not done. Returns the exit
+/// status.
+int rightsRefused(Output &output, const std::function<std::string()> &document);
 
 } // namespace brightsweep::cli

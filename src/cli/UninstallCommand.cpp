@@ -102,6 +102,11 @@ bool choose(Job &job, const Catalogue &catalogue,
     return true;
 }
 
+bool isPlannedToGo(const Planned &planned) {
+    return planned.record.plan.blocker == Blocker::None &&
+           (!planned.parts || !planned.parts->empty());
+}
+
 void apply(Job &job) {
     std::vector<RemovalPlan> plans;
     {
@@ -115,8 +120,14 @@ void apply(Job &job) {
     const auto purpose = std::any_of(plans.begin(), plans.end(), takesRights)
                              ? RightsPurpose::FilesAndPackages
                              : RightsPurpose::Files;
-    if (any && job.options.admin && !takeRights(job, purpose))
+    if (any && job.options.admin && !takeRights(job, purpose)) {
+        const std::lock_guard lock(job.mutex);
+        for (Planned &planned : job.planned) {
+            if (isPlannedToGo(planned))
+                planned.record.message = rightsRefusal();
+        }
         return;
+    }
     Uninstallation removal(std::move(plans));
     const auto note = [&] {
         for (std::size_t i = 0; i < job.planned.size(); ++i)
@@ -130,11 +141,6 @@ void apply(Job &job) {
     removal.run(*job.run);
     const std::lock_guard lock(job.mutex);
     note();
-}
-
-bool isPlannedToGo(const Planned &planned) {
-    return planned.record.plan.blocker == Blocker::None &&
-           (!planned.parts || !planned.parts->empty());
 }
 
 void work(Job &job) {
@@ -340,8 +346,6 @@ int tell(const Job &job, Output &output) {
         output.warning(warning);
     if (!job.usage.empty())
         return output.usage(job.usage);
-    if (job.isRefused)
-        return rightsRefused(output);
     const bool isTried = job.options.applies;
     bool fails = false;
     std::uint64_t bytes = 0;
@@ -350,7 +354,7 @@ int tell(const Job &job, Output &output) {
     json.beginObject();
     json.key("schema").value(1);
     json.key("command").value("uninstall");
-    json.key("applied").value(job.options.applies);
+    json.key("applied").value(isTried && !job.isRefused);
     json.key("plans").beginArray();
     for (const Planned &planned : job.planned) {
         const auto acted = actedOf(planned, job.options);
@@ -363,8 +367,9 @@ int tell(const Job &job, Output &output) {
     }
     json.endArray();
     json.endObject();
-    text +=
-        sizeText(bytes) + (job.options.applies ? " freed\n" : " would be freed; --apply does it\n");
+    if (job.isRefused)
+        return rightsRefused(output, [&] { return json.take(); });
+    text += sizeText(bytes) + (isTried ? " freed\n" : " would be freed; --apply does it\n");
     if (!output.data(output.json ? json.take() : text))
         return Failed;
     return fails ? PartlyFailed : Done;

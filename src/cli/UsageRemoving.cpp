@@ -5,7 +5,6 @@
 #include "cli/RightsRefusal.h"
 #include "cli/WorkRun.h"
 #include "foundation/Paths.h"
-#include "foundation/SaturatingSum.h"
 #include "platform/Platform.h"
 #include "removal/HeldPrograms.h"
 #include "removal/NvAuthorization.h"
@@ -151,28 +150,29 @@ void UsageRemoving::work(Job &job) {
     }
 }
 
+std::string UsageRemoving::document(const Job &job, const std::filesystem::path &folder) const {
+    JsonWriter json;
+    json.beginObject();
+    json.key("schema").value(1);
+    json.key("command").value("usage");
+    json.path("path", paths::join(folder, "").native());
+    json.key("action").value(m_options.act == Act::Trash ? "trash" : "remove");
+    json.key("applied").value(m_options.applies && !job.isRefused);
+    json.key("bytes").value(bytesOf(job.items));
+    json.key("bytesFreed").value(job.bytesFreed);
+    writeActed(json, "removed", job.items, false);
+    writeActed(json, "failed", job.items, true);
+    json.endObject();
+    return json.take();
+}
+
 int UsageRemoving::tell(const Job &job, const std::filesystem::path &folder, Output &output) {
-    std::uint64_t bytes = 0;
-    for (const ActedItem &item : job.items)
-        bytes = addSaturating(bytes, item.error.empty() ? item.bytes : 0);
     for (const auto &[path, program] : job.programs)
         output.warning(paths::display(path).toStdString() + ": in use by " +
                        paths::display(program).toStdString());
     bool written = false;
     if (output.json) {
-        JsonWriter json;
-        json.beginObject();
-        json.key("schema").value(1);
-        json.key("command").value("usage");
-        json.path("path", paths::join(folder, "").native());
-        json.key("action").value(m_options.act == Act::Trash ? "trash" : "remove");
-        json.key("applied").value(m_options.applies);
-        json.key("bytes").value(bytes);
-        json.key("bytesFreed").value(job.bytesFreed);
-        writeActed(json, "removed", job.items, false);
-        writeActed(json, "failed", job.items, true);
-        json.endObject();
-        written = output.data(json.take());
+        written = output.data(document(job, folder));
     } else {
         const bool trash = m_options.act == Act::Trash;
         const std::string went = m_options.applies ? trash ? "moved to the trash" : "removed"
@@ -195,8 +195,11 @@ int UsageRemoving::run(const std::filesystem::path &folder, Output &output) {
     if (m_options.applies) {
         if (!job.begin("usage", output))
             return Failed;
-        if (m_admin && !NvAuthorization::shareNvAuthorization().allocAuthorization())
-            return rightsRefused(output);
+        if (m_admin && !takeRights(job, RightsPurpose::Files)) {
+            for (const std::filesystem::path &given : m_given)
+                job.items.push_back({given.native(), 0, rightsRefusal()});
+            return rightsRefused(output, [&] { return document(job, folder); });
+        }
     }
     return runRemoval(
         job, [this, &job] { work(job); }, [&] { return tell(job, folder, output); }, output);

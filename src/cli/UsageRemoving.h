@@ -27,6 +27,7 @@ private:
     Result<UsageItem> find(const RemovalRoot &root, const std::filesystem::path &given,
                            const std::atomic<bool> &stop);
     void work(Job &job);
+    std::string document(const Job &job, const std::filesystem::path &folder) const;
     int tell(const Job &job, const std::filesystem::path &folder, Output &output);
 
     std::vector<std::filesystem::path> m_given;

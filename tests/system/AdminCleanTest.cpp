@@ -58,15 +58,17 @@ TEST_P(AdminClean, AsksOnceBeforeTheFirstRemoval) {
         arguments.insert(arguments.end(), {"--category", category});
     const auto result = clean(arguments);
     EXPECT_EQ(result.status, GetParam().status) << result.output << result.errors;
+    const auto document = documentOf(result.output, "clean");
     if (GetParam().status == 0) {
-        const auto document = documentOf(result.output, "clean");
         EXPECT_EQ(changes(before, machine.state()), machine.changesOf({0, 1, 2, 3, 4, 5}));
         EXPECT_THAT(pathsIn(document, "failed"), testing::IsEmpty());
         EXPECT_EQ(textOf(stage / "counted/count"), "asked\n");
         EXPECT_EQ(result.errors, "");
     } else {
         EXPECT_THAT(changes(before, machine.state()), testing::IsEmpty());
-        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(document[QStringLiteral("applied")], false);
+        EXPECT_THAT(pathsIn(document, "removed"), testing::IsEmpty());
+        EXPECT_THAT(result.output, HasSubstr(GetParam().words));
         EXPECT_THAT(result.errors, HasSubstr(GetParam().words));
         EXPECT_THAT(result.errors, HasSubstr("Nothing was removed.\n"));
     }

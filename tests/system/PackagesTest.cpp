@@ -328,14 +328,15 @@ TEST_F(Packages, TakeRightsForPackages) {
         run("mkdir -p " + scene + "/home/.config/demo-app; chown -R 61234 " + scene + "/home");
         const auto result = test::runProgram(
             {BRIGHTSWEEP_TEST_STAGE, scene, stage, bin, BRIGHTSWEEP_TEST_POLICY, "brightsweep-cli",
-             "uninstall", "package:demo-app", "--apply", "--admin"},
+             "--json", "uninstall", "package:demo-app", "--apply", "--admin"},
             {{"STAGE_PURPOSE", "packages"},
              {"XDG_CONFIG_HOME", home / ".config"},
              {"XDG_DATA_HOME", home / "data"},
              {"XDG_CACHE_HOME", home / "cache"},
              {"XDG_STATE_HOME", home / "state"}});
         EXPECT_EQ(result.status, status) << scene;
-        EXPECT_THAT(test::textOf(stage / "err"), HasSubstr(words)) << scene;
+        for (const char *told : {"out", "err"})
+            EXPECT_THAT(test::textOf(stage / told), HasSubstr(words)) << scene;
         EXPECT_EQ(changes(), status == 0 ? "<demo-app ii <demo-plugin ii " : "") << scene;
         EXPECT_NE(exists(home / ".config/demo-app"), status == 0) << scene;
         EXPECT_EQ(test::textOf(stage / "counted/count"), scene == "nobus" ? "" : "asked\n");
