@@ -142,11 +142,13 @@ TEST(Rights, ServeSixThreads) {
 }
 
 TEST(Rights, OutcomesAreToldApartByStatusAndWords) {
-    EXPECT_EQ(rightsOutcome(126, ""), RightsOutcome::Dismissed);
-    EXPECT_EQ(rightsOutcome(127, "Error executing command as another user: Not authorized"),
-              RightsOutcome::Denied);
-    EXPECT_EQ(rightsOutcome(127, "Error executing x: No such file or directory"),
-              RightsOutcome::Failed);
+    const std::string error = "Error executing command as another user: ";
+    EXPECT_EQ(rightsOutcome(126, error + "Request dismissed"), RightsOutcome::Dismissed);
+    EXPECT_EQ(rightsOutcome(127, error + "Not authorized\n\nreported"), RightsOutcome::Denied);
+    EXPECT_EQ(rightsOutcome(127, error + "No authentication agent found."), RightsOutcome::NoAgent);
+    EXPECT_EQ(rightsOutcome(127, "Error getting authority: Could not connect: No such file"),
+              RightsOutcome::NoBus);
+    EXPECT_EQ(rightsOutcome(127, "Error executing x: No such file"), RightsOutcome::Failed);
     EXPECT_EQ(rightsOutcome(1, "Not authorized"), RightsOutcome::Failed);
 }
 

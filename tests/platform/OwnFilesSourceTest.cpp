@@ -176,9 +176,8 @@ TEST_F(OwnFiles, FoldersOfProgramsThatOthersUseStayWithTheReason) {
         {"bin/2", "#!/bin/sh\nexec ~/opt/Used2/run\n"},
         {".config/chromium/NativeMessagingHosts/3.json", "{\"path\":\"/home/u/opt/Used3/host\"}"},
         {".xsessionrc", "~/opt/Used4/run &\n"},
-        {".local/share/applications/5.desktop", "[Desktop Entry]\nExec=z ~/opt/Used5/x\n"},
         {".config/other/a/plug", nullptr},
-        {".config/systemd/user/default.target.wants/7.service", nullptr}};
+        {".config/systemd/user/default.target.wants/6.service", nullptr}};
     int number = 0;
     for (const auto &[file, text] : users) {
         const std::string folder = "opt/Used" + std::to_string(++number);

@@ -110,8 +110,6 @@ TEST_F(CatalogueOfMachine, ListsBundlesWhereverTheyLieInTheFourFolders) {
     EXPECT_EQ(first.bundleID.toStdString(), "com.apple.a");
     EXPECT_EQ(first.bundleVersion.toStdString(), "1.2");
     EXPECT_TRUE(first.isSystemApp);
-    EXPECT_TRUE(first.date.isValid());
-    EXPECT_EQ(first.fileSizeNum, 0u);
     EXPECT_FALSE(info.allAppsInfo()[1]->isSystemApp) << "the prefix ends in a point";
     info.allAppsInfo().front()->bIsSelected = true;
     const auto copy = first.copyWithZone();
