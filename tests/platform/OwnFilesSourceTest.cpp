@@ -93,7 +93,8 @@ TEST_F(OwnFiles, FoldersAreOnlyThoseThatNobodyElseUses) {
     home.link(".local/bin/other", program(".local/share/ByLink/tools/other", home));
     const std::string data = home.path(".local/share").native();
     const std::pair<const char *, std::string> users[] = {
-        {".config/systemd/user/1.service", "ExecStart=/usr/bin/y " + data + "/By1/conf\n"},
+        {".config/systemd/user/by1-x.service",
+         "ExecStart=" + program(".local/share/By1/x/x", home).native() + "\n"},
         {".config/systemd/user/2.service", "ExecStart=sh -c 'cd ~/.local/share/By2 && y'\n"},
         {".local/share/systemd/user/a.service.d/3.conf", "WorkingDirectory=%h/.local/share/By3\n"},
         {"bin/4", "#!/bin/sh\nD=\"$HOME/.local/share\"; exec ${D}/By4/run\n"},

@@ -125,7 +125,7 @@ bool FolderNames::isBehindVariable(std::string_view text, std::size_t folder) co
     if (name.empty() || !(before.ends_with('$') || before.ends_with("${")))
         return false;
     const std::string assignment = std::string(name) + '=';
-    const auto at = before.rfind(assignment);
+    const auto at = before.find(assignment);
     if (at == before.npos || (at > 0 && isNameCharacter(before[at - 1])))
         return false;
     const auto value = before.substr(0, before.find_first_of(" \t\n;&", at));

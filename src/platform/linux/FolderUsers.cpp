@@ -258,8 +258,11 @@ void FolderUsers::readText(const path &file, bool isScriptOnly, bool isPersonal)
         if (isEntry && program.empty())
             program = realPath(findProgram(execProgram(DesktopEntry(text).string("Exec"))));
         const path &top = m_names.folders()[folder];
-        m_uses[top.native()].push_back({file, isEntry ? program : startedBy(file, folder, behind),
-                                        isNamedAfter(file, top), isPersonal, !isEntry});
+        path reached = isEntry ? program : startedBy(file, folder, behind);
+        auto &uses = m_uses[top.native()];
+        if (uses.empty() || uses.back().file != file || uses.back().reached != reached)
+            uses.push_back(
+                {file, std::move(reached), isNamedAfter(file, top), isPersonal, !isEntry});
     });
 }
 
@@ -299,8 +302,9 @@ path FolderUsers::userOf(const path &folder, Standing standing, const IsOwn &isO
             return true;
         if (use.reached.empty())
             return false;
-        return (use.isNamedAfter && paths::isSameOrBelow(use.reached.native(), folder.native())) ||
-               isOwn(use.reached) || isLauncher(use.reached, folder, isOwn);
+        const bool isOwnEntry = use.isNamedAfter && use.file.extension() == entryEnding &&
+                                paths::isSameOrBelow(use.reached.native(), folder.native());
+        return isOwnEntry || isOwn(use.reached) || isLauncher(use.reached, folder, isOwn);
     };
     const auto &uses = m_uses.at(folder.native());
     const auto user = std::find_if_not(uses.begin(), uses.end(), isOwnUse);
