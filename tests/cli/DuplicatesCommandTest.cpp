@@ -1,13 +1,8 @@
 #include "foundation/FileDescriptor.h"
-#include "support/ChildProcess.h"
+#include "support/CommandLine.h"
 #include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
-
-#include <QDateTime>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -26,9 +21,8 @@
 namespace brightsweep {
 namespace {
 
-test::ChildResult duplicates(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), {BRIGHTSWEEP_CLI, "duplicates"});
-    return test::runProgram(arguments);
+test::ChildResult duplicates(const test::Words &words) {
+    return test::cli(test::together({"duplicates"}, words));
 }
 
 TEST(DuplicatesCommand, GroupsWithTheirExactPaths) {
@@ -42,36 +36,27 @@ TEST(DuplicatesCommand, GroupsWithTheirExactPaths) {
     const auto result = duplicates({"--json", tree.top(), "--limit", "4", "--unit", "0"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.errors, "");
-    EXPECT_TRUE(result.output.starts_with(R"({"schema":1,"command":"duplicates","path":)"));
-    const QJsonObject document =
-        QJsonDocument::fromJson(QByteArray::fromStdString(result.output)).object();
-    EXPECT_EQ(document[QLatin1String("limitBytes")].toInt(), 4);
-    const QJsonArray groups = document[QLatin1String("groups")].toArray();
-    ASSERT_EQ(groups.size(), 2);
-    const QJsonObject bundle = groups[0].toObject();
-    const QJsonObject file = groups[1].toObject();
-    EXPECT_EQ(bundle[QLatin1String("kind")].toString(), QStringLiteral("bundle"));
-    EXPECT_EQ(bundle[QLatin1String("fileType")].toInt(), 6);
-    EXPECT_EQ(file[QLatin1String("kind")].toString(), QStringLiteral("file"));
-    EXPECT_EQ(file[QLatin1String("fileType")].toInt(), 1);
-    EXPECT_EQ(file[QLatin1String("bytes")].toInt(), 10);
+    const auto document = test::documentOf(result.output, "duplicates");
+    EXPECT_EQ(document.at("limitBytes"), 4);
+    const auto &groups = document.at("groups");
+    ASSERT_EQ(groups.size(), 2u);
+    const auto &file = groups[1];
+    EXPECT_EQ(groups[0].at("kind"), "bundle");
+    EXPECT_EQ(groups[0].at("fileType"), 6);
+    EXPECT_EQ(file.at("kind"), "file");
+    EXPECT_EQ(file.at("fileType"), 1);
+    EXPECT_EQ(file.at("bytes"), 10);
     int exact = 0;
-    for (const QJsonValue &item : file[QLatin1String("items")].toArray()) {
-        const QString encoded = item[QLatin1String("pathBase64")].toString();
-        exact += QByteArray::fromBase64(encoded.toLatin1()).toStdString() ==
-                 tree.path("d/\xff.TXT").native();
-        EXPECT_TRUE(QDateTime::fromString(item[QLatin1String("modified")].toString(), Qt::ISODate)
-                        .isValid());
-    }
+    for (const auto &item : file.at("items"))
+        exact += test::exactPath(item) == tree.path("d/\xff.TXT").native();
     EXPECT_EQ(exact, 1);
     EXPECT_EQ(tree.snapshot(), snapshot);
 }
 
-// A document that is put out in parts is the same as one put out at once.
 // What the document says is what happened, and of each group one file stays.
 TEST(DuplicatesCommand, RemovesAllOfAGroupButOne) {
     struct Row {
-        std::vector<std::string> options;
+        test::Words options;
         std::vector<const char *> stay; ///< besides the pair that is no pair
         int bytesFreed;
     };
@@ -91,17 +76,14 @@ TEST(DuplicatesCommand, RemovesAllOfAGroupButOne) {
                                                  std::chrono::hours(24) * (++day - 5));
         }
         tree.file("other", "alone");
-        std::vector<std::string> arguments = {"--json", tree.top(), "--limit", "0", "--unit", "0"};
-        arguments.insert(arguments.end(), row.options.begin(), row.options.end());
-        const auto result = duplicates(arguments);
+        const auto result = duplicates(
+            test::together({"--json", tree.top(), "--limit", "0", "--unit", "0"}, row.options));
         EXPECT_EQ(result.status, 0) << result.errors;
-        const QJsonObject document =
-            QJsonDocument::fromJson(QByteArray::fromStdString(result.output)).object();
-        const bool applied = row.options.back() == "--apply";
-        EXPECT_EQ(document[QLatin1String("applied")].toBool(), applied);
-        EXPECT_EQ(document[QLatin1String("bytesFreed")].toInt(), row.bytesFreed);
-        EXPECT_EQ(document[QLatin1String("removed")].toArray().size(), 2);
-        EXPECT_EQ(document[QLatin1String("failed")].toArray().size(), 0);
+        const auto document = test::documentOf(result.output, "duplicates");
+        EXPECT_EQ(document.at("applied"), row.options.back() == "--apply");
+        EXPECT_EQ(document.at("bytesFreed"), row.bytesFreed);
+        EXPECT_EQ(document.at("removed").size(), 2u);
+        EXPECT_EQ(document.at("failed").size(), 0u);
         for (const char *name : {"a/long name", "b/new", "c"})
             EXPECT_EQ(tree.exists(name),
                       std::count(row.stay.begin(), row.stay.end(), std::string(name)) == 1)
@@ -109,12 +91,9 @@ TEST(DuplicatesCommand, RemovesAllOfAGroupButOne) {
         EXPECT_TRUE(tree.exists("other"));
         test::removeTree(tree.top());
     }
-    for (const std::vector<std::string> &wrong : std::vector<std::vector<std::string>>{
-             {"--remove", "--share"}, {"--trash"}, {"--apply"}, {"--remove", "--keep", "all"}}) {
-        std::vector<std::string> arguments = {"/nowhere"};
-        arguments.insert(arguments.end(), wrong.begin(), wrong.end());
-        EXPECT_EQ(duplicates(arguments).status, 2) << wrong.back();
-    }
+    for (const test::Words &wrong : std::vector<test::Words>{
+             {"--remove", "--share"}, {"--trash"}, {"--apply"}, {"--remove", "--keep", "all"}})
+        EXPECT_EQ(duplicates(test::together({"/nowhere"}, wrong)).status, 2) << wrong.back();
 }
 
 TEST(DuplicatesCommand, TellsWhatStayedAndWhy) {
@@ -132,6 +111,7 @@ TEST(DuplicatesCommand, TellsWhatStayedAndWhy) {
     }
 }
 
+// A document that is put out in parts is the same as one put out at once.
 TEST(DuplicatesCommand, LongDocumentsComeWhole) {
     struct Case {
         const char *suffix;
@@ -159,16 +139,13 @@ TEST(DuplicatesCommand, LongDocumentsComeWhole) {
     }
     const auto result = duplicates({"--json", tree.top(), "--limit", "0"});
     EXPECT_EQ(result.status, 0);
-    const QJsonArray groups = QJsonDocument::fromJson(QByteArray::fromStdString(result.output))
-                                  .object()[QLatin1String("groups")]
-                                  .toArray();
+    const auto groups = test::documentOf(result.output, "duplicates")["groups"];
     std::map<std::string, std::string> modified;
-    for (const QJsonValue &group : groups) {
-        for (const QJsonValue &item : group[QLatin1String("items")].toArray())
-            modified[item[QLatin1String("path")].toString().toStdString()] =
-                item[QLatin1String("modified")].toString().toStdString();
+    for (const auto &group : groups) {
+        for (const auto &item : group.at("items"))
+            modified[item.at("path")] = item.at("modified");
     }
-    EXPECT_EQ(groups.size(), groupCount);
+    EXPECT_EQ(groups.size(), std::size_t(groupCount));
     EXPECT_EQ(modified, expected);
 }
 
@@ -192,10 +169,10 @@ TEST(DuplicatesCommand, OptionsAndSettings) {
     const auto roundabout = tree.path("d/../d/.").native();
     EXPECT_EQ(duplicates({roundabout, "--limit", "0", "--hidden"}).output, shown.output);
     EXPECT_EQ(duplicates({tree.top(), "--limit", "0", "--hidden", "--unit", "4"}).status, 0);
-    const std::vector<std::vector<std::string>> wrong = {
+    const std::vector<test::Words> usages = {
         {}, {"/a", "/b"}, {"/a", "--limit", "x"}, {"/a", "--limit", "-1"}, {"/a", "--unit", "5"}};
-    for (const auto &arguments : wrong)
-        EXPECT_EQ(duplicates(arguments).status, 2);
+    for (const auto &wrong : usages)
+        EXPECT_EQ(duplicates(wrong).status, 2);
     EXPECT_EQ(duplicates({tree.path("d/.a")}).status, 1);
     EXPECT_EQ(duplicates({tree.path("missing")}).status, 1);
 }

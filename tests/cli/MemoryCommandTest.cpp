@@ -1,9 +1,6 @@
-#include "support/ChildProcess.h"
-#include "support/CleanableMachine.h"
+#include "support/CommandLine.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
-
-#include <QJsonDocument>
 
 #include <gtest/gtest.h>
 
@@ -11,22 +8,21 @@ namespace brightsweep::test {
 namespace {
 
 TEST(MemoryCommand, ShowsTheFigures) {
-    const auto result = runProgram({BRIGHTSWEEP_CLI, "--json", "memory"});
+    const auto result = cli({"--json", "memory"});
     EXPECT_EQ(result.status, 0);
-    const QJsonObject document = documentOf(result.output, "memory");
-    const QJsonObject memory = document[QStringLiteral("memory")].toObject();
+    const auto document = documentOf(result.output, "memory");
+    const auto &memory = document.at("memory");
     for (const char *key :
          {"free", "inactive", "active", "wired", "used", "total", "pageIn", "pageOut", "faults",
           "available", "fileCache", "swapUsed", "swapTotal", "compressed"})
-        EXPECT_TRUE(memory[QLatin1String(key)].isDouble()) << key;
-    EXPECT_GT(memory[QStringLiteral("free")].toInteger(), 0);
-    EXPECT_EQ(memory[QStringLiteral("used")].toInteger(),
-              memory[QStringLiteral("total")].toInteger() -
-                  memory[QStringLiteral("free")].toInteger());
-    EXPECT_TRUE(document.contains(QStringLiteral("pressure")));
-    EXPECT_FALSE(document.contains(QStringLiteral("freed")));
-    EXPECT_EQ(runProgram({BRIGHTSWEEP_CLI, "memory", "more"}).status, 2);
-    const auto standIn = runProgram({BRIGHTSWEEP_CLI, "fr", "123"});
+        EXPECT_TRUE(memory.at(key).is_number()) << key;
+    const std::int64_t free = memory["free"];
+    EXPECT_GT(free, 0);
+    EXPECT_EQ(memory["used"], memory["total"].get<std::int64_t>() - free);
+    EXPECT_TRUE(document.contains("pressure"));
+    EXPECT_FALSE(document.contains("freed"));
+    EXPECT_EQ(cli({"memory", "more"}).status, 2);
+    const auto standIn = cli({"fr", "123"});
     EXPECT_EQ(standIn.status, 0);
     EXPECT_EQ(standIn.errors, "") << "what a release without a tool starts";
 }
@@ -38,17 +34,17 @@ TEST(MemoryCommand, ReleaseRunsTheToolAndTellsTheTruth) {
         system.mode("usr/bin/purge", 0755);
     };
     install("#!/bin/sh\necho what it did\n");
-    auto result = runProgram({BRIGHTSWEEP_CLI, "memory", "--release", "--json"});
+    auto result = cli({"memory", "--release", "--json"});
     EXPECT_EQ(result.status, 0);
-    EXPECT_GE(documentOf(result.output, "memory")[QStringLiteral("freed")].toInteger(-1), 0);
+    EXPECT_GE(documentOf(result.output, "memory")["freed"], 0);
     EXPECT_NE(result.errors.find("what it did"), std::string::npos);
     install("#!/bin/sh\nexit 1\n");
-    result = runProgram({BRIGHTSWEEP_CLI, "memory", "--release"});
+    result = cli({"memory", "--release"});
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.output.find(" freed"), std::string::npos);
     EXPECT_NE(result.errors.find("released nothing"), std::string::npos);
     system.mode("usr/bin/purge", 0);
-    EXPECT_EQ(runProgram({BRIGHTSWEEP_CLI, "memory", "--release"}).status, 1);
+    EXPECT_EQ(cli({"memory", "--release"}).status, 1);
 }
 
 TEST(MemoryCommand, CtrlCEndsTheTool) {

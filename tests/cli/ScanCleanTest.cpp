@@ -1,9 +1,7 @@
-#include "support/ChildProcess.h"
 #include "support/CleanableMachine.h"
+#include "support/CommandLine.h"
 #include "support/LockHolder.h"
 #include "support/NeedsRoot.h"
-
-#include <QJsonArray>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,28 +21,13 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::UnorderedElementsAreArray;
 
-using Words = std::vector<std::string>;
-
 const Words everyCategory = {"--category", "0", "--category", "1", "--category", "2",
                              "--category", "3", "--category", "4", "--category", "5"};
 
-Words together(Words words, const Words &more) {
-    words.insert(words.end(), more.begin(), more.end());
-    return words;
-}
-
-ChildResult cli(const Words &words, RunAs user = RunAs::Caller) {
-    return runProgram(together({BRIGHTSWEEP_CLI}, words), {}, user);
-}
-
-QJsonArray categoriesIn(const QJsonObject &document) {
-    return document[QStringLiteral("categories")].toArray();
-}
-
-std::vector<int> indicesIn(const QJsonObject &document) {
+std::vector<int> indicesIn(const nlohmann::json &document) {
     std::vector<int> indices;
-    for (const auto &category : categoriesIn(document))
-        indices.push_back(category[QStringLiteral("index")].toInt());
+    for (const auto &category : document.at("categories"))
+        indices.push_back(category.at("index"));
     return indices;
 }
 
@@ -55,10 +38,10 @@ Words sorted(Words words) {
 
 class ScanClean : public testing::Test {
 protected:
-    QJsonObject scan(const Words &words = {}) {
+    nlohmann::json scan(const Words &words = {}) {
         return documentOf(cli(together({"--json", "scan"}, words)).output, "scan");
     }
-    QJsonObject clean(const Words &words, int status = 0, RunAs user = RunAs::Caller) {
+    nlohmann::json clean(const Words &words, int status = 0, RunAs user = RunAs::Caller) {
         const auto result = cli(together({"--json", "clean"}, words), user);
         EXPECT_EQ(result.status, status) << result.errors;
         EXPECT_EQ(result.errors, "");
@@ -76,19 +59,18 @@ TEST_F(ScanClean, WithoutApplyTellsWhatApplyRemoves) {
     needRoot();
     const auto before = machine.state();
     const auto told = clean(everyCategory);
-    EXPECT_EQ(told[QStringLiteral("applied")], false);
+    EXPECT_EQ(told.at("applied"), false);
     const auto scanned = scan();
     EXPECT_EQ(pathsIn(scanned, "items"), pathsIn(told, "removed"));
-    for (const auto &category : categoriesIn(scanned))
-        EXPECT_EQ(category[QStringLiteral("items")][0][QStringLiteral("selected")].toBool(),
-                  category[QStringLiteral("selection")].toInt() != 0);
+    for (const auto &category : scanned.at("categories"))
+        EXPECT_EQ(category.at("items")[0].at("selected"), category.at("selection") != 0);
     EXPECT_THAT(changes(before, machine.state()), IsEmpty());
     EXPECT_EQ(cli({"--json", "history"}).output.find(R"("logName":"SIZE")"), std::string::npos);
 
     auto done = clean(together(everyCategory, {"--apply"}));
-    EXPECT_EQ(done[QStringLiteral("applied")], true);
+    EXPECT_EQ(done["applied"], true);
     EXPECT_EQ(changes(before, machine.state()), machine.changesOf({0, 1, 2, 3, 4, 5}));
-    done[QStringLiteral("applied")] = false;
+    done["applied"] = false;
     EXPECT_EQ(done, told) << "the same items, bytes and words";
 
     Words expected;
@@ -96,18 +78,18 @@ TEST_F(ScanClean, WithoutApplyTellsWhatApplyRemoves) {
         expected.insert(expected.end(), items.begin(), items.end());
     EXPECT_THAT(pathsIn(done, "removed"), UnorderedElementsAreArray(expected));
     std::int64_t sum = 0;
-    for (const auto &category : categoriesIn(done)) {
+    for (const auto &category : done.at("categories")) {
         std::int64_t ofCategory = 0;
-        for (const auto &item : category[QStringLiteral("removed")].toArray())
-            ofCategory += item[QStringLiteral("bytes")].toInteger();
-        EXPECT_EQ(category[QStringLiteral("bytes")].toInteger(), ofCategory);
+        for (const auto &item : category.at("removed"))
+            ofCategory += item.at("bytes").get<std::int64_t>();
+        EXPECT_EQ(category.at("bytes"), ofCategory);
         sum += ofCategory;
     }
     EXPECT_GT(sum, 3000 + 2000 + 9000);
-    EXPECT_EQ(done[QStringLiteral("bytes")].toInteger(), sum);
+    EXPECT_EQ(done["bytes"], sum);
     const auto history = documentOf(cli({"--json", "history"}).output, "history");
-    EXPECT_EQ(history[QStringLiteral("bytes")].toInteger(), sum);
-    EXPECT_EQ(history[QStringLiteral("logName")].toString(), QStringLiteral("SIZE"));
+    EXPECT_EQ(history.at("bytes"), sum);
+    EXPECT_EQ(history.at("logName"), "SIZE");
     EXPECT_THAT(pathsIn(clean(together(everyCategory, {"--apply"})), "removed"), IsEmpty());
 }
 
@@ -184,8 +166,9 @@ TEST_F(ScanClean, SettingsThatCannotBeReadChooseNothing) {
     EXPECT_EQ(refused.status, 1);
     EXPECT_THAT(refused.errors, HasSubstr("--category"));
     EXPECT_THAT(changes(before, machine.state()), IsEmpty());
-    for (const auto &category : categoriesIn(scan()))
-        EXPECT_EQ(category[QStringLiteral("selection")], 0);
+    const auto scanned = scan();
+    for (const auto &category : scanned.at("categories"))
+        EXPECT_EQ(category.at("selection"), 0);
     clean({"--category", "1", "--apply"});
     EXPECT_EQ(changes(before, machine.state()), machine.changesOf({1}));
 }
@@ -220,9 +203,9 @@ TEST_F(ScanClean, WhatNeedsRightsStaysAndIsTold) {
     const auto done = clean(together(everyCategory, {"--apply"}), 3, RunAs::Unprivileged);
     staying.push_back(foreign);
     EXPECT_THAT(pathsIn(done, "failed"), UnorderedElementsAreArray(staying));
-    for (const auto &category : categoriesIn(done)) {
-        for (const auto &item : category[QStringLiteral("failed")].toArray())
-            EXPECT_FALSE(item[QStringLiteral("error")].toString().isEmpty());
+    for (const auto &category : done.at("categories")) {
+        for (const auto &item : category.at("failed"))
+            EXPECT_GT(item.at("error").get<std::string>(), "");
     }
     auto expected = machine.changesOfItems(gone);
     expected.insert(expected.end(), {"- " + report, "- " + closed, "- " + closed + "/file"});
@@ -240,8 +223,7 @@ TEST_F(ScanClean, WhileThePackageManagerWorksItsCacheIsBusy) {
         for (const Words &more : {Words{}, Words{"--apply"}, Words{"--apply", "--admin"}}) {
             const auto document = clean(together({"--category", "0"}, more), 3);
             EXPECT_THAT(pathsIn(document, "failed"), ElementsAre(package));
-            const auto failed = categoriesIn(document)[0][QStringLiteral("failed")][0];
-            EXPECT_EQ(failed[QStringLiteral("error")].toString().toStdString(),
+            EXPECT_EQ(document.at("categories")[0].at("failed")[0].at("error"),
                       std::make_error_code(std::errc::device_or_resource_busy).message());
         }
         auto others = machine.items[0];
@@ -271,7 +253,7 @@ TEST_F(ScanClean, AnInterruptedCleanTellsWhatHasGoneSoFar) {
     const auto document = documentOf(result.output, "clean");
     const Words gone = pathsIn(document, "removed");
     const Words failed = pathsIn(document, "failed");
-    EXPECT_EQ(document[QStringLiteral("applied")], true);
+    EXPECT_EQ(document.at("applied"), true);
     ASSERT_LE(gone.size(), all.size());
     EXPECT_TRUE(std::equal(gone.begin(), gone.end(), all.begin()));
     // The item under way may have lost something; those behind it have not.
@@ -292,10 +274,10 @@ TEST_F(ScanClean, AnInterruptedCleanTellsWhatHasGoneSoFar) {
     }
     EXPECT_EQ(changed, sorted(expected));
     std::int64_t sum = 0;
-    for (const auto &item : categoriesIn(document)[0][QStringLiteral("removed")].toArray())
-        sum += item[QStringLiteral("bytes")].toInteger();
+    for (const auto &item : document.at("categories")[0].at("removed"))
+        sum += item.at("bytes").get<std::int64_t>();
     const auto history = documentOf(cli({"--json", "history"}).output, "history");
-    EXPECT_EQ(history[QStringLiteral("bytes")].toInteger(), sum);
+    EXPECT_EQ(history.at("bytes"), sum);
 }
 
 } // namespace

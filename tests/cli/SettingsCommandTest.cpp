@@ -1,12 +1,8 @@
 #include "core/SettingKeys.h"
 #include "foundation/FileDescriptor.h"
 #include "foundation/UserDefaults.h"
-#include "support/ChildProcess.h"
+#include "support/CommandLine.h"
 #include "support/TestEnvironment.h"
-
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -17,13 +13,8 @@
 namespace brightsweep {
 namespace {
 
-test::ChildResult settings(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), {BRIGHTSWEEP_CLI, "settings"});
-    return test::runProgram(arguments);
-}
-
-QJsonObject document(const test::ChildResult &result) {
-    return QJsonDocument::fromJson(QByteArray::fromStdString(result.output)).object();
+test::ChildResult settings(const test::Words &words) {
+    return test::cli(test::together({"settings"}, words));
 }
 
 TEST(SettingsCommand, ListsEveryKeyWithValueDefaultAndType) {
@@ -31,34 +22,18 @@ TEST(SettingsCommand, ListsEveryKeyWithValueDefaultAndType) {
     const auto result = settings({"--json"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.errors, "");
-    EXPECT_TRUE(result.output.starts_with(R"({"schema":1,"command":"settings",)"));
-    const QJsonArray list = document(result)[QStringLiteral("settings")].toArray();
-    ASSERT_EQ(list.size(), int(std::size(settingKeys)));
-    const struct {
-        const char *key;
-        QJsonValue value;
-        QJsonValue standard;
-        const char *type;
-    } rows[] = {
-        {"DisplayType", 0, QJsonValue::Null, "integer"},
-        {"SpaceAlarm", 0.1, 0.1, "float"},
-        {"SystemCaches", 1, 1, "integer"},
-        {"DSDiskUsageShowStyle", true, false, "bool"},
-        {"SUEnableAutomaticChecks", false, QJsonValue::Null, "bool"},
-        {"fade", QStringLiteral("YES"), QStringLiteral("YES"), "string"},
-    };
-    for (const auto &row : rows) {
-        bool found = false;
-        for (const QJsonValue &entry : list) {
-            if (entry[QStringLiteral("key")].toString() != QLatin1String(row.key))
-                continue;
-            found = true;
-            EXPECT_EQ(entry[QStringLiteral("value")], row.value) << row.key;
-            EXPECT_EQ(entry[QStringLiteral("default")], row.standard) << row.key;
-            EXPECT_EQ(entry[QStringLiteral("type")].toString(), QLatin1String(row.type));
-        }
-        EXPECT_TRUE(found) << row.key;
-    }
+    const auto list = test::documentOf(result.output, "settings")["settings"];
+    ASSERT_EQ(list.size(), std::size(settingKeys));
+    for (const char *entry : {
+             R"({"key":"DisplayType","value":0,"default":null,"type":"integer"})",
+             R"({"key":"SpaceAlarm","value":0.1,"default":0.1,"type":"float"})",
+             R"({"key":"SystemCaches","value":1,"default":1,"type":"integer"})",
+             R"({"key":"DSDiskUsageShowStyle","value":true,"default":false,"type":"bool"})",
+             R"({"key":"SUEnableAutomaticChecks","value":false,"default":null,"type":"bool"})",
+             R"({"key":"fade","value":"YES","default":"YES","type":"string"})",
+         })
+        EXPECT_NE(std::find(list.begin(), list.end(), nlohmann::json::parse(entry)), list.end())
+            << entry;
     const std::string table = settings({}).output;
     EXPECT_EQ(std::size_t(std::count(table.begin(), table.end(), '\n')),
               1 + std::size(settingKeys));
@@ -91,7 +66,7 @@ TEST(SettingsCommand, SetsGetsAndResets) {
 }
 
 TEST(SettingsCommand, WrongUsageSaysWhatToWriteAndChangesNothing) {
-    const std::vector<std::string> rows[] = {
+    const test::Words rows[] = {
         {"set", "SystemCaches", "5"},
         {"set", "SystemCaches", "yes"},
         {"set", "SystemCaches", ""},
@@ -130,7 +105,7 @@ TEST(SettingsCommand, WrongUsageSaysWhatToWriteAndChangesNothing) {
 TEST(SettingsCommand, LaunchAtLoginMakesTheEntryAndTakesItAway) {
     const auto folder = test::TestEnvironment::current().home() / ".config/autostart";
     const auto entry = folder / "com.norvmac.DeskSweeperPro.desktop";
-    for (const auto &words : std::vector<std::vector<std::string>>{
+    for (const auto &words : std::vector<test::Words>{
              {"set", "LoginCheck", "1"}, {"set", "LoginCheck", "0"}, {"reset", "LoginCheck"}}) {
         EXPECT_EQ(settings(words).status, 0);
         EXPECT_EQ(std::filesystem::exists(entry), words.back() == "1");
@@ -147,7 +122,7 @@ TEST(SettingsCommand, AStoreThatCannotBeWrittenFails) {
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.errors.find(file.native()), std::string::npos);
     // The defaults are not shown as if they were the user's.
-    for (const auto &words : std::vector<std::vector<std::string>>{{}, {"get", "UserCaches"}}) {
+    for (const auto &words : std::vector<test::Words>{{}, {"get", "UserCaches"}}) {
         EXPECT_EQ(settings(words).status, 1);
         EXPECT_EQ(settings(words).output, "");
     }

@@ -1,37 +1,20 @@
-#include "support/ChildProcess.h"
+#include "support/CommandLine.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
 #include <gtest/gtest.h>
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
-
 #include <sys/stat.h>
 
-namespace brightsweep {
+namespace brightsweep::test {
 namespace {
 
-using test::TestTree;
-
-struct Ran {
-    int exit = -1;
-    QByteArray out;
-    QByteArray err;
-    QJsonObject json() const { return QJsonDocument::fromJson(out).object(); }
-};
-
-Ran run(const QStringList &arguments) {
-    QProcess process;
-    process.start(QStringLiteral(BRIGHTSWEEP_CLI), arguments);
-    EXPECT_TRUE(process.waitForFinished(60'000));
-    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+ChildResult usage(const Words &words) {
+    return cli(together({"usage"}, words));
 }
 
-QString text(const std::filesystem::path &path) {
-    return QString::fromStdString(path.native());
+nlohmann::json document(const Words &words) {
+    return documentOf(usage(together({"--json"}, words)).output, "usage");
 }
 
 TEST(UsageCommand, ShowsTheTreeToTheDepthAskedFor) {
@@ -39,50 +22,40 @@ TEST(UsageCommand, ShowsTheTreeToTheDepthAskedFor) {
     tree.sparseFile("a/b/c/file", 60);
     tree.sparseFile("d/file", 30);
     tree.sparseFile("bad \xff/file", 10);
-    const QString top = text(tree.top());
-    const Ran one = run({QStringLiteral("--json"), QStringLiteral("usage"), top});
-    EXPECT_EQ(one.exit, 0);
-    EXPECT_TRUE(one.out.startsWith("{\"schema\":1,\"command\":\"usage\",\"path\":"));
-    EXPECT_TRUE(one.out.endsWith("}\n"));
-    EXPECT_TRUE(one.err.isEmpty());
-    const QJsonObject json = one.json();
-    EXPECT_EQ(json[QStringLiteral("path")].toString(), top + QLatin1Char('/'));
-    EXPECT_EQ(json[QStringLiteral("bytes")].toInt(), 100);
-    EXPECT_EQ(json[QStringLiteral("directories")].toInt(), 6);
-    const QJsonArray children = json[QStringLiteral("children")].toArray();
-    ASSERT_EQ(children.size(), 3);
-    EXPECT_EQ(children[0][QStringLiteral("path")].toString(), top + QStringLiteral("/a/"));
-    EXPECT_TRUE(children[0][QStringLiteral("children")].toArray().isEmpty());
-    EXPECT_EQ(QByteArray::fromBase64(children[2][QStringLiteral("pathBase64")].toString().toUtf8()),
-              QByteArray((tree.top().native() + "/bad \xff/").c_str()));
-    EXPECT_FALSE(json.contains(QStringLiteral("rings")));
+    const std::string top = tree.top();
+    const auto one = usage({"--json", top});
+    EXPECT_EQ(one.status, 0);
+    EXPECT_EQ(one.errors, "");
+    const auto json = documentOf(one.output, "usage");
+    EXPECT_EQ(json.at("path"), top + '/');
+    EXPECT_EQ(json.at("bytes"), 100);
+    EXPECT_EQ(json.at("directories"), 6);
+    const auto &children = json.at("children");
+    ASSERT_EQ(children.size(), 3u);
+    EXPECT_EQ(children[0].at("path"), top + "/a/");
+    EXPECT_TRUE(children[0].at("children").empty());
+    EXPECT_EQ(exactPath(children[2]), top + "/bad \xff/");
+    EXPECT_FALSE(json.contains("rings"));
 
-    const QJsonObject deep = run({QStringLiteral("--json"), QStringLiteral("usage"), top,
-                                  QStringLiteral("--depth"), QStringLiteral("9")})
-                                 .json();
-    const QJsonValue c = deep[QStringLiteral("children")][0][QStringLiteral("children")][0]
-                             [QStringLiteral("children")][0];
-    EXPECT_EQ(c[QStringLiteral("path")].toString(), top + QStringLiteral("/a/b/c/"));
-    EXPECT_EQ(c[QStringLiteral("bytes")].toInt(), 60);
-    const Ran people = run({QStringLiteral("usage"), top, QStringLiteral("--rings")});
-    EXPECT_TRUE(people.out.contains("0.06 KB    a/\n")) << people.out.constData();
+    const auto deep = document({top, "--depth", "9"});
+    const auto &c = deep.at("/children/0/children/0/children/0"_json_pointer);
+    EXPECT_EQ(c.at("path"), top + "/a/b/c/");
+    EXPECT_EQ(c.at("bytes"), 60);
+    const auto people = usage({top, "--rings"});
+    EXPECT_NE(people.output.find("0.06 KB    a/\n"), std::string::npos) << people.output;
 }
 
 TEST(UsageCommand, ShowsTheSectorsInDrawingOrder) {
     TestTree tree;
     tree.sparseFile("a/b/file", 75);
     tree.sparseFile("d/file", 25);
-    const QJsonArray rings = run({QStringLiteral("--json"), QStringLiteral("usage"),
-                                  text(tree.top()), QStringLiteral("--rings")})
-                                 .json()[QStringLiteral("rings")]
-                                 .toArray();
-    ASSERT_EQ(rings.size(), 4);
-    EXPECT_EQ(rings[0][QStringLiteral("rgb")].toArray(), (QJsonArray{39, 41, 51}));
-    EXPECT_EQ(rings[2][QStringLiteral("level")].toInt(), 3);
-    EXPECT_EQ(rings[2][QStringLiteral("sweep")].toDouble(), 270);
-    EXPECT_EQ(rings[3][QStringLiteral("start")].toDouble(), 270);
-    EXPECT_EQ(rings[3][QStringLiteral("inner")].toDouble(),
-              rings[0][QStringLiteral("outer")].toDouble());
+    const auto rings = document({tree.top(), "--rings"})["rings"];
+    ASSERT_EQ(rings.size(), 4u);
+    EXPECT_EQ(rings[0].at("rgb"), (nlohmann::json{39, 41, 51}));
+    EXPECT_EQ(rings[2].at("level"), 3);
+    EXPECT_EQ(rings[2].at("sweep"), 270);
+    EXPECT_EQ(rings[3].at("start"), 270);
+    EXPECT_EQ(rings[3].at("inner"), rings[0].at("outer"));
 }
 
 TEST(UsageCommand, ListsWhatReachesTheLimit) {
@@ -90,71 +63,57 @@ TEST(UsageCommand, ListsWhatReachesTheLimit) {
     tree.sparseFile("folder/large", 5000);
     tree.sparseFile("folder/small", 10);
     tree.sparseFile("file", 6000);
-    const QJsonArray items =
-        run({QStringLiteral("--json"), QStringLiteral("usage"), text(tree.top()),
-             QStringLiteral("--list"), QStringLiteral("--limit"), QStringLiteral("5"),
-             QStringLiteral("--unit"), QStringLiteral("1")})
-            .json()[QStringLiteral("items")]
-            .toArray();
-    ASSERT_EQ(items.size(), 2);
-    EXPECT_EQ(items[0][QStringLiteral("name")].toString(), QStringLiteral("file"));
-    EXPECT_EQ(items[1][QStringLiteral("bytes")].toInt(), 5010);
-    EXPECT_TRUE(items[1][QStringLiteral("directory")].toBool());
-    const QJsonArray inner = items[1][QStringLiteral("items")].toArray();
-    ASSERT_EQ(inner.size(), 1);
-    EXPECT_EQ(inner[0][QStringLiteral("path")].toString(), text(tree.path("folder/large")));
+    const auto items = document({tree.top(), "--list", "--limit", "5", "--unit", "1"})["items"];
+    ASSERT_EQ(items.size(), 2u);
+    EXPECT_EQ(items[0].at("name"), "file");
+    EXPECT_EQ(items[1].at("bytes"), 5010);
+    EXPECT_EQ(items[1].at("directory"), true);
+    ASSERT_EQ(items[1].at("items").size(), 1u);
+    EXPECT_EQ(items[1].at("items")[0].at("path"), tree.path("folder/large").native());
 }
 
 TEST(UsageCommand, WhatIsNotGivenOfTheLimitIsTheSettings) {
     TestTree tree;
     tree.sparseFile("large", 5000);
     tree.sparseFile("small", 10);
-    TestTree(test::TestEnvironment::current().home())
+    TestTree(TestEnvironment::current().home())
         .file(".config/com.norvmac.DeskSweeperPro.conf", "DSDiskUsageLimit=5\nDSDiskUsageUnit=9");
     const struct {
-        QStringList options;
-        int items;
-    } rows[] = {
-        {{}, 2},
-        {{QStringLiteral("--unit"), QStringLiteral("1")}, 1},
-        {{QStringLiteral("--unit"), QStringLiteral("2")}, 0},
-        {{QStringLiteral("--limit"), QStringLiteral("11")}, 1},
-    };
-    for (const auto &row : rows) {
-        const Ran ran = run(QStringList{QStringLiteral("--json"), QStringLiteral("usage"),
-                                        text(tree.top()), QStringLiteral("--list")} +
-                            row.options);
-        EXPECT_EQ(ran.json()[QStringLiteral("items")].toArray().size(), row.items);
-    }
+        Words options;
+        std::size_t items;
+    } rows[] = {{{}, 2}, {{"--unit", "1"}, 1}, {{"--unit", "2"}, 0}, {{"--limit", "11"}, 1}};
+    for (const auto &row : rows)
+        EXPECT_EQ(document(together({tree.top(), "--list"}, row.options))["items"].size(),
+                  row.items);
 }
 
 TEST(UsageCommand, SaysWhatIsWrong) {
     TestTree tree;
-    const QString file = text(tree.file("file"));
-    const QString top = text(tree.top());
+    const std::string file = tree.file("file");
+    const std::string top = tree.top();
     const struct {
-        QStringList arguments;
+        Words arguments;
         int exit;
     } rows[] = {
         {{}, 2},
         {{top, top}, 2},
-        {{top, QStringLiteral("--depth"), QStringLiteral("-1")}, 2},
-        {{top, QStringLiteral("--limit"), QStringLiteral("5")}, 2},
-        {{top, QStringLiteral("--list"), QStringLiteral("--rings")}, 2},
-        {{top, QStringLiteral("--list"), QStringLiteral("--unit"), QStringLiteral("7")}, 2},
-        {{top + QStringLiteral("/missing")}, 1},
+        {{top, "--depth", "-1"}, 2},
+        {{top, "--limit", "5"}, 2},
+        {{top, "--list", "--rings"}, 2},
+        {{top, "--list", "--unit", "7"}, 2},
+        {{top + "/missing"}, 1},
         {{file}, 1},
-        {{QStringLiteral("/proc")}, 1},
-        {{QStringLiteral("base64:?")}, 2},
-        {{top, QStringLiteral("--remove"), QStringLiteral("base64:?")}, 2},
-        {{top, QStringLiteral("--svg"), top}, 1},
-        {{top, QStringLiteral("--svg"), QStringLiteral("/dev/null")}, 1},
+        {{"/proc"}, 1},
+        {{"base64:?"}, 2},
+        {{top, "--remove", "base64:?"}, 2},
+        {{top, "--svg", top}, 1},
+        {{top, "--svg", "/dev/null"}, 1},
     };
     for (const auto &row : rows) {
-        const Ran ran = run(QStringList{QStringLiteral("usage")} + row.arguments);
-        EXPECT_EQ(ran.exit, row.exit) << row.arguments.join(QLatin1Char(' ')).toStdString();
-        EXPECT_EQ(ran.err.count('\n'), 1) << ran.err.constData();
-        EXPECT_TRUE(ran.out.isEmpty());
+        const auto ran = usage(row.arguments);
+        EXPECT_EQ(ran.status, row.exit) << testing::PrintToString(row.arguments);
+        EXPECT_EQ(std::count(ran.errors.begin(), ran.errors.end(), '\n'), 1) << ran.errors;
+        EXPECT_EQ(ran.output, "");
     }
 }
 
@@ -165,47 +124,40 @@ TEST(UsageCommand, RemovesWhatIsNamedAndNothingElse) {
     tree.link("top/link", tree.path("outside"));
     tree.link("way", tree.path("top"));
     const auto before = tree.snapshot();
-    const QString top = text(tree.path("top"));
-    QStringList arguments{QStringLiteral("--json"), QStringLiteral("usage"), top,
-                          QStringLiteral("--remove")};
+    const std::string top = tree.path("top");
+    Words words{"--json", top, "--remove"};
     for (const char *name : {"top/a", "top/a/in", "way/d", "top/link", "top", "outside", "top/no"})
-        arguments.append(text(tree.path(name)));
-    const Ran trial = run(arguments);
-    EXPECT_EQ(trial.exit, 3);
+        words.push_back(tree.path(name));
+    const auto trial = usage(words);
+    EXPECT_EQ(trial.status, 3);
     EXPECT_EQ(tree.snapshot(), before);
     for (const bool applied : {false, true}) {
-        const QJsonObject json =
-            (applied ? run(arguments + QStringList{QStringLiteral("--apply")}) : trial).json();
-        EXPECT_EQ(json[QStringLiteral("applied")].toBool(), applied);
-        EXPECT_EQ(json[QStringLiteral("removed")].toArray().size(), 3);
-        EXPECT_EQ(json[QStringLiteral("failed")].toArray().size(), 3);
+        const auto ran = applied ? usage(together(words, {"--apply"})) : trial;
+        const auto json = documentOf(ran.output, "usage");
+        EXPECT_EQ(json.at("applied"), applied);
+        EXPECT_EQ(json.at("removed").size(), 3u);
+        EXPECT_EQ(json.at("failed").size(), 3u);
     }
     EXPECT_TRUE(tree.exists("outside") && tree.exists("top/stays"));
     EXPECT_FALSE(tree.exists("top/a") || tree.exists("top/d") || tree.exists("top/link"));
-    const Ran trash =
-        run({QStringLiteral("usage"), top, QStringLiteral("--remove"), text(tree.path("top/stays")),
-             QStringLiteral("--trash"), QStringLiteral("--apply")});
-    EXPECT_EQ(trash.exit, 0) << trash.err.constData();
+    const auto trash = usage({top, "--remove", tree.path("top/stays"), "--trash", "--apply"});
+    EXPECT_EQ(trash.status, 0) << trash.errors;
     EXPECT_FALSE(tree.exists("top/stays"));
     EXPECT_TRUE(
-        TestTree(test::TestEnvironment::current().home()).exists(".local/share/Trash/files/stays"));
-    EXPECT_EQ(run({QStringLiteral("usage"), top, QStringLiteral("--apply")}).exit, 2);
+        TestTree(TestEnvironment::current().home()).exists(".local/share/Trash/files/stays"));
+    EXPECT_EQ(usage({top, "--apply"}).status, 2);
 }
 
 // The program holds the folder that it works in.
 TEST(UsageCommand, NamesTheProgramThatUsesWhatGoes) {
     TestTree tree;
     tree.sparseFile("folder/in/file", 100);
-    QProcess sleeper;
-    sleeper.setWorkingDirectory(text(tree.path("folder/in")));
-    sleeper.start(QStringLiteral("sleep"), {QStringLiteral("1000")});
-    ASSERT_TRUE(sleeper.waitForStarted());
-    const Ran ran = run({QStringLiteral("usage"), text(tree.top()), QStringLiteral("--remove"),
-                         text(tree.path("folder"))});
-    EXPECT_EQ(ran.exit, 0);
-    EXPECT_TRUE(ran.err.contains("folder: in use by sleep\n")) << ran.err.constData();
-    sleeper.kill();
-    sleeper.waitForFinished();
+    const RunningProgram sleeper({"env", "-C", tree.path("folder/in"), "sleep", "1000"});
+    const auto name = "/proc/" + std::to_string(sleeper.process()) + "/comm";
+    ASSERT_TRUE(eventually([&] { return textOf(name) == "sleep\n"; }));
+    const auto ran = usage({tree.top(), "--remove", tree.path("folder")});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_NE(ran.errors.find("folder: in use by sleep\n"), std::string::npos) << ran.errors;
 }
 
 TEST(UsageCommand, SaysWhatItCouldNotRead) {
@@ -214,8 +166,7 @@ TEST(UsageCommand, SaysWhatItCouldNotRead) {
     tree.mode("closed", 0);
     std::filesystem::permissions(tree.top().parent_path(), std::filesystem::perms(0711));
     for (const char *mode : {"--rings", "--list"}) {
-        const auto ran = test::runProgram({BRIGHTSWEEP_CLI, "usage", tree.top(), mode}, {},
-                                          test::RunAs::Unprivileged);
+        const auto ran = cli({"usage", tree.top(), mode}, RunAs::Unprivileged);
         EXPECT_NE(ran.errors.find("closed"), std::string::npos) << mode;
     }
     tree.mode("closed", 0755);
@@ -227,10 +178,9 @@ TEST(UsageCommand, APictureHasTheModeOfANewFile) {
     tree.sparseFile("folder/file", 100);
     const auto picture = tree.path("chart.svg");
     const mode_t before = ::umask(027);
-    const Ran ran = run({QStringLiteral("usage"), text(tree.path("folder")),
-                         QStringLiteral("--svg"), text(picture)});
+    const auto ran = usage({tree.path("folder"), "--svg", picture});
     ::umask(before);
-    EXPECT_EQ(ran.exit, 0) << ran.err.constData();
+    EXPECT_EQ(ran.status, 0) << ran.errors;
     EXPECT_EQ(std::filesystem::status(picture).permissions(), std::filesystem::perms(0640));
 }
 
@@ -244,30 +194,21 @@ TEST(UsageCommand, TellsWhatGrew) {
     for (int level = 0; level < 700; ++level)
         deep += "d/";
     tree.sparseFile(deep + "file", 1);
-    const QString top = text(tree.top());
-    const QString saved = text(tree.path("..")) + QStringLiteral("/saved.json");
-    TestTree(tree.top().parent_path())
-        .file("saved.json", run({QStringLiteral("--json"), QStringLiteral("usage"), top,
-                                 QStringLiteral("--depth"), QStringLiteral("2000")})
-                                .out.toStdString());
+    const std::string top = tree.top();
+    TestTree above(tree.top().parent_path());
+    const std::string saved =
+        above.file("saved.json", usage({"--json", top, "--depth", "2000"}).output);
     tree.sparseFile("bad\xff/more", 30);
     tree.sparseFile("new/file", 40);
     std::filesystem::resize_file(tree.path("less/file"), 10);
     std::filesystem::remove_all(tree.path("gone"));
-    const QJsonArray changes = run({QStringLiteral("--json"), QStringLiteral("usage"), top,
-                                    QStringLiteral("--compare"), saved})
-                                   .json()[QStringLiteral("changes")]
-                                   .toArray();
+    const auto changes = document({top, "--compare", saved})["changes"];
     std::vector<int> differences;
-    for (const QJsonValue &change : changes)
-        differences.push_back(change[QStringLiteral("difference")].toInt());
+    for (const auto &change : changes)
+        differences.push_back(change.at("difference"));
     EXPECT_EQ(differences, (std::vector{40, 30, -50, -70, -90}));
-    EXPECT_EQ(
-        run({QStringLiteral("usage"), text(tree.path("new")), QStringLiteral("--compare"), saved})
-            .exit,
-        1);
-    const std::string above = tree.top().native() + '/';
-    const std::string path = R"("path":")" + above + R"(",)";
+    EXPECT_EQ(usage({tree.path("new"), "--compare", saved}).status, 1);
+    const std::string path = R"("path":")" + top + R"(/",)";
     const std::string head = R"({"schema":1,"command":"usage",)" + path;
     const std::string end = R"("bytes":5,"children":[]})";
     const auto child = [&](const std::string &where) {
@@ -277,15 +218,15 @@ TEST(UsageCommand, TellsWhatGrew) {
          {head + R"("bytes":"5","children":[]})", head + R"("bytes":1.5,"children":[]})",
           head + R"("bytes":-1,"children":[]})", head + R"("bytes":5})",
           head + R"("interrupted":true,)" + end, head + R"("bytes":5,"children":[{"path":7}]})",
-          child(above + "a/b/"), child(std::string(above.size(), 'x') + "a/"),
+          child(top + "/a/b/"), child(std::string(top.size() + 1, 'x') + "a/"),
           head + R"("pathBase64":"?",)" + end, R"({"schema":2,"command":"usage",)" + path + end,
           R"({"schema":1,)" + path + end, R"({"command":"usage",)" + path + end}) {
-        TestTree(tree.top().parent_path()).file("saved.json", document);
-        const Ran ran = run({QStringLiteral("usage"), top, QStringLiteral("--compare"), saved});
-        EXPECT_EQ(ran.exit, 1) << document;
-        EXPECT_TRUE(ran.out.isEmpty()) << document;
+        above.file("saved.json", document);
+        const auto ran = usage({top, "--compare", saved});
+        EXPECT_EQ(ran.status, 1) << document;
+        EXPECT_EQ(ran.output, "") << document;
     }
 }
 
 } // namespace
-} // namespace brightsweep
+} // namespace brightsweep::test

@@ -3,11 +3,6 @@
 #include "foundation/Paths.h"
 #include "support/TestEnvironment.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 namespace brightsweep::test {
@@ -149,33 +144,6 @@ std::vector<std::string> CleanableMachine::changesOfItems(const std::set<std::st
         lines.push_back("~ " + trash + "/directorysizes");
     std::sort(lines.begin(), lines.end());
     return lines;
-}
-
-QJsonObject documentOf(std::string_view output, std::string_view command) {
-    const std::string head = "{\"schema\":1,\"command\":\"" + std::string(command) + "\",";
-    QJsonParseError error;
-    const auto document =
-        QJsonDocument::fromJson(QByteArray(output.data(), qsizetype(output.size())), &error);
-    const bool whole = error.error == QJsonParseError::NoError && output.starts_with(head) &&
-                       output.find('\n') == output.size() - 1;
-    EXPECT_TRUE(whole) << error.errorString().toStdString() << "\n" << output;
-    return whole ? document.object() : QJsonObject();
-}
-
-std::string exactPath(const QJsonObject &item) {
-    const auto exact = item.constFind(QStringLiteral("pathBase64"));
-    return exact == item.constEnd()
-               ? item[QStringLiteral("path")].toString().toStdString()
-               : QByteArray::fromBase64(exact->toString().toLatin1()).toStdString();
-}
-
-std::vector<std::string> pathsIn(const QJsonObject &document, const char *list) {
-    std::vector<std::string> found;
-    for (const auto &category : document[QStringLiteral("categories")].toArray()) {
-        for (const auto &item : category.toObject()[QLatin1String(list)].toArray())
-            found.push_back(exactPath(item.toObject()));
-    }
-    return found;
 }
 
 } // namespace brightsweep::test

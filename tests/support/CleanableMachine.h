@@ -2,14 +2,11 @@
 
 #include "support/TestTree.h"
 
-#include <QJsonObject>
-
 #include <array>
 #include <filesystem>
 #include <map>
 #include <set>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace brightsweep::test {
@@ -50,15 +47,5 @@ private:
 
     std::map<std::string, std::string> m_state;
 };
-
-/// A document that the command line printed. Empty, with a failure of the test, where it is not
-/// whole, does not begin with the schema and the command, or does not end with its line.
-QJsonObject documentOf(std::string_view output, std::string_view command);
-
-/// The exact path of an item in a document.
-std::string exactPath(const QJsonObject &item);
-
-/// The paths in a list ("removed", "failed", "items") of all categories of a document, in order.
-std::vector<std::string> pathsIn(const QJsonObject &document, const char *list);
 
 } // namespace brightsweep::test

@@ -1,5 +1,5 @@
-#include "support/ChildProcess.h"
 #include "support/CleanableMachine.h"
+#include "support/CommandLine.h"
 #include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 
@@ -66,7 +66,7 @@ TEST_P(AdminClean, AsksOnceBeforeTheFirstRemoval) {
         EXPECT_EQ(result.errors, "");
     } else {
         EXPECT_THAT(changes(before, machine.state()), testing::IsEmpty());
-        EXPECT_EQ(document[QStringLiteral("applied")], false);
+        EXPECT_EQ(document.at("applied"), false);
         EXPECT_THAT(pathsIn(document, "removed"), testing::IsEmpty());
         EXPECT_THAT(result.output, HasSubstr(GetParam().words));
         EXPECT_THAT(result.errors, HasSubstr(GetParam().words));

@@ -1,5 +1,5 @@
-#include "support/ChildProcess.h"
 #include "support/CleanableMachine.h"
+#include "support/CommandLine.h"
 #include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 
@@ -174,7 +174,7 @@ TEST_F(KilledClean, LeavesEverythingElseAsItWas) {
             continue;
         const auto document = documentOf(result.output, "clean");
         // One that was ended before the removal tells what would have gone.
-        if (!document[QStringLiteral("applied")].toBool())
+        if (document["applied"] == false)
             continue;
         for (const std::string &path : pathsIn(document, "removed"))
             EXPECT_FALSE(fs::exists(fs::symlink_status(path))) << path;

@@ -1,10 +1,6 @@
-#include "support/ChildProcess.h"
-#include "support/CleanableMachine.h"
+#include "support/CommandLine.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
-
-#include <QJsonArray>
-#include <QJsonDocument>
 
 #include <gtest/gtest.h>
 
@@ -20,21 +16,13 @@ protected:
                                                       version + "\"}");
         return "bundle:" + home.path(place).native();
     }
-    ChildResult run(std::vector<std::string> arguments, RunAs user = RunAs::Caller) {
-        arguments.insert(arguments.begin(), BRIGHTSWEEP_CLI);
-        return runProgram(arguments, {}, user);
-    }
-    QJsonObject plan(std::vector<std::string> arguments, int status, RunAs user = RunAs::Caller) {
-        arguments.insert(arguments.begin(), {"--json", "uninstall"});
-        const auto result = run(arguments, user);
+    nlohmann::json plan(const Words &words, int status, RunAs user = RunAs::Caller) {
+        const auto result = cli(together({"--json", "uninstall"}, words), user);
         EXPECT_EQ(result.status, status) << result.errors;
-        return documentOf(result.output, "uninstall")[QStringLiteral("plans")]
-            .toArray()
-            .first()
-            .toObject();
+        return documentOf(result.output, "uninstall")["plans"][0];
     }
-    static qsizetype count(const QJsonObject &object, const char *key) {
-        return object[QLatin1String(key)].toArray().size();
+    static std::size_t count(const nlohmann::json &object, const char *key) {
+        return object.at(key).size();
     }
 
     TestTree home{TestEnvironment::current().home()};
@@ -46,45 +34,44 @@ TEST_F(UninstallCommand, ShowsThePlanAndCarriesItOutAsShown) {
     home.file(".config/com.example.editor2.plist");
     home.file(".cache/com.example.editor/x");
     const auto before = home.snapshot();
-    const auto apps = run({"apps", "--json"});
+    const auto apps = cli({"apps", "--json"});
     EXPECT_EQ(apps.status, 0);
-    const auto listed =
-        documentOf(apps.output, "apps")[QStringLiteral("apps")].toArray().first().toObject();
-    EXPECT_EQ(listed[QStringLiteral("key")].toString().toStdString(), key);
-    EXPECT_TRUE(listed[QStringLiteral("bytes")].isNull());
+    const auto listed = documentOf(apps.output, "apps")["apps"][0];
+    EXPECT_EQ(listed.at("key"), key);
+    EXPECT_TRUE(listed.at("bytes").is_null());
 
-    const QJsonObject shown = plan({"com.example.editor"}, 0);
-    EXPECT_EQ(count(shown, "leftovers"), 3);
-    EXPECT_EQ(count(shown, "removed"), 3) << "the bundle and the two that are its own";
-    EXPECT_TRUE(shown[QStringLiteral("blocked")].isNull());
-    EXPECT_EQ(count(plan({key, "--keep-leftovers"}, 0), "removed"), 1);
+    const auto shown = plan({"com.example.editor"}, 0);
+    EXPECT_EQ(count(shown, "leftovers"), 3u);
+    EXPECT_EQ(count(shown, "removed"), 3u) << "the bundle and the two that are its own";
+    EXPECT_TRUE(shown.at("blocked").is_null());
+    EXPECT_EQ(count(plan({key, "--keep-leftovers"}, 0), "removed"), 1u);
     EXPECT_EQ(home.snapshot(), before) << "a plan changes nothing";
 
-    EXPECT_EQ(count(plan({key, "--apply"}, 0), "removed"), 3);
+    EXPECT_EQ(count(plan({key, "--apply"}, 0), "removed"), 3u);
     EXPECT_FALSE(home.exists("Applications/Editor.app"));
     EXPECT_FALSE(home.exists(".config/com.example.editor.plist"));
     EXPECT_TRUE(home.exists(".config/com.example.editor2.plist"));
-    EXPECT_EQ(run({"uninstall", key}).status, 2) << "it is not installed any more";
+    EXPECT_EQ(cli({"uninstall", key}).status, 2) << "it is not installed any more";
 }
 
 TEST_F(UninstallCommand, RefusesItselfAndWhatIsNotClear) {
     const std::string own = bundle("Applications/Own.app", "com.norvmac.DeskSweeperPro", "4.0");
-    EXPECT_TRUE(plan({bundle("Applications/Older.app", "com.norvmac.DeskSweeperPro", "3.9")},
-                     0)[QStringLiteral("blocked")]
-                    .isNull());
+    EXPECT_TRUE(plan({bundle("Applications/Older.app", "com.norvmac.DeskSweeperPro", "3.9")}, 0)
+                    .at("blocked")
+                    .is_null());
     bundle("Applications/a/Twin.app", "com.example.a");
     bundle("Applications/b/Twin.app", "com.example.b");
-    const QJsonObject blocked = plan({own, "--apply"}, 3);
-    EXPECT_FALSE(blocked[QStringLiteral("blocked")].toString().isEmpty());
+    const auto blocked = plan({own, "--apply"}, 3);
+    EXPECT_GT(blocked.at("blocked").get<std::string>(), "");
     EXPECT_TRUE(home.exists("Applications/Own.app"));
-    const auto unclear = run({"uninstall", "Twin.app", "--apply"});
+    const auto unclear = cli({"uninstall", "Twin.app", "--apply"});
     EXPECT_EQ(unclear.status, 2);
     EXPECT_NE(unclear.errors.find("a/Twin.app"), std::string::npos);
     EXPECT_NE(unclear.errors.find("b/Twin.app"), std::string::npos);
     EXPECT_TRUE(home.exists("Applications/a/Twin.app"));
-    EXPECT_EQ(run({"uninstall"}).status, 2);
-    EXPECT_EQ(run({"uninstall", "x", "--with-data", "--keep-leftovers"}).status, 2);
-    EXPECT_EQ(run({"leftovers", "--apply"}).status, 2);
+    EXPECT_EQ(cli({"uninstall"}).status, 2);
+    EXPECT_EQ(cli({"uninstall", "x", "--with-data", "--keep-leftovers"}).status, 2);
+    EXPECT_EQ(cli({"leftovers", "--apply"}).status, 2);
 }
 
 TEST_F(UninstallCommand, TakesAnAppImageWithItsIntegrationAndAFolderWithItsLinks) {
@@ -108,15 +95,15 @@ TEST_F(UninstallCommand, TakesAnAppImageWithItsIntegrationAndAFolderWithItsLinks
     std::filesystem::last_write_time(home.file(".local/opt/Edit/notes", "12345"),
                                      std::filesystem::file_time_type::clock::now() +
                                          std::chrono::hours(1));
-    const auto removed = run({"uninstall", "appimage:" + image, "--apply"});
+    const auto removed = cli({"uninstall", "appimage:" + image, "--apply"});
     EXPECT_EQ(removed.status, 0) << removed.output << removed.errors;
-    const QJsonObject shown = plan({"Edit"}, 0);
-    const QJsonObject edit = plan({"Edit", "--apply"}, 0);
+    const auto shown = plan({"Edit"}, 0);
+    const auto edit = plan({"Edit", "--apply"}, 0);
     for (const char *list : {"removed", "kept"})
-        EXPECT_EQ(shown[QLatin1String(list)], edit[QLatin1String(list)]);
-    EXPECT_EQ(count(edit, "kept"), 2) << "its folder and what it had written";
-    EXPECT_EQ(count(edit, "removed"), 3) << "its program, its link and its entry";
-    EXPECT_EQ(edit[QStringLiteral("bytes")].toInt(), 10) << "without what is kept";
+        EXPECT_EQ(shown.at(list), edit.at(list));
+    EXPECT_EQ(count(edit, "kept"), 2u) << "its folder and what it had written";
+    EXPECT_EQ(count(edit, "removed"), 3u) << "its program, its link and its entry";
+    EXPECT_EQ(edit.at("bytes"), 10) << "without what is kept";
     EXPECT_TRUE(home.exists(".local/opt/Edit/notes"));
     for (const char *gone :
          {"Applications/Draw-1.2.AppImage", ".config/Draw", ".local/opt/Edit/bin"})
@@ -136,11 +123,11 @@ TEST_F(UninstallCommand, SaysBeforehandAndAfterwardsWhatStays) {
     home.file(".cache/Draw/x");
     home.own(".", unprivilegedUser);
     home.own(".config/Draw/theirs", 0);
-    const QJsonObject shown = plan({"Draw"}, 3, RunAs::Unprivileged);
-    EXPECT_EQ(count(shown, "removed"), 2) << "it and its cache";
-    EXPECT_EQ(count(shown, "failed"), 1);
-    EXPECT_EQ(count(plan({"Draw", "--admin"}, 0, RunAs::Unprivileged), "removed"), 3);
-    const auto done = run({"uninstall", "Draw", "--apply"}, RunAs::Unprivileged);
+    const auto shown = plan({"Draw"}, 3, RunAs::Unprivileged);
+    EXPECT_EQ(count(shown, "removed"), 2u) << "it and its cache";
+    EXPECT_EQ(count(shown, "failed"), 1u);
+    EXPECT_EQ(count(plan({"Draw", "--admin"}, 0, RunAs::Unprivileged), "removed"), 3u);
+    const auto done = cli({"uninstall", "Draw", "--apply"}, RunAs::Unprivileged);
     EXPECT_EQ(done.status, 3) << done.errors;
     EXPECT_NE(done.output.find("Draw: administrator rights are needed"), std::string::npos)
         << done.output;
@@ -153,11 +140,11 @@ TEST_F(UninstallCommand, LeftoversGoOnlyWhereTheyAreNamed) {
     const auto dead = home.file(".config/autostart/dead.desktop", entry);
     const auto other = home.file(".config/autostart/other.desktop", entry);
     const auto mine = home.file("mine.txt");
-    EXPECT_EQ(count(documentOf(run({"leftovers", "--json"}).output, "leftovers"), "leftovers"), 2);
-    EXPECT_EQ(run({"leftovers", dead.native(), "--apply", "--admin"}).status, 0);
+    EXPECT_EQ(count(documentOf(cli({"leftovers", "--json"}).output, "leftovers"), "leftovers"), 2u);
+    EXPECT_EQ(cli({"leftovers", dead.native(), "--apply", "--admin"}).status, 0);
     EXPECT_FALSE(std::filesystem::exists(dead));
     EXPECT_TRUE(std::filesystem::exists(other));
-    EXPECT_EQ(run({"leftovers", mine.native(), "--apply"}).status, 3);
+    EXPECT_EQ(cli({"leftovers", mine.native(), "--apply"}).status, 3);
     EXPECT_TRUE(std::filesystem::exists(mine));
 }
 
