@@ -163,6 +163,7 @@ TEST_F(OwnFiles, FoldersAreOnlyThoseThatNobodyElseUses) {
 TEST_F(OwnFiles, FoldersOfProgramsThatOthersUseStayWithTheReason) {
     add("opt/Free/bin/free", "Free");
     entry("second", program("opt/Free/run.sh", home).native());
+    entry("hidden", program("opt/Free/bin/url", home).native() + " %u", "NoDisplay=true\n");
     entry("third", program("bin/free-wrapper", home).native(),
           "Path=" + home.path("opt/Free").native() + "\n");
     home.file("bin/free-wrapper", "#!/bin/sh\ncd ~/opt/Free; exec ~/opt/Free/bin/free\n");

@@ -96,16 +96,28 @@ bool isProgramOf(const Candidate &candidate, const path &file) {
                        [&](const NamedEntry &entry) { return entry.program == file.native(); });
 }
 
+// The subfolder in which a program of the folder lies; empty for those of the whole, as a wrapper
+// may lie above the programs.
+std::string subfolderOf(const path &folder, const path &program) {
+    const path way = program.lexically_relative(folder);
+    const bool isOfWhole = !way.has_parent_path() || *way.begin() == "bin";
+    return isOfWhole ? std::string() : way.begin()->native();
+}
+
 // True where its entries start programs of different subfolders: it is a place where several
-// applications lie. A wrapper may lie above the programs of one.
+// applications lie.
 bool holdsSeveral(const path &folder, const Candidate &candidate) {
-    std::set<std::string> subfolders;
-    for (const NamedEntry &entry : candidate.entries) {
-        const path way = path(entry.program).lexically_relative(folder);
-        const bool isOfWhole = !way.has_parent_path() || *way.begin() == "bin";
-        subfolders.insert(isOfWhole ? std::string() : way.begin()->native());
-    }
-    return subfolders.size() > 1;
+    const auto subfolder = subfolderOf(folder, candidate.entries.front().program);
+    return std::any_of(
+        candidate.entries.begin(), candidate.entries.end(),
+        [&](const NamedEntry &entry) { return subfolderOf(folder, entry.program) != subfolder; });
+}
+
+// Among data another program in the folder may be somebody else's.
+bool isOwn(const path &folder, const Candidate &candidate, const path &program) {
+    return isProgramOf(candidate, program) ||
+           (!candidate.isInDataFolder && paths::isSameOrBelow(program.native(), folder.native()) &&
+            subfolderOf(folder, program) == subfolderOf(folder, candidate.entries.front().program));
 }
 
 // Of each folder, the entries whose commands name it.
@@ -126,12 +138,14 @@ entriesNaming(const std::vector<path> &folders, const std::vector<DesktopEntryFi
 // The first entry that is none of its own and starts something else by the folder.
 path entryUsing(const path &folder, const Candidate &candidate, const FolderUsers &users,
                 const std::vector<const DesktopEntryFile *> &naming) {
-    const auto isProgram = [&](const path &program) { return isProgramOf(candidate, program); };
+    const auto isOwnProgram = [&](const path &program) {
+        return isOwn(folder, candidate, program);
+    };
     for (const DesktopEntryFile *file : naming) {
         const auto isIt = [&](const NamedEntry &own) { return own.entry == &file->entry; };
         const path program = realPath(file->program);
         if (std::any_of(candidate.entries.begin(), candidate.entries.end(), isIt) ||
-            isProgram(program) || users.isLauncher(program, folder, isProgram) ||
+            isOwnProgram(program) || users.isLauncher(program, folder, isOwnProgram) ||
             (!candidate.isInDataFolder && FolderUsers::isNamedAfter(file->id, folder)))
             continue;
         return file->path;
@@ -222,11 +236,12 @@ Result<std::vector<InstalledApplication>> FolderSource::applications() {
     for (auto named = naming.begin(); const auto &[folder, candidate] : candidates) {
         path user = entryUsing(folder, candidate, users, *named++);
         if (user.empty())
-            user = users.userOf(
-                folder,
-                candidate.isInDataFolder ? FolderUsers::Standing::Data
-                                         : FolderUsers::Standing::Programs,
-                [&own = candidate](const path &program) { return isProgramOf(own, program); });
+            user = users.userOf(folder,
+                                candidate.isInDataFolder ? FolderUsers::Standing::Data
+                                                         : FolderUsers::Standing::Programs,
+                                [&top = folder, &own = candidate](const path &program) {
+                                    return isOwn(top, own, program);
+                                });
         // Among data it is taken for another program's, otherwise listed with the reason.
         if (candidate.isInDataFolder && (!user.empty() || hasNamesake(folder)))
             continue;
