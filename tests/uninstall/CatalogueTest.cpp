@@ -128,7 +128,6 @@ TEST_F(CatalogueOfMachine, GoesOnWithTheSourcesAndNamesTheOneThatFails) {
     gimp.key = "gimp";
     gimp.ids = {"org.gimp.GIMP"};
     gimp.name = "GI\nMP";
-    gimp.bytes = 2'000'000;
     gimp.partOfSystem = true;
     packages->installed = {gimp};
     packages->running = {"gimp"};
@@ -142,9 +141,7 @@ TEST_F(CatalogueOfMachine, GoesOnWithTheSourcesAndNamesTheOneThatFails) {
     const auto &item = *info.allAppsInfo().front();
     EXPECT_EQ(item.name.toStdString(), "GI\\nMP");
     EXPECT_EQ(item.bundleID.toStdString(), "org.gimp.GIMP");
-    EXPECT_EQ(item.fileSize.toStdString(), "2.00 MB");
     EXPECT_TRUE(item.isSystemApp && item.isRunning);
-    EXPECT_FALSE(item.date.isValid());
     ASSERT_EQ(info.failures().size(), 1u);
     EXPECT_EQ(info.failures().front().kind, ApplicationKind::Snap);
 }

@@ -76,13 +76,6 @@ TEST(LeftoverRules, BundlesListByPrefixAndTickWhatNoOtherCanOwn) {
     }
 }
 
-TEST(LeftoverRules, AnInstallationEndsWithItsFirstPause) {
-    using LeftoverRules::endOfInstallation;
-    EXPECT_EQ(endOfInstallation(100, {}, 10), 100);
-    EXPECT_EQ(endOfInstallation(100, {119, 105, 40, 110, 140}, 10), 119);
-    EXPECT_EQ(endOfInstallation(100, {111}, 10), 100);
-}
-
 TEST(LeftoverRules, DatabasesProfilesAndDocumentsAreData) {
     for (const char *name :
          {"places.SQLite", "Local Storage", "x.db", "thesis.odt", "keys.KDBX", "a.JPG", "song.mp3",
