@@ -97,7 +97,7 @@ TEST_F(OwnFiles, FoldersAreOnlyThoseThatNobodyElseUses) {
          "ExecStart=" + program(".local/share/By1/x/x", home).native() + "\n"},
         {".config/systemd/user/2.service", "ExecStart=sh -c 'cd ~/.local/share/By2 && y'\n"},
         {".local/share/systemd/user/a.service.d/3.conf", "WorkingDirectory=%h/.local/share/By3\n"},
-        {"bin/4", "#!/bin/sh\nD=\"$HOME/.local/share\"; exec ${D}/By4/run\n"},
+        {"bin/4", "#!/bin/sh\nAD=/ D=\"$HOME/.local/share\"; exec ${D}/By4/run\n"},
         {"bin/5", "#!/bin/sh\nexec ~/data/By5/run\n"},
         {".local/bin/6", "#!/bin/sh\nexec \"${XDG_DATA_HOME}\"/By6/run \"$@\"\n"},
         {"bin/7", "#!/bin/sh\ncd ~/.local; exec share/By7/run\n"},
@@ -175,7 +175,7 @@ TEST_F(OwnFiles, FoldersOfProgramsThatOthersUseStayWithTheReason) {
     home.file("bin/other", "#!/bin/sh\nexec /opt/Free/run ~/opt/Freedom/run\n");
     const std::pair<const char *, const char *> users[] = {
         {".config/systemd/user/1.service", "ExecStart=%h/opt/Used1/run\n"},
-        {"bin/2", "#!/bin/sh\nexec ~/opt/Used2/run\n"},
+        {"bin/2", "#!/bin/sh\nexec \"$HOME\"/opt/Used2/run\n"},
         {".config/chromium/NativeMessagingHosts/3.json", "{\"path\":\"/home/u/opt/Used3/host\"}"},
         {".xsessionrc", "~/opt/Used4/run &\n"},
         {".config/other/a/plug", nullptr},

@@ -45,6 +45,15 @@ std::string escaped(const std::string &name) {
     return text;
 }
 
+// True where a slash behind it is the root's: "/opt", but not "$HOME"/opt.
+bool endsBeforeWord(std::string_view text) {
+    const bool isQuoted = text.ends_with('"') || text.ends_with('\'');
+    if (isQuoted)
+        text.remove_suffix(1);
+    constexpr std::string_view beginnings = " \t\n=:;&|(";
+    return text.empty() || beginnings.find(text.back()) != beginnings.npos;
+}
+
 // Without what may stand between a folder's name and that of what lies in it: slashes, a variable's
 // end, a closing quote.
 std::string_view withoutEnd(std::string_view text) {
@@ -109,8 +118,7 @@ bool FolderNames::isBehindParent(std::string_view text, std::size_t folder) cons
         const auto before = text.substr(0, text.size() - parent.size());
         // "/opt" is another one than "~/opt".
         const bool isInRoot =
-            before.ends_with('/') &&
-            (before.size() == 1 || wordBeginnings.find(before.end()[-2]) != wordBeginnings.npos);
+            before.ends_with('/') && endsBeforeWord(before.substr(0, before.size() - 1));
         return (before.empty() || !isNameCharacter(before.back())) &&
                (!isInRoot || m_isInRoot[folder]) && !leadsElsewhere(before);
     });
@@ -125,11 +133,15 @@ bool FolderNames::isBehindVariable(std::string_view text, std::size_t folder) co
     if (name.empty() || !(before.ends_with('$') || before.ends_with("${")))
         return false;
     const std::string assignment = std::string(name) + '=';
-    const auto at = before.find(assignment);
-    if (at == before.npos || (at > 0 && isNameCharacter(before[at - 1])))
-        return false;
-    const auto value = before.substr(0, before.find_first_of(" \t\n;&", at));
-    return value.size() > at + assignment.size() && isBehindParent(value, folder);
+    for (auto at = before.find(assignment); at != before.npos;
+         at = before.find(assignment, at + 1)) {
+        if (at > 0 && isNameCharacter(before[at - 1]))
+            continue;
+        const auto value = before.substr(0, before.find_first_of(" \t\n;&", at));
+        if (value.size() > at + assignment.size() && isBehindParent(value, folder))
+            return true;
+    }
+    return false;
 }
 
 void FolderNames::find(std::string_view text, const Told &told) const {

@@ -37,8 +37,9 @@ enum class Holds {
 
 constexpr std::string_view entryEnding = ".desktop";
 constexpr std::string_view scriptMark = "#!";
-constexpr int deepestLink = 3;            // folders between a folder of programs and a link
-constexpr int mostEntriesOfFolder = 2000; // that are looked at for links
+// How far a folder is searched for links.
+constexpr int deepestLink = 3;
+constexpr int mostEntriesOfFolder = 2000;
 
 path folderOf(Base base) {
     switch (base) {

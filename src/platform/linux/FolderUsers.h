@@ -17,8 +17,8 @@ namespace brightsweep {
 class FolderUsers {
 public:
     using IsOwn = std::function<bool(const std::filesystem::path &program)>;
-    /// A folder of programs is reached by links among the commands and by a shell's PATH, and
-    /// stands for its own launchers; one among other programs' data may be any of those's.
+    /// Links among the commands, a shell's PATH and files of its name are a program folder's own.
+    /// A folder among other programs' data may be one of theirs, so that these count as its users.
     enum class Standing { Programs, Data };
 
     /// Reads the disk for what uses one of these folders, paths without links.
