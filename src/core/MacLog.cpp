@@ -39,10 +39,11 @@ FileDescriptor openLog(const std::filesystem::path &path) {
                                    [](char byte) { return static_cast<signed char>(byte) >= 0; });
     struct stat status {};
     // Opening a device node can have side effects.
-    if (!ascii || (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)))
+    if (!ascii || (::lstat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)))
         return FileDescriptor();
-    FileDescriptor file(::open(
-        path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666));
+    FileDescriptor file(
+        ::open(path.c_str(),
+               O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, 0666));
     if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
         return FileDescriptor();
     return file;
@@ -86,6 +87,9 @@ void MacLog::setLogFile(std::string_view fileName) {
     const auto path = paths::join(supportFolder(), fileName);
     deleteLog(path);
     FileDescriptor file = openLog(path);
+    std::error_code ignored;
+    if (std::filesystem::is_symlink(path, ignored))
+        NSLog("Nothing is written to %@: it is a link", path);
     if (file && ::dup2(file.get(), STDERR_FILENO) >= 0)
         renewWhereRemoved(path);
     logSysInfo(path);
@@ -105,7 +109,7 @@ void MacLog::setLogFileForCommandLine(std::string_view fileName) {
 
 void MacLog::deleteLog(const std::filesystem::path &path) {
     struct stat status {};
-    if (::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+    if (::lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
         std::uint64_t(status.st_size) > Log::sizeLimit)
         ::unlink(path.c_str());
 }

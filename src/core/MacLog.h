@@ -7,9 +7,9 @@ namespace brightsweep {
 
 /// Points the program's one log at its file, "norvex.log" in the support folder, before any thread
 /// starts. Nothing here can stop the program: while the folder does not exist, its path is not
-/// plain ASCII, or something else than a regular file stands in the log's place, there is no file
-/// and lines go where they went before. A file that is removed while the program runs is made anew
-/// for the next line, within a second.
+/// plain ASCII, or something else than a regular file stands in the log's place, a link to one too,
+/// there is no file and lines go where they went before. A file that is removed while the program
+/// runs is made anew for the next line, within a second.
 class MacLog {
 public:
     /// Trims an overgrown file, puts the file in the place of standard error, and writes the facts

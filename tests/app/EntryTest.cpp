@@ -141,6 +141,10 @@ TEST_F(MacLogTest, WithoutAFileStandardErrorStays) {
     MacLog::setLogFile(logFileName);
     NSLog("still here");
     EXPECT_EQ(messages(errors.text()).back(), "still here");
+    std::filesystem::remove(tree.path(log));
+    tree.link(log, tree.file("another's", "text"));
+    MacLog::setLogFile(logFileName);
+    EXPECT_EQ(textOf(tree.path("another's")), "text");
 }
 
 TEST_F(MacLogTest, CommandLineHasADescriptorOfItsOwn) {
