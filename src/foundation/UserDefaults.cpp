@@ -282,6 +282,16 @@ bool UserDefaults::synchronize() {
     return done;
 }
 
+void UserDefaults::lookAgain() {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_readProblem.empty() && m_writeProblem.empty())
+            return;
+        synchronizeLocked(!m_writeProblem.empty());
+    }
+    tellChangesElsewhere();
+}
+
 void UserDefaults::noteChanges(const Values &before) {
     for (auto value = before.cbegin(); value != before.cend(); ++value) {
         const auto now = m_userValues.constFind(value.key());
@@ -321,9 +331,9 @@ bool UserDefaults::lockFolder(int folder) {
     }
 }
 
-bool UserDefaults::synchronizeLocked() {
+bool UserDefaults::synchronizeLocked(bool writesAnyway) {
     const std::filesystem::path folder = paths::parent(m_file);
-    const bool changed = !m_unwritten.isEmpty() || !m_removed.isEmpty();
+    const bool changed = writesAnyway || !m_unwritten.isEmpty() || !m_removed.isEmpty();
     if (changed) {
         std::error_code ignored;
         std::filesystem::create_directories(folder, ignored);
@@ -348,7 +358,7 @@ bool UserDefaults::synchronizeLocked() {
         return true;
 
     // What the file holds already is not written again: that would wait for the disk.
-    if (const auto error = merged == stored ? std::error_code() : write(merged))
+    if (const auto error = merged == stored && !writesAnyway ? std::error_code() : write(merged))
         return notWritten(error.message());
     m_writeProblem.clear();
     m_unwritten.clear();

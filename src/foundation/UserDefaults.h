@@ -69,8 +69,11 @@ public:
     /// empty where it could, or where there is none. Until then only what was read before and what
     /// was set in this process is known of the user's values, at first the intact lines.
     std::string readProblem() const;
-    /// That, or else why the last change could not be written; that stays until one is.
+    /// That, or else why the last change could not be written; that stays until the file is.
     std::string problem() const;
+    /// Writes the file as it is where the last change could not be written, to see whether
+    /// problem() still holds.
+    void lookAgain();
 
     const std::filesystem::path &file() const { return m_file; }
 
@@ -83,7 +86,7 @@ public:
 
 private:
     QVariant value(const QString &key) const;
-    bool synchronizeLocked();
+    bool synchronizeLocked(bool writesAnyway = false);
     void noteChanges(const Values &before);
     void tellChangesElsewhere();
     bool lockFolder(int folder);

@@ -147,6 +147,10 @@ bool PreferenceViewController::cleanMayAskForRights() const {
     return stored().boolForKey(cleanMayAskForRightsKey);
 }
 
+void PreferenceViewController::lookAgainAtProblem() {
+    UserDefaults::standardUserDefaults().lookAgain();
+}
+
 QString PreferenceViewController::settingsProblem() const {
     const std::string problem = storeProblem();
     return problem.empty() ? QString()

@@ -105,6 +105,8 @@ public:
     bool cleanMayAskForRights() const;
     /// Why changes are not kept, in words with the settings' file; empty where they are.
     QString settingsProblem() const;
+    /// Finds out whether the problem is still there; where changes are kept this does nothing.
+    void lookAgainAtProblem();
     std::filesystem::path logFile() const;
     std::uint64_t logSize() const;
 

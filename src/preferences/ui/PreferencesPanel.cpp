@@ -338,6 +338,7 @@ QSize PreferencesPanel::sizeHint() const {
 }
 
 void PreferencesPanel::showEvent(QShowEvent *) {
+    m_controller.lookAgainAtProblem();
     follow();
     followLog();
     m_again.start();
