@@ -23,9 +23,7 @@ bool writePicture(AllDir &root, const std::filesystem::path &file, Output &outpu
     }
     const auto error = writeSmallFile(file, canvas.document(), NewFile::ByUmask);
     if (error) {
-        output.warning(
-            paths::display(file).toStdString() + ": " +
-            (error == std::errc::invalid_argument ? "is no regular file" : error.message()));
+        output.warning(paths::display(file).toStdString() + ": " + wordsForFile(error));
     }
     return !error;
 }

@@ -168,6 +168,12 @@ std::error_code write(const Target &target, std::string_view text, NewFile reade
 
 } // namespace
 
+std::string wordsForFile(std::error_code error) {
+    return error == std::errc::invalid_argument || error == std::errc::is_a_directory
+               ? "It is not a regular file"
+               : error.message();
+}
+
 std::error_code writeAll(int descriptor, std::string_view text) {
     while (!text.empty()) {
         const ssize_t written = ::write(descriptor, text.data(), text.size());

@@ -22,6 +22,9 @@ Result<std::string> readSmallFile(const std::filesystem::path &path,
 Result<std::string> readWholeFile(const std::filesystem::path &path,
                                   std::size_t limit = smallFileLimit);
 
+/// Why one of them, or writing one, failed, in words.
+std::string wordsForFile(std::error_code error);
+
 /// Writes the whole text, however many calls that takes.
 std::error_code writeAll(int descriptor, std::string_view text);
 

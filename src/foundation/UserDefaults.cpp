@@ -109,11 +109,8 @@ bool unescape(std::string_view bytes, QString &text) {
 }
 
 std::string wordsFor(std::error_code error) {
-    if (error == std::errc::invalid_argument || error == std::errc::is_a_directory)
-        return "It is not a regular file";
-    if (error == std::errc::file_too_large)
-        return "It is larger than a settings file can be";
-    return error.message();
+    return error == std::errc::file_too_large ? "It is larger than a settings file can be"
+                                              : wordsForFile(error);
 }
 
 } // namespace
