@@ -27,7 +27,7 @@ public:
         : m_top(top), m_mounts(std::move(mounts)), m_stop(stop) {}
 
     void entries(DirectoryWalk::Directory &directory, const DirectoryBlock &block) override {
-        const std::filesystem::path folder = pathOf(directory);
+        const std::filesystem::path folder = paths::join(m_top, directory.wayTo({}));
         for (const DirectoryEntry &entry : block.entries()) {
             if (m_stop)
                 return;
@@ -55,13 +55,6 @@ public:
     std::uint64_t count = 0;
 
 private:
-    std::filesystem::path pathOf(const DirectoryWalk::Directory &directory) const {
-        std::string below;
-        for (const auto *level = &directory; level->parent(); level = level->parent())
-            below.insert(0, "/" + std::string(level->name()));
-        return m_top.native() + below;
-    }
-
     const std::filesystem::path &m_top;
     const MountsBelow m_mounts;
     const std::atomic<bool> &m_stop;

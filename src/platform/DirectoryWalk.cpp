@@ -125,6 +125,13 @@ thread_local std::vector<DirectoryWalk::Directory *> *currentlyEntered = nullptr
 
 } // namespace
 
+std::string DirectoryWalk::Directory::wayTo(std::string_view entry) const {
+    std::string way(entry);
+    for (const auto *level = this; level && !level->m_name.empty(); level = level->m_parent)
+        way.insert(0, level->m_name + '/');
+    return way;
+}
+
 DirectoryWalk::DirectoryWalk(FileOperations &files, Visitor &visitor, Options options)
     : m_state(std::make_unique<State>(*this, files, visitor, options)) {}
 

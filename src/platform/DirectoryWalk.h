@@ -80,6 +80,9 @@ public:
     Directory *parent() const { return m_parent; }
     /// Its name in the parent; for a root as it was added, empty for one that was added open.
     std::string_view name() const { return m_name; }
+    /// The way to an entry of it from the folder in which the root was named, or from a root that
+    /// was added open: the names with "/" between them.
+    std::string wayTo(std::string_view entry) const;
     /// Known once it has been opened.
     std::uint64_t device() const { return m_device; }
     std::uint64_t inode() const { return m_inode; }

@@ -27,12 +27,8 @@ bool MountsBelow::isIn(std::string_view entry) const {
 }
 
 bool MountsBelow::isAt(const DirectoryWalk::Directory &directory, std::string_view entry) const {
-    if (m_points.empty())
-        return false;
-    std::string path(entry);
-    for (const auto *level = &directory; level && !level->name().empty(); level = level->parent())
-        path.insert(0, std::string(level->name()) + '/');
-    return std::binary_search(m_points.begin(), m_points.end(), path);
+    return !m_points.empty() &&
+           std::binary_search(m_points.begin(), m_points.end(), directory.wayTo(entry));
 }
 
 } // namespace brightsweep

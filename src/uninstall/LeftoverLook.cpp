@@ -32,15 +32,6 @@ void noteTimes(const LeftoverLook &look, const FileIdentity &file, FileTimes tim
     look.times->push_back(times);
 }
 
-// Of an entry below the item that is walked.
-std::filesystem::path pathOf(const std::filesystem::path &item,
-                             const DirectoryWalk::Directory &directory, std::string_view entry) {
-    std::string way(entry);
-    for (const auto *level = &directory; level && !level->name().empty(); level = level->parent())
-        way.insert(0, std::string(level->name()) + '/');
-    return paths::join(item, way);
-}
-
 class Contents final : public DirectoryWalk::Visitor {
 public:
     Contents(FileOperations &files, OpenDirectory directory, const LeftoverLook &look,
@@ -69,7 +60,7 @@ public:
             // here, as the time of writing, which archives bring along, may be.
             if (m_look.times && (entry.type != EntryType::Directory || m_look.timesFolders))
                 noteTimes(m_look, {entry.device, entry.inode}, {entry.modified, entry.changed},
-                          [&] { return pathOf(m_item, directory, entry.nameView()); });
+                          [&] { return paths::join(m_item, directory.wayTo(entry.nameView())); });
             holdsData = holdsData || LeftoverRules::isDataName(entry.nameView());
             if (entry.type != EntryType::Directory)
                 bytes = addSaturating(bytes, entry.size);
