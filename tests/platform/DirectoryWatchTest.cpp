@@ -48,6 +48,13 @@ TEST_F(DirectoryWatch, HearsOfEveryChangeAlsoAfterTheFolderCameBack) {
              std::filesystem::remove(user.top());
          }},
         {"it comes again", [&] { user.directory(""); }},
+        {"a link to a file", [&] { user.link("l", work.path("target/file")); }},
+        {"the file comes", [&] { work.file("target/file"); }},
+        {"written in place", [&] { work.file("target/file", "1"); }},
+        {"renamed over",
+         [&] { std::filesystem::rename(work.file("b"), work.path("target/file")); }},
+        {"written in the new one", [&] { work.file("target/file", "2"); }},
+        {"its folder goes", [&] { std::filesystem::remove_all(work.path("target")); }},
         {"moved away", [&] { std::filesystem::rename(user.top(), user.top().native() + ".old"); }},
         {"another one comes", [&] { user.file("d"); }},
         {"written in that", [&] { user.file("d", "3"); }},

@@ -1,13 +1,17 @@
 #include "platform/linux/DirectoryWatch.h"
 
+#include "foundation/Identity.h"
 #include "foundation/LastError.h"
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
+#include "linux/MountTable.h"
 
+#include <dirent.h>
 #include <poll.h>
 #include <sys/inotify.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <string>
 #include <system_error>
@@ -20,12 +24,11 @@ namespace {
 
 constexpr int coalescing = 100; // milliseconds
 constexpr int mostLinks = 40;   // as the kernel follows
+constexpr std::size_t mostWatchedLinks = 64;
 constexpr std::uint32_t ofItself = IN_DELETE_SELF | IN_MOVE_SELF | IN_ATTRIB | IN_ONLYDIR;
 constexpr std::uint32_t ofEntries = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | ofItself;
+constexpr std::uint32_t ofFile = IN_CLOSE_WRITE | IN_DELETE_SELF | IN_MOVE_SELF | IN_ATTRIB;
 constexpr std::uint32_t inFolder = IN_CLOSE_WRITE | ofEntries;
-// After one of these a watch may be at the wrong place, or events may have been lost.
-constexpr std::uint32_t unsettling =
-    IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED | IN_UNMOUNT | IN_Q_OVERFLOW;
 
 } // namespace
 
@@ -57,23 +60,72 @@ int DirectoryWatch::watch(const std::filesystem::path &folder, std::uint32_t eve
                                events | IN_MASK_ADD | IN_DONT_FOLLOW);
 }
 
-// From the root down, as what comes between two steps is seen by the upper one. Only where the next
-// step cannot be watched itself is the folder watched for what is made in it: others may be busy
-// there.
 void DirectoryWatch::arm() {
     for (const auto &[old, names] : m_way)
         ::inotify_rm_watch(m_inotify.get(), old);
     if (m_folderWatch >= 0)
         ::inotify_rm_watch(m_inotify.get(), m_folderWatch);
     m_way.clear();
-    m_folderWatch = -1;
+    m_folderWatch = go(m_folder, nullptr);
+    if (m_way.empty() && m_folderWatch < 0)
+        NSLog("%@ is not watched: %@", m_folder, lastError());
+}
+
+// Nothing of another volume is asked, not even for whether it is there.
+void DirectoryWatch::armLinks() {
+    std::vector<std::string> links;
+    if (DIR *const entries = ::opendir(m_folder.c_str())) {
+        while (const dirent *entry = ::readdir(entries)) {
+            if (entry->d_type == DT_LNK && links.size() < mostWatchedLinks)
+                links.emplace_back(entry->d_name);
+        }
+        ::closedir(entries);
+    }
+    if (links.empty())
+        return;
+    std::error_code error;
+    const std::filesystem::path home = homeFolder();
+    auto realHome = std::filesystem::canonical(home, error);
+    if (error)
+        realHome = home;
+    const auto mounts = currentMounts();
+    const auto mayAsk = [&](const std::string &place) {
+        const auto isIn = [&](const std::filesystem::path &folder) {
+            return paths::isSameOrBelow(place, folder.native());
+        };
+        const auto isOnWayTo = [&](const std::filesystem::path &folder) {
+            return paths::isSameOrBelow(folder.native(), place);
+        };
+        return isOnWayTo(home) || isOnWayTo(realHome) || isOnWayTo(m_folder) ||
+               ((isIn(home) || isIn(realHome)) &&
+                std::none_of(mounts.begin(), mounts.end(),
+                             [&](const Mount &mount) { return mount.mountPoint == place; }));
+    };
+    for (const std::string &link : links) {
+        if (const int file = go(paths::join(m_folder, link), mayAsk); file >= 0)
+            m_way[file];
+    }
+}
+
+// From the root down, as what comes between two steps is seen by the upper one. Only where the next
+// step cannot be watched itself is the folder watched for what is made in it: others may be busy
+// there.
+int DirectoryWatch::go(const std::filesystem::path &end,
+                       const std::function<bool(const std::string &)> &mayAsk) {
     std::filesystem::path at = "/";
     std::vector<std::string> left; // of the way, the next step last
     const auto goOn = [&left](const std::filesystem::path &path) {
         for (auto step = path.end(); step != path.begin();)
             left.push_back((--step)->native());
     };
-    goOn(m_folder);
+    goOn(end);
+    std::error_code error;
+    const auto watchStep = [&](const std::filesystem::path &step) {
+        const int folder = watch(step, ofItself);
+        return folder < 0 && left.empty() && mayAsk && !std::filesystem::is_symlink(step, error)
+                   ? watch(step, ofFile)
+                   : folder;
+    };
     int current = watch(at, ofItself);
     for (int links = 0; links <= mostLinks && !left.empty();) {
         const std::string name = std::move(left.back());
@@ -81,14 +133,15 @@ void DirectoryWatch::arm() {
         if (name.empty() || name == "." || name == "/")
             continue;
         const std::filesystem::path next = name == ".." ? paths::parent(at) : paths::join(at, name);
-        int step = watch(next, ofItself);
-        if ((step < 0 || left.empty()) && current >= 0) {
+        if (mayAsk && !mayAsk(next.native()))
+            return -1;
+        int step = watchStep(next);
+        if ((step < 0 || (left.empty() && !mayAsk)) && current >= 0) {
             watch(at, ofEntries);
-            step = watch(next, ofItself); // It may have come before that.
+            step = watchStep(next); // It may have come before that.
         }
         if (current >= 0)
             m_way[current].insert(name);
-        std::error_code error;
         const auto target =
             step < 0 ? std::filesystem::read_symlink(next, error) : std::filesystem::path();
         if (!target.empty()) {
@@ -103,12 +156,11 @@ void DirectoryWatch::arm() {
         at = next;
         current = step;
     }
-    if (current >= 0 && left.empty()) {
-        m_folderWatch = current;
+    if (!left.empty() || current < 0)
+        return -1;
+    if (!mayAsk)
         watch(at, inFolder);
-    }
-    if (m_way.empty() && m_folderWatch < 0)
-        NSLog("%@ is not watched: %@", m_folder, lastError());
+    return current;
 }
 
 bool DirectoryWatch::isOnTheWay(int watch, const char *name) const {
@@ -119,24 +171,18 @@ bool DirectoryWatch::isOnTheWay(int watch, const char *name) const {
 bool DirectoryWatch::take() {
     alignas(inotify_event) char block[16 * 1024];
     bool isAbout = false;
-    bool isUnsettled = false;
     ssize_t got = 0;
     while ((got = ::read(m_inotify.get(), block, sizeof block)) > 0) {
         for (const char *at = block; at < block + got;) {
             const auto *const event = reinterpret_cast<const inotify_event *>(at);
             at += sizeof(inotify_event) + event->len;
             // That a watch has gone is also told of those that arm() took away.
-            const bool isOnWay = isOnTheWay(event->wd, event->len > 0 ? event->name : "");
-            const bool isInFolder = event->wd == m_folderWatch;
-            const bool isLost = (event->mask & IN_Q_OVERFLOW) != 0;
-            isAbout = isAbout || isInFolder;
-            isUnsettled =
-                isUnsettled || isOnWay || isLost || (isInFolder && (event->mask & unsettling) != 0);
+            isAbout = isAbout || event->wd == m_folderWatch ||
+                      isOnTheWay(event->wd, event->len > 0 ? event->name : "") ||
+                      (event->mask & IN_Q_OVERFLOW) != 0;
         }
     }
-    if (isUnsettled)
-        arm();
-    return isAbout || isUnsettled;
+    return isAbout;
 }
 
 bool DirectoryWatch::waitFor(int milliseconds) {
@@ -146,6 +192,7 @@ bool DirectoryWatch::waitFor(int milliseconds) {
 }
 
 void DirectoryWatch::run() {
+    armLinks();
     for (;;) {
         waitFor(-1);
         if (m_stop)
@@ -163,6 +210,9 @@ void DirectoryWatch::run() {
             if (waitFor(int(left.count())))
                 take();
         }
+        // By now a watch may be at the wrong place, or events may have been lost.
+        arm();
+        armLinks();
         m_changed();
     }
 }
