@@ -162,19 +162,30 @@ void FileBrowserView::keyPressEvent(QKeyEvent *event) {
     } else if (event->key() == Qt::Key_Space && index.isValid()) {
         const bool isOn = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
         m_model->setData(index, isOn ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
-    } else {
+    } else if (!goAside(event->key())) {
         QColumnView::keyPressEvent(event);
     }
 }
 
-// The view would leave the keyboard in a column that it then takes away, and it would go anywhere.
-void FileBrowserView::goUp() {
-    const QModelIndex above = currentIndex().parent();
-    if (!above.isValid())
+// While the view moves, the keyboard would be in a column that it then takes away and go anywhere,
+// or in one in which there is no further to go.
+void FileBrowserView::goTo(const QModelIndex &index) {
+    if (!index.isValid())
         return;
     setFocusProxy(nullptr);
     setFocus();
-    setCurrentIndex(above);
+    setCurrentIndex(index);
+}
+
+// True where the key was one of the two that go from column to column.
+bool FileBrowserView::goAside(int key) {
+    const bool isDown = key == (isRightToLeft() ? Qt::Key_Left : Qt::Key_Right);
+    const bool isUp = key == (isRightToLeft() ? Qt::Key_Right : Qt::Key_Left);
+    if (isDown && currentIndex().isValid())
+        goTo(m_model->index(0, 0, currentIndex()));
+    else if (isUp)
+        goTo(currentIndex().parent());
+    return isDown || isUp;
 }
 
 // While the view moves, it takes no other place to move to.
@@ -207,10 +218,8 @@ bool FileBrowserView::eventFilter(QObject *watched, QEvent *event) {
             Q_EMIT removalRequested();
             return true;
         }
-        if (key == (isRightToLeft() ? Qt::Key_Right : Qt::Key_Left)) {
-            goUp();
+        if (goAside(key))
             return true;
-        }
     }
     if (event->type() == QEvent::ContextMenu) {
         auto *const column = qobject_cast<QAbstractItemView *>(watched->parent());

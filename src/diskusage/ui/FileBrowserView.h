@@ -33,7 +33,8 @@ private:
     class Cell;
 
     void goToFirst();
-    void goUp();
+    bool goAside(int key);
+    void goTo(const QModelIndex &index);
 
     FileSystemBrowserModel *m_model;
     FileIcons m_icons;
