@@ -523,6 +523,7 @@
     <message id="cannot be removed"><translation>lässt sich nicht entfernen</translation></message>
     <message id="changed since it was found"><translation>seit dem Fund geändert</translation></message>
     <message id="clean memory"><translation>Speicher freigeben</translation></message>
+    <message id="ends its lines with carriage returns alone and can only be removed"><translation>beendet seine Zeilen nur mit Wagenrückläufen und kann nur entfernt werden</translation></message>
     <message id="has a name that a login item cannot hold"><translation>hat einen Namen, der nicht in einem Anmeldeobjekt stehen kann</translation></message>
     <message id="has an entry of your own in its place"><translation>hat einen Eintrag von Ihnen an seiner Stelle</translation></message>
     <message id="has no trash on its volume"><translation>hat auf seinem Datenträger keinen Papierkorb</translation></message>

@@ -523,6 +523,7 @@
     <message id="cannot be removed"><translation>cannot be removed</translation></message>
     <message id="changed since it was found"><translation>changed since it was found</translation></message>
     <message id="clean memory"><translation>Clean Memory</translation></message>
+    <message id="ends its lines with carriage returns alone and can only be removed"><translation>ends its lines with carriage returns alone and can only be removed</translation></message>
     <message id="has a name that a login item cannot hold"><translation>has a name that a login item cannot hold</translation></message>
     <message id="has an entry of your own in its place"><translation>has an entry of your own in its place</translation></message>
     <message id="has no trash on its volume"><translation>has no trash on its volume</translation></message>

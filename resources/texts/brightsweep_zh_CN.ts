@@ -523,6 +523,7 @@
     <message id="cannot be removed"><translation>无法移除</translation></message>
     <message id="changed since it was found"><translation>找到后已被更改</translation></message>
     <message id="clean memory"><translation>清理内存</translation></message>
+    <message id="ends its lines with carriage returns alone and can only be removed"><translation>仅以回车符结束各行，因此只能移除</translation></message>
     <message id="has a name that a login item cannot hold"><translation>的名称无法写入登录项</translation></message>
     <message id="has an entry of your own in its place"><translation>已被您自己的项目取代</translation></message>
     <message id="has no trash on its volume"><translation>所在卷没有回收站</translation></message>

@@ -20,6 +20,8 @@ constexpr std::array rows = {
     WordRow{LoginItemError::NothingToStart, QT_TRID_NOOP("names no program to start")},
     WordRow{LoginItemError::NothingToOpen, QT_TRID_NOOP("is no program, document or folder")},
     WordRow{LoginItemError::NoEntryInside, QT_TRID_NOOP("holds no login item")},
+    WordRow{LoginItemError::LoneReturns,
+            QT_TRID_NOOP("ends its lines with carriage returns alone and can only be removed")},
     WordRow{LoginItemError::NotOurs, QT_TRID_NOOP("has an entry of your own in its place")},
 };
 

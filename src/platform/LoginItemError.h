@@ -13,6 +13,7 @@ enum class LoginItemError {
     NothingToStart,      ///< a desktop entry that names no program
     NoEntryInside,       ///< a file that holds no desktop entry
     NothingToOpen,       ///< neither a regular file nor a folder
+    LoneReturns,         ///< a text whose lines no line feed ends: it is read, but not changed
     NotOurs,             ///< the user has an entry of another origin in its place
 };
 

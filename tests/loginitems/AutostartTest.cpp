@@ -126,8 +126,12 @@ TEST_F(Autostart, ChangesOneValueAndNotAnotherByte) {
     user.file("large.desktop", large);
     EXPECT_FALSE(source.setHidden("large.desktop", true));
     EXPECT_EQ(text("large.desktop").size(), large.size() + 12);
+    user.file("large.desktop", head + '#' + std::string((16 << 20) - 100, '\n'));
+    EXPECT_EQ(source.setHidden("large.desktop", true), std::errc::file_too_large);
     user.file("garbage.desktop", "\0x=\n");
     EXPECT_EQ(source.setHidden("garbage.desktop", true), LoginItemError::NoEntryInside);
+    user.file("returns.desktop", "[Desktop Entry]\rName=x\r");
+    EXPECT_EQ(source.setHidden("returns.desktop", true), LoginItemError::LoneReturns);
 }
 
 TEST_F(Autostart, LeavesAloneWhatIsNotTheUsersOwnFile) {

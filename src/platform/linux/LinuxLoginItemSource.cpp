@@ -40,6 +40,7 @@ constexpr std::size_t longestName = 255;
 constexpr std::size_t roomForNumber = 16; // in the name of a unit
 // Padded with comments one may be large.
 constexpr std::size_t largestEntry = std::size_t(16) << 20;
+constexpr std::size_t roomForKeys = 1024; // in bytes, more than a change adds
 constexpr int mostOfOneName = 1000;
 constexpr char gnomeKey[] = "X-GNOME-Autostart-enabled";
 
@@ -147,7 +148,14 @@ Result<std::string> withHidden(const std::string &text, bool hidden) {
     // GNOME heeds a key of its own as well.
     if (changed && !hidden && DesktopEntry(text).has(gnomeKey))
         changed = withEntryValue(*changed, gnomeKey, "true");
-    return changed ? Result<std::string>(*std::move(changed)) : LoginItemError::NoEntryInside;
+    // It could not be read again.
+    if (changed && changed->size() + roomForKeys > largestEntry)
+        return std::errc::file_too_large;
+    if (changed)
+        return *std::move(changed);
+    return text.find(desktopEntry::mainGroup) != text.npos && text.find('\r') != text.npos
+               ? LoginItemError::LoneReturns
+               : LoginItemError::NoEntryInside;
 }
 
 // The text of an entry once nobody is at writing it in place: it is empty or half there meanwhile,
@@ -432,7 +440,9 @@ std::error_code LinuxLoginItemSource::setSystemItemStarted(const std::string &fi
     if (!text)
         return text.error();
     text = withHidden(*text, true);
-    const auto override = text ? sealedOverride(*text) : std::nullopt;
+    if (!text)
+        return text.error();
+    const auto override = sealedOverride(*text);
     return override ? writeNewSmallFile(path, *override) : LoginItemError::NoEntryInside;
 }
 
