@@ -40,9 +40,6 @@ std::vector<std::string> split(const char *list) {
 
 using desktopEntry::fileEnding;
 constexpr std::string_view unitRest = "app-@autostart.service";
-// What decides whether something starts, and what.
-constexpr auto decisiveKeys = std::to_array<std::string_view>(
-    {"Exec", "Hidden", "NotShowIn", "OnlyShowIn", "Path", "TryExec", "Type"});
 
 bool isThere(const std::filesystem::path &path) {
     struct stat status {};
@@ -143,15 +140,12 @@ bool contains(const std::vector<std::string> &list, const std::string &word) {
     return std::find(list.begin(), list.end(), word) != list.end();
 }
 
-// The key names no desktop: readers differ on what that means.
-bool isForNoDesktop(const DesktopEntry &entry) {
-    const auto only = entry.list("OnlyShowIn");
-    return entry.has("OnlyShowIn") &&
-           std::all_of(only.begin(), only.end(), [](const auto &name) { return name.empty(); });
+bool isForSomeDesktops(const DesktopEntry &entry) {
+    return entry.has("OnlyShowIn") && !namesNoDesktop(entry.raw("OnlyShowIn"));
 }
 
 bool isShownIn(const DesktopEntry &entry, const std::vector<std::string> &desktops) {
-    if (!isForNoDesktop(entry))
+    if (!entry.has("OnlyShowIn") || isForSomeDesktops(entry))
         return entry.isShownIn(desktops);
     const auto never = entry.list("NotShowIn");
     return std::none_of(desktops.begin(), desktops.end(),
@@ -179,9 +173,8 @@ void judge(const DesktopEntry &entry, const AutostartSession &session, LoginItem
     else if (!command || (!closed && findProgram(command->front()).empty()))
         set(NoCommand);
     else if (!isShownIn(entry, session.desktops))
-        entry.has("OnlyShowIn") && !isForNoDesktop(entry)
-            ? set(OtherDesktop, joined(entry.list("OnlyShowIn")))
-            : set(NotThisDesktop, joined(session.desktops));
+        isForSomeDesktops(entry) ? set(OtherDesktop, joined(entry.list("OnlyShowIn")))
+                                 : set(NotThisDesktop, joined(session.desktops));
     else if (!tryExec.empty() && findProgram(tryExec).empty())
         set(isNoProgram(tryExec) ? NotExecutable : TryExecMissing, tryExec);
     else if (const std::string program = execProgram(exec); isNoProgram(program))

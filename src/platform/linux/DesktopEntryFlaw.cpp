@@ -15,13 +15,13 @@ namespace {
 using desktopEntry::byteOrderMark;
 using desktopEntry::mainGroup;
 
-// The keys that decide what starts.
-constexpr std::array<std::string_view, 4> decisiveKeys = {"Exec", "Path", "TryExec", "Type"};
 // Those whose escapes systemd's generator undoes. Of an escape with another letter than these it
 // refuses the file.
 constexpr auto escapedKeys = std::to_array<std::string_view>(
     {"AutostartCondition", "Exec", "Name", "Path", "TryExec", "Type", "X-GNOME-Autostart-Phase",
      "X-KDE-autostart-condition"});
+// GLib takes blanks behind such a value for a part of it.
+constexpr std::array<std::string_view, 3> takenWhole = {"Path", "TryExec", "Type"};
 constexpr std::string_view escapes = "sntr\\";
 constexpr std::size_t longestLine = std::size_t(1) << 20; // that systemd's generator reads
 constexpr std::size_t mostToldOfALine = 100;
@@ -75,15 +75,18 @@ bool isDisputed(std::string_view key, std::string_view untrimmed) {
     const std::string_view value = trimmed(untrimmed);
     return (key == "Hidden" && !isOneOf(truthValues, value)) ||
            (key == "TryExec" && value.empty()) ||
-           // GLib takes blanks behind a value for a part of it, and no reader these for blanks.
-           ((key == "Type" || key == "TryExec") && value.end() != untrimmed.end()) ||
+           (isOneOf(takenWhole, key) && value.end() != untrimmed.end()) ||
+           // Not every reader takes these for blanks.
            (isOneOf(decisiveKeys, key) && untrimmed.find_first_of("\v\f") != untrimmed.npos) ||
-           // For no desktop to GLib, for all of them to systemd's generator.
-           (key == "OnlyShowIn" && value.find_first_not_of(';') == value.npos) ||
+           (key == "OnlyShowIn" && namesNoDesktop(value)) ||
            (isOneOf(escapedKeys, key) && hasUnknownEscape(value));
 }
 
 } // namespace
+
+bool namesNoDesktop(std::string_view list) {
+    return list.find_first_not_of(';') == list.npos;
+}
 
 DesktopEntryFlaw badLineFlaw(std::string_view line) {
     const bool isLong = line.size() > mostToldOfALine;
@@ -129,7 +132,9 @@ std::optional<DesktopEntryFlaw> flawOf(std::string_view text) {
         if (isDisputed(key, whole.substr(whole.find('=') + 1)) ||
             (goesOn(line) && end < text.size()))
             return badLineFlaw(line);
-        if (isOneOf(decisiveKeys, key) && values.emplace(key, value).first->second != value)
+        // Of Hidden every reader takes the last.
+        if (isOneOf(decisiveKeys, key) && key != "Hidden" &&
+            values.emplace(key, value).first->second != value)
             return DesktopEntryFlaw{TwoValues, std::string(key)};
     }
     return std::nullopt;
