@@ -201,6 +201,7 @@
     <message id="LOGIN_ELSEWHERE_MARK"><translation>nicht hier</translation></message>
     <message id="LOGIN_ENTRY"><translation>Eintrag</translation></message>
     <message id="LOGIN_FAILED"><translation>%1: %2</translation></message>
+    <message id="LOGIN_FOLDER_MISSING"><translation>startet womöglich nicht, weil es in diesem Ordner nicht laufen kann: %1</translation></message>
     <message id="LOGIN_HIDDEN"><translation>Ausgeblendet</translation></message>
     <message id="LOGIN_HIDDEN_HOW"><translation>Ein ausgeblendetes Objekt bleibt in der Liste und startet nicht.</translation></message>
     <message id="LOGIN_HIDE"><translation>Ausblenden, damit es nicht startet</translation></message>

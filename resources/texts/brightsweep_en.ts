@@ -201,6 +201,7 @@
     <message id="LOGIN_ELSEWHERE_MARK"><translation>not here</translation></message>
     <message id="LOGIN_ENTRY"><translation>Entry</translation></message>
     <message id="LOGIN_FAILED"><translation>%1: %2</translation></message>
+    <message id="LOGIN_FOLDER_MISSING"><translation>may not start because it cannot run in this folder: %1</translation></message>
     <message id="LOGIN_HIDDEN"><translation>Hidden</translation></message>
     <message id="LOGIN_HIDDEN_HOW"><translation>A hidden item stays in the list and does not start.</translation></message>
     <message id="LOGIN_HIDE"><translation>Hide it, so that it does not start</translation></message>

@@ -201,6 +201,7 @@
     <message id="LOGIN_ELSEWHERE_MARK"><translation>不适用</translation></message>
     <message id="LOGIN_ENTRY"><translation>条目</translation></message>
     <message id="LOGIN_FAILED"><translation>%1：%2</translation></message>
+    <message id="LOGIN_FOLDER_MISSING"><translation>可能不会启动，因为无法在此文件夹中运行：%1</translation></message>
     <message id="LOGIN_HIDDEN"><translation>隐藏</translation></message>
     <message id="LOGIN_HIDDEN_HOW"><translation>隐藏的项目保留在列表中，但不会启动。</translation></message>
     <message id="LOGIN_HIDE"><translation>隐藏，使其不启动</translation></message>

@@ -40,6 +40,8 @@ constexpr std::array obstacles = {
     ObstacleWords{LineEnds, QT_TRID_NOOP("LOGIN_DAMAGED_MARK"), QT_TRID_NOOP("LOGIN_LINE_ENDS")},
     ObstacleWords{NameTooLong, QT_TRID_NOOP("LOGIN_DAMAGED_MARK"),
                   QT_TRID_NOOP("LOGIN_NAME_TOO_LONG")},
+    ObstacleWords{FolderMissing, QT_TRID_NOOP("LOGIN_MISSING_MARK"),
+                  QT_TRID_NOOP("LOGIN_FOLDER_MISSING")},
 };
 
 const ObstacleWords *wordsOf(const LoginItemEntry &entry) {

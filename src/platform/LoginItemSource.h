@@ -26,10 +26,11 @@ enum class LoginItemObstacle {
     TwoValues,      ///< of one key; systemd's generator takes the first, GLib the last
     LineEnds,       ///< systemd's generator ends a line at a lone carriage return as well
     NameTooLong,    ///< of its file, for the unit that systemd's generator makes of it
+    FolderMissing,  ///< that it is to run in: GLib starts nothing then, systemd does
 };
 
-/// True for what is wrong with the entry's text or name: sessions differ on such an entry; most
-/// start it.
+/// True for what is wrong with the entry's text, name or folder: sessions differ on such an entry;
+/// most start it.
 constexpr bool isFlaw(LoginItemObstacle obstacle) {
     switch (obstacle) {
         using enum LoginItemObstacle;
@@ -39,6 +40,7 @@ constexpr bool isFlaw(LoginItemObstacle obstacle) {
     case TwoValues:
     case LineEnds:
     case NameTooLong:
+    case FolderMissing:
         return true;
     case None:
     case OtherDesktop:
@@ -66,7 +68,8 @@ struct LoginItemEntry {
     bool missing = false;               ///< what it starts is not there
     bool commandToldAsItStands = false; ///< `path` does not say what it starts
     LoginItemObstacle obstacle = LoginItemObstacle::None;
-    std::string obstacleDetail{}; ///< the desktops, program, type, line or key that it is about
+    std::string
+        obstacleDetail{}; ///< the desktops, program, type, line, key or folder that it is about
     /// The system has an entry of that name, in whose place this one stands.
     bool standsForSystem = false;
 

@@ -274,11 +274,16 @@ TEST_F(Autostart, MarksWhatReadersRefuseOrTakeOtherwise) {
         {start + "k[d e]=c\n", BadLine, true, false},
         {start + "k [de]=c\n", BadLine, true, false},
         {start + "k[]=c\nk[sr@latin]=c\na b =c\n", None, true, true},
+        {start + "OnlyShowIn=GNOME;\nOnlyShowIn=GNOME;KDE;\n", TwoValues, true, true},
+        {start + "Path=/no/such\n", FolderMissing, true, false},
+        {start + "Path=" + work.top().native() + " \n", BadLine, true, false},
+        {start + "Path=" + work.top().native() + "\n", None, true, true},
     };
     const std::string load = "import gi; gi.require_version('Gio', '2.0')\n"
                              "from gi.repository import Gio; import sys\n"
-                             "sys.exit(not Gio.DesktopAppInfo.new_from_filename(sys.argv[1])"
-                             ".get_show_in(None))";
+                             "app = Gio.DesktopAppInfo.new_from_filename(sys.argv[1])\n"
+                             "sys.exit(not (app.get_show_in(None) and "
+                             "(not app.get_string('Path') or app.launch([], None))))";
     for (const auto &each : cases) {
         const std::string file = user.file("a.desktop", each.text);
         const LoginItemEntry found = item("a.desktop");

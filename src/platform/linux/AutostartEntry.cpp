@@ -106,6 +106,15 @@ std::string joined(const std::vector<std::string> &words) {
     return text;
 }
 
+// Where GLib cannot go to it starts nothing; systemd's generator writes "WorkingDirectory=-".
+bool canRunIn(const std::string &folder) {
+    const auto place =
+        folder.starts_with('/') ? systemPath(folder) : paths::join(homeFolder(), folder);
+    struct stat status {};
+    return folder.empty() || (::stat(place.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+                              ::access(place.c_str(), X_OK) == 0);
+}
+
 // What is there and cannot be run; a name without a folder is looked for as a program alone.
 bool isNoProgram(const std::string &name) {
     return name.starts_with('/') && isThere(systemPath(name)) && findProgram(name).empty();
@@ -189,6 +198,8 @@ void judge(const DesktopEntry &entry, const AutostartSession &session, LoginItem
                              ? badLineFlaw("Exec=" + std::string(entry.raw("Exec")))
                              : flawOf(entry.text()))
         set(flaw->obstacle, std::move(flaw->detail));
+    else if (const std::string folder = entry.string("Path"); !canRunIn(folder))
+        set(FolderMissing, folder);
 }
 
 } // namespace
