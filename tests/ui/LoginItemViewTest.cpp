@@ -78,18 +78,12 @@ TEST_F(LoginItemTable, NeverRemovesARowThatHasMovedBelowThePointer) {
 
 TEST_F(LoginItemTable, TheSelectedRowIsALittleHigherAndStaysBelowThePointer) {
     const auto place = [&](int row) { return view->visualRect(page->model().index(row, 0)); };
-    for (const int row : {3, 1, 2}) {
-        for (const bool isAtTop : {true, false}) {
-            view->setCurrentIndex(page->model().index(0, 0));
-            EXPECT_EQ(place(row).height(), theme::height(34));
-            const QPoint at = isAtTop ? place(row).topLeft() : place(row).bottomLeft();
-            QTest::mousePress(view->viewport(), Qt::LeftButton, {}, at);
-            EXPECT_EQ(view->indexAt(at).row(), row);
-            QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, at);
-            EXPECT_EQ(place(row).height(), theme::height(36));
-            EXPECT_EQ(place(0).height(), theme::height(34));
-        }
-    }
+    view->setCurrentIndex(page->model().index(0, 0));
+    const QPoint at = place(1).topLeft();
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, at);
+    EXPECT_EQ(view->indexAt(at).row(), 1);
+    EXPECT_EQ(place(1).height(), theme::height(36));
+    EXPECT_EQ(place(0).height(), theme::height(34));
 }
 
 TEST_F(LoginItemTable, AFailureIsGoneWhenThePageIsLeft) {
