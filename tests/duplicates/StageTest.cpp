@@ -66,7 +66,6 @@ TEST(Stages, AStopAnywhereLeavesAPrefix) {
     EXPECT_LT(longest, 60u);
 }
 
-// Where the file system does not tell of the hole, the stop comes between two blocks.
 // Wherever the memory runs out, all threads end, and what had been found by then is a prefix.
 TEST(Stages, AnExceptionAnywhereEndsTheSearch) {
     TestTree tree;
@@ -113,6 +112,7 @@ TEST(Stages, AnExceptionIsNotWaitedFor) {
     EXPECT_THROW(failing.searchDuplicateFileAtPath(tree.top(), 0), std::bad_alloc);
 }
 
+// Where the file system does not tell of the hole, the stop comes between two blocks.
 TEST(Stages, AStopWithinALargeFile) {
     TestTree tree;
     tree.sparseFile("a", std::uint64_t(1) << 40);
