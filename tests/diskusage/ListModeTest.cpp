@@ -50,13 +50,6 @@ TEST(ListMode, KeepsWhatIsAtLeastTheLimitAndCountsAll) {
     };
     for (const auto &row : rows)
         EXPECT_EQ(text(Built(tree.top(), row.limit).root), row.expected) << row.limit;
-
-    const Built everything(tree.top(), 0);
-    const FSNode *node = everything.root.children[0]->children[0]->children[0].get();
-    EXPECT_EQ(node->_path(), tree.path("big/inner/large"));
-    EXPECT_EQ(node->father->father->father, &everything.root);
-    EXPECT_LT(everything.root.compareSize(*node), 0);
-    EXPECT_EQ(node->compareSize(*node), 0);
 }
 
 TEST(ListMode, AFileBecomesItsOwnChild) {
