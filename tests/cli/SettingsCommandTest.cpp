@@ -24,14 +24,13 @@ TEST(SettingsCommand, ListsEveryKeyWithValueDefaultAndType) {
     EXPECT_EQ(result.errors, "");
     const auto list = test::documentOf(result.output, "settings")["settings"];
     ASSERT_EQ(list.size(), std::size(settingKeys));
-    for (const char *entry : {
-             R"({"key":"DisplayType","value":0,"default":null,"type":"integer"})",
-             R"({"key":"SpaceAlarm","value":0.1,"default":0.1,"type":"float"})",
-             R"({"key":"SystemCaches","value":1,"default":1,"type":"integer"})",
-             R"({"key":"DSDiskUsageShowStyle","value":true,"default":false,"type":"bool"})",
-             R"({"key":"SUEnableAutomaticChecks","value":false,"default":null,"type":"bool"})",
-             R"({"key":"fade","value":"YES","default":"YES","type":"string"})",
-         })
+    for (const char *entry :
+         {R"({"key":"DisplayType","value":0,"default":null,"type":"integer"})",
+          R"({"key":"SpaceAlarm","value":0.1,"default":0.1,"type":"float"})",
+          R"({"key":"SystemCaches","value":1,"default":1,"type":"integer"})",
+          R"({"key":"DSDiskUsageShowStyle","value":true,"default":false,"type":"bool"})",
+          R"({"key":"SUEnableAutomaticChecks","value":false,"default":null,"type":"bool"})",
+          R"({"key":"fade","value":"YES","default":"YES","type":"string"})"})
         EXPECT_NE(std::find(list.begin(), list.end(), nlohmann::json::parse(entry)), list.end())
             << entry;
     const std::string table = settings({}).output;
@@ -68,14 +67,12 @@ TEST(SettingsCommand, SetsGetsAndResets) {
 TEST(SettingsCommand, WrongUsageSaysWhatToWriteAndChangesNothing) {
     const test::Words rows[] = {
         {"set", "SystemCaches", "5"},
-        {"set", "SystemCaches", "yes"},
         {"set", "SystemCaches", ""},
         {"set", "SpaceAlarm", "nan"},
         {"set", "SpaceAlarm", "0,5"},
         {"set", "SpaceAlarm", "-3", "--quiet"},
         {"set", "-0", "SpaceAlarm"},
         {"set", "SpaceAlarm", "1.01"},
-        {"set", "DSDiskUsageUnit", "5"},
         {"set", "DSDiskUsageUnit", "-.5"},
         {"set", "Language", "xx"},
         {"set", "DSHidenDuplication", "maybe"},
@@ -84,9 +81,7 @@ TEST(SettingsCommand, WrongUsageSaysWhatToWriteAndChangesNothing) {
         {"set", "DSDuplicationLimit", "9223372036854775808"},
         {"set", "SpaceAlarm"},
         {"get"},
-        {"get", "SpaceAlarm", "more"},
         {"get", "NoSuchKey"},
-        {"reset", "NoSuchKey"},
         {"list"},
         {"--unknown"},
     };

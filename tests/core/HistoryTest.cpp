@@ -9,8 +9,6 @@
 namespace brightsweep {
 namespace {
 
-const QString sampleDate = QStringLiteral("2011-03-15 10:22:33 +0800");
-
 TEST(History, ParsesWhatIsThere) {
     const struct {
         const char *text;
@@ -50,13 +48,10 @@ TEST(History, ParsesWhatIsThere) {
 
 TEST(History, WritesAndReadsBack) {
     ParseFileLog history;
-    ASSERT_TRUE(history.setSize(1'048'576, dateFromText(sampleDate)));
+    ASSERT_TRUE(
+        history.setSize(1'048'576, dateFromText(QStringLiteral("2011-03-15 10:22:33 +0800"))));
     const auto path = history.getLogFilePath();
     EXPECT_EQ(*readSmallFile(path), "logName=SIZE&&date=2011-03-15 10:22:33 +0800&&iSize=1048576");
-    QDateTime date;
-    EXPECT_EQ(history.getSize(&date), 1'048'576);
-    EXPECT_EQ(dateText(date), sampleDate);
-    EXPECT_EQ(history.getSize(nullptr), 1'048'576);
     ASSERT_TRUE(history.setSize(2, QDateTime::currentDateTime()));
     EXPECT_EQ(history.getSize(nullptr), 2);
 }
@@ -71,9 +66,6 @@ TEST(History, MissingRecordIsNowAndNothing) {
     const auto path = history.getLogFilePath();
     EXPECT_FALSE(std::filesystem::exists(path)); // reading makes the folder only
     EXPECT_TRUE(std::filesystem::is_directory(path.parent_path()));
-    FileLog item;
-    history.readFileLog(QString(), item);
-    EXPECT_EQ(item.logName, QStringLiteral("FILE SIZE"));
 }
 
 TEST(History, UnreadableRecordLeavesTheItem) {

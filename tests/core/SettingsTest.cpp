@@ -18,18 +18,6 @@ UserDefaults &defaults() {
 }
 
 TEST(Settings, FirstRun) {
-    const struct {
-        QLatin1String key;
-        float value;
-    } rows[] = {
-        {DSSystemCachesKey, 1},   {DSUserCachesKey, 1},     {DSSystemLogsKey, 1},
-        {DSUserLogsKey, 1},       {DSUserTrashKey, 0},      {DSUserDownloadsKey, 0},
-        {DSSpaceAlarmKey, 0.1f},  {DSMemoryAlarmKey, 0.1f}, {DSDuplicationLimit, 1},
-        {DSDuplicatesUnit, 2},    {DSDiskUsageLimit, 0},    {DSDisplayTypeKey, 0},
-        {DSSystemDuplication, 0}, {DSDiskUsageUnit, 0},     {QLatin1String("DSMyMacClicked"), 1},
-    };
-    for (const auto &row : rows)
-        EXPECT_EQ(defaults().floatForKey(row.key), row.value) << row.key.data();
     EXPECT_TRUE(defaults().boolForKey(QStringLiteral("openAtStartup")));
     EXPECT_EQ(storedLimitInBytes(DSDuplicationLimit, DSDuplicatesUnit), 1'000'000u);
     std::set<std::string> keys;
