@@ -27,20 +27,6 @@ protected:
     int searches = 0;
 };
 
-TEST_F(PrefsWindow, TheTableOfPanels) {
-    window.showWindow();
-    EXPECT_EQ(window.toolbarIdentifiers().join(QLatin1Char(' ')),
-              QStringLiteral("Scan duplicates_file disk_usage delete memory login_items "
-                             "QC_FastClean DATA_FastClean QC_Duplicates DATA_Duplicates "
-                             "QC_DiskUsage DATA_DiskUsage flexibleSpace space preferences Help"));
-    EXPECT_EQ(window.title(), QStringLiteral("Brightsweep"));
-    EXPECT_EQ(shown, QStringList(QStringLiteral("Scan")));
-    // A second showing builds nothing anew.
-    window.showWindow();
-    EXPECT_EQ(window.toolbarIdentifiers().size(), 16);
-    EXPECT_EQ(shown.size(), 1);
-}
-
 TEST_F(PrefsWindow, AnItemStandsForItsFeaturesState) {
     const struct {
         const char *item;

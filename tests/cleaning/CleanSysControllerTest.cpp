@@ -60,14 +60,11 @@ public:
 };
 
 TEST(CleanSysController, WithNothingSelectedItOnlySaysSo) {
-    EXPECT_EQ(CleanSysController::Delays().bubble, std::chrono::seconds(5));
-    EXPECT_EQ(CleanSysController::Delays().close, std::chrono::seconds(1));
     CleanPage::store("000200"); // a part does not count
     const test::CleanableMachine machine;
     const auto before = machine.state();
     QuickClean clean;
-    clean.controller->windowDidLoad();
-    test::waitUntil([&] { return clean.closes > 0; });
+    clean.run();
     ASSERT_EQ(clean.bubbles.size(), 1u);
     EXPECT_EQ(clean.widths[0], 220);
     EXPECT_TRUE(UtilityObject::getMyObject().isCanBeAction);
@@ -80,8 +77,7 @@ TEST(CleanSysController, SettingsThatCannotBeReadEmptyNothing) {
         .file(".config/com.norvmac.DeskSweeperPro.conf", "UserCaches=0\ndamaged");
     const auto before = machine.state();
     QuickClean clean;
-    clean.controller->windowDidLoad();
-    test::waitUntil([&] { return clean.closes > 0; });
+    clean.run();
     EXPECT_THAT(clean.bubbles[0], testing::StartsWith("The settings cannot be read"));
     EXPECT_EQ(machine.state(), before);
 }
@@ -243,8 +239,7 @@ TEST(CleanSysController, AResetDuringARunLeavesItAlone) {
     QuickClean clean;
     clean.controller->windowDidLoad();
     clean.controller->resetStatus();
-    clean.controller->windowDidLoad();
-    test::waitUntil([&] { return clean.closes > 0; });
+    clean.run();
     EXPECT_EQ(test::changes(before, machine.state()), machine.changesOf({5}));
 }
 
