@@ -5,6 +5,8 @@
 
 #include <QFile>
 
+#include <sys/stat.h>
+
 #include <chrono>
 
 namespace brightsweep {
@@ -31,9 +33,21 @@ SettingsWatch::SettingsWatch(QObject *parent) : QObject(parent) {
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, begin);
     connect(&m_settled, &QTimer::timeout, this, [this] {
         watch();
-        UserDefaults::standardUserDefaults().synchronize();
+        // A write of ours that fails makes events in the folder too, and would be tried for ever.
+        const Traits now = traits();
+        if (m_seen != now)
+            UserDefaults::standardUserDefaults().synchronize();
+        m_seen = now;
     });
     watch();
+}
+
+SettingsWatch::Traits SettingsWatch::traits() {
+    struct stat status {};
+    if (::stat(UserDefaults::standardUserDefaults().file().c_str(), &status) != 0)
+        return {};
+    return {std::int64_t(status.st_dev), std::int64_t(status.st_ino), status.st_size,
+            status.st_ctim.tv_sec, status.st_ctim.tv_nsec};
 }
 
 // The folder tells of a file that takes another's place, and the one above of a folder that does;
