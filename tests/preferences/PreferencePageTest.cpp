@@ -9,8 +9,13 @@
 #include "volumes/FakeVolumeSource.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFileSystemWatcher>
 
 #include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
 
 namespace brightsweep::test {
 namespace {
@@ -160,6 +165,27 @@ TEST_F(PreferencePage, AClosedFolderIsToldBeforeAChangeFails) {
                                                                                                 : 1;
     });
     EXPECT_EQ(result, 0);
+}
+
+TEST_F(PreferencePage, AFullDiskIsNotTriedOverAndOver) {
+    needRoot();
+    const auto folder = UserDefaults::standardUserDefaults().file().parent_path();
+    std::filesystem::create_directories(folder);
+    const int result = runInChild([&] {
+        if (!mountSmallFileSystem(folder, 8 * 1024))
+            return -1;
+        std::ofstream(folder / "full") << std::string(64 * 1024, 'x');
+        const SettingsWatch watch;
+        QFileSystemWatcher events({QString::fromStdString(folder.native())});
+        int count = 0;
+        QObject::connect(&events, &QFileSystemWatcher::directoryChanged, [&] { ++count; });
+        UserDefaults::standardUserDefaults().setObject(DSDuplicationLimit, 7);
+        QElapsedTimer time;
+        time.start();
+        waitUntil([&] { return time.elapsed() > 500; });
+        return count;
+    });
+    EXPECT_TRUE(result > 0 && result < 4) << result;
 }
 
 TEST_F(PreferencePage, AnAlarmShowsWhatItWouldShow) {

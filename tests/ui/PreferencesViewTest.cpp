@@ -95,7 +95,6 @@ TEST_F(PreferencesView, SaysThatChangesAreNotKeptAndFollowsTheLog) {
     EXPECT_FALSE(open.isEnabled());
     std::filesystem::remove(file);
     UserDefaults::standardUserDefaults().synchronize();
-    EXPECT_FALSE(std::filesystem::exists(file)) << "nothing waited to be stored";
     std::filesystem::create_directories(page.logFile().parent_path());
     std::ofstream(page.logFile()) << "a line";
     waitUntil([&] { return open.isEnabled() && problem.isHidden(); });
