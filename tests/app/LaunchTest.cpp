@@ -189,8 +189,7 @@ TEST_F(Launch, LaunchAtLoginShowsWhatTheEntryIs) {
                      [&](const QString &text) { alerts += text; });
     using enum LoginItemObstacle;
     const std::string own = "com.norvmac.DeskSweeperPro.desktop";
-    const PreferenceViewController &page =
-        *AppPrefsWindowController::sharedPrefsWindowController().prefView();
+    const PreferenceViewController page{PreferenceViewController::Surroundings()};
     const std::pair<std::vector<LoginItemEntry>, bool> rows[] = {
         {{}, false},
         {{{.file = "b", .path = "/opt/brightsweep"}}, true},

@@ -24,6 +24,7 @@
 #include <QStyle>
 
 #include <chrono>
+#include <functional>
 
 namespace brightsweep {
 
@@ -148,7 +149,7 @@ QCheckBox *PreferencesPanel::addCheckBox(const char *name, const char *titleKey,
     box->setObjectName(QLatin1String(name));
     // Assistive programs toggle one without a click.
     connect(box, &QCheckBox::toggled, &m_controller,
-            [this, act](bool isOn) { (m_controller.*act)(isOn ? 1 : 0); });
+            [this, act](bool isOn) { std::invoke(act, m_controller, isOn ? 1 : 0); });
     return box;
 }
 
@@ -200,7 +201,7 @@ void PreferencesPanel::addLimit(QVBoxLayout &box, const char *titleKey, std::siz
     m_units[index] = unit;
     connect(unit, &QComboBox::currentIndexChanged, &m_controller, [this, unit, changeUnit](int at) {
         if (at >= 0)
-            (m_controller.*changeUnit)(unit->currentData().toInt());
+            std::invoke(changeUnit, m_controller, unit->currentData().toInt());
     });
 }
 
