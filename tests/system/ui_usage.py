@@ -153,12 +153,13 @@ class UsagePage(unittest.TestCase):
         self.desktop.wait_for("a, 1.92 MB", "d, 600.00 KB")
         self.keys("space")  # on the largest one
         self.desktop.wait_for("1 items are selected.")
-        for keys, told in ((30 * ["Right"], "30, 820.00 KB"), (29 * ["Left"], "other, 300.00 KB")):
+        for keys, told in ((30 * ["Right"], "30, 820.00 KB"),
+                           (29 * ["Left"] + ["Down", "space"], "1.62 MB"),
+                           (["space", "Up", "space"], "300.00 KB")):
             self.desktop.run("xdotool", "key", *keys)
             self.desktop.wait_for(told)
         self.desktop.wait_without("2, 820.00 KB")
-        self.desktop.tap("space")  # the folder itself stays then
-        self.desktop.wait_for("1 items are selected.", "300.00 KB")
+        self.desktop.wait_for("1 items are selected.")  # the folder itself stays then
         self.desktop.tap("Delete")
         self.desktop.wait_for("Remove 1 item?")
         self.desktop.key("Tab", at="Cancel")

@@ -8,6 +8,7 @@
 #include "ui/Mirrored.h"
 #include "ui/Theme.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QListView>
@@ -15,6 +16,7 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 
+#include <algorithm>
 #include <chrono>
 
 namespace brightsweep {
@@ -42,6 +44,11 @@ const char *markImage(const QModelIndex &index) {
     default:
         return "option_no.png";
     }
+}
+
+bool toggle(QAbstractItemModel &model, const QModelIndex &index) {
+    const bool isOn = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    return model.setData(index, isOn ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
 }
 
 } // namespace
@@ -104,17 +111,12 @@ public:
 
     bool editorEvent(QEvent *event, QAbstractItemModel *model, const QStyleOptionViewItem &option,
                      const QModelIndex &index) override {
-        const bool isKey = event->type() == QEvent::KeyPress &&
-                           static_cast<QKeyEvent &>(*event).key() == Qt::Key_Space;
         const bool isClick =
             event->type() == QEvent::MouseButtonRelease &&
             markOf(option.rect)
                 .adjusted(-theme::grid, -2 * theme::grid, theme::grid, 2 * theme::grid)
                 .contains(static_cast<QMouseEvent &>(*event).position().toPoint());
-        if (!isKey && !isClick)
-            return false;
-        const bool isOn = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
-        return model->setData(index, isOn ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+        return isClick && toggle(*model, index);
     }
 
 private:
@@ -156,15 +158,35 @@ void FileBrowserView::focusInEvent(QFocusEvent *event) {
 
 // Before a column has the keyboard, the browser itself does.
 void FileBrowserView::keyPressEvent(QKeyEvent *event) {
-    const QModelIndex index = currentIndex();
-    if (event->key() == Qt::Key_Delete) {
-        Q_EMIT removalRequested();
-    } else if (event->key() == Qt::Key_Space && index.isValid()) {
-        const bool isOn = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
-        m_model->setData(index, isOn ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
-    } else if (!goAside(event->key())) {
+    if (!takeKey(*this, *event))
         QColumnView::keyPressEvent(event);
+}
+
+// True where it was one of the keys of all columns, whichever has the keyboard.
+bool FileBrowserView::takeKey(QAbstractItemView &holder, const QKeyEvent &event) {
+    const QModelIndex at = currentIndex();
+    const bool isTyping =
+        m_lastTyped.isValid() && m_lastTyped.elapsed() < QApplication::keyboardInputInterval();
+    if (event.key() == Qt::Key_Delete) {
+        Q_EMIT removalRequested();
+        return true;
     }
+    if (event.key() == Qt::Key_Space && isTyping) {
+        holder.keyboardSearch(event.text()); // a blank of the name that is being typed
+        m_lastTyped.start();
+        return true;
+    }
+    if (event.key() == Qt::Key_Space && at.isValid()) {
+        toggle(*m_model, at);
+        return true;
+    }
+    if (const auto to = placeBy(event.key())) {
+        goTo(*to);
+        return true;
+    }
+    if (!event.text().isEmpty() && event.text().front().isPrint())
+        m_lastTyped.start();
+    return false;
 }
 
 // While the view moves, the keyboard would be in a column that it then takes away and go anywhere,
@@ -177,15 +199,33 @@ void FileBrowserView::goTo(const QModelIndex &index) {
     setCurrentIndex(index);
 }
 
-// True where the key was one of the two that go from column to column.
-bool FileBrowserView::goAside(int key) {
-    const bool isDown = key == (isRightToLeft() ? Qt::Key_Left : Qt::Key_Right);
-    const bool isUp = key == (isRightToLeft() ? Qt::Key_Right : Qt::Key_Left);
-    if (isDown && currentIndex().isValid())
-        goTo(m_model->index(0, 0, currentIndex()));
-    else if (isUp)
-        goTo(currentIndex().parent());
-    return isDown || isUp;
+// Where the key leads from the current item; not valid at an end, none for other keys.
+std::optional<QModelIndex> FileBrowserView::placeBy(int key) const {
+    const QModelIndex at = currentIndex();
+    if (!at.isValid())
+        return {};
+    const int last = m_model->rowCount(at.parent()) - 1;
+    const int page = std::max(viewport()->height() / theme::height(theme::rowHeight) - 1, 1);
+    const auto row = [&](int to) { return at.siblingAtRow(std::clamp(to, 0, last)); };
+    switch (key) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        return (key == Qt::Key_Left) == isRightToLeft() ? m_model->index(0, 0, at) : at.parent();
+    case Qt::Key_Up:
+        return row(at.row() - 1);
+    case Qt::Key_Down:
+        return row(at.row() + 1);
+    case Qt::Key_PageUp:
+        return row(at.row() - page);
+    case Qt::Key_PageDown:
+        return row(at.row() + page);
+    case Qt::Key_Home:
+        return row(0);
+    case Qt::Key_End:
+        return row(last);
+    default:
+        return {};
+    }
 }
 
 // While the view moves, it takes no other place to move to.
@@ -213,12 +253,8 @@ QAbstractItemView *FileBrowserView::createColumn(const QModelIndex &index) {
 
 bool FileBrowserView::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent &>(*event).key();
-        if (key == Qt::Key_Delete) {
-            Q_EMIT removalRequested();
-            return true;
-        }
-        if (goAside(key))
+        auto *const column = qobject_cast<QAbstractItemView *>(watched);
+        if (column && takeKey(*column, static_cast<QKeyEvent &>(*event)))
             return true;
     }
     if (event->type() == QEvent::ContextMenu) {

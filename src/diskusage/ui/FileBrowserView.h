@@ -4,7 +4,10 @@
 #include "diskusage/FileSystemBrowserModel.h"
 
 #include <QColumnView>
+#include <QElapsedTimer>
 #include <QTimer>
+
+#include <optional>
 
 namespace brightsweep {
 
@@ -33,12 +36,14 @@ private:
     class Cell;
 
     void goToFirst();
-    bool goAside(int key);
+    bool takeKey(QAbstractItemView &holder, const QKeyEvent &event);
+    std::optional<QModelIndex> placeBy(int key) const;
     void goTo(const QModelIndex &index);
 
     FileSystemBrowserModel *m_model;
     FileIcons m_icons;
     QTimer m_settle;
+    QElapsedTimer m_lastTyped; ///< a letter of a name that is searched
 };
 
 } // namespace brightsweep
