@@ -128,6 +128,9 @@ TEST_F(Autostart, ChangesOneValueAndNotAnotherByte) {
     EXPECT_EQ(text("large.desktop").size(), large.size() + 12);
     user.file("large.desktop", head + '#' + std::string((16 << 20) - 100, '\n'));
     EXPECT_EQ(source.setHidden("large.desktop", true), std::errc::file_too_large);
+    const std::string hidden = head + "Hidden=true\n#";
+    user.file("large.desktop", hidden + std::string((16 << 20) - hidden.size() - 1, '\n'));
+    EXPECT_FALSE(source.setHidden("large.desktop", false));
     user.file("garbage.desktop", "\0x=\n");
     EXPECT_EQ(source.setHidden("garbage.desktop", true), LoginItemError::NoEntryInside);
     user.file("returns.desktop", "[Desktop Entry]\rName=x\r");
@@ -275,6 +278,7 @@ TEST_F(Autostart, MarksWhatReadersRefuseOrTakeOtherwise) {
         {start + "Path=/no/such\n", FolderMissing, true, false},
         {start + "Path=" + work.top().native() + " \n", BadLine, true, false},
         {start + "Path=" + work.top().native() + "\n", None, true, true},
+        {start + "Path=\n", None, true, true},
     };
     const std::string load = "import gi; gi.require_version('Gio', '2.0')\n"
                              "from gi.repository import Gio; import sys\n"

@@ -75,7 +75,7 @@ bool isDisputed(std::string_view key, std::string_view untrimmed) {
     const std::string_view value = trimmed(untrimmed);
     return (key == "Hidden" && !isOneOf(truthValues, value)) ||
            (key == "TryExec" && value.empty()) ||
-           (isOneOf(takenWhole, key) && value.end() != untrimmed.end()) ||
+           (isOneOf(takenWhole, key) && !value.empty() && value.end() != untrimmed.end()) ||
            // Not every reader takes these for blanks.
            (isOneOf(decisiveKeys, key) && untrimmed.find_first_of("\v\f") != untrimmed.npos) ||
            (key == "OnlyShowIn" && namesNoDesktop(value)) ||

@@ -148,8 +148,8 @@ Result<std::string> withHidden(const std::string &text, bool hidden) {
     // GNOME heeds a key of its own as well.
     if (changed && !hidden && DesktopEntry(text).has(gnomeKey))
         changed = withEntryValue(*changed, gnomeKey, "true");
-    // It could not be read again.
-    if (changed && changed->size() + roomForKeys > largestEntry)
+    // It could not be read again, or not be shown again.
+    if (changed && changed->size() + (hidden ? roomForKeys : 0) > largestEntry)
         return std::errc::file_too_large;
     if (changed)
         return *std::move(changed);
