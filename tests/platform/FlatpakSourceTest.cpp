@@ -1,6 +1,7 @@
 #include "platform/linux/FlatpakSource.h"
 
 #include "support/ChildProcess.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
@@ -34,6 +35,7 @@ flatpak install --user -y --noninteractive test org.test.Demo//beta
 )";
 
 TEST(FlatpakSource, RemovesOneRefOfOneInstallationAndNoData) {
+    test::needRoot();
     TestTree home(TestEnvironment::current().home());
     TestTree system(TestEnvironment::current().system());
     TestTree work;

@@ -7,6 +7,7 @@
 #include "app/ui/PanelToolBar.h"
 #include "cleaning/CleanPage.h"
 #include "foundation/UserDefaults.h"
+#include "support/NeedsRoot.h"
 #include "ui/AlertSheet.h"
 #include "ui/Theme.h"
 #include "volumes/ui/CustomStatusItemView.h"
@@ -175,6 +176,7 @@ TEST_F(MainWindowTest, WithoutATrayTheToolbarHasThePopup) {
 using QuickCleanQuestion = test::Resident;
 
 TEST_F(QuickCleanQuestion, NamesEachCategoryInALineAndTakesHalfTheScreenAtMost) {
+    test::needRoot();
     const test::CleanableMachine machine;
     test::CleanPage::store("111111");
     test::FakeStatusItem tray;

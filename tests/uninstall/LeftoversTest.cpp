@@ -2,6 +2,7 @@
 #include "platform/Platform.h"
 #include "support/ChildProcess.h"
 #include "support/FakeApplicationSource.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 #include "uninstall/LeftBehind.h"
@@ -107,6 +108,7 @@ TEST_F(LeftoversTest, OfAFlatpakStayWhileAnotherOfItsIdDoes) {
 }
 
 TEST_F(LeftoversTest, OfWhatIsGoneAreThoseThatNothingInstalledExplains) {
+    test::needRoot();
     auto &applications = Platform::current().applications;
     applications.clear();
     auto source = std::make_unique<FakeApplicationSource>(ApplicationKind::Package);

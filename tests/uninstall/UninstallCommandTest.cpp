@@ -1,4 +1,5 @@
 #include "support/CommandLine.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 
@@ -115,6 +116,7 @@ TEST_F(UninstallCommand, TakesAnAppImageWithItsIntegrationAndAFolderWithItsLinks
 }
 
 TEST_F(UninstallCommand, SaysBeforehandAndAfterwardsWhatStays) {
+    needRoot();
     std::string program = textOf("/bin/true");
     program.replace(8, 3, "AI\2");
     home.file("Applications/Draw.AppImage", program);
@@ -136,6 +138,7 @@ TEST_F(UninstallCommand, SaysBeforehandAndAfterwardsWhatStays) {
 }
 
 TEST_F(UninstallCommand, LeftoversGoOnlyWhereTheyAreNamed) {
+    needRoot();
     const std::string entry = "[Desktop Entry]\nType=Application\nName=N\nExec=/opt/gone/run\n";
     const auto dead = home.file(".config/autostart/dead.desktop", entry);
     const auto other = home.file(".config/autostart/other.desktop", entry);

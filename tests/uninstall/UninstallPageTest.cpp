@@ -9,6 +9,7 @@
 #include "support/FakeApplicationSource.h"
 #include "support/FaultPlatform.h"
 #include "support/ManualClock.h"
+#include "support/NeedsRoot.h"
 #include "support/WaitUntil.h"
 #include "uninstall/LeftBehindModel.h"
 #include "uninstall/UninstallAppsController.h"
@@ -233,6 +234,7 @@ TEST_F(UninstallPage, RemovesWhatIsTickedAndTriesAgainOnlyWithNewRights) {
 }
 
 TEST_F(UninstallPage, TellsWhatKeptAnApplicationAndNeverRemovesItself) {
+    test::needRoot();
     install(bundleIdentifier, false);
     m_source->installed.back().ids = {bundleIdentifier};
     m_source->installed.back().version = programVersion;
@@ -287,6 +289,7 @@ TEST_F(UninstallPage, TellsWhatKeptAnApplicationAndNeverRemovesItself) {
 }
 
 TEST_F(UninstallPage, RemovesOnlyWhatWasTickedOfWhatWasLeftBehind) {
+    test::needRoot();
     test::TestTree home(test::TestEnvironment::current().home());
     home.file("snap/gone/data", "12345");
     home.file("snap/other/data");

@@ -6,6 +6,7 @@
 #include "support/ChildProcess.h"
 #include "support/FakeApplicationSource.h"
 #include "support/FakeDesktop.h"
+#include "support/NeedsRoot.h"
 #include "support/TestEnvironment.h"
 #include "support/TestTree.h"
 #include "uninstall/KeptFolders.h"
@@ -235,6 +236,7 @@ TEST_F(UninstallationTest, AFolderThatWasGivenToAnotherOwnerIsJudgedByWhenItsFil
 }
 
 TEST_F(UninstallationTest, AKeptFolderIsForgottenOnlyWhereItHasCertainlyGone) {
+    test::needRoot();
     TestTree system(TestEnvironment::current().system());
     system.file("etc/fstab", "UUID=1 /srv/data ext4 noauto 0 0\n");
     home.own(".", ordinaryUser);
@@ -264,6 +266,7 @@ TEST_F(UninstallationTest, AKeptFolderIsForgottenOnlyWhereItHasCertainlyGone) {
 }
 
 TEST_F(UninstallationTest, WhatHoldsAnothersPartsGoesWholeOrNotAtAll) {
+    test::needRoot();
     const struct {
         const char *part;
         mode_t mode;
@@ -314,6 +317,7 @@ TEST_F(UninstallationTest, WhatHoldsAnothersPartsGoesWholeOrNotAtAll) {
 }
 
 TEST_F(UninstallationTest, WhatWouldKeepALeftoverIsToldBeforehand) {
+    test::needRoot();
     InstalledApplication tool;
     tool.kind = ApplicationKind::Bundle;
     tool.ids = {"com.example.tool"};
@@ -360,6 +364,7 @@ TEST_F(UninstallationTest, WhatWouldKeepALeftoverIsToldBeforehand) {
 }
 
 TEST_F(UninstallationTest, WhatRightsDoNotReachStaysWhole) {
+    test::needRoot();
     TestTree system(TestEnvironment::current().system());
     system.directory("usr/share");
     system.own(".", ordinaryUser);
