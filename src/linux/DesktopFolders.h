@@ -9,19 +9,21 @@ namespace brightsweep {
 // clang-format off
 /// What the desktops themselves, or many programs by turns, keep among the user's data and
 /// settings; in lower case, sorted.
-inline constexpr std::array<std::string_view, 84> desktopFolders = {
-    "akonadi", "app-info", "applications", "autostart", "backgrounds", "baloo", "baloofile",
-    "containers", "dbus", "dbus-1", "dconf", "desktop-directories", "evolution", "flatpak",
-    "folks", "fontconfig", "fonts", "gconf", "gnome", "gnome-session", "gnome-settings-daemon",
+inline constexpr std::array<std::string_view, 102> desktopFolders = {
+    "akonadi", "app-info", "applications", "aurorae", "autostart", "backgrounds", "baloo",
+    "baloofile", "bash-completion", "budgie-desktop", "cinnamon", "color-schemes", "containers",
+    "dbus", "dbus-1", "dconf", "desktop-directories", "evolution", "flatpak", "folks",
+    "fontconfig", "fonts", "gconf", "glib-2.0", "gnome", "gnome-session", "gnome-settings-daemon",
     "gnome-shell", "gnupg", "goa-1.0", "gstreamer-1.0", "gtk", "gtk-2.0", "gtk-3.0", "gtk-4.0",
-    "gvfs", "gvfs-metadata", "ibus", "icc", "icons", "kactivitymanagerd", "kde", "kde.org",
-    "kde4", "kded5", "kded6", "kdedefaults", "kdeglobals", "keyring", "keyrings",
-    "kglobalshortcuts", "khotkeys", "knewstuff3", "kscreen", "kscreenlocker", "ksmserver",
-    "ksycoca", "kwallet", "kwalletd", "kwin", "kxkb", "menus", "mime", "mimeapps", "monitors",
-    "nautilus", "plasma", "plasma-workspace", "plasmashell", "pulse", "recentdocuments",
-    "recently-used", "session", "snap", "sounds", "systemd", "telepathy", "templates", "themes",
-    "thumbnails", "tracker", "tracker3", "trash", "user-dirs", "user-places", "wayland",
-    "wireplumber", "xdg-desktop-portal", "xfce4", "zeitgeist",
+    "gvfs", "gvfs-metadata", "ibus", "icc", "icons", "kactivitymanagerd", "kde", "kde.org", "kde4",
+    "kded5", "kded6", "kdedefaults", "kdeglobals", "keyring", "keyrings", "kglobalshortcuts",
+    "khotkeys", "knewstuff3", "kscreen", "kscreenlocker", "ksmserver", "ksycoca", "kwallet",
+    "kwalletd", "kwin", "kxkb", "kxmlgui5", "lxqt", "mate", "menus", "mime", "mimeapps",
+    "monitors", "nautilus", "org.gnome.shell", "pki", "plasma", "plasma-workspace", "plasmashell",
+    "polkit-1", "pulse", "python", "recentdocuments", "recently-used", "session", "snap", "sounds",
+    "systemd", "telepathy", "templates", "themes", "thumbnailers", "thumbnails", "tracker",
+    "tracker3", "trash", "user-dirs", "user-places", "wallpapers", "wayland", "wayland-sessions",
+    "wireplumber", "xdg-desktop-portal", "xfce4", "xorg", "xsessions", "zeitgeist",
 };
 // clang-format on
 

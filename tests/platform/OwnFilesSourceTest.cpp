@@ -167,6 +167,7 @@ TEST_F(OwnFiles, FoldersOfProgramsThatOthersUseStayWithTheReason) {
     entry("third", program("bin/free-wrapper", home).native(),
           "Path=" + home.path("opt/Free").native() + "\n");
     home.file("bin/free-wrapper", "#!/bin/sh\ncd ~/opt/Free; exec ~/opt/Free/bin/free\n");
+    home.file("opt/Free/tools/tool", "#!" + home.path("opt/Free/bin/run").native() + "\n");
     home.link(".local/bin/tool", "../../opt/Free/tools/tool");
     home.link(".local/share/icons/tool.png", "../../../opt/Free/tool.png");
     home.file(".profile", "[ -d ~/opt/Free/bin ] && PATH=~/opt/Free/bin:$PATH\n");
@@ -189,8 +190,12 @@ TEST_F(OwnFiles, FoldersOfProgramsThatOthersUseStayWithTheReason) {
         else
             home.link(file, home.path(folder + "/missing/x"));
     }
+    add("opt/Maker/one/bin/one", "one");
+    entry("one-2", home.path("opt/Maker/one/bin/one").native());
+    home.link(".local/bin/two", program("opt/Maker/two/bin/two", home));
     const auto found = listed<FolderSource>();
-    EXPECT_EQ(found.size(), std::size(users) + 1);
+    EXPECT_EQ(found.size(), std::size(users) + 2);
+    EXPECT_EQ(found.at("Maker").usedBy, home.path(".local/bin/two"));
     EXPECT_EQ(found.at("Free").usedBy, "");
     EXPECT_EQ(found.at("Free").ids.size(), 2u);
     for (; number > 0; --number)

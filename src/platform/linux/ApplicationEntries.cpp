@@ -20,8 +20,11 @@ bool isAboutSettings(const NamedEntry &entry) {
 }
 
 bool isNamed(const NamedEntry &entry, const std::string &wanted) {
-    return entry.id == wanted || entry.id.ends_with("." + wanted) ||
-           paths::lastComponent(entry.program) == wanted;
+    return entry.id == wanted || entry.id.ends_with("." + wanted);
+}
+
+bool startsNamed(const NamedEntry &entry, const std::string &wanted) {
+    return paths::lastComponent(entry.program) == wanted;
 }
 
 } // namespace
@@ -32,6 +35,9 @@ void describeByEntries(InstalledApplication &application, const std::vector<Name
         return;
     auto main = std::find_if(entries.begin(), entries.end(),
                              [&](const auto &entry) { return isNamed(entry, wanted); });
+    if (main == entries.end())
+        main = std::find_if(entries.begin(), entries.end(),
+                            [&](const auto &entry) { return startsNamed(entry, wanted); });
     if (main == entries.end())
         main = std::find_if_not(entries.begin(), entries.end(), isAboutSettings);
     if (main == entries.end())

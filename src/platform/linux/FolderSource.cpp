@@ -120,6 +120,14 @@ bool isOwn(const path &folder, const Candidate &candidate, const path &program) 
             subfolderOf(folder, program) == subfolderOf(folder, candidate.entries.front().program));
 }
 
+FolderUsers::Standing standingOf(const path &folder, const Candidate &candidate) {
+    using enum FolderUsers::Standing;
+    if (candidate.isInDataFolder)
+        return Data;
+    return subfolderOf(folder, candidate.entries.front().program).empty() ? Programs
+                                                                          : ProgramsInSubfolder;
+}
+
 // Of each folder, the entries whose commands name it.
 std::vector<std::vector<const DesktopEntryFile *>>
 entriesNaming(const std::vector<path> &folders, const std::vector<DesktopEntryFile> &entries) {
@@ -236,9 +244,7 @@ Result<std::vector<InstalledApplication>> FolderSource::applications() {
     for (auto named = naming.begin(); const auto &[folder, candidate] : candidates) {
         path user = entryUsing(folder, candidate, users, *named++);
         if (user.empty())
-            user = users.userOf(folder,
-                                candidate.isInDataFolder ? FolderUsers::Standing::Data
-                                                         : FolderUsers::Standing::Programs,
+            user = users.userOf(folder, standingOf(folder, candidate),
                                 [&top = folder, &own = candidate](const path &program) {
                                     return isOwn(top, own, program);
                                 });

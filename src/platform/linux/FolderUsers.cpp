@@ -124,6 +124,9 @@ FolderUsers::FolderUsers(std::vector<path> folders) : m_names(std::move(folders)
         {Base::Data, "dbus-1/services", Holds::Units},
         {Base::Data, "systemd/user", Holds::Units, 1},
         {Base::Desktop, "", Holds::Launchers},
+        {Base::System, "etc/chromium/native-messaging-hosts", Holds::Units},
+        {Base::System, "etc/cron.d", Holds::Units},
+        {Base::System, "etc/ld.so.conf.d", Holds::Units},
         {Base::System, "etc/systemd/system", Holds::Units, 1},
         {Base::System, "etc/systemd/user", Holds::Units, 1},
         {Base::System, "etc/xdg/autostart", Holds::Launchers},
@@ -219,8 +222,9 @@ void FolderUsers::readFolder(const Place &place, const path &folder, int depth) 
     }
 }
 
-// What it names, and what that leads to. False for what lies out of the home, of which nothing is
-// asked: it may be a server that does not answer.
+// What it names, and what that leads to. True where the text behind it is to be read as well: not
+// that of a folder's own file, nor what lies out of the home, of which nothing is asked: it may be
+// a server that does not answer.
 bool FolderUsers::readLink(const path &link, const path &owner, bool isPersonal) {
     std::error_code error;
     const path target = std::filesystem::read_symlink(link, error);
@@ -234,12 +238,11 @@ bool FolderUsers::readLink(const path &link, const path &owner, bool isPersonal)
     addTarget({link, paths::join(reachedBy(named.parent_path()), named.filename().native()), false,
                isPersonal},
               owner);
-    addTarget({link, reachedBy(named), false, isPersonal}, owner);
-    return true;
+    return !addTarget({link, reachedBy(named), false, isPersonal}, owner);
 }
 
-// Links in a folder to itself are its own affair.
-void FolderUsers::addTarget(Use use, const path &owner) {
+// True where it leads into one of the folders. Links in a folder to itself are its own affair.
+bool FolderUsers::addTarget(Use use, const path &owner) {
     for (path folder = use.reached; folder.has_relative_path(); folder = folder.parent_path()) {
         const auto found = m_uses.find(folder.native());
         if (found == m_uses.end())
@@ -247,8 +250,9 @@ void FolderUsers::addTarget(Use use, const path &owner) {
         use.isNamedAfter = isNamedAfter(use.file, folder) || isNamedAfter(owner, folder);
         if (owner.empty() || reachedBy(owner) != folder)
             found->second.push_back(std::move(use));
-        return;
+        return true;
     }
+    return false;
 }
 
 void FolderUsers::readText(const path &file, bool isScriptOnly, bool isPersonal) {
@@ -299,7 +303,10 @@ bool FolderUsers::isLauncher(const path &program, const path &folder, const IsOw
 
 path FolderUsers::userOf(const path &folder, Standing standing, const IsOwn &isOwn) const {
     const auto isOwnUse = [&](const Use &use) {
-        if (standing == Standing::Programs && (use.isPersonal || use.isNamedAfter))
+        const bool leadsAside = standing == Standing::ProgramsInSubfolder && !use.isScript &&
+                                paths::isSameOrBelow(use.reached.native(), folder.native()) &&
+                                !isOwn(use.reached);
+        if (standing != Standing::Data && (use.isPersonal || use.isNamedAfter) && !leadsAside)
             return true;
         if (use.reached.empty())
             return false;

@@ -18,8 +18,10 @@ class FolderUsers {
 public:
     using IsOwn = std::function<bool(const std::filesystem::path &program)>;
     /// Links among the commands, a shell's PATH and files of its name are a program folder's own.
-    /// A folder among other programs' data may be one of theirs, so that these count as its users.
-    enum class Standing { Programs, Data };
+    /// Where its programs lie in one subfolder, links to others lead to another application. A
+    /// folder among other programs' data may be one of theirs, so that all these count as its
+    /// users.
+    enum class Standing { Programs, ProgramsInSubfolder, Data };
 
     /// Reads the disk for what uses one of these folders, paths without links.
     explicit FolderUsers(std::vector<std::filesystem::path> folders);
@@ -53,7 +55,7 @@ private:
     void readLinksBelow(const std::filesystem::path &owner);
     bool readLink(const std::filesystem::path &link, const std::filesystem::path &owner,
                   bool isPersonal);
-    void addTarget(Use use, const std::filesystem::path &owner);
+    bool addTarget(Use use, const std::filesystem::path &owner);
     void readText(const std::filesystem::path &file, bool isScriptOnly, bool isPersonal);
     std::filesystem::path startedBy(const std::filesystem::path &file, std::size_t folder,
                                     std::string_view behind) const;
