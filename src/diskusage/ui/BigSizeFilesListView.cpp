@@ -3,6 +3,7 @@
 #include "core/RowWords.h"
 #include "core/Texts.h"
 #include "diskusage/V4DiskUsageViewController.h"
+#include "diskusage/ui/TypedName.h"
 #include "foundation/Paths.h"
 #include "removal/RemovalReason.h"
 #include "ui/ElidedText.h"
@@ -159,6 +160,7 @@ BigSizeFilesListView::BigSizeFilesListView(V4DiskUsageViewController &page, QWid
       m_model(new Model(page, this)),
       m_folder(page.currentPath()) {
     setObjectName(QStringLiteral("usage.list"));
+    new TypedName(*this);
     setAccessibleName(localizedText("USAGE_LIST"));
     setModel(m_model);
     setItemDelegate(new Delegate(*this));

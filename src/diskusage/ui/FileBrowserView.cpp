@@ -2,13 +2,13 @@
 
 #include "core/Texts.h"
 #include "diskusage/DiskUsageAppController.h"
+#include "diskusage/ui/TypedName.h"
 #include "foundation/Paths.h"
 #include "ui/ElidedText.h"
 #include "ui/ImageProvider.h"
 #include "ui/Mirrored.h"
 #include "ui/Theme.h"
 
-#include <QApplication>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QListView>
@@ -138,6 +138,7 @@ FileBrowserView::FileBrowserView(DiskUsageAppController &page, QWidget *parent)
     auto *const nothing = new QWidget(this);
     nothing->setFixedWidth(0);
     setPreviewWidget(nothing);
+    new TypedName(*this);
     if (auto *const column =
             qobject_cast<QAbstractScrollArea *>(nothing->parentWidget()->parentWidget())) {
         column->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -158,35 +159,25 @@ void FileBrowserView::focusInEvent(QFocusEvent *event) {
 
 // Before a column has the keyboard, the browser itself does.
 void FileBrowserView::keyPressEvent(QKeyEvent *event) {
-    if (!takeKey(*this, *event))
+    if (!takeKey(event->key()))
         QColumnView::keyPressEvent(event);
 }
 
 // True where it was one of the keys of all columns, whichever has the keyboard.
-bool FileBrowserView::takeKey(QAbstractItemView &holder, const QKeyEvent &event) {
+bool FileBrowserView::takeKey(int key) {
     const QModelIndex at = currentIndex();
-    const bool isTyping =
-        m_lastTyped.isValid() && m_lastTyped.elapsed() < QApplication::keyboardInputInterval();
-    if (event.key() == Qt::Key_Delete) {
+    if (key == Qt::Key_Delete) {
         Q_EMIT removalRequested();
         return true;
     }
-    if (event.key() == Qt::Key_Space && isTyping) {
-        holder.keyboardSearch(event.text()); // a blank of the name that is being typed
-        m_lastTyped.start();
-        return true;
-    }
-    if (event.key() == Qt::Key_Space && at.isValid()) {
+    if (key == Qt::Key_Space && at.isValid()) {
         toggle(*m_model, at);
         return true;
     }
-    if (const auto to = placeBy(event.key())) {
+    const auto to = placeBy(key);
+    if (to)
         goTo(*to);
-        return true;
-    }
-    if (!event.text().isEmpty() && event.text().front().isPrint())
-        m_lastTyped.start();
-    return false;
+    return to.has_value();
 }
 
 // While the view moves, the keyboard would be in a column that it then takes away and go anywhere,
@@ -248,13 +239,13 @@ QAbstractItemView *FileBrowserView::createColumn(const QModelIndex &index) {
     column->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     column->installEventFilter(this);
     column->viewport()->installEventFilter(this);
+    new TypedName(*column);
     return column;
 }
 
 bool FileBrowserView::eventFilter(QObject *watched, QEvent *event) {
     if (event->type() == QEvent::KeyPress) {
-        auto *const column = qobject_cast<QAbstractItemView *>(watched);
-        if (column && takeKey(*column, static_cast<QKeyEvent &>(*event)))
+        if (takeKey(static_cast<QKeyEvent &>(*event).key()))
             return true;
     }
     if (event->type() == QEvent::ContextMenu) {

@@ -4,7 +4,6 @@
 #include "diskusage/FileSystemBrowserModel.h"
 
 #include <QColumnView>
-#include <QElapsedTimer>
 #include <QTimer>
 
 #include <optional>
@@ -36,14 +35,13 @@ private:
     class Cell;
 
     void goToFirst();
-    bool takeKey(QAbstractItemView &holder, const QKeyEvent &event);
+    bool takeKey(int key);
     std::optional<QModelIndex> placeBy(int key) const;
     void goTo(const QModelIndex &index);
 
     FileSystemBrowserModel *m_model;
     FileIcons m_icons;
     QTimer m_settle;
-    QElapsedTimer m_lastTyped; ///< a letter of a name that is searched
 };
 
 } // namespace brightsweep
