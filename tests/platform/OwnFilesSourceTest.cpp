@@ -176,7 +176,7 @@ TEST_F(OwnFiles, FoldersOfProgramsThatOthersUseStayWithTheReason) {
     home.file("bin/other", "#!/bin/sh\nexec /opt/Free/run ~/opt/Freedom/run\n");
     const std::pair<const char *, const char *> users[] = {
         {".config/systemd/user/1.service", "ExecStart=%h/opt/Used1/run\n"},
-        {"bin/2", "#!/bin/sh\nexec \"$HOME\"/opt/Used2/run\n"},
+        {"bin/my-used2-nightly", "#!/bin/sh\nexec \"$HOME\"/opt/Used2/run\n"},
         {".config/chromium/NativeMessagingHosts/3.json", "{\"path\":\"/home/u/opt/Used3/host\"}"},
         {".xsessionrc", "~/opt/Used4/run &\n"},
         {".config/other/a/plug", nullptr},

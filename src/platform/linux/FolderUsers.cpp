@@ -286,8 +286,7 @@ bool FolderUsers::isNamedAfter(const path &file, const path &folder) {
     const std::string wanted = lowerCase(folder.filename().native());
     for (auto at = name.find(wanted); at != name.npos; at = name.find(wanted, at + 1)) {
         const auto end = at + wanted.size();
-        if ((at == 0 || !isWordCharacter(name[at - 1])) &&
-            (end == name.size() || !isWordCharacter(name[end])))
+        if ((at == 0 || name[at - 1] == '.') && (end == name.size() || !isWordCharacter(name[end])))
             return true;
     }
     return false;

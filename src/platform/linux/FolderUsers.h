@@ -34,8 +34,8 @@ public:
     /// True for a script that is called as the folder and starts what is its own.
     bool isLauncher(const std::filesystem::path &program, const std::filesystem::path &folder,
                     const IsOwn &isOwn) const;
-    /// True where the words of a file's name are the folder's name or hold it: "x-wrapper.desktop",
-    /// "org.x.host.json".
+    /// True where a file's name, or a part of it behind a dot, begins with the word that is the
+    /// folder's name: "x-wrapper.desktop", "org.x.host.json". "my-x" may be of somebody's own.
     static bool isNamedAfter(const std::filesystem::path &file,
                              const std::filesystem::path &folder);
 
